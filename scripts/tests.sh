@@ -1,0 +1,147 @@
+# shellcheck shell=bash
+# Runs the test programs and counts their results. Sourced by tam, which sets
+# root, build and wine's environment.
+: "${root:?}" "${build:?}"
+
+test_timeout=${TAM_TEST_TIMEOUT:-300}
+
+total_passed=0
+total_failed=0
+failures=()
+
+# Where each program runs: program name -> "native", "point", "comma", joined
+# by commas; and its own time limit, where it has one.
+declare -A runs_in
+declare -A time_limit
+# "native/NAME" or "windows/NAME" -> the program's path.
+declare -A programs
+
+read_test_list() {
+    local list=$1 name places limit rest place
+    while read -r name places limit rest || [[ -n $name ]]; do
+        [[ -z $name || $name == \#* ]] && continue
+        [[ -n $places && -z $rest && ${limit:-1} =~ ^[0-9]+$ ]] || die "$list: a bad line for $name"
+        for place in ${places//,/ }; do
+            [[ $place =~ ^(native|point|comma)$ ]] || die "$list: $name runs in $place, which is no place"
+        done
+        [[ -z ${runs_in[$name]:-} ]] || die "$list: $name stands there twice"
+        runs_in[$name]=$places
+        time_limit[$name]=${limit:-$test_timeout}
+    done <"$list"
+}
+
+# Records every program under a folder. The list adds places to a program and
+# takes none away: each one runs natively, or in Wine, at least once.
+find_programs() {
+    local kind=$1 folder=$2 suffix=$3 own_places=$4 path name
+    [[ -d $folder ]] || return 0
+    while IFS= read -r -d '' path; do
+        name=$(basename "$path" "$suffix")
+        [[ -z ${programs[$kind/$name]:-} ]] || die "Two test programs are called $name: ${programs[$kind/$name]} and $path"
+        programs[$kind/$name]=$path
+        time_limit[$name]=${time_limit[$name]:-$test_timeout}
+        if [[ ! ,${runs_in[$name]:-}, =~ ,($own_places), ]]; then
+            runs_in[$name]=${own_places%%|*},${runs_in[$name]:-}
+        fi
+    done < <(find "$folder" -type f -name "*_tests$suffix" -executable -print0 | sort -z)
+}
+
+seconds_since() {
+    local now=${EPOCHREALTIME/./} start=${1/./}
+    printf '%d.%d' $(((now - start) / 1000000)) $(((now - start) / 100000 % 10))
+}
+
+fail() {
+    total_failed=$((total_failed + 1))
+    failures+=("$1")
+}
+
+# Runs one program in one place, prints a line and, of a failing one, what it
+# said.
+run_program() {
+    local name=$1 place=$2 path kind=windows
+    [[ $place == native ]] && kind=native
+    path=${programs[$kind/$name]:-}
+    if [[ -z $path ]]; then
+        printf '%-28s %-7s not built\n' "$name" "$place"
+        fail "$name ($place): listed in scripts/test-list but not built"
+        return
+    fi
+
+    local results=$build/results/$place limit=${time_limit[$name]}
+    local report=$results/$name.xml log=$results/$name.log
+    local start=$EPOCHREALTIME status=0 reason
+    mkdir -p "$results"
+    rm -f "$report" "$log"
+    printf '%-28s %-7s ' "$name" "$place"
+    if [[ $kind == native ]]; then
+        run_child "$(dirname "$path")" env TAM_SAMPLES="$root/samples" \
+            UBSAN_OPTIONS=print_stacktrace=1 \
+            timeout -k 10 "$limit" "$path" "--gtest_output=xml:$report" >"$log" 2>&1 || status=$?
+    else
+        run_child "$(dirname "$path")" env TAM_SAMPLES="$(windows_path "$root/samples")" \
+            WINEPREFIX="$(prefix_folder "$place")" \
+            timeout -k 10 "$limit" wine "$path" "--gtest_output=xml:$(windows_path "$report")" \
+            >"$log" 2>&1 || status=$?
+    fi
+    reason="ended with status $status"
+    # 124 from timeout itself, 137 when the program had to be killed.
+    if [[ $status -eq 124 || $status -eq 137 ]] && ((${EPOCHREALTIME/./} - ${start/./} >= limit * 1000000)); then
+        reason="stopped after $limit s"
+        # What the program started may still hang in the prefix.
+        if [[ $kind == windows ]]; then
+            start_server "$place"
+        fi
+    fi
+
+    local lines=() passed failed line
+    mapfile -t lines < <(python3 "$root/scripts/count_results.py" "$report" "$log" "$status" "$reason")
+    read -r passed failed <<<"${lines[0]:-}"
+    [[ $passed =~ ^[0-9]+$ && $failed =~ ^[0-9]+$ ]] || die "The results of $name could not be counted."
+    printf '%5d passed %5d failed %7s s\n' "$passed" "$failed" "$(seconds_since "$start")"
+    total_passed=$((total_passed + passed))
+    for line in "${lines[@]:1}"; do
+        fail "$name ($place): $line"
+    done
+    if [[ $failed -gt 0 ]]; then
+        grep -vE '^\[ +(RUN|OK) +\]' "$log" | sed 's/^/    /' || true
+        note "    All of it: $log"
+    fi
+}
+
+# Runs the named programs, or all of them.
+run_test_programs() {
+    local wanted=("$@") names=() name place
+    # Variables that filter, shard or repeat would change what is counted.
+    for name in "${!GTEST_@}"; do
+        unset "$name"
+    done
+    read_test_list "$root/scripts/test-list"
+    find_programs native "$build/native/tests" "" "native"
+    find_programs windows "$build/win32/tests" .exe "point|comma"
+
+    if [[ ${#wanted[@]} -gt 0 ]]; then
+        for name in "${wanted[@]}"; do
+            [[ -n ${runs_in[$name]:-} ]] || die "There is no test program $name."
+        done
+        names=("${wanted[@]}")
+    else
+        rm -rf "$build/results"
+        mapfile -t names < <(printf '%s\n' "${!runs_in[@]}" | sort)
+    fi
+
+    for place in native point comma; do
+        for name in "${names[@]}"; do
+            if [[ -n $name && ,${runs_in[$name]}, == *,$place,* ]]; then
+                run_program "$name" "$place"
+            fi
+        done
+    done
+
+    if [[ ${#failures[@]} -gt 0 ]]; then
+        printf '\nFailures:\n'
+        printf '  %s\n' "${failures[@]}"
+    fi
+    printf '\n%d passed, %d failed\n' "$total_passed" "$total_failed"
+    [[ $total_failed -eq 0 && $total_passed -gt 0 ]]
+}

@@ -1,0 +1,118 @@
+# shellcheck shell=bash
+# Wine prefixes, their servers and a display of our own. Sourced by tam, which
+# sets build (the build folder) and lock_fd (the descriptor of its lock, which
+# no server may inherit) and calls stop_wine when it ends.
+: "${build:?}" "${lock_fd?}"
+
+# There are two prefixes, both 32-bit Windows under a US English user: "point",
+# and "comma" with a user who writes 1.234,5.
+
+xvfb_pid=
+started_prefixes=()
+
+# The locale is fixed because Wine derives the Windows user's number format
+# from it; winemenubuilder would write menus and file types into the home folder.
+wine_environment() {
+    unset LANGUAGE
+    export LC_ALL=C.UTF-8
+    export WINEARCH=win32
+    export WINEDEBUG="${WINEDEBUG:--all}"
+    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+}
+
+prefix_folder() { printf '%s' "$build/wine/$1"; }
+
+# The Windows form of a path of this machine.
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
+
+# Starts an Xvfb on a free display number, which it picks itself, and exports
+# DISPLAY.
+start_display() {
+    local pipe number=
+    exec {pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp -noreset \
+        2>"$build/logs/xvfb.log" {lock_fd}>&-)
+    xvfb_pid=$!
+    read -r -t 30 number <&"$pipe" || true
+    exec {pipe}<&-
+    if [[ -z $number ]]; then
+        cat "$build/logs/xvfb.log" >&2
+        die "Xvfb did not start."
+    fi
+    export DISPLAY=":$number"
+}
+
+# A server that outlives its programs: the first program of a cold one costs
+# some seconds.
+start_server() {
+    local folder
+    folder=$(prefix_folder "$1")
+    # One left by a command that was killed would hold old settings.
+    WINEPREFIX=$folder wineserver -k >/dev/null 2>&1 || true
+    WINEPREFIX=$folder wineserver -p </dev/null >/dev/null 2>&1 {lock_fd}>&-
+    started_prefixes+=("$1")
+}
+
+stop_server() {
+    WINEPREFIX=$(prefix_folder "$1") wineserver -k >/dev/null 2>&1 || true
+}
+
+# What a prefix is made from; a prefix with another stamp is made anew.
+prefix_recipe() { printf '%s, %s, recipe 1\n' "$(wine --version)" "$1"; }
+
+# Makes one prefix: no crash dialog that waits for a click, and the number
+# format. The server is ended last because that writes the registry out.
+make_prefix() {
+    local name=$1 folder
+    folder=$(prefix_folder "$name")
+    rm -rf "$folder"
+    mkdir -p "$folder"
+    export WINEPREFIX=$folder
+    local status=0
+    {
+        wine wineboot -i &&
+            wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
+            if [[ $name == comma ]]; then
+                wine reg add 'HKCU\Control Panel\International' /v sDecimal /d , /f &&
+                    wine reg add 'HKCU\Control Panel\International' /v sThousand /d . /f
+            fi
+    } </dev/null >"$build/logs/prefix-$name.log" 2>&1 {lock_fd}>&- || status=$?
+    wineserver -k >/dev/null 2>&1 || true
+    if [[ $status -ne 0 ]]; then
+        cat "$build/logs/prefix-$name.log" >&2
+        return 1
+    fi
+    prefix_recipe "$name" >"$folder/tam-stamp"
+}
+
+# Makes the prefixes that are missing, side by side, and starts a server in each.
+start_wine() {
+    local name makers=() maker failed=false
+    for name in "$@"; do
+        if [[ $(cat "$(prefix_folder "$name")/tam-stamp" 2>/dev/null) != "$(prefix_recipe "$name")" ]]; then
+            note "Making the Wine prefix \"$name\""
+            # Counted as started, so that an interrupted make leaves no server.
+            started_prefixes+=("$name")
+            make_prefix "$name" &
+            makers+=($!)
+        fi
+    done
+    for maker in "${makers[@]}"; do
+        wait "$maker" || failed=true
+    done
+    $failed && die "Wine could not make its prefix."
+    for name in "$@"; do
+        start_server "$name"
+    done
+}
+
+stop_wine() {
+    local name
+    for name in "${started_prefixes[@]}"; do
+        stop_server "$name"
+    done
+    if [[ -n $xvfb_pid ]]; then
+        kill "$xvfb_pid" 2>/dev/null || true
+        wait "$xvfb_pid" 2>/dev/null || true
+        xvfb_pid=
+    fi
+}
