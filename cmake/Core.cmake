@@ -1,0 +1,21 @@
+# Pure code of the component: parsers, texts, collections, dialog states.
+# It includes no Windows header; the native build with sanitizers proves it.
+set(TAM_CORE_SOURCES
+  common/Case.cpp
+  common/FieldParser.cpp
+  common/Numbers.cpp
+  common/RunTimeError.cpp
+  points/CompatibleList.cpp
+  points/EnumDescription.cpp
+  points/PointKeys.cpp
+  points/ValueText.cpp)
+list(TRANSFORM TAM_CORE_SOURCES PREPEND "${CMAKE_SOURCE_DIR}/")
+
+add_library(core STATIC ${TAM_CORE_SOURCES})
+target_include_directories(core PUBLIC "${CMAKE_SOURCE_DIR}")
+target_link_libraries(core PRIVATE tam_warnings)
+
+if(NOT WIN32 AND TAM_SANITIZE)
+  target_compile_options(core PUBLIC -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(core PUBLIC -fsanitize=address,undefined)
+endif()

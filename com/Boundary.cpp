@@ -1,0 +1,95 @@
+#include "com/Boundary.h"
+
+#include "com/Module.h"
+#include "common/RunTimeError.h"
+
+#include <new>
+
+namespace com {
+
+namespace {
+
+std::wstring SystemText(HRESULT code) {
+    wchar_t buffer[512] = {};
+    const DWORD length =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                       static_cast<DWORD>(code), 0, buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+    std::wstring text(buffer, length);
+    while (!text.empty() && (text.back() == L'\r' || text.back() == L'\n' || text.back() == L' ')) {
+        text.pop_back();
+    }
+    return text.empty() ? std::wstring(L"Automation error") : text;
+}
+
+} // namespace
+
+CallError::CallError(HRESULT code) noexcept : code_(code) {
+    if (GetErrorInfo(0, info_.Put()) != S_OK) {
+        info_.Detach();
+    }
+}
+
+void CheckSet(const void* object) {
+    if (object == nullptr) {
+        throw tam::RunTimeError(tam::RunTime::ObjectNotSet);
+    }
+}
+
+Failure CurrentFailure() noexcept {
+    Failure failure;
+    try {
+        try {
+            throw;
+        } catch (tam::RunTimeError& error) {
+            failure.code = static_cast<HRESULT>(error.Code());
+            failure.source = error.Source();
+            failure.description = error.Description();
+        } catch (const CallError& error) {
+            failure.code = error.Code();
+            failure.info = error.Info();
+            Bstr text;
+            if (failure.info && SUCCEEDED(failure.info->GetDescription(text.Put()))) {
+                failure.description = text.View();
+            }
+            if (failure.info && SUCCEEDED(failure.info->GetSource(text.Put()))) {
+                failure.source = text.View();
+            }
+        } catch (const std::bad_alloc&) {
+            failure.code = E_OUTOFMEMORY;
+        }
+    } catch (...) {
+        // Either an exception that nobody names, or no memory left while the
+        // texts were copied: the code that is known by now stays.
+    }
+    return failure;
+}
+
+long Failure::Number() const noexcept {
+    const auto bits = static_cast<unsigned long>(code);
+    return (bits & 0xFFFF0000ul) == 0x800A0000ul ? static_cast<long>(bits & 0xFFFFul) : code;
+}
+
+std::wstring Failure::Description() const { return description.empty() ? SystemText(code) : description; }
+
+std::wstring Failure::Source() const { return source.empty() ? ThisModule().Name() : source; }
+
+HRESULT Publish(const Failure& failure, REFIID iid) noexcept {
+    Ref<IErrorInfo> info = failure.info;
+    if (!info) {
+        Ref<ICreateErrorInfo> create;
+        if (SUCCEEDED(CreateErrorInfo(create.Put()))) {
+            const auto trouble = Attempt([&] {
+                create->SetGUID(iid);
+                create->SetSource(Bstr(failure.Source()).Get());
+                create->SetDescription(Bstr(failure.Description()).Get());
+            });
+            if (!trouble) {
+                info = create.As<IErrorInfo>();
+            }
+        }
+    }
+    SetErrorInfo(0, info.Get());
+    return failure.code;
+}
+
+} // namespace com

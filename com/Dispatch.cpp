@@ -1,0 +1,158 @@
+#include "com/Dispatch.h"
+
+#include "com/Boundary.h"
+#include "com/Module.h"
+
+namespace com {
+
+namespace {
+
+constexpr WORD kPut = DISPATCH_PROPERTYPUT;
+constexpr WORD kPutRef = DISPATCH_PROPERTYPUTREF;
+
+Ref<ITypeInfo> InfoOf(const FaceEntry& face, HRESULT& result) {
+    Ref<ITypeInfo> info;
+    result = ThisModule().TypeInfo(*face.iid, info.Put());
+    return info;
+}
+
+struct Call {
+    WORD flags;
+    DISPPARAMS* params;
+    VARIANT* result;
+    EXCEPINFO* exception;
+    UINT* argumentError;
+};
+
+/// Calls member `id` of one interface. A property that is set by reference is
+/// also found by a plain assignment, and the other way round: script languages
+/// do not agree on which of the two they use for objects.
+HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Call& call) {
+    HRESULT result = S_OK;
+    const Ref<ITypeInfo> info = InfoOf(face, result);
+    if (!info) {
+        return result;
+    }
+    result = info->Invoke(face.pointer, id, call.flags, call.params, call.result, call.exception,
+                          call.argumentError);
+    if (result == DISP_E_MEMBERNOTFOUND && (call.flags & (kPut | kPutRef)) != 0) {
+        const WORD other = (call.flags & kPut) != 0 ? kPutRef : kPut;
+        result = info->Invoke(face.pointer, id, other, call.params, call.result, call.exception,
+                              call.argumentError);
+    }
+    return result;
+}
+
+/// The name of member `id` in whichever interface has it; empty when none has.
+Bstr NameOf(std::span<const FaceEntry> faces, DISPID id) {
+    for (const FaceEntry& face : faces) {
+        HRESULT result = S_OK;
+        const Ref<ITypeInfo> info = InfoOf(face, result);
+        Bstr name;
+        UINT count = 0;
+        if (info && SUCCEEDED(info->GetNames(id, name.Put(), 1, &count)) && count == 1) {
+            return name;
+        }
+    }
+    return {};
+}
+
+/// Another interface may have a member of the same name that allows this kind
+/// of access: a point's `IsConnected` is read in one and written in another.
+HRESULT InvokeByName(std::span<const FaceEntry> faces, DISPID id, const Call& call) {
+    const Bstr name = NameOf(faces, id);
+    if (name.Get() == nullptr) {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    for (const FaceEntry& face : faces) {
+        HRESULT result = S_OK;
+        const Ref<ITypeInfo> info = InfoOf(face, result);
+        DISPID other = DISPID_UNKNOWN;
+        BSTR text = name.Get();
+        if (!info || FAILED(info->GetIDsOfNames(&text, 1, &other)) || other == id) {
+            continue;
+        }
+        result = InvokeOne(face, other, call);
+        if (result != DISP_E_MEMBERNOTFOUND) {
+            return result;
+        }
+    }
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+template <class F>
+HRESULT OwnFirst(std::span<const FaceEntry> faces, std::size_t own, HRESULT goOn, F&& f) {
+    HRESULT result = f(faces[own]);
+    for (std::size_t i = 0; i < faces.size() && result == goOn; ++i) {
+        if (i != own) {
+            result = f(faces[i]);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+HRESULT GetFaceTypeInfo(const IID& iid, UINT index, ITypeInfo** info) noexcept {
+    if (info == nullptr) {
+        return E_POINTER;
+    }
+    *info = nullptr;
+    return index != 0 ? DISP_E_BADINDEX : ThisModule().TypeInfo(iid, info);
+}
+
+HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID reserved, LPOLESTR* names,
+                   UINT count, DISPID* ids) noexcept {
+    if (reserved != IID_NULL) {
+        return DISP_E_UNKNOWNINTERFACE;
+    }
+    if (names == nullptr || ids == nullptr || count == 0) {
+        return E_INVALIDARG;
+    }
+    HRESULT answer = E_UNEXPECTED;
+    const auto failure = Attempt([&] {
+        answer = OwnFirst(faces, own, DISP_E_UNKNOWNNAME, [&](const FaceEntry& face) {
+            HRESULT result = S_OK;
+            const Ref<ITypeInfo> info = InfoOf(face, result);
+            if (!info) {
+                return result;
+            }
+            ids[0] = DISPID_UNKNOWN;
+            result = info->GetIDsOfNames(names, count, ids);
+            // The member is known and one of its arguments is not: no other
+            // interface can do better.
+            return result == DISP_E_UNKNOWNNAME && ids[0] != DISPID_UNKNOWN ? S_FALSE : result;
+        });
+    });
+    if (answer != S_OK) {
+        const bool memberKnown = answer == S_FALSE;
+        for (UINT i = memberKnown ? 1 : 0; i < count; ++i) {
+            ids[i] = DISPID_UNKNOWN;
+        }
+        answer = memberKnown ? DISP_E_UNKNOWNNAME : answer;
+    }
+    return failure ? failure->code : answer;
+}
+
+HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved,
+                   WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
+                   UINT* argumentError) noexcept {
+    if (reserved != IID_NULL) {
+        return DISP_E_UNKNOWNINTERFACE;
+    }
+    if (params == nullptr) {
+        return E_INVALIDARG;
+    }
+    HRESULT answer = E_UNEXPECTED;
+    const Call call{flags, params, result, exception, argumentError};
+    const auto failure = Attempt([&] {
+        answer = OwnFirst(faces, own, DISP_E_MEMBERNOTFOUND,
+                          [&](const FaceEntry& face) { return InvokeOne(face, id, call); });
+        if (answer == DISP_E_MEMBERNOTFOUND) {
+            answer = InvokeByName(faces, id, call);
+        }
+    });
+    return failure ? failure->code : answer;
+}
+
+} // namespace com

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <array>
+#include <atomic>
+#include <map>
+#include <string>
+
+namespace com {
+
+struct GuidLess {
+    bool operator()(const GUID& left, const GUID& right) const noexcept;
+};
+
+/// A type library that lies in the DLL as resource `index`.
+struct LibraryEntry {
+    GUID id;
+    int index;
+};
+
+/// What a DLL of this family keeps once: its handle, its counts of live
+/// objects and locks, and the type information of its interfaces.
+class Module {
+  public:
+    /// Called by DllMain.
+    void Attach(HINSTANCE instance) noexcept { instance_ = instance; }
+    HINSTANCE Instance() const noexcept { return instance_; }
+
+    /// Full path of the DLL's own file.
+    std::wstring FilePath() const;
+    /// Folder of the DLL's own file, with the closing backslash.
+    std::wstring Folder() const;
+    /// Base name of the DLL's own file, without extension.
+    std::wstring Name() const;
+
+    /// Type information of an interface (as a dispatch interface) or a class
+    /// of the DLL's libraries. A failure is kept: it is not tried again.
+    HRESULT TypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
+
+    void ObjectMade() noexcept { ++objects_; }
+    void ObjectGone() noexcept { --objects_; }
+    void Lock(bool lock) noexcept { locks_ += lock ? 1 : -1; }
+    long Objects() const noexcept { return objects_; }
+    bool CanUnload() const noexcept { return objects_ == 0 && locks_ == 0; }
+
+  private:
+    struct Info {
+        HRESULT result = E_FAIL;
+        Ref<ITypeInfo> info;
+    };
+    const Info& Load(REFGUID guid);
+
+    HINSTANCE instance_ = nullptr;
+    std::atomic<long> objects_ = 0;
+    std::atomic<long> locks_ = 0;
+    std::map<GUID, Info, GuidLess> infos_;
+};
+
+/// The one module of this DLL or program.
+Module& ThisModule() noexcept;
+
+/// Counts one live object for as long as it exists.
+class LiveCount {
+  public:
+    LiveCount() noexcept { ThisModule().ObjectMade(); }
+    LiveCount(const LiveCount&) noexcept { ThisModule().ObjectMade(); }
+    LiveCount& operator=(const LiveCount&) noexcept = default;
+    ~LiveCount() { ThisModule().ObjectGone(); }
+};
+
+} // namespace com

@@ -1,0 +1,187 @@
+#include "com/Registration.h"
+
+#include "com/Boundary.h"
+#include "com/Module.h"
+#include "com/Registry.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace com {
+
+namespace {
+
+/// The automation marshaler, which reads the type library.
+constexpr const wchar_t* kAutomationProxy = L"{00020424-0000-0000-C000-000000000046}";
+constexpr const wchar_t* kClasses = L"Software\\Classes\\";
+
+struct Entry {
+    std::wstring path;
+    std::wstring value;
+    std::wstring text;
+};
+
+/// What a registration consists of: whole keys of ours and the values in them.
+struct Plan {
+    std::set<std::wstring> keys;
+    std::vector<Entry> entries;
+
+    void Key(const std::wstring& path) { keys.insert(path); }
+    void Value(const std::wstring& path, const std::wstring& text, const std::wstring& value = {}) {
+        entries.push_back({path, value, text});
+    }
+};
+
+std::wstring TextOfGuid(REFGUID guid) {
+    wchar_t text[40] = {};
+    StringFromGUID2(guid, text, 40);
+    return text;
+}
+
+void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library) {
+    const std::wstring clsid = TextOfGuid(*entry.id);
+    const std::wstring key = L"CLSID\\" + clsid;
+    plan.Key(key);
+    plan.Value(key, entry.description);
+    plan.Value(key + L"\\InprocServer32", file);
+    plan.Value(key + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
+    plan.Value(key + L"\\Programmable", L"");
+    plan.Value(key + L"\\TypeLib", library);
+    plan.Value(key + L"\\Version", L"1.0");
+    if (entry.progId != nullptr) {
+        plan.Value(key + L"\\ProgID", entry.progId);
+        plan.Key(entry.progId);
+        plan.Value(entry.progId, entry.description);
+        plan.Value(std::wstring(entry.progId) + L"\\CLSID", clsid);
+    }
+}
+
+void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, const std::wstring& library) {
+    const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
+    const bool automation = (attributes.wTypeFlags & TYPEFLAG_FOLEAUTOMATION) != 0;
+    const bool isInterface = attributes.typekind == TKIND_INTERFACE || attributes.typekind == TKIND_DISPATCH;
+    if (!isInterface || !(dual || automation)) {
+        return;
+    }
+    Bstr name;
+    Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
+    const std::wstring key = L"Interface\\" + TextOfGuid(attributes.guid);
+    plan.Key(key);
+    plan.Value(key, std::wstring(name.View()));
+    plan.Value(key + L"\\ProxyStubClsid32", kAutomationProxy);
+    plan.Value(key + L"\\TypeLib", library);
+    plan.Value(key + L"\\TypeLib", L"1.0", L"Version");
+}
+
+void PlanLibrary(Plan& plan, ITypeLib& library, const std::wstring& file, int resource) {
+    TLIBATTR* attributes = nullptr;
+    Check(library.GetLibAttr(&attributes));
+    const std::wstring id = TextOfGuid(attributes->guid);
+    library.ReleaseTLibAttr(attributes);
+    Bstr help;
+    Check(library.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
+    const std::wstring key = L"TypeLib\\" + id;
+    plan.Key(key);
+    plan.Value(key + L"\\1.0", std::wstring(help.View()));
+    plan.Value(key + L"\\1.0\\0\\win32", resource == 1 ? file : file + L"\\" + std::to_wstring(resource));
+    plan.Value(key + L"\\1.0\\FLAGS", L"0");
+    plan.Value(key + L"\\1.0\\HELPDIR", ThisModule().Folder());
+    for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
+        Ref<ITypeInfo> info;
+        TYPEATTR* type = nullptr;
+        Check(library.GetTypeInfo(i, info.Put()));
+        Check(info->GetTypeAttr(&type));
+        const auto failure = Attempt([&] { PlanInterface(plan, *info.Get(), *type, id); });
+        info->ReleaseTypeAttr(type);
+        if (failure) {
+            Check(failure->code);
+        }
+    }
+}
+
+std::wstring FirstLibraryId(const std::wstring& file) {
+    Ref<ITypeLib> library;
+    TLIBATTR* attributes = nullptr;
+    Check(LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.Put()));
+    Check(library->GetLibAttr(&attributes));
+    const std::wstring id = TextOfGuid(attributes->guid);
+    library->ReleaseTLibAttr(attributes);
+    return id;
+}
+
+/// The libraries come first to last, each over the one before: the second one
+/// owns the host interfaces, which the first one repeats in its class list.
+Plan MakePlan(const ServerInfo& server) {
+    Plan plan;
+    const std::wstring file = ThisModule().FilePath();
+    const std::wstring library = FirstLibraryId(file);
+    for (const ClassEntry& entry : server.classes) {
+        PlanClass(plan, entry, file, library);
+    }
+    for (int resource = 1; resource <= server.libraries; ++resource) {
+        Ref<ITypeLib> lib;
+        Check(LoadTypeLibEx((file + L"\\" + std::to_wstring(resource)).c_str(), REGKIND_NONE, lib.Put()));
+        PlanLibrary(plan, *lib.Get(), file, resource);
+    }
+    return plan;
+}
+
+HKEY RootOf(Scope scope) { return scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER; }
+
+void Remove(const Plan& plan, HKEY root) {
+    for (const std::wstring& key : plan.keys) {
+        DeleteTree(root, kClasses + key);
+    }
+    for (const wchar_t* parent : {L"CLSID", L"TypeLib", L"Interface"}) {
+        DeleteIfEmpty(root, std::wstring(kClasses) + parent);
+    }
+}
+
+/// The keys as they are before a registration, to go back to.
+class Snapshot {
+  public:
+    Snapshot(const Plan& plan, HKEY root) : plan_(plan), root_(root) {
+        for (const std::wstring& key : plan.keys) {
+            if (OpenKey(root, kClasses + key)) {
+                trees_.emplace_back(key, ReadTree(root, kClasses + key));
+            }
+        }
+    }
+    void Restore() const {
+        Remove(plan_, root_);
+        for (const auto& [key, tree] : trees_) {
+            WriteTree(root_, kClasses + key, tree);
+        }
+    }
+
+  private:
+    const Plan& plan_;
+    HKEY root_;
+    std::vector<std::pair<std::wstring, RegistryTree>> trees_;
+};
+
+} // namespace
+
+void Register(const ServerInfo& server, Scope scope) {
+    const HKEY root = RootOf(scope);
+    const Plan plan = MakePlan(server);
+    const Snapshot before(plan, root);
+    const auto failure = Attempt([&] {
+        for (const std::wstring& key : plan.keys) {
+            DeleteTree(root, kClasses + key); // what an older version left must not shine through
+        }
+        for (const Entry& entry : plan.entries) {
+            WriteText(root, kClasses + entry.path, entry.value, entry.text);
+        }
+    });
+    if (failure) {
+        Attempt([&] { before.Restore(); });
+        Check(failure->code);
+    }
+}
+
+void Unregister(const ServerInfo& server, Scope scope) { Remove(MakePlan(server), RootOf(scope)); }
+
+} // namespace com

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+
+namespace com {
+
+/// A class of the DLL. Creatable classes have a ProgID.
+struct ClassEntry {
+    const CLSID* id;
+    const wchar_t* progId;
+    const wchar_t* description;
+    HRESULT (*create)(REFIID iid, void** out);
+};
+
+/// What a DLL of this family offers and registers.
+struct ServerInfo {
+    std::span<const ClassEntry> classes;
+    /// Type libraries in the DLL's resources: numbers 1 to this.
+    int libraries;
+};
+
+enum class Scope { Machine, User };
+
+/// Registers classes and type libraries with their interfaces. All or nothing:
+/// on a failure every key that it touches is as it was before the call.
+/// Throws CallError.
+void Register(const ServerInfo& server, Scope scope);
+
+/// Removes all that Register writes. What is not there is no error.
+void Unregister(const ServerInfo& server, Scope scope);
+
+} // namespace com

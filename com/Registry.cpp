@@ -1,0 +1,120 @@
+#include "com/Registry.h"
+
+#include "com/Boundary.h"
+
+#include <cstring>
+
+namespace com {
+
+namespace {
+
+/// The longest name of a registry key and of a value, with the closing NUL.
+constexpr DWORD kMaxKeyName = 256;
+constexpr DWORD kMaxValueName = 16384;
+
+void CheckWin32(LSTATUS status) { Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status))); }
+
+RegistryKey CreateKey(HKEY root, const std::wstring& path) {
+    HKEY key = nullptr;
+    CheckWin32(RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
+    return RegistryKey(key);
+}
+
+std::vector<std::wstring> SubkeyNames(HKEY key) {
+    std::vector<std::wstring> names;
+    for (DWORD index = 0;; ++index) {
+        wchar_t name[kMaxKeyName];
+        DWORD length = kMaxKeyName;
+        const LSTATUS status = RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_NO_MORE_ITEMS) {
+            return names;
+        }
+        CheckWin32(status);
+        names.emplace_back(name, length);
+    }
+}
+
+std::vector<RegistryTree::Value> Values(HKEY key) {
+    std::vector<RegistryTree::Value> values;
+    std::wstring name(kMaxValueName, L'\0');
+    for (DWORD index = 0;; ++index) {
+        RegistryTree::Value value;
+        DWORD length = kMaxValueName;
+        DWORD size = 0;
+        LSTATUS status = RegEnumValueW(key, index, name.data(), &length, nullptr, &value.type, nullptr, &size);
+        if (status == ERROR_NO_MORE_ITEMS) {
+            return values;
+        }
+        CheckWin32(status);
+        value.name.assign(name.data(), length);
+        value.data.resize(size);
+        status = RegQueryValueExW(key, value.name.c_str(), nullptr, &value.type, value.data.data(), &size);
+        CheckWin32(status);
+        value.data.resize(size);
+        values.push_back(std::move(value));
+    }
+}
+
+} // namespace
+
+RegistryKey OpenKey(HKEY root, const std::wstring& path) {
+    HKEY key = nullptr;
+    const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
+    if (status == ERROR_FILE_NOT_FOUND) {
+        return RegistryKey();
+    }
+    CheckWin32(status);
+    return RegistryKey(key);
+}
+
+void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text) {
+    const RegistryKey key = CreateKey(root, path);
+    std::vector<BYTE> data((text.size() + 1) * sizeof(wchar_t));
+    std::memcpy(data.data(), text.c_str(), data.size());
+    CheckWin32(RegSetValueExW(key.Get(), value.empty() ? nullptr : value.c_str(), 0, REG_SZ, data.data(),
+                              static_cast<DWORD>(data.size())));
+}
+
+RegistryTree ReadTree(HKEY root, const std::wstring& path) {
+    const RegistryKey key = OpenKey(root, path);
+    if (!key) {
+        CheckWin32(ERROR_FILE_NOT_FOUND);
+    }
+    RegistryTree tree;
+    tree.name = path.substr(path.find_last_of(L'\\') + 1);
+    tree.values = Values(key.Get());
+    for (const std::wstring& name : SubkeyNames(key.Get())) {
+        tree.keys.push_back(ReadTree(key.Get(), name));
+    }
+    return tree;
+}
+
+void WriteTree(HKEY root, const std::wstring& path, const RegistryTree& tree) {
+    const RegistryKey key = CreateKey(root, path);
+    for (const RegistryTree::Value& value : tree.values) {
+        CheckWin32(RegSetValueExW(key.Get(), value.name.c_str(), 0, value.type, value.data.data(),
+                                  static_cast<DWORD>(value.data.size())));
+    }
+    for (const RegistryTree& child : tree.keys) {
+        WriteTree(key.Get(), child.name, child);
+    }
+}
+
+void DeleteTree(HKEY root, const std::wstring& path) {
+    const LSTATUS status = RegDeleteTreeW(root, path.c_str());
+    if (status == ERROR_FILE_NOT_FOUND) {
+        return;
+    }
+    CheckWin32(status);
+    // Some systems delete only what lies below the key.
+    RegDeleteKeyW(root, path.c_str());
+}
+
+void DeleteIfEmpty(HKEY root, const std::wstring& path) {
+    const RegistryKey key = OpenKey(root, path);
+    if (key && SubkeyNames(key.Get()).empty() && Values(key.Get()).empty()) {
+        RegDeleteKeyW(root, path.c_str());
+    }
+}
+
+} // namespace com

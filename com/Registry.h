@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace com {
+
+/// An open registry key; closes itself. Move-only.
+class RegistryKey {
+  public:
+    RegistryKey() noexcept = default;
+    explicit RegistryKey(HKEY key) noexcept : key_(key) {}
+    RegistryKey(RegistryKey&& other) noexcept : key_(std::exchange(other.key_, nullptr)) {}
+    RegistryKey& operator=(RegistryKey&& other) noexcept {
+        std::swap(key_, other.key_);
+        return *this;
+    }
+    ~RegistryKey() {
+        if (key_ != nullptr) {
+            RegCloseKey(key_);
+        }
+    }
+    HKEY Get() const noexcept { return key_; }
+    explicit operator bool() const noexcept { return key_ != nullptr; }
+
+  private:
+    HKEY key_ = nullptr;
+};
+
+/// The content of a key and everything below it.
+struct RegistryTree {
+    struct Value {
+        std::wstring name;
+        DWORD type = REG_SZ;
+        std::vector<BYTE> data;
+    };
+    std::wstring name;
+    std::vector<Value> values;
+    std::vector<RegistryTree> keys;
+};
+
+// All functions throw CallError with the HRESULT of the Win32 error.
+
+/// Opens a key for reading; empty when there is none.
+RegistryKey OpenKey(HKEY root, const std::wstring& path);
+/// Writes a text value, making the key; an empty value name is the default value.
+void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text);
+/// Reads a key and all below it. The key must exist.
+RegistryTree ReadTree(HKEY root, const std::wstring& path);
+/// Writes a key and all below it.
+void WriteTree(HKEY root, const std::wstring& path, const RegistryTree& tree);
+/// Deletes a key and all below it; none there is no error.
+void DeleteTree(HKEY root, const std::wstring& path);
+/// Deletes a key that holds neither keys nor values.
+void DeleteIfEmpty(HKEY root, const std::wstring& path);
+
+} // namespace com

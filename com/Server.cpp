@@ -1,0 +1,94 @@
+#include "com/Server.h"
+
+#include "com/Boundary.h"
+#include "com/Module.h"
+
+#include <string_view>
+
+namespace com {
+
+namespace {
+
+class ClassFactory final : public IClassFactory {
+  public:
+    explicit ClassFactory(const ClassEntry& entry) : entry_(entry) {}
+    virtual ~ClassFactory() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
+        if (out == nullptr) {
+            return E_POINTER;
+        }
+        const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
+        *out = known ? static_cast<IClassFactory*>(this) : nullptr;
+        if (!known) {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) {
+            delete this;
+        }
+        return left;
+    }
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
+        if (out == nullptr) {
+            return E_POINTER;
+        }
+        *out = nullptr;
+        if (outer != nullptr) {
+            return CLASS_E_NOAGGREGATION;
+        }
+        return Guard(iid, [&] { Check(entry_.create(iid, out)); });
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+        ThisModule().Lock(lock != FALSE);
+        return S_OK;
+    }
+
+  private:
+    const ClassEntry& entry_;
+    ULONG references_ = 1;
+    LiveCount live_;
+};
+
+} // namespace
+
+HRESULT GetClassObject(const ServerInfo& server, REFCLSID clsid, REFIID iid, void** out) noexcept {
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    *out = nullptr;
+    for (const ClassEntry& entry : server.classes) {
+        if (*entry.id == clsid && entry.create != nullptr) {
+            HRESULT result = E_OUTOFMEMORY;
+            const auto failure = Attempt([&] {
+                const auto factory = Ref<IClassFactory>::Own(new ClassFactory(entry));
+                result = factory->QueryInterface(iid, out);
+            });
+            return failure ? failure->code : result;
+        }
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+HRESULT CanUnloadNow() noexcept { return ThisModule().CanUnload() ? S_OK : S_FALSE; }
+
+HRESULT RegisterServer(const ServerInfo& server, Scope scope) noexcept {
+    return Guard(IID_NULL, [&] { Register(server, scope); });
+}
+
+HRESULT UnregisterServer(const ServerInfo& server, Scope scope) noexcept {
+    return Guard(IID_NULL, [&] { Unregister(server, scope); });
+}
+
+HRESULT Install(const ServerInfo& server, bool install, const wchar_t* commandLine) noexcept {
+    const bool user = commandLine != nullptr && std::wstring_view(commandLine) == L"user";
+    const Scope scope = user ? Scope::User : Scope::Machine;
+    return install ? RegisterServer(server, scope) : UnregisterServer(server, scope);
+}
+
+} // namespace com
