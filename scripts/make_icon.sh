@@ -15,7 +15,7 @@ plain=('#3c3c3c' '#6e6e6e' '#efefef' '#b4b4b4' '#3c3c3c' '#6e6e6e' '#9a9a9a')
 
 # The drawing commands of one size; the rest are the colours.
 drawing() {
-    local size=$1 edge=$2 body=$3 front=$4 strip=$5 screw=$6 arrow=$7 lamp=$8
+    local size=$1 edge=$2 body=$3 front=$4 strip=$5 screw=$6 arrow=$7 lamp=$8 x
     case $size in
     16)
         printf '%s\n' "fill $edge rectangle 1,0 14,15" "fill $body rectangle 2,1 13,14" \
@@ -28,7 +28,6 @@ drawing() {
     32)
         printf '%s\n' "fill $edge roundrectangle 3,1 28,30 2,2" "fill $body roundrectangle 4,2 27,29 1,1" \
             "fill $strip rectangle 5,3 26,7 rectangle 5,24 26,28" "fill $screw"
-        local x
         for x in 7 12 17 22; do
             printf 'rectangle %d,4 %d,6 rectangle %d,25 %d,27\n' $x $((x + 2)) $x $((x + 2))
         done
