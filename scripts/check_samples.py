@@ -12,7 +12,7 @@ from snvt_table import GENERAL_TYPES, NUMERIC_KINDS, ROOT, plain, read_types
 SAMPLES = ROOT / "samples"
 STREAMS = SAMPLES / "streams"
 MALFORMED = {STREAMS / "damaged.xml"}
-MADE_BY = ("make_catalogue.py", "make_units.py", "make_datasheet.py")
+MADE_BY = sorted(Path(__file__).parent.glob("make_*.py"))
 COLLECTIONS = ("InReferences", "OutReferences", "Attributes")
 
 # The faults that a sample has on purpose.
@@ -159,10 +159,9 @@ def main():
         if file == STREAMS / "full.xml":
             check_full(file, root, types)
     for script in MADE_BY:
-        run = subprocess.run([sys.executable, str(Path(__file__).with_name(script)), "--check"],
-                             capture_output=True, text=True, check=False)
+        run = subprocess.run([sys.executable, str(script), "--check"], capture_output=True, text=True, check=False)
         if run.returncode:
-            faults.append(run.stderr.strip() or f"{script} --check failed")
+            faults.append(run.stderr.strip() or f"{script.name} --check failed")
     if faults:
         sys.exit("\n".join(faults))
     print(f"{len(files)} XML samples and {len(MADE_BY)} generated files are as they should be")
