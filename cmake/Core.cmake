@@ -3,8 +3,10 @@
 set(TAM_CORE_SOURCES
   common/Case.cpp
   common/FieldParser.cpp
+  common/KeyOrder.cpp
   common/Numbers.cpp
   common/RunTimeError.cpp
+  dialogs/ErrorReportState.cpp
   points/CompatibleList.cpp
   points/EnumDescription.cpp
   points/PointKeys.cpp

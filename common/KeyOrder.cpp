@@ -1,0 +1,68 @@
+#include "common/KeyOrder.h"
+
+#include "common/MakeRoom.h"
+#include "common/RunTimeError.h"
+
+#include <algorithm>
+
+namespace tam {
+
+namespace {
+
+std::ptrdiff_t Offset(std::size_t position) {
+    return static_cast<std::ptrdiff_t>(position);
+}
+
+} // namespace
+
+std::size_t KeyOrder::SlotAt(std::size_t position) const {
+    if (position >= order_.size()) {
+        throw RunTimeError(RunTime::Subscript);
+    }
+    return order_[position];
+}
+
+std::optional<std::size_t> KeyOrder::SlotOf(std::wstring_view key) const {
+    const auto found = slotOfKey_.find(key);
+    return found != slotOfKey_.end() ? std::optional(found->second) : std::nullopt;
+}
+
+std::size_t KeyOrder::PositionOfSlot(std::size_t slot) const noexcept {
+    return static_cast<std::size_t>(std::find(order_.begin(), order_.end(), slot) - order_.begin());
+}
+
+void KeyOrder::Add(std::wstring_view key) {
+    MakeRoom(entries_);
+    MakeRoom(order_);
+    const std::size_t slot = order_.size();
+    const auto [entry, isNew] = slotOfKey_.try_emplace(std::wstring(key), slot);
+    if (!isNew) {
+        throw RunTimeError(RunTime::DuplicateKey);
+    }
+    entries_.push_back(&*entry);
+    order_.push_back(slot);
+}
+
+std::size_t KeyOrder::Erase(std::size_t position) {
+    const std::size_t slot = SlotAt(position);
+    const std::size_t last = order_.size() - 1;
+    slotOfKey_.erase(entries_[slot]->first);
+    order_.erase(order_.begin() + Offset(position));
+    if (slot != last) {
+        order_[PositionOfSlot(last)] = slot;
+        entries_[slot] = entries_[last];
+        entries_[slot]->second = slot;
+    }
+    entries_.pop_back();
+    return slot;
+}
+
+void KeyOrder::Move(std::size_t from, std::size_t to) {
+    const std::size_t slot = SlotAt(from);
+    SlotAt(to);
+    order_.erase(order_.begin() + Offset(from));
+    // Never past the capacity, so that this cannot fail.
+    order_.insert(order_.begin() + Offset(to), slot);
+}
+
+} // namespace tam
