@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace tam {
+
+/// Identifiers of network variable types, each once, in the order in which
+/// they were added. An identifier is a text exactly as it stood in the list's
+/// text: blanks belong to it, and letter case counts, unlike in a keyed
+/// collection, for "exists" means exactly that identifier.
+class CompatibleList {
+  public:
+    /// Adds the identifiers of a comma-separated text up to the first empty
+    /// one, leaving out those that are present; an empty text adds nothing.
+    /// Calls yield before each field of a text with commas, so that a long
+    /// list does not freeze the user interface; whatever yield throws ends the
+    /// walk, and what was added before it stays.
+    void Add(std::wstring_view text, const std::function<void()>& yield = {});
+    /// The identifiers with one comma between two.
+    std::wstring GetList() const;
+
+    bool Exists(std::wstring_view id) const { return known_.find(id) != known_.end(); }
+    /// False when there is none.
+    bool Remove(std::wstring_view id);
+    bool RemovePosition(std::size_t oneBased);
+    void Clear() noexcept;
+
+    std::size_t Count() const noexcept { return ids_.size(); }
+    /// By 1-based position; null when out of range.
+    const std::wstring* At(std::size_t oneBased) const noexcept;
+    /// In order.
+    const std::vector<std::wstring>& Ids() const noexcept { return ids_; }
+
+    /// The identifiers of other that this list has too, in other's order.
+    CompatibleList Merge(const CompatibleList& other) const;
+
+    bool operator==(const CompatibleList& other) const { return ids_ == other.ids_; }
+
+  private:
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::wstring_view id) const { return std::hash<std::wstring_view>()(id); }
+    };
+
+    void AddOne(std::wstring_view id);
+
+    std::vector<std::wstring> ids_;
+    std::unordered_set<std::wstring, Hash, std::equal_to<>> known_;
+};
+
+} // namespace tam

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tam {
+
+/// What a reference is remembered by during an export: its text up to its last
+/// "_", which is left out, in capitals; the whole text when it has none.
+std::wstring ReferenceKey(std::wstring_view text);
+
+/// False for "" and for one to six zeros, which stand for "no connection".
+bool IsConnectedReference(std::wstring_view reference);
+
+/// Key of an item: the key of its owner's side, a backslash and its name.
+std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name);
+
+/// The number of an output as a point: 256 to each export index, from 16384
+/// on. "Overflow" past 32 bits.
+std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index);
+
+} // namespace tam
