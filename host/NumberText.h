@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace orv {
+
+/// The marks of a number text.
+struct NumberMarks {
+    std::wstring decimal;
+    /// Between groups of three digits; empty where there is none.
+    std::wstring group;
+};
+
+/// The marks of the user's locale, as they are set now.
+NumberMarks UserMarks();
+
+/// The number that a text holds, with blanks around it, a sign, groups of
+/// three digits and an exponent allowed. None for anything else: a text with
+/// the other locale's decimal mark is no number rather than one a thousand
+/// times as large.
+std::optional<double> ParseNumber(std::wstring_view text, const NumberMarks& marks);
+
+/// Rounds to seven significant digits, of the value or of a larger magnitude
+/// that went into it. Never minus zero.
+double RoundNumber(double value, double magnitude) noexcept;
+
+} // namespace orv
