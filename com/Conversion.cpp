@@ -71,19 +71,19 @@ void Assign(BSTR* out, std::wstring_view text) { *out = Bstr(text).Detach(); }
 
 long LongOf(std::wstring_view text) {
     LONG value = 0;
-    CheckConversion(VarI4FromStr(Clean(text).c_str(), LOCALE_USER_DEFAULT, 0, &value));
+    CheckConversion(VarI4FromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &value));
     return value;
 }
 
 std::uint8_t ByteOf(std::wstring_view text) {
     BYTE value = 0;
-    CheckConversion(VarUI1FromStr(Clean(text).c_str(), LOCALE_USER_DEFAULT, 0, &value));
+    CheckConversion(VarUI1FromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &value));
     return value;
 }
 
 bool BoolOf(std::wstring_view text) {
     VARIANT_BOOL value = VARIANT_FALSE;
-    CheckConversion(VarBoolFromStr(Clean(text).c_str(), LOCALE_USER_DEFAULT, 0, &value));
+    CheckConversion(VarBoolFromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &value));
     return value != VARIANT_FALSE;
 }
 

@@ -30,6 +30,8 @@ class Bstr {
         SysFreeString(Detach());
         return &text_;
     }
+    /// The address for a callee that reads the text and may replace it.
+    BSTR* Address() noexcept { return &text_; }
     BSTR Detach() noexcept { return std::exchange(text_, nullptr); }
     std::wstring_view View() const noexcept;
 
@@ -86,7 +88,6 @@ void Assign(I** out, Ref<J> object) noexcept {
 inline void Empty(BSTR* out) noexcept { *out = nullptr; }
 inline void Empty(VARIANT_BOOL* out) noexcept { *out = VARIANT_FALSE; }
 inline void Empty(long* out) noexcept { *out = 0; }
-inline void Empty(short* out) noexcept { *out = 0; }
 inline void Empty(double* out) noexcept { *out = 0; }
 inline void Empty(VARIANT* out) noexcept { VariantInit(out); }
 template <class I>

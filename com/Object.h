@@ -128,6 +128,11 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         return Return(FirstIid(), out, [&]() -> const V& { return value; });
     }
 
+    /// A text property that is only stored.
+    HRESULT Store(std::wstring& field, BSTR value) noexcept {
+        return Do([&] { field = View(value); });
+    }
+
   private:
     static constexpr ULONG kEnding = 0x40000000;
     using First = std::tuple_element_t<0, std::tuple<Faces_...>>;

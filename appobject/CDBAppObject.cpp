@@ -1,0 +1,127 @@
+#include "appobject/CDBAppObject.h"
+
+#include "com/LateBound.h"
+#include "common/ComponentState.h"
+#include "common/Numbers.h"
+#include "dialogs/frmAbout.h"
+#include "points/PointKeys.h"
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
+
+// What the owner's key is followed by in the key of each collection.
+constexpr const wchar_t* kAttributesSuffix = L"\\ATT";
+constexpr const wchar_t* kInputsSuffix = L"\\RIN";
+constexpr const wchar_t* kOutputsSuffix = L"\\ROU";
+
+/// True when the name of any point of the collection begins with the prefix.
+template <class Collection>
+bool AnyNameBegins(const com::Ref<Collection>& collection, const std::wstring& prefix) {
+    if (!collection) {
+        return false;
+    }
+    for (const auto& point : collection->All()) {
+        if (point->PointName().starts_with(prefix)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+CDBAppObject::CDBAppObject()
+    : inputs_(CDBInputs::Make())
+    , outputs_(CDBOutputs::Make())
+    , attributes_(CDBAttributes::Make())
+    , link_(std::make_shared<OwnerLink>()) {
+    State().AppPath = com::ThisModule().Folder();
+    InitDecimalSeparator();
+    unitsManager_ = com::CreateByProgId(kConverterProgId);
+    link_->owner = this;
+}
+
+CDBAppObject::~CDBAppObject() {
+    // Points that the host still holds have no owner from here on.
+    link_->owner = nullptr;
+}
+
+STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
+    return Do([&] {
+        globalKey_ = com::View(value);
+        if (attributes_) {
+            attributes_->SetGlobalKey(globalKey_ + kAttributesSuffix);
+        }
+        if (inputs_) {
+            inputs_->SetGlobalKey(globalKey_ + kInputsSuffix);
+        }
+        if (outputs_) {
+            outputs_->SetGlobalKey(globalKey_ + kOutputsSuffix);
+        }
+    });
+}
+
+STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
+    return Do([&] {
+        extendedKey_ = com::View(value);
+        if (attributes_) {
+            attributes_->SetExtendedKey(extendedKey_ + kAttributesSuffix);
+        }
+        if (inputs_) {
+            inputs_->SetExtendedKey(extendedKey_ + kInputsSuffix);
+        }
+        if (outputs_) {
+            outputs_->SetExtendedKey(extendedKey_ + kOutputsSuffix);
+        }
+    });
+}
+
+STDMETHODIMP CDBAppObject::Destroy() {
+    parent_.Reset();
+    inputs_.Reset();
+    outputs_.Reset();
+    attributes_.Reset();
+    return S_OK;
+}
+
+STDMETHODIMP CDBAppObject::get_ProgrammaticID(BSTR* value) {
+    return Get(value, [&] { return com::ThisModule().Name() + L".CDBAppObject"; });
+}
+
+STDMETHODIMP CDBAppObject::putref_XmlSNVTDoc(IDispatch* value) {
+    State().SnvtCatalogueDocument = com::Ref<IDispatch>(value);
+    return S_OK;
+}
+
+STDMETHODIMP CDBAppObject::get_Address(short* value) {
+    return Get(value, [&] { return ToInt16(Val(address_)); });
+}
+
+STDMETHODIMP CDBAppObject::put_Address(short value) {
+    return Do([&] { address_ = std::to_wstring(value); });
+}
+
+STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* value) {
+    return Get(value, [&] {
+        com::CheckSet(item);
+        com::Bstr deviceKey;
+        com::Check(item->get_TamDeviceKey(deviceKey.Put()));
+        if (deviceKey.View() != devKey_) {
+            return false;
+        }
+        com::Bstr objectKey;
+        com::Check(item->get_TamInternalObjectKey(objectKey.Put()));
+        const std::wstring prefix = L"_" + std::wstring(objectKey.View());
+        return AnyNameBegins(inputs_, prefix) || AnyNameBegins(outputs_, prefix) ||
+               AnyNameBegins(attributes_, prefix);
+    });
+}
+
+STDMETHODIMP CDBAppObject::ShowAbout() {
+    return Do([] { ShowAboutBox(); });
+}
+
+} // namespace tam

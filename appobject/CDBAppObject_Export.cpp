@@ -1,0 +1,239 @@
+#include "appobject/CDBAppObject.h"
+
+#include "com/LateBound.h"
+#include "common/ComponentState.h"
+#include "common/MessageLoop.h"
+#include "common/Numbers.h"
+#include "common/Report.h"
+#include "points/PointKeys.h"
+
+#include <array>
+#include <set>
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kCompilerProgId = L"ORV.QB.Interop.Compilers.CompilersInterop";
+constexpr CLSID kDatabaseLocationClass = {
+    0x1D816F43, 0xBC81, 0x46F7, {0xB1, 0x7D, 0xEE, 0x81, 0xB5, 0x59, 0xE7, 0x8F}};
+
+// The export document, in its order.
+constexpr const wchar_t* kRoot = L"O_Tam_id";
+constexpr const wchar_t* kDevAddr = L"DevAddr";
+constexpr const wchar_t* kAppId = L"AppID";
+constexpr const wchar_t* kDevKey = L"DevKey";
+constexpr const wchar_t* kTamObjectId = L"TamObjectID";
+constexpr const wchar_t* kIsLastOnDev = L"IsLastOnDev";
+constexpr const wchar_t* kInputs = L"Inputs";
+constexpr const wchar_t* kLinkReference = L"LinkReference";
+constexpr const wchar_t* kLogicalAddress = L"LogicalAddress";
+constexpr const wchar_t* kSnvtType = L"SNVTType";
+constexpr const wchar_t* kIsPermanent = L"isPermanent";
+constexpr const wchar_t* kIsConnected = L"IsConnected";
+constexpr const wchar_t* kOutputs = L"Outputs";
+constexpr const wchar_t* kIsMapAsObject = L"isMapAsOO";
+constexpr const wchar_t* kObjectOffset = L"ObjOffset";
+constexpr const wchar_t* kAbsoluteObjectIndex = L"AbsoluteObjectIndex";
+constexpr const wchar_t* kIsWritable = L"IsWritable";
+constexpr const wchar_t* kDisplayWritable = L"DisplayWritable";
+constexpr const wchar_t* kAttributes = L"Attributes";
+constexpr const wchar_t* kValue = L"Value";
+constexpr const wchar_t* kEnumDesc = L"EnumDesc";
+
+/// Attributes of this key are part of the module's configuration and always in use.
+constexpr const wchar_t* kConfigurationKey = L"CONFIG";
+
+/// The value that ClearReferences gives an input: a reference to nothing, in
+/// the long form for an extended input.
+constexpr const wchar_t* kNoExtendedReference = L"000000";
+constexpr const wchar_t* kNoReference = L"0000";
+
+using KeySet = std::set<std::wstring>;
+
+std::wstring Flag(bool value) { return value ? L"1" : L"0"; }
+
+/// A flag that a definition gives as text: "1" for every text that means true.
+std::wstring Flag(const std::wstring& text) {
+    bool value = false;
+    com::Attempt([&] { value = com::BoolOf(text); });
+    return Flag(value);
+}
+
+dom::Element AppendPoint(const dom::Document& document, const dom::Node& container, const std::wstring& name) {
+    return dom::AppendField(document, container, name, std::wstring(dom::kNoTextField));
+}
+
+void ExportInputs(const dom::Document& document, const dom::Node& root, const com::Ref<CDBInputs>& inputs,
+                  KeySet& referenced) {
+    const dom::Node container(AppendPoint(document, root, kInputs));
+    if (!inputs) {
+        return;
+    }
+    for (const com::Ref<CDBInput>& input : inputs->All()) {
+        const bool connected = IsConnectedReference(input->LinkReference());
+        const dom::Element element = AppendPoint(document, container, input->PointName());
+        dom::SetAttribute(element, kLinkReference, input->LinkReference());
+        dom::SetAttribute(element, kLogicalAddress, input->LogicalAddress());
+        dom::SetAttribute(element, kSnvtType, input->SnvtTypeText());
+        dom::SetAttribute(element, kIsPermanent, Flag(input->IsPermanent()));
+        dom::SetAttribute(element, kIsConnected, Flag(connected));
+        if (connected) {
+            referenced.insert(ReferenceKey(input->LinkReference()));
+        }
+    }
+}
+
+void ExportOutputs(const dom::Document& document, const dom::Node& root,
+                   const com::Ref<CDBOutputs>& outputs, const KeySet& referenced) {
+    const dom::Node container(AppendPoint(document, root, kOutputs));
+    if (!outputs) {
+        return;
+    }
+    for (const com::Ref<CDBOutput>& output : outputs->All()) {
+        const bool connected = output->IsConnected() || referenced.contains(ReferenceKey(output->PointName()));
+        const dom::Element element = AppendPoint(document, container, output->PointName());
+        dom::SetAttribute(element, kLogicalAddress, output->LogicalAddress());
+        dom::SetAttribute(element, kSnvtType, output->CompatibleId());
+        dom::SetAttribute(element, kIsMapAsObject, Flag(output->MapAsObject()));
+        dom::SetAttribute(element, kObjectOffset, output->ObjectOffset());
+        dom::SetAttribute(element, kAbsoluteObjectIndex, output->AbsoluteObjectIndex());
+        dom::SetAttribute(element, kIsConnected, Flag(connected));
+        dom::SetAttribute(element, kIsWritable, Flag(output->Writable()));
+        if (output->IsDisplayWritable()) {
+            dom::SetAttribute(element, kDisplayWritable, L"1");
+        }
+    }
+}
+
+void ExportAttributes(const dom::Document& document, const dom::Node& root,
+                      const com::Ref<CDBAttributes>& attributes, const KeySet& referenced) {
+    const dom::Node container(AppendPoint(document, root, kAttributes));
+    if (!attributes) {
+        return;
+    }
+    for (const com::Ref<CDBAttribute>& attribute : attributes->All()) {
+        const std::wstring key = ReferenceKey(attribute->PointName());
+        const bool connected = key == kConfigurationKey || referenced.contains(key);
+        const dom::Element element = AppendPoint(document, container, attribute->PointName());
+        dom::SetAttribute(element, kLogicalAddress, attribute->LogicalAddress());
+        dom::SetAttribute(element, kSnvtType, attribute->SNVTName());
+        dom::SetAttribute(element, kValue, attribute->ValueText());
+        dom::SetAttribute(element, kIsPermanent, Flag(attribute->IsPermanent()));
+        dom::SetAttribute(element, kIsConnected, Flag(connected));
+        const auto& type = attribute->Type();
+        if (type && type->IsEnum() && !type->EnumDesc().empty()) {
+            dom::SetAttribute(element, kEnumDesc, type->EnumDesc());
+        }
+    }
+}
+
+/// The path of the controller's database, from the host's own class.
+std::wstring DatabasePath() {
+    com::Ref<IDatabaseLocation> location;
+    com::Check(CoCreateInstance(kDatabaseLocationClass, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
+                                __uuidof(IDatabaseLocation), location.PutVoid()));
+    com::Bstr path;
+    com::Check(location->get_Path(path.Put()));
+    return std::wstring(path.View());
+}
+
+/// For whoever looks into an export: with DEBUG=1 the document is kept.
+void DumpIfAsked(const dom::Document& document, const std::wstring& devKey, short objectId) {
+    wchar_t debug[3] = {};
+    if (GetEnvironmentVariableW(L"DEBUG", debug, 3) != 1 || debug[0] != L'1') {
+        return;
+    }
+    com::Attempt([&] {
+        const std::wstring path = L"C:\\interop_" + devKey + L"_" + std::to_wstring(objectId) + L".xml";
+        com::Check(document->save(com::Variant(std::wstring_view(path)).Get()));
+    });
+}
+
+std::wstring XmlOf(const dom::Document& document) {
+    com::Bstr text;
+    com::Check(document->get_xml(text.Put()));
+    return std::wstring(text.View());
+}
+
+} // namespace
+
+dom::Document CDBAppObject::BuildExport() const {
+    const dom::Document document = dom::NewDocument(dom::kDocumentClass);
+    const dom::Element root = dom::Append(document, dom::Node(document), kRoot);
+    dom::SetAttribute(root, kDevAddr, address_);
+    dom::SetAttribute(root, kAppId, applicationId_);
+    dom::SetAttribute(root, kDevKey, devKey_);
+    dom::SetAttribute(root, kTamObjectId, std::to_wstring(tamObjectId_));
+    dom::SetAttribute(root, kIsLastOnDev, Flag(isLastOnDev_));
+    KeySet referenced;
+    ExportInputs(document, dom::Node(root), inputs_, referenced);
+    ExportOutputs(document, dom::Node(root), outputs_, referenced);
+    ExportAttributes(document, dom::Node(root), attributes_, referenced);
+    return document;
+}
+
+STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
+    return Get(value, [&] {
+        const std::wstring path = DatabasePath();
+        com::Ref<IDispatch> compiler;
+        com::Attempt([&] { compiler = com::CreateByProgId(kCompilerProgId); });
+        std::wstring stream;
+        if (!compiler) {
+            ShowBox(L"Compiler.dll, necessary to exported Tam object hasn't been found", ComponentTitle());
+            // Nothing compiles the document: it is the answer itself, and no size is known.
+            com::Attempt([&] {
+                const dom::Document document = BuildExport();
+                DumpIfAsked(document, devKey_, tamObjectId_);
+                stream = XmlOf(document);
+            });
+            TakeSizes({}, {});
+            return stream;
+        }
+        com::Attempt([&] {
+            std::array<VARIANT, 1> arguments{};
+            const com::Variant argument{std::wstring_view(path)};
+            arguments[0] = argument.Get();
+            com::CallMember(*compiler.Get(), L"SetDBPath", arguments);
+            CompileExport(*compiler.Get(), stream);
+        });
+        return stream;
+    });
+}
+
+void CDBAppObject::CompileExport(IDispatch& compiler, std::wstring& stream) {
+    const dom::Document document = BuildExport();
+    DumpIfAsked(document, devKey_, tamObjectId_);
+    com::Bstr text(XmlOf(document));
+    com::Bstr cdb(L"");
+    com::Bstr ddb(L"");
+    std::array<VARIANT, 3> arguments{com::ByReference(text), com::ByReference(cdb), com::ByReference(ddb)};
+    com::CallMember(compiler, L"CompileTamObject", arguments);
+    TakeSizes(cdb.View(), ddb.View());
+    stream = text.View();
+}
+
+void CDBAppObject::TakeSizes(std::wstring_view cdb, std::wstring_view ddb) {
+    cdbDimension_ = ToInt32(Val(cdb));
+    ddbDimension_ = ToInt32(Val(ddb));
+}
+
+STDMETHODIMP CDBAppObject::ClearReferences() {
+    return Do([&] {
+        if (!inputs_) {
+            return;
+        }
+        const auto inputs = inputs_; // a message of the host may drop the collection meanwhile
+        for (const com::Ref<CDBInput>& input : inputs->All()) {
+            YieldToHost();
+            com::Attempt([&] {
+                VARIANT_BOOL extended = VARIANT_FALSE;
+                com::Check(input->get_Extended(&extended));
+                const com::Bstr value(extended != VARIANT_FALSE ? kNoExtendedReference : kNoReference);
+                com::Check(input->put_Value(value.Get()));
+            });
+        }
+    });
+}
+
+} // namespace tam

@@ -1,0 +1,98 @@
+#include "appobject/CDBAppObject.h"
+
+#include "appobject/Pictures.h"
+#include "common/ComponentState.h"
+#include "common/Report.h"
+#include "component/resource.h"
+
+#include <shellapi.h>
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kNoDatasheet = L"DataSheet not available";
+
+// Answers of the shell below its mark of success.
+constexpr INT_PTR kSucceeded = 32;
+constexpr INT_PTR kNoAssociation = 31;
+constexpr INT_PTR kFileNotFound = 2;
+
+std::string AnsiOf(const std::wstring& text) {
+    const int length = static_cast<int>(text.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string ansi(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, text.data(), length, ansi.data(), size, nullptr, nullptr);
+    return ansi;
+}
+
+HWND WindowOf(VARIANT& handle) {
+    com::Variant number;
+    com::Check(VariantChangeType(number.Put(), &handle, 0, VT_I4));
+    return reinterpret_cast<HWND>(static_cast<LONG_PTR>(number.Get().lVal));
+}
+
+} // namespace
+
+STDMETHODIMP CDBAppObject::Show() {
+    isPlugInActive_ = true;
+    Trap(L"IAppObject_Show Class Module CDBAppObject", L"Sub IAppObject_Show", [&] {
+        if (!parent_) {
+            return;
+        }
+        const auto document = parent_.As<IHostDocument>();
+        if (!document) {
+            throw RunTimeError(RunTime::TypeMismatch);
+        }
+        com::Ref<IDispatch> shown;
+        com::Check(document->get_View(shown.Put()));
+        com::CheckSet(shown.Get());
+        const auto view = shown.As<IHostView>();
+        if (!view) {
+            throw RunTimeError(RunTime::TypeMismatch);
+        }
+        com::Check(view->ShowObject());
+    });
+    isPlugInActive_ = false;
+    return S_OK;
+}
+
+STDMETHODIMP CDBAppObject::get_Icon(IDispatch** value) {
+    return Get(value, [&] {
+        com::Ref<IDispatch> picture;
+        com::Attempt([&] { picture = PictureFromFile(State().AppPath + definitionName_ + L".ico"); });
+        if (!picture) {
+            com::Attempt([&] { picture = PictureFromIcon(TAM_ICON_LOGO); });
+        }
+        return picture;
+    });
+}
+
+STDMETHODIMP CDBAppObject::ViewDatasheet(VARIANT ownerWindow) {
+    com::Attempt([&] {
+        if (!datasheetAvailable_) {
+            ShowBox(kNoDatasheet, ComponentTitle());
+            return;
+        }
+        HWND owner = nullptr;
+        com::Attempt([&] { owner = WindowOf(ownerWindow); });
+        const std::string path = AnsiOf(datasheetPath_);
+        // The working directory is the file's own path, as hosts have always seen it.
+        const auto result = reinterpret_cast<INT_PTR>(
+            ShellExecuteA(owner, "open", path.c_str(), "0", path.c_str(), SW_SHOWMAXIMIZED));
+        if (result >= kSucceeded) {
+            return;
+        }
+        if (result == kNoAssociation) {
+            ShowBox(L"Viewer not Available. Please install the viewer to see the documentation",
+                    ComponentTitle());
+        } else if (result == kFileNotFound) {
+            ShowBox(kNoDatasheet, ComponentTitle());
+        } else {
+            ShowBox(L"Visualization not allowed", ComponentTitle());
+        }
+    });
+    return S_OK;
+}
+
+} // namespace tam

@@ -1,0 +1,219 @@
+#include "appobject/CDBAppObject.h"
+
+#include "common/Case.h"
+#include "common/MessageLoop.h"
+#include "common/Numbers.h"
+#include "common/Report.h"
+
+#include <algorithm>
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAppObject";
+/// The component's name, which an object loaded from a stream takes as its definition's.
+constexpr const wchar_t* kStreamDefinition = L"O_Tam_id";
+
+// The project element. Written as they stand, read in any letter case.
+constexpr const wchar_t* kUserName = L"UserName";
+constexpr const wchar_t* kXPosition = L"X_Position";
+constexpr const wchar_t* kYPosition = L"Y_Position";
+constexpr const wchar_t* kDevKey = L"DevKey";
+constexpr const wchar_t* kTamObjId = L"TamObjID";
+constexpr const wchar_t* kOutputs = L"Outputs";
+constexpr const wchar_t* kIsDisplayable = L"IsDisplayable";
+/// Where the flags are read from. They are written elsewhere: saved flags are
+/// not restored, which is the hosts' agreed behaviour.
+constexpr const wchar_t* kOutReferences = L"OUTREFERENCES";
+
+// The interoperability element. Inputs and outputs spell the type differently.
+constexpr const wchar_t* kKey = L"Key";
+constexpr const wchar_t* kInputs = L"Inputs";
+constexpr const wchar_t* kReference = L"Reference";
+constexpr const wchar_t* kLogicalAddress = L"LogicalAddress";
+constexpr const wchar_t* kIsPermanent = L"isPermanent";
+constexpr const wchar_t* kInputType = L"SNVTType";
+constexpr const wchar_t* kOutputType = L"SNVT_Type";
+constexpr const wchar_t* kAttributes = L"Attributes";
+constexpr const wchar_t* kValue = L"Value";
+
+// The device stream.
+constexpr const wchar_t* kStreamName = L"Tam/Name";
+constexpr const wchar_t* kStreamDevKey = L"Tam/DevKey";
+constexpr const wchar_t* kStreamIsLast = L"Tam/IsLastOnDev";
+constexpr const wchar_t* kStreamObjectId = L"Tam/TamObjID";
+constexpr const wchar_t* kStreamCdb = L"Tam/CDB";
+constexpr const wchar_t* kStreamDdb = L"Tam/DDB";
+constexpr const wchar_t* kStreamInputs = L"Tam/InReferences";
+constexpr const wchar_t* kStreamOutputs = L"Tam/OutReferences";
+constexpr const wchar_t* kStreamAttributes = L"Tam/Attributes";
+
+template <class Collection>
+bool HasItems(const com::Ref<Collection>& collection) {
+    return collection && collection->All().Count() > 0;
+}
+
+/// Passes each reference element of a section to the collection, which is made
+/// if the host has dropped it meanwhile.
+template <class Collection>
+void LoadSection(const dom::Document& stream, const wchar_t* path, com::Ref<Collection>& collection,
+                 const OwnerRef& owner) {
+    const dom::Node section = dom::FirstByTagName(stream, path);
+    if (!section) {
+        return;
+    }
+    dom::ForEachChild(section, [&](const dom::Node& child) {
+        YieldToHost();
+        if (!dom::IsElement(child)) {
+            return;
+        }
+        if (!collection) {
+            collection = Collection::Make();
+        }
+        collection->AddItem(dom::BaseName(child), child, owner);
+    });
+}
+
+} // namespace
+
+STDMETHODIMP CDBAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    Trap(kModule, L"Sub IAppObject_XMLSave", [&] {
+        const dom::Document target = dom::DocumentOf(document);
+        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), definitionName_));
+        dom::AppendText(target, element, kUserName, userName_);
+        dom::AppendText(target, element, kXPosition, com::TextOf(xPosition_));
+        dom::AppendText(target, element, kYPosition, com::TextOf(yPosition_));
+        dom::AppendText(target, element, kDevKey, deviceKey_);
+        dom::AppendText(target, element, kTamObjId, std::to_wstring(tamObjectId_));
+        SaveOutputs(target, element);
+    });
+    return S_OK;
+}
+
+void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& element) const {
+    if (!outputs_) {
+        return;
+    }
+    const auto& outputs = outputs_->All();
+    const auto isDisplayable = [](const com::Ref<CDBOutput>& output) { return output->IsDisplayable(); };
+    if (std::none_of(outputs.begin(), outputs.end(), isDisplayable)) {
+        return;
+    }
+    const dom::Node container(dom::Append(document, element, kOutputs));
+    for (const com::Ref<CDBOutput>& output : outputs) {
+        if (isDisplayable(output)) {
+            dom::AddAttribute(dom::Append(document, container, output->PointName()), kIsDisplayable, L"1");
+        }
+    }
+}
+
+STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
+    Trap(kModule, L"Sub IAppObject_XmlLoad", [&] {
+        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) { LoadChild(child); });
+    });
+    return S_OK;
+}
+
+void CDBAppObject::LoadChild(const dom::Node& child) {
+    // Anything else, the host's "Environment" and the saved "Outputs" included, is not for this object.
+    const std::wstring keyword = dom::BaseName(child);
+    if (EqualIgnoringCase(keyword, kUserName)) {
+        userName_ = dom::FirstChildValue(child);
+    } else if (EqualIgnoringCase(keyword, kXPosition)) {
+        xPosition_ = Val(dom::FirstChildValue(child));
+    } else if (EqualIgnoringCase(keyword, kYPosition)) {
+        yPosition_ = Val(dom::FirstChildValue(child));
+    } else if (EqualIgnoringCase(keyword, kDevKey)) {
+        deviceKey_ = dom::FirstChildValue(child);
+    } else if (EqualIgnoringCase(keyword, kTamObjId)) {
+        tamObjectId_ = ToInt16(Val(dom::FirstChildValue(child)));
+    } else if (EqualIgnoringCase(keyword, kOutReferences)) {
+        LoadDisplayFlags(child);
+    }
+}
+
+void CDBAppObject::LoadDisplayFlags(const dom::Node& element) {
+    dom::ForEachChildButComments(element, [&](const dom::Node& child) {
+        if (dom::TextOf(child) != L"1") {
+            return;
+        }
+        com::CheckSet(outputs_.Get());
+        const com::Ref<CDBOutput>* output = outputs_->All().FindKey(dom::BaseName(child));
+        com::CheckSet(output);
+        (*output)->SetDisplayable(true);
+    });
+}
+
+STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) {
+    return Do([&] {
+        const dom::Document target = dom::DocumentOf(document);
+        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), definitionName_));
+        dom::AppendText(target, element, kUserName, userName_);
+        dom::AppendText(target, element, kKey, extendedKey_);
+        if (HasItems(inputs_)) {
+            const dom::Node container(dom::Append(target, element, kInputs));
+            for (const com::Ref<CDBInput>& input : inputs_->All()) {
+                const dom::Node node(dom::Append(target, container, input->PointName()));
+                dom::AppendText(target, node, kReference, input->ProtocolReference());
+                dom::AppendText(target, node, kLogicalAddress, input->LogicalAddress());
+                dom::AppendText(target, node, kIsPermanent, com::TextOf(input->IsPermanent()));
+                dom::AppendText(target, node, kInputType, input->SnvtTypeText());
+            }
+        }
+        if (HasItems(outputs_)) {
+            const dom::Node container(dom::Append(target, element, kOutputs));
+            for (const com::Ref<CDBOutput>& output : outputs_->All()) {
+                const dom::Element node = dom::Append(target, container, output->PointName());
+                if (output->IsDisplayable()) {
+                    dom::AddAttribute(node, kIsDisplayable, L"1");
+                }
+                dom::AppendText(target, dom::Node(node), kOutputType, output->CompatibleId());
+                dom::AppendText(target, dom::Node(node), kLogicalAddress, output->LogicalAddress());
+            }
+        }
+        if (HasItems(attributes_)) {
+            const dom::Node container(dom::Append(target, element, kAttributes));
+            for (const com::Ref<CDBAttribute>& attribute : attributes_->All()) {
+                const dom::Node node(dom::Append(target, container, attribute->PointName()));
+                dom::AppendText(target, node, kValue, attribute->ValueText());
+            }
+        }
+    });
+}
+
+STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
+    return Do([&] {
+        inputs_ = CDBInputs::Make();
+        outputs_ = CDBOutputs::Make();
+        if (!attributes_) {
+            attributes_ = CDBAttributes::Make();
+        }
+        const dom::Document stream = dom::NewDocument(dom::kDocumentClass);
+        const com::Bstr text(com::View(xml));
+        VARIANT_BOOL done = VARIANT_FALSE;
+        // A text that is no XML leaves the document empty: the first look-up fails.
+        com::Check(stream->loadXML(text.Get(), &done));
+        LoadStreamHeader(dom::Node(stream));
+        definitionName_ = kStreamDefinition;
+        LoadSection(stream, kStreamInputs, inputs_, link_);
+        LoadSection(stream, kStreamOutputs, outputs_, link_);
+        LoadSection(stream, kStreamAttributes, attributes_, link_);
+    });
+}
+
+void CDBAppObject::LoadStreamHeader(const dom::Node& document) {
+    name_ = dom::RequiredText(document, kStreamName);
+    userName_ = name_;
+    devKey_ = dom::RequiredText(document, kStreamDevKey);
+    isLastOnDev_ = Val(dom::RequiredText(document, kStreamIsLast)) == 1.0;
+    tamObjectId_ = ToInt16(Val(dom::RequiredText(document, kStreamObjectId)));
+    if (const dom::Node cdb = dom::Select(document, kStreamCdb)) {
+        cdbDimension_ = ToInt32(Val(dom::TextOf(cdb)));
+    }
+    if (const dom::Node ddb = dom::Select(document, kStreamDdb)) {
+        ddbDimension_ = ToInt32(Val(dom::TextOf(ddb)));
+    }
+}
+
+} // namespace tam

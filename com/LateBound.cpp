@@ -1,0 +1,83 @@
+#include "com/LateBound.h"
+
+#include "com/Boundary.h"
+#include "common/RunTimeError.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace com {
+
+namespace {
+
+[[noreturn]] void ThrowException(EXCEPINFO& exception) {
+    if (exception.pfnDeferredFillIn != nullptr) {
+        exception.pfnDeferredFillIn(&exception);
+    }
+    const std::wstring source = Text(exception.bstrSource);
+    const std::wstring description = Text(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrHelpFile);
+    const HRESULT code = exception.scode != 0 ? exception.scode : DISP_E_EXCEPTION;
+    throw tam::RunTimeError(static_cast<std::int32_t>(code), source, description);
+}
+
+Variant Invoke(IDispatch& object, const std::wstring& name, WORD flags, std::span<VARIANT> arguments) {
+    DISPID id = DISPID_UNKNOWN;
+    Bstr member(name);
+    BSTR text = member.Get();
+    Check(object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id));
+
+    std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
+    DISPID putId = DISPID_PROPERTYPUT;
+    DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
+        params.rgdispidNamedArgs = &putId;
+        params.cNamedArgs = 1;
+    }
+    Variant result;
+    EXCEPINFO exception{};
+    const HRESULT hr = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
+                                     params.cNamedArgs != 0 ? nullptr : result.Put(), &exception, nullptr);
+    if (hr == DISP_E_EXCEPTION) {
+        ThrowException(exception);
+    }
+    Check(hr);
+    return result;
+}
+
+} // namespace
+
+Ref<IDispatch> CreateByProgId(const std::wstring& progId) {
+    CLSID clsid{};
+    Check(CLSIDFromProgID(progId.c_str(), &clsid));
+    Ref<IDispatch> object;
+    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                           object.PutVoid()));
+    return object;
+}
+
+Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIANT> arguments) {
+    return Invoke(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+}
+
+Variant GetMember(IDispatch& object, const std::wstring& name) {
+    return Invoke(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
+}
+
+void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value) {
+    VARIANT argument = value; // borrowed: the callee copies what it keeps
+    const bool isObject = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
+    Invoke(object, name, isObject ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,
+           std::span<VARIANT>(&argument, 1));
+}
+
+VARIANT ByReference(Bstr& text) noexcept {
+    VARIANT argument{};
+    argument.vt = VT_BYREF | VT_BSTR;
+    argument.pbstrVal = text.Address();
+    return argument;
+}
+
+} // namespace com

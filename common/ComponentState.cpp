@@ -1,0 +1,38 @@
+#include "common/ComponentState.h"
+
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+#include "com/Module.h"
+#include "points/ValueText.h"
+
+namespace tam {
+
+namespace {
+
+constexpr unsigned kTitle = 101;
+
+} // namespace
+
+ComponentState& State() noexcept {
+    // Never destroyed: when the process ends, the catalogue's own library may
+    // be gone before this one.
+    static ComponentState& state = *new ComponentState;
+    return state;
+}
+
+void InitDecimalSeparator() {
+    com::Bstr half;
+    com::Check(VarBstrFromR4(0.5F, LOCALE_USER_DEFAULT, 0, half.Put()));
+    State().DecimalSeparator = DecimalSeparatorFrom(half.View());
+}
+
+std::wstring ResourceText(unsigned id) {
+    const wchar_t* text = nullptr;
+    const int length =
+        LoadStringW(com::ThisModule().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
+    return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
+}
+
+std::wstring ComponentTitle() { return ResourceText(kTitle); }
+
+} // namespace tam

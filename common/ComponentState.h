@@ -1,0 +1,47 @@
+#pragma once
+
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace tam {
+
+/// A row of the definition's table of database sizes.
+struct DataSizeEntry {
+    std::wstring Name;
+    std::uint8_t CDB_Size = 0;
+    std::uint8_t Size_area_1 = 0;
+    std::uint8_t Size_area_2 = 0;
+};
+
+/// What all objects of the component share. One copy for the loaded component.
+struct ComponentState {
+    /// Folder of the component's own file with a closing backslash.
+    std::wstring AppPath;
+    /// The catalogue document that the host handed over last.
+    com::Ref<IDispatch> SnvtCatalogueDocument;
+    /// Filled by each definition load; the last one wins.
+    std::array<DataSizeEntry, 6> DataSizes;
+    std::uint8_t DataSizeCount = 0;
+    /// The decimal mark of the user's locale, "," or "."; empty before
+    /// InitDecimalSeparator has run.
+    std::wstring DecimalSeparator;
+};
+
+ComponentState& State() noexcept;
+
+/// Reads the user's decimal mark into the state. May run any number of times.
+void InitDecimalSeparator();
+
+/// A text of the component's string table; empty when there is none.
+std::wstring ResourceText(unsigned id);
+/// String resource 101, the component's title and the caption of its boxes.
+std::wstring ComponentTitle();
+
+} // namespace tam

@@ -1,0 +1,205 @@
+#include "common/Dom.h"
+
+#include "common/RunTimeError.h"
+
+namespace tam::dom {
+
+namespace {
+
+using com::Bstr;
+using com::Check;
+using com::CheckSet;
+using com::Ref;
+
+std::wstring VariantText(const VARIANT& value) {
+    if (value.vt == VT_BSTR) {
+        return com::Text(value.bstrVal);
+    }
+    return {};
+}
+
+void CheckFound(const Node& node) { CheckSet(node.Get()); }
+
+Node FirstChild(const Node& node) {
+    Node child;
+    Check(node->get_firstChild(child.Put()));
+    return child;
+}
+
+} // namespace
+
+const CLSID kDefinitionDocumentClass = {
+    0xF6D90F11, 0x9C73, 0x11D3, {0xB3, 0x2E, 0x00, 0xC0, 0x4F, 0x99, 0x0B, 0xB4}};
+const CLSID kDocumentClass = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+
+Document NewDocument(REFCLSID documentClass) {
+    Document document;
+    Check(CoCreateInstance(documentClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
+                           document.PutVoid()));
+    Check(document->put_async(VARIANT_FALSE));
+    com::Variant language(L"XPath");
+    Check(document->setProperty(Bstr(L"SelectionLanguage").Get(), language.Get()));
+    VARIANT yes{};
+    yes.vt = VT_BOOL;
+    yes.boolVal = VARIANT_TRUE;
+    // Older parsers do not know the property; they do not expand entities by default either.
+    document->setProperty(Bstr(L"ProhibitDTD").Get(), yes);
+    return document;
+}
+
+Node NodeOf(IDispatch* object) {
+    CheckSet(object);
+    Node node = com::Query<IXMLDOMNode>(object);
+    if (!node) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+    return node;
+}
+
+Document DocumentOf(IDispatch* object) {
+    CheckSet(object);
+    Document document = com::Query<IXMLDOMDocument2>(object);
+    if (!document) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+    return document;
+}
+
+std::wstring BaseName(const Node& node) {
+    Bstr name;
+    Check(node->get_baseName(name.Put()));
+    return std::wstring(name.View());
+}
+
+std::wstring TextOf(const Node& node) {
+    Bstr text;
+    Check(node->get_text(text.Put()));
+    return std::wstring(text.View());
+}
+
+std::wstring ValueOf(const Node& node) {
+    com::Variant value;
+    Check(node->get_nodeValue(value.Put()));
+    return VariantText(value.Get());
+}
+
+std::wstring FirstChildText(const Node& node) {
+    const Node child = FirstChild(node);
+    CheckFound(child);
+    return TextOf(child);
+}
+
+std::wstring FirstChildTextOrEmpty(const Node& node) {
+    const Node child = FirstChild(node);
+    return child ? TextOf(child) : std::wstring();
+}
+
+std::wstring FirstChildValue(const Node& node) {
+    const Node child = FirstChild(node);
+    CheckFound(child);
+    return ValueOf(child);
+}
+
+DOMNodeType TypeOf(const Node& node) {
+    DOMNodeType type = NODE_INVALID;
+    Check(node->get_nodeType(&type));
+    return type;
+}
+
+void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit) {
+    Node child = FirstChild(parent);
+    while (child) {
+        visit(child);
+        Node next;
+        Check(child->get_nextSibling(next.Put()));
+        child = std::move(next);
+    }
+}
+
+void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit) {
+    ForEachChild(parent, [&](const Node& child) {
+        if (!IsComment(child)) {
+            visit(child);
+        }
+    });
+}
+
+void ForEachAttribute(const Node& element,
+                      const std::function<void(const std::wstring&, const std::wstring&)>& visit) {
+    Ref<IXMLDOMNamedNodeMap> attributes;
+    Check(element->get_attributes(attributes.Put()));
+    if (!attributes) {
+        return;
+    }
+    for (;;) {
+        Node attribute;
+        Check(attributes->nextNode(attribute.Put()));
+        if (!attribute) {
+            return;
+        }
+        visit(BaseName(attribute), TextOf(attribute));
+    }
+}
+
+Node FirstByTagName(const Document& document, const std::wstring& path) {
+    Ref<IXMLDOMNodeList> list;
+    Check(document->getElementsByTagName(Bstr(path).Get(), list.Put()));
+    Node node;
+    if (list) {
+        Check(list->nextNode(node.Put()));
+    }
+    return node;
+}
+
+Node Select(const Node& from, const std::wstring& path) {
+    Node node;
+    Check(from->selectSingleNode(Bstr(path).Get(), node.Put()));
+    return node;
+}
+
+std::wstring RequiredText(const Node& from, const std::wstring& path) {
+    const Node node = Select(from, path);
+    CheckFound(node);
+    return TextOf(node);
+}
+
+Element Append(const Document& document, const Node& parent, const std::wstring& name) {
+    Element element;
+    Check(document->createElement(Bstr(name).Get(), element.Put()));
+    Check(parent->appendChild(element.Get(), nullptr));
+    return element;
+}
+
+Element AppendText(const Document& document, const Node& parent, const std::wstring& name,
+                   const std::wstring& text) {
+    Element element = Append(document, parent, name);
+    Ref<IXMLDOMText> content;
+    Check(document->createTextNode(Bstr(text).Get(), content.Put()));
+    Check(element->appendChild(content.Get(), nullptr));
+    return element;
+}
+
+Element AppendField(const Document& document, const Node& parent, const std::wstring& name,
+                    const std::wstring& text) {
+    return text == kNoTextField ? Append(document, parent, name) : AppendText(document, parent, name, text);
+}
+
+void AddAttribute(const Element& element, const std::wstring& name, const std::wstring& text) {
+    Ref<IXMLDOMDocument> owner;
+    Check(element->get_ownerDocument(owner.Put()));
+    CheckSet(owner.Get());
+    Ref<IXMLDOMAttribute> attribute;
+    Check(owner->createAttribute(Bstr(name).Get(), attribute.Put()));
+    Check(attribute->put_text(Bstr(text).Get()));
+    Ref<IXMLDOMNamedNodeMap> attributes;
+    Check(element->get_attributes(attributes.Put()));
+    CheckSet(attributes.Get());
+    Check(attributes->setNamedItem(attribute.Get(), nullptr));
+}
+
+void SetAttribute(const Element& element, const std::wstring& name, const std::wstring& text) {
+    const com::Variant value{std::wstring_view(text)};
+    Check(element->setAttribute(Bstr(name).Get(), value.Get()));
+}
+
+} // namespace tam::dom

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <msxml2.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+// The interface headers of this tool chain declare the DOM without identifiers.
+__CRT_UUID_DECL(IXMLDOMNode, 0x2933BF80, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMDocument, 0x2933BF81, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMDocument2, 0x2933BF95, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMElement, 0x2933BF86, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMNodeList, 0x2933BF82, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMNamedNodeMap, 0x2933BF83, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+
+namespace tam::dom {
+
+using Node = com::Ref<IXMLDOMNode>;
+using Element = com::Ref<IXMLDOMElement>;
+using Document = com::Ref<IXMLDOMDocument2>;
+
+/// The document class that the definition file is loaded with.
+extern const CLSID kDefinitionDocumentClass;
+/// MSXML 6, for every other document that the component makes.
+extern const CLSID kDocumentClass;
+
+/// A new document: synchronous, XPath selection, no DTD. Throws CallError.
+Document NewDocument(REFCLSID documentClass);
+
+/// The node behind an argument of the host. "Object not set" for a null one,
+/// "type mismatch" for an object that is no DOM node.
+Node NodeOf(IDispatch* object);
+/// The same for a document.
+Document DocumentOf(IDispatch* object);
+
+/// Local name; empty for nodes that have none.
+std::wstring BaseName(const Node& node);
+/// Text of the node with all below it, as the DOM gives it.
+std::wstring TextOf(const Node& node);
+/// Value of a node of its own, such as a text; empty where it has none.
+std::wstring ValueOf(const Node& node);
+/// Text of the node's first child. "Object not set" when it has no child.
+std::wstring FirstChildText(const Node& node);
+/// Text of the node's first child; empty when it has no child.
+std::wstring FirstChildTextOrEmpty(const Node& node);
+/// Value of the node's first child. "Object not set" when it has no child.
+std::wstring FirstChildValue(const Node& node);
+
+DOMNodeType TypeOf(const Node& node);
+inline bool IsComment(const Node& node) { return TypeOf(node) == NODE_COMMENT; }
+inline bool IsElement(const Node& node) { return TypeOf(node) == NODE_ELEMENT; }
+
+/// Calls visit for each child in document order. The next sibling is read
+/// after the visit, so a visit may append behind the child that it is given.
+void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit);
+/// The same without the comments.
+void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit);
+/// Calls visit with the local name and the text of each attribute.
+void ForEachAttribute(const Node& element, const std::function<void(const std::wstring&, const std::wstring&)>& visit);
+
+/// First node that the element-by-tag-name query of the document returns for
+/// a name or a path; empty when there is none.
+Node FirstByTagName(const Document& document, const std::wstring& path);
+/// Single node selected by a path from a node; empty when there is none.
+Node Select(const Node& from, const std::wstring& path);
+/// Text of the node at a path. "Object not set" when there is none.
+std::wstring RequiredText(const Node& from, const std::wstring& path);
+
+/// Appends an empty element.
+Element Append(const Document& document, const Node& parent, const std::wstring& name);
+/// Appends an element with a text node, which may be empty.
+Element AppendText(const Document& document, const Node& parent, const std::wstring& name,
+                   const std::wstring& text);
+/// Appends an element as the export writes them: with a text node, or without
+/// one when the text is exactly the marker "NoTextField".
+Element AppendField(const Document& document, const Node& parent, const std::wstring& name,
+                    const std::wstring& text);
+inline constexpr std::wstring_view kNoTextField = L"NoTextField";
+
+/// Sets an attribute through a node made on the element's owner document.
+void AddAttribute(const Element& element, const std::wstring& name, const std::wstring& text);
+/// Sets an attribute of an element of one's own.
+void SetAttribute(const Element& element, const std::wstring& name, const std::wstring& text);
+
+} // namespace tam::dom

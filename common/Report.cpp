@@ -1,0 +1,26 @@
+#include "common/Report.h"
+
+#include "common/ComponentState.h"
+
+#include <windows.h>
+
+namespace tam {
+
+void Report(const com::Failure& failure, const std::wstring& callingObject,
+            const std::wstring& callingFunction) noexcept {
+    com::Attempt([&] {
+        ErrorReport report;
+        report.application = ComponentTitle();
+        report.description = failure.Description();
+        report.callingObject = callingObject;
+        report.callingFunction = callingFunction;
+        report.source = failure.Source();
+        ShowErrorReport(report);
+    });
+}
+
+void ShowBox(const std::wstring& text, const std::wstring& caption, unsigned icon) noexcept {
+    MessageBoxW(GetActiveWindow(), text.c_str(), caption.c_str(), MB_OK | icon);
+}
+
+} // namespace tam

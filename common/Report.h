@@ -1,0 +1,44 @@
+#pragma once
+
+#include "com/Boundary.h"
+
+#include <string>
+#include <utility>
+
+namespace tam {
+
+/// The five texts of an error report, in the order of its set-up operation.
+struct ErrorReport {
+    std::wstring application;
+    std::wstring description;
+    /// Class or module, such as "O_Tam_id Class Module CDBInput".
+    std::wstring callingObject;
+    /// Procedure, such as "Sub XmlLoad".
+    std::wstring callingFunction;
+    std::wstring source;
+};
+
+/// Shows the report as a modal dialog. Traps nothing and throws nothing: it is
+/// the end of every error path. Lies with the dialogs.
+void ShowErrorReport(const ErrorReport& report) noexcept;
+
+/// Shows what was trapped in a member.
+void Report(const com::Failure& failure, const std::wstring& callingObject,
+            const std::wstring& callingFunction) noexcept;
+
+/// Runs the body of a member that traps: what it throws is shown, and the
+/// member goes on to its default result. True when nothing was thrown.
+template <class F>
+bool Trap(const std::wstring& callingObject, const std::wstring& callingFunction, F&& body) noexcept {
+    const auto failure = com::Attempt(std::forward<F>(body));
+    if (failure) {
+        Report(*failure, callingObject, callingFunction);
+    }
+    return !failure;
+}
+
+/// A message box, modal to the host's active window, with an OK button alone.
+/// The only place that shows one. `icon` is an MB_ICON value, 0 for none.
+void ShowBox(const std::wstring& text, const std::wstring& caption, unsigned icon = 0) noexcept;
+
+} // namespace tam

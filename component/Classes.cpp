@@ -1,0 +1,28 @@
+#include "component/Classes.h"
+
+#include "appobject/CDBAppObject.h"
+
+#include <array>
+
+namespace tam {
+
+namespace {
+
+template <class Class>
+HRESULT Create(REFIID iid, void** out) {
+    return Class::Make()->QueryInterface(iid, out);
+}
+
+constexpr int kTypeLibraries = 2;
+
+} // namespace
+
+const com::ServerInfo& ThisServer() noexcept {
+    static const std::array<com::ClassEntry, 1> classes{{
+        {&__uuidof(::CDBAppObject), L"O_Tam_id.CDBAppObject", L"Remote I/O module object", &Create<CDBAppObject>},
+    }};
+    static const com::ServerInfo server{classes, kTypeLibraries};
+    return server;
+}
+
+} // namespace tam

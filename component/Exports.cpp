@@ -1,0 +1,29 @@
+#include "com/Module.h"
+#include "com/Server.h"
+#include "component/Classes.h"
+
+#include <windows.h>
+
+#include <olectl.h>
+
+BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        com::ThisModule().Attach(instance);
+        DisableThreadLibraryCalls(instance);
+    }
+    return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+    return com::GetClassObject(tam::ThisServer(), clsid, iid, out);
+}
+
+STDAPI DllCanUnloadNow() { return com::CanUnloadNow(); }
+
+STDAPI DllRegisterServer() { return com::RegisterServer(tam::ThisServer(), com::Scope::Machine); }
+
+STDAPI DllUnregisterServer() { return com::UnregisterServer(tam::ThisServer(), com::Scope::Machine); }
+
+STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
+    return com::Install(tam::ThisServer(), install != FALSE, commandLine);
+}

@@ -1,0 +1,102 @@
+#include "dialogs/ModalDialog.h"
+
+#include "com/Boundary.h"
+#include "com/Module.h"
+
+namespace tam {
+
+namespace {
+
+/// A DLL's manifest for its own windows stands under number 2.
+constexpr WORD kManifest = 2;
+
+HANDLE ComponentContext() noexcept {
+    // Kept for the life of the process: a context may not be released while a
+    // window that was made under it lives.
+    static const HANDLE context = [] {
+        ACTCTXW request{};
+        request.cbSize = sizeof(request);
+        request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+        request.hModule = com::ThisModule().Instance();
+        request.lpResourceName = MAKEINTRESOURCEW(kManifest);
+        return CreateActCtxW(&request);
+    }();
+    return context;
+}
+
+} // namespace
+
+VisualStyles::VisualStyles() noexcept {
+    const HANDLE context = ComponentContext();
+    active_ = context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &cookie_) != FALSE;
+}
+
+VisualStyles::~VisualStyles() {
+    if (active_) {
+        DeactivateActCtx(0, cookie_);
+    }
+}
+
+bool ModalDialog::Show(int resource) noexcept {
+    const VisualStyles styles;
+    const INT_PTR result =
+        DialogBoxParamW(com::ThisModule().Instance(), MAKEINTRESOURCEW(resource), GetActiveWindow(),
+                        &ModalDialog::Procedure, reinterpret_cast<LPARAM>(this));
+    return result != -1;
+}
+
+bool ModalDialog::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) { return false; }
+
+std::wstring ModalDialog::GetText(int id) const {
+    const HWND control = Control(id);
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(control)), L'\0');
+    const int length = GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+INT_PTR CALLBACK ModalDialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(window, DWLP_USER, lParam);
+        reinterpret_cast<ModalDialog*>(lParam)->window_ = window;
+    }
+    auto* dialog = reinterpret_cast<ModalDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (dialog == nullptr) {
+        return FALSE;
+    }
+    INT_PTR handled = FALSE;
+    const auto failure = com::Attempt([&] { handled = dialog->Handle(message, wParam, lParam); });
+    if (failure && message == WM_INITDIALOG) {
+        // A form that cannot fill itself must not stay open half empty.
+        EndDialog(window, 0);
+    }
+    return handled;
+}
+
+INT_PTR ModalDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_INITDIALOG:
+        OnInit();
+        return TRUE;
+    case WM_COMMAND: {
+        const int control = LOWORD(wParam);
+        if (!OnCommand(control, HIWORD(wParam)) && control == IDCANCEL) {
+            Close();
+        }
+        return TRUE;
+    }
+    case WM_DESTROY:
+        OnClosed();
+        return FALSE;
+    default: {
+        LRESULT result = 0;
+        if (!OnMessage(message, wParam, lParam, result)) {
+            return FALSE;
+        }
+        SetWindowLongPtrW(window_, DWLP_MSGRESULT, result);
+        return TRUE;
+    }
+    }
+}
+
+} // namespace tam

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "dialogs/ErrorReportState.h"
+#include "dialogs/ModalDialog.h"
+
+namespace tam {
+
+/// The error report: a short description and, on request, where it came from.
+class frmError final : public ModalDialog {
+  public:
+    explicit frmError(ErrorReportState state) : state_(std::move(state)) {}
+    void ShowModal() noexcept;
+
+  protected:
+    void OnInit() override;
+    bool OnCommand(int control, int notification) override;
+
+  private:
+    /// Shows or hides the advanced part; the window ends below the last part shown.
+    void ApplyAdvanced();
+
+    ErrorReportState state_;
+    int fullHeight_ = 0;
+    int foldedHeight_ = 0;
+};
+
+} // namespace tam

@@ -1,0 +1,173 @@
+#include "points/CDBAttribute.h"
+
+#include "common/Case.h"
+#include "common/ComponentState.h"
+#include "common/Report.h"
+#include "common/RunTimeError.h"
+#include "points/EnumDescription.h"
+#include "points/MacroConnections.h"
+#include "points/mSNVTDataConversion.h"
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAttribute";
+
+// Keywords of the definition element, compared in upper case.
+constexpr const wchar_t* kDescription = L"DESCRIPTION";
+constexpr const wchar_t* kVisible = L"VISIBLE";
+constexpr const wchar_t* kSnvtType = L"SNVTTYPE";
+constexpr const wchar_t* kLogicalAddress = L"LOGICALADDRESS";
+constexpr const wchar_t* kIsPermanent = L"ISPERMANENT";
+constexpr const wchar_t* kValue = L"VALUE";
+
+// The saved element.
+constexpr const wchar_t* kSavedType = L"SNVT_TYPE";
+
+std::wstring TrimBlanks(const std::wstring& text) {
+    const auto first = text.find_first_not_of(L' ');
+    return first == std::wstring::npos ? std::wstring() : text.substr(first, text.find_last_not_of(L' ') - first + 1);
+}
+
+/// The default value that the definition document holds for an attribute.
+std::wstring DefaultValueOf(const dom::Document& definition, const std::wstring& name) {
+    com::CheckSet(definition.Get());
+    const dom::Node node = dom::FirstByTagName(definition, L"Tam/Attributes/" + name + L"/DefaultValue");
+    com::CheckSet(node.Get());
+    return dom::FirstChildText(node);
+}
+
+} // namespace
+
+void CDBAttribute::SetSNVTName(const std::wstring& name) {
+    if (!type_) {
+        type_ = CSNVTType::Make();
+    }
+    if (!name.empty()) {
+        type_->SetId(name);
+    }
+}
+
+void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
+    using com::Attempt;
+    const auto readChild = [&](const dom::Node& child) {
+        const std::wstring keyword = UpperCase(dom::BaseName(child));
+        if (keyword == kDescription) {
+            description_ = dom::FirstChildText(child);
+        } else if (keyword == kVisible) {
+            visible_ = true;
+        } else if (keyword == kSnvtType) {
+            Attempt([&] { typeName_ = dom::FirstChildText(child); });
+            type_ = CSNVTType::Make();
+            type_->SetId(typeName_);
+        } else if (keyword == kLogicalAddress) {
+            logicalAddress_ = dom::FirstChildText(child);
+        } else if (keyword == kIsPermanent) {
+            isPermanent_ = dom::FirstChildText(child);
+        } else if (keyword == kValue) {
+            value_ = dom::FirstChildText(child);
+        }
+    };
+    Attempt([&] {
+        dom::ForEachChildButComments(element, [&](const dom::Node& child) { Attempt([&] { readChild(child); }); });
+    });
+    Attempt([&] { RequiredType().SetId(typeName_); });
+    Attempt([&] {
+        if (RequiredType().IsNumeric()) {
+            const auto text = DefaultValueOf(OwnerOf(owner_).OwnerDefinition(), dom::BaseName(element));
+            defaultValue_ = UnlocalizeValue(text);
+        }
+    });
+}
+
+void CDBAttribute::CreateEditor() { editor_ = MakeValueEditor(RequiredType().GenType()); }
+
+CSNVTType& CDBAttribute::RequiredType() const {
+    com::CheckSet(type_.Get());
+    return *type_.Get();
+}
+
+std::wstring CDBAttribute::DispValue() const {
+    const CSNVTType& type = RequiredType();
+    if (type.GenType() == L"Bitfield") {
+        return TrimBlanks(value_);
+    }
+    if (type.GenType() == L"Enum") {
+        return EnumLabel(LocalizeValue(value_), type.EnumDesc());
+    }
+    if (type.IsNumeric()) {
+        return NumericDispValue();
+    }
+    return LocalizeValue(value_);
+}
+
+std::wstring CDBAttribute::NumericDispValue() const {
+    const auto manager = OwnerOf(owner_).OwnerUnitsManager();
+    com::CheckSet(manager.Get());
+    const auto converter = manager.As<IUnitConverter>();
+    if (!converter) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+    const com::Bstr value(LocalizeValue(value_));
+    const com::Bstr unit(RequiredType().Id());
+    com::Bstr converted;
+    com::Bstr label;
+    com::Check(converter->Convert(value.Get(), unit.Get(), converted.Put()));
+    com::Check(converter->Label(unit.Get(), label.Put()));
+    return std::wstring(converted.View()) + L" " + std::wstring(label.View());
+}
+
+STDMETHODIMP CDBAttribute::put_Value(BSTR value) {
+    return Do([&] { value_ = com::View(value); });
+}
+
+STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
+    Trap(kModule, L"Sub XmlLoad", [&] {
+        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
+            if (UpperCase(dom::BaseName(child)) == kSavedType) {
+                if (!type_) {
+                    type_ = CSNVTType::Make();
+                }
+                type_->SetId(dom::FirstChildText(child));
+            }
+        });
+    });
+    return S_OK;
+}
+
+STDMETHODIMP CDBAttribute::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    Trap(kModule, L"Sub XMLSave",
+         [&] { dom::Append(dom::DocumentOf(document), dom::NodeOf(parentNode), name_); });
+    return S_OK;
+}
+
+STDMETHODIMP CDBAttribute::pConvertEnum(BSTR value, BSTR description, BSTR* label) {
+    return Get(label, [&] { return EnumLabel(com::View(value), com::View(description)); });
+}
+
+STDMETHODIMP CDBAttribute::get_UnitsManager(IDispatch** value) {
+    return Get(value, [&] { return OwnerOf(owner_).OwnerUnitsManager(); });
+}
+
+STDMETHODIMP CDBAttribute::get_Parent(IAppObject** value) {
+    return Get(value, [&] { return ParentOf(owner_); });
+}
+
+STDMETHODIMP CDBAttribute::SetValue() {
+    return Do([&] {
+        com::CheckSet(editor_.get());
+        editor_->SetDataPoint(static_cast<IAttribute*>(this));
+        editor_->ShowModal();
+    });
+}
+
+STDMETHODIMP CDBAttribute::get_DispValue(BSTR* value) {
+    return Get(value, [&] { return DispValue(); });
+}
+
+STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
+    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_); });
+}
+
+} // namespace tam

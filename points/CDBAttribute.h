@@ -1,0 +1,109 @@
+#pragma once
+
+#include "com/Object.h"
+#include "dialogs/ValueEditor.h"
+#include "points/PointOwner.h"
+#include "types/CSNVTType.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+#include <memory>
+#include <string>
+
+namespace tam {
+
+/// One configuration property: a named value with a type, shown as text and
+/// changed through the editor that fits the type. To the host it is a plain,
+/// always visible, unit-independent property; most answers are fixed.
+class CDBAttribute final
+    : public com::DualObject<CDBAttribute, _CDBAttribute, IAttribute, IMutableTypeAttribute> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
+
+    // The component's own side.
+    void SetGlobalKey(std::wstring key) noexcept { globalKey_ = std::move(key); }
+    void SetExtendedKey(std::wstring key) noexcept { extendedKey_ = std::move(key); }
+    void SetParent(OwnerRef owner) noexcept { owner_ = std::move(owner); }
+    void SetAttributeName(std::wstring name) noexcept { name_ = std::move(name); }
+    const std::wstring& PointName() const noexcept { return name_; }
+    const std::wstring& LogicalAddress() const noexcept { return logicalAddress_; }
+    const std::wstring& IsPermanent() const noexcept { return isPermanent_; }
+    const std::wstring& ValueText() const noexcept { return value_; }
+    /// Identifier of the loaded type; empty without one.
+    std::wstring SNVTName() const { return type_ ? type_->Id() : std::wstring(); }
+    /// Makes the type object if there is none; then loads the type, unless the name is "".
+    void SetSNVTName(const std::wstring& name);
+    const com::Ref<CSNVTType>& Type() const noexcept { return type_; }
+    /// Reads the definition element. A step that fails is passed over and
+    /// leaves its field as it was.
+    void LoadDefinition(const dom::Node& element) noexcept;
+    /// Chooses the editor by the general type. "Object not set" without a type.
+    void CreateEditor();
+
+    // Own members
+    STDMETHODIMP put_Value(BSTR value) override;
+    STDMETHODIMP get_BitSet(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP XmlLoad(IDispatch* element) override;
+    STDMETHODIMP XMLSave(IDispatch* parentNode, IDispatch* document) override;
+    STDMETHODIMP pConvertEnum(BSTR value, BSTR description, BSTR* label) override;
+    STDMETHODIMP get_UnitsManager(IDispatch** value) override;
+
+    // IAttribute
+    STDMETHODIMP get_Parent(IAppObject** value) override;
+    STDMETHODIMP get_Visible(VARIANT_BOOL* value) override { return Answer(value, true); }
+    STDMETHODIMP SetValue() override;
+    STDMETHODIMP get_IsUnit(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_Description(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_Value(BSTR* value) override { return Answer(value, value_); }
+    STDMETHODIMP get_DispValue(BSTR* value) override;
+    STDMETHODIMP get_DispMin(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_DispMax(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_DispDefault(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
+    STDMETHODIMP get_NodeType(long* value) override { return Answer(value, 9L); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
+    STDMETHODIMP get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
+    STDMETHODIMP BackToDefault() override { return S_OK; }
+    STDMETHODIMP get_DefaultValue(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_Tag(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP put_Tag(BSTR) override { return S_OK; }
+    STDMETHODIMP get_Fields(IDispatch** value) override { return Answer(value, com::Ref<IDispatch>()); }
+    STDMETHODIMP putref_CallBack(IDispatch*) override { return S_OK; }
+    STDMETHODIMP get_CDBPosition(long* value) override { return Answer(value, 0L); }
+    STDMETHODIMP get_ToolOnly(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_IsDeviceDependent(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_IsUnitDependent(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_DeviceKey(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_IsKeepFloatStandard(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_DividedBy(long* value) override { return Answer(value, 0L); }
+    STDMETHODIMP get_IsType(VARIANT_BOOL* value) override { return Answer(value, false); }
+    STDMETHODIMP get_Min(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_Max(BSTR* value) override { return Answer(value, std::wstring()); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_IsMacroConnected(VARIANT_BOOL* value) override;
+
+    // IMutableTypeAttribute: the type never changes after loading.
+    STDMETHODIMP SetType(ISNVType*) override { return S_OK; }
+
+  private:
+    CSNVTType& RequiredType() const;
+    std::wstring DispValue() const;
+    std::wstring NumericDispValue() const;
+
+    bool visible_ = false;
+    std::wstring typeName_;
+    std::wstring name_;
+    std::wstring value_;
+    std::wstring defaultValue_;
+    std::wstring globalKey_;
+    std::wstring description_;
+    OwnerRef owner_;
+    std::wstring logicalAddress_;
+    std::wstring extendedKey_;
+    std::unique_ptr<ValueEditor> editor_;
+    com::Ref<CSNVTType> type_;
+    std::wstring isPermanent_ = L"1";
+};
+
+} // namespace tam

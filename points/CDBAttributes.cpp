@@ -1,0 +1,42 @@
+#include "points/CDBAttributes.h"
+
+#include "common/MessageLoop.h"
+#include "common/Report.h"
+
+namespace tam {
+
+com::Ref<CDBAttribute> CDBAttributes::AddItem(const std::wstring& name, const dom::Node& definition,
+                                              const OwnerRef& owner) {
+    auto attribute = CDBAttribute::Make();
+    attribute->SetParent(owner);
+    attribute->SetAttributeName(name);
+    attribute->LoadDefinition(definition);
+    items_.Add(name, attribute);
+    // Without a type this fails, and the attribute stays where it is.
+    attribute->CreateEditor();
+    return attribute;
+}
+
+STDMETHODIMP CDBAttributes::XmlLoad(IDispatch* element) {
+    Trap(L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad", [&] {
+        // Values are restored by the application object; this walk only checks
+        // that each saved name is known.
+        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
+            YieldToHost();
+            if (!items_.FindName(dom::BaseName(child))) {
+                throw RunTimeError(RunTime::InvalidCall);
+            }
+        });
+    });
+    return S_OK;
+}
+
+STDMETHODIMP CDBAttributes::get_Item(BSTR index, IAttribute** value) {
+    return Get(value, [&] { return items_.Find(com::View(index)); });
+}
+
+STDMETHODIMP CDBAttributes::get_NewEnum(IUnknown** value) {
+    return Get(value, [&] { return items_.Enumerate<IAttribute>(); });
+}
+
+} // namespace tam

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "com/Object.h"
+#include "points/CDBAttribute.h"
+#include "points/PointItems.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+#include <string>
+
+namespace tam {
+
+/// The attributes of one application object, in insertion order, keyed by name.
+class CDBAttributes final : public com::DualObject<CDBAttributes, _CDBAttributes, IAttributes> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttributes); }
+
+    // The component's own side.
+    com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition,
+                                   const OwnerRef& owner);
+    void RemoveItem(std::wstring_view index) { items_.Remove(index); }
+    /// Empty when there is none.
+    com::Ref<CDBAttribute> GetItem(std::wstring_view index) const { return items_.Find(index); }
+    void Clear() { items_.Clear(); }
+    void SetGlobalKey(std::wstring key) { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(std::wstring key) { items_.SetExtendedKey(std::move(key)); }
+    const PointItems<CDBAttribute>::Items& All() const noexcept { return items_.All(); }
+
+    // Own members
+    STDMETHODIMP XmlLoad(IDispatch* element) override;
+
+    // IAttributes
+    STDMETHODIMP get_Count(long* value) override { return Answer(value, items_.Count()); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, items_.ExtendedKey()); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, items_.GlobalKey()); }
+    STDMETHODIMP get_Item(BSTR index, IAttribute** value) override;
+    STDMETHODIMP get_NewEnum(IUnknown** value) override;
+
+  private:
+    PointItems<CDBAttribute> items_;
+};
+
+} // namespace tam

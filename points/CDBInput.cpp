@@ -1,0 +1,109 @@
+#include "points/CDBInput.h"
+
+#include "common/Case.h"
+#include "common/Report.h"
+#include "points/MacroConnections.h"
+#include "points/PointWarnings.h"
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBInput";
+
+// Keywords of the definition element, compared in upper case.
+constexpr const wchar_t* kMandatory = L"MANDATORY";
+constexpr const wchar_t* kVisible = L"VISIBLE";
+constexpr const wchar_t* kLogicalAddress = L"LOGICALADDRESS";
+constexpr const wchar_t* kIsPermanent = L"ISPERMANENT";
+constexpr const wchar_t* kCompatibilityList = L"SNVTCOMPATIBILITYLIST";
+constexpr const wchar_t* kProtocolReference = L"PROTOCOLREFERENCE";
+constexpr const wchar_t* kSnvtType = L"SNVTTYPE";
+
+// The saved element.
+constexpr const wchar_t* kSavedList = L"SNVT_List";
+constexpr const wchar_t* kSavedType = L"SNVT_TYPE";
+
+} // namespace
+
+void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& ownerName) {
+    dom::ForEachChildButComments(element, [&](const dom::Node& child) {
+        const std::wstring keyword = UpperCase(dom::BaseName(child));
+        const std::wstring text = dom::FirstChildTextOrEmpty(child);
+        if (keyword == kMandatory) {
+            mandatory_ = false; // the element's presence clears the flag
+        } else if (keyword == kVisible) {
+            visible_ = true;
+        } else if (keyword == kLogicalAddress) {
+            logicalAddress_ = text;
+        } else if (keyword == kIsPermanent) {
+            permanent_ = text == L"1";
+        } else if (keyword == kCompatibilityList) {
+            compatible_->AddList(text);
+            if (compatible_->GetList().empty()) {
+                WarnNoCompatibilityList(name_, ownerName);
+            }
+        } else if (keyword == kProtocolReference) {
+            protocolReference_ = text;
+        } else if (keyword == kSnvtType) {
+            snvtType_ = text;
+        }
+    });
+}
+
+STDMETHODIMP CDBInput::XMLSave(IDispatch* document, IDispatch* parentNode) {
+    Trap(kModule, L"Sub XMLSave", [&] {
+        const dom::Document target = dom::DocumentOf(document);
+        const dom::Element element = dom::Append(target, dom::NodeOf(parentNode), name_);
+        dom::AppendText(target, dom::Node(element), kSavedList, compatible_->GetList());
+    });
+    return S_OK;
+}
+
+STDMETHODIMP CDBInput::XmlLoad(IDispatch* element) {
+    Trap(kModule, L"Sub XmlLoad", [&] {
+        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
+            if (UpperCase(dom::BaseName(child)) == kSavedType) {
+                snvtType_ = dom::TextOf(child);
+            }
+        });
+    });
+    return S_OK;
+}
+
+STDMETHODIMP CDBInput::get_ConnectedType(ISNVType** value) {
+    return Get(value, [&] { return connectedType_.As<ISNVType>(); });
+}
+
+STDMETHODIMP CDBInput::put_Value(BSTR value) {
+    return Do([&] { value_ = com::View(value); });
+}
+
+STDMETHODIMP CDBInput::get_Parent(IAppObject** value) {
+    return Get(value, [&] { return ParentOf(owner_); });
+}
+
+STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {
+    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_); });
+}
+
+STDMETHODIMP CDBInput::put_IsConnected(VARIANT_BOOL value) {
+    connected_ = value != VARIANT_FALSE;
+    return S_OK;
+}
+
+STDMETHODIMP CDBInput::putref_ConnectedType(IDispatch* value) {
+    connectedType_ = com::Ref<IDispatch>(value);
+    return S_OK;
+}
+
+STDMETHODIMP CDBInput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {
+    return Get(value, [&] {
+        bool compatible = false;
+        Trap(kModule, L"Function ISubItemConnable_IsSNVTCompatible",
+             [&] { compatible = compatible_->List().Exists(com::View(identifier)); });
+        return compatible;
+    });
+}
+
+} // namespace tam

@@ -1,0 +1,43 @@
+#include "points/CDBOutputs.h"
+
+#include "common/MessageLoop.h"
+#include "common/Report.h"
+
+namespace tam {
+
+com::Ref<CDBOutput> CDBOutputs::AddItem(const std::wstring& name, const dom::Node& definition,
+                                        const OwnerRef& owner) {
+    auto output = CDBOutput::Make(name);
+    output->ReadDefinition(definition, OwnerOf(owner).OwnerName());
+    items_.Add(name, output);
+    output->SetOwner(owner);
+    output->SetIndex(items_.Count() - 1);
+    return output;
+}
+
+STDMETHODIMP CDBOutputs::XmlLoad(IDispatch* element) {
+    Trap(L"O_Tam_id Class Module CDBOutputs", L"Sub XmlLoad", [&] {
+        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
+            YieldToHost();
+            if (!dom::IsElement(child)) {
+                return;
+            }
+            const com::Ref<CDBOutput> output = items_.FindName(dom::BaseName(child));
+            if (!output) {
+                throw RunTimeError(RunTime::InvalidCall);
+            }
+            output->XmlLoad(child.Get());
+        });
+    });
+    return S_OK;
+}
+
+STDMETHODIMP CDBOutputs::get_Item(BSTR index, IOutput** value) {
+    return Get(value, [&] { return items_.Find(com::View(index)); });
+}
+
+STDMETHODIMP CDBOutputs::get_NewEnum(IUnknown** value) {
+    return Get(value, [&] { return items_.Enumerate<IOutput>(); });
+}
+
+} // namespace tam

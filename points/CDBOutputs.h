@@ -1,0 +1,43 @@
+#pragma once
+
+#include "com/Object.h"
+#include "points/CDBOutput.h"
+#include "points/PointItems.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+#include <string>
+
+namespace tam {
+
+/// The outputs of one application object, in definition order, keyed by name.
+class CDBOutputs final : public com::DualObject<CDBOutputs, _CDBOutputs, IOutputs> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::CDBOutputs); }
+
+    // The component's own side.
+    com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner);
+    void RemoveItem(std::wstring_view index) { items_.Remove(index); }
+    /// Empty when there is none.
+    com::Ref<CDBOutput> GetItem(std::wstring_view index) const { return items_.Find(index); }
+    void SetGlobalKey(std::wstring key) { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(std::wstring key) { items_.SetExtendedKey(std::move(key)); }
+    const PointItems<CDBOutput>::Items& All() const noexcept { return items_.All(); }
+
+    // Own members
+    STDMETHODIMP XmlLoad(IDispatch* element) override;
+
+    // IOutputs
+    STDMETHODIMP putref_CallBack(IDispatch*) override { return S_OK; }
+    STDMETHODIMP get_Count(long* value) override { return Answer(value, items_.Count()); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, items_.ExtendedKey()); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, items_.GlobalKey()); }
+    STDMETHODIMP get_Item(BSTR index, IOutput** value) override;
+    STDMETHODIMP get_NewEnum(IUnknown** value) override;
+
+  private:
+    PointItems<CDBOutput> items_;
+};
+
+} // namespace tam

@@ -1,0 +1,63 @@
+#include "points/MacroConnections.h"
+
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+
+namespace tam {
+
+namespace {
+
+using com::Attempt;
+using com::Check;
+using com::Ref;
+
+bool HasKey(IMacroConnectedItems& items, long position, const std::wstring& key) {
+    Ref<IMacroConnectedItem> item;
+    Check(items.get_Item(position, item.Put()));
+    com::CheckSet(item.Get());
+    com::Bstr text;
+    Check(item->get_Key(text.Put()));
+    return text.View() == key;
+}
+
+bool GroupHasKey(IMacroConnectionGroups& groups, long position, const std::wstring& key) {
+    Ref<IMacroConnectionGroup> group;
+    Check(groups.get_Item(position, group.Put()));
+    com::CheckSet(group.Get());
+    Ref<IMacroConnectedItems> items;
+    Check(group->get_Items(items.Put()));
+    com::CheckSet(items.Get());
+    long count = 0;
+    Check(items->get_Count(&count));
+    for (long i = 1; i <= count; ++i) {
+        bool found = false;
+        Attempt([&] { found = HasKey(*items.Get(), i, key); });
+        if (found) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool IsInMacroConnection(const OwnerRef& owner, const std::wstring& globalKey) noexcept {
+    bool connected = false;
+    Attempt([&] {
+        const auto connections = OwnerOf(owner).HostParent().As<IMacroConnections>();
+        if (!connections) {
+            return;
+        }
+        Ref<IMacroConnectionGroups> groups;
+        Check(connections->get_Groups(groups.Put()));
+        com::CheckSet(groups.Get());
+        long count = 0;
+        Check(groups->get_Count(&count));
+        for (long i = 1; i <= count && !connected; ++i) {
+            Attempt([&] { connected = GroupHasKey(*groups.Get(), i, globalKey); });
+        }
+    });
+    return connected;
+}
+
+} // namespace tam

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "com/Enumerator.h"
+#include "com/Ref.h"
+#include "common/KeyedCollection.h"
+#include "points/PointKeys.h"
+
+#include <string>
+
+namespace tam {
+
+/// The ordered, keyed points of one kind and the keys that their owner gave
+/// the collection. Key of an item: its name; key of the owner's side: the
+/// collection key, a backslash and the name.
+template <class Point>
+class PointItems {
+  public:
+    using Items = KeyedCollection<com::Ref<Point>>;
+
+    long Count() const noexcept { return static_cast<long>(items_.Count()); }
+    const std::wstring& GlobalKey() const noexcept { return globalKey_; }
+    const std::wstring& ExtendedKey() const noexcept { return extendedKey_; }
+
+    /// "Duplicate key" for a name that is present; nothing changes then.
+    void Add(const std::wstring& name, com::Ref<Point> point) { items_.Add(name, std::move(point)); }
+
+    /// By name, else by the 1-based position that the text begins with; empty
+    /// when neither finds one.
+    com::Ref<Point> Find(std::wstring_view index) const {
+        const com::Ref<Point>* found = items_.Lookup(index);
+        return found != nullptr ? *found : com::Ref<Point>();
+    }
+    com::Ref<Point> FindName(std::wstring_view name) const {
+        const com::Ref<Point>* found = items_.FindKey(name);
+        return found != nullptr ? *found : com::Ref<Point>();
+    }
+    /// Removes by name, else by position. "Invalid call" when there is none.
+    void Remove(std::wstring_view index) {
+        const com::Ref<Point>* found = items_.Lookup(index);
+        if (found == nullptr) {
+            throw RunTimeError(RunTime::InvalidCall);
+        }
+        items_.RemovePosition(items_.PositionOf(*found));
+    }
+    void Clear() { items_.Clear(); }
+
+    void SetGlobalKey(std::wstring key) {
+        globalKey_ = std::move(key);
+        for (const com::Ref<Point>& point : items_) {
+            point->SetGlobalKey(SubItemKey(globalKey_, point->PointName()));
+        }
+    }
+    void SetExtendedKey(std::wstring key) {
+        extendedKey_ = std::move(key);
+        for (const com::Ref<Point>& point : items_) {
+            point->SetExtendedKey(SubItemKey(extendedKey_, point->PointName()));
+        }
+    }
+
+    template <class I>
+    com::Ref<IUnknown> Enumerate() const {
+        return com::EnumeratorOf<I>(items_);
+    }
+
+    Items& All() noexcept { return items_; }
+    const Items& All() const noexcept { return items_; }
+
+  private:
+    std::wstring globalKey_;
+    std::wstring extendedKey_;
+    Items items_;
+};
+
+} // namespace tam
