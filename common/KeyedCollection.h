@@ -98,7 +98,7 @@ class KeyedCollection {
         }
         const std::size_t slot = order_.Erase(oneBased - 1);
         // Ends last: what its end calls finds the collection whole.
-        const T removed = std::exchange(items_[slot], std::move(items_.back()));
+        [[maybe_unused]] const T removed = std::exchange(items_[slot], std::move(items_.back()));
         items_.pop_back();
         return true;
     }

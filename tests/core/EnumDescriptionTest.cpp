@@ -1,0 +1,124 @@
+#include "points/EnumDescription.h"
+
+#include "Thrown.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tam {
+namespace {
+
+TEST(EnumLabelTest, GivesTheLabelOfTheValue) {
+    EXPECT_EQ(EnumLabel(L"0", L"0,Off;1,On;"), L"Off");
+    EXPECT_EQ(EnumLabel(L"1", L"0,Off;1,On;"), L"On");
+    EXPECT_EQ(EnumLabel(L"-1", L"0,HVAC_AUTO;-1,HVAC_NUL;"), L"HVAC_NUL");
+}
+
+TEST(EnumLabelTest, GivesNothingForAValueWithoutEntry) {
+    EXPECT_EQ(EnumLabel(L"2", L"0,Off;1,On;"), L"");
+    EXPECT_EQ(EnumLabel(L"2", L"0,Off;1,On"), L"");
+    EXPECT_EQ(EnumLabel(L"2", L""), L"");
+    EXPECT_EQ(EnumLabel(L"2", L"nonsense"), L"");
+    EXPECT_EQ(EnumLabel(L"2", L";;"), L"");
+}
+
+TEST(EnumLabelTest, GivesNothingForAnEmptyValue) {
+    EXPECT_EQ(EnumLabel(L"", L"0,Off;"), L"");
+    EXPECT_EQ(EnumLabel(L"", L",Off;"), L"");
+}
+
+TEST(EnumLabelTest, ComparesTheValueAsTextWithCase) {
+    EXPECT_EQ(EnumLabel(L"a", L"A,upper;a,lower;"), L"lower");
+    EXPECT_EQ(EnumLabel(L"1", L"01,one;1.0,two; 1,three;"), L"");
+}
+
+TEST(EnumLabelTest, TakesTheFirstOfTwoEntries) {
+    EXPECT_EQ(EnumLabel(L"1", L"1,a;1,b;"), L"a");
+}
+
+TEST(EnumLabelTest, LeavesACommaInALabel) {
+    EXPECT_EQ(EnumLabel(L"1", L"0,Off;1,On, fast;"), L"On, fast");
+}
+
+TEST(EnumLabelTest, GivesAnEmptyLabel) {
+    EXPECT_EQ(EnumLabel(L"1", L"1,;2,b;"), L"");
+}
+
+TEST(EnumLabelTest, RefusesAMatchingLastEntryThatIsNotClosed) {
+    EXPECT_EQ(ErrorOf([] { EnumLabel(L"1", L"0,Off;1,On"); }), kInvalidCall);
+    EXPECT_EQ(ErrorOf([] { EnumLabel(L"1", L"1,"); }), kInvalidCall);
+}
+
+TEST(EnumLabelTest, SkipsAnEntryWithoutComma) {
+    EXPECT_EQ(EnumLabel(L"1", L"0;1,On;"), L"On");
+    EXPECT_EQ(EnumLabel(L"0", L"0;1,On;"), L"");
+    EXPECT_EQ(EnumLabel(L"1", L";;1,On;"), L"On");
+}
+
+TEST(EnumLabelTest, RefusesAValueThatSpansTwoEntries) {
+    // The text before the first comma is "0;1"; its label would end before it begins.
+    EXPECT_EQ(ErrorOf([] { EnumLabel(L"0;1", L"0;1,On;"); }), kInvalidCall);
+}
+
+TEST(EnumLabelTest, TakesTimeLinearInTheDescription) {
+    // Entries without comma: a search of the rest for each would take minutes.
+    std::wstring description;
+    for (int i = 0; i < 200'000; ++i) {
+        description.append(L"no;");
+    }
+    description.append(L"1,On;");
+    EXPECT_EQ(EnumLabel(L"1", description), L"On");
+    EXPECT_EQ(EnumLabel(L"2", description), L"");
+}
+
+/// Entries as "value=text" joined by "|".
+std::wstring Entries(std::wstring_view description) {
+    std::wstring text;
+    for (const EnumEntry& entry : EnumEntries(description)) {
+        text.append(text.empty() ? L"" : L"|")
+            .append(std::to_wstring(entry.value))
+            .append(L"=")
+            .append(entry.text);
+    }
+    return text;
+}
+
+TEST(EnumEntriesTest, ListsTheEntriesWhetherTheLastIsClosedOrNot) {
+    EXPECT_EQ(Entries(L"0,Off;1,On"), L"0=Off|1=On");
+    EXPECT_EQ(Entries(L"0,Off;1,On;"), L"0=Off|1=On");
+}
+
+TEST(EnumEntriesTest, ListsNothingOfAnEmptyDescription) {
+    EXPECT_EQ(EnumEntries(L"").size(), 0u);
+}
+
+TEST(EnumEntriesTest, StopsAtTheFirstEmptyEntry) {
+    EXPECT_EQ(Entries(L"0,Off;;1,On;"), L"0=Off");
+    EXPECT_EQ(Entries(L";0,Off;"), L"");
+}
+
+TEST(EnumEntriesTest, ReadsTheValueAsALeadingNumberRoundedToEven) {
+    EXPECT_EQ(Entries(L"2.5,a;3.5,b;12x,c;-1,d;word,e;"), L"2=a|4=b|12=c|-1=d|0=e");
+}
+
+TEST(EnumEntriesTest, EndsTheTextAtASecondComma) {
+    EXPECT_EQ(Entries(L"1,On, fast;2;3,;"), L"1=On|2=|3=");
+}
+
+TEST(EnumEntriesTest, ThrowsForAValuePastSixteenBits) {
+    EXPECT_EQ(Entries(L"32767,a;-32768,b;"), L"32767=a|-32768=b");
+    EXPECT_EQ(ErrorOf([] { EnumEntries(L"0,Off;32768,a;"); }), kOverflow);
+    EXPECT_EQ(ErrorOf([] { EnumEntries(L"-32769,a;"); }), kOverflow);
+}
+
+TEST(EnumEntriesTest, TakesTimeLinearInTheDescription) {
+    std::wstring description;
+    for (int i = 0; i < 100'000; ++i) {
+        description.append(L"1,x;");
+    }
+    EXPECT_EQ(EnumEntries(description).size(), 100'000u);
+}
+
+} // namespace
+} // namespace tam

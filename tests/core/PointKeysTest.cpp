@@ -1,0 +1,57 @@
+#include "points/PointKeys.h"
+
+#include "Thrown.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace tam {
+namespace {
+
+TEST(ReferenceKeyTest, IsTheTextBeforeTheLastUnderscoreInCapitals) {
+    EXPECT_EQ(ReferenceKey(L"dev7_ch2_Out"), L"DEV7_CH2");
+    EXPECT_EQ(ReferenceKey(L"Obj_"), L"OBJ");
+    EXPECT_EQ(ReferenceKey(L"_x"), L"");
+}
+
+TEST(ReferenceKeyTest, IsTheWholeTextWithoutUnderscore) {
+    EXPECT_EQ(ReferenceKey(L"4203a"), L"4203A");
+    EXPECT_EQ(ReferenceKey(L""), L"");
+}
+
+TEST(IsConnectedReferenceTest, TakesZerosForNoConnection) {
+    for (const wchar_t* reference : {L"", L"0", L"0000", L"000000"}) {
+        EXPECT_FALSE(IsConnectedReference(reference)) << std::wstring(reference);
+    }
+}
+
+TEST(IsConnectedReferenceTest, TakesAnythingElseForAConnection) {
+    for (const wchar_t* reference : {L"0000000", L"4203", L"00001", L"K_1", L" ", L"00000O"}) {
+        EXPECT_TRUE(IsConnectedReference(reference)) << std::wstring(reference);
+    }
+}
+
+TEST(SubItemKeyTest, JoinsByABackslash) {
+    EXPECT_EQ(SubItemKey(L"K\\ATT", L"Mode"), L"K\\ATT\\Mode");
+    EXPECT_EQ(SubItemKey(L"", L""), L"\\");
+}
+
+TEST(PointReferenceTest, CountsFromTheExportIndex) {
+    EXPECT_EQ(PointReference(0, 0), 0x4000);
+    EXPECT_EQ(PointReference(2, 3), 16899);
+    EXPECT_EQ(PointReference(-1, 0), 16128);
+    EXPECT_EQ(PointReference(-32768, 0), -8372224);
+}
+
+TEST(PointReferenceTest, ThrowsPastThirtyTwoBits) {
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+    EXPECT_EQ(PointReference(0, kMost - 16384), kMost);
+    EXPECT_EQ(ErrorOf([] { PointReference(0, kMost - 16383); }), kOverflow);
+    EXPECT_EQ(PointReference(-64, kLeast), kLeast);
+    EXPECT_EQ(ErrorOf([] { PointReference(-65, kLeast); }), kOverflow);
+}
+
+} // namespace
+} // namespace tam
