@@ -141,6 +141,16 @@ void ForEachAttribute(const Node& element,
     }
 }
 
+std::optional<std::wstring> Attribute(const Node& element, const std::wstring& name) {
+    Ref<IXMLDOMNamedNodeMap> attributes;
+    Check(element->get_attributes(attributes.Put()));
+    Node attribute;
+    if (attributes) {
+        Check(attributes->getNamedItem(Bstr(name).Get(), attribute.Put()));
+    }
+    return attribute ? std::optional(TextOf(attribute)) : std::nullopt;
+}
+
 Node FirstByTagName(const Document& document, const std::wstring& path) {
     Ref<IXMLDOMNodeList> list;
     Check(document->getElementsByTagName(Bstr(path).Get(), list.Put()));

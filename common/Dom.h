@@ -9,6 +9,7 @@
 #include <msxml2.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -64,6 +65,9 @@ void ForEachChild(const Node& parent, const std::function<void(const Node&)>& vi
 void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit);
 /// Calls visit with the local name and the text of each attribute.
 void ForEachAttribute(const Node& element, const std::function<void(const std::wstring&, const std::wstring&)>& visit);
+
+/// Text of an attribute of a node; nothing when the node has no such attribute.
+std::optional<std::wstring> Attribute(const Node& element, const std::wstring& name);
 
 /// First node that the element-by-tag-name query of the document returns for
 /// a name or a path; empty when there is none.

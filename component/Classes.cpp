@@ -1,6 +1,7 @@
 #include "component/Classes.h"
 
 #include "appobject/CDBAppObject.h"
+#include "internal/TamObjectManager.h"
 
 #include <array>
 
@@ -18,8 +19,10 @@ constexpr int kTypeLibraries = 2;
 } // namespace
 
 const com::ServerInfo& ThisServer() noexcept {
-    static const std::array<com::ClassEntry, 1> classes{{
+    static const std::array<com::ClassEntry, 2> classes{{
         {&__uuidof(::CDBAppObject), L"O_Tam_id.CDBAppObject", L"Remote I/O module object", &Create<CDBAppObject>},
+        {&__uuidof(::TamObjectManager), L"O_Tam_id.TamObjectManager", L"Manager of channel objects",
+         &Create<TamObjectManager>},
     }};
     static const com::ServerInfo server{classes, kTypeLibraries};
     return server;

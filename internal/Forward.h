@@ -1,0 +1,59 @@
+#pragma once
+
+#include "com/Boundary.h"
+#include "com/Object.h"
+#include "com/Ref.h"
+#include "common/RunTimeError.h"
+
+#include <type_traits>
+
+namespace tam {
+
+/// An interface of the wrapped object. "Object not set" when there is no
+/// object, "type mismatch" when it does not offer the interface.
+template <class I, class J>
+com::Ref<I> Required(const com::Ref<J>& object) {
+    com::CheckSet(object.Get());
+    com::Ref<I> face = object.template As<I>();
+    if (!face) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+    return face;
+}
+
+/// Hands a call to the same member of the wrapped object. Its HRESULT and its
+/// error object go back to the host untouched. Derived offers
+/// `com::Ref<I> Inner<I>()`; a failure to get it is this component's own error.
+template <class Derived, class I>
+class ForwardFace : public com::Face<Derived, I> {
+  protected:
+    template <class Method, class... Arguments>
+    HRESULT To(Method method, Arguments... arguments) noexcept {
+        if (((std::is_pointer_v<Arguments> && IsNullOut(method, arguments)) || ...)) {
+            return E_POINTER;
+        }
+        com::Ref<I> inner;
+        const HRESULT found = com::Guard(__uuidof(I), [&] {
+            inner = this->Self().template Inner<I>();
+            com::CheckSet(inner.Get());
+        });
+        I* target = inner.Get();
+        return target != nullptr ? (target->*method)(arguments...) : found;
+    }
+
+  private:
+    /// A null BSTR is an empty text and a null object an empty reference; a
+    /// null pointer to either is a missing place for the result.
+    template <class Method, class T>
+    static bool IsNullOut(Method, T argument) noexcept {
+        if constexpr (std::is_pointer_v<T>) {
+            using Target = std::remove_pointer_t<T>;
+            constexpr bool isOut = !std::is_same_v<T, BSTR> && !std::is_base_of_v<IUnknown, Target>;
+            return isOut && argument == nullptr;
+        } else {
+            return false;
+        }
+    }
+};
+
+} // namespace tam

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "internal/Forward.h"
+
+#include <OrvDBFaces.h>
+
+namespace tam {
+
+/// IInputs, every member handed to the wrapped collection, in slot order.
+template <class Derived>
+class ForwardInputs : public ForwardFace<Derived, IInputs> {
+    using I = IInputs;
+    using ForwardFace<Derived, IInputs>::To;
+
+  public:
+    STDMETHODIMP putref_CallBack(IDispatch* value) override { return To(&I::putref_CallBack, value); }
+    STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
+    STDMETHODIMP get_Item(BSTR index, IInput** value) override { return To(&I::get_Item, index, value); }
+    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
+};
+
+/// IOutputs, every member handed to the wrapped collection, in slot order.
+template <class Derived>
+class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
+    using I = IOutputs;
+    using ForwardFace<Derived, IOutputs>::To;
+
+  public:
+    STDMETHODIMP putref_CallBack(IDispatch* value) override { return To(&I::putref_CallBack, value); }
+    STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
+    STDMETHODIMP get_Item(BSTR index, IOutput** value) override { return To(&I::get_Item, index, value); }
+    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
+};
+
+/// IAttributes, every member handed to the wrapped collection, in slot order.
+template <class Derived>
+class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
+    using I = IAttributes;
+    using ForwardFace<Derived, IAttributes>::To;
+
+  public:
+    STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
+    STDMETHODIMP get_Item(BSTR index, IAttribute** value) override { return To(&I::get_Item, index, value); }
+    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
+};
+
+} // namespace tam

@@ -1,0 +1,82 @@
+#include "internal/InterceptorLink.h"
+
+namespace tam {
+
+com::Ref<InterceptorLink> InterceptorLink::Make(IAttributeInterceptor& target) {
+    return com::Ref<InterceptorLink>::Own(new InterceptorLink(target));
+}
+
+STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    const bool own = iid == __uuidof(IAttributeInterceptor);
+    if (!own && target_ != nullptr) {
+        return target_->QueryInterface(iid, out);
+    }
+    const bool known = own || iid == IID_IUnknown || iid == IID_IDispatch;
+    *out = known ? static_cast<IAttributeInterceptor*>(this) : nullptr;
+    if (!known) {
+        return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) InterceptorLink::Release() {
+    const ULONG left = --references_;
+    if (left == 0) {
+        delete this;
+    }
+    return left;
+}
+
+template <class Method, class... Arguments>
+HRESULT InterceptorLink::Pass(Method method, Arguments... arguments) {
+    const auto target = Target();
+    return target ? (target.Get()->*method)(arguments...) : CO_E_OBJNOTCONNECTED;
+}
+
+STDMETHODIMP InterceptorLink::GetTypeInfoCount(UINT* count) {
+    return Pass(&IAttributeInterceptor::GetTypeInfoCount, count);
+}
+
+STDMETHODIMP InterceptorLink::GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) {
+    return Pass(&IAttributeInterceptor::GetTypeInfo, index, locale, info);
+}
+
+STDMETHODIMP InterceptorLink::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
+    const auto target = Target();
+    return target ? target->GetIDsOfNames(iid, names, count, locale, ids) : CO_E_OBJNOTCONNECTED;
+}
+
+STDMETHODIMP InterceptorLink::Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* params,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError) {
+    const auto target = Target();
+    return target ? target->Invoke(id, iid, locale, flags, params, result, exception, argumentError)
+                  : CO_E_OBJNOTCONNECTED;
+}
+
+STDMETHODIMP InterceptorLink::InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) {
+    return Pass(&IAttributeInterceptor::InterceptGetDataFromDevice, attribute, value);
+}
+
+STDMETHODIMP InterceptorLink::InterceptAttributeValueChanged(IAttribute* attribute, VARIANT_BOOL* value) {
+    return Pass(&IAttributeInterceptor::InterceptAttributeValueChanged, attribute, value);
+}
+
+STDMETHODIMP InterceptorLink::InterceptTypeChanged(IAttribute* attribute, VARIANT_BOOL* value) {
+    return Pass(&IAttributeInterceptor::InterceptTypeChanged, attribute, value);
+}
+
+STDMETHODIMP InterceptorLink::InterceptIsUnitsDependent(IAttribute* attribute, VARIANT_BOOL* isUnitsDependent,
+                                                        VARIANT_BOOL* value) {
+    return Pass(&IAttributeInterceptor::InterceptIsUnitsDependent, attribute, isUnitsDependent, value);
+}
+
+STDMETHODIMP InterceptorLink::InterceptIsDifferential(IAttribute* attribute, VARIANT_BOOL* isDifferential,
+                                                      VARIANT_BOOL* value) {
+    return Pass(&IAttributeInterceptor::InterceptIsDifferential, attribute, isDifferential, value);
+}
+
+} // namespace tam

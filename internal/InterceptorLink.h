@@ -1,0 +1,55 @@
+#pragma once
+
+#include "com/Module.h"
+#include "com/Ref.h"
+
+#include <OrvDBFaces.h>
+
+namespace tam {
+
+/// The interceptor as the wrapped object holds it: the internal object's
+/// interceptor interface with a count of its own. The wrapped object keeps its
+/// interceptor, and the internal object keeps the wrapped one; counted alike,
+/// the two would keep each other alive for ever. To COM it is the internal
+/// object itself: every other interface, its identity included, is that
+/// object's for as long as it lives.
+class InterceptorLink final : public IAttributeInterceptor {
+  public:
+    static com::Ref<InterceptorLink> Make(IAttributeInterceptor& target);
+    virtual ~InterceptorLink() = default;
+
+    /// The internal object is gone: from here on nothing is handled.
+    void Cut() noexcept { target_ = nullptr; }
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override;
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+    STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
+    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
+    STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* params, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argumentError) override;
+
+    STDMETHODIMP InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) override;
+    STDMETHODIMP InterceptAttributeValueChanged(IAttribute* attribute, VARIANT_BOOL* value) override;
+    STDMETHODIMP InterceptTypeChanged(IAttribute* attribute, VARIANT_BOOL* value) override;
+    STDMETHODIMP InterceptIsUnitsDependent(IAttribute* attribute, VARIANT_BOOL* isUnitsDependent,
+                                           VARIANT_BOOL* value) override;
+    STDMETHODIMP InterceptIsDifferential(IAttribute* attribute, VARIANT_BOOL* isDifferential,
+                                         VARIANT_BOOL* value) override;
+
+  private:
+    explicit InterceptorLink(IAttributeInterceptor& target) : target_(&target) {}
+
+    /// The internal object, held for one call; the call may end it otherwise.
+    com::Ref<IAttributeInterceptor> Target() const noexcept { return com::Ref<IAttributeInterceptor>(target_); }
+    template <class Method, class... Arguments>
+    HRESULT Pass(Method method, Arguments... arguments);
+
+    IAttributeInterceptor* target_;
+    ULONG references_ = 1;
+    com::LiveCount live_;
+};
+
+} // namespace tam

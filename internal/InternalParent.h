@@ -1,0 +1,89 @@
+#pragma once
+
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+#include "com/Ref.h"
+#include "internal/Forward.h"
+
+#include <OrvDBFaces.h>
+
+#include <memory>
+#include <string>
+
+namespace tam {
+
+/// The back reference of a wrapped point to the internal application object
+/// that shows it. It does not keep the object alive and is empty when the
+/// object is gone.
+struct InternalLink {
+    ITamInternalAppObject* parent = nullptr;
+};
+using InternalRef = std::shared_ptr<const InternalLink>;
+
+/// The parent; "object not set" when it is gone.
+inline com::Ref<ITamInternalAppObject> ParentOf(const InternalRef& link) {
+    com::CheckSet(link ? link->parent : nullptr);
+    return com::Ref<ITamInternalAppObject>(link->parent);
+}
+
+/// The parent as an application object; empty when it is gone.
+inline com::Ref<IAppObject> ParentObjectOf(const InternalRef& link) {
+    return link && link->parent != nullptr ? com::Query<IAppObject>(link->parent) : com::Ref<IAppObject>();
+}
+
+/// The name that an item of the channel has in the module: the internal object
+/// key, "_" and the item's name.
+inline std::wstring ContainerKey(ITamInternalAppObject& parent, const std::wstring& itemName) {
+    com::Bstr key;
+    com::Check(parent.get_TamInternalObjectKey(key.Put()));
+    return std::wstring(key.View()) + L"_" + itemName;
+}
+
+/// The module object that holds the channel. "Object not set" when there is none.
+inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& parent) {
+    com::Ref<IDispatch> container;
+    com::Check(parent.get_TamObjectContainer(container.Put()));
+    return Required<IAppObject>(container);
+}
+
+/// The container's attribute of a key; empty when it has none.
+inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, const std::wstring& key) {
+    com::Ref<IAttributes> attributes;
+    com::Check(ContainerOf(parent)->get_Attributes(attributes.Put()));
+    com::CheckSet(attributes.Get());
+    com::Ref<IAttribute> attribute;
+    com::Check(attributes->get_Item(com::Bstr(key).Get(), attribute.Put()));
+    return attribute;
+}
+
+/// Calls visit with each point of a collection, in order, until it answers
+/// false. By the enumerator: an access by position may cost the host a walk.
+template <class Point, class Collection, class F>
+void WalkPoints(const com::Ref<Collection>& collection, F&& visit) {
+    com::Ref<IUnknown> unknown;
+    com::Check(collection->get_NewEnum(unknown.Put()));
+    const auto items = Required<IEnumVARIANT>(unknown);
+    for (;;) {
+        com::Variant item;
+        const HRESULT next = items->Next(1, item.Put(), nullptr);
+        com::Check(next);
+        if (next != S_OK) {
+            return;
+        }
+        const bool isObject = item.Get().vt == VT_DISPATCH || item.Get().vt == VT_UNKNOWN;
+        if (!visit(Required<Point>(com::Ref<IUnknown>(isObject ? item.Get().punkVal : nullptr)))) {
+            return;
+        }
+    }
+}
+
+/// The name of a wrapped point.
+template <class I>
+std::wstring NameOf(const com::Ref<I>& point) {
+    com::CheckSet(point.Get());
+    com::Bstr name;
+    com::Check(point->get_Name(name.Put()));
+    return std::wstring(name.View());
+}
+
+} // namespace tam

@@ -1,0 +1,190 @@
+#include "internal/TamInternalAppObject.h"
+
+#include "com/LateBound.h"
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kGenericProgId = L"O_Generic.CDBAppObject";
+constexpr const wchar_t* kLibraryProgId = L"OrvHost.LibraryService";
+
+// The saved element.
+constexpr const wchar_t* kObjectKeyElement = L"TamObjectKey";
+constexpr const wchar_t* kDeviceKeyElement = L"DevKey";
+
+// Visibility in the definition document.
+constexpr const wchar_t* kConfiguration = L"AppObject/TAMConfig";
+constexpr const wchar_t* kName = L"Name";
+constexpr const wchar_t* kVisible = L"Visible";
+
+/// Puts an element with a text node before the first child of another.
+void PrependText(const dom::Document& document, const dom::Node& parent, const wchar_t* name,
+                 const std::wstring& text) {
+    dom::Element element;
+    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    dom::Node first;
+    com::Check(parent->get_firstChild(first.Put()));
+    VARIANT before{};
+    before.vt = VT_UNKNOWN;
+    before.punkVal = first.Get(); // borrowed for the call
+    com::Check(parent->insertBefore(element.Get(), before, nullptr));
+    com::Ref<IXMLDOMText> content;
+    com::Check(document->createTextNode(com::Bstr(text).Get(), content.Put()));
+    com::Check(element->appendChild(content.Get(), nullptr));
+}
+
+void SetVisible(IDispatch& item, bool visible) {
+    const VARIANT_BOOL value = visible ? VARIANT_TRUE : VARIANT_FALSE;
+    if (const auto face = com::Query<IVisibleItem>(&item)) {
+        com::Check(face->put_Visible(value));
+        return;
+    }
+    VARIANT argument{};
+    argument.vt = VT_BOOL;
+    argument.boolVal = value;
+    com::PutMember(item, kVisible, argument);
+}
+
+/// Applies the "Visible" of each element of a list to the item of its name.
+template <class Item, class Collection>
+void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::Ref<Collection>& collection) {
+    com::Ref<IXMLDOMNodeList> list;
+    com::Check(configuration->selectNodes(com::Bstr(path).Get(), list.Put()));
+    for (;;) {
+        dom::Node node;
+        com::Check(list->nextNode(node.Put()));
+        if (!node) {
+            return;
+        }
+        const auto visible = dom::Attribute(node, kVisible);
+        if (!visible) {
+            continue;
+        }
+        const com::Bstr name(dom::Attribute(node, kName).value_or(std::wstring()));
+        com::CheckSet(collection.Get());
+        com::Ref<Item> item;
+        com::Check(collection->get_Item(name.Get(), item.Put()));
+        if (item) {
+            SetVisible(*item.Get(), *visible == L"1");
+        }
+    }
+}
+
+} // namespace
+
+TamInternalAppObject::TamInternalAppObject() : link_(std::make_shared<InternalLink>()) {
+    inner_ = Required<IAppObject>(com::CreateByProgId(kGenericProgId));
+    library_ = Required<ILibraryService>(com::CreateByProgId(kLibraryProgId));
+    link_->parent = this;
+}
+
+TamInternalAppObject::~TamInternalAppObject() {
+    link_->parent = nullptr;
+    if (interceptor_) {
+        interceptor_->Cut();
+    }
+}
+
+void TamInternalAppObject::SetUp(std::wstring internalObjectKey, IDispatch* device) {
+    internalObjectKey_ = std::move(internalObjectKey);
+    device_ = com::Ref<IDispatch>(device);
+}
+
+STDMETHODIMP TamInternalAppObject::Create() {
+    return Do([&] {
+        if (!interceptor_) {
+            interceptor_ = InterceptorLink::Make(*this);
+        }
+        com::Check(Required<IAttributeInterception>(inner_)->RegisterInterceptor(interceptor_.Get()));
+        com::Check(inner_->Create());
+        WrapPoints();
+        ApplyVisibility();
+    });
+}
+
+void TamInternalAppObject::WrapPoints() {
+    com::Ref<IInputs> inputs;
+    com::Check(inner_->get_Inputs(inputs.Put()));
+    inputs_ = TamInternalInputs::Make(inputs, link_);
+    com::Ref<IOutputs> outputs;
+    com::Check(inner_->get_Outputs(outputs.Put()));
+    outputs_ = TamInternalOutputs::Make(outputs, link_);
+    com::Ref<IAttributes> attributes;
+    com::Check(inner_->get_Attributes(attributes.Put()));
+    attributes_ = TamInternalAttributes::Make(attributes, link_);
+}
+
+dom::Document TamInternalAppObject::DefinitionDocument() const {
+    com::Bstr identifier;
+    com::Check(inner_->get_UniqueIDString(identifier.Put()));
+    com::Ref<ILibrary> library;
+    com::Check(library_->get_Library(library.Put()));
+    com::CheckSet(library.Get());
+    com::Ref<IDispatch> document;
+    com::Check(library->DefinitionDocument(identifier.Get(), document.Put()));
+    return dom::DocumentOf(document.Get());
+}
+
+void TamInternalAppObject::ApplyVisibility() {
+    const dom::Node configuration = dom::Select(dom::Node(DefinitionDocument()), kConfiguration);
+    if (!configuration) {
+        return;
+    }
+    com::Ref<IInputs> inputs;
+    com::Ref<IOutputs> outputs;
+    com::Ref<IAttributes> attributes;
+    com::Check(inner_->get_Inputs(inputs.Put()));
+    com::Check(inner_->get_Outputs(outputs.Put()));
+    com::Check(inner_->get_Attributes(attributes.Put()));
+    ApplyList<IInput>(configuration, L"InReferences/InReference", inputs);
+    ApplyList<IOutput>(configuration, L"OutReferences/OutReference", outputs);
+    ApplyList<IAttribute>(configuration, L"Attributes/Attrib", attributes);
+}
+
+STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    return Do([&] {
+        com::Check(inner_->XMLSave(parentNode, document));
+        dom::Node saved;
+        com::Check(dom::NodeOf(parentNode)->get_lastChild(saved.Put()));
+        com::CheckSet(saved.Get());
+        const dom::Document target = dom::DocumentOf(document);
+        PrependText(target, saved, kObjectKeyElement, internalObjectKey_);
+        PrependText(target, saved, kDeviceKeyElement, DeviceKey());
+    });
+}
+
+std::wstring TamInternalAppObject::DeviceKey() const {
+    com::Bstr key;
+    com::Check(Required<IDevice>(device_)->get_DeviceKey(key.Put()));
+    return std::wstring(key.View());
+}
+
+com::Ref<IDispatch> TamInternalAppObject::Container() {
+    com::Ref<IDispatch> container;
+    com::Check(Required<IDevice>(device_)->Container(AsInternal().Get(), container.Put()));
+    return container;
+}
+
+STDMETHODIMP TamInternalAppObject::get_ExportIndex(short* value) {
+    return Get(value, [&] {
+        short index = 0;
+        com::Check(Required<IAppObject>(Container())->get_ExportIndex(&index));
+        return index;
+    });
+}
+
+STDMETHODIMP TamInternalAppObject::get_TamDeviceKey(BSTR* value) {
+    return Get(value, [&] { return device_ ? DeviceKey() : std::wstring(); });
+}
+
+STDMETHODIMP TamInternalAppObject::get_TamObjectContainer(IDispatch** value) {
+    return Get(value, [&] { return device_ ? Container() : com::Ref<IDispatch>(); });
+}
+
+STDMETHODIMP TamInternalAppObject::put_Status(long value) {
+    status_ = value;
+    return S_OK;
+}
+
+} // namespace tam

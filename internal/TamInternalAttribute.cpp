@@ -1,0 +1,28 @@
+#include "internal/TamInternalAttribute.h"
+
+namespace tam {
+
+STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
+    return Get(value, [&] { return ParentObjectOf(parent_); });
+}
+
+STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
+    return Do([&] {
+        com::Check(inner_->put_Value(value));
+        const auto parent = ParentOf(parent_);
+        const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
+        if (const auto attribute = ContainerAttribute(*parent.Get(), key)) {
+            com::Check(attribute->put_Value(value));
+        }
+    });
+}
+
+STDMETHODIMP TamInternalAttributes::get_Item(BSTR index, IAttribute** value) {
+    return Get(value, [&] { return items_.Find(index); });
+}
+
+STDMETHODIMP TamInternalAttributes::get_NewEnum(IUnknown** value) {
+    return Get(value, [&] { return items_.Enumerate(); });
+}
+
+} // namespace tam

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "internal/ForwardAttribute.h"
+#include "internal/ForwardCollections.h"
+#include "internal/InternalItems.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+namespace tam {
+
+/// An attribute of a channel's object: the wrapped object's attribute, whose
+/// value the module's attribute of the same channel and name gets too.
+class TamInternalAttribute final
+    : public com::Object<TamInternalAttribute, ForwardAttribute<TamInternalAttribute>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttribute); }
+
+    TamInternalAttribute(com::Ref<IAttribute> inner, InternalRef parent)
+        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return Required<I>(inner_);
+    }
+
+    STDMETHODIMP get_Parent(IAppObject** value) override;
+    STDMETHODIMP put_Value(BSTR value) override;
+
+  private:
+    com::Ref<IAttribute> inner_;
+    InternalRef parent_;
+};
+
+/// The attributes of a channel's object.
+class TamInternalAttributes final : public com::Object<TamInternalAttributes, ForwardAttributes<TamInternalAttributes>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttributes); }
+
+    TamInternalAttributes(com::Ref<IAttributes> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+        items_.Fill(inner_, parent);
+    }
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return inner_;
+    }
+
+    STDMETHODIMP get_Item(BSTR index, IAttribute** value) override;
+    STDMETHODIMP get_NewEnum(IUnknown** value) override;
+
+  private:
+    com::Ref<IAttributes> inner_;
+    InternalItems<TamInternalAttribute, IAttribute> items_;
+};
+
+} // namespace tam

@@ -1,0 +1,44 @@
+#include "internal/TamInternalInput.h"
+
+namespace tam {
+
+namespace {
+
+/// Gives the value to the container's first input whose name is exactly the
+/// key. No such input is no error.
+void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR value) {
+    com::Ref<IInputs> inputs;
+    com::Check(ContainerOf(parent)->get_Inputs(inputs.Put()));
+    com::CheckSet(inputs.Get());
+    WalkPoints<IInput>(inputs, [&](const com::Ref<IInput>& input) {
+        if (NameOf(input) != key) {
+            return true;
+        }
+        com::Check(input->put_Value(value));
+        return false;
+    });
+}
+
+} // namespace
+
+STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
+    return Do([&] {
+        com::Check(inner_->put_Value(value));
+        const auto parent = ParentOf(parent_);
+        MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), value);
+    });
+}
+
+STDMETHODIMP TamInternalInput::get_Parent(IAppObject** value) {
+    return Get(value, [&] { return ParentObjectOf(parent_); });
+}
+
+STDMETHODIMP TamInternalInputs::get_Item(BSTR index, IInput** value) {
+    return Get(value, [&] { return items_.Find(index); });
+}
+
+STDMETHODIMP TamInternalInputs::get_NewEnum(IUnknown** value) {
+    return Get(value, [&] { return items_.Enumerate(); });
+}
+
+} // namespace tam

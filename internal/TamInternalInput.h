@@ -1,0 +1,59 @@
+#pragma once
+
+#include "internal/ForwardPoints.h"
+#include "internal/ForwardCollections.h"
+#include "internal/InternalItems.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+namespace tam {
+
+/// An input of a channel's object: the wrapped object's input, whose value the
+/// module's input of the same channel and name gets too.
+class TamInternalInput final : public com::Object<TamInternalInput, ForwardInput<TamInternalInput>,
+                                                  ForwardConnable<TamInternalInput>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInput); }
+
+    TamInternalInput(com::Ref<IInput> inner, InternalRef parent)
+        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return Required<I>(inner_);
+    }
+
+    // Both interfaces give their name and key from their own side of the inner input.
+    STDMETHODIMP put_Value(BSTR value) override;
+    STDMETHODIMP get_Extended(VARIANT_BOOL* value) override { return Answer(value, true); }
+    STDMETHODIMP get_Parent(IAppObject** value) override;
+
+  private:
+    com::Ref<IInput> inner_;
+    InternalRef parent_;
+};
+
+/// The inputs of a channel's object.
+class TamInternalInputs final : public com::Object<TamInternalInputs, ForwardInputs<TamInternalInputs>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInputs); }
+
+    TamInternalInputs(com::Ref<IInputs> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+        items_.Fill(inner_, parent);
+    }
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return inner_;
+    }
+
+    STDMETHODIMP get_Item(BSTR index, IInput** value) override;
+    STDMETHODIMP get_NewEnum(IUnknown** value) override;
+
+  private:
+    com::Ref<IInputs> inner_;
+    InternalItems<TamInternalInput, IInput> items_;
+};
+
+} // namespace tam

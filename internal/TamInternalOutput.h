@@ -1,0 +1,68 @@
+#pragma once
+
+#include "internal/ForwardCollections.h"
+#include "internal/ForwardPoints.h"
+#include "internal/InternalItems.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+namespace tam {
+
+/// An output of a channel's object: the wrapped object's output, in step with
+/// the module's output of the same channel and name.
+class TamInternalOutput final
+    : public com::Object<TamInternalOutput, ForwardOutput<TamInternalOutput>,
+                         ForwardConnable<TamInternalOutput>, ForwardDisplay<TamInternalOutput>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutput); }
+
+    TamInternalOutput(com::Ref<IOutput> inner, InternalRef parent)
+        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return Required<I>(inner_);
+    }
+
+    // IOutput
+    STDMETHODIMP putref_CallBack(IDispatch* value) override;
+    STDMETHODIMP get_Index(long* value) override;
+    STDMETHODIMP get_Parent(IAppObject** value) override;
+    STDMETHODIMP put_IsDisplayable(VARIANT_BOOL value) override;
+
+    // IDisplayItem
+    STDMETHODIMP get_Reference(BSTR* value) override;
+
+  private:
+    long Index() const;
+    /// The container's output of this channel and name; empty when it has none.
+    com::Ref<IOutput> MatchingOutput() const;
+
+    com::Ref<IOutput> inner_;
+    InternalRef parent_;
+};
+
+/// The outputs of a channel's object.
+class TamInternalOutputs final : public com::Object<TamInternalOutputs, ForwardOutputs<TamInternalOutputs>> {
+  public:
+    static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutputs); }
+
+    TamInternalOutputs(com::Ref<IOutputs> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+        items_.Fill(inner_, parent);
+    }
+
+    template <class I>
+    com::Ref<I> Inner() const {
+        return inner_;
+    }
+
+    STDMETHODIMP get_Item(BSTR index, IOutput** value) override;
+    STDMETHODIMP get_NewEnum(IUnknown** value) override;
+
+  private:
+    com::Ref<IOutputs> inner_;
+    InternalItems<TamInternalOutput, IOutput> items_;
+};
+
+} // namespace tam

@@ -1,0 +1,103 @@
+#include "internal/TamObjectManager.h"
+
+#include "common/Case.h"
+#include "common/ComponentState.h"
+#include "common/Dom.h"
+#include "common/Report.h"
+#include "internal/TamInternalAppObject.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace tam {
+
+namespace {
+
+// Identifiers are compared in lower case.
+constexpr std::wstring_view kModuleObject = L"o_tam_id";
+constexpr std::array<std::wstring_view, 5> kInternalObjects = {L"o_tam_ao_id", L"o_tam_ai_id", L"o_tam_di_id",
+                                                               L"o_tam_do_id", L"o_inpcntx_id"};
+
+/// The status that a process ended by a call before Init leaves.
+constexpr UINT kEndedBeforeInit = 1;
+
+bool IsModuleObject(std::wstring_view identifier) { return LowerCase(identifier) == kModuleObject; }
+
+} // namespace
+
+STDMETHODIMP TamObjectManager::IsTamInternalObject(BSTR identifier, VARIANT_BOOL* value) {
+    return Get(value, [&] {
+        if (!IsTamLibraryAvailable()) {
+            return false;
+        }
+        const std::wstring wanted = LowerCase(com::View(identifier));
+        return std::find(kInternalObjects.begin(), kInternalObjects.end(), wanted) != kInternalObjects.end();
+    });
+}
+
+STDMETHODIMP TamObjectManager::IsTamObject(BSTR identifier, VARIANT_BOOL* value) {
+    return Get(value, [&] { return IsModuleObject(com::View(identifier)); });
+}
+
+STDMETHODIMP TamObjectManager::CreateTamInternalAppObject(BSTR* internalObjectKey, IDispatch* device,
+                                                          IAppObject** value) {
+    return Get(value, [&] {
+        com::Ref<TamInternalAppObject> object;
+        if (IsTamLibraryAvailable()) {
+            object = TamInternalAppObject::Make();
+            object->SetUp(internalObjectKey != nullptr ? com::Text(*internalObjectKey) : std::wstring(), device);
+        }
+        return com::Ref<IAppObject>(object);
+    });
+}
+
+STDMETHODIMP TamObjectManager::CreateTemplateTamInternalObject(IAppObject** value) {
+    return Get(value, [&] {
+        return IsTamLibraryAvailable() ? com::Ref<IAppObject>(TamInternalAppObject::Make())
+                                       : com::Ref<IAppObject>();
+    });
+}
+
+STDMETHODIMP TamObjectManager::Init(IDispatch* deviceContext) {
+    deviceContext_ = com::Ref<IDispatch>(deviceContext);
+    return S_OK;
+}
+
+bool TamObjectManager::IsTamLibraryAvailable() {
+    if (!deviceContext_) {
+        ShowBox(L"TamObjectManager not Inizialized", ComponentTitle());
+        // There is no error for this case: nothing goes on from here.
+        TerminateProcess(GetCurrentProcess(), kEndedBeforeInit);
+    }
+    if (library_ == Library::NotSearched) {
+        library_ = Library::NotFound; // what a failing search leaves
+        if (SearchLibrary()) {
+            library_ = Library::Found;
+        }
+    }
+    return library_ == Library::Found;
+}
+
+bool TamObjectManager::SearchLibrary() const {
+    const auto context = Required<IDeviceContext>(deviceContext_);
+    com::Ref<IDispatch> object;
+    com::Check(context->get_Document(object.Put()));
+    const dom::Document document = dom::DocumentOf(object.Get());
+    com::Bstr version;
+    com::Check(context->get_FirmwareVersion(version.Put()));
+    const dom::Node library = dom::Select(
+        dom::Node(document), L"Device/FWVersion/" + std::wstring(version.View()) + L"/Objects/Library");
+    com::CheckSet(library.Get());
+    bool found = false;
+    dom::ForEachChild(library, [&](const dom::Node& child) {
+        if (!found && dom::IsElement(child)) {
+            com::Bstr name;
+            com::Check(child->get_nodeName(name.Put()));
+            found = IsModuleObject(name.View());
+        }
+    });
+    return found;
+}
+
+} // namespace tam
