@@ -12,6 +12,7 @@ thread_local BoxWatcher* current = nullptr;
 /// Text and icon of a message box stand in controls of these numbers.
 constexpr int kMessageText = 0xFFFF;
 constexpr int kMessageIcon = 0x14;
+constexpr int kMessageIconInWine = 1088;
 
 std::wstring TextOf(HWND window) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -23,8 +24,8 @@ std::wstring TextOf(HWND window) {
 std::wstring ControlText(HWND control) {
     const auto length = static_cast<std::size_t>(SendMessageW(control, WM_GETTEXTLENGTH, 0, 0));
     std::wstring text(length + 1, L'\0');
-    const LRESULT copied =
-        SendMessageW(control, WM_GETTEXT, static_cast<WPARAM>(text.size()), reinterpret_cast<LPARAM>(text.data()));
+    const LRESULT copied = SendMessageW(control, WM_GETTEXT, static_cast<WPARAM>(text.size()),
+                                        reinterpret_cast<LPARAM>(text.data()));
     text.resize(static_cast<std::size_t>(copied));
     return text;
 }
@@ -41,7 +42,8 @@ std::wstring WithoutAccessMark(std::wstring caption) {
 }
 
 UINT IconOf(HWND window) {
-    const HWND control = GetDlgItem(window, kMessageIcon);
+    const HWND own = GetDlgItem(window, kMessageIcon);
+    const HWND control = own != nullptr ? own : GetDlgItem(window, kMessageIconInWine);
     const auto shown = reinterpret_cast<HICON>(SendMessageW(control, STM_GETICON, 0, 0));
     const struct {
         LPCWSTR resource;
@@ -68,6 +70,8 @@ BOOL CALLBACK ReadControl(HWND control, LPARAM target) {
         box.buttons.push_back(WithoutAccessMark(text));
     } else if (kind == L"Static" && !box.isMessageBox && !text.empty()) {
         box.text += (box.text.empty() ? L"" : L"\n") + text;
+    } else if ((kind == L"Edit" || kind == L"ComboBox") && !text.empty()) {
+        box.fields.push_back(text);
     }
     return TRUE;
 }
@@ -96,7 +100,9 @@ BoxWatcher::~BoxWatcher() {
     current = nullptr;
 }
 
-std::vector<Box> BoxWatcher::Take() { return std::exchange(seen_, {}); }
+std::vector<Box> BoxWatcher::Take() {
+    return std::exchange(seen_, {});
+}
 
 LRESULT CALLBACK BoxWatcher::Hook(int code, WPARAM wParam, LPARAM lParam) {
     if (current != nullptr && code == HCBT_ACTIVATE) {

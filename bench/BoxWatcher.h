@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -21,6 +22,8 @@ struct Box {
     std::vector<std::wstring> buttons;
     /// Texts of a dialog's controls by control identifier.
     std::map<int, std::wstring> controls;
+    /// What stands in the edit fields and drop-down lists of a dialog, in tab order.
+    std::vector<std::wstring> fields;
 };
 
 /// Sees every message box and dialog of the thread as it is activated, keeps

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+/// What the command line asks for. Texts are UTF-16, as files and COM want them.
+struct Options {
+    std::string command;
+
+    // Common to all commands.
+    std::wstring catalogue;
+    std::wstring definition = L"O_Tam_id";
+    bool usUnits = false;
+    bool wire = false;
+    bool json = false;
+    bool interactive = false;
+
+    // Of single commands.
+    std::wstring stream;
+    std::wstring output;
+    std::wstring project;
+    std::wstring filter;
+    std::wstring deviceKey;
+    std::wstring objectKey;
+    std::wstring attribute;
+    std::wstring userName;
+    std::vector<double> position;
+    std::vector<std::wstring> displayed;
+    std::vector<std::pair<std::wstring, std::wstring>> values;
+    bool noCompiler = false;
+    bool debugDump = false;
+    bool open = false;
+};
+
+/// Exit statuses, as the help explains them.
+enum Status { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+
+/// Reads the program's own command line. Without a result the run is over:
+/// help was printed or the usage was wrong, and `status` says which.
+std::optional<Options> ReadCommandLine(int& status);
+
+} // namespace bench

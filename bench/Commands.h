@@ -1,0 +1,38 @@
+#pragma once
+
+#include "bench/CommandLine.h"
+#include "bench/Host.h"
+#include "bench/Report.h"
+
+namespace bench {
+
+/// A command: drives the host and says what came of it.
+using Command = void (*)(Host& host, const Options& options, Report& report);
+
+// Commands_Reading.cpp
+void Inspect(Host& host, const Options& options, Report& report);
+void Types(Host& host, const Options& options, Report& report);
+
+// Commands_Project.cpp
+void Save(Host& host, const Options& options, Report& report);
+void Load(Host& host, const Options& options, Report& report);
+void Interop(Host& host, const Options& options, Report& report);
+
+// Commands_Export.cpp
+void Export(Host& host, const Options& options, Report& report);
+
+// Commands_Points.cpp
+void Set(Host& host, const Options& options, Report& report);
+void ClearRefs(Host& host, const Options& options, Report& report);
+void Contains(Host& host, const Options& options, Report& report);
+void Edit(Host& host, const Options& options, Report& report);
+
+// Commands_Services.cpp
+void Icon(Host& host, const Options& options, Report& report);
+void Datasheet(Host& host, const Options& options, Report& report);
+void About(Host& host, const Options& options, Report& report);
+
+/// Loads the stream and says in a line what came of it.
+void LoadAndTell(Host& host, Report& report);
+
+} // namespace bench

@@ -1,0 +1,221 @@
+#include "bench/Commands.h"
+#include "bench/Model.h"
+#include "bench/Resources.h"
+#include "bench/Text.h"
+#include "bench/Xml.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace bench {
+
+namespace {
+
+constexpr const wchar_t* kCompilerProgId = L"ORV.QB.Interop.Compilers.CompilersInterop";
+
+void CheckNoCompiler() {
+    CLSID clsid{};
+    if (SUCCEEDED(CLSIDFromProgID(kCompilerProgId, &clsid))) {
+        throw BenchError(E_UNEXPECTED, "a database compiler is registered on this machine (" +
+                                           Utf8(kCompilerProgId) + "), so --no-compiler cannot hide it");
+    }
+}
+
+/// Has the object make its stream, with the compiler at hand or without.
+std::string ReadStream(Host& host, bool noCompiler) {
+    std::optional<LentClasses> compiler;
+    if (noCompiler) {
+        CheckNoCompiler();
+    } else {
+        compiler.emplace(kCompilerManifest);
+    }
+    return TextOf(host.App(), &IAppObject::get_Stream);
+}
+
+/// Where the component keeps its export document when DEBUG is 1.
+std::wstring DumpPath(Host& host) {
+    const short id = NumberOf(host.Tam(), &ITamObject::get_TamObjectID);
+    return L"C:\\interop_" + host.DeviceKey() + L"_" + std::to_wstring(id) + L".xml";
+}
+
+/// The bytes of lines of hexadecimal digits; empty when the text holds anything else.
+std::vector<unsigned> Bytes(const std::string& text) {
+    std::vector<unsigned> bytes;
+    std::string digits;
+    for (const char c : text) {
+        if (c != '\r' && c != '\n') {
+            digits += c;
+        }
+    }
+    if (digits.size() % 2 != 0 || digits.find_first_not_of("0123456789ABCDEF") != std::string::npos) {
+        return {};
+    }
+    for (std::size_t at = 0; at < digits.size(); at += 2) {
+        bytes.push_back(static_cast<unsigned>(std::stoul(digits.substr(at, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
+unsigned Word(const std::vector<unsigned>& bytes, std::size_t at) {
+    return bytes[at] | bytes[at + 1] << 8;
+}
+
+unsigned Long(const std::vector<unsigned>& bytes, std::size_t at) {
+    return Word(bytes, at) | Word(bytes, at + 2) << 16;
+}
+
+/// CRC-32, the checksum of Ethernet and ZIP.
+unsigned Checksum(const std::vector<unsigned>& bytes, std::size_t count) {
+    constexpr unsigned kPolynomial = 0xEDB88320;
+    unsigned sum = ~0U;
+    for (std::size_t at = 0; at < count; ++at) {
+        sum ^= bytes[at];
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = (sum & 1U) != 0 ? sum >> 1 ^ kPolynomial : sum >> 1;
+        }
+    }
+    return ~sum;
+}
+
+/// The head of an image; null when the bytes are none of format 1.
+Json ReadHead(const std::vector<unsigned>& bytes) {
+    constexpr std::size_t kHead = 40;
+    constexpr std::size_t kSum = 4;
+    if (bytes.size() < kHead + kSum || bytes[0] != 'O' || bytes[1] != 'T' || bytes[2] != 'I' ||
+        bytes[3] != 'M' || bytes[4] != 1) {
+        return nullptr;
+    }
+    return {{"object", Word(bytes, 8)},
+            {"address", Word(bytes, 6)},
+            {"lastOnDevice", (bytes[5] & 1U) != 0},
+            {"inputs", Word(bytes, 10)},
+            {"outputs", Word(bytes, 12)},
+            {"attributes", Word(bytes, 14)},
+            {"length", Long(bytes, 16)},
+            {"checksumRight", Checksum(bytes, bytes.size() - kSum) == Long(bytes, bytes.size() - kSum)}};
+}
+
+void TellHead(const Json& head, Report& report) {
+    const auto number = [&](const char* key) { return std::to_string(head[key].get<unsigned>()); };
+    Fields fields;
+    fields.Add("Object", number("object") + ", address " + number("address") +
+                             (head["lastOnDevice"].get<bool>() ? ", the last on its device" : ""));
+    fields.Add("Points", number("inputs") + " inputs, " + number("outputs") + " outputs, " +
+                             number("attributes") + " attributes");
+    fields.Add("Checksum", head["checksumRight"].get<bool>() ? "right" : "wrong");
+    report.Add(fields);
+}
+
+std::string HexByte(unsigned byte) {
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    return {kDigits[byte / 16], kDigits[byte % 16]};
+}
+
+/// Offsets, bytes and characters, 16 bytes a line. Only the ends of a long image.
+std::string Dump(const std::vector<unsigned>& bytes) {
+    constexpr std::size_t kRow = 16;
+    constexpr std::size_t kRowsAtEnds = 8;
+    const std::size_t rows = (bytes.size() + kRow - 1) / kRow;
+    std::string text;
+    for (std::size_t row = 0; row < rows; ++row) {
+        if (row >= kRowsAtEnds && row + kRowsAtEnds < rows) {
+            if (row == kRowsAtEnds) {
+                text += "  ...   (" + Count(rows - 2 * kRowsAtEnds, "line") + " left out)\n";
+            }
+            continue;
+        }
+        std::string hex;
+        std::string characters;
+        for (std::size_t at = row * kRow; at < std::min(bytes.size(), (row + 1) * kRow); ++at) {
+            hex += HexByte(bytes[at]) + " ";
+            characters += bytes[at] >= 0x20 && bytes[at] < 0x7F ? static_cast<char>(bytes[at]) : '.';
+        }
+        hex.resize(kRow * 3, ' ');
+        const std::size_t offset = row * kRow;
+        text += "  " + HexByte(static_cast<unsigned>(offset / 256 % 256)) +
+                HexByte(static_cast<unsigned>(offset % 256)) + "  " + hex + " " + characters + "\n";
+    }
+    return text;
+}
+
+Json ReadSizes(Host& host) {
+    return {{"cdb", NumberOf(host.App(), &IAppObject::get_CDBDimension)},
+            {"ddb", NumberOf(host.App(), &IAppObject::get_DDBDimension)},
+            {"sdb", NumberOf(host.App(), &IAppObject::get_SDBDimension)}};
+}
+
+Table SizeTable(const Json& before, const Json& after) {
+    Table table({"Database", ">As loaded", ">After the export"});
+    const std::pair<const char*, const char*> rows[] = {
+        {"cdb", "configuration (CDB)"}, {"ddb", "data (DDB)"}, {"sdb", "SDB"}};
+    for (const auto& [key, title] : rows) {
+        table.Add({title, std::to_string(before[key].get<long>()), std::to_string(after[key].get<long>())});
+    }
+    return table;
+}
+
+void TellStream(const std::string& stream, Report& report) {
+    const std::vector<unsigned> bytes = Bytes(stream);
+    if (!bytes.empty()) {
+        report.data["kind"] = "image";
+        report.data["imageBytes"] = bytes.size();
+        report.Heading("The database image: " + Count(bytes.size(), "byte"));
+        const Json& head = report.data["head"] = ReadHead(bytes);
+        if (!head.is_null()) {
+            TellHead(head, report);
+        }
+        report.Block(Dump(bytes));
+        return;
+    }
+    const xml::Document document = xml::LoadText(Wide(stream));
+    com::Ref<IXMLDOMElement> root;
+    com::Check(document->get_documentElement(root.Put()));
+    report.data["kind"] = root ? "export document" : "nothing";
+    report.Heading(root ? "Not compiled: the export document itself" : "The stream is empty");
+    if (root) {
+        report.Block(xml::Print(xml::Node(root)));
+    }
+}
+
+void TellDump(const std::wstring& path, Report& report) {
+    const bool written = IsFile(path);
+    report.data["dump"] = written ? Json(Utf8(path)) : Json();
+    report.Line(written ? "\nThe component kept its export document in " + Utf8(path) + "."
+                        : "\nThe component did not write " + Utf8(path) + ".");
+}
+
+} // namespace
+
+void Export(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    if (options.wire) {
+        report.data["wires"] = ReadWires(host);
+    }
+    const std::wstring dump = DumpPath(host);
+    if (options.debugDump) {
+        DeleteFileW(dump.c_str());
+        SetEnvironmentVariableW(L"DEBUG", L"1");
+    }
+    const Json before = ReadSizes(host);
+    std::string stream;
+    host.Step("Stream", [&] { stream = ReadStream(host, options.noCompiler); });
+    const Json after = ReadSizes(host);
+
+    report.data["sizesBefore"] = before;
+    report.data["sizes"] = after;
+    report.data["streamText"] = stream;
+    report.Heading("Sizes in bytes");
+    report.Add(SizeTable(before, after));
+    TellStream(stream, report);
+    if (!options.output.empty()) {
+        WriteTextFile(options.output, stream);
+        report.data["file"] = Utf8(options.output);
+        report.Line("\nWritten to " + Utf8(options.output) + ".");
+    }
+    if (options.debugDump) {
+        TellDump(dump, report);
+    }
+}
+
+} // namespace bench

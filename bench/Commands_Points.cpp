@@ -1,0 +1,150 @@
+#include "bench/Commands.h"
+#include "bench/InternalItem.h"
+#include "bench/Model.h"
+#include "bench/Text.h"
+
+#include <vector>
+
+namespace bench {
+
+namespace {
+
+/// An attribute or input that is to be set.
+struct Target {
+    com::Ref<IAttribute> attribute;
+    com::Ref<IInput> input;
+    std::wstring value;
+};
+
+Target FindTarget(Host& host, const std::wstring& name, const std::wstring& value) {
+    Target target{FindAttribute(host.App(), name), nullptr, value};
+    if (!target.attribute) {
+        target.input = FindInput(host.App(), name);
+    }
+    if (!target.attribute && !target.input) {
+        throw BenchError(E_INVALIDARG,
+                         "there is no attribute or input \"" + Utf8(name) + "\"; nothing was set");
+    }
+    return target;
+}
+
+Json ReadTarget(const Target& target) {
+    if (target.input) {
+        return {{"value", TextOf(*target.input.Get(), &IInput::get_Value)}, {"display", nullptr}};
+    }
+    IAttribute& attribute = *target.attribute.Get();
+    com::Ref<ISNVType> type;
+    com::Check(attribute.get_SNVTType(type.Put()));
+    return {{"value", TextOf(attribute, &IAttribute::get_Value)},
+            {"display", type ? Json(TextOf(attribute, &IAttribute::get_DispValue)) : Json()}};
+}
+
+std::string DisplayOf(const Json& state) {
+    return state["display"].is_null() ? "" : state["display"];
+}
+
+Json ReadReferences(Host& host) {
+    Json references = Json::array();
+    ForEachInput(host.App(), [&](IInput& input) {
+        references.push_back({{"name", TextOf(input, &IInput::get_Name)},
+                              {"extended", FlagOf(input, &IInput::get_Extended)},
+                              {"value", TextOf(input, &IInput::get_Value)}});
+    });
+    return references;
+}
+
+} // namespace
+
+void Set(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    std::vector<Target> targets;
+    host.Step("looking up the points", [&] {
+        for (const auto& [name, value] : options.values) {
+            targets.push_back(FindTarget(host, name, value));
+        }
+    });
+    Json& changes = report.data["changes"] = Json::array();
+    Table table({"Point", "", "Value", "Displayed as"});
+    for (const Target& target : targets) {
+        const bool isInput = static_cast<bool>(target.input);
+        const std::string name = isInput ? TextOf(*target.input.Get(), &IInput::get_Name)
+                                         : TextOf(*target.attribute.Get(), &IAttribute::get_Name);
+        const com::Bstr value(target.value);
+        Json before;
+        Json after;
+        host.Step("setting " + name, [&] {
+            before = ReadTarget(target);
+            com::Check(isInput ? target.input->put_Value(value.Get())
+                               : target.attribute->put_Value(value.Get()));
+            after = ReadTarget(target);
+        });
+        changes.push_back({{"name", name},
+                           {"kind", isInput ? "input" : "attribute"},
+                           {"before", before},
+                           {"after", after}});
+        table.Add({name, "before", before["value"], DisplayOf(before)});
+        table.Add({"", "after", after["value"], DisplayOf(after)});
+    }
+    report.Heading("Values");
+    report.Add(table);
+}
+
+void ClearRefs(Host& host, const Options&, Report& report) {
+    LoadAndTell(host, report);
+    const Json before = ReadReferences(host);
+    host.Step("ClearReferences", [&] { com::Check(host.App().ClearReferences()); });
+    const Json after = ReadReferences(host);
+    Json& inputs = report.data["inputs"] = Json::array();
+    Table table({"Input", "Extended", "Value before", "Value after"});
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        inputs.push_back({{"name", after[i]["name"]},
+                          {"extended", after[i]["extended"]},
+                          {"before", before[i]["value"]},
+                          {"after", after[i]["value"]}});
+        table.Add({after[i]["name"], after[i]["extended"].get<bool>() ? "yes" : "no", before[i]["value"],
+                   after[i]["value"]});
+    }
+    report.Heading("The inputs' references: zeros name no output");
+    report.Add(table);
+}
+
+void Contains(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    VARIANT_BOOL answer = VARIANT_FALSE;
+    host.Step("Contains", [&] {
+        const auto item = InternalItem::Make(options.deviceKey, options.objectKey);
+        com::Check(host.Tam().Contains(item.Get(), &answer));
+    });
+    const bool contains = answer != VARIANT_FALSE;
+    report.data["deviceKey"] = Utf8(options.deviceKey);
+    report.data["objectKey"] = Utf8(options.objectKey);
+    report.data["contains"] = contains;
+    report.Heading(contains ? "Yes" : "No");
+    const std::string device = Utf8(options.deviceKey);
+    const std::string mark = "_" + Utf8(options.objectKey);
+    report.Line(contains ? "  The module is of device " + device +
+                               " and has a point whose name begins with " + mark + "."
+                         : "  The module is of another device than " + device +
+                               ", or it has no point whose name begins with " + mark + ".");
+}
+
+void Edit(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    Target target{FindAttribute(host.App(), options.attribute), nullptr, {}};
+    if (!target.attribute) {
+        throw BenchError(E_INVALIDARG, "there is no attribute \"" + Utf8(options.attribute) + "\"");
+    }
+    const Json before = ReadTarget(target);
+    host.Step("SetValue", [&] { com::Check(target.attribute->SetValue()); });
+    const Json after = ReadTarget(target);
+    report.data["attribute"] = Utf8(options.attribute);
+    report.data["before"] = before;
+    report.data["after"] = after;
+    report.Heading("The value of " + Utf8(options.attribute));
+    Table table({"", "Value", "Displayed as"});
+    table.Add({"before", before["value"], DisplayOf(before)});
+    table.Add({"after", after["value"], DisplayOf(after)});
+    report.Add(table);
+}
+
+} // namespace bench

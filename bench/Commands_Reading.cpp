@@ -1,0 +1,200 @@
+#include "bench/Commands.h"
+#include "bench/Model.h"
+#include "bench/Text.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace bench {
+
+namespace {
+
+std::string YesNo(const Json& flag) {
+    return flag.get<bool>() ? "yes" : "no";
+}
+
+std::string Number(const Json& value) {
+    return std::to_string(value.get<long>());
+}
+
+std::string Join(const Json& texts) {
+    std::string joined;
+    for (const Json& text : texts) {
+        joined += (joined.empty() ? "" : ",") + text.get<std::string>();
+    }
+    return joined;
+}
+
+Fields ModuleFields(const Json& module) {
+    Fields fields;
+    fields.Add("Name", module["name"]);
+    fields.Add("Kind", module["id"].get<std::string>() + ", " + module["category"].get<std::string>());
+    fields.Add("Description", module["description"]);
+    fields.Add("Object", "number " + Number(module["objectId"]) + " of device " +
+                             module["deviceKey"].get<std::string>() + ", address " +
+                             Number(module["address"]));
+    fields.Add("Keys in the host",
+               module["globalKey"].get<std::string>() + "  and  " + module["extendedKey"].get<std::string>());
+    fields.Add("Database sizes", Number(module["cdbSize"]) + " bytes of configuration (CDB), " +
+                                     Number(module["ddbSize"]) + " of data (DDB), as loaded");
+    fields.Add("Made by", module["programmaticId"].get<std::string>() + " with the definition " +
+                              module["definition"].get<std::string>() + ".xml");
+    fields.Add("Data sheet", YesNo(module["datasheetAvailable"]));
+    return fields;
+}
+
+Table InputTable(const Json& inputs) {
+    Table table(
+        {">#", "Input", "Type", "Accepts", "Reference", ">Address", "Permanent", "Connected", "Value"});
+    for (const Json& input : inputs) {
+        table.Add({Number(input["index"]), input["name"], TypeTitle(input["type"]), Join(input["accepts"]),
+                   input["reference"], input["logicalAddress"], YesNo(input["permanent"]),
+                   YesNo(input["connected"]), input["value"]});
+    }
+    return table;
+}
+
+Table OutputTable(const Json& outputs) {
+    Table table({">#", "Output", "Type", "Kind", "Unit", "Reference", ">Address", "Shown", "Connected"});
+    for (const Json& output : outputs) {
+        const Json& type = output["type"];
+        table.Add({Number(output["index"]), output["name"], TypeTitle(type),
+                   type.is_null() ? "" : type["generalType"].get<std::string>(),
+                   type.is_null() ? "" : type["unit"].get<std::string>(), output["reference"],
+                   output["logicalAddress"], YesNo(output["displayable"]), YesNo(output["connected"])});
+    }
+    return table;
+}
+
+Table AttributeTable(const Json& attributes) {
+    Table table({"Attribute", "Type", "Kind", "Value", "Displayed as"});
+    for (const Json& attribute : attributes) {
+        const Json& type = attribute["type"];
+        const Json& display = attribute["display"];
+        table.Add({attribute["name"], TypeTitle(type),
+                   type.is_null() ? "" : type["generalType"].get<std::string>(), attribute["value"],
+                   display.is_null() ? "" : display.get<std::string>()});
+    }
+    return table;
+}
+
+Table WireTable(const Json& wires) {
+    Table table({"Input", "Reference", "Result", "Because"});
+    for (const Json& wire : wires) {
+        if (wire["result"] != "left open") {
+            table.Add({wire["input"], wire["reference"], wire["result"], wire["reason"]});
+        }
+    }
+    return table;
+}
+
+/// The types of a catalogue as a stream with one attribute of each, so that
+/// each has a type object of its own.
+std::wstring StreamOfAllTypes(const xml::Node& catalogue) {
+    constexpr std::wstring_view kPrefix = L"SNVT_";
+    std::wstring attributes;
+    xml::ForEachElement(catalogue, [&](const xml::Node& entry) {
+        const std::wstring name = xml::NameOf(entry);
+        if (name.starts_with(kPrefix)) {
+            const std::wstring id = name.substr(kPrefix.size());
+            attributes += L"<T" + id + L"><SNVTTYPE>" + id + L"</SNVTTYPE></T" + id + L">";
+        }
+    });
+    return L"<Tam><Name>Catalogue</Name><DevKey/><IsLastOnDev>0</IsLastOnDev><TamObjID>0</"
+           L"TamObjID><Attributes>" +
+           attributes + L"</Attributes></Tam>";
+}
+
+bool Holds(const Json& type, const std::wstring& filter) {
+    for (const char* const key : {"id", "name", "generalType", "unit"}) {
+        const std::wstring text = Wide(type[key].get<std::string>());
+        for (std::size_t at = 0; at + filter.size() <= text.size(); ++at) {
+            if (CompareStringOrdinal(text.c_str() + at, static_cast<int>(filter.size()), filter.c_str(),
+                                     static_cast<int>(filter.size()), TRUE) == CSTR_EQUAL) {
+                return true;
+            }
+        }
+    }
+    return filter.empty();
+}
+
+/// A limit, in the short form of a floating-point number when it is long.
+std::string Limit(const std::string& text) {
+    constexpr std::size_t kLongest = 14;
+    if (text.size() <= kLongest) {
+        return text;
+    }
+    char number[32] = {};
+    std::snprintf(number, sizeof number, "%g", std::strtod(text.c_str(), nullptr));
+    return number;
+}
+
+std::string Range(const Json& type) {
+    const std::string min = Limit(type["min"]);
+    const std::string max = Limit(type["max"]);
+    return min.empty() && max.empty() ? type["enumDesc"].get<std::string>() : min + " to " + max;
+}
+
+} // namespace
+
+void LoadAndTell(Host& host, Report& report) {
+    host.LoadStream();
+    std::size_t inputs = 0;
+    std::size_t outputs = 0;
+    std::size_t attributes = 0;
+    ForEachInput(host.App(), [&](IInput&) { ++inputs; });
+    ForEachOutput(host.App(), [&](IOutput&) { ++outputs; });
+    ForEachAttribute(host.App(), [&](IAttribute&) { ++attributes; });
+    report.Line("Loaded " + report.data["stream"].get<std::string>() + ": \"" +
+                TextOf(host.App(), &IAppObject::get_UserName) + "\" with " + Count(inputs, "input") + ", " +
+                Count(outputs, "output") + " and " + Count(attributes, "attribute") + ".");
+}
+
+void Inspect(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    const xml::Node interoperability = Interoperability(host);
+    const Json& module = report.data["module"] = ReadModule(host);
+    report.Heading("The module");
+    report.Add(ModuleFields(module));
+
+    const Json& inputs = report.data["inputs"] = ReadInputs(host, interoperability);
+    report.Heading("Inputs (" + std::to_string(inputs.size()) +
+                   "): what other objects' outputs are wired to");
+    report.Add(InputTable(inputs));
+    if (options.wire) {
+        const Json& wires = report.data["wires"] = ReadWires(host);
+        report.Heading("Wiring by the references of the stream");
+        report.Add(WireTable(wires));
+    }
+
+    const Json& outputs = report.data["outputs"] = ReadOutputs(host, interoperability);
+    report.Heading("Outputs (" + std::to_string(outputs.size()) + "): values that the module publishes");
+    report.Add(OutputTable(outputs));
+
+    const Json& attributes = report.data["attributes"] = ReadAttributes(host);
+    report.Heading("Attributes (" + std::to_string(attributes.size()) + "): how the module is configured");
+    report.Add(AttributeTable(attributes));
+}
+
+void Types(Host& host, const Options& options, Report& report) {
+    report.data["catalogue"] = Utf8(host.CatalogueFile());
+    host.LoadStreamText(StreamOfAllTypes(host.Catalogue()));
+    const Json attributes = ReadAttributes(host);
+    Json& types = report.data["types"] = Json::array();
+    Table table({">Number", "Name", "Kind", ">Bytes", "Range or values", "Unit"});
+    for (const Json& attribute : attributes) {
+        const Json& type = attribute["type"];
+        if (!type.is_null() && Holds(type, options.filter)) {
+            types.push_back(type);
+            const bool hasLength = type["length"] != 0;
+            table.Add({type["id"], type["name"], type["generalType"], hasLength ? Number(type["length"]) : "",
+                       Range(type), type["unit"]});
+        }
+    }
+    report.data["inCatalogue"] = attributes.size();
+    report.Heading(std::to_string(types.size()) + " of the " + std::to_string(attributes.size()) +
+                   " network variable types in " + Utf8(host.CatalogueFile()));
+    report.Add(table);
+}
+
+} // namespace bench

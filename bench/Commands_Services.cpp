@@ -1,0 +1,99 @@
+#include "bench/Commands.h"
+#include "bench/Model.h"
+#include "bench/Text.h"
+
+#include <ocidl.h>
+#include <olectl.h>
+
+#include <cmath>
+
+namespace bench {
+
+namespace {
+
+/// Picture sizes are in hundredths of a millimetre.
+long Pixels(long himetric, int axis) {
+    constexpr double kHimetricPerInch = 2540;
+    const HDC screen = GetDC(nullptr);
+    const int perInch = GetDeviceCaps(screen, axis);
+    ReleaseDC(nullptr, screen);
+    return std::lround(static_cast<double>(himetric) * perInch / kHimetricPerInch);
+}
+
+std::string KindOf(short type) {
+    switch (type) {
+    case PICTYPE_ICON:
+        return "icon";
+    case PICTYPE_BITMAP:
+        return "bitmap";
+    case PICTYPE_METAFILE:
+    case PICTYPE_ENHMETAFILE:
+        return "metafile";
+    default:
+        return "empty";
+    }
+}
+
+std::string BytesOf(IPicture& picture) {
+    com::Ref<IStream> stream;
+    com::Check(CreateStreamOnHGlobal(nullptr, TRUE, stream.Put()));
+    LONG size = 0;
+    com::Check(picture.SaveAsFile(stream.Get(), FALSE, &size));
+    LARGE_INTEGER start{};
+    com::Check(stream->Seek(start, STREAM_SEEK_SET, nullptr));
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    ULONG read = 0;
+    com::Check(stream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &read));
+    bytes.resize(read);
+    return bytes;
+}
+
+} // namespace
+
+void Icon(Host& host, const Options& options, Report& report) {
+    com::Ref<IDispatch> object;
+    host.Step("Icon", [&] { com::Check(host.App().get_Icon(object.Put())); });
+    const auto picture = object.As<IPicture>();
+    if (!picture) {
+        throw BenchError(E_FAIL, "the component answered no picture");
+    }
+    host.Step("reading the picture", [&] {
+        const long width = Pixels(NumberOf(*picture.Get(), &IPicture::get_Width), LOGPIXELSX);
+        const long height = Pixels(NumberOf(*picture.Get(), &IPicture::get_Height), LOGPIXELSY);
+        const std::string kind = KindOf(NumberOf(*picture.Get(), &IPicture::get_Type));
+        report.data["picture"] = {{"kind", kind}, {"width", width}, {"height", height}};
+        report.Line("The module's picture is an " + kind + " of " + std::to_string(width) + " by " +
+                    std::to_string(height) + " pixels.");
+        if (!options.output.empty()) {
+            const std::string bytes = BytesOf(*picture.Get());
+            WriteTextFile(options.output, bytes);
+            report.data["file"] = Utf8(options.output);
+            report.data["bytes"] = bytes.size();
+            report.Line("Written to " + Utf8(options.output) + ", " + Count(bytes.size(), "byte") + ".");
+        }
+    });
+}
+
+void Datasheet(Host& host, const Options& options, Report& report) {
+    bool available = false;
+    host.Step("DatasheetAvailable",
+              [&] { available = FlagOf(host.App(), &IAppObject::get_DatasheetAvailable); });
+    report.data["available"] = available;
+    report.data["opened"] = options.open;
+    report.Line(available ? "The module has a data sheet." : "The module has no data sheet.");
+    if (options.open) {
+        host.Step("ViewDatasheet", [&] { com::Check(host.App().ViewDatasheet(com::Variant(0L).Get())); });
+        report.Line("The component was asked to open it.");
+    }
+}
+
+void About(Host& host, const Options&, Report& report) {
+    host.Step("ShowAbout", [&] {
+        const auto dialogs = com::Query<ITamDialogs>(&host.App());
+        com::CheckSet(dialogs.Get());
+        com::Check(dialogs->ShowAbout());
+    });
+    report.Line("The component was asked for its about box.");
+}
+
+} // namespace bench

@@ -1,0 +1,254 @@
+#include "bench/Host.h"
+
+#include "bench/Model.h"
+#include "bench/Text.h"
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+
+namespace bench {
+
+namespace {
+
+constexpr const wchar_t* kModuleProgId = L"O_Tam_id.CDBAppObject";
+
+// What a drawing would give the object.
+constexpr const wchar_t* kGlobalKey = L"SHEET1\\MODULE1";
+constexpr const wchar_t* kExtendedKey = L"PROJECT\\SHEET1\\MODULE1";
+constexpr short kAddress = 1;
+constexpr const wchar_t* kApplication = L"BENCH";
+
+template <class I>
+com::Ref<I> Create(REFCLSID clsid) {
+    com::Ref<I> object;
+    com::Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(I), object.PutVoid()));
+    return object;
+}
+
+com::Ref<IDispatch> CreateByProgId(const wchar_t* progId) {
+    CLSID clsid{};
+    com::Check(CLSIDFromProgID(progId, &clsid));
+    return Create<IDispatch>(clsid);
+}
+
+std::wstring FindCatalogue(const std::wstring& given) {
+    if (!given.empty()) {
+        return given;
+    }
+    const std::wstring beside = ProgramFolder();
+    for (const std::wstring& path : {beside + L"catalogue.xml", beside + L"samples\\catalogue.xml",
+                                     std::wstring(L"samples\\catalogue.xml")}) {
+        if (IsFile(path)) {
+            return path;
+        }
+    }
+    throw BenchError(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+                     "there is no catalogue.xml beside the program or in a folder samples; use --catalogue");
+}
+
+/// A file, or the name of a sample beside the program.
+std::wstring FindStream(const std::wstring& name) {
+    for (const std::wstring& path : {name, ProgramFolder() + L"samples\\streams\\" + name + L".xml",
+                                     L"samples\\streams\\" + name + L".xml"}) {
+        if (IsFile(path)) {
+            return path;
+        }
+    }
+    return name;
+}
+
+/// Zeros, or nothing: a reference to no output.
+bool IsOpen(const std::wstring& reference) {
+    return reference.find_first_not_of(L'0') == std::wstring::npos;
+}
+
+} // namespace
+
+Apartment::Apartment() {
+    com::Check(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+}
+
+Apartment::~Apartment() {
+    CoUninitialize();
+}
+
+LentClasses::LentClasses(int manifestResource) {
+    ACTCTXW request{};
+    const std::wstring folder = ProgramFolder();
+    request.cbSize = sizeof request;
+    request.dwFlags =
+        ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
+    request.hModule = GetModuleHandleW(nullptr);
+    request.lpResourceName = MAKEINTRESOURCEW(manifestResource);
+    request.lpAssemblyDirectory = folder.c_str();
+    context_ = CreateActCtxW(&request);
+    if (context_ == INVALID_HANDLE_VALUE || ActivateActCtx(context_, &cookie_) == FALSE) {
+        throw BenchError(HRESULT_FROM_WIN32(GetLastError()),
+                         "the program's list of lent classes cannot be used");
+    }
+}
+
+LentClasses::~LentClasses() {
+    DeactivateActCtx(0, cookie_);
+    ReleaseActCtx(context_);
+}
+
+std::string Host::step_;
+
+Host::Host(const Options& options, Report& report)
+    : options_(options)
+    , report_(report)
+    , watcher_(options.interactive ? BoxWatcher::Mode::LeaveToUser : BoxWatcher::Mode::Answer) {
+    watcher_.OnBox([this](HWND, const Box& box) {
+        com::Attempt([&] { report_.AddBox(step_, box, !options_.interactive); });
+        return false;
+    });
+    catalogueFile_ = FindCatalogue(options.catalogue);
+    catalogueDocument_ = xml::LoadFile(catalogueFile_);
+    com::Ref<IXMLDOMElement> root;
+    com::Check(catalogueDocument_->get_documentElement(root.Put()));
+    catalogue_ = xml::Node(root);
+    MakeObject();
+}
+
+Host::~Host() {
+    if (app_) {
+        app_->Destroy();
+    }
+}
+
+void Host::MakeObject() {
+    if (options_.usUnits) {
+        Step("UnitSystem", [&] {
+            const auto settings = CreateByProgId(L"UnitManager.Converter").As<IUnitSettings>();
+            com::CheckSet(settings.Get());
+            com::Check(settings->put_UnitSystem(com::Bstr(L"US").Get()));
+        });
+    }
+    Step("activation", [&] {
+        const com::Ref<IDispatch> object = CreateByProgId(kModuleProgId);
+        app_ = object.As<IAppObject>();
+        tam_ = object.As<ITamObject>();
+        com::CheckSet(app_.Get());
+        com::CheckSet(tam_.Get());
+    });
+    Step("Init", [&] {
+        VARIANT_BOOL done = VARIANT_FALSE;
+        com::Check(app_->Init(com::Bstr(options_.definition).Get(), &done));
+        if (done == VARIANT_FALSE) {
+            throw BenchError(E_FAIL, "Init(\"" + Utf8(options_.definition) +
+                                         "\") answered False: the definition could not be loaded");
+        }
+    });
+    Step("XmlSNVTDoc", [&] { com::Check(app_->putref_XmlSNVTDoc(catalogueDocument_.Get())); });
+    Step("Parent", [&] {
+        project_ = Create<IDispatch>(__uuidof(Project));
+        com::Check(app_->putref_Parent(project_.Get()));
+    });
+    Step("Address", [&] {
+        com::Check(tam_->put_Address(kAddress));
+        com::Check(tam_->put_ApplicationID(com::Bstr(kApplication).Get()));
+    });
+}
+
+void Host::LoadStream() {
+    const std::wstring file = FindStream(options_.stream);
+    report_.data["stream"] = Utf8(options_.stream);
+    report_.data["streamFile"] = Utf8(file);
+    LoadStreamText(ReadTextFile(file));
+}
+
+void Host::LoadStreamText(const std::wstring& text) {
+    deviceKey_ = xml::TextAt(xml::Node(xml::LoadText(text)), L"Tam/DevKey");
+    Step("LoadFromXmlStream", [&] { com::Check(tam_->LoadFromXmlStream(com::Bstr(text).Get())); });
+    SetKeys();
+    GiveEnumTexts();
+    if (options_.wire) {
+        WireInputs();
+    }
+}
+
+// Loading replaces the collections, so the keys come after it.
+void Host::SetKeys() {
+    Step("GlobalKey", [&] { com::Check(app_->put_GlobalKey(com::Bstr(kGlobalKey).Get())); });
+    Step("ExtendedKey", [&] { com::Check(app_->put_ExtendedKey(com::Bstr(kExtendedKey).Get())); });
+}
+
+// The component reads no enumeration texts from the catalogue: the owner of a
+// type, here the host, gives them.
+void Host::GiveEnumTexts() {
+    Step("EnumDesc", [&] {
+        ForEachAttribute(*app_.Get(), [&](IAttribute& attribute) {
+            com::Ref<ISNVType> type;
+            com::Check(attribute.get_SNVTType(type.Put()));
+            const auto enumeration = type.As<IEnumType>();
+            if (!enumeration || !FlagOf(*enumeration.Get(), &IEnumType::get_IsEnumType)) {
+                return;
+            }
+            const std::wstring id = WideOf(*type.Get(), &ISNVType::get_ID);
+            const std::wstring texts =
+                id.empty() ? std::wstring() : xml::TextAt(catalogue_, L"SNVT_" + id + L"/EnumDesc");
+            if (!texts.empty()) {
+                com::Check(enumeration->put_EnumDesc(com::Bstr(texts).Get()));
+            }
+        });
+    });
+}
+
+void Host::WireInputs() {
+    const xml::Node description = Interoperability(*this);
+    Step("wiring", [&] {
+        ForEachInput(*app_.Get(), [&](IInput& input) {
+            const std::wstring name = WideOf(input, &IInput::get_Name);
+            wires_.push_back(WireInput(input, xml::TextAt(description, L"Inputs/" + name + L"/Reference")));
+        });
+    });
+}
+
+Wire Host::WireInput(IInput& input, const std::wstring& reference) {
+    Wire wire{TextOf(input, &IInput::get_Name), Utf8(reference), "left open", ""};
+    if (IsOpen(reference)) {
+        return wire;
+    }
+    const auto connection = com::Query<ISubItemConnable>(&input);
+    com::CheckSet(connection.Get());
+    const com::Ref<IOutput> output = FindOutput(*app_.Get(), reference);
+    com::Ref<ISNVType> type;
+    if (output) {
+        com::Check(output->get_SNVTType(type.Put()));
+    }
+    if (type) {
+        const com::Bstr id(WideOf(*type.Get(), &ISNVType::get_ID));
+        VARIANT_BOOL fits = VARIANT_FALSE;
+        com::Check(connection->get_IsSNVTCompatible(id.Get(), &fits));
+        if (fits == VARIANT_FALSE) {
+            wire.result = "refused";
+            wire.reason = "type " + Utf8(id.View()) + " is not among those that the input accepts";
+            return wire;
+        }
+        com::Check(connection->putref_ConnectedType(type.Get()));
+    }
+    com::Check(input.put_Value(com::Bstr(reference).Get()));
+    com::Check(connection->put_IsConnected(VARIANT_TRUE));
+    wire.result = "wired";
+    wire.reason = output ? "an output of this module" : "another object";
+    return wire;
+}
+
+std::vector<std::string> DllsWithObjects() {
+    std::vector<std::string> busy;
+    for (const wchar_t* const name : {L"O_Tam_id.dll", L"OrvHost.dll"}) {
+        const HMODULE module = GetModuleHandleW(name);
+        if (module == nullptr) {
+            continue;
+        }
+        using Function = HRESULT(STDAPICALLTYPE*)();
+        const auto canUnload =
+            reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(module, "DllCanUnloadNow")));
+        if (canUnload == nullptr || canUnload() != S_OK) {
+            busy.push_back(Utf8(name));
+        }
+    }
+    return busy;
+}
+
+} // namespace bench

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "bench/BoxWatcher.h"
+#include "bench/CommandLine.h"
+#include "bench/Report.h"
+#include "bench/Xml.h"
+#include "com/Ref.h"
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+#include <OrvHost.h>
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// COM for the life of a run.
+class Apartment {
+  public:
+    Apartment();
+    ~Apartment();
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+};
+
+/// A manifest among this program's resources whose classes can be created
+/// while this lives, nothing being registered. To be kept for a single call:
+/// Wine draws the identifiers that stand for ProgIDs anew for each manifest,
+/// and those of this one may equal those of the program's own.
+class LentClasses {
+  public:
+    explicit LentClasses(int manifestResource);
+    ~LentClasses();
+    LentClasses(const LentClasses&) = delete;
+    LentClasses& operator=(const LentClasses&) = delete;
+
+  private:
+    HANDLE context_ = INVALID_HANDLE_VALUE;
+    ULONG_PTR cookie_ = 0;
+};
+
+/// How an input was wired to what its reference names.
+struct Wire {
+    std::string input;
+    std::string reference;
+    /// "wired", "left open" or "refused"
+    std::string result;
+    std::string reason;
+};
+
+/// The host: owns one module object and does with it, step by step, what a
+/// programming tool does. Boxes of a step are reported under its name.
+class Host {
+  public:
+    /// Makes the object and gives it its definition, the catalogue and a project.
+    Host(const Options& options, Report& report);
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    IAppObject& App() const noexcept { return *app_.Get(); }
+    ITamObject& Tam() const noexcept { return *tam_.Get(); }
+    const xml::Node& Catalogue() const noexcept { return catalogue_; }
+    const std::wstring& CatalogueFile() const noexcept { return catalogueFile_; }
+    /// The key of the device, as the stream gives it.
+    const std::wstring& DeviceKey() const noexcept { return deviceKey_; }
+    const std::vector<Wire>& Wires() const noexcept { return wires_; }
+
+    /// Loads the stream that the options name, gives keys and enumeration
+    /// texts, and wires the inputs if that is asked for.
+    void LoadStream();
+    void LoadStreamText(const std::wstring& text);
+
+    /// What the host did last, for messages about failures.
+    static const std::string& CurrentStep() noexcept { return step_; }
+
+    template <class F>
+    void Step(const std::string& name, F&& f) {
+        step_ = name;
+        f();
+    }
+
+  private:
+    void MakeObject();
+    void SetKeys();
+    void GiveEnumTexts();
+    void WireInputs();
+    Wire WireInput(IInput& input, const std::wstring& reference);
+
+    static std::string step_;
+
+    const Options& options_;
+    Report& report_;
+    BoxWatcher watcher_;
+    std::wstring catalogueFile_;
+    xml::Document catalogueDocument_;
+    xml::Node catalogue_;
+    com::Ref<IAppObject> app_;
+    com::Ref<ITamObject> tam_;
+    com::Ref<IDispatch> project_;
+    std::wstring deviceKey_;
+    std::vector<Wire> wires_;
+};
+
+/// The DLLs of the family that still have live objects.
+std::vector<std::string> DllsWithObjects();
+
+} // namespace bench

@@ -1,0 +1,116 @@
+#include "bench/Text.h"
+
+#include <cstdio>
+#include <memory>
+
+namespace bench {
+
+namespace {
+
+struct CloseFileHandle {
+    using pointer = HANDLE;
+    void operator()(HANDLE file) const noexcept { CloseHandle(file); }
+};
+using File = std::unique_ptr<HANDLE, CloseFileHandle>;
+
+[[noreturn]] void ThrowFileError(const std::wstring& path, const char* what, DWORD error) {
+    wchar_t reason[256] = {};
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                                  0, reason, 256, nullptr);
+    while (length > 0 && reason[length - 1] <= L' ') {
+        --length;
+    }
+    throw BenchError(HRESULT_FROM_WIN32(error),
+                     Utf8(path) + " " + what + ": " + Utf8(std::wstring_view(reason, length)));
+}
+
+File Open(const std::wstring& path, DWORD access, DWORD disposition, const char* what) {
+    const HANDLE file = CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        ThrowFileError(path, what, GetLastError());
+    }
+    return File(file);
+}
+
+int Size(std::size_t size) {
+    return static_cast<int>(size);
+}
+
+} // namespace
+
+std::string Utf8(std::wstring_view text) {
+    const int length =
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), Size(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), Size(text.size()), result.data(), length, nullptr, nullptr);
+    return result;
+}
+
+std::wstring Wide(std::string_view text) {
+    const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), Size(text.size()), nullptr, 0);
+    std::wstring result(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), Size(text.size()), result.data(), length);
+    return result;
+}
+
+std::string Hex(HRESULT code) {
+    char text[11] = {};
+    std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(code));
+    return text;
+}
+
+std::string Count(std::size_t number, const std::string& noun) {
+    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
+bool IsFile(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+std::wstring FullPath(const std::wstring& path) {
+    std::wstring full(GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full;
+}
+
+std::wstring ProgramFolder() {
+    std::wstring path(MAX_PATH, L'\0');
+    DWORD length = 0;
+    while ((length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()))) >=
+           path.size()) {
+        path.resize(path.size() * 2);
+    }
+    path.resize(length);
+    return path.substr(0, path.find_last_of(L'\\') + 1);
+}
+
+std::wstring ReadTextFile(const std::wstring& path) {
+    const File file = Open(path, GENERIC_READ, OPEN_EXISTING, "cannot be read");
+    std::string bytes(GetFileSize(file.get(), nullptr), '\0');
+    DWORD read = 0;
+    if (ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) == FALSE) {
+        ThrowFileError(path, "cannot be read", GetLastError());
+    }
+    bytes.resize(read);
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
+        bytes.erase(0, 3);
+    }
+    if (!bytes.empty() && MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), Size(bytes.size()),
+                                              nullptr, 0) == 0) {
+        throw BenchError(HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION), Utf8(path) + " is not in UTF-8");
+    }
+    return Wide(bytes);
+}
+
+void WriteTextFile(const std::wstring& path, std::string_view bytes) {
+    const File file = Open(path, GENERIC_WRITE, CREATE_ALWAYS, "cannot be written");
+    DWORD written = 0;
+    if (WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) == FALSE ||
+        written != bytes.size()) {
+        ThrowFileError(path, "cannot be written", GetLastError());
+    }
+}
+
+} // namespace bench

@@ -1,0 +1,193 @@
+#include "bench/Xml.h"
+
+#include "bench/Text.h"
+#include "com/Boundary.h"
+#include "com/Conversion.h"
+
+namespace bench::xml {
+
+namespace {
+
+constexpr CLSID kDocumentClass = {
+    0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
+
+DOMNodeType TypeOf(const Node& node) {
+    DOMNodeType type = NODE_INVALID;
+    com::Check(node->get_nodeType(&type));
+    return type;
+}
+
+void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit) {
+    Node child;
+    com::Check(parent->get_firstChild(child.Put()));
+    while (child) {
+        visit(child);
+        Node next;
+        com::Check(child->get_nextSibling(next.Put()));
+        child = next;
+    }
+}
+
+std::string Escape(const std::wstring& text, bool isAttribute) {
+    std::wstring result;
+    for (const wchar_t c : text) {
+        switch (c) {
+        case L'&':
+            result += L"&amp;";
+            break;
+        case L'<':
+            result += L"&lt;";
+            break;
+        case L'>':
+            result += L"&gt;";
+            break;
+        case L'"':
+            result += isAttribute ? L"&quot;" : L"\"";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return Utf8(result);
+}
+
+std::string PrintAttributes(const Node& node) {
+    std::string text;
+    com::Ref<IXMLDOMNamedNodeMap> attributes;
+    com::Check(node->get_attributes(attributes.Put()));
+    Node attribute;
+    while (attributes && attributes->nextNode(attribute.Put()) == S_OK) {
+        text += " " + Utf8(NameOf(attribute)) + "=\"" + Escape(TextOf(attribute), true) + "\"";
+    }
+    return text;
+}
+
+void PrintNode(const Node& node, std::size_t depth, std::string& out) {
+    const std::string indent(depth * 2, ' ');
+    const std::string name = Utf8(NameOf(node));
+    std::string text;
+    std::string below;
+    ForEachChild(node, [&](const Node& child) {
+        const DOMNodeType type = TypeOf(child);
+        if (type == NODE_ELEMENT) {
+            PrintNode(child, depth + 1, below);
+        } else if (type == NODE_TEXT || type == NODE_CDATA_SECTION) {
+            text += Escape(TextOf(child), false);
+        }
+    });
+    out += indent + "<" + name + PrintAttributes(node);
+    if (text.empty() && below.empty()) {
+        out += "/>\n";
+    } else if (below.empty()) {
+        out += ">" + text + "</" + name + ">\n";
+    } else {
+        out += ">" + text + "\n" + below + indent + "</" + name + ">\n";
+    }
+}
+
+[[noreturn]] void ThrowParseError(const Document& document, const std::wstring& path) {
+    com::Ref<IXMLDOMParseError> error;
+    com::Check(document->get_parseError(error.Put()));
+    LONG code = 0;
+    LONG line = 0;
+    com::Bstr reason;
+    com::Check(error->get_errorCode(&code));
+    com::Check(error->get_line(&line));
+    com::Check(error->get_reason(reason.Put()));
+    std::string text = Utf8(path) + " is no XML document";
+    if (line > 0) {
+        text += ", line " + std::to_string(line);
+    }
+    throw BenchError(code, text + ": " + Utf8(reason.View()));
+}
+
+} // namespace
+
+Document New() {
+    Document document;
+    com::Check(CoCreateInstance(kDocumentClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
+                                document.PutVoid()));
+    com::Check(document->put_async(VARIANT_FALSE));
+    VARIANT yes{};
+    yes.vt = VT_BOOL;
+    yes.boolVal = VARIANT_TRUE;
+    com::Check(document->setProperty(com::Bstr(L"ProhibitDTD").Get(), yes));
+    return document;
+}
+
+Document LoadFile(const std::wstring& path) {
+    if (!IsFile(path)) {
+        ReadTextFile(path); // says why it is none
+    }
+    const Document document = New();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    com::Check(document->load(com::Variant(std::wstring_view(FullPath(path))).Get(), &done));
+    if (done == VARIANT_FALSE) {
+        ThrowParseError(document, path);
+    }
+    return document;
+}
+
+Document LoadText(const std::wstring& text) {
+    const Document document = New();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    com::Check(document->loadXML(com::Bstr(text).Get(), &done));
+    return document;
+}
+
+Node Append(const Document& document, const Node& parent, const std::wstring& name) {
+    com::Ref<IXMLDOMElement> element;
+    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    Node appended;
+    com::Check(parent->appendChild(element.Get(), appended.Put()));
+    return appended;
+}
+
+Node Select(const Node& from, const std::wstring& path) {
+    Node node;
+    com::Check(from->selectSingleNode(com::Bstr(path).Get(), node.Put()));
+    return node;
+}
+
+std::wstring TextAt(const Node& from, const std::wstring& path) {
+    const Node node = Select(from, path);
+    return node ? TextOf(node) : std::wstring();
+}
+
+std::wstring TextOf(const Node& node) {
+    com::Bstr text;
+    com::Check(node->get_text(text.Put()));
+    return std::wstring(text.View());
+}
+
+std::wstring NameOf(const Node& node) {
+    com::Bstr name;
+    com::Check(node->get_nodeName(name.Put()));
+    return std::wstring(name.View());
+}
+
+void ForEachElement(const Node& parent, const std::function<void(const Node&)>& visit) {
+    ForEachChild(parent, [&](const Node& child) {
+        if (TypeOf(child) == NODE_ELEMENT) {
+            visit(child);
+        }
+    });
+}
+
+std::size_t CountElements(const Node& parent) {
+    std::size_t count = 0;
+    ForEachElement(parent, [&](const Node&) { ++count; });
+    return count;
+}
+
+std::string Print(const Node& node) {
+    std::string text;
+    PrintNode(node, 0, text);
+    return text;
+}
+
+void Save(const Node& root, const std::wstring& path) {
+    WriteTextFile(path, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Print(root));
+}
+
+} // namespace bench::xml

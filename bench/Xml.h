@@ -1,0 +1,47 @@
+#pragma once
+
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <msxml2.h>
+
+#include <functional>
+#include <string>
+
+// The interface headers of this tool chain declare the DOM without identifiers.
+__CRT_UUID_DECL(IXMLDOMNode, 0x2933BF80, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMDocument2, 0x2933BF95, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMElement, 0x2933BF86, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+
+// The host's own documents: catalogue, project, interoperability.
+
+namespace bench::xml {
+
+using Node = com::Ref<IXMLDOMNode>;
+using Document = com::Ref<IXMLDOMDocument2>;
+
+/// An empty MSXML 6 document that refuses document types.
+Document New();
+/// Throws BenchError when the file is not there or no XML.
+Document LoadFile(const std::wstring& path);
+/// Empty when the text is no XML.
+Document LoadText(const std::wstring& text);
+
+/// A new element below a node, which may be the document.
+Node Append(const Document& document, const Node& parent, const std::wstring& name);
+/// The first node at a path; empty when there is none.
+Node Select(const Node& from, const std::wstring& path);
+/// The text of the node at a path; empty when there is none.
+std::wstring TextAt(const Node& from, const std::wstring& path);
+std::wstring TextOf(const Node& node);
+std::wstring NameOf(const Node& node);
+void ForEachElement(const Node& parent, const std::function<void(const Node&)>& visit);
+std::size_t CountElements(const Node& parent);
+
+/// A node with all below it, indented by two blanks a level; comments are left out.
+std::string Print(const Node& node);
+/// Print with an XML declaration before it, written as UTF-8.
+void Save(const Node& root, const std::wstring& path);
+
+} // namespace bench::xml

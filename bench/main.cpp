@@ -1,0 +1,119 @@
+// tambench: a host without a drawing, on the command line.
+
+#include "bench/CommandLine.h"
+#include "bench/Commands.h"
+#include "bench/Host.h"
+#include "bench/Report.h"
+#include "bench/Text.h"
+#include "com/Boundary.h"
+#include "com/Module.h"
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+#include <map>
+#include <optional>
+
+namespace bench {
+
+namespace {
+
+const std::map<std::string, Command>& Commands() {
+    static const std::map<std::string, Command> commands = {
+        {"inspect", Inspect},   {"types", Types},   {"save", Save}, {"load", Load},
+        {"interop", Interop},   {"export", Export}, {"set", Set},   {"clear-refs", ClearRefs},
+        {"contains", Contains}, {"edit", Edit},     {"icon", Icon}, {"datasheet", Datasheet},
+        {"about", About}};
+    return commands;
+}
+
+struct Fault {
+    HRESULT code;
+    std::string step;
+    std::string text;
+};
+
+/// Runs the command; the host and all that it holds are gone afterwards.
+std::optional<Fault> RunCommand(const Options& options, Report& report) {
+    std::optional<std::string> own;
+    const auto failure = com::Attempt([&] {
+        try {
+            Host host(options, report);
+            Commands().at(options.command)(host, options, report);
+        } catch (const BenchError& error) {
+            own = error.what();
+            throw com::CallError(error.Code());
+        }
+    });
+    if (!failure) {
+        return std::nullopt;
+    }
+    return Fault{failure->code, Host::CurrentStep(), own ? *own : Utf8(failure->Description())};
+}
+
+void Write(std::FILE* file, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), file);
+    std::fflush(file);
+}
+
+/// What stands on the error output: the reasons why the status is not 0.
+std::string Reasons(const std::optional<Fault>& fault, const Report& report,
+                    const std::vector<std::string>& busy) {
+    std::string text;
+    if (fault) {
+        text += "tambench: " + (fault->step.empty() ? "" : fault->step + ": ") + Hex(fault->code) + " " +
+                fault->text + "\n";
+    }
+    if (report.HasErrorReport()) {
+        text += "tambench: the component showed an error report\n";
+    }
+    for (const std::string& dll : busy) {
+        text += "tambench: " + dll + " still has live objects after everything was released\n";
+    }
+    return text;
+}
+
+int Run(const Options& options) {
+    const Apartment apartment;
+    Report report(options.command);
+    const std::optional<Fault> fault = RunCommand(options, report);
+    const std::vector<std::string> busy = DllsWithObjects();
+    const int status = fault || report.HasErrorReport() || !busy.empty() ? kFailed : kDone;
+
+    report.data["boxes"] = report.Boxes();
+    report.data["error"] =
+        fault ? Json{{"step", fault->step}, {"hresult", Hex(fault->code)}, {"description", fault->text}}
+              : Json();
+    report.data["liveObjectsIn"] = busy;
+    report.data["status"] = status;
+    Write(stdout, options.json ? report.data.dump(2) + "\n" : report.Text());
+    Write(stderr, Reasons(fault, report, busy));
+    return status;
+}
+
+} // namespace
+
+} // namespace bench
+
+int main() {
+    // All texts are UTF-8, with the line ends that they have.
+    SetConsoleOutputCP(CP_UTF8);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+    int status = bench::kFailed;
+    const auto failure = com::Attempt([&] {
+        com::ThisModule().Attach(GetModuleHandleW(nullptr));
+        if (const auto options = bench::ReadCommandLine(status)) {
+            status = bench::Run(*options);
+        }
+    });
+    if (failure) {
+        bench::Write(stderr, "tambench: " + bench::Hex(failure->code) + " " +
+                                 bench::Utf8(failure->Description()) + "\n");
+        status = bench::kFailed;
+    }
+    return status;
+}
