@@ -51,7 +51,9 @@ constexpr const wchar_t* kNoReference = L"0000";
 
 using KeySet = std::set<std::wstring>;
 
-std::wstring Flag(bool value) { return value ? L"1" : L"0"; }
+std::wstring Flag(bool value) {
+    return value ? L"1" : L"0";
+}
 
 /// A flag that a definition gives as text: "1" for every text that means true.
 std::wstring Flag(const std::wstring& text) {
@@ -60,7 +62,8 @@ std::wstring Flag(const std::wstring& text) {
     return Flag(value);
 }
 
-dom::Element AppendPoint(const dom::Document& document, const dom::Node& container, const std::wstring& name) {
+dom::Element AppendPoint(const dom::Document& document, const dom::Node& container,
+                         const std::wstring& name) {
     return dom::AppendField(document, container, name, std::wstring(dom::kNoTextField));
 }
 
@@ -84,14 +87,15 @@ void ExportInputs(const dom::Document& document, const dom::Node& root, const co
     }
 }
 
-void ExportOutputs(const dom::Document& document, const dom::Node& root,
-                   const com::Ref<CDBOutputs>& outputs, const KeySet& referenced) {
+void ExportOutputs(const dom::Document& document, const dom::Node& root, const com::Ref<CDBOutputs>& outputs,
+                   const KeySet& referenced) {
     const dom::Node container(AppendPoint(document, root, kOutputs));
     if (!outputs) {
         return;
     }
     for (const com::Ref<CDBOutput>& output : outputs->All()) {
-        const bool connected = output->IsConnected() || referenced.contains(ReferenceKey(output->PointName()));
+        const bool connected =
+            output->IsConnected() || referenced.contains(ReferenceKey(output->PointName()));
         const dom::Element element = AppendPoint(document, container, output->PointName());
         dom::SetAttribute(element, kLogicalAddress, output->LogicalAddress());
         dom::SetAttribute(element, kSnvtType, output->CompatibleId());

@@ -69,9 +69,13 @@ long Failure::Number() const noexcept {
     return (bits & 0xFFFF0000ul) == 0x800A0000ul ? static_cast<long>(bits & 0xFFFFul) : code;
 }
 
-std::wstring Failure::Description() const { return description.empty() ? SystemText(code) : description; }
+std::wstring Failure::Description() const {
+    return description.empty() ? SystemText(code) : description;
+}
 
-std::wstring Failure::Source() const { return source.empty() ? ThisModule().Name() : source; }
+std::wstring Failure::Source() const {
+    return source.empty() ? ThisModule().Name() : source;
+}
 
 HRESULT Publish(const Failure& failure, REFIID iid) noexcept {
     Ref<IErrorInfo> info = failure.info;

@@ -34,20 +34,23 @@ std::wstring Clean(std::wstring_view text) {
 
 } // namespace
 
-Bstr::Bstr(std::wstring_view text)
-    : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
+Bstr::Bstr(std::wstring_view text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
     if (text_ == nullptr) {
         throw std::bad_alloc();
     }
 }
 
-std::wstring_view Bstr::View() const noexcept { return com::View(text_); }
+std::wstring_view Bstr::View() const noexcept {
+    return com::View(text_);
+}
 
 std::wstring_view View(BSTR text) noexcept {
     return text == nullptr ? std::wstring_view() : std::wstring_view(text, SysStringLen(text));
 }
 
-std::wstring Text(BSTR text) { return std::wstring(View(text)); }
+std::wstring Text(BSTR text) {
+    return std::wstring(View(text));
+}
 
 Variant::Variant(std::wstring_view text) {
     VariantInit(&value_);
@@ -67,7 +70,9 @@ Variant::Variant(IDispatch* object) noexcept {
     value_.pdispVal = Ref<IDispatch>(object).Detach();
 }
 
-void Assign(BSTR* out, std::wstring_view text) { *out = Bstr(text).Detach(); }
+void Assign(BSTR* out, std::wstring_view text) {
+    *out = Bstr(text).Detach();
+}
 
 long LongOf(std::wstring_view text) {
     LONG value = 0;
@@ -93,6 +98,8 @@ std::wstring TextOf(double number) {
     return std::wstring(text.View());
 }
 
-std::wstring TextOf(bool value) { return value ? L"True" : L"False"; }
+std::wstring TextOf(bool value) {
+    return value ? L"True" : L"False";
+}
 
 } // namespace com

@@ -74,22 +74,42 @@ class Variant {
 
 /// Writes a result through a COM out pointer that has been checked.
 void Assign(BSTR* out, std::wstring_view text);
-inline void Assign(VARIANT_BOOL* out, bool value) noexcept { *out = value ? VARIANT_TRUE : VARIANT_FALSE; }
-inline void Assign(long* out, long value) noexcept { *out = value; }
-inline void Assign(short* out, short value) noexcept { *out = value; }
-inline void Assign(double* out, double value) noexcept { *out = value; }
-inline void Assign(VARIANT* out, Variant value) noexcept { *out = value.Detach(); }
+inline void Assign(VARIANT_BOOL* out, bool value) noexcept {
+    *out = value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+inline void Assign(long* out, long value) noexcept {
+    *out = value;
+}
+inline void Assign(short* out, short value) noexcept {
+    *out = value;
+}
+inline void Assign(double* out, double value) noexcept {
+    *out = value;
+}
+inline void Assign(VARIANT* out, Variant value) noexcept {
+    *out = value.Detach();
+}
 template <class I, class J>
 void Assign(I** out, Ref<J> object) noexcept {
     *out = object.Detach();
 }
 
 /// Empties a COM out pointer before anything can fail.
-inline void Empty(BSTR* out) noexcept { *out = nullptr; }
-inline void Empty(VARIANT_BOOL* out) noexcept { *out = VARIANT_FALSE; }
-inline void Empty(long* out) noexcept { *out = 0; }
-inline void Empty(double* out) noexcept { *out = 0; }
-inline void Empty(VARIANT* out) noexcept { VariantInit(out); }
+inline void Empty(BSTR* out) noexcept {
+    *out = nullptr;
+}
+inline void Empty(VARIANT_BOOL* out) noexcept {
+    *out = VARIANT_FALSE;
+}
+inline void Empty(long* out) noexcept {
+    *out = 0;
+}
+inline void Empty(double* out) noexcept {
+    *out = 0;
+}
+inline void Empty(VARIANT* out) noexcept {
+    VariantInit(out);
+}
 template <class I>
 void Empty(I** out) noexcept {
     *out = nullptr;

@@ -134,9 +134,8 @@ HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID res
     return failure ? failure->code : answer;
 }
 
-HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved,
-                   WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
-                   UINT* argumentError) noexcept {
+HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved, WORD flags,
+                   DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept {
     if (reserved != IID_NULL) {
         return DISP_E_UNKNOWNINTERFACE;
     }

@@ -25,8 +25,7 @@ HRESULT GetFaceTypeInfo(const IID& iid, UINT index, ITypeInfo** info) noexcept;
 HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID reserved, LPOLESTR* names,
                    UINT count, DISPID* ids) noexcept;
 
-HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved,
-                   WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
-                   UINT* argumentError) noexcept;
+HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved, WORD flags,
+                   DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept;
 
 } // namespace com

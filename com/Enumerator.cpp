@@ -1,7 +1,7 @@
 #include "com/Enumerator.h"
 
 #include "com/Boundary.h"
-#include "com/Module.h"
+#include "com/Counted.h"
 
 #include <algorithm>
 #include <memory>
@@ -12,31 +12,9 @@ namespace {
 
 using Items = std::shared_ptr<const std::vector<Ref<IDispatch>>>;
 
-class Enumerator final : public IEnumVARIANT {
+class Enumerator final : public Counted<IEnumVARIANT> {
   public:
     Enumerator(Items items, std::size_t position) : items_(std::move(items)), position_(position) {}
-    virtual ~Enumerator() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (out == nullptr) {
-            return E_POINTER;
-        }
-        const bool known = iid == IID_IUnknown || iid == IID_IEnumVARIANT;
-        *out = known ? static_cast<IEnumVARIANT*>(this) : nullptr;
-        if (!known) {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) {
-            delete this;
-        }
-        return left;
-    }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* out, ULONG* fetched) override {
         if (out == nullptr || (fetched == nullptr && wanted != 1)) {
@@ -76,8 +54,6 @@ class Enumerator final : public IEnumVARIANT {
   private:
     Items items_;
     std::size_t position_;
-    ULONG references_ = 1;
-    LiveCount live_;
 };
 
 } // namespace

@@ -148,10 +148,10 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         } else if (iid == IID_IProvideClassInfo) {
             found = static_cast<IProvideClassInfo*>(this);
         } else {
-            static_cast<void>(((iid == __uuidof(typename Faces_::Interface) &&
-                                (found = static_cast<typename Faces_::Interface*>(static_cast<Faces_*>(this)),
-                                 true)) ||
-                               ...));
+            static_cast<void>(
+                ((iid == __uuidof(typename Faces_::Interface) &&
+                  (found = static_cast<typename Faces_::Interface*>(static_cast<Faces_*>(this)), true)) ||
+                 ...));
         }
         return found;
     }

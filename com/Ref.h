@@ -20,10 +20,8 @@ class Ref {
     Ref(const Ref& other) noexcept : object_(other.object_) { Keep(); }
     Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
     template <class J>
-        requires std::is_convertible_v<J*, I*>
-    Ref(const Ref<J>& other) noexcept : object_(other.Get()) {
-        Keep();
-    }
+    requires std::is_convertible_v<J*, I*> Ref(const Ref<J>& other)
+    noexcept : object_(other.Get()) { Keep(); }
     ~Ref() { Drop(); }
 
     Ref& operator=(Ref other) noexcept {

@@ -128,7 +128,9 @@ Plan MakePlan(const ServerInfo& server) {
     return plan;
 }
 
-HKEY RootOf(Scope scope) { return scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER; }
+HKEY RootOf(Scope scope) {
+    return scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+}
 
 void Remove(const Plan& plan, HKEY root) {
     for (const std::wstring& key : plan.keys) {
@@ -182,6 +184,8 @@ void Register(const ServerInfo& server, Scope scope) {
     }
 }
 
-void Unregister(const ServerInfo& server, Scope scope) { Remove(MakePlan(server), RootOf(scope)); }
+void Unregister(const ServerInfo& server, Scope scope) {
+    Remove(MakePlan(server), RootOf(scope));
+}
 
 } // namespace com

@@ -12,11 +12,14 @@ namespace {
 constexpr DWORD kMaxKeyName = 256;
 constexpr DWORD kMaxValueName = 16384;
 
-void CheckWin32(LSTATUS status) { Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status))); }
+void CheckWin32(LSTATUS status) {
+    Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
+}
 
 RegistryKey CreateKey(HKEY root, const std::wstring& path) {
     HKEY key = nullptr;
-    CheckWin32(RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
+    CheckWin32(
+        RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
     return RegistryKey(key);
 }
 
@@ -41,7 +44,8 @@ std::vector<RegistryTree::Value> Values(HKEY key) {
         RegistryTree::Value value;
         DWORD length = kMaxValueName;
         DWORD size = 0;
-        LSTATUS status = RegEnumValueW(key, index, name.data(), &length, nullptr, &value.type, nullptr, &size);
+        LSTATUS status =
+            RegEnumValueW(key, index, name.data(), &length, nullptr, &value.type, nullptr, &size);
         if (status == ERROR_NO_MORE_ITEMS) {
             return values;
         }

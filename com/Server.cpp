@@ -1,6 +1,7 @@
 #include "com/Server.h"
 
 #include "com/Boundary.h"
+#include "com/Counted.h"
 #include "com/Module.h"
 
 #include <string_view>
@@ -9,31 +10,10 @@ namespace com {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public Counted<IClassFactory> {
   public:
     explicit ClassFactory(const ClassEntry& entry) : entry_(entry) {}
-    virtual ~ClassFactory() = default;
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (out == nullptr) {
-            return E_POINTER;
-        }
-        const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
-        *out = known ? static_cast<IClassFactory*>(this) : nullptr;
-        if (!known) {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        if (left == 0) {
-            delete this;
-        }
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** out) override {
         if (out == nullptr) {
             return E_POINTER;
@@ -51,8 +31,6 @@ class ClassFactory final : public IClassFactory {
 
   private:
     const ClassEntry& entry_;
-    ULONG references_ = 1;
-    LiveCount live_;
 };
 
 } // namespace
@@ -75,7 +53,9 @@ HRESULT GetClassObject(const ServerInfo& server, REFCLSID clsid, REFIID iid, voi
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
-HRESULT CanUnloadNow() noexcept { return ThisModule().CanUnload() ? S_OK : S_FALSE; }
+HRESULT CanUnloadNow() noexcept {
+    return ThisModule().CanUnload() ? S_OK : S_FALSE;
+}
 
 HRESULT RegisterServer(const ServerInfo& server, Scope scope) noexcept {
     return Guard(IID_NULL, [&] { Register(server, scope); });

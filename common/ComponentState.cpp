@@ -28,11 +28,12 @@ void InitDecimalSeparator() {
 
 std::wstring ResourceText(unsigned id) {
     const wchar_t* text = nullptr;
-    const int length =
-        LoadStringW(com::ThisModule().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
+    const int length = LoadStringW(com::ThisModule().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 
-std::wstring ComponentTitle() { return ResourceText(kTitle); }
+std::wstring ComponentTitle() {
+    return ResourceText(kTitle);
+}
 
 } // namespace tam

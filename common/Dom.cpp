@@ -18,7 +18,9 @@ std::wstring VariantText(const VARIANT& value) {
     return {};
 }
 
-void CheckFound(const Node& node) { CheckSet(node.Get()); }
+void CheckFound(const Node& node) {
+    CheckSet(node.Get());
+}
 
 Node FirstChild(const Node& node) {
     Node child;

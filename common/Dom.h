@@ -19,7 +19,8 @@ __CRT_UUID_DECL(IXMLDOMDocument, 0x2933BF81, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0
 __CRT_UUID_DECL(IXMLDOMDocument2, 0x2933BF95, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
 __CRT_UUID_DECL(IXMLDOMElement, 0x2933BF86, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
 __CRT_UUID_DECL(IXMLDOMNodeList, 0x2933BF82, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
-__CRT_UUID_DECL(IXMLDOMNamedNodeMap, 0x2933BF83, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
+__CRT_UUID_DECL(IXMLDOMNamedNodeMap, 0x2933BF83, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E,
+                0x60)
 
 namespace tam::dom {
 
@@ -55,8 +56,12 @@ std::wstring FirstChildTextOrEmpty(const Node& node);
 std::wstring FirstChildValue(const Node& node);
 
 DOMNodeType TypeOf(const Node& node);
-inline bool IsComment(const Node& node) { return TypeOf(node) == NODE_COMMENT; }
-inline bool IsElement(const Node& node) { return TypeOf(node) == NODE_ELEMENT; }
+inline bool IsComment(const Node& node) {
+    return TypeOf(node) == NODE_COMMENT;
+}
+inline bool IsElement(const Node& node) {
+    return TypeOf(node) == NODE_ELEMENT;
+}
 
 /// Calls visit for each child in document order. The next sibling is read
 /// after the visit, so a visit may append behind the child that it is given.
@@ -64,7 +69,8 @@ void ForEachChild(const Node& parent, const std::function<void(const Node&)>& vi
 /// The same without the comments.
 void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit);
 /// Calls visit with the local name and the text of each attribute.
-void ForEachAttribute(const Node& element, const std::function<void(const std::wstring&, const std::wstring&)>& visit);
+void ForEachAttribute(const Node& element,
+                      const std::function<void(const std::wstring&, const std::wstring&)>& visit);
 
 /// Text of an attribute of a node; nothing when the node has no such attribute.
 std::optional<std::wstring> Attribute(const Node& element, const std::wstring& name);

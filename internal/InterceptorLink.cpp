@@ -10,25 +10,10 @@ STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
     if (out == nullptr) {
         return E_POINTER;
     }
-    const bool own = iid == __uuidof(IAttributeInterceptor);
-    if (!own && target_ != nullptr) {
+    if (target_ != nullptr && iid != __uuidof(IAttributeInterceptor)) {
         return target_->QueryInterface(iid, out);
     }
-    const bool known = own || iid == IID_IUnknown || iid == IID_IDispatch;
-    *out = known ? static_cast<IAttributeInterceptor*>(this) : nullptr;
-    if (!known) {
-        return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) InterceptorLink::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
-    }
-    return left;
+    return Counted::QueryInterface(iid, out);
 }
 
 template <class Method, class... Arguments>
@@ -45,7 +30,8 @@ STDMETHODIMP InterceptorLink::GetTypeInfo(UINT index, LCID locale, ITypeInfo** i
     return Pass(&IAttributeInterceptor::GetTypeInfo, index, locale, info);
 }
 
-STDMETHODIMP InterceptorLink::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
+STDMETHODIMP InterceptorLink::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) {
     const auto target = Target();
     return target ? target->GetIDsOfNames(iid, names, count, locale, ids) : CO_E_OBJNOTCONNECTED;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Module.h"
+#include "com/Counted.h"
 #include "com/Ref.h"
 
 #include <OrvDBFaces.h>
@@ -13,18 +13,14 @@ namespace tam {
 /// the two would keep each other alive for ever. To COM it is the internal
 /// object itself: every other interface, its identity included, is that
 /// object's for as long as it lives.
-class InterceptorLink final : public IAttributeInterceptor {
+class InterceptorLink final : public com::Counted<IAttributeInterceptor> {
   public:
     static com::Ref<InterceptorLink> Make(IAttributeInterceptor& target);
-    virtual ~InterceptorLink() = default;
 
     /// The internal object is gone: from here on nothing is handled.
     void Cut() noexcept { target_ = nullptr; }
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override;
-
     STDMETHODIMP GetTypeInfoCount(UINT* count) override;
     STDMETHODIMP GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
     STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override;
@@ -43,13 +39,13 @@ class InterceptorLink final : public IAttributeInterceptor {
     explicit InterceptorLink(IAttributeInterceptor& target) : target_(&target) {}
 
     /// The internal object, held for one call; the call may end it otherwise.
-    com::Ref<IAttributeInterceptor> Target() const noexcept { return com::Ref<IAttributeInterceptor>(target_); }
+    com::Ref<IAttributeInterceptor> Target() const noexcept {
+        return com::Ref<IAttributeInterceptor>(target_);
+    }
     template <class Method, class... Arguments>
     HRESULT Pass(Method method, Arguments... arguments);
 
     IAttributeInterceptor* target_;
-    ULONG references_ = 1;
-    com::LiveCount live_;
 };
 
 } // namespace tam

@@ -31,7 +31,9 @@ void SetEnumeration(IAttribute& attribute, const std::wstring& description) {
     com::Check(Required<IEnumType>(type)->put_EnumDesc(com::Bstr(description).Get()));
 }
 
-std::wstring NameOf(IAttribute& attribute) { return tam::NameOf(com::Ref<IAttribute>(&attribute)); }
+std::wstring NameOf(IAttribute& attribute) {
+    return tam::NameOf(com::Ref<IAttribute>(&attribute));
+}
 
 } // namespace
 
@@ -67,7 +69,8 @@ com::Ref<IAttribute> TamInternalAppObject::MirrorOf(IAttribute& attribute) {
     return ContainerAttribute(*self.Get(), ContainerKey(*self.Get(), NameOf(attribute)));
 }
 
-STDMETHODIMP TamInternalAppObject::InterceptAttributeValueChanged(IAttribute* attribute, VARIANT_BOOL* value) {
+STDMETHODIMP TamInternalAppObject::InterceptAttributeValueChanged(IAttribute* attribute,
+                                                                  VARIANT_BOOL* value) {
     return Get(value, [&] {
         com::CheckSet(attribute);
         if (const auto mirror = MirrorOf(*attribute)) {
@@ -99,7 +102,8 @@ dom::Node TamInternalAppObject::FindAttributeDefinition(IAttribute& attribute) c
     return dom::Select(dom::Node(root), L"TAMConfig/Attributes/Attrib[@Name=\"" + NameOf(attribute) + L"\"]");
 }
 
-void TamInternalAppObject::AnswerFlag(IAttribute* attribute, const wchar_t* name, VARIANT_BOOL* answer) const {
+void TamInternalAppObject::AnswerFlag(IAttribute* attribute, const wchar_t* name,
+                                      VARIANT_BOOL* answer) const {
     com::CheckSet(attribute);
     if (const dom::Node definition = FindAttributeDefinition(*attribute)) {
         *answer = dom::Attribute(definition, name) == std::wstring(L"1") ? VARIANT_TRUE : VARIANT_FALSE;
@@ -118,7 +122,8 @@ STDMETHODIMP TamInternalAppObject::InterceptIsUnitsDependent(IAttribute* attribu
     });
 }
 
-STDMETHODIMP TamInternalAppObject::InterceptIsDifferential(IAttribute* attribute, VARIANT_BOOL* isDifferential,
+STDMETHODIMP TamInternalAppObject::InterceptIsDifferential(IAttribute* attribute,
+                                                           VARIANT_BOOL* isDifferential,
                                                            VARIANT_BOOL* value) {
     if (isDifferential == nullptr) {
         return E_POINTER;

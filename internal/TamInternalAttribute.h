@@ -33,7 +33,8 @@ class TamInternalAttribute final
 };
 
 /// The attributes of a channel's object.
-class TamInternalAttributes final : public com::Object<TamInternalAttributes, ForwardAttributes<TamInternalAttributes>> {
+class TamInternalAttributes final
+    : public com::Object<TamInternalAttributes, ForwardAttributes<TamInternalAttributes>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttributes); }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "internal/ForwardPoints.h"
 #include "internal/ForwardCollections.h"
+#include "internal/ForwardPoints.h"
 #include "internal/InternalItems.h"
 
 #include <O_Tam_id.h>

@@ -22,7 +22,9 @@ constexpr std::array<std::wstring_view, 5> kInternalObjects = {L"o_tam_ao_id", L
 /// The status that a process ended by a call before Init leaves.
 constexpr UINT kEndedBeforeInit = 1;
 
-bool IsModuleObject(std::wstring_view identifier) { return LowerCase(identifier) == kModuleObject; }
+bool IsModuleObject(std::wstring_view identifier) {
+    return LowerCase(identifier) == kModuleObject;
+}
 
 } // namespace
 
@@ -46,7 +48,8 @@ STDMETHODIMP TamObjectManager::CreateTamInternalAppObject(BSTR* internalObjectKe
         com::Ref<TamInternalAppObject> object;
         if (IsTamLibraryAvailable()) {
             object = TamInternalAppObject::Make();
-            object->SetUp(internalObjectKey != nullptr ? com::Text(*internalObjectKey) : std::wstring(), device);
+            object->SetUp(internalObjectKey != nullptr ? com::Text(*internalObjectKey) : std::wstring(),
+                          device);
         }
         return com::Ref<IAppObject>(object);
     });

@@ -122,7 +122,8 @@ STDMETHODIMP CCompatibleSNVTs::ToString(BSTR* value) {
 }
 
 STDMETHODIMP CCompatibleSNVTs::Clone(IDispatch** value) {
-    return Get(value, [&] { return com::Ref<IDispatch>(CCompatibleSNVTs::Make(list_)->This<ICompatibleSNVTs>()); });
+    return Get(value,
+               [&] { return com::Ref<IDispatch>(CCompatibleSNVTs::Make(list_)->This<ICompatibleSNVTs>()); });
 }
 
 } // namespace tam

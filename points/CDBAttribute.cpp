@@ -27,7 +27,8 @@ constexpr const wchar_t* kSavedType = L"SNVT_TYPE";
 
 std::wstring TrimBlanks(const std::wstring& text) {
     const auto first = text.find_first_not_of(L' ');
-    return first == std::wstring::npos ? std::wstring() : text.substr(first, text.find_last_not_of(L' ') - first + 1);
+    return first == std::wstring::npos ? std::wstring()
+                                       : text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
 /// The default value that the definition document holds for an attribute.
@@ -70,7 +71,8 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
         }
     };
     Attempt([&] {
-        dom::ForEachChildButComments(element, [&](const dom::Node& child) { Attempt([&] { readChild(child); }); });
+        dom::ForEachChildButComments(element,
+                                     [&](const dom::Node& child) { Attempt([&] { readChild(child); }); });
     });
     Attempt([&] { RequiredType().SetId(typeName_); });
     Attempt([&] {
@@ -81,7 +83,9 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
     });
 }
 
-void CDBAttribute::CreateEditor() { editor_ = MakeValueEditor(RequiredType().GenType()); }
+void CDBAttribute::CreateEditor() {
+    editor_ = MakeValueEditor(RequiredType().GenType());
+}
 
 CSNVTType& CDBAttribute::RequiredType() const {
     com::CheckSet(type_.Get());

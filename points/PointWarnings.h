@@ -10,7 +10,8 @@ namespace tam {
 
 /// The warning for a point whose definition names no type.
 inline void WarnNoCompatibilityList(const std::wstring& pointName, const std::wstring& ownerName) {
-    ShowBox(pointName + L": SNVT Compatibility list not defined into the XML file of the object " + ownerName + L".",
+    ShowBox(pointName + L": SNVT Compatibility list not defined into the XML file of the object " +
+                ownerName + L".",
             L"Warning", MB_ICONSTOP);
 }
 

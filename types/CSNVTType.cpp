@@ -22,7 +22,9 @@ std::wstring_view TrimBlanks(std::wstring_view text) {
     return text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
-std::wstring LocalForm(std::wstring_view number) { return MoveDecimalMark(number, State().DecimalSeparator); }
+std::wstring LocalForm(std::wstring_view number) {
+    return MoveDecimalMark(number, State().DecimalSeparator);
+}
 
 /// The entry of an identifier among the children of the catalogue's document
 /// element; empty when there is none.
@@ -154,7 +156,9 @@ void CSNVTType::ReadTextual(const dom::Node& entry) {
     });
 }
 
-bool CSNVTType::IsEnum() const { return LowerCase(genType_) == L"enum"; }
+bool CSNVTType::IsEnum() const {
+    return LowerCase(genType_) == L"enum";
+}
 
 bool CSNVTType::IsNumeric() const noexcept {
     return genType_ == L"Float" || genType_ == L"UnsignedNumeric" || genType_ == L"SignedNumeric";
