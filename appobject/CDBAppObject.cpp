@@ -3,7 +3,6 @@
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
 #include "common/Numbers.h"
-#include "dialogs/frmAbout.h"
 #include "points/PointKeys.h"
 
 namespace tam {
@@ -118,10 +117,6 @@ STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* v
         return AnyNameBegins(inputs_, prefix) || AnyNameBegins(outputs_, prefix) ||
                AnyNameBegins(attributes_, prefix);
     });
-}
-
-STDMETHODIMP CDBAppObject::ShowAbout() {
-    return Do([] { ShowAboutBox(); });
 }
 
 } // namespace tam

@@ -16,10 +16,10 @@ namespace tam {
 
 /// The remote I/O module object: what the host places on a sheet, saves with
 /// the project and compiles into the controller's database.
-class CDBAppObject final : public com::Object<CDBAppObject, AppObjectFace<CDBAppObject>,
-                                              com::Face<CDBAppObject, ITamObject>,
-                                              com::Face<CDBAppObject, ITamDialogs>>,
-                           private PointOwner {
+class CDBAppObject final
+    : public com::Object<CDBAppObject, AppObjectFace<CDBAppObject>, com::Face<CDBAppObject, ITamObject>,
+                         com::Face<CDBAppObject, ITamDialogs>>,
+      private PointOwner {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAppObject); }
 
@@ -33,7 +33,9 @@ class CDBAppObject final : public com::Object<CDBAppObject, AppObjectFace<CDBApp
     STDMETHODIMP get_DDBDimension(long* value) override { return Answer(value, ddbDimension_); }
     STDMETHODIMP ClearReferences() override;
     STDMETHODIMP ViewDatasheet(VARIANT ownerWindow) override;
-    STDMETHODIMP get_DatasheetAvailable(VARIANT_BOOL* value) override { return Answer(value, datasheetAvailable_); }
+    STDMETHODIMP get_DatasheetAvailable(VARIANT_BOOL* value) override {
+        return Answer(value, datasheetAvailable_);
+    }
     STDMETHODIMP get_PlugInAvailable(VARIANT_BOOL* value) override { return Answer(value, plugInAvailable_); }
     STDMETHODIMP get_UserName(BSTR* value) override { return Answer(value, userName_); }
     STDMETHODIMP get_UniqueIDString(BSTR* value) override { return Answer(value, definitionName_); }
@@ -93,6 +95,7 @@ class CDBAppObject final : public com::Object<CDBAppObject, AppObjectFace<CDBApp
 
     // ITamDialogs
     STDMETHODIMP ShowAbout() override;
+    STDMETHODIMP ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) override;
 
   private:
     template <class T>

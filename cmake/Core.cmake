@@ -6,7 +6,15 @@ set(TAM_CORE_SOURCES
   common/KeyOrder.cpp
   common/Numbers.cpp
   common/RunTimeError.cpp
+  dialogs/BitEditorState.cpp
+  dialogs/EditText.cpp
+  dialogs/EnumEditorState.cpp
   dialogs/ErrorReportState.cpp
+  dialogs/NumericEditorState.cpp
+  dialogs/RenameState.cpp
+  dialogs/StructureEditorState.cpp
+  dialogs/TextEditorState.cpp
+  dialogs/ValueNumber.cpp
   points/CompatibleList.cpp
   points/EnumDescription.cpp
   points/PointKeys.cpp

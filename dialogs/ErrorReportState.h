@@ -7,8 +7,9 @@ namespace tam {
 /// What the error report shows, and whether its advanced part is open.
 class ErrorReportState {
   public:
-    ErrorReportState(const std::wstring& application, std::wstring description, const std::wstring& callingObject,
-                     const std::wstring& callingFunction, const std::wstring& source);
+    ErrorReportState(const std::wstring& application, std::wstring description,
+                     const std::wstring& callingObject, const std::wstring& callingFunction,
+                     const std::wstring& source);
 
     const std::wstring& Caption() const noexcept { return caption_; }
     const std::wstring& Description() const noexcept { return description_; }

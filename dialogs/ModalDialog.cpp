@@ -3,6 +3,8 @@
 #include "com/Boundary.h"
 #include "com/Module.h"
 
+#include <algorithm>
+
 namespace tam {
 
 namespace {
@@ -39,13 +41,17 @@ VisualStyles::~VisualStyles() {
 
 bool ModalDialog::Show(int resource) noexcept {
     const VisualStyles styles;
+    firstFocus_ = 0;
     const INT_PTR result =
         DialogBoxParamW(com::ThisModule().Instance(), MAKEINTRESOURCEW(resource), GetActiveWindow(),
                         &ModalDialog::Procedure, reinterpret_cast<LPARAM>(this));
+    window_ = nullptr;
     return result != -1;
 }
 
-bool ModalDialog::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) { return false; }
+bool ModalDialog::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) {
+    return false;
+}
 
 std::wstring ModalDialog::GetText(int id) const {
     const HWND control = Control(id);
@@ -53,6 +59,44 @@ std::wstring ModalDialog::GetText(int id) const {
     const int length = GetWindowTextW(control, text.data(), static_cast<int>(text.size()) + 1);
     text.resize(static_cast<std::size_t>(length));
     return text;
+}
+
+void ModalDialog::Shorten(int firstMovedTop, int distance) const noexcept {
+    for (HWND child = GetWindow(window_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        RECT place{};
+        GetWindowRect(child, &place);
+        MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&place), 2);
+        if (place.top >= firstMovedTop) {
+            SetWindowPos(child, nullptr, place.left, place.top - distance, 0, 0,
+                         SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+        }
+    }
+    RECT window{};
+    GetWindowRect(window_, &window);
+    SetWindowPos(window_, nullptr, 0, 0, window.right - window.left, window.bottom - window.top - distance,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void ModalDialog::Centre() const noexcept {
+    const HWND owner = GetWindow(window_, GW_OWNER);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoW(MonitorFromWindow(owner != nullptr ? owner : window_, MONITOR_DEFAULTTONEAREST),
+                    &monitor);
+    RECT window{};
+    GetWindowRect(window_, &window);
+    RECT around = monitor.rcWork;
+    if (owner != nullptr && IsWindowVisible(owner) != FALSE && IsIconic(owner) == FALSE) {
+        GetWindowRect(owner, &around);
+    }
+    const LONG width = window.right - window.left;
+    const LONG height = window.bottom - window.top;
+    const LONG left = around.left + (around.right - around.left - width) / 2;
+    const LONG top = around.top + (around.bottom - around.top - height) / 2;
+    const RECT& work = monitor.rcWork;
+    SetWindowPos(window_, nullptr, std::clamp(left, work.left, std::max(work.left, work.right - width)),
+                 std::clamp(top, work.top, std::max(work.top, work.bottom - height)), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 INT_PTR CALLBACK ModalDialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -77,6 +121,10 @@ INT_PTR ModalDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_INITDIALOG:
         OnInit();
+        if (firstFocus_ != 0) {
+            SetFocus(Control(firstFocus_));
+            return FALSE;
+        }
         return TRUE;
     case WM_COMMAND: {
         const int control = LOWORD(wParam);
@@ -92,6 +140,9 @@ INT_PTR ModalDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         LRESULT result = 0;
         if (!OnMessage(message, wParam, lParam, result)) {
             return FALSE;
+        }
+        if (message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC) {
+            return result; // the one answer that goes back as it is: a brush
         }
         SetWindowLongPtrW(window_, DWLP_MSGRESULT, result);
         return TRUE;

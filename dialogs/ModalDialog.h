@@ -28,6 +28,7 @@ class ModalDialog {
     /// Shows the dialog, modal to the host's active window; returns when it
     /// has closed. False when it could not be shown.
     bool Show(int resource) noexcept;
+    bool IsShown() const noexcept { return window_ != nullptr; }
 
   protected:
     ModalDialog() = default;
@@ -44,8 +45,24 @@ class ModalDialog {
 
     HWND Window() const noexcept { return window_; }
     HWND Control(int id) const noexcept { return GetDlgItem(window_, id); }
-    void SetText(int id, const std::wstring& text) const noexcept { SetDlgItemTextW(window_, id, text.c_str()); }
+    void SetText(int id, const std::wstring& text) const noexcept {
+        SetDlgItemTextW(window_, id, text.c_str());
+    }
     std::wstring GetText(int id) const;
+    void Enable(int id, bool enabled) const noexcept { EnableWindow(Control(id), enabled ? TRUE : FALSE); }
+    bool IsEnabled(int id) const noexcept { return IsWindowEnabled(Control(id)) != FALSE; }
+    bool IsTicked(int id) const noexcept { return IsDlgButtonChecked(window_, id) == BST_CHECKED; }
+    /// Moves the focus as the Tab key does, the default button with it.
+    void Focus(int id) const noexcept {
+        SendMessageW(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+    }
+    /// In OnInit: the control that has the focus at first, in place of the
+    /// first one in tab order.
+    void StartAt(int id) noexcept { firstFocus_ = id; }
+    /// Moves controls up by a distance in pixels and takes it off the window's height.
+    void Shorten(int firstMovedTop, int distance) const noexcept;
+    /// Centres the window over its owner again, within the screen's work area.
+    void Centre() const noexcept;
     void Close() noexcept { EndDialog(window_, 0); }
 
   private:
@@ -53,6 +70,7 @@ class ModalDialog {
     INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
 
     HWND window_ = nullptr;
+    int firstFocus_ = 0;
 };
 
 } // namespace tam

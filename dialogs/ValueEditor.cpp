@@ -1,7 +1,30 @@
 #include "dialogs/ValueEditor.h"
 
+#include "dialogs/frmCPModif1.h"
+#include "dialogs/frmCPModif2.h"
+#include "dialogs/frmCPModif3.h"
+#include "dialogs/frmCPModif4.h"
+#include "dialogs/frmCPModif5.h"
+#include "dialogs/StructureEditorState.h"
+
 namespace tam {
 
-std::unique_ptr<ValueEditor> MakeValueEditor(std::wstring_view) { return nullptr; }
+std::unique_ptr<ValueEditor> MakeValueEditor(std::wstring_view generalType) {
+    switch (EditorFor(generalType)) {
+    case EditorKind::Numeric:
+        return std::make_unique<frmCPModif1>();
+    case EditorKind::Text:
+        return std::make_unique<frmCPModif2>();
+    case EditorKind::Enumeration:
+        return std::make_unique<frmCPModif3>();
+    case EditorKind::Structure:
+        return std::make_unique<frmCPModif4>();
+    case EditorKind::BitField:
+        return std::make_unique<frmCPModif5>();
+    case EditorKind::None:
+        break;
+    }
+    return nullptr;
+}
 
 } // namespace tam

@@ -12,10 +12,13 @@ namespace tam {
 class ValueEditor {
   public:
     virtual ~ValueEditor() = default;
+    /// Set by the structure editor before it assigns a field as data point.
+    virtual void SetCalledFramModif4(bool called) noexcept = 0;
     /// The data point to edit: an attribute, or an object that offers the
-    /// attribute's members by name.
+    /// attribute's members by name. Reads it; what it throws goes through.
     virtual void SetDataPoint(IDispatch* dataPoint) = 0;
-    /// Shows the form, modal to the host's active window; returns when it closes.
+    /// Shows the form, modal to the host's active window; returns when it has
+    /// closed. The data point is released by then.
     virtual void ShowModal() = 0;
 };
 

@@ -55,6 +55,8 @@ class frmAbout final : public ModalDialog {
 
 } // namespace
 
-void ShowAboutBox() { frmAbout().Show(IDD_ABOUT); }
+void ShowAboutBox() {
+    frmAbout().Show(IDD_ABOUT);
+}
 
 } // namespace tam

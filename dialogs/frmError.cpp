@@ -5,11 +5,14 @@
 
 namespace tam {
 
-void frmError::ShowModal() noexcept { Show(IDD_ERROR); }
+void frmError::ShowModal() noexcept {
+    Show(IDD_ERROR);
+}
 
 void frmError::OnInit() {
     SetWindowTextW(Window(), state_.Caption().c_str());
-    SendMessageW(Control(IDC_ERROR_ICON), STM_SETICON, reinterpret_cast<WPARAM>(LoadIconW(nullptr, IDI_ERROR)), 0);
+    SendMessageW(Control(IDC_ERROR_ICON), STM_SETICON,
+                 reinterpret_cast<WPARAM>(LoadIconW(nullptr, IDI_ERROR)), 0);
     SetText(IDC_ERROR_DESCRIPTION, state_.Description());
     SetText(IDC_ERROR_ADVANCED_INFO, state_.AdvancedInfo());
 

@@ -1,0 +1,56 @@
+#include "appobject/CDBAppObject.h"
+
+#include "dialogs/frmAbout.h"
+#include "dialogs/frmRename.h"
+
+namespace tam {
+
+namespace {
+
+std::wstring TextOf(const VARIANT& value) {
+    VARIANT source = value; // borrowed
+    com::Variant plain;
+    com::Check(VariantCopyInd(plain.Put(), &source));
+    if (plain.Get().vt == VT_EMPTY || plain.Get().vt == VT_NULL) {
+        return {};
+    }
+    com::Variant text;
+    source = plain.Get();
+    com::Check(VariantChangeType(text.Put(), &source, 0, VT_BSTR));
+    return com::Text(text.Get().bstrVal);
+}
+
+/// Through a reference to a text when that is what the caller passed.
+void Replace(VARIANT& target, const std::wstring& text) {
+    if (target.vt == (VT_BSTR | VT_BYREF)) {
+        com::Bstr value(text);
+        std::swap(*target.pbstrVal, *value.Address());
+        return;
+    }
+    com::Variant value(text);
+    VARIANT& place = target.vt == (VT_VARIANT | VT_BYREF) ? *target.pvarVal : target;
+    com::Check(VariantClear(&place));
+    place = value.Detach();
+}
+
+} // namespace
+
+STDMETHODIMP CDBAppObject::ShowAbout() {
+    return Do([] { ShowAboutBox(); });
+}
+
+STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) {
+    if (deviceName == nullptr) {
+        return E_POINTER;
+    }
+    return Get(choice, [&] {
+        frmRename form(RenameState(TextOf(*deviceName), com::Text(deviceKey)));
+        const RenameState& state = form.ShowModal();
+        if (state.RetValue() == RenameState::kConfirmed) {
+            Replace(*deviceName, state.DeviceName());
+        }
+        return state.RetValue();
+    });
+}
+
+} // namespace tam

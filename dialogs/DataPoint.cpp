@@ -1,0 +1,116 @@
+#include "dialogs/DataPoint.h"
+
+#include "com/Boundary.h"
+#include "com/LateBound.h"
+#include "common/RunTimeError.h"
+
+namespace tam {
+
+namespace {
+
+/// A member by name; none when the object has no such member.
+com::Variant MemberOrNone(IDispatch& object, const wchar_t* name) {
+    com::Bstr member(name);
+    BSTR text = member.Get();
+    DISPID id = DISPID_UNKNOWN;
+    if (object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) == DISP_E_UNKNOWNNAME) {
+        return {};
+    }
+    return com::GetMember(object, name);
+}
+
+} // namespace
+
+std::wstring TextOfResult(const com::Variant& result) {
+    if (result.Get().vt == VT_EMPTY || result.Get().vt == VT_NULL) {
+        return {};
+    }
+    VARIANT source = result.Get(); // borrowed
+    com::Variant text;
+    if (FAILED(VariantChangeTypeEx(text.Put(), &source, LOCALE_USER_DEFAULT, 0, VT_BSTR))) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+    return com::Text(text.Get().bstrVal);
+}
+
+com::Ref<IDispatch> ObjectOfResult(const com::Variant& result) noexcept {
+    const VARIANT& value = result.Get();
+    if (value.vt == VT_DISPATCH) {
+        return com::Ref<IDispatch>(value.pdispVal);
+    }
+    return value.vt == VT_UNKNOWN ? com::Query<IDispatch>(value.punkVal) : com::Ref<IDispatch>();
+}
+
+DataPointType::DataPointType(com::Ref<IDispatch> object) : object_(std::move(object)) {
+    com::CheckSet(object_.Get());
+    type_ = object_.As<ISNVType>();
+}
+
+std::wstring DataPointType::Text(TextMember member, const wchar_t* name) const {
+    if (!type_) {
+        return TextOfResult(MemberOrNone(*object_.Get(), name));
+    }
+    com::Bstr text;
+    com::Check((type_.Get()->*member)(text.Put()));
+    return std::wstring(text.View());
+}
+
+std::int32_t DataPointType::Length() const {
+    if (!type_) {
+        const std::wstring text = TextOfResult(MemberOrNone(*object_.Get(), L"Length"));
+        return text.empty() ? 0 : static_cast<std::int32_t>(com::LongOf(text));
+    }
+    long length = 0;
+    com::Check(type_->get_Length(&length));
+    return static_cast<std::int32_t>(length);
+}
+
+DataPoint::DataPoint(IDispatch* object) : object_(object), attribute_(com::Query<IAttribute>(object)) {
+    com::CheckSet(object);
+}
+
+std::wstring DataPoint::Name() const {
+    if (!attribute_) {
+        return TextOfResult(com::GetMember(*object_.Get(), L"Name"));
+    }
+    com::Bstr name;
+    com::Check(attribute_->get_Name(name.Put()));
+    return std::wstring(name.View());
+}
+
+std::wstring DataPoint::Value() const {
+    if (!attribute_) {
+        return TextOfResult(com::GetMember(*object_.Get(), L"Value"));
+    }
+    com::Bstr value;
+    com::Check(attribute_->get_Value(value.Put()));
+    return std::wstring(value.View());
+}
+
+void DataPoint::SetValue(const std::wstring& value) const {
+    if (!attribute_) {
+        com::PutMember(*object_.Get(), L"Value", com::Variant(value).Get());
+        return;
+    }
+    com::Check(attribute_->put_Value(com::Bstr(value).Get()));
+}
+
+DataPointType DataPoint::Type() const {
+    if (!attribute_) {
+        return DataPointType(ObjectOfResult(com::GetMember(*object_.Get(), L"SNVTType")));
+    }
+    com::Ref<ISNVType> type;
+    com::Check(attribute_->get_SNVTType(type.Put()));
+    return DataPointType(type);
+}
+
+com::Ref<IDispatch> DataPoint::Fields() const {
+    if (!attribute_) {
+        return ObjectOfResult(MemberOrNone(*object_.Get(), L"Fields"));
+    }
+    com::Ref<IDispatch> fields;
+    com::Check(attribute_->get_Fields(fields.Put()));
+    return fields;
+}
+
+} // namespace tam

@@ -1,0 +1,126 @@
+#include "dialogs/FieldList.h"
+
+#include "com/Boundary.h"
+#include "com/LateBound.h"
+
+#include <span>
+#include <utility>
+
+namespace tam {
+
+namespace {
+
+/// No host nests structures as deep; one that contains itself ends here.
+constexpr int kDeepest = 16;
+
+using Objects = std::vector<com::Ref<IDispatch>>;
+
+com::Ref<IDispatch> ItemOf(IDispatch& collection, const VARIANT& key) {
+    VARIANT argument = key; // borrowed
+    return ObjectOfResult(com::CallMember(collection, L"Item", std::span<VARIANT>(&argument, 1)));
+}
+
+/// The enumerator that For Each uses; empty when the collection has none.
+com::Ref<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
+    DISPPARAMS none{};
+    com::Variant result;
+    const HRESULT hr =
+        collection.Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                          DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, result.Put(), nullptr, nullptr);
+    const VARIANT& value = result.Get();
+    if (FAILED(hr) || (value.vt != VT_UNKNOWN && value.vt != VT_DISPATCH)) {
+        return {};
+    }
+    return com::Query<IEnumVARIANT>(value.punkVal);
+}
+
+Objects Enumerated(IEnumVARIANT& enumerator) {
+    Objects objects;
+    for (;;) {
+        com::Variant item;
+        ULONG fetched = 0;
+        const HRESULT result = enumerator.Next(1, item.Put(), &fetched);
+        com::Check(result);
+        if (result != S_OK) {
+            return objects;
+        }
+        objects.push_back(ObjectOfResult(item));
+    }
+}
+
+Objects Counted(IDispatch& collection) {
+    const long count = com::LongOf(TextOfResult(com::GetMember(collection, L"Count")));
+    Objects objects;
+    for (long position = 1; position <= count; ++position) {
+        objects.push_back(ItemOf(collection, com::Variant(position).Get()));
+    }
+    return objects;
+}
+
+/// The name, when the collection finds the field by it; else the position.
+com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
+    com::Variant byName(name);
+    bool found = false;
+    com::Attempt([&] { found = com::SameObject(ItemOf(collection, byName.Get()).Get(), field); });
+    return found ? std::move(byName) : com::Variant(position);
+}
+
+std::wstring GenTypeOf(const DataPoint& field) {
+    std::wstring genType;
+    com::Attempt([&] { genType = field.Type().GenType(); });
+    return genType;
+}
+
+Objects FieldsOf(const DataPoint& structure) {
+    const auto collection = structure.Fields();
+    if (!collection) {
+        return {};
+    }
+    const auto enumerator = EnumeratorOf(*collection.Get());
+    return enumerator ? Enumerated(*enumerator.Get()) : Counted(*collection.Get());
+}
+
+} // namespace
+
+std::vector<FieldRow> ReadFields(const DataPoint& structure) {
+    std::vector<FieldRow> rows;
+    const auto collection = structure.Fields();
+    for (const auto& object : FieldsOf(structure)) {
+        DataPoint field(object.Get());
+        std::wstring name = field.Name();
+        const std::wstring value = field.Value();
+        std::wstring genType = GenTypeOf(field);
+        com::Variant key = KeyOf(*collection.Get(), name, static_cast<long>(rows.size()) + 1, object.Get());
+        rows.push_back({std::move(field), std::move(name), value, value, std::move(genType), std::move(key)});
+    }
+    return rows;
+}
+
+com::Ref<IDispatch> FetchField(const DataPoint& structure, const FieldRow& row) {
+    const auto collection = structure.Fields();
+    com::CheckSet(collection.Get());
+    return ItemOf(*collection.Get(), row.key.Get());
+}
+
+ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) : point_(point) {
+    com::Attempt([&] { value_ = point.Value(); });
+    if (depth == kDeepest) {
+        return;
+    }
+    for (const auto& field : FieldsOf(point)) {
+        fields_.push_back(ValueSnapshot(DataPoint(field.Get()), depth + 1));
+    }
+}
+
+void ValueSnapshot::Restore() const noexcept {
+    for (const ValueSnapshot& field : fields_) {
+        field.Restore();
+    }
+    com::Attempt([&] {
+        if (value_ && point_.Value() != *value_) {
+            point_.SetValue(*value_);
+        }
+    });
+}
+
+} // namespace tam

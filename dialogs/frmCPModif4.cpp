@@ -1,0 +1,190 @@
+#include "dialogs/frmCPModif4.h"
+
+#include "common/Report.h"
+#include "component/resource.h"
+#include "dialogs/StructureEditorState.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+namespace tam {
+
+namespace {
+
+constexpr int kNameColumn = 0;
+constexpr int kValueColumn = 1;
+
+void AddColumn(HWND list, int index, const wchar_t* heading) {
+    std::wstring text = heading;
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_SUBITEM;
+    column.pszText = text.data();
+    column.iSubItem = index;
+    SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&column));
+}
+
+void SetCell(HWND list, int row, int column, std::wstring text) {
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = text.data();
+    SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+}
+
+} // namespace
+
+frmCPModif4::frmCPModif4() noexcept : ValueForm(IDD_STRUCTURE) {}
+
+void frmCPModif4::ReadDataPoint() {
+    rows_ = ReadFields(Point());
+    opening_.emplace(Point());
+    confirmed_ = false;
+}
+
+void frmCPModif4::OnInit() {
+    SetText(IDC_NAME, Point().Name());
+    const HWND list = Control(IDC_FIELDS);
+    SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
+    AddColumn(list, kNameColumn, L"Field");
+    AddColumn(list, kValueColumn, L"Value");
+    FillList();
+    FitColumns();
+    Enable(IDC_EDIT_FIELD, SelectedRow() >= 0);
+}
+
+void frmCPModif4::FillList() const {
+    const HWND list = Control(IDC_FIELDS);
+    SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
+    int index = 0;
+    for (const FieldRow& row : rows_) {
+        std::wstring name = row.name;
+        LVITEMW item{};
+        item.mask = LVIF_TEXT | LVIF_STATE;
+        item.iItem = index;
+        item.pszText = name.data();
+        item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+        item.state = index == 0 ? item.stateMask : 0;
+        SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+        SetCell(list, index, kValueColumn, row.value);
+        ++index;
+    }
+}
+
+void frmCPModif4::FitColumns() const {
+    const HWND list = Control(IDC_FIELDS);
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, kNameColumn, MAKELPARAM(LVSCW_AUTOSIZE, 0));
+    const int widest = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, kNameColumn, 0));
+    RECT client{};
+    GetClientRect(list, &client);
+    // A scroll bar needs room when the rows do not fit.
+    const bool scrolls = SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0) < static_cast<LRESULT>(rows_.size());
+    const int room = client.right - (scrolls ? GetSystemMetrics(SM_CXVSCROLL) : 0);
+    const int name = std::clamp(widest, room * 2 / 5, room * 2 / 3);
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, kNameColumn, name);
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, kValueColumn, room - name);
+}
+
+bool frmCPModif4::OnCommand(int control, int) {
+    if (control == IDC_EDIT_FIELD) {
+        EditRow(SelectedRow());
+        return true;
+    }
+    if (control == IDOK) {
+        OkStep();
+        return true;
+    }
+    return false;
+}
+
+bool frmCPModif4::OnMessage(UINT message, WPARAM, LPARAM lParam, LRESULT&) {
+    if (message != WM_NOTIFY) {
+        return false;
+    }
+    const NMHDR& header = *reinterpret_cast<const NMHDR*>(lParam);
+    return header.idFrom == IDC_FIELDS && OnListNotification(header);
+}
+
+bool frmCPModif4::OnListNotification(const NMHDR& header) {
+    switch (header.code) {
+    case NM_DBLCLK:
+        EditRow(reinterpret_cast<const NMITEMACTIVATE&>(header).iItem);
+        return true;
+    case LVN_KEYDOWN: {
+        const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(header).wVKey;
+        if (key == VK_SPACE || key == VK_F2) {
+            EditRow(SelectedRow());
+        }
+        return true;
+    }
+    case LVN_ITEMCHANGED:
+        Enable(IDC_EDIT_FIELD, SelectedRow() >= 0);
+        return true;
+    default:
+        return false;
+    }
+}
+
+int frmCPModif4::SelectedRow() const noexcept {
+    return static_cast<int>(SendMessageW(Control(IDC_FIELDS), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
+                                         MAKELPARAM(LVNI_SELECTED, 0)));
+}
+
+void frmCPModif4::EditRow(int row) {
+    if (row < 0 || row >= static_cast<int>(rows_.size())) {
+        return;
+    }
+    Trap(L"lvwMain_DblClick Form frmCPModif4", L"Sub lvwMain_DblClick", [&] {
+        OpenEditor(rows_[static_cast<std::size_t>(row)]);
+        RefreshValues();
+    });
+}
+
+void frmCPModif4::OpenEditor(const FieldRow& row) {
+    const auto editor = MakeValueEditor(row.genType);
+    if (!editor) {
+        ShowBox(kNoEditorText, kNoEditorCaption, MB_ICONEXCLAMATION);
+        return;
+    }
+    const auto field = FetchField(Point(), row);
+    editor->SetCalledFramModif4(true);
+    editor->SetDataPoint(field.Get());
+    editor->ShowModal();
+}
+
+void frmCPModif4::RefreshValues() {
+    // All of them: a field may follow another one.
+    int index = 0;
+    for (FieldRow& row : rows_) {
+        row.value = row.field.Value();
+        SetCell(Control(IDC_FIELDS), index, kValueColumn, row.value);
+        ++index;
+    }
+}
+
+void frmCPModif4::OkStep() {
+    RunOkStep(L"error calculating CP value", [&] {
+        for (const FieldRow& row : rows_) {
+            if (row.value != row.openingValue) {
+                row.field.SetValue(row.value);
+            }
+        }
+        // Written as it reads by now, so that a host that watches the data
+        // point alone learns of the change.
+        Point().SetValue(Point().Value());
+        confirmed_ = true;
+        Close();
+    });
+}
+
+void frmCPModif4::OnFinished() {
+    if (!confirmed_) {
+        opening_->Restore();
+    }
+}
+
+void frmCPModif4::OnReleased() noexcept {
+    rows_.clear();
+    opening_.reset();
+}
+
+} // namespace tam

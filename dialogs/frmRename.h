@@ -1,0 +1,29 @@
+#pragma once
+
+#include "dialogs/ModalDialog.h"
+#include "dialogs/RenameState.h"
+
+namespace tam {
+
+/// The dialog in which the user types the name of a device.
+class frmRename final : public ModalDialog {
+  public:
+    explicit frmRename(RenameState state) : state_(std::move(state)) {}
+    /// The user's choice and the name; the choice is "cancelled" when the
+    /// dialog could not be shown.
+    const RenameState& ShowModal() noexcept;
+
+  protected:
+    void OnInit() override;
+    bool OnCommand(int control, int notification) override;
+    bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+
+  private:
+    static LRESULT CALLBACK TextProcedure(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    void OnOk();
+
+    RenameState state_;
+    WNDPROC plainText_ = nullptr;
+};
+
+} // namespace tam
