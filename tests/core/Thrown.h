@@ -20,6 +20,7 @@ std::int32_t ErrorOf(F&& call) {
 constexpr std::int32_t kInvalidCall = 5;
 constexpr std::int32_t kOverflow = 6;
 constexpr std::int32_t kSubscript = 9;
+constexpr std::int32_t kTypeMismatch = 13;
 constexpr std::int32_t kDuplicateKey = 457;
 
 } // namespace tam

@@ -1,0 +1,59 @@
+#include "dialogs/BitEditorState.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tam {
+namespace {
+
+/// The labels, the highest bit first.
+std::wstring Labels(const BitEditorState& state) {
+    std::wstring labels;
+    for (std::size_t bit = state.Count(); bit-- > 0;) {
+        labels.append(state.Label(bit));
+    }
+    return labels;
+}
+
+TEST(BitEditorStateTest, ShowsTheBitsOfTheValue) {
+    EXPECT_EQ(Labels(BitEditorState(L"5", 1)), L"00000101");
+    EXPECT_EQ(Labels(BitEditorState(L"32769", 2)), L"1000000000000001");
+    EXPECT_EQ(Labels(BitEditorState(L" 5 ", 1)), L"00000101");
+}
+
+TEST(BitEditorStateTest, ShowsSixteenBitsForAnyLengthButOne) {
+    EXPECT_EQ(BitEditorState(L"0", 1).Count(), 8U);
+    EXPECT_EQ(BitEditorState(L"0", 0).Count(), 16U);
+    EXPECT_EQ(BitEditorState(L"0", 2).Count(), 16U);
+    EXPECT_EQ(BitEditorState(L"0", 8).Count(), 16U);
+}
+
+TEST(BitEditorStateTest, DropsTheBitsThatAreNotShown) {
+    EXPECT_EQ(BitEditorState(L"65541", 2).Value(), L"5");
+    EXPECT_EQ(BitEditorState(L"257", 1).Value(), L"1");
+}
+
+TEST(BitEditorStateTest, ReadsANegativeValueAsItsTwosComplement) {
+    EXPECT_EQ(Labels(BitEditorState(L"-1", 2)), L"1111111111111111");
+    EXPECT_EQ(BitEditorState(L"-65537", 2).Value(), L"65535");
+}
+
+TEST(BitEditorStateTest, HasNoBitSetWhenTheValueIsNoNumber) {
+    EXPECT_EQ(BitEditorState(L"", 2).Value(), L"0");
+    EXPECT_EQ(BitEditorState(L"abc", 2).Value(), L"0");
+    EXPECT_EQ(BitEditorState(L"1e999", 2).Value(), L"0");
+}
+
+TEST(BitEditorStateTest, SumsTheBitsThatAreSet) {
+    BitEditorState state(L"5", 1);
+    state.Flip(1);
+    EXPECT_EQ(state.Value(), L"7");
+    state.Flip(0);
+    EXPECT_EQ(state.Value(), L"6");
+    EXPECT_EQ(state.Summary(), L"6 (0x06)");
+    EXPECT_EQ(BitEditorState(L"43690", 2).Summary(), L"43690 (0xAAAA)");
+}
+
+} // namespace
+} // namespace tam

@@ -1,0 +1,30 @@
+#include "dialogs/ErrorReportState.h"
+
+#include <gtest/gtest.h>
+
+namespace tam {
+namespace {
+
+const ErrorReportState kReport(L"Gateway Object", L"what happened", L"CDBInput", L"Sub XmlLoad", L"O_Tam_id");
+
+TEST(ErrorReportStateTest, ShowsItsTexts) {
+    EXPECT_EQ(kReport.Caption(), L"Gateway Object - Error report");
+    EXPECT_EQ(kReport.Description(), L"what happened");
+    EXPECT_EQ(kReport.AdvancedInfo(), L"* Source application (Err.Source): \r\n  O_Tam_id\r\n"
+                                      L"* Calling object (Me.Name or module name): \r\n  CDBInput\r\n"
+                                      L"* Calling function: \r\n  Sub XmlLoad");
+}
+
+TEST(ErrorReportStateTest, OpensFoldedAndTurnsItsArrows) {
+    ErrorReportState report = kReport;
+    EXPECT_FALSE(report.IsAdvancedShown());
+    EXPECT_STREQ(report.AdvancedCaption(), L"Advanced Information  > >");
+    report.ToggleAdvanced();
+    EXPECT_TRUE(report.IsAdvancedShown());
+    EXPECT_STREQ(report.AdvancedCaption(), L"Advanced Information  < <");
+    report.ToggleAdvanced();
+    EXPECT_FALSE(report.IsAdvancedShown());
+}
+
+} // namespace
+} // namespace tam
