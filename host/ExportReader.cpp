@@ -25,6 +25,9 @@ constexpr std::uint8_t kEnumerationLength = 1;
 /// Room for a type that the table does not know: the longest simple value.
 constexpr std::uint8_t kUnknownLength = 4;
 
+/// No element has more attributes than an output.
+constexpr std::size_t kMaxFields = 8;
+
 struct FieldRule {
     std::wstring_view name;
     bool optional = false;
@@ -80,34 +83,31 @@ PointType TypeOf(std::wstring identifier) {
 /// The attributes of one element, checked against their rules.
 class Fields {
   public:
-    Fields(XmlReader& reader, std::span<const FieldRule> rules, std::wstring_view section = {})
-        : rules_(rules), values_(rules.size()), position_(reader.Position()), where_(Quoted(reader.Name())) {
-        if (!section.empty()) {
-            where_ += L" in " + Quoted(section);
-        }
-        for (XmlAttribute& attribute : reader.Attributes()) {
+    Fields(const XmlReader& reader, std::span<const FieldRule> rules, std::wstring_view section = {})
+        : reader_(reader), rules_(rules), section_(section) {
+        for (const XmlAttribute& attribute : reader.Attributes()) {
             const auto rule = std::ranges::find(rules, attribute.name, &FieldRule::name);
             if (rule == rules.end()) {
-                ThrowBadDocument(attribute.position,
-                                 where_ + L" has an unknown attribute " + Quoted(attribute.name));
+                reader.Fail(attribute.offset,
+                            Where() + L" has an unknown attribute " + Quoted(attribute.name));
             }
-            values_[static_cast<std::size_t>(rule - rules.begin())] = std::move(attribute);
+            found_[static_cast<std::size_t>(rule - rules.begin())] = &attribute;
         }
         for (std::size_t i = 0; i < rules.size(); ++i) {
-            if (!rules[i].optional && !IsGiven(i)) {
-                ThrowBadDocument(position_, where_ + L" has no attribute " + Quoted(rules[i].name));
+            if (!rules[i].optional && found_[i] == nullptr) {
+                reader.Fail(reader.Offset(), Where() + L" has no attribute " + Quoted(rules[i].name));
             }
         }
     }
 
     /// Empty for an optional attribute that is not there.
-    std::wstring Text(std::size_t field) const { return values_[field].value; }
+    std::wstring Text(std::size_t field) const { return std::wstring(View(field)); }
 
     /// What objects work out themselves is exactly "0" or "1"; an optional
     /// attribute that is not there is false.
     bool Flag(std::size_t field) const {
-        const std::wstring& text = values_[field].value;
-        if (!(text == L"0" || text == L"1" || (rules_[field].optional && !IsGiven(field)))) {
+        const std::wstring_view text = View(field);
+        if (text != L"0" && text != L"1" && found_[field] != nullptr) {
             Refuse(field, L"\"0\" or \"1\"");
         }
         return text == L"1";
@@ -116,7 +116,7 @@ class Fields {
     /// What objects pass on from a definition may also be left out there, or
     /// be written as the platform writes a Boolean.
     bool DefinitionFlag(std::size_t field) const {
-        const std::wstring& text = values_[field].value;
+        const std::wstring_view text = View(field);
         const bool yes = text == L"1" || text == L"True";
         if (!yes && !text.empty() && text != L"0" && text != L"False") {
             Refuse(field, L"\"0\", \"1\", \"False\", \"True\" or nothing");
@@ -129,11 +129,11 @@ class Fields {
     T Number(std::size_t field) const {
         constexpr long kLeast = std::numeric_limits<T>::min();
         constexpr long kMost = std::numeric_limits<T>::max();
-        std::wstring_view text = values_[field].value;
+        std::wstring_view text = View(field);
         const bool negative = kLeast < 0 && text.starts_with(L'-');
         text.remove_prefix(negative ? 1 : 0);
+        bool good = !negative || !text.empty();
         long number = 0;
-        bool good = !text.empty() || !negative;
         for (const wchar_t character : text) {
             good = good && character >= L'0' && character <= L'9';
             number = good ? std::min(number * 10 + (character - L'0'), kMost + 2) : 0;
@@ -147,19 +147,25 @@ class Fields {
     }
 
   private:
-    bool IsGiven(std::size_t field) const { return !values_[field].name.empty(); }
-
-    [[noreturn]] void Refuse(std::size_t field, const std::wstring& expected) const {
-        const XmlAttribute& attribute = values_[field];
-        ThrowBadDocument(attribute.position, L"attribute " + Quoted(attribute.name) + L" of " + where_ +
-                                                 L" is " + Quoted(attribute.value) + L"; it must be " +
-                                                 expected);
+    std::wstring_view View(std::size_t field) const {
+        return found_[field] == nullptr ? std::wstring_view() : found_[field]->value;
     }
 
+    std::wstring Where() const {
+        return Quoted(reader_.Name()) + (section_.empty() ? std::wstring() : L" in " + Quoted(section_));
+    }
+
+    [[noreturn]] void Refuse(std::size_t field, const std::wstring& expected) const {
+        const XmlAttribute& attribute = *found_[field];
+        reader_.Fail(attribute.offset, L"attribute " + Quoted(attribute.name) + L" of " + Where() + L" is " +
+                                           Quoted(attribute.value) + L"; it must be " + expected);
+    }
+
+    const XmlReader& reader_;
     std::span<const FieldRule> rules_;
-    std::vector<XmlAttribute> values_;
-    XmlPosition position_;
-    std::wstring where_;
+    std::wstring_view section_;
+    /// One for each rule; those of the element that the reader is at.
+    std::array<const XmlAttribute*, kMaxFields> found_{};
 };
 
 ExportInput ReadInput(XmlReader& reader) {
@@ -192,33 +198,25 @@ ExportAttribute ReadAttribute(XmlReader& reader) {
             fields.Text(AttEnum)};
 }
 
-/// Comes to the end of an element that may hold nothing.
-void PassEmpty(XmlReader& reader, bool isEmpty, const std::wstring& where) {
-    if (!isEmpty && reader.Next() != XmlKind::EndOfElement) {
-        ThrowBadDocument(reader.Position(), where + L" must be empty");
-    }
-}
-
 template <class Point>
 std::vector<Point> ReadSection(XmlReader& reader, std::wstring_view name, Point (*read)(XmlReader&)) {
     std::vector<Point> points;
     if (reader.Next() != XmlKind::Element || reader.Name() != name) {
-        ThrowBadDocument(reader.Position(), Quoted(kRoot) + L" must hold " + Quoted(name) + L" here");
+        reader.Fail(reader.Offset(), Quoted(kRoot) + L" must hold " + Quoted(name) + L" here");
     }
     const Fields none(reader, {});
-    if (reader.IsEmpty()) {
-        return points;
-    }
     for (XmlKind kind = reader.Next(); kind != XmlKind::EndOfElement; kind = reader.Next()) {
-        if (kind != XmlKind::Element) {
-            ThrowBadDocument(reader.Position(), Quoted(name) + L" must not hold text");
+        if (kind == XmlKind::Text) {
+            reader.Fail(reader.Offset(), Quoted(name) + L" must not hold text");
         }
         if (points.size() == kMaxPoints) {
-            ThrowBadDocument(reader.Position(), Quoted(name) + L" holds more than 65535 points");
+            reader.Fail(reader.Offset(), Quoted(name) + L" holds more than 65535 points");
         }
-        const bool isEmpty = reader.IsEmpty();
         points.push_back(read(reader));
-        PassEmpty(reader, isEmpty, Quoted(points.back().name) + L" in " + Quoted(name));
+        if (reader.Next() != XmlKind::EndOfElement) {
+            reader.Fail(reader.Offset(),
+                        Quoted(points.back().name) + L" in " + Quoted(name) + L" must be empty");
+        }
     }
     return points;
 }
@@ -228,7 +226,7 @@ std::vector<Point> ReadSection(XmlReader& reader, std::wstring_view name, Point 
 ExportDocument ReadExportDocument(std::wstring_view xml) {
     XmlReader reader(xml);
     if (reader.Next() != XmlKind::Element || reader.Name() != kRoot) {
-        ThrowBadDocument(reader.Position(), L"the root element must be " + Quoted(kRoot));
+        reader.Fail(reader.Offset(), L"the root element must be " + Quoted(kRoot));
     }
     const Fields fields(reader, kRootFields);
     ExportDocument document;
@@ -237,17 +235,13 @@ ExportDocument ReadExportDocument(std::wstring_view xml) {
     document.deviceKey = fields.Text(DevKey);
     document.objectId = fields.Number<std::int16_t>(TamObjectID);
     document.lastOnDevice = fields.Flag(IsLastOnDev);
-    if (reader.IsEmpty()) {
-        ThrowBadDocument(reader.Position(), Quoted(kRoot) + L" must hold " + Quoted(kInputs) + L" here");
-    }
     document.inputs = ReadSection(reader, kInputs, ReadInput);
     document.outputs = ReadSection(reader, kOutputs, ReadOutput);
     document.attributes = ReadSection(reader, kAttributes, ReadAttribute);
     if (reader.Next() != XmlKind::EndOfElement) {
-        ThrowBadDocument(reader.Position(), Quoted(kRoot) + L" must end behind " + Quoted(kAttributes));
+        reader.Fail(reader.Offset(), Quoted(kRoot) + L" must end behind " + Quoted(kAttributes));
     }
-    while (reader.Next() != XmlKind::End) { // what may still come is only white space and comments
-    }
+    reader.Next(); // only comments and blanks may come before the end
     return document;
 }
 

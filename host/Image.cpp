@@ -8,7 +8,7 @@
 #include <windows.h>
 
 #include <array>
-#include <numeric>
+#include <initializer_list>
 #include <string_view>
 #include <unordered_map>
 
@@ -19,9 +19,6 @@ namespace {
 constexpr std::array<std::uint8_t, 4> kMagic{'O', 'T', 'I', 'M'};
 constexpr std::uint8_t kVersion = 1;
 constexpr std::size_t kHeaderBytes = 40;
-constexpr std::size_t kInputBytes = 16;
-constexpr std::size_t kOutputBytes = 20;
-constexpr std::size_t kAttributeBytes = 20;
 constexpr std::size_t kChecksumBytes = 4;
 constexpr std::size_t kMaxTextBytes = 0xFFFF;
 
@@ -37,10 +34,18 @@ constexpr std::uint32_t kOutputConfiguration = 10;
 constexpr std::uint32_t kAttributeConfiguration = 6;
 constexpr std::uint32_t kStatus = 1;
 
-std::uint8_t Bit(bool set, unsigned position) {
-    return static_cast<std::uint8_t>(set ? 1u << position : 0u);
+/// A byte of flags, the first one in bit 0.
+std::uint8_t Flags(std::initializer_list<bool> flags) {
+    unsigned byte = 0;
+    unsigned bit = 1;
+    for (const bool flag : flags) {
+        byte |= flag ? bit : 0u;
+        bit <<= 1;
+    }
+    return static_cast<std::uint8_t>(byte);
 }
 
+/// A text in UTF-8. Half of a surrogate pair becomes the replacement character.
 std::string Utf8(std::wstring_view text) {
     if (text.empty()) {
         return {};
@@ -109,9 +114,11 @@ class Texts {
     Bytes bytes_;
 };
 
+/// What all records begin with.
 void PutPoint(Bytes& out, Texts& texts, const std::wstring& name, std::uint16_t address,
               const PointType& type, std::uint8_t flags) {
     out.U32(texts.Offset(name));
+    out.U32(texts.Offset(type.identifier));
     out.U16(address);
     out.U16(type.index);
     out.U8(type.length);
@@ -120,24 +127,22 @@ void PutPoint(Bytes& out, Texts& texts, const std::wstring& name, std::uint16_t 
 
 void Put(Bytes& out, Texts& texts, const ExportInput& input) {
     PutPoint(out, texts, input.name, input.logicalAddress, input.type,
-             Bit(input.permanent, 0) | Bit(input.connected, 1));
+             Flags({input.connected, input.permanent}));
     out.U16(0);
     out.U32(texts.Offset(input.linkReference));
 }
 
 void Put(Bytes& out, Texts& texts, const ExportOutput& output) {
     PutPoint(out, texts, output.name, output.logicalAddress, output.type,
-             Bit(output.mappedAsObject, 2) | Bit(output.connected, 1) | Bit(output.writable, 3) |
-                 Bit(output.displayWritable, 4));
+             Flags({output.connected, output.mappedAsObject, output.writable, output.displayWritable}));
     out.U16(output.objectOffset);
     out.U16(output.absoluteObjectIndex);
     out.U16(0);
-    out.U32(texts.Offset(output.type.identifier));
 }
 
 void Put(Bytes& out, Texts& texts, const ExportAttribute& attribute) {
     PutPoint(out, texts, attribute.name, attribute.logicalAddress, attribute.type,
-             Bit(attribute.permanent, 0) | Bit(attribute.connected, 1));
+             Flags({attribute.connected, attribute.permanent}));
     out.U16(0);
     out.U32(texts.Offset(attribute.value));
     out.U32(texts.Offset(attribute.enumDescription));
@@ -202,7 +207,7 @@ std::vector<std::uint8_t> BuildImage(const ExportDocument& document) {
     Bytes image;
     image.Append(kMagic);
     image.U8(kVersion);
-    image.U8(Bit(document.lastOnDevice, 0));
+    image.U8(Flags({document.lastOnDevice}));
     image.U16(static_cast<std::uint16_t>(document.deviceAddress));
     image.U16(static_cast<std::uint16_t>(document.objectId));
     image.U16(static_cast<std::uint16_t>(document.inputs.size()));

@@ -12,7 +12,7 @@ class Project final : public com::DualObject<Project, IProject, IMacroConnection
     static REFCLSID ClassId() noexcept { return __uuidof(::Project); }
 
     // IProject
-    HRESULT STDMETHODCALLTYPE AddGroup(IMacroConnectionGroup** group) override {
+    HRESULT STDMETHODCALLTYPE AddGroup(IProjectGroup** group) override {
         return Get(group, [&] {
             const auto added = MacroGroup::Make();
             groups_->Add(added);

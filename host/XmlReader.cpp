@@ -1,130 +1,306 @@
 #include "host/XmlReader.h"
 
-#include "com/Boundary.h"
 #include "common/RunTimeError.h"
 
 #include <OrvHost.h>
 
-#include <shlwapi.h>
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <utility>
 
 namespace orv {
 
 namespace {
 
-/// The tool chain has no import library for the system's XML reader.
-struct XmlLibrary {
-    decltype(&::CreateXmlReader) createReader = nullptr;
-    decltype(&::CreateXmlReaderInputWithEncodingName) createInput = nullptr;
+constexpr wchar_t kByteOrderMark = 0xFEFF;
+constexpr std::uint32_t kLastCharacter = 0x10FFFF;
 
-    XmlLibrary() {
-        const HMODULE module = LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-        if (module == nullptr) {
-            com::Check(HRESULT_FROM_WIN32(GetLastError()));
-        }
-        Find(module, "CreateXmlReader", createReader);
-        Find(module, "CreateXmlReaderInputWithEncodingName", createInput);
-    }
-
-  private:
-    template <class F>
-    static void Find(HMODULE module, const char* name, F& function) {
-        function = reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module, name)));
-        if (function == nullptr) {
-            com::Check(HRESULT_FROM_WIN32(GetLastError()));
-        }
-    }
-};
-
-const XmlLibrary& Library() {
-    static const XmlLibrary library;
-    return library;
+bool IsBlank(wchar_t c) noexcept {
+    return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n';
 }
 
-com::Ref<IUnknown> InputOf(std::wstring_view text) {
-    const auto* bytes = reinterpret_cast<const BYTE*>(text.data());
-    const auto size = static_cast<UINT>(text.size() * sizeof(wchar_t));
-    const auto stream = com::Ref<IStream>::Own(SHCreateMemStream(bytes, size));
-    if (!stream) {
-        com::Check(E_OUTOFMEMORY);
+bool IsNameStart(wchar_t c) noexcept {
+    return (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_' || c == L':' ||
+           (c >= 0xC0 && c < 0xFFFE);
+}
+
+bool IsNamePart(wchar_t c) noexcept {
+    return IsNameStart(c) || (c >= L'0' && c <= L'9') || c == L'-' || c == L'.' || c == 0xB7;
+}
+
+/// Whether a document may hold the character; code units of pairs count as such.
+bool IsAllowed(std::uint32_t c) noexcept {
+    return (c >= 0x20 || IsBlank(static_cast<wchar_t>(c))) && c != 0xFFFE && c != 0xFFFF;
+}
+
+void AppendCharacter(std::wstring& out, std::uint32_t c) {
+    if (c >= 0x10000) {
+        out += static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10));
+        out += static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF));
+    } else {
+        out += static_cast<wchar_t>(c);
     }
-    // The text is UTF-16 whatever its declaration says.
-    com::Ref<IUnknown> input;
-    com::Check(Library().createInput(stream.Get(), nullptr, L"utf-16", FALSE, nullptr, input.Put()));
-    return input;
+}
+
+/// The number of a character reference, "#48" or "#x30"; 0 when it is none.
+std::uint32_t ReferredCharacter(std::wstring_view reference) noexcept {
+    const bool hex = reference.starts_with(L"#x");
+    const std::uint32_t base = hex ? 16 : 10;
+    const std::wstring_view digits = reference.substr(hex ? 2 : 1);
+    std::uint32_t value = 0;
+    for (const wchar_t c : digits) {
+        std::uint32_t digit = base;
+        if (c >= L'0' && c <= L'9') {
+            digit = static_cast<std::uint32_t>(c - L'0');
+        } else if (c >= L'a' && c <= L'f') {
+            digit = static_cast<std::uint32_t>(c - L'a') + 10;
+        } else if (c >= L'A' && c <= L'F') {
+            digit = static_cast<std::uint32_t>(c - L'A') + 10;
+        }
+        if (digit >= base || value > kLastCharacter) {
+            return 0;
+        }
+        value = value * base + digit;
+    }
+    const bool surrogate = value >= 0xD800 && value <= 0xDFFF;
+    return value > kLastCharacter || surrogate || !IsAllowed(value) ? 0 : value;
 }
 
 } // namespace
 
-void ThrowBadDocument(XmlPosition position, const std::wstring& reason) {
-    throw tam::RunTimeError(static_cast<HRESULT>(errNotAnExportDocument), {},
-                            L"line " + std::to_wstring(position.line) + L", column " +
-                                std::to_wstring(position.column) + L": " + reason);
+XmlReader::XmlReader(std::wstring_view text) : text_(text) {
+    Skip({&kByteOrderMark, 1});
+    if (text_.substr(at_).starts_with(L"<?xml") && at_ + 5 < text_.size() && IsBlank(text_[at_ + 5])) {
+        Until(L"?>", L"the XML declaration");
+    }
 }
 
-XmlReader::XmlReader(std::wstring_view text) {
-    com::Check(Library().createReader(__uuidof(IXmlReader), reader_.PutVoid(), nullptr));
-    com::Check(reader_->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit));
-    com::Check(reader_->SetInput(InputOf(text).Get()));
+void XmlReader::Fail(std::size_t offset, const std::wstring& reason) const {
+    std::size_t line = 1;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < offset; ++i) {
+        const bool pair = text_[i] == L'\r' && i + 1 < text_.size() && text_[i + 1] == L'\n';
+        if (text_[i] == L'\n' || (text_[i] == L'\r' && !pair)) {
+            ++line;
+            begin = i + 1;
+        }
+    }
+    throw tam::RunTimeError(static_cast<std::int32_t>(errNotAnExportDocument), {},
+                            L"line " + std::to_wstring(line) + L", column " +
+                                std::to_wstring(offset - begin + 1) + L": " + reason);
+}
+
+bool XmlReader::Skip(std::wstring_view mark) noexcept {
+    const bool found = text_.substr(at_).starts_with(mark);
+    at_ += found ? mark.size() : 0;
+    return found;
+}
+
+bool XmlReader::SkipBlanks() noexcept {
+    const std::size_t begin = at_;
+    while (at_ < text_.size() && IsBlank(text_[at_])) {
+        ++at_;
+    }
+    return at_ > begin;
+}
+
+std::wstring_view XmlReader::Until(std::wstring_view mark, const wchar_t* what) {
+    const std::size_t begin = at_;
+    const std::size_t end = text_.find(mark, begin);
+    if (end == std::wstring_view::npos) {
+        Fail(begin, std::wstring(what) + L" does not end");
+    }
+    while (at_ < end) {
+        Character();
+    }
+    at_ = end + mark.size();
+    return text_.substr(begin, end - begin);
+}
+
+/// Passes a comment or a processing instruction.
+bool XmlReader::SkipMarkup() {
+    const std::size_t begin = at_;
+    if (Skip(L"<!--")) {
+        const std::wstring_view comment = Until(L"-->", L"the comment");
+        if (comment.find(L"--") != std::wstring_view::npos || comment.ends_with(L'-')) {
+            Fail(begin, L"a comment must not hold \"--\"");
+        }
+        return true;
+    }
+    if (Skip(L"<?")) {
+        if (ReadName() == L"xml") {
+            Fail(begin, L"the XML declaration must stand at the very beginning");
+        }
+        Until(L"?>", L"the processing instruction");
+        return true;
+    }
+    if (Skip(L"<!DOCTYPE")) {
+        Fail(begin, L"a document type is not accepted");
+    }
+    return false;
+}
+
+/// The next character, which may stand in a document.
+wchar_t XmlReader::Character() {
+    if (at_ == text_.size()) {
+        Fail(at_, L"the text ends too early");
+    }
+    if (!IsAllowed(static_cast<std::uint32_t>(text_[at_]))) {
+        Fail(at_, L"a character that XML does not allow");
+    }
+    return text_[at_++];
+}
+
+std::wstring XmlReader::ReadName() {
+    const std::size_t begin = at_;
+    if (at_ == text_.size() || !IsNameStart(text_[at_])) {
+        Fail(at_, L"a name is missing");
+    }
+    while (at_ < text_.size() && IsNamePart(text_[at_])) {
+        ++at_;
+    }
+    return std::wstring(text_.substr(begin, at_ - begin));
+}
+
+/// Behind the "&" of a reference: appends what it stands for.
+void XmlReader::ReadReference(std::wstring& out) {
+    const std::size_t begin = at_ - 1;
+    const std::wstring_view reference = Until(L";", L"the reference");
+    constexpr std::pair<std::wstring_view, wchar_t> kNamed[] = {
+        {L"lt", L'<'}, {L"gt", L'>'}, {L"amp", L'&'}, {L"quot", L'"'}, {L"apos", L'\''}};
+    const auto* const named =
+        std::ranges::find(kNamed, reference, &std::pair<std::wstring_view, wchar_t>::first);
+    if (named != std::end(kNamed)) {
+        out += named->second;
+        return;
+    }
+    const std::uint32_t character = reference.starts_with(L'#') ? ReferredCharacter(reference) : 0;
+    if (character == 0) {
+        Fail(begin, L"a reference to nothing that is known");
+    }
+    AppendCharacter(out, character);
+}
+
+/// The value of an attribute from its opening quotation mark on.
+std::wstring XmlReader::ReadValue() {
+    const wchar_t mark = at_ < text_.size() ? text_[at_] : L'\0';
+    if (mark != L'"' && mark != L'\'') {
+        Fail(at_, L"the value of an attribute must stand in quotation marks");
+    }
+    ++at_;
+    std::wstring value;
+    for (wchar_t c = Character(); c != mark; c = Character()) {
+        if (c == L'<') {
+            Fail(at_ - 1, L"the value of an attribute must not hold \"<\"");
+        }
+        if (c == L'&') {
+            ReadReference(value);
+        } else if (c == L'\r' && Skip(L"\n")) {
+            value += L' '; // one end of line, one blank
+        } else {
+            value += IsBlank(c) ? L' ' : c;
+        }
+    }
+    return value;
+}
+
+void XmlReader::ReadAttributes() {
+    attributes_.clear();
+    while (SkipBlanks() && at_ < text_.size() && IsNameStart(text_[at_])) {
+        XmlAttribute attribute;
+        attribute.offset = at_;
+        attribute.name = ReadName();
+        SkipBlanks();
+        if (!Skip(L"=")) {
+            Fail(at_, L"\"=\" is missing");
+        }
+        SkipBlanks();
+        attribute.value = ReadValue();
+        if (std::ranges::find(attributes_, attribute.name, &XmlAttribute::name) != attributes_.end()) {
+            Fail(attribute.offset, L"attribute \"" + attribute.name + L"\" stands twice");
+        }
+        attributes_.push_back(std::move(attribute));
+    }
+}
+
+/// Behind the "<" of an element.
+XmlKind XmlReader::ReadElement() {
+    name_ = ReadName();
+    if (open_.empty() && std::exchange(hadRoot_, true)) {
+        Fail(offset_, L"a document has one root element");
+    }
+    ReadAttributes();
+    endDue_ = Skip(L"/");
+    if (!Skip(L">")) {
+        Fail(at_, L"\">\" is missing");
+    }
+    open_.push_back(name_);
+    return XmlKind::Element;
+}
+
+/// Behind the "</" of an end, or behind an element without content.
+XmlKind XmlReader::ReadEndOfElement() {
+    if (!std::exchange(endDue_, false)) {
+        name_ = ReadName();
+        SkipBlanks();
+        if (open_.empty() || open_.back() != name_) {
+            Fail(offset_, L"</" + name_ + L"> ends nothing that is open here");
+        }
+        if (!Skip(L">")) {
+            Fail(at_, L"\">\" is missing");
+        }
+    }
+    open_.pop_back();
+    return XmlKind::EndOfElement;
+}
+
+/// Text of an element, which is not blank.
+XmlKind XmlReader::ReadText() {
+    std::wstring ignored;
+    while (at_ < text_.size() && text_[at_] != L'<') {
+        if (Skip(L"]]>")) {
+            Fail(at_ - 3, L"text must not hold \"]]>\"");
+        }
+        if (Character() == L'&') {
+            ReadReference(ignored);
+        }
+    }
+    return XmlKind::Text;
 }
 
 XmlKind XmlReader::Next() {
-    for (;;) {
-        XmlNodeType type = XmlNodeType_None;
-        const HRESULT result = reader_->Read(&type);
-        if (result == S_FALSE) {
-            return XmlKind::End;
-        }
-        if (FAILED(result)) {
-            ThrowBadDocument(Position(), L"the text is not well-formed XML");
-        }
-        switch (type) {
-        case XmlNodeType_Element:
-            return XmlKind::Element;
-        case XmlNodeType_EndElement:
-            return XmlKind::EndOfElement;
-        case XmlNodeType_Text:
-        case XmlNodeType_CDATA:
-            return XmlKind::Text;
-        default:
-            break;
-        }
+    if (endDue_) {
+        return ReadEndOfElement();
     }
-}
-
-XmlPosition XmlReader::Position() const {
-    XmlPosition position;
-    com::Check(reader_->GetLineNumber(&position.line));
-    com::Check(reader_->GetLinePosition(&position.column));
-    return position;
-}
-
-std::wstring XmlReader::Name() const {
-    const wchar_t* text = nullptr;
-    UINT length = 0;
-    com::Check(reader_->GetQualifiedName(&text, &length));
-    return std::wstring(text, length);
-}
-
-std::wstring XmlReader::Value() const {
-    const wchar_t* text = nullptr;
-    UINT length = 0;
-    com::Check(reader_->GetValue(&text, &length));
-    return std::wstring(text, length);
-}
-
-bool XmlReader::IsEmpty() const {
-    return reader_->IsEmptyElement() != FALSE;
-}
-
-std::vector<XmlAttribute> XmlReader::Attributes() {
-    std::vector<XmlAttribute> attributes;
-    HRESULT result = reader_->MoveToFirstAttribute();
-    for (; result == S_OK; result = reader_->MoveToNextAttribute()) {
-        attributes.push_back({Name(), Value(), Position()});
+    do {
+        SkipBlanks();
+    } while (SkipMarkup());
+    offset_ = at_;
+    if (at_ == text_.size()) {
+        if (!open_.empty()) {
+            Fail(at_, L"<" + open_.back() + L"> does not end");
+        }
+        if (!hadRoot_) {
+            Fail(at_, L"there is no root element");
+        }
+        return XmlKind::End;
     }
-    com::Check(result);
-    com::Check(reader_->MoveToElement());
-    return attributes;
+    if (Skip(L"</")) {
+        return ReadEndOfElement();
+    }
+    const bool data = Skip(L"<![CDATA[");
+    if (!data && Skip(L"<")) {
+        return ReadElement();
+    }
+    if (open_.empty()) {
+        Fail(offset_, L"text outside the root element");
+    }
+    if (data) {
+        Until(L"]]>", L"the CDATA section");
+        return XmlKind::Text;
+    }
+    return ReadText();
 }
 
 } // namespace orv

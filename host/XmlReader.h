@@ -1,54 +1,66 @@
 #pragma once
 
-#include "com/Ref.h"
-
-#include <windows.h>
-
-#include <xmllite.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace orv {
 
-/// Where something stands in a text; both count from 1.
-struct XmlPosition {
-    unsigned line = 0;
-    unsigned column = 0;
-};
-
 struct XmlAttribute {
     std::wstring name;
     std::wstring value;
-    XmlPosition position;
+    /// Where its name begins in the text.
+    std::size_t offset = 0;
 };
 
 enum class XmlKind { Element, EndOfElement, Text, End };
 
-/// Walks an XML text forwards. Comments, processing instructions and blanks
-/// between elements are passed over; a document type is refused. Every failure
-/// is errNotAnExportDocument with the position.
+/// Walks a well-formed XML text forwards; the text must outlive the reader.
+/// Comments, processing instructions and blanks are passed over, a document
+/// type is refused. An own reader because the system's parsers that tell a
+/// position differ between systems in what they accept and where they say it is.
 class XmlReader {
   public:
     explicit XmlReader(std::wstring_view text);
 
+    /// Throws errNotAnExportDocument where the text is not well-formed.
     XmlKind Next();
-    /// Of the node that Next came to.
-    XmlPosition Position() const;
-    std::wstring Name() const;
-    /// Of an element: true when no end of it will come.
-    bool IsEmpty() const;
-    /// Attributes of an element, in their order. Namespace declarations among them.
-    std::vector<XmlAttribute> Attributes();
+
+    /// Where the node that Next came to begins in the text.
+    std::size_t Offset() const noexcept { return offset_; }
+    /// Of an element or its end.
+    const std::wstring& Name() const noexcept { return name_; }
+    /// Of an element, in their order.
+    const std::vector<XmlAttribute>& Attributes() const noexcept { return attributes_; }
+
+    /// Throws errNotAnExportDocument: "line 1, column 7: " and the reason.
+    [[noreturn]] void Fail(std::size_t offset, const std::wstring& reason) const;
 
   private:
-    std::wstring Value() const;
+    bool Skip(std::wstring_view mark) noexcept;
+    bool SkipBlanks() noexcept;
+    /// The text up to a mark, which is passed too; fails when it does not come.
+    std::wstring_view Until(std::wstring_view mark, const wchar_t* what);
+    bool SkipMarkup();
+    std::wstring ReadName();
+    wchar_t Character();
+    void ReadReference(std::wstring& out);
+    std::wstring ReadValue();
+    void ReadAttributes();
+    XmlKind ReadElement();
+    XmlKind ReadEndOfElement();
+    XmlKind ReadText();
 
-    com::Ref<IXmlReader> reader_;
+    std::wstring_view text_;
+    std::size_t at_ = 0;
+    std::size_t offset_ = 0;
+    std::wstring name_;
+    std::vector<XmlAttribute> attributes_;
+    /// Names of the elements that are open.
+    std::vector<std::wstring> open_;
+    /// The last element was written with "/>": its end comes next.
+    bool endDue_ = false;
+    bool hadRoot_ = false;
 };
-
-/// Throws errNotAnExportDocument: "line 1, column 7: " and the reason.
-[[noreturn]] void ThrowBadDocument(XmlPosition position, const std::wstring& reason);
 
 } // namespace orv
