@@ -1,0 +1,152 @@
+#pragma once
+
+#include "com/Conversion.h"
+#include "com/Module.h"
+#include "com/Ref.h"
+#include "tests/internal/Faces.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <functional>
+#include <initializer_list>
+#include <list>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace internal_tests {
+
+class Recorder;
+
+/// A call that reached a double.
+struct Call {
+    const Recorder* target = nullptr;
+    std::wstring label;
+    std::wstring face;
+    unsigned slot = 0;
+    /// Such as: inner.put Path("x")
+    std::wstring text;
+    /// It came through IDispatch.
+    bool isByName = false;
+};
+
+/// The calls of all doubles of the program, in order.
+std::vector<Call>& Calls();
+/// Their texts; with a label, of the doubles with that label alone.
+std::vector<std::wstring> Said(std::wstring_view label = {});
+
+/// A call as its handler sees it.
+class Invocation {
+  public:
+    Invocation(const Member& member, std::span<const VARIANT> inputs, void* place)
+        : member_(member), inputs_(inputs), place_(place) {}
+    const VARIANT& Input(std::size_t index) const { return inputs_[index]; }
+    std::wstring TextInput(std::size_t index) const { return com::Text(inputs_[index].bstrVal); }
+    /// Hands out the result, in the type that the member gives it.
+    HRESULT Answer(const VARIANT& value) const;
+    HRESULT Answer(IUnknown* object) const;
+
+  private:
+    const Member& member_;
+    std::span<const VARIANT> inputs_;
+    void* place_;
+};
+
+/// A host object with any of the host's interfaces. It writes down every call
+/// and answers with what was put before, what the test gave it, or a value of
+/// its own that tells the slot. What a method gets as its first argument is
+/// kept under the method's name, as a property is.
+class Recorder {
+  public:
+    using Handler = std::function<HRESULT(const Invocation& call)>;
+
+    static com::Ref<Recorder> Make(std::wstring label, std::initializer_list<const IID*> faces);
+    Recorder(const Recorder&) = delete;
+    Recorder& operator=(const Recorder&) = delete;
+
+    HRESULT QueryInterface(REFIID iid, void** out);
+    ULONG AddRef() noexcept { return ++references_; }
+    ULONG Release();
+
+    template <class I>
+    com::Ref<I> As() {
+        com::Ref<I> face;
+        QueryInterface(__uuidof(I), face.PutVoid());
+        return face;
+    }
+    const std::wstring& Label() const noexcept { return label_; }
+
+    // What it answers.
+    void Set(const std::wstring& name, const std::wstring& text) { values_[name] = com::Variant(text); }
+    void Set(const std::wstring& name, const wchar_t* text) { Set(name, std::wstring(text)); }
+    void Set(const std::wstring& name, long number) { values_[name] = com::Variant(number); }
+    void Set(const std::wstring& name, bool flag);
+    void Set(const std::wstring& name, IUnknown* object);
+    void Set(const std::wstring& name, const com::Ref<Recorder>& object);
+    /// What was put or given, printed; "none" when nothing was.
+    std::wstring Value(const std::wstring& name) const;
+    /// An object that was put or given; empty when it is none.
+    template <class I>
+    com::Ref<I> Kept(const std::wstring& name) const {
+        const auto found = values_.find(name);
+        const bool isObject = found != values_.end() &&
+                              (found->second.Get().vt == VT_DISPATCH || found->second.Get().vt == VT_UNKNOWN);
+        return isObject ? com::Ref<I>(static_cast<I*>(found->second.Get().pdispVal)) : com::Ref<I>();
+    }
+    /// Calls instead of the plain answer; by the label of the member.
+    void On(const std::wstring& label, Handler handler) { handlers_[label] = std::move(handler); }
+    /// Fails a member with an error object; by its label. An empty label fails all.
+    void Fail(const std::wstring& label, HRESULT code, const std::wstring& description = L"refused");
+    void FailNoMore() { failures_.clear(); }
+    /// Refuses an interface that is then reached by name alone.
+    void HideFace(REFIID iid);
+    /// Changes the answers that nobody gave.
+    void Reseed(long seed) noexcept { seed_ = seed; }
+
+    /// For the slots: a call with its arguments as they lie on the stack.
+    HRESULT Called(const FaceInfo& face, unsigned slot, const DWORD* words);
+    HRESULT IdOf(const wchar_t* name, DISPID* id);
+    HRESULT InvokeById(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
+                       UINT* argumentError);
+
+  private:
+    struct Failing {
+        HRESULT code;
+        std::wstring description;
+    };
+    /// What an interface pointer of this object points to.
+    struct Face {
+        const void* const* table;
+        Recorder* owner;
+        const FaceInfo* info;
+        bool isHidden;
+    };
+    friend struct Slots;
+
+    explicit Recorder(std::wstring label) : label_(std::move(label)) {}
+    ~Recorder() = default;
+    HRESULT AnswerPlainly(const Member& member, std::span<const VARIANT> inputs, void* place);
+    com::Variant OwnAnswer(const Member& member) const;
+
+    std::wstring label_;
+    std::list<Face> faces_;
+    std::map<std::wstring, com::Variant> values_;
+    std::map<std::wstring, Handler> handlers_;
+    std::map<std::wstring, Failing> failures_;
+    long seed_ = 0;
+    bool isInvoking_ = false;
+    ULONG references_ = 1;
+    com::LiveCount live_;
+};
+
+/// The double behind an object; null for objects that are none.
+Recorder* RecorderOf(IUnknown* object);
+/// Its label; "object" for any other object.
+std::wstring LabelOf(IUnknown* object);
+
+} // namespace internal_tests
