@@ -1,0 +1,97 @@
+#pragma once
+
+#include "tests/support/Fixture.h"
+
+#include "com/Object.h"
+
+#include <list>
+#include <string>
+#include <vector>
+
+namespace modules {
+
+/// The numbers of the classic run-time errors as a caller gets them.
+inline constexpr auto kOverflow = static_cast<HRESULT>(0x800A0006);
+inline constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
+inline constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
+inline constexpr auto kDuplicateKey = static_cast<HRESULT>(0x800A01C9);
+
+/// Their standard texts.
+inline constexpr const wchar_t* kOverflowText = L"Overflow";
+inline constexpr const wchar_t* kSubscriptText = L"Subscript out of range";
+inline constexpr const wchar_t* kTypeMismatchText = L"Type mismatch";
+inline constexpr const wchar_t* kObjectNotSetText = L"Object variable or With block variable not set";
+
+/// Where most reports of the module object say that they come from.
+inline constexpr const wchar_t* kLocation = L"O_Tam_id Class Module CDBAppObject";
+
+/// A host object that only counts who holds it.
+class Held final : public com::DualObject<Held, IHostDocument> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP get_View(IDispatch**) override { return E_NOTIMPL; }
+    /// References beside the test's own.
+    ULONG Others() {
+        AddRef();
+        return Release() - 1;
+    }
+};
+
+/// Calls `action` once, when the thread's message loop is next given a turn.
+class OnYield {
+  public:
+    explicit OnYield(std::function<void()> action);
+    ~OnYield();
+    OnYield(const OnYield&) = delete;
+    OnYield& operator=(const OnYield&) = delete;
+    bool Ran() const noexcept { return ran_; }
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+    std::function<void()> action_;
+    HWND window_ = nullptr;
+    bool ran_ = false;
+};
+
+/// The text form of a node without the line breaks and the indentation that a
+/// DOM may put between elements.
+std::wstring Bare(std::wstring xml);
+std::wstring BareXml(IUnknown* node);
+
+/// What Init answers; its call succeeds whatever it answers.
+bool Init(const com::Ref<IAppObject>& module, const std::wstring& name);
+/// What LoadFromXmlStream answers.
+HRESULT Load(const com::Ref<IAppObject>& module, const std::wstring& stream);
+/// XmlLoad of an element given as text.
+void LoadProject(const com::Ref<IAppObject>& module, const std::wstring& xml);
+
+com::Ref<IInput> Input(const com::Ref<IAppObject>& module, const std::wstring& index);
+com::Ref<IOutput> Output(const com::Ref<IAppObject>& module, const std::wstring& index);
+com::Ref<IAttribute> Attribute(const com::Ref<IAppObject>& module, const std::wstring& index);
+long InputCount(const com::Ref<IAppObject>& module);
+long OutputCount(const com::Ref<IAppObject>& module);
+long AttributeCount(const com::Ref<IAppObject>& module);
+
+/// A test of the module object. Its catalogue has the types 105 (a signed
+/// number), 36 (a text) and 95 (an enumeration).
+class ModuleTest : public support::ComponentTest {
+  protected:
+    void SetUp() override;
+
+    /// Puts a definition file beside the component for the rest of the test:
+    /// <Definition><AppObject>content</AppObject></Definition>.
+    void Define(const std::wstring& name, const std::wstring& content);
+    /// The same with the whole text given.
+    void DefineWhole(const std::wstring& name, const std::wstring& xml);
+    /// A module whose definition has this content.
+    com::Ref<IAppObject> Defined(const std::wstring& content, const std::wstring& name = L"Valve");
+    /// The one box since the last call is a report with these texts.
+    void ExpectOneReport(const std::wstring& description, const std::wstring& callingObject,
+                         const std::wstring& callingFunction, const std::wstring& source = L"O_Tam_id");
+
+  private:
+    std::list<support::TextFile> definitions_;
+};
+
+} // namespace modules
