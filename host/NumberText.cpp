@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <system_error>
 
 namespace orv {
@@ -13,6 +14,8 @@ namespace {
 
 constexpr int kDigits = 7;
 constexpr std::size_t kGroupSize = 3;
+constexpr double kLeastPlain = 1E-5;
+constexpr double kMostPlain = 1E15;
 
 std::wstring LocaleText(LCTYPE type) {
     // Both marks have at most three characters and the closing NUL.
@@ -128,6 +131,23 @@ double RoundNumber(double value, double magnitude) noexcept {
     const double rounded = decimals >= 0 ? Nearest(value, std::chars_format::fixed, decimals)
                                          : Nearest(value, std::chars_format::scientific, kDigits - 1);
     return rounded == 0 ? 0 : rounded; // not minus zero
+}
+
+std::wstring FormatNumber(double number, const NumberMarks& marks) {
+    const double size = std::abs(number);
+    const bool plain = size == 0 || (size >= kLeastPlain && size < kMostPlain);
+    char digits[512];
+    const auto written = std::to_chars(std::begin(digits), std::end(digits), number,
+                                       plain ? std::chars_format::fixed : std::chars_format::scientific);
+    std::wstring text;
+    for (const char* digit = digits; digit != written.ptr; ++digit) {
+        if (*digit == '.') {
+            text += marks.decimal;
+        } else {
+            text += static_cast<wchar_t>(*digit == 'e' ? 'E' : *digit);
+        }
+    }
+    return text;
 }
 
 } // namespace orv

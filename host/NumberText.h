@@ -26,4 +26,9 @@ std::optional<double> ParseNumber(std::wstring_view text, const NumberMarks& mar
 /// that went into it. Never minus zero.
 double RoundNumber(double value, double magnitude) noexcept;
 
+/// The shortest text that reads back as the number: plain, or with an exponent
+/// ("6.1E+38") below 0.00001 and from 1E15 on. Not by the system's conversion,
+/// which not on every system brings the user's mark into the second form.
+std::wstring FormatNumber(double number, const NumberMarks& marks);
+
 } // namespace orv

@@ -22,7 +22,8 @@ std::wstring Converted(std::wstring_view value, std::wstring_view unit, UnitSyst
     if (system == UnitSystem::Metric || !rule.ChangesValues()) {
         return std::wstring(value);
     }
-    const auto number = ParseNumber(value, UserMarks());
+    const NumberMarks marks = UserMarks();
+    const auto number = ParseNumber(value, marks);
     if (!number) {
         return std::wstring(value);
     }
@@ -31,7 +32,7 @@ std::wstring Converted(std::wstring_view value, std::wstring_view unit, UnitSyst
     if (!std::isfinite(result)) {
         return std::wstring(value);
     }
-    return com::TextOf(RoundNumber(result, std::max(std::abs(scaled), std::abs(rule.offset))));
+    return FormatNumber(RoundNumber(result, std::max(std::abs(scaled), std::abs(rule.offset))), marks);
 }
 
 } // namespace

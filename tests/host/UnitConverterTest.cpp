@@ -106,6 +106,15 @@ TEST_F(UnitConverterTest, ReadsEveryFormOfANumber) {
     ExpectUS(L"6.125076E+38", L"3.40282E+38", kTemperature); // 3.40282 * 1.8
 }
 
+TEST_F(UnitConverterTest, WritesVeryLargeAndVerySmallNumbersWithAnExponent) {
+    Use(L"US");
+    ExpectUS(L"0.00001", L"0.00002326", L"153"); // 2.326 kJ/kg is 1 Btu/lb
+    ExpectUS(L"1E-06", L"0.000002326", L"153");
+    ExpectUS(L"-1.5E-07", L"-0.0000003489", L"153");
+    ExpectUS(L"100000000000000", L"2.326E14", L"153");
+    ExpectUS(L"1E+15", L"2.326E15", L"153");
+}
+
 TEST_F(UnitConverterTest, ReadsGroupsOfThreeDigitsOnly) {
     Use(L"US");
     wchar_t mark[8] = {};
