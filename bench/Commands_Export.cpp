@@ -14,6 +14,9 @@ namespace {
 
 constexpr const wchar_t* kCompilerProgId = L"ORV.QB.Interop.Compilers.CompilersInterop";
 
+/// Enumeration texts fill lines; the document in a file has them whole.
+constexpr std::size_t kLongestShown = 40;
+
 void CheckNoCompiler() {
     CLSID clsid{};
     if (SUCCEEDED(CLSIDFromProgID(kCompilerProgId, &clsid))) {
@@ -174,7 +177,7 @@ void TellStream(const std::string& stream, Report& report) {
     report.data["kind"] = root ? "export document" : "nothing";
     report.Heading(root ? "Not compiled: the export document itself" : "The stream is empty");
     if (root) {
-        report.Block(xml::Print(xml::Node(root)));
+        report.Block(xml::Print(xml::Node(root), kLongestShown));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "bench/Xml.h"
 
+#include "bench/Table.h"
 #include "bench/Text.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
@@ -51,18 +52,18 @@ std::string Escape(const std::wstring& text, bool isAttribute) {
     return Utf8(result);
 }
 
-std::string PrintAttributes(const Node& node) {
+std::string PrintAttributes(const Node& node, std::size_t longest) {
     std::string text;
     com::Ref<IXMLDOMNamedNodeMap> attributes;
     com::Check(node->get_attributes(attributes.Put()));
     Node attribute;
     while (attributes && attributes->nextNode(attribute.Put()) == S_OK) {
-        text += " " + Utf8(NameOf(attribute)) + "=\"" + Escape(TextOf(attribute), true) + "\"";
+        text += " " + Utf8(NameOf(attribute)) + "=\"" + Cut(Escape(TextOf(attribute), true), longest) + "\"";
     }
     return text;
 }
 
-void PrintNode(const Node& node, std::size_t depth, std::string& out) {
+void PrintNode(const Node& node, std::size_t depth, std::size_t longest, std::string& out) {
     const std::string indent(depth * 2, ' ');
     const std::string name = Utf8(NameOf(node));
     std::string text;
@@ -70,12 +71,12 @@ void PrintNode(const Node& node, std::size_t depth, std::string& out) {
     ForEachChild(node, [&](const Node& child) {
         const DOMNodeType type = TypeOf(child);
         if (type == NODE_ELEMENT) {
-            PrintNode(child, depth + 1, below);
+            PrintNode(child, depth + 1, longest, below);
         } else if (type == NODE_TEXT || type == NODE_CDATA_SECTION) {
             text += Escape(TextOf(child), false);
         }
     });
-    out += indent + "<" + name + PrintAttributes(node);
+    out += indent + "<" + name + PrintAttributes(node, longest);
     if (text.empty() && below.empty()) {
         out += "/>\n";
     } else if (below.empty()) {
@@ -180,9 +181,9 @@ std::size_t CountElements(const Node& parent) {
     return count;
 }
 
-std::string Print(const Node& node) {
+std::string Print(const Node& node, std::size_t longest) {
     std::string text;
-    PrintNode(node, 0, text);
+    PrintNode(node, 0, longest, text);
     return text;
 }
 

@@ -40,7 +40,8 @@ void ForEachElement(const Node& parent, const std::function<void(const Node&)>& 
 std::size_t CountElements(const Node& parent);
 
 /// A node with all below it, indented by two blanks a level; comments are left out.
-std::string Print(const Node& node);
+/// Attribute values longer than `longest` are cut, with "…" as the sign of it.
+std::string Print(const Node& node, std::size_t longest = std::string::npos);
 /// Print with an XML declaration before it, written as UTF-8.
 void Save(const Node& root, const std::wstring& path);
 
