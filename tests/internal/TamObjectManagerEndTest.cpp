@@ -1,0 +1,97 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+// A gated call before Init ends the process, so it is made in one of its own.
+
+namespace internal_tests {
+
+namespace {
+
+struct Ended {
+    std::vector<std::string> lines;
+    DWORD status = STILL_ACTIVE;
+};
+
+std::wstring ProgramFolder() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring text = path;
+    return text.substr(0, text.find_last_of(L'\\') + 1);
+}
+
+std::string ReadAll(HANDLE pipe) {
+    std::string text;
+    char buffer[512];
+    DWORD count = 0;
+    while (ReadFile(pipe, buffer, sizeof(buffer), &count, nullptr) != FALSE && count > 0) {
+        text.append(buffer, count);
+    }
+    return text;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines(1);
+    for (const char letter : text) {
+        if (letter == '\n') {
+            lines.emplace_back();
+        } else if (letter != '\r') {
+            lines.back() += letter;
+        }
+    }
+    lines.pop_back();
+    return lines;
+}
+
+/// Runs the small program beside this one until it has ended.
+Ended RunChild(const std::wstring& member) {
+    SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
+    HANDLE read = nullptr;
+    HANDLE write = nullptr;
+    EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
+    SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
+    STARTUPINFOW start{};
+    start.cb = sizeof(start);
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdOutput = write;
+    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    PROCESS_INFORMATION process{};
+    std::wstring command = L"\"" + ProgramFolder() + L"end_before_init.exe\" " + member;
+    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
+                               &process));
+    CloseHandle(write);
+    Ended ended;
+    ended.lines = Lines(ReadAll(read));
+    CloseHandle(read);
+    WaitForSingleObject(process.hProcess, INFINITE);
+    GetExitCodeProcess(process.hProcess, &ended.status);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return ended;
+}
+
+class TamObjectManagerEndTest : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(TamObjectManagerEndTest, ShowsItsMessageAndEndsTheProcess) {
+    const Ended ended = RunChild(GetParam());
+    EXPECT_EQ(ended.lines, (std::vector<std::string>{"calling", "box: TamObjectManager not Inizialized",
+                                                     "caption: Gateway Object", "icon: 0", "button: OK"}));
+    EXPECT_EQ(ended.status, 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(BeforeInit, TamObjectManagerEndTest,
+                         testing::Values(L"IsTamInternalObject", L"CreateTamInternalAppObject",
+                                         L"CreateTemplateTamInternalObject"));
+
+TEST(TamObjectManagerEndTest, GoesOnAfterTheMemberThatIsNotGated) {
+    const Ended ended = RunChild(L"IsTamObject");
+    EXPECT_EQ(ended.lines, (std::vector<std::string>{"calling", "went on", "unwound"}));
+    EXPECT_EQ(ended.status, 3u);
+}
+
+} // namespace
+
+} // namespace internal_tests
