@@ -135,7 +135,7 @@ void CDBAppObject::LoadChild(const dom::Node& child) {
 
 void CDBAppObject::LoadDisplayFlags(const dom::Node& element) {
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
-        if (dom::TextOf(child) != L"1") {
+        if (dom::OwnText(child) != L"1") { // a blank beside it makes it another text
             return;
         }
         com::CheckSet(outputs_.Get());

@@ -79,6 +79,17 @@ std::wstring TextOf(const Node& node) {
     return std::wstring(text.View());
 }
 
+std::wstring OwnText(const Node& node) {
+    std::wstring text;
+    ForEachChild(node, [&](const Node& child) {
+        const DOMNodeType type = TypeOf(child);
+        if (type == NODE_TEXT || type == NODE_CDATA_SECTION) {
+            text += ValueOf(child);
+        }
+    });
+    return text;
+}
+
 std::wstring ValueOf(const Node& node) {
     com::Variant value;
     Check(node->get_nodeValue(value.Put()));

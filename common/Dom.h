@@ -46,6 +46,8 @@ Document DocumentOf(IDispatch* object);
 std::wstring BaseName(const Node& node);
 /// Text of the node with all below it, as the DOM gives it.
 std::wstring TextOf(const Node& node);
+/// The node's own text nodes as they stand: the DOM's text is trimmed.
+std::wstring OwnText(const Node& node);
 /// Value of a node of its own, such as a text; empty where it has none.
 std::wstring ValueOf(const Node& node);
 /// Text of the node's first child. "Object not set" when it has no child.
