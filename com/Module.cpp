@@ -8,12 +8,14 @@ namespace com {
 
 namespace {
 
-/// Type libraries stand in the resources as numbers 1 and 2.
+/// Type libraries stand in the resources as numbers 1 and 2. The second has the
+/// host interfaces; the first repeats some of them, with references to the
+/// second that only a registered library resolves. So the second comes first.
 constexpr int kLibraryResources = 2;
 
 Ref<ITypeInfo> FindTypeInfo(const std::wstring& filePath, REFGUID guid, HRESULT& result) {
     result = TYPE_E_ELEMENTNOTFOUND;
-    for (int index = 1; index <= kLibraryResources; ++index) {
+    for (int index = kLibraryResources; index >= 1; --index) {
         Ref<ITypeLib> library;
         const std::wstring path = filePath + L"\\" + std::to_wstring(index);
         if (FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()))) {

@@ -75,25 +75,78 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     plan.Value(key + L"\\TypeLib", L"1.0", L"Version");
 }
 
-void PlanLibrary(Plan& plan, ITypeLib& library, const std::wstring& file, int resource) {
+std::wstring IdOf(ITypeLib& library) {
     TLIBATTR* attributes = nullptr;
     Check(library.GetLibAttr(&attributes));
     const std::wstring id = TextOfGuid(attributes->guid);
     library.ReleaseTLibAttr(attributes);
+    return id;
+}
+
+/// A type library of the DLL's resources and where it lies.
+struct Library {
+    Ref<ITypeLib> library;
+    std::wstring key;
+    std::wstring path;
+};
+
+Library LoadLibraryResource(const std::wstring& file, int resource) {
+    Library result;
+    Check(LoadTypeLibEx((file + L"\\" + std::to_wstring(resource)).c_str(), REGKIND_NONE,
+                        result.library.Put()));
+    result.key = L"TypeLib\\" + IdOf(*result.library.Get());
+    result.path = resource == 1 ? file : file + L"\\" + std::to_wstring(resource);
+    return result;
+}
+
+bool Has(const Library& library, REFGUID guid) {
+    Ref<ITypeInfo> info;
+    return SUCCEEDED(library.library->GetTypeInfoOfGuid(guid, info.Put()));
+}
+
+/// True when another file that exists has the library registered. The host
+/// interfaces lie in several DLLs of a machine: whoever registered them keeps
+/// them, and nobody else takes them away.
+bool BelongsToAnother(const Library& library, HKEY root) {
+    const RegistryKey key = OpenKey(root, kClasses + library.key + L"\\1.0\\0\\win32");
+    if (!key) {
+        return false;
+    }
+    std::wstring path = ReadText(key);
+    if (CompareStringOrdinal(path.c_str(), -1, library.path.c_str(), -1, TRUE) == CSTR_EQUAL) {
+        return false;
+    }
+    // "file.dll\2" is the second library in a file.
+    if (const auto number = path.find_last_of(L'\\');
+        number != std::wstring::npos &&
+        path.find_first_not_of(L"0123456789", number + 1) == std::wstring::npos) {
+        path.resize(number);
+    }
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+/// The library's own keys and those of its interfaces. What `owner` has too is
+/// the owner's: the first library repeats the host interfaces in its class list.
+void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
+    ITypeLib& types = *library.library.Get();
     Bstr help;
-    Check(library.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
-    const std::wstring key = L"TypeLib\\" + id;
-    plan.Key(key);
-    plan.Value(key + L"\\1.0", std::wstring(help.View()));
-    plan.Value(key + L"\\1.0\\0\\win32", resource == 1 ? file : file + L"\\" + std::to_wstring(resource));
-    plan.Value(key + L"\\1.0\\FLAGS", L"0");
-    plan.Value(key + L"\\1.0\\HELPDIR", ThisModule().Folder());
-    for (UINT i = 0; i < library.GetTypeInfoCount(); ++i) {
+    Check(types.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
+    plan.Key(library.key);
+    plan.Value(library.key + L"\\1.0", std::wstring(help.View()));
+    plan.Value(library.key + L"\\1.0\\0\\win32", library.path);
+    plan.Value(library.key + L"\\1.0\\FLAGS", L"0");
+    plan.Value(library.key + L"\\1.0\\HELPDIR", ThisModule().Folder());
+    const std::wstring id = IdOf(types);
+    for (UINT i = 0; i < types.GetTypeInfoCount(); ++i) {
         Ref<ITypeInfo> info;
         TYPEATTR* type = nullptr;
-        Check(library.GetTypeInfo(i, info.Put()));
+        Check(types.GetTypeInfo(i, info.Put()));
         Check(info->GetTypeAttr(&type));
-        const auto failure = Attempt([&] { PlanInterface(plan, *info.Get(), *type, id); });
+        const auto failure = Attempt([&] {
+            if (owner == nullptr || !Has(*owner, type->guid)) {
+                PlanInterface(plan, *info.Get(), *type, id);
+            }
+        });
         info->ReleaseTypeAttr(type);
         if (failure) {
             Check(failure->code);
@@ -101,29 +154,22 @@ void PlanLibrary(Plan& plan, ITypeLib& library, const std::wstring& file, int re
     }
 }
 
-std::wstring FirstLibraryId(const std::wstring& file) {
-    Ref<ITypeLib> library;
-    TLIBATTR* attributes = nullptr;
-    Check(LoadTypeLibEx(file.c_str(), REGKIND_NONE, library.Put()));
-    Check(library->GetLibAttr(&attributes));
-    const std::wstring id = TextOfGuid(attributes->guid);
-    library->ReleaseTLibAttr(attributes);
-    return id;
-}
-
-/// The libraries come first to last, each over the one before: the second one
-/// owns the host interfaces, which the first one repeats in its class list.
-Plan MakePlan(const ServerInfo& server) {
+Plan MakePlan(const ServerInfo& server, HKEY root) {
     Plan plan;
     const std::wstring file = ThisModule().FilePath();
-    const std::wstring library = FirstLibraryId(file);
-    for (const ClassEntry& entry : server.classes) {
-        PlanClass(plan, entry, file, library);
-    }
+    std::vector<Library> libraries;
     for (int resource = 1; resource <= server.libraries; ++resource) {
-        Ref<ITypeLib> lib;
-        Check(LoadTypeLibEx((file + L"\\" + std::to_wstring(resource)).c_str(), REGKIND_NONE, lib.Put()));
-        PlanLibrary(plan, *lib.Get(), file, resource);
+        libraries.push_back(LoadLibraryResource(file, resource));
+    }
+    const std::wstring own = IdOf(*libraries.front().library.Get());
+    for (const ClassEntry& entry : server.classes) {
+        PlanClass(plan, entry, file, own);
+    }
+    for (const Library& library : libraries) {
+        const bool isOwn = &library == &libraries.front();
+        if (isOwn || !BelongsToAnother(library, root)) {
+            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr);
+        }
     }
     return plan;
 }
@@ -168,7 +214,7 @@ class Snapshot {
 
 void Register(const ServerInfo& server, Scope scope) {
     const HKEY root = RootOf(scope);
-    const Plan plan = MakePlan(server);
+    const Plan plan = MakePlan(server, root);
     const Snapshot before(plan, root);
     const auto failure = Attempt([&] {
         for (const std::wstring& key : plan.keys) {
@@ -185,7 +231,7 @@ void Register(const ServerInfo& server, Scope scope) {
 }
 
 void Unregister(const ServerInfo& server, Scope scope) {
-    Remove(MakePlan(server), RootOf(scope));
+    Remove(MakePlan(server, RootOf(scope)), RootOf(scope));
 }
 
 } // namespace com

@@ -24,11 +24,13 @@ struct ServerInfo {
 enum class Scope { Machine, User };
 
 /// Registers classes and type libraries with their interfaces. All or nothing:
-/// on a failure every key that it touches is as it was before the call.
+/// on a failure every key that it touches is as it was before the call. A type
+/// library that another existing file has registered stays that file's.
 /// Throws CallError.
 void Register(const ServerInfo& server, Scope scope);
 
-/// Removes all that Register writes. What is not there is no error.
+/// Removes all that Register writes, and nothing that is another file's. What is
+/// not there is no error.
 void Unregister(const ServerInfo& server, Scope scope);
 
 } // namespace com

@@ -71,6 +71,20 @@ RegistryKey OpenKey(HKEY root, const std::wstring& path) {
     return RegistryKey(key);
 }
 
+std::wstring ReadText(const RegistryKey& key) {
+    DWORD size = 0;
+    if (RegGetValueW(key.Get(), nullptr, nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS) {
+        return {};
+    }
+    std::wstring text(size / sizeof(wchar_t), L'\0');
+    CheckWin32(RegGetValueW(key.Get(), nullptr, nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &size));
+    text.resize(size / sizeof(wchar_t));
+    while (!text.empty() && text.back() == L'\0') {
+        text.pop_back();
+    }
+    return text;
+}
+
 void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text) {
     const RegistryKey key = CreateKey(root, path);
     std::vector<BYTE> data((text.size() + 1) * sizeof(wchar_t));

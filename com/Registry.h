@@ -46,6 +46,8 @@ struct RegistryTree {
 
 /// Opens a key for reading; empty when there is none.
 RegistryKey OpenKey(HKEY root, const std::wstring& path);
+/// The text of a key's default value; empty when it has none.
+std::wstring ReadText(const RegistryKey& key);
 /// Writes a text value, making the key; an empty value name is the default value.
 void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text);
 /// Reads a key and all below it. The key must exist.
