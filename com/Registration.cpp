@@ -62,7 +62,7 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
     const bool automation = (attributes.wTypeFlags & TYPEFLAG_FOLEAUTOMATION) != 0;
     const bool isInterface = attributes.typekind == TKIND_INTERFACE || attributes.typekind == TKIND_DISPATCH;
-    if (!isInterface || !(dual || automation)) {
+    if (!isInterface || !(dual || automation) || attributes.guid == GUID_NULL) {
         return;
     }
     Bstr name;
