@@ -33,6 +33,7 @@ class Counted : public I {
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG left = --references_;
+        CountIsWritten();
         if (left == 0) {
             delete this;
         }

@@ -76,6 +76,7 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG left = --references_;
+        CountIsWritten();
         if (left == 0) {
             // A reference taken and dropped while the object ends must not end it twice.
             references_ = kEnding;
