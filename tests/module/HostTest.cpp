@@ -1,0 +1,252 @@
+#include "tests/module/HostView.h"
+#include "tests/module/Module.h"
+
+#include "com/LateBound.h"
+
+#include <olectl.h>
+
+#include <vector>
+
+using namespace support;
+using namespace modules;
+
+namespace {
+
+/// A host object that is no document and no view.
+class Stranger final : public com::DualObject<Stranger, IClonable> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP Clone(IDispatch**) override { return E_NOTIMPL; }
+};
+
+/// Leaves an error object as a failing host does.
+HRESULT FailWith(HRESULT result, const std::wstring& description, const std::wstring& source) {
+    com::Ref<ICreateErrorInfo> create;
+    com::Check(CreateErrorInfo(create.Put()));
+    create->SetDescription(com::Bstr(description).Get());
+    create->SetSource(com::Bstr(source).Get());
+    SetErrorInfo(0, create.As<IErrorInfo>().Get());
+    return result;
+}
+
+class CDBAppObjectShowTest : public ModuleTest {
+  protected:
+    com::Ref<View> view = View::Make();
+    com::Ref<Sheet> sheet = Sheet::Make();
+
+    com::Ref<IAppObject> OnSheet() {
+        sheet->view = com::Ref<IDispatch>(view.Get());
+        auto module = NewModule();
+        module->putref_Parent(sheet.Get());
+        return module;
+    }
+    void ExpectShowReport(const std::wstring& description, const std::wstring& source = L"O_Tam_id") {
+        ExpectOneReport(description, L"IAppObject_Show Class Module CDBAppObject", L"Sub IAppObject_Show",
+                        source);
+    }
+    static bool Active(const com::Ref<IAppObject>& module) {
+        return Flag(module, &IAppObject::get_IsPlugInActive);
+    }
+};
+
+TEST_F(CDBAppObjectShowTest, AsksTheHostsViewOnceAndNothingElseOfIt) {
+    const auto module = OnSheet();
+    EXPECT_EQ(module->Show(), S_OK);
+    EXPECT_EQ(view->shown, 1);
+    EXPECT_EQ(view->others, 0);
+}
+
+TEST_F(CDBAppObjectShowTest, IsActiveWhileItIsShown) {
+    const auto module = OnSheet();
+    bool active = false;
+    view->whileShown = [&] { active = Active(module); };
+    EXPECT_FALSE(Active(module));
+    EXPECT_EQ(module->Show(), S_OK);
+    EXPECT_TRUE(active);
+    EXPECT_FALSE(Active(module));
+    view->whileShown = nullptr;
+}
+
+TEST_F(CDBAppObjectShowTest, ShowsNothingWithoutAParent) {
+    const auto module = NewModule();
+    EXPECT_EQ(module->Show(), S_OK);
+    EXPECT_FALSE(Active(module));
+}
+
+TEST_F(CDBAppObjectShowTest, ShowsNothingAfterDestroy) {
+    const auto module = OnSheet();
+    module->Destroy();
+    EXPECT_EQ(module->Show(), S_OK);
+    EXPECT_EQ(view->shown, 0);
+}
+
+TEST_F(CDBAppObjectShowTest, ShowsByName) {
+    const auto module = OnSheet();
+    com::CallMember(*module.Get(), L"Show", {});
+    EXPECT_EQ(view->shown, 1);
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsAParentThatIsNoDocument) {
+    const auto module = NewModule();
+    module->putref_Parent(Stranger::Make().Get());
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(kTypeMismatchText);
+    EXPECT_FALSE(Active(module));
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsADocumentWithoutAView) {
+    const auto module = OnSheet();
+    sheet->view.Reset();
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(kObjectNotSetText);
+    EXPECT_FALSE(Active(module));
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsAViewThatIsNone) {
+    const auto module = OnSheet();
+    sheet->view = com::Ref<IDispatch>(Stranger::Make().Get());
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(kTypeMismatchText);
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsADocumentThatFails) {
+    const auto module = OnSheet();
+    sheet->result = E_ACCESSDENIED;
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport({});
+    EXPECT_EQ(view->shown, 0);
+    EXPECT_FALSE(Active(module));
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsAFailingViewWithTheViewsOwnWords) {
+    const auto module = OnSheet();
+    view->whileShown = [] { FailWith(E_FAIL, L"The page is locked", L"Host.View"); };
+    view->result = E_FAIL;
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(L"The page is locked", L"Host.View");
+    EXPECT_FALSE(Active(module));
+}
+
+/// An icon file of one size, 1 bit a pixel, all of it black.
+class IconFile {
+  public:
+    IconFile(const std::wstring& name, BYTE size) : path_(Component::Folder() + name + L".ico") {
+        const DWORD row = ((size + 31u) / 32u) * 4u;
+        const DWORD bits = row * size;
+        const DWORD length = 40 + 8 + 2 * bits;
+        std::vector<BYTE> data = {0, 0, 1, 0, 1, 0, size, size, 2, 0, 1, 0, 1, 0};
+        const auto add = [&](DWORD value, int bytes) {
+            for (int i = 0; i < bytes; ++i) {
+                data.push_back(static_cast<BYTE>(value >> (8 * i)));
+            }
+        };
+        add(length, 4);
+        add(22, 4); // where the picture begins
+        add(40, 4);
+        add(size, 4);
+        add(size * 2u, 4); // colours above the mask
+        add(1, 2);
+        add(1, 2);
+        for (const DWORD value : std::initializer_list<DWORD>{0, 2 * bits, 0, 0, 2, 0}) {
+            add(value, 4);
+        }
+        add(0, 4);
+        add(0xFFFFFF, 4);
+        data.resize(data.size() + 2 * bits);
+        const HANDLE file = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        DWORD written = 0;
+        WriteFile(file, data.data(), static_cast<DWORD>(data.size()), &written, nullptr);
+        CloseHandle(file);
+    }
+    ~IconFile() { DeleteFileW(path_.c_str()); }
+    IconFile(const IconFile&) = delete;
+    IconFile& operator=(const IconFile&) = delete;
+
+  private:
+    std::wstring path_;
+};
+
+class CDBAppObjectIconTest : public ModuleTest {
+  protected:
+    /// Width in pixels of the icon in a picture; 0 when it holds none.
+    static long IconWidth(IDispatch* object) {
+        const auto picture = com::Query<IPicture>(object);
+        short type = PICTYPE_NONE;
+        OLE_HANDLE handle = 0;
+        ICONINFO info{};
+        if (!picture || FAILED(picture->get_Type(&type)) || type != PICTYPE_ICON ||
+            FAILED(picture->get_Handle(&handle)) ||
+            GetIconInfo(reinterpret_cast<HICON>(static_cast<UINT_PTR>(handle)), &info) == FALSE) {
+            return 0;
+        }
+        BITMAP bitmap{};
+        GetObjectW(info.hbmMask, sizeof(bitmap), &bitmap);
+        DeleteObject(info.hbmMask);
+        DeleteObject(info.hbmColor);
+        return bitmap.bmWidth;
+    }
+    static long WidthOf(const com::Ref<IAppObject>& module) {
+        return IconWidth(Object(module, &IAppObject::get_Icon).Get());
+    }
+    /// The component's own icon as it is loaded from its resources.
+    static long LogoWidth() { return GetSystemMetrics(SM_CXICON); }
+    static constexpr BYTE kSize = 16;
+};
+
+TEST_F(CDBAppObjectIconTest, IsThePictureFileOfTheDefinition) {
+    ASSERT_NE(LogoWidth(), kSize);
+    const IconFile file(L"Valve", kSize);
+    EXPECT_EQ(WidthOf(Defined(L"<NAME>Pump</NAME>", L"Valve")), kSize);
+}
+
+TEST_F(CDBAppObjectIconTest, IsTheLogoWithoutAFile) {
+    EXPECT_EQ(WidthOf(Defined(L"<NAME>Valve</NAME>", L"Valve")), LogoWidth());
+}
+
+TEST_F(CDBAppObjectIconTest, IsTheLogoBeforeInit) {
+    EXPECT_EQ(WidthOf(NewModule()), LogoWidth());
+}
+
+TEST_F(CDBAppObjectIconTest, IsTheLogoWhenTheFileIsNoPicture) {
+    for (const wchar_t* content :
+         {L"", L"words", L"a text that is longer than the head of any picture file"}) {
+        const TextFile file(Component::Folder() + L"Valve.ico", content);
+        EXPECT_EQ(WidthOf(Defined(L"<NAME>Valve</NAME>", L"Valve")), LogoWidth()) << content;
+    }
+}
+
+TEST_F(CDBAppObjectIconTest, IsNamedAfterTheFileAndNotAfterTheObject) {
+    const IconFile file(L"Pump", kSize);
+    EXPECT_EQ(WidthOf(Defined(L"<NAME>Pump</NAME>", L"Valve")), LogoWidth());
+}
+
+TEST_F(CDBAppObjectIconTest, IsTheComponentsFileAfterAStream) {
+    const IconFile file(L"O_Tam_id", kSize);
+    EXPECT_EQ(WidthOf(Loaded(Stream({}))), kSize);
+}
+
+TEST_F(CDBAppObjectIconTest, IsLoadedAnewAtEachRead) {
+    const auto module = Defined(L"<NAME>Valve</NAME>", L"Valve");
+    EXPECT_EQ(WidthOf(module), LogoWidth());
+    const IconFile file(L"Valve", kSize);
+    EXPECT_EQ(WidthOf(module), kSize);
+}
+
+TEST_F(CDBAppObjectIconTest, OutlivesItsModule) {
+    auto module = NewModule();
+    const auto first = Object(module, &IAppObject::get_Icon);
+    {
+        const auto second = Object(module, &IAppObject::get_Icon);
+        EXPECT_EQ(IconWidth(second.Get()), LogoWidth());
+    }
+    module.Reset();
+    EXPECT_EQ(IconWidth(first.Get()), LogoWidth()) << "a picture that goes does not take the logo with it";
+}
+
+TEST_F(CDBAppObjectIconTest, AnswersByName) {
+    const com::Variant icon = com::GetMember(*NewModule().Get(), L"Icon");
+    ASSERT_EQ(icon.Get().vt, VT_DISPATCH);
+    EXPECT_EQ(IconWidth(icon.Get().pdispVal), LogoWidth());
+}
+
+} // namespace
