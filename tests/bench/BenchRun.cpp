@@ -1,0 +1,187 @@
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+
+namespace benchtest {
+
+namespace {
+
+constexpr DWORD kLongestRun = 60000;
+
+HANDLE OpenInherited(const std::wstring& path, DWORD access, DWORD disposition) {
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, disposition,
+                       FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+/// An argument as the program's start-up code reads it back.
+std::wstring Quoted(const std::wstring& argument) {
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : argument) {
+        if (c == L'"') {
+            quoted.append(backslashes + 1, L'\\');
+        }
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
+        quoted += c;
+    }
+    quoted.append(backslashes, L'\\');
+    return quoted + L"\"";
+}
+
+std::wstring WithBackslashes(std::wstring path) {
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path.ends_with(L'\\') ? path : path + L'\\';
+}
+
+} // namespace
+
+Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+    const std::wstring outFile = ScratchFolder() + L"out.txt";
+    const std::wstring errFile = ScratchFolder() + L"err.txt";
+    std::wstring line = Quoted(program);
+    for (const std::wstring& argument : arguments) {
+        line += L" " + Quoted(argument);
+    }
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = OpenInherited(L"NUL", GENERIC_READ, OPEN_EXISTING);
+    start.hStdOutput = OpenInherited(outFile, GENERIC_WRITE, CREATE_ALWAYS);
+    start.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
+    PROCESS_INFORMATION process{};
+    const BOOL started =
+        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process);
+    EXPECT_TRUE(started) << Narrow(line) << " does not start, error " << GetLastError();
+    Outcome run;
+    if (started != FALSE) {
+        if (WaitForSingleObject(process.hProcess, kLongestRun) != WAIT_OBJECT_0) {
+            ADD_FAILURE() << Narrow(line) << " does not end";
+            TerminateProcess(process.hProcess, ~0U);
+            WaitForSingleObject(process.hProcess, INFINITE);
+        }
+        GetExitCodeProcess(process.hProcess, &run.status);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+    for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
+        CloseHandle(handle);
+    }
+    run.out = ReadFileBytes(outFile);
+    run.err = ReadFileBytes(errFile);
+    return run;
+}
+
+Outcome RunBench(const std::vector<std::wstring>& arguments) {
+    return RunProgram(ProgramFolder() + L"tambench.exe", arguments);
+}
+
+Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
+    static std::map<std::vector<std::wstring>, Outcome> runs;
+    auto found = runs.find(arguments);
+    if (found == runs.end()) {
+        std::vector<std::wstring> all = arguments;
+        all.emplace_back(L"--json");
+        found = runs.emplace(arguments, RunBench(all)).first;
+    }
+    const Outcome& run = found->second;
+    EXPECT_EQ(expectedStatus, run.status) << run.err;
+    Json document = Json::parse(run.out, nullptr, false);
+    EXPECT_FALSE(document.is_discarded()) << "not one JSON document:\n" << run.out;
+    if (run.status != expectedStatus || document.is_discarded()) {
+        return nullptr;
+    }
+    EXPECT_EQ(expectedStatus, document["status"]);
+    EXPECT_EQ(Json::array(), document["liveObjectsIn"]);
+    return document;
+}
+
+std::wstring ProgramFolder() {
+    return WithBackslashes(TAM_PROGRAM_FOLDER);
+}
+
+std::wstring SamplesFolder() {
+    wchar_t given[MAX_PATH] = {};
+    const DWORD length = GetEnvironmentVariableW(L"TAM_SAMPLES", given, MAX_PATH);
+    return WithBackslashes(length > 0 && length < MAX_PATH ? given : TAM_SAMPLES_FOLDER);
+}
+
+std::wstring ScratchFolder() {
+    wchar_t temp[MAX_PATH + 1] = {};
+    GetTempPathW(MAX_PATH + 1, temp);
+    const std::wstring folder = std::wstring(temp) + L"bench_tests\\";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    return folder;
+}
+
+std::wstring SmallStream() {
+    constexpr std::string_view text =
+        "<Tam><Name>Small</Name><DevKey>K9</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>7</TamObjID>"
+        "<OutReferences><_AI6_Out><SNVTTYPE>105</SNVTTYPE></_AI6_Out></OutReferences>"
+        "<Attributes><AI6_Label><SNVTTYPE>216</SNVTTYPE><VALUE>1.5</VALUE></AI6_Label></Attributes></Tam>";
+    const std::wstring path = ScratchFolder() + L"small.xml";
+    const HANDLE file = OpenInherited(path, GENERIC_WRITE, CREATE_ALWAYS);
+    DWORD written = 0;
+    WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(file);
+    EXPECT_EQ(text.size(), written) << Narrow(path);
+    return path;
+}
+
+std::string ReadFileBytes(const std::wstring& path) {
+    const HANDLE file = OpenInherited(path, GENERIC_READ, OPEN_EXISTING);
+    if (file == INVALID_HANDLE_VALUE) {
+        ADD_FAILURE() << "there is no file " << Narrow(path);
+        return {};
+    }
+    std::string bytes(GetFileSize(file, nullptr), '\0');
+    DWORD read = 0;
+    ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+    CloseHandle(file);
+    bytes.resize(read);
+    return bytes;
+}
+
+std::string Local(std::string number) {
+    if (IsCommaUser()) {
+        std::replace(number.begin(), number.end(), '.', ',');
+    }
+    return number;
+}
+
+bool IsCommaUser() {
+    wchar_t mark[8] = {};
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, mark, 8);
+    return mark[0] == L',';
+}
+
+std::string Narrow(const std::wstring& text) {
+    std::string narrow(text.size() * 3, '\0');
+    narrow.resize(static_cast<std::size_t>(
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), narrow.data(),
+                            static_cast<int>(narrow.size()), nullptr, nullptr)));
+    return narrow;
+}
+
+Json Pluck(const Json& array, const char* member) {
+    Json values = Json::array();
+    for (const Json& entry : array) {
+        values.push_back(entry.at(member));
+    }
+    return values;
+}
+
+Json Named(const Json& array, const std::string& name) {
+    for (const Json& entry : array) {
+        if (entry.at("name") == name) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace benchtest

@@ -1,0 +1,85 @@
+// set, clear-refs, contains and edit.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+namespace benchtest {
+
+namespace {
+
+TEST(SetTest, ShowsValuesBeforeAndAfter) {
+    const Json changes = Bench({L"set", L"channels", L"AI1_Offset=1.5", L"ao1_setup=2"})["changes"];
+    ASSERT_EQ(2U, changes.size());
+    EXPECT_EQ("AI1_Offset", changes[0]["name"]);
+    EXPECT_EQ("attribute", changes[0]["kind"]);
+    EXPECT_EQ((Json{{"value", "-0.50"}, {"display", Local("-0.50 \u00B0C")}}), changes[0]["before"]);
+    EXPECT_EQ((Json{{"value", "1.5"}, {"display", Local("1.5 \u00B0C")}}), changes[0]["after"]);
+    EXPECT_EQ((Json{{"value", "21"}, {"display", "DCM_LINEAR"}}), changes[1]["before"]);
+    EXPECT_EQ((Json{{"value", "2"}, {"display", "DCM_PRESS_COMP"}}), changes[1]["after"]);
+}
+
+TEST(SetTest, ConvertsForAUserWithUsUnits) {
+    const Json changes = Bench({L"set", L"channels", L"AI1_Offset=1.5", L"--us"})["changes"];
+    EXPECT_EQ((Json{{"value", "1.5"}, {"display", Local("2.7 \u00B0F")}}), changes[0]["after"]);
+}
+
+TEST(SetTest, SetsInputsToo) {
+    const Json changes = Bench({L"set", L"channels", L"DO1_In1=K4_Supply_Out"})["changes"];
+    EXPECT_EQ("input", changes[0]["kind"]);
+    EXPECT_EQ((Json{{"value", ""}, {"display", nullptr}}), changes[0]["before"]);
+    EXPECT_EQ((Json{{"value", "K4_Supply_Out"}, {"display", nullptr}}), changes[0]["after"]);
+}
+
+TEST(SetTest, AValueMayHoldAnythingAndBeEmpty) {
+    const Json changes = Bench({L"set", L"channels", L"DO1_In1=a=b", L"AI1_Offset="})["changes"];
+    EXPECT_EQ("a=b", changes[0]["after"]["value"]);
+    EXPECT_EQ("", changes[1]["after"]["value"]);
+}
+
+TEST(SetTest, SetsNothingWhenAPointIsNotThere) {
+    const Json failed = Bench({L"set", L"channels", L"AI1_Offset=1", L"Nope=2"}, 1);
+    EXPECT_EQ("0x80070057", failed["error"]["hresult"]);
+    EXPECT_EQ("there is no attribute or input \"Nope\"; nothing was set", failed["error"]["description"]);
+    EXPECT_EQ(0U, failed.count("changes"));
+    // A number is a position for the component and no name for the bench.
+    EXPECT_EQ("0x80070057", Bench({L"set", L"channels", L"1=2"}, 1)["error"]["hresult"]);
+}
+
+TEST(ClearRefsTest, GivesEveryInputTheReferenceToNothing) {
+    const Json inputs = Bench({L"clear-refs", L"full", L"--wire"})["inputs"];
+    ASSERT_EQ(13U, inputs.size());
+    EXPECT_EQ("K4_Supply_Out", Named(inputs, "AO2_In1")["before"]);
+    for (const Json& input : inputs) {
+        EXPECT_EQ(true, input["extended"]);
+        EXPECT_EQ("000000", input["after"]);
+    }
+}
+
+TEST(ContainsTest, AsksForTheDeviceAndTheMarkOfTheObject) {
+    EXPECT_EQ(true, Bench({L"contains", SmallStream(), L"K9", L"AI6"})["contains"]);
+    EXPECT_EQ(false, Bench({L"contains", SmallStream(), L"K9", L"AI1"})["contains"]);
+    EXPECT_EQ(false, Bench({L"contains", SmallStream(), L"K7", L"AI6"})["contains"]);
+    EXPECT_EQ(false, Bench({L"contains", L"channels", L"K7", L"AI1"})["contains"]);
+}
+
+// The editor keeps the text that it shows, in the user's form.
+TEST(EditTest, AnswersTheEditorWithItsText) {
+    const Json edited = Bench({L"edit", L"channels", L"AI1_Offset"});
+    EXPECT_EQ("-0.50", edited["before"]["value"]);
+    EXPECT_EQ(Local("-0.50"), edited["after"]["value"]);
+    EXPECT_EQ(edited["before"]["display"], edited["after"]["display"]);
+    ASSERT_EQ(1U, edited["boxes"].size());
+    EXPECT_EQ("dialog", edited["boxes"][0]["kind"]);
+    EXPECT_EQ("SetValue", edited["boxes"][0]["during"]);
+    EXPECT_EQ(Json{Local("-0.50")}, edited["boxes"][0]["fields"]);
+}
+
+TEST(EditTest, FailsWithoutAnEditor) {
+    EXPECT_EQ("0x800A005B", Bench({L"edit", SmallStream(), L"AI6_Label"}, 1)["error"]["hresult"]);
+    EXPECT_EQ("0x80070057", Bench({L"edit", L"channels", L"Nope"}, 1)["error"]["hresult"]);
+}
+
+} // namespace
+
+} // namespace benchtest

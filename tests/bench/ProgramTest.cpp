@@ -1,0 +1,114 @@
+// The program itself: help, statuses, and text as a person reads it.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+namespace benchtest {
+
+namespace {
+
+bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::size_t Places(const std::string& line) {
+    return static_cast<std::size_t>(std::count_if(
+        line.begin(), line.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+TEST(HelpTest, StandsOnTheOutputWithStatus0) {
+    for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{}, {L"--help"}, {L"-h"}}) {
+        const Outcome run = RunBench(arguments);
+        EXPECT_EQ(0U, run.status);
+        EXPECT_EQ("", run.err);
+        EXPECT_TRUE(Has(run.out, "Start with"));
+        EXPECT_TRUE(Has(run.out, "Exit status"));
+    }
+}
+
+TEST(HelpTest, EveryCommandHasExamples) {
+    for (const std::wstring command :
+         {L"inspect", L"types", L"save", L"load", L"interop", L"export", L"set", L"clear-refs", L"contains",
+          L"edit", L"icon", L"datasheet", L"about"}) {
+        const Outcome run = RunBench({command, L"--help"});
+        EXPECT_EQ(0U, run.status);
+        EXPECT_TRUE(Has(run.out, "\nExamples\n") && Has(run.out, "\n  tambench " + Narrow(command)))
+            << run.out;
+    }
+}
+
+TEST(UsageTest, WrongUsageIsStatus2WithAReason) {
+    const std::pair<std::vector<std::wstring>, std::string> wrong[] = {
+        {{L"bogus"}, "there is no command bogus"},
+        {{L"inspect"}, "STREAM is required"},
+        {{L"inspect", L"channels", L"extra"}, "extra"},
+        {{L"inspect", L"channels", L"--bogus"}, "--bogus"},
+        {{L"load", L"channels"}, "PROJECT is required"},
+        {{L"contains", L"channels", L"K7"}, "OBJECTKEY is required"},
+        {{L"set", L"channels"}, "NAME=VALUE is required"},
+        {{L"set", L"channels", L"AI1_Offset"}, "not of the form NAME=VALUE"},
+        {{L"save", L"channels", L"--at", L"12.5"}, "--at"},
+        {{L"save", L"channels", L"--at", L"left", L"4"}, "--at"}};
+    for (const auto& [arguments, reason] : wrong) {
+        const Outcome run = RunBench(arguments);
+        EXPECT_EQ(2U, run.status) << reason;
+        EXPECT_EQ("", run.out) << reason;
+        EXPECT_TRUE(Has(run.err, "tambench: ") && Has(run.err, reason)) << run.err;
+    }
+}
+
+TEST(FailureTest, IsStatus1WithTheNumberAndTheDescription) {
+    const Outcome run = RunBench({L"inspect", L"damaged"});
+    EXPECT_EQ(1U, run.status);
+    EXPECT_EQ("tambench: LoadFromXmlStream: 0x800A005B Object variable or With block variable not set\n",
+              run.err);
+}
+
+TEST(FailureTest, AStreamThatIsNotThereIsNamed) {
+    const Outcome run = RunBench({L"inspect", L"nowhere.xml"});
+    EXPECT_EQ(1U, run.status);
+    EXPECT_TRUE(Has(run.err, "0x80070002 nowhere.xml cannot be read")) << run.err;
+}
+
+TEST(TextTest, FitsAHundredColumns) {
+    for (const std::vector<std::wstring>& arguments :
+         {std::vector<std::wstring>{L"inspect", L"full", L"--wire"}, {L"types"}, {L"export", L"full"}}) {
+        const Outcome run = RunBench(arguments);
+        EXPECT_EQ(0U, run.status);
+        std::istringstream lines(run.out);
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(Places(line), 100U) << line;
+        }
+    }
+}
+
+TEST(TextTest, SaysWhatWasLoadedAndWhichBoxesCame) {
+    const Outcome silent = RunBench({L"clear-refs", L"channels"});
+    EXPECT_TRUE(
+        Has(silent.out, "Loaded channels: \"Reading room\" with 3 inputs, 5 outputs and 11 attributes.\n"));
+    EXPECT_TRUE(Has(silent.out, "The component showed no boxes.\n"));
+    const Outcome boxed = RunBench({L"export", L"channels", L"--no-compiler"});
+    EXPECT_TRUE(Has(boxed.out, "The component showed one box:\n"
+                               "  1. message box \"Gateway Object\", during Stream\n"
+                               "     Compiler.dll, necessary to exported Tam object hasn't been found\n"))
+        << boxed.out;
+}
+
+TEST(TextTest, IsUtf8) {
+    EXPECT_TRUE(Has(RunBench({L"inspect", L"channels"}).out, Local("-0.50 \u00B0C\n")));
+}
+
+TEST(OptionsTest, StandBeforeOrBehindTheCommand) {
+    const Outcome before = RunBench({L"--us", L"--json", L"set", L"channels", L"AI1_Offset=1.5"});
+    const Outcome behind = RunBench({L"set", L"channels", L"AI1_Offset=1.5", L"--json", L"--us"});
+    EXPECT_EQ(0U, before.status);
+    EXPECT_EQ(before.out, behind.out);
+}
+
+} // namespace
+
+} // namespace benchtest

@@ -1,0 +1,83 @@
+// icon, data sheet, about, and a definition that is not there.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+namespace benchtest {
+
+namespace {
+
+/// The programs in a folder of their own, with the definition and the
+/// catalogue, but without icon and data sheet.
+std::wstring BareFolder() {
+    const std::wstring folder = ScratchFolder() + L"bare\\";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    for (const wchar_t* const file : {L"tambench.exe", L"O_Tam_id.dll", L"OrvHost.dll", L"O_Tam_id.xml"}) {
+        EXPECT_TRUE(CopyFileW((ProgramFolder() + file).c_str(), (folder + file).c_str(), FALSE))
+            << Narrow(file);
+    }
+    EXPECT_TRUE(
+        CopyFileW((SamplesFolder() + L"catalogue.xml").c_str(), (folder + L"catalogue.xml").c_str(), FALSE));
+    return folder;
+}
+
+Json BareBench(std::vector<std::wstring> arguments) {
+    arguments.emplace_back(L"--json");
+    const Outcome run = RunProgram(BareFolder() + L"tambench.exe", arguments);
+    EXPECT_EQ(0U, run.status) << run.err;
+    return Json::parse(run.out, nullptr, false);
+}
+
+TEST(IconTest, ShowsAndKeepsThePicture) {
+    const std::wstring file = ScratchFolder() + L"module.ico";
+    const Json icon = Bench({L"icon", L"-o", file});
+    EXPECT_EQ((Json{{"kind", "icon"}, {"width", 32}, {"height", 32}}), icon["picture"]);
+    const std::string bytes = ReadFileBytes(file);
+    EXPECT_EQ(icon["bytes"], bytes.size());
+    EXPECT_EQ(0U, bytes.find(std::string("\0\0\1\0", 4)));
+}
+
+TEST(IconTest, ThereIsOneInTheComponentItself) {
+    EXPECT_EQ((Json{{"kind", "icon"}, {"width", 32}, {"height", 32}}), BareBench({L"icon"})["picture"]);
+}
+
+TEST(DatasheetTest, IsFoundBesideTheComponent) {
+    const Json datasheet = Bench({L"datasheet"});
+    EXPECT_EQ(true, datasheet["available"]);
+    EXPECT_EQ(Json::array(), datasheet["boxes"]);
+}
+
+TEST(DatasheetTest, ABoxSaysWhenThereIsNone) {
+    const Json datasheet = BareBench({L"datasheet", L"--open"});
+    EXPECT_EQ(false, datasheet["available"]);
+    ASSERT_EQ(1U, datasheet["boxes"].size());
+    EXPECT_EQ("DataSheet not available", datasheet["boxes"][0]["text"]);
+    EXPECT_EQ("Gateway Object", datasheet["boxes"][0]["caption"]);
+    EXPECT_EQ("ViewDatasheet", datasheet["boxes"][0]["during"]);
+}
+
+TEST(AboutTest, ShowsTheVersion) {
+    const Json boxes = Bench({L"about"})["boxes"];
+    ASSERT_EQ(1U, boxes.size());
+    EXPECT_EQ("dialog", boxes[0]["kind"]);
+    EXPECT_EQ("About Gateway Object", boxes[0]["caption"]);
+    EXPECT_NE(std::string::npos, boxes[0]["text"].get<std::string>().find("Version 1.0.0"));
+}
+
+TEST(DefinitionTest, OneThatIsNotThereIsReportedAndFails) {
+    const Json failed = Bench({L"inspect", L"channels", L"--definition", L"Nope"}, 1);
+    EXPECT_EQ("Init", failed["error"]["step"]);
+    ASSERT_EQ(1U, failed["boxes"].size());
+    const Json report = failed["boxes"][0];
+    EXPECT_EQ("error report", report["kind"]);
+    EXPECT_EQ("Gateway Object - Error report", report["caption"]);
+    ASSERT_EQ(2U, report["fields"].size());
+    const std::string advanced = report["fields"][1];
+    EXPECT_NE(std::string::npos, advanced.find("Function IAppObject_Init"));
+    EXPECT_NE(std::string::npos, advanced.find("IAppObject_Init Class Module CDBAppObject"));
+}
+
+} // namespace
+
+} // namespace benchtest
