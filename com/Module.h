@@ -67,7 +67,9 @@ Module& ThisModule() noexcept;
 /// Stands behind the write of a reference count. GCC 12 at -O3 takes the write
 /// for needless, and the object then never ends, where an exception unwinds
 /// the function that made the object after it was handed on.
-inline void CountIsWritten() noexcept { std::atomic_signal_fence(std::memory_order_seq_cst); }
+inline void CountIsWritten() noexcept {
+    std::atomic_signal_fence(std::memory_order_seq_cst);
+}
 
 /// Counts one live object for as long as it exists.
 class LiveCount {
