@@ -2,6 +2,10 @@
 
 #include "host/CompilersInterop.h"
 #include "host/DatabaseLocation.h"
+#include "host/Device.h"
+#include "host/DeviceContext.h"
+#include "host/GenericObject.h"
+#include "host/LibraryService.h"
 #include "host/Project.h"
 #include "host/UnitConverter.h"
 
@@ -24,6 +28,10 @@ const com::ClassEntry kClasses[] = {
     {&__uuidof(::CompilersInterop), L"ORV.QB.Interop.Compilers.CompilersInterop", L"Database compiler",
      Create<CompilersInterop>},
     {&__uuidof(::Project), L"OrvHost.Project", L"Project", Create<Project>},
+    {&__uuidof(::GenericObject), L"O_Generic.CDBAppObject", L"Generic block", Create<GenericObject>},
+    {&__uuidof(::LibraryService), L"OrvHost.LibraryService", L"Object library", Create<LibraryService>},
+    {&__uuidof(::DeviceContext), L"OrvHost.DeviceContext", L"Device context", Create<DeviceContext>},
+    {&__uuidof(::Device), L"OrvHost.Device", L"Device", Create<Device>},
 };
 
 } // namespace

@@ -1,0 +1,94 @@
+#include "host/BlockLink.h"
+
+#include "com/Boundary.h"
+#include "common/RunTimeError.h"
+
+namespace orv {
+
+namespace {
+
+bool HasKey(IMacroConnectionGroup& group, std::wstring_view key) {
+    com::Ref<IMacroConnectedItems> items;
+    com::Check(group.get_Items(items.Put()));
+    com::CheckSet(items.Get());
+    long count = 0;
+    com::Check(items->get_Count(&count));
+    for (long position = 1; position <= count; ++position) {
+        com::Ref<IMacroConnectedItem> item;
+        com::Bstr text;
+        com::Check(items->get_Item(position, item.Put()));
+        com::CheckSet(item.Get());
+        com::Check(item->get_Key(text.Put()));
+        if (text.View() == key) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+com::Ref<IAppObject> ParentOf(const BlockRef& link) {
+    return link && link->block != nullptr ? link->block->AppObject() : com::Ref<IAppObject>();
+}
+
+com::Ref<HostType> TypeFor(const BlockRef& link, std::wstring_view id) {
+    const bool isKnown = link && link->block != nullptr && !id.empty();
+    return isKnown ? link->block->MakeType(id) : com::Ref<HostType>();
+}
+
+bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey) {
+    const auto parent = link && link->block != nullptr ? link->block->HostParent() : com::Ref<IDispatch>();
+    const auto connections = parent.As<IMacroConnections>();
+    if (!connections) {
+        return false;
+    }
+    com::Ref<IMacroConnectionGroups> groups;
+    com::Check(connections->get_Groups(groups.Put()));
+    com::CheckSet(groups.Get());
+    long count = 0;
+    com::Check(groups->get_Count(&count));
+    for (long position = 1; position <= count; ++position) {
+        com::Ref<IMacroConnectionGroup> group;
+        com::Check(groups->get_Item(position, group.Put()));
+        com::CheckSet(group.Get());
+        if (HasKey(*group.Get(), globalKey)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link) {
+    // A script passes its variable by reference.
+    VARIANT given = argument; // borrowed
+    com::Variant value;
+    com::Check(VariantCopyInd(value.Put(), &given));
+    const VARTYPE kind = value.Get().vt;
+    if (kind == VT_EMPTY || kind == VT_ERROR) {
+        return {};
+    }
+    if (kind == VT_DISPATCH || kind == VT_UNKNOWN) {
+        const auto type = com::Query<ISNVType>(value.Get().punkVal);
+        if (!type && value.Get().punkVal != nullptr) {
+            throw tam::RunTimeError(tam::RunTime::TypeMismatch);
+        }
+        return type;
+    }
+    VARIANT other = value.Get(); // borrowed
+    com::Variant text;
+    if (FAILED(VariantChangeType(text.Put(), &other, 0, VT_BSTR))) {
+        throw tam::RunTimeError(tam::RunTime::TypeMismatch);
+    }
+    return TypeFor(link, com::View(text.Get().bstrVal));
+}
+
+std::wstring TypeId(ISNVType* type) {
+    com::Bstr id;
+    if (type != nullptr) {
+        com::Check(type->get_ID(id.Put()));
+    }
+    return std::wstring(id.View());
+}
+
+} // namespace orv

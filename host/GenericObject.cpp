@@ -1,0 +1,205 @@
+#include "host/GenericObject.h"
+
+#include "common/RunTimeError.h"
+#include "host/Library.h"
+
+namespace orv {
+
+namespace {
+
+constexpr std::wstring_view kProgId = L"O_Generic.CDBAppObject";
+
+// Keys of the collections: the block's key and what kind of points they hold.
+constexpr const wchar_t* kInputKey = L"\\RIN";
+constexpr const wchar_t* kOutputKey = L"\\ROU";
+constexpr const wchar_t* kAttributeKey = L"\\ATT";
+
+template <class Points, class Item>
+com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const BlockRef& block) {
+    const auto points = Points::Make();
+    long index = 0;
+    for (const Definition& definition : definitions) {
+        points->Add(Item::Make(definition, block, index++));
+    }
+    return points;
+}
+
+} // namespace
+
+HRESULT GenericObject::Text(const wchar_t* keyword, BSTR* value) {
+    return Get(value, [&] { return definition_ ? definition_->block.Text(keyword) : std::wstring(); });
+}
+
+HRESULT GenericObject::Number(const wchar_t* keyword, long* value) {
+    return Get(value, [&] { return definition_ ? definition_->block.Number(keyword) : 0; });
+}
+
+HRESULT GenericObject::Flag(const wchar_t* keyword, VARIANT_BOOL* value) {
+    return Get(value, [&] { return definition_ && definition_->block.Flag(keyword); });
+}
+
+STDMETHODIMP GenericObject::Init(BSTR name, VARIANT_BOOL* value) {
+    return Get(value, [&] {
+        std::wstring wanted = com::Text(name);
+        BlockDefinition definition = ReadDefinition(LoadDefinition(wanted));
+        const long color = definition.block.Number(L"COLOR");
+        definition_ = std::move(definition);
+        definitionName_ = std::move(wanted);
+        color_ = color;
+        return true;
+    });
+}
+
+STDMETHODIMP GenericObject::Create() {
+    return Do([&] { MakePoints(); });
+}
+
+void GenericObject::MakePoints() {
+    if (!definition_) {
+        throw tam::RunTimeError(static_cast<HRESULT>(errNotInitialised), {},
+                                L"The block has no definition to make its points from; call Init first");
+    }
+    const auto link = std::make_shared<BlockLink>();
+    link->block = this;
+    const auto inputs = MakeIndexed<GenericInputs, GenericInput>(definition_->inputs, link);
+    const auto outputs = MakeIndexed<GenericOutputs, GenericOutput>(definition_->outputs, link);
+    const auto attributes = GenericAttributes::Make();
+    for (const Definition& definition : definition_->attributes) {
+        attributes->Add(GenericAttribute::Make(definition, link));
+    }
+    inputs->SetGlobalKey(globalKey_ + kInputKey);
+    outputs->SetGlobalKey(globalKey_ + kOutputKey);
+    attributes->SetGlobalKey(globalKey_ + kAttributeKey);
+    inputs->SetExtendedKey(extendedKey_ + kInputKey);
+    outputs->SetExtendedKey(extendedKey_ + kOutputKey);
+    attributes->SetExtendedKey(extendedKey_ + kAttributeKey);
+
+    link_->block = nullptr; // points of an earlier call belong to nobody
+    link_ = link;
+    inputs_ = inputs;
+    outputs_ = outputs;
+    attributes_ = attributes;
+    created_ = true;
+    if (const auto saved = std::exchange(saved_, std::nullopt)) {
+        TakePoints(*saved);
+    }
+}
+
+STDMETHODIMP GenericObject::Destroy() {
+    const auto self = This<IAppObject>(); // the interceptor may hold the last reference
+    link_->block = nullptr;
+    interceptor_.Reset();
+    inputs_.Reset();
+    outputs_.Reset();
+    attributes_.Reset();
+    parent_.Reset();
+    ownerDeviceXml_.Reset();
+    catalogue_.Reset();
+    return S_OK;
+}
+
+STDMETHODIMP GenericObject::RegisterInterceptor(IAttributeInterceptor* interceptor) {
+    const auto self = This<IAppObject>();
+    interceptor_ = com::Ref<IAttributeInterceptor>(interceptor);
+    return S_OK;
+}
+
+void GenericObject::ForgetInterceptor(const com::Ref<IAttributeInterceptor>& gone) noexcept {
+    if (interceptor_ == gone) {
+        interceptor_.Reset();
+    }
+}
+
+STDMETHODIMP GenericObject::get_IsIntercepted(VARIANT_BOOL* value) {
+    return Get(value, [&] { return static_cast<bool>(interceptor_); });
+}
+
+STDMETHODIMP GenericObject::GetDataFromDevice() {
+    return Do([&] { FetchAll(); });
+}
+
+STDMETHODIMP GenericObject::ObjectDebug() {
+    // To debug is to see what the device holds. It is also how a driver that
+    // has only the wrapping object starts the fetching.
+    return Do([&] { FetchAll(); });
+}
+
+void GenericObject::FetchAll() {
+    const auto self = This<IAppObject>();
+    const auto attributes = attributes_; // these, whatever an interceptor does meanwhile
+    com::CheckSet(attributes.Get());
+    for (const auto& attribute : attributes->All()) {
+        attribute->Fetch();
+    }
+}
+
+com::Ref<HostType> GenericObject::MakeType(std::wstring_view id) const {
+    return HostType::Make(DescribeType(id, catalogue_));
+}
+
+STDMETHODIMP GenericObject::ClearReferences() {
+    return Do([&] {
+        com::CheckSet(inputs_.Get());
+        for (const auto& input : inputs_->All()) {
+            input->SetLink({});
+        }
+    });
+}
+
+STDMETHODIMP GenericObject::ViewDatasheet(VARIANT) {
+    return Do([&] {
+        throw tam::RunTimeError(static_cast<HRESULT>(errNoDefinition), {},
+                                L"The library has no data sheet of \"" + definitionName_ + L"\"");
+    });
+}
+
+STDMETHODIMP GenericObject::put_GlobalKey(BSTR value) {
+    return Do([&] {
+        globalKey_ = com::View(value);
+        if (attributes_) {
+            inputs_->SetGlobalKey(globalKey_ + kInputKey);
+            outputs_->SetGlobalKey(globalKey_ + kOutputKey);
+            attributes_->SetGlobalKey(globalKey_ + kAttributeKey);
+        }
+    });
+}
+
+STDMETHODIMP GenericObject::put_ExtendedKey(BSTR value) {
+    return Do([&] {
+        extendedKey_ = com::View(value);
+        if (attributes_) {
+            inputs_->SetExtendedKey(extendedKey_ + kInputKey);
+            outputs_->SetExtendedKey(extendedKey_ + kOutputKey);
+            attributes_->SetExtendedKey(extendedKey_ + kAttributeKey);
+        }
+    });
+}
+
+STDMETHODIMP GenericObject::Show() {
+    const auto self = This<IAppObject>();
+    showing_ = true;
+    const HRESULT result = Do([&] {
+        const auto document = parent_.As<IHostDocument>();
+        if (!document) {
+            return; // it lies on no sheet
+        }
+        com::Ref<IDispatch> object;
+        com::Check(document->get_View(object.Put()));
+        const auto view = object.As<IHostView>();
+        com::CheckSet(view.Get());
+        com::Check(view->ShowObject());
+    });
+    showing_ = false;
+    return result;
+}
+
+STDMETHODIMP GenericObject::get_ProgrammaticID(BSTR* value) {
+    return Answer(value, kProgId);
+}
+
+STDMETHODIMP GenericObject::putref_XmlSNVTDoc(IDispatch* value) {
+    // Counts for the types that are made from then on.
+    return Do([&] { catalogue_ = value != nullptr ? tam::dom::DocumentOf(value) : tam::dom::Document(); });
+}
+
+} // namespace orv

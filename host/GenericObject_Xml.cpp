@@ -1,0 +1,157 @@
+#include "common/RunTimeError.h"
+#include "host/GenericObject.h"
+
+namespace orv {
+
+namespace {
+
+namespace dom = tam::dom;
+
+// Values in the document of the owner's device:
+// <Data><Object Key="AI1"><Value Name="Gain">1.5</Value></Object></Data>
+constexpr const wchar_t* kData = L"Data";
+constexpr const wchar_t* kObject = L"Object";
+constexpr const wchar_t* kObjectKey = L"Key";
+constexpr const wchar_t* kValue = L"Value";
+constexpr const wchar_t* kValueName = L"Name";
+
+/// The first child element of a name, with a certain text in an attribute
+/// where one is named; empty when there is none.
+dom::Node ChildOf(const dom::Node& parent, std::wstring_view name, const wchar_t* attribute = nullptr,
+                  std::wstring_view text = {}) {
+    dom::Node found;
+    if (parent) {
+        dom::ForEachChild(parent, [&](const dom::Node& child) {
+            if (!found && dom::IsElement(child) && dom::BaseName(child) == name &&
+                (attribute == nullptr || dom::Attribute(child, attribute) == std::wstring(text))) {
+                found = child;
+            }
+        });
+    }
+    return found;
+}
+
+/// The document element of a document, a node as it is, nothing for the rest.
+dom::Node RootOf(const com::Ref<IDispatch>& object) {
+    dom::Element root;
+    if (const auto document = object.As<IXMLDOMDocument>()) {
+        com::Check(document->get_documentElement(root.Put()));
+        return dom::Node(root);
+    }
+    return object.As<IXMLDOMNode>();
+}
+
+template <class Points, class F>
+void Take(const Points& points, const std::vector<SavedPoint>& saved, F&& take) {
+    for (const SavedPoint& point : saved) {
+        // A definition that has changed may lack what was saved.
+        if (const auto found = points->Find(point.name)) {
+            found->Point().visible = point.visible.value_or(found->Point().visible);
+            take(*found.Get(), point);
+        }
+    }
+}
+
+} // namespace
+
+std::optional<std::wstring> GenericObject::DeviceValue(std::wstring_view attribute) const {
+    const dom::Node object = ChildOf(ChildOf(RootOf(ownerDeviceXml_), kData), kObject, kObjectKey, Key());
+    const dom::Node value = ChildOf(object, kValue, kValueName, attribute);
+    return value ? std::optional(dom::FirstChildTextOrEmpty(value)) : std::nullopt;
+}
+
+SavedBlock GenericObject::PointsToSave() const {
+    SavedBlock block;
+    com::CheckSet(attributes_.Get());
+    for (const auto& input : inputs_->All()) {
+        SavedPoint point{input->Point().Name(), input->Point().visible, {}, {}, {}, {}};
+        point.value = input->Link();
+        block.inputs.push_back(std::move(point));
+    }
+    for (const auto& output : outputs_->All()) {
+        SavedPoint point{output->Point().Name(), output->Point().visible, {}, {}, {}, {}};
+        point.displayable = output->IsDisplayable();
+        block.outputs.push_back(std::move(point));
+    }
+    for (const auto& attribute : attributes_->All()) {
+        SavedPoint point{attribute->Point().Name(), attribute->Point().visible, {}, {}, {}, {}};
+        point.value = attribute->ValueText();
+        point.type = attribute->SNVTName();
+        point.enumDesc = attribute->EnumDesc();
+        block.attributes.push_back(std::move(point));
+    }
+    return block;
+}
+
+void GenericObject::SaveTo(const SavedBlock& block, IDispatch* parentNode, IDispatch* document) const {
+    if (definitionName_.empty()) {
+        throw tam::RunTimeError(static_cast<HRESULT>(errNotInitialised), {},
+                                L"The block has no definition to name its element after; call Init first");
+    }
+    WriteSaved(block, definitionName_, dom::NodeOf(parentNode), dom::DocumentOf(document));
+}
+
+STDMETHODIMP GenericObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    return Do([&] {
+        SavedBlock block = PointsToSave();
+        block.userName = userName_;
+        block.x = x_;
+        block.y = y_;
+        SaveTo(block, parentNode, document);
+    });
+}
+
+STDMETHODIMP GenericObject::XMLSaveSim(IDispatch* parentNode, IDispatch* document) {
+    // A simulation has no sheet: no positions.
+    return Do([&] {
+        SavedBlock block = PointsToSave();
+        block.userName = userName_;
+        SaveTo(block, parentNode, document);
+    });
+}
+
+STDMETHODIMP GenericObject::XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) {
+    return Do([&] {
+        SavedBlock block = PointsToSave();
+        block.userName = userName_;
+        block.key = extendedKey_;
+        SaveTo(block, parentNode, document);
+    });
+}
+
+STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
+    return Do([&] {
+        SavedBlock saved = ReadSaved(dom::NodeOf(element));
+        if (created_) {
+            TakePoints(saved);
+        }
+        userName_ = saved.userName.value_or(userName_);
+        x_ = saved.x.value_or(x_);
+        y_ = saved.y.value_or(y_);
+        if (!created_) {
+            saved_ = std::move(saved);
+        }
+    });
+}
+
+void GenericObject::TakePoints(const SavedBlock& saved) {
+    com::CheckSet(attributes_.Get());
+    Take(inputs_, saved.inputs, [](GenericInput& input, const SavedPoint& point) {
+        input.SetLink(point.value.value_or(input.Link()));
+    });
+    Take(outputs_, saved.outputs, [](GenericOutput& output, const SavedPoint& point) {
+        output.SetDisplayable(point.displayable.value_or(output.IsDisplayable()));
+    });
+    Take(attributes_, saved.attributes, [&](GenericAttribute& attribute, const SavedPoint& point) {
+        attribute.Restore(point.value.value_or(attribute.ValueText()));
+        const std::wstring entries = point.enumDesc.value_or(attribute.EnumDesc());
+        const std::wstring id = point.type.value_or(attribute.SNVTName());
+        if (id != attribute.SNVTName() || entries != attribute.EnumDesc()) {
+            TypeDescription type = DescribeType(id, catalogue_);
+            type.enumDesc = entries;
+            attribute.RestoreType(HostType::Make(std::move(type)));
+        }
+    });
+}
+
+} // namespace orv

@@ -1,0 +1,75 @@
+#include "host/GenericOutput.h"
+
+#include <array>
+#include <cwchar>
+
+namespace orv {
+
+namespace {
+
+// A point's number in the controller: 256 to each block, from 16384 on.
+constexpr long kFirstReference = 16384;
+constexpr long kReferencesPerBlock = 256;
+
+/// Four hexadecimal digits, eight for a number that is out of their range.
+std::wstring ReferenceText(long reference) {
+    std::array<wchar_t, 9> text{};
+    std::swprintf(text.data(), text.size(), L"%04lX", static_cast<unsigned long>(reference));
+    return text.data();
+}
+
+} // namespace
+
+GenericOutput::GenericOutput(const Definition& definition, const BlockRef& block, long index)
+    : point_(definition, block)
+    , index_(index)
+    , type_(TypeFor(block, definition.Text(L"SNVTTYPE")))
+    , displayText_(definition.Name()) {}
+
+HRESULT GenericOutput::changeType(VARIANT newType) {
+    return Do([&] {
+        com::Ref<ISNVType> type = TypeOfArgument(newType, point_.link);
+        // Left out: back to the definition's.
+        type_ = type ? type : com::Ref<ISNVType>(TypeFor(point_.link, point_.definition.Text(L"SNVTTYPE")));
+    });
+}
+
+HRESULT GenericOutput::get_SNVTCompatible(ICompatibleSNVT** value) {
+    return Get(value, [&] {
+        return type_ ? CompatibleType::Make(TypeId(type_.Get())) : com::Ref<CompatibleType>();
+    });
+}
+
+HRESULT GenericOutput::get_Parent(IAppObject** value) {
+    return Get(value, [&] { return ParentOf(point_.link); });
+}
+
+HRESULT GenericOutput::get_IsTypeDependent(VARIANT_BOOL* value) {
+    return Get(value, [&] { return point_.definition.Has(L"TYPEDEPENDENT"); });
+}
+
+HRESULT GenericOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
+    return Get(value, [&] { return IsMacroKey(point_.link, point_.globalKey); });
+}
+
+HRESULT GenericOutput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {
+    return Get(value, [&] { return type_ && com::View(identifier) == TypeId(type_.Get()); });
+}
+
+HRESULT GenericOutput::get_IsTrendable(VARIANT_BOOL* value) {
+    return Get(value, [&] { return point_.definition.Flag(L"ISTRENDABLE"); });
+}
+
+HRESULT GenericOutput::get_Reference(BSTR* value) {
+    return Get(value, [&] {
+        com::CheckSet(point_.link ? point_.link->block : nullptr);
+        return ReferenceText(point_.link->block->BlockExportIndex() * kReferencesPerBlock + kFirstReference +
+                             index_);
+    });
+}
+
+HRESULT GenericOutput::Writable(VARIANT_BOOL* value) {
+    return Get(value, [&] { return point_.definition.Flag(L"ISWRITABLE"); });
+}
+
+} // namespace orv

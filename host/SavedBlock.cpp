@@ -1,0 +1,137 @@
+#include "host/SavedBlock.h"
+
+#include "common/Case.h"
+#include "common/Numbers.h"
+
+#include <array>
+#include <charconv>
+
+namespace orv {
+
+namespace {
+
+namespace dom = tam::dom;
+
+constexpr const wchar_t* kUserName = L"UserName";
+constexpr const wchar_t* kX = L"X_Position";
+constexpr const wchar_t* kY = L"Y_Position";
+constexpr const wchar_t* kKey = L"Key";
+constexpr const wchar_t* kInputs = L"Inputs";
+constexpr const wchar_t* kOutputs = L"Outputs";
+constexpr const wchar_t* kAttributes = L"Attributes";
+constexpr const wchar_t* kVisible = L"Visible";
+constexpr const wchar_t* kDisplayable = L"IsDisplayable";
+constexpr const wchar_t* kValue = L"Value";
+constexpr const wchar_t* kType = L"SNVT_Type";
+constexpr const wchar_t* kEnumDesc = L"EnumDesc";
+
+/// The shortest text that is read back as the same number.
+std::wstring NumberText(double number) {
+    std::array<char, 32> text{};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    return std::wstring(text.data(), end);
+}
+
+std::optional<std::wstring> FlagText(const std::optional<bool>& flag) {
+    return flag ? std::optional<std::wstring>(*flag ? L"1" : L"0") : std::nullopt;
+}
+
+void WriteAttribute(const dom::Element& element, const wchar_t* name,
+                    const std::optional<std::wstring>& text) {
+    if (text) {
+        dom::SetAttribute(element, name, *text);
+    }
+}
+
+void WritePoints(const std::vector<SavedPoint>& points, const wchar_t* section, const dom::Node& block,
+                 const dom::Document& document) {
+    if (points.empty()) {
+        return;
+    }
+    const dom::Node list(dom::Append(document, block, section));
+    for (const SavedPoint& point : points) {
+        const dom::Element element = dom::Append(document, list, point.name);
+        WriteAttribute(element, kVisible, FlagText(point.visible));
+        WriteAttribute(element, kDisplayable, FlagText(point.displayable));
+        WriteAttribute(element, kValue, point.value);
+        WriteAttribute(element, kType, point.type);
+        WriteAttribute(element, kEnumDesc, point.enumDesc);
+    }
+}
+
+void WriteText(const std::optional<std::wstring>& text, const wchar_t* name, const dom::Node& block,
+               const dom::Document& document) {
+    if (text) {
+        dom::AppendText(document, block, name, *text);
+    }
+}
+
+bool IsNamed(const std::wstring& name, const wchar_t* wanted) {
+    return tam::EqualIgnoringCase(name, wanted);
+}
+
+std::optional<std::wstring> ReadAttribute(const dom::Element& element, const wchar_t* name) {
+    // By its value: the text of blanks alone is nothing to some parsers.
+    com::Variant value;
+    const HRESULT found = element->getAttribute(com::Bstr(name).Get(), value.Put());
+    com::Check(found);
+    return found == S_OK && value.Get().vt == VT_BSTR ? std::optional(com::Text(value.Get().bstrVal))
+                                                      : std::nullopt;
+}
+
+std::optional<bool> ReadFlag(const dom::Element& element, const wchar_t* name) {
+    const auto text = ReadAttribute(element, name);
+    return text ? std::optional(*text == L"1") : std::nullopt;
+}
+
+std::vector<SavedPoint> ReadPoints(const dom::Node& list) {
+    std::vector<SavedPoint> points;
+    dom::ForEachChild(list, [&](const dom::Node& child) {
+        if (const dom::Element element = child.As<IXMLDOMElement>()) {
+            points.push_back({dom::BaseName(child), ReadFlag(element, kVisible),
+                              ReadFlag(element, kDisplayable), ReadAttribute(element, kValue),
+                              ReadAttribute(element, kType), ReadAttribute(element, kEnumDesc)});
+        }
+    });
+    return points;
+}
+
+} // namespace
+
+void WriteSaved(const SavedBlock& block, const std::wstring& name, const dom::Node& parent,
+                const dom::Document& document) {
+    dom::Element element;
+    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    const dom::Node node(element);
+    WriteText(block.userName, kUserName, node, document);
+    WriteText(block.x ? std::optional(NumberText(*block.x)) : std::nullopt, kX, node, document);
+    WriteText(block.y ? std::optional(NumberText(*block.y)) : std::nullopt, kY, node, document);
+    WriteText(block.key, kKey, node, document);
+    WritePoints(block.inputs, kInputs, node, document);
+    WritePoints(block.outputs, kOutputs, node, document);
+    WritePoints(block.attributes, kAttributes, node, document);
+    com::Check(parent->appendChild(element.Get(), nullptr));
+}
+
+SavedBlock ReadSaved(const dom::Node& element) {
+    SavedBlock block;
+    dom::ForEachChild(element, [&](const dom::Node& child) {
+        const std::wstring name = dom::IsElement(child) ? dom::BaseName(child) : std::wstring();
+        if (IsNamed(name, kUserName)) {
+            block.userName = dom::FirstChildTextOrEmpty(child);
+        } else if (IsNamed(name, kX)) {
+            block.x = tam::Val(dom::FirstChildTextOrEmpty(child));
+        } else if (IsNamed(name, kY)) {
+            block.y = tam::Val(dom::FirstChildTextOrEmpty(child));
+        } else if (IsNamed(name, kInputs)) {
+            block.inputs = ReadPoints(child);
+        } else if (IsNamed(name, kOutputs)) {
+            block.outputs = ReadPoints(child);
+        } else if (IsNamed(name, kAttributes)) {
+            block.attributes = ReadPoints(child);
+        }
+    });
+    return block;
+}
+
+} // namespace orv

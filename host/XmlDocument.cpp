@@ -1,0 +1,57 @@
+#include "host/XmlDocument.h"
+
+#include "common/RunTimeError.h"
+
+namespace orv {
+
+namespace {
+
+namespace dom = tam::dom;
+
+[[noreturn]] void ThrowParseError(const dom::Document& document, const std::wstring& what, BlockError error) {
+    com::Ref<IXMLDOMParseError> reason;
+    com::Bstr text;
+    long line = 0;
+    com::Check(document->get_parseError(reason.Put()));
+    com::Check(reason->get_reason(text.Put()));
+    com::Check(reason->get_line(&line));
+    std::wstring message = what + L" cannot be read as XML";
+    // Some parsers know no line and end their reason with a line break.
+    message += line > 0 ? L", line " + std::to_wstring(line) : std::wstring();
+    message += L": " + std::wstring(text.View());
+    while (!message.empty() && (message.back() == L'\n' || message.back() == L'\r')) {
+        message.pop_back();
+    }
+    throw tam::RunTimeError(static_cast<HRESULT>(error), {}, message);
+}
+
+} // namespace
+
+dom::Document LoadXmlFile(const std::wstring& path, BlockError error) {
+    dom::Document document = dom::NewDocument(dom::kDocumentClass);
+    const com::Variant source{std::wstring_view(path)};
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    com::Check(document->load(source.Get(), &loaded));
+    if (loaded == VARIANT_FALSE) {
+        ThrowParseError(document, L"\"" + path + L"\"", error);
+    }
+    return document;
+}
+
+dom::Document LoadXmlText(std::wstring_view xml, BlockError error) {
+    dom::Document document = dom::NewDocument(dom::kDocumentClass);
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    com::Check(document->loadXML(com::Bstr(xml).Get(), &loaded));
+    if (loaded == VARIANT_FALSE) {
+        ThrowParseError(document, L"The text", error);
+    }
+    return document;
+}
+
+std::wstring RootName(const dom::Document& document) {
+    dom::Element root;
+    com::Check(document->get_documentElement(root.Put()));
+    return root ? dom::BaseName(dom::Node(root)) : std::wstring();
+}
+
+} // namespace orv
