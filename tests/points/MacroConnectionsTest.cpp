@@ -1,0 +1,246 @@
+#include "tests/points/Points.h"
+
+using namespace support;
+using namespace points;
+
+namespace {
+
+/// Fails where told, else answers a key and counts how often.
+class ConnectedItem final : public com::DualObject<ConnectedItem, IMacroConnectedItem> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    explicit ConnectedItem(std::wstring key) : key_(std::move(key)) {}
+    HRESULT result = S_OK;
+    int reads = 0;
+
+    STDMETHODIMP get_Key(BSTR* value) override {
+        ++reads;
+        *value = SUCCEEDED(result) ? com::Bstr(key_).Detach() : nullptr;
+        return result;
+    }
+
+  private:
+    std::wstring key_;
+};
+
+/// The items of a group; a position without one is an empty reference.
+class ConnectedItems final : public com::DualObject<ConnectedItems, IMacroConnectedItems> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    std::vector<com::Ref<ConnectedItem>> items;
+    HRESULT countResult = S_OK;
+    HRESULT itemResult = S_OK;
+
+    STDMETHODIMP get_Count(long* value) override {
+        *value = static_cast<long>(items.size());
+        return countResult;
+    }
+    STDMETHODIMP get_Item(long position, IMacroConnectedItem** value) override {
+        *value = nullptr;
+        if (position < 1 || position > static_cast<long>(items.size())) {
+            return DISP_E_BADINDEX;
+        }
+        *value = com::Ref<IMacroConnectedItem>(items[static_cast<std::size_t>(position) - 1]).Detach();
+        return itemResult;
+    }
+    STDMETHODIMP get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
+};
+
+class ConnectionGroup final : public com::DualObject<ConnectionGroup, IMacroConnectionGroup> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    com::Ref<ConnectedItems> items = ConnectedItems::Make();
+    HRESULT result = S_OK;
+
+    STDMETHODIMP get_Items(IMacroConnectedItems** value) override {
+        *value = SUCCEEDED(result) ? com::Ref<IMacroConnectedItems>(items).Detach() : nullptr;
+        return result;
+    }
+};
+
+class ConnectionGroups final : public com::DualObject<ConnectionGroups, IMacroConnectionGroups> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    std::vector<com::Ref<ConnectionGroup>> groups;
+    HRESULT countResult = S_OK;
+
+    STDMETHODIMP get_Count(long* value) override {
+        *value = static_cast<long>(groups.size());
+        return countResult;
+    }
+    STDMETHODIMP get_Item(long position, IMacroConnectionGroup** value) override {
+        *value = nullptr;
+        if (position < 1 || position > static_cast<long>(groups.size())) {
+            return DISP_E_BADINDEX;
+        }
+        *value = com::Ref<IMacroConnectionGroup>(groups[static_cast<std::size_t>(position) - 1]).Detach();
+        return S_OK;
+    }
+    STDMETHODIMP get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
+};
+
+class Connections final : public com::DualObject<Connections, IMacroConnections> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    com::Ref<ConnectionGroups> groups = ConnectionGroups::Make();
+    HRESULT result = S_OK;
+
+    STDMETHODIMP get_Groups(IMacroConnectionGroups** value) override {
+        *value = SUCCEEDED(result) ? com::Ref<IMacroConnectionGroups>(groups).Detach() : nullptr;
+        return result;
+    }
+};
+
+class MacroConnectionsTest : public PointsTest {
+  protected:
+    com::Ref<Connections> host;
+
+    void SetUp() override {
+        PointsTest::SetUp();
+        const std::wstring type = L"<SNVTTYPE>105</SNVTTYPE>";
+        module = Loaded(Stream(Named({L"In1"}), Named({L"Out1"}, type), Named({L"Gain"}, type)));
+        Put(module, &IAppObject::put_GlobalKey, L"K");
+        host = Connections::Make();
+        EXPECT_EQ(module->putref_Parent(host.Get()), S_OK);
+    }
+    void TearDown() override {
+        host.Reset();
+        PointsTest::TearDown();
+    }
+    ConnectionGroup& Group(std::initializer_list<const wchar_t*> keys) {
+        auto group = ConnectionGroup::Make();
+        for (const wchar_t* key : keys) {
+            group->items->items.push_back(ConnectedItem::Make(key));
+        }
+        host->groups->groups.push_back(group);
+        return *group.Get();
+    }
+    bool GainIsConnected() { return Flag(Attribute(module, L"Gain"), &IAttribute::get_IsMacroConnected); }
+};
+
+constexpr const wchar_t* kGain = L"K\\ATT\\Gain";
+
+TEST_F(MacroConnectionsTest, FindsAnAttributesKey) {
+    Group({L"other", kGain});
+    EXPECT_TRUE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, FindsAnInputsAndAnOutputsKey) {
+    const auto in1 = Input(module, L"In1");
+    const auto out1 = Output(module, L"Out1");
+    EXPECT_FALSE(Flag(in1, &IInput::get_IsMacroConnected));
+    EXPECT_FALSE(Flag(out1, &IOutput::get_IsMacroConnected));
+    Group({L"K\\RIN\\In1"});
+    EXPECT_TRUE(Flag(in1, &IInput::get_IsMacroConnected));
+    EXPECT_FALSE(Flag(out1, &IOutput::get_IsMacroConnected));
+    Group({L"K\\ROU\\Out1"});
+    EXPECT_TRUE(Flag(out1, &IOutput::get_IsMacroConnected));
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, IsFalseWithoutGroupsOrItems) {
+    EXPECT_FALSE(GainIsConnected());
+    Group({});
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, ComparesKeysExactly) {
+    Group({L"K\\ATT\\gain", L"K\\ATT\\Gain ", L"K\\ATT", L"Gain", L"", L"K\\ATT\\Gain2"});
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, ComparesWithTheKeyOfNow) {
+    Group({L"L\\ATT\\Gain"});
+    EXPECT_FALSE(GainIsConnected());
+    Put(module, &IAppObject::put_GlobalKey, L"L");
+    EXPECT_TRUE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, LooksThroughAllGroupsAndStopsAtTheFirstMatch) {
+    auto& first = Group({L"a", L"b"});
+    auto& second = Group({L"c", kGain, L"d"});
+    auto& third = Group({kGain});
+    EXPECT_TRUE(GainIsConnected());
+    EXPECT_EQ(first.items->items[0]->reads, 1);
+    EXPECT_EQ(first.items->items[1]->reads, 1);
+    EXPECT_EQ(second.items->items[0]->reads, 1);
+    EXPECT_EQ(second.items->items[1]->reads, 1);
+    EXPECT_EQ(second.items->items[2]->reads, 0);
+    EXPECT_EQ(third.items->items[0]->reads, 0);
+}
+
+TEST_F(MacroConnectionsTest, PassesOverAnItemThatFails) {
+    auto& group = Group({kGain, kGain});
+    group.items->items[0]->result = E_FAIL;
+    EXPECT_TRUE(GainIsConnected());
+    EXPECT_EQ(group.items->items[1]->reads, 1);
+    group.items->items[1]->result = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, PassesOverAnItemThatIsNotThere) {
+    Group({L"a", kGain}).items->items[0].Reset();
+    EXPECT_TRUE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, PassesOverAGroupThatFails) {
+    Group({kGain}).result = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+    Group({kGain}).items->countResult = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+    Group({kGain}).items->itemResult = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+    Group({kGain});
+    EXPECT_TRUE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, PassesOverAGroupThatIsNotThere) {
+    Group({});
+    host->groups->groups[0].Reset();
+    Group({}).items.Reset();
+    EXPECT_FALSE(GainIsConnected());
+    Group({kGain});
+    EXPECT_TRUE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, IsFalseWhenTheGroupsCannotBeRead) {
+    Group({kGain});
+    host->result = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+    host->result = S_OK;
+    host->groups->countResult = E_FAIL;
+    EXPECT_FALSE(GainIsConnected());
+    host->groups.Reset();
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, IsFalseForAParentWithoutMacroConnections) {
+    Group({kGain});
+    const auto other = Held::Make();
+    EXPECT_EQ(module->putref_Parent(other.Get()), S_OK);
+    EXPECT_FALSE(GainIsConnected());
+    EXPECT_EQ(module->putref_Parent(nullptr), S_OK);
+    EXPECT_FALSE(GainIsConnected());
+}
+
+TEST_F(MacroConnectionsTest, IsFalseWhenTheModuleIsGone) {
+    Group({kGain, L"K\\RIN\\In1", L"K\\ROU\\Out1"});
+    const auto gain = Attribute(module, L"Gain");
+    const auto in1 = Input(module, L"In1");
+    const auto out1 = Output(module, L"Out1");
+    module.Reset();
+    EXPECT_FALSE(Flag(gain, &IAttribute::get_IsMacroConnected));
+    EXPECT_FALSE(Flag(in1, &IInput::get_IsMacroConnected));
+    EXPECT_FALSE(Flag(out1, &IOutput::get_IsMacroConnected));
+}
+
+TEST_F(MacroConnectionsTest, LeavesNoErrorBehind) {
+    Group({kGain}).result = E_FAIL;
+    VARIANT_BOOL value = VARIANT_TRUE;
+    EXPECT_EQ(Attribute(module, L"Gain")->get_IsMacroConnected(&value), S_OK);
+    EXPECT_EQ(value, VARIANT_FALSE);
+    com::Ref<IErrorInfo> info;
+    EXPECT_EQ(GetErrorInfo(0, info.Put()), S_FALSE);
+}
+
+} // namespace
