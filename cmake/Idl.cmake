@@ -12,18 +12,20 @@ function(tam_idl name)
   foreach(other ${ARG_DEPENDS})
     list(APPEND deps "${CMAKE_CURRENT_BINARY_DIR}/${other}.tlb" "${CMAKE_SOURCE_DIR}/idl/${other}.idl")
   endforeach()
-  add_custom_command(
-    OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}.h"
-    COMMAND ${TAM_WIDL} ${TAM_WIDL_FLAGS} -L "${CMAKE_CURRENT_BINARY_DIR}" -h
-      -o "${CMAKE_CURRENT_BINARY_DIR}/${name}.h" "${CMAKE_SOURCE_DIR}/idl/${name}.idl"
-    DEPENDS "${CMAKE_SOURCE_DIR}/idl/${name}.idl" ${deps}
-    VERBATIM)
-  # The library's own list of interfaces is kept in the coclasses, which the
-  # compiler answers with a harmless remark on identifiers seen twice.
-  add_custom_command(
-    OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}.tlb"
-    COMMAND ${TAM_WIDL} ${TAM_WIDL_FLAGS} -L "${CMAKE_CURRENT_BINARY_DIR}" -t
-      -o "${CMAKE_CURRENT_BINARY_DIR}/${name}.tlb" "${CMAKE_SOURCE_DIR}/idl/${name}.idl"
-    DEPENDS "${CMAKE_SOURCE_DIR}/idl/${name}.idl" ${deps}
-    VERBATIM)
+  foreach(kind h t)
+    if(kind STREQUAL "h")
+      set(output "${CMAKE_CURRENT_BINARY_DIR}/${name}.h")
+    else()
+      set(output "${CMAKE_CURRENT_BINARY_DIR}/${name}.tlb")
+    endif()
+    set(arguments ${TAM_WIDL_FLAGS} -L "${CMAKE_CURRENT_BINARY_DIR}" -${kind} -o "${output}"
+      "${CMAKE_SOURCE_DIR}/idl/${name}.idl")
+    string(REPLACE ";" "|" arguments "${arguments}")
+    add_custom_command(OUTPUT "${output}"
+      COMMAND ${CMAKE_COMMAND} "-DWIDL=${TAM_WIDL}" "-DARGUMENTS=${arguments}"
+        -P "${CMAKE_SOURCE_DIR}/cmake/RunIdlCompiler.cmake"
+      DEPENDS "${CMAKE_SOURCE_DIR}/idl/${name}.idl" "${CMAKE_SOURCE_DIR}/cmake/RunIdlCompiler.cmake" ${deps}
+      COMMENT "Compiling ${name}.idl (-${kind})"
+      VERBATIM)
+  endforeach()
 endfunction()
