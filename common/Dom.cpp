@@ -22,6 +22,17 @@ void CheckFound(const Node& node) {
     CheckSet(node.Get());
 }
 
+bool IsText(const Node& node) {
+    const DOMNodeType type = TypeOf(node);
+    return type == NODE_TEXT || type == NODE_CDATA_SECTION;
+}
+
+/// The DOM trims the text that it gives of a node; a text node's own value is
+/// what the document says.
+std::wstring PlainText(const Node& node) {
+    return IsText(node) ? ValueOf(node) : TextOf(node);
+}
+
 Node FirstChild(const Node& node) {
     Node child;
     Check(node->get_firstChild(child.Put()));
@@ -82,8 +93,7 @@ std::wstring TextOf(const Node& node) {
 std::wstring OwnText(const Node& node) {
     std::wstring text;
     ForEachChild(node, [&](const Node& child) {
-        const DOMNodeType type = TypeOf(child);
-        if (type == NODE_TEXT || type == NODE_CDATA_SECTION) {
+        if (IsText(child)) {
             text += ValueOf(child);
         }
     });
@@ -99,12 +109,12 @@ std::wstring ValueOf(const Node& node) {
 std::wstring FirstChildText(const Node& node) {
     const Node child = FirstChild(node);
     CheckFound(child);
-    return TextOf(child);
+    return PlainText(child);
 }
 
 std::wstring FirstChildTextOrEmpty(const Node& node) {
     const Node child = FirstChild(node);
-    return child ? TextOf(child) : std::wstring();
+    return child ? PlainText(child) : std::wstring();
 }
 
 std::wstring FirstChildValue(const Node& node) {
