@@ -44,8 +44,8 @@ Fields ModuleFields(const Json& module) {
 }
 
 Table InputTable(const Json& inputs) {
-    Table table(
-        {">#", "Input", "Type", "Accepts", "Reference", ">Address", "Permanent", "Connected", "Value"});
+    Table table({">#", "Input", "Type (SNVT)", "Accepts", "Reference", ">Address", "Permanent", "Connected",
+                 "Value"});
     for (const Json& input : inputs) {
         table.Add({Number(input["index"]), input["name"], TypeTitle(input["type"]), Join(input["accepts"]),
                    input["reference"], input["logicalAddress"], YesNo(input["permanent"]),
@@ -55,7 +55,7 @@ Table InputTable(const Json& inputs) {
 }
 
 Table OutputTable(const Json& outputs) {
-    Table table({">#", "Output", "Type", "Kind", "Unit", "Reference", ">Address", "Shown", "Connected"});
+    Table table({">#", "Output", "Type (SNVT)", "Kind", "Unit", "Reference", ">Address", "Shown", "Wired"});
     for (const Json& output : outputs) {
         const Json& type = output["type"];
         table.Add({Number(output["index"]), output["name"], TypeTitle(type),
@@ -67,7 +67,7 @@ Table OutputTable(const Json& outputs) {
 }
 
 Table AttributeTable(const Json& attributes) {
-    Table table({"Attribute", "Type", "Kind", "Value", "Displayed as"});
+    Table table({"Attribute", "Type (SNVT)", "Kind", "Value", "Displayed as"});
     for (const Json& attribute : attributes) {
         const Json& type = attribute["type"];
         const Json& display = attribute["display"];

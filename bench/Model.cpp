@@ -233,12 +233,13 @@ Json ReadWires(const Host& host) {
 }
 
 std::string TypeTitle(const Json& type) {
-    if (type.is_null()) {
+    constexpr std::string_view kPrefix = "SNVT_";
+    if (type.is_null() || type["id"] == "") {
         return "-";
     }
-    const std::string id = type["id"];
     const std::string name = type["name"];
-    return id.empty() ? "-" : id + " " + name;
+    return type["id"].get<std::string>() + " " +
+           (name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name);
 }
 
 } // namespace bench

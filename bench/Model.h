@@ -68,7 +68,8 @@ Json ReadOutputs(Host& host, const xml::Node& interoperability);
 Json ReadAttributes(Host& host);
 Json ReadWires(const Host& host);
 
-/// "105 SNVT_temp_p"; "-" when there is no type.
+/// "105 temp_p": number and name, without the prefix that all names have; "-"
+/// when there is no type.
 std::string TypeTitle(const Json& type);
 
 } // namespace bench
