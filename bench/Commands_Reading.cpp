@@ -44,8 +44,8 @@ Fields ModuleFields(const Json& module) {
 }
 
 Table InputTable(const Json& inputs) {
-    Table table({">#", "Input", "Type (SNVT)", "Accepts", "Reference", ">Address", "Permanent", "Connected",
-                 "Value"});
+    Table table(
+        {">#", "Input", "Type (SNVT)", "Accepts", "Reference", ">Address", "Permanent", "Wired", "Value"});
     for (const Json& input : inputs) {
         table.Add({Number(input["index"]), input["name"], TypeTitle(input["type"]), Join(input["accepts"]),
                    input["reference"], input["logicalAddress"], YesNo(input["permanent"]),
