@@ -96,6 +96,7 @@ class CDBAppObject final
     // ITamDialogs
     STDMETHODIMP ShowAbout() override;
     STDMETHODIMP ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) override;
+    STDMETHODIMP EditValue(IDispatch* dataPoint) override;
 
   private:
     template <class T>

@@ -1,7 +1,9 @@
 #include "appobject/CDBAppObject.h"
 
+#include "dialogs/DataPoint.h"
 #include "dialogs/frmAbout.h"
 #include "dialogs/frmRename.h"
+#include "dialogs/ValueEditor.h"
 
 namespace tam {
 
@@ -50,6 +52,15 @@ STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short
             Replace(*deviceName, state.DeviceName());
         }
         return state.RetValue();
+    });
+}
+
+STDMETHODIMP CDBAppObject::EditValue(IDispatch* dataPoint) {
+    return Do([&] {
+        const auto editor = MakeValueEditor(DataPoint(dataPoint).Type().GenType());
+        com::CheckSet(editor.get());
+        editor->SetDataPoint(dataPoint);
+        editor->ShowModal();
     });
 }
 

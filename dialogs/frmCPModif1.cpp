@@ -6,23 +6,32 @@
 #include "component/resource.h"
 #include "points/mSNVTDataConversion.h"
 
+#include <array>
+
 namespace tam {
 
 namespace {
 
 constexpr const wchar_t* kFailure = L"error in calculating the value";
 
+/// The number by the user's decimal mark and digit separator. Not the plain
+/// conversion: that also takes the separators of currency amounts, and a user
+/// who has changed the marks of numbers alone has "," there for thousands.
 float SingleOf(std::wstring_view text) {
+    constexpr ULONG kNumber = NUMPRS_STD & ~static_cast<ULONG>(NUMPRS_CURRENCY);
     std::wstring copy(text);
-    float number = 0;
-    const HRESULT result = VarR4FromStr(copy.data(), LOCALE_USER_DEFAULT, 0, &number);
-    if (result == DISP_E_OVERFLOW) {
-        throw RunTimeError(RunTime::Overflow);
-    }
-    if (FAILED(result)) {
+    std::array<BYTE, 64> digits{};
+    NUMPARSE parsed{};
+    parsed.cDig = static_cast<int>(digits.size());
+    parsed.dwInFlags = kNumber;
+    if (FAILED(VarParseNumFromStr(copy.data(), LOCALE_USER_DEFAULT, 0, &parsed, digits.data()))) {
         throw RunTimeError(RunTime::TypeMismatch);
     }
-    return number;
+    com::Variant number;
+    if (FAILED(VarNumFromParseNum(&parsed, digits.data(), VTBIT_R4, number.Put()))) {
+        throw RunTimeError(RunTime::Overflow);
+    }
+    return number.Get().fltVal;
 }
 
 std::wstring WithUnit(const std::wstring& number, const std::wstring& unit) {

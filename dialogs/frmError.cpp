@@ -23,6 +23,7 @@ void frmError::OnInit() {
     fullHeight_ = window.bottom - window.top;
     foldedHeight_ = advanced.top - window.top;
     ApplyAdvanced();
+    StartAt(IDOK);
 }
 
 bool frmError::OnCommand(int control, int) {

@@ -1,0 +1,87 @@
+#include "component/resource.h"
+#include "tests/dialogs/Driver.h"
+
+namespace dialogs {
+namespace {
+
+class frmCPModif5Test : public DialogTest {
+  protected:
+    /// The labels that are seen, the highest bit first.
+    static std::wstring Bits(const Shown& dialog) {
+        std::wstring bits;
+        for (int bit = 15; bit >= 0; --bit) {
+            bits += dialog.IsVisible(IDC_BIT + bit) ? dialog.Text(IDC_BIT + bit) : L"";
+        }
+        return bits;
+    }
+};
+
+TEST_F(frmCPModif5Test, ShowsEightBitsOfAOneByteType) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDC_NAME), L"Point");
+        EXPECT_EQ(Bits(dialog), L"00000101");
+        EXPECT_FALSE(dialog.IsVisible(IDC_BIT_NUMBER + 8));
+        EXPECT_EQ(dialog.Text(IDC_BIT_SUM), L"5 (0x05)");
+        dialog.DoubleClick(IDC_BIT + 1);
+        EXPECT_EQ(dialog.Text(IDC_BIT + 1), L"1");
+        EXPECT_EQ(dialog.Text(IDC_BIT_SUM), L"7 (0x07)");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"7");
+}
+
+TEST_F(frmCPModif5Test, ShowsSixteenBitsOfALongerType) {
+    const auto value = Edit(Attribute(kBits16, L"32769"), [](Shown& dialog) {
+        EXPECT_EQ(Bits(dialog), L"1000000000000001");
+        for (int bit = 0; bit < 16; ++bit) {
+            EXPECT_EQ(dialog.Text(IDC_BIT_NUMBER + bit), std::to_wstring(bit));
+        }
+        dialog.DoubleClick(IDC_BIT + 15);
+        dialog.DoubleClick(IDC_BIT + 8);
+        EXPECT_EQ(Bits(dialog), L"0000000100000001");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"257");
+}
+
+TEST_F(frmCPModif5Test, ASingleClickFlipsNothing) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        SendMessageW(dialog.Control(IDC_BIT + 1), WM_LBUTTONDOWN, MK_LBUTTON, 0);
+        SendMessageW(dialog.Control(IDC_BIT + 1), WM_LBUTTONUP, 0, 0);
+        EXPECT_EQ(Bits(dialog), L"00000101");
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 1));
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"5");
+}
+
+TEST_F(frmCPModif5Test, CancelLeavesTheValue) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        dialog.DoubleClick(IDC_BIT);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(value, L"5");
+}
+
+TEST_F(frmCPModif5Test, TheKeyboardFlipsBits) {
+    const auto value = Edit(Attribute(kBits16, L"0"), [](Shown& dialog) {
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 15));
+        dialog.PressKey(VK_SPACE);
+        dialog.PressKey(VK_RIGHT);
+        dialog.PressKey(VK_DOWN);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 6));
+        dialog.PressKey(VK_SPACE);
+        dialog.PressKey(VK_LEFT);
+        dialog.PressKey(VK_UP);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 15));
+        dialog.PressKey(VK_LEFT);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 15));
+        EXPECT_EQ(Bits(dialog), L"1000000001000000");
+        dialog.PressKey(VK_RETURN);
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(value, L"32832");
+}
+
+} // namespace
+} // namespace dialogs

@@ -1,0 +1,80 @@
+#include "component/resource.h"
+#include "tests/dialogs/Driver.h"
+
+namespace dialogs {
+namespace {
+
+class frmCPModif3Test : public DialogTest {
+  protected:
+    com::Ref<IAttribute> EnumAttribute(const std::wstring& value, const std::wstring& description) {
+        auto point = Attribute(kEnum, value);
+        const auto type = support::Object(point, &IAttribute::get_SNVTType).As<IEnumType>();
+        EXPECT_EQ(support::Put(type, &IEnumType::put_EnumDesc, description), S_OK);
+        return point;
+    }
+    static LRESULT Send(const Shown& dialog, UINT message, WPARAM wParam = 0) {
+        return SendMessageW(dialog.Control(IDC_ENUM), message, wParam, 0);
+    }
+};
+
+TEST_F(frmCPModif3Test, OffersTheEntriesWithTheirValues) {
+    const auto value = Edit(EnumAttribute(L"0", L"0,Off;1,On;"), [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDC_NAME), L"Point");
+        EXPECT_EQ(dialog.Text(IDC_TYPE), L"SNVT_switch_state");
+        EXPECT_EQ(Send(dialog, CB_GETCOUNT), 2);
+        EXPECT_EQ(Send(dialog, CB_GETITEMDATA, 0), 0);
+        EXPECT_EQ(Send(dialog, CB_GETITEMDATA, 1), 1);
+        EXPECT_EQ(dialog.Text(IDC_ENUM), L"Off");
+        EXPECT_TRUE(dialog.HasFocus(IDC_ENUM));
+        EXPECT_EQ(dialog.DefaultButton(), IDOK);
+        dialog.Choose(IDC_ENUM, 1);
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"1");
+}
+
+TEST_F(frmCPModif3Test, CancelLeavesTheValue) {
+    const auto value = Edit(EnumAttribute(L"0", L"0,Off;1,On"), [](Shown& dialog) {
+        dialog.Choose(IDC_ENUM, 1);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(value, L"0");
+}
+
+TEST_F(frmCPModif3Test, ShowsNothingUntilOneIsChosenWhenNoEntryHasTheValue) {
+    const auto value = Edit(EnumAttribute(L"7", L"0,Off;-1,None"), [](Shown& dialog) {
+        EXPECT_EQ(Send(dialog, CB_GETCURSEL), CB_ERR);
+        EXPECT_FALSE(dialog.IsEnabled(IDOK));
+        dialog.Choose(IDC_ENUM, 1);
+        EXPECT_TRUE(dialog.IsEnabled(IDOK));
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"-1");
+}
+
+TEST_F(frmCPModif3Test, AnEmptyDescriptionGivesAnEmptyList) {
+    Edit(EnumAttribute(L"0", L""), [](Shown& dialog) {
+        EXPECT_EQ(Send(dialog, CB_GETCOUNT), 0);
+        EXPECT_FALSE(dialog.IsEnabled(IDOK));
+        dialog.Click(IDCANCEL);
+    });
+}
+
+TEST_F(frmCPModif3Test, TheKeyboardChoosesAndConfirms) {
+    const auto value = Edit(EnumAttribute(L"0", L"0,Off;1,On;2,Auto"), [](Shown& dialog) {
+        dialog.PressKey(VK_DOWN);
+        dialog.PressKey(VK_DOWN);
+        EXPECT_EQ(dialog.Text(IDC_ENUM), L"Auto");
+        dialog.PressKey(VK_RETURN);
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(value, L"2");
+}
+
+TEST_F(frmCPModif3Test, ADescriptionThatCannotBeReadOpensNothing) {
+    const auto point = EnumAttribute(L"0", L"70000,Far;");
+    EXPECT_EQ(point->SetValue(), static_cast<HRESULT>(0x800A0006));
+}
+
+} // namespace
+} // namespace dialogs

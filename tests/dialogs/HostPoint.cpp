@@ -1,0 +1,131 @@
+#include "tests/dialogs/HostPoint.h"
+
+#include "com/Boundary.h"
+#include "com/Enumerator.h"
+
+namespace dialogs {
+
+namespace {
+
+com::Variant ObjectResult(IDispatch* object) {
+    return com::Variant(object);
+}
+
+com::Variant EnumeratorOf(const std::vector<HostPoint*>& points) {
+    std::vector<com::Ref<IDispatch>> items;
+    for (const HostPoint* point : points) {
+        items.emplace_back(point->object);
+    }
+    com::Variant result;
+    VARIANT* value = result.Put();
+    value->vt = VT_UNKNOWN;
+    value->punkVal = com::MakeEnumerator(std::move(items)).Detach();
+    return result;
+}
+
+} // namespace
+
+void NamedObject::Add(std::wstring name, Get get, Put put) {
+    members_.push_back({std::move(name), std::move(get), std::move(put)});
+}
+
+void NamedObject::AddText(std::wstring name, const std::wstring& text) {
+    Add(std::move(name), [text](auto) { return com::Variant(text); });
+}
+
+STDMETHODIMP NamedObject::QueryInterface(REFIID iid, void** out) {
+    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+    *out = known ? this : nullptr;
+    if (!known) {
+        return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+}
+
+STDMETHODIMP_(ULONG) NamedObject::Release() {
+    const ULONG left = --references_;
+    if (left == 0) {
+        delete this;
+    }
+    return left;
+}
+
+STDMETHODIMP NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
+    for (std::size_t i = 0; i < members_.size(); ++i) {
+        if (_wcsicmp(members_[i].name.c_str(), names[0]) == 0) {
+            ids[0] = static_cast<DISPID>(i + 1);
+            return S_OK;
+        }
+    }
+    ids[0] = DISPID_UNKNOWN;
+    return DISP_E_UNKNOWNNAME;
+}
+
+STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
+                                 EXCEPINFO*, UINT*) {
+    OLECHAR enumerator[] = L"_NewEnum";
+    LPOLESTR name = enumerator;
+    if (id == DISPID_NEWENUM && FAILED(GetIDsOfNames(IID_NULL, &name, 1, 0, &id))) {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    Member& member = members_.at(static_cast<std::size_t>(id - 1));
+    const std::span<const VARIANT> arguments(params->rgvarg, params->cArgs);
+    const auto failure = com::Attempt([&] {
+        if ((flags & DISPATCH_PROPERTYPUT) != 0) {
+            member.put(arguments.front());
+        } else {
+            com::Variant answer = member.get(arguments);
+            if (result != nullptr) {
+                *result = answer.Detach();
+            }
+        }
+    });
+    return failure ? failure->code : S_OK;
+}
+
+HostPoint::HostPoint(std::wstring name, std::wstring initial, const std::wstring& genType)
+    : value(std::move(initial)), type(NamedObject::Make()), object(NamedObject::Make()) {
+    type->AddText(L"GenType", genType);
+    object->AddText(L"Name", name);
+    object->Add(
+        L"Value", [this](auto) { return com::Variant(value); },
+        [this](const VARIANT& written) {
+            if (refusesWrites) {
+                throw com::CallError(E_ACCESSDENIED);
+            }
+            value = com::Text(written.bstrVal);
+            writes.push_back(value);
+        });
+    object->Add(L"SNVTType", [held = type](auto) { return ObjectResult(held.Get()); });
+}
+
+void HostPoint::SetFields(std::vector<HostPoint*> points, Walk walk) {
+    const auto fields = NamedObject::Make();
+    const auto count = static_cast<long>(points.size());
+    fields->Add(L"Item", [points](std::span<const VARIANT> arguments) {
+        const VARIANT& key = arguments.front();
+        if (key.vt == VT_I4) {
+            return ObjectResult(points.at(static_cast<std::size_t>(key.lVal - 1))->object.Get());
+        }
+        for (const HostPoint* point : points) {
+            VARIANT none{};
+            DISPPARAMS params{&none, nullptr, 0, 0};
+            com::Variant name;
+            point->object->Invoke(1, IID_NULL, 0, DISPATCH_PROPERTYGET, &params, name.Put(), nullptr,
+                                  nullptr);
+            if (com::View(name.Get().bstrVal) == com::View(key.bstrVal)) {
+                return ObjectResult(point->object.Get());
+            }
+        }
+        throw com::CallError(DISP_E_BADINDEX);
+    });
+    if (walk == Walk::ByEnumerator) {
+        fields->Add(L"_NewEnum", [points](auto) { return EnumeratorOf(points); });
+    } else {
+        fields->Add(L"Count", [count](auto) { return com::Variant(count); });
+    }
+    object->Add(L"Fields", [fields](auto) { return ObjectResult(fields.Get()); });
+}
+
+} // namespace dialogs

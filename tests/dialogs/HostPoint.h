@@ -1,0 +1,69 @@
+#pragma once
+
+#include "com/Conversion.h"
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace dialogs {
+
+/// An object of a host that is reached by name alone.
+class NamedObject final : public IDispatch {
+  public:
+    using Get = std::function<com::Variant(std::span<const VARIANT> arguments)>;
+    using Put = std::function<void(const VARIANT& value)>;
+
+    static com::Ref<NamedObject> Make() { return com::Ref<NamedObject>::Own(new NamedObject); }
+    virtual ~NamedObject() { --live; }
+
+    void Add(std::wstring name, Get get, Put put = {});
+    /// A member that always has this text.
+    void AddText(std::wstring name, const std::wstring& text);
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override;
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override;
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
+                        UINT*) override;
+
+    /// Objects that exist.
+    static inline int live = 0;
+
+  private:
+    NamedObject() { ++live; }
+
+    struct Member {
+        std::wstring name;
+        Get get;
+        Put put;
+    };
+    std::vector<Member> members_;
+    ULONG references_ = 1;
+};
+
+/// A data point of a host: what it is, and what was written to it.
+struct HostPoint {
+    HostPoint(std::wstring name, std::wstring value, const std::wstring& genType);
+    HostPoint(const HostPoint&) = delete;
+    HostPoint& operator=(const HostPoint&) = delete;
+
+    enum class Walk { ByEnumerator, ByCount };
+    /// Makes it a structure of these fields, found by name or position.
+    void SetFields(std::vector<HostPoint*> points, Walk walk = Walk::ByEnumerator);
+
+    std::wstring value;
+    std::vector<std::wstring> writes;
+    bool refusesWrites = false;
+    com::Ref<NamedObject> type;
+    com::Ref<NamedObject> object;
+};
+
+} // namespace dialogs

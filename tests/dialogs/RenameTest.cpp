@@ -1,0 +1,128 @@
+#include "component/resource.h"
+#include "tests/dialogs/Driver.h"
+
+namespace dialogs {
+namespace {
+
+using support::ExpectBox;
+
+constexpr int kBox = IDC_DEVICE_NAME;
+
+class frmRenameTest : public DialogTest {
+  protected:
+    struct Answer {
+        short choice;
+        std::wstring name;
+    };
+    Answer Rename(const std::wstring& name, Script script) {
+        const auto module = NewModule().As<ITamDialogs>();
+        Next(std::move(script));
+        com::Variant deviceName(name);
+        const com::Bstr key(L"K7");
+        VARIANT argument = deviceName.Detach();
+        short choice = 0;
+        EXPECT_EQ(module->ShowRename(&argument, key.Get(), &choice), S_OK);
+        Answer answer{choice, com::Text(argument.bstrVal)};
+        VariantClear(&argument);
+        return answer;
+    }
+};
+
+TEST_F(frmRenameTest, OpensWithTheNameSelected) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        EXPECT_EQ(dialog.Caption(), L"Add Gateway Device");
+        EXPECT_EQ(dialog.Text(-1), L" Device Name");
+        EXPECT_EQ(dialog.Text(kBox), L"Dev1");
+        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 4));
+        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_TRUE(dialog.IsEnabled(IDOK));
+        EXPECT_EQ(dialog.DefaultButton(), IDOK);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(answer.choice, 2);
+    EXPECT_EQ(answer.name, L"Dev1");
+}
+
+TEST_F(frmRenameTest, GivesTheNewNameBack) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        dialog.Type(kBox, L"a_1");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(answer.choice, 1);
+    EXPECT_EQ(answer.name, L"a_1");
+}
+
+TEST_F(frmRenameTest, TakesSixCharacters) {
+    const auto answer = Rename(L"", [](Shown& dialog) {
+        EXPECT_FALSE(dialog.IsEnabled(IDOK));
+        dialog.Type(kBox, L"abcdefg");
+        EXPECT_EQ(dialog.Text(kBox), L"abcdef");
+        EXPECT_TRUE(dialog.IsEnabled(IDOK));
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(answer.name, L"abcdef");
+}
+
+TEST_F(frmRenameTest, RefusesABadNameAndStaysOpen) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        for (const wchar_t* name : {L"1a", L"a-b", L"a b"}) {
+            dialog.Select(kBox, 0, -1);
+            dialog.Type(kBox, name);
+            dialog.Click(IDOK);
+            EXPECT_TRUE(dialog.IsOpen());
+            EXPECT_EQ(dialog.Text(kBox), name);
+        }
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(answer.choice, 2);
+    EXPECT_EQ(answer.name, L"Dev1");
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 3U);
+    ExpectBox(messages[0], L"The name have to start with a letter.", L"Gateway Object", MB_ICONEXCLAMATION);
+    for (const std::size_t i : {1U, 2U}) {
+        ExpectBox(messages[i], L"The name haven't to contain special keys.", L"Gateway Object",
+                  MB_ICONEXCLAMATION);
+    }
+}
+
+TEST_F(frmRenameTest, TheKeyCodeZeroConfirms) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(answer.choice, 1);
+    EXPECT_EQ(answer.name, L"Dev1");
+}
+
+TEST_F(frmRenameTest, EnterPressesOkAndEscapeCancel) {
+    EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_RETURN); }).choice, 1);
+    EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_ESCAPE); }).choice, 2);
+}
+
+TEST_F(frmRenameTest, IsReachedByNameWithAVariableByReference) {
+    const auto module = NewModule();
+    Next([](Shown& dialog) {
+        dialog.Type(kBox, L"new");
+        dialog.Click(IDOK);
+    });
+    OLECHAR member[] = L"ShowRename";
+    LPOLESTR name = member;
+    DISPID id = 0;
+    ASSERT_EQ(module->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id), S_OK);
+    com::Variant variable(std::wstring_view(L"old"));
+    VARIANT argument{};
+    argument.vt = VT_VARIANT | VT_BYREF;
+    VARIANT value = variable.Detach();
+    argument.pvarVal = &value;
+    DISPPARAMS params{&argument, nullptr, 1, 0};
+    com::Variant result;
+    ASSERT_EQ(module->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, result.Put(),
+                             nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(result.Get().iVal, 1);
+    EXPECT_EQ(com::Text(value.bstrVal), L"new");
+    VariantClear(&value);
+}
+
+} // namespace
+} // namespace dialogs
