@@ -29,9 +29,10 @@ class ForwardFace : public com::Face<Derived, I> {
   protected:
     template <class Method, class... Arguments>
     HRESULT To(Method method, Arguments... arguments) noexcept {
-        if (((std::is_pointer_v<Arguments> && IsNullOut(method, arguments)) || ...)) {
+        if ((IsNullOut(arguments) || ...)) {
             return E_POINTER;
         }
+        (EmptyOut(arguments), ...);
         com::Ref<I> inner;
         const HRESULT found = com::Guard(__uuidof(I), [&] {
             inner = this->Self().template Inner<I>();
@@ -44,14 +45,24 @@ class ForwardFace : public com::Face<Derived, I> {
   private:
     /// A null BSTR is an empty text and a null object an empty reference; a
     /// null pointer to either is a missing place for the result.
-    template <class Method, class T>
-    static bool IsNullOut(Method, T argument) noexcept {
-        if constexpr (std::is_pointer_v<T>) {
-            using Target = std::remove_pointer_t<T>;
-            constexpr bool isOut = !std::is_same_v<T, BSTR> && !std::is_base_of_v<IUnknown, Target>;
-            return isOut && argument == nullptr;
+    template <class T>
+    static constexpr bool IsOut() noexcept {
+        using Target = std::remove_pointer_t<T>;
+        return std::is_pointer_v<T> && !std::is_same_v<T, BSTR> && !std::is_base_of_v<IUnknown, Target>;
+    }
+    template <class T>
+    static bool IsNullOut(T argument) noexcept {
+        if constexpr (IsOut<T>()) {
+            return argument == nullptr;
         } else {
             return false;
+        }
+    }
+    /// What the host finds when nothing answers.
+    template <class T>
+    static void EmptyOut([[maybe_unused]] T argument) noexcept {
+        if constexpr (IsOut<T>()) {
+            com::Empty(argument);
         }
     }
 };

@@ -13,7 +13,8 @@ STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
     if (target_ != nullptr && iid != __uuidof(IAttributeInterceptor)) {
         return target_->QueryInterface(iid, out);
     }
-    return Counted::QueryInterface(iid, out);
+    // The interface is dual, so that it answers for IDispatch too.
+    return Counted::QueryInterface(iid == IID_IDispatch ? __uuidof(IAttributeInterceptor) : iid, out);
 }
 
 template <class Method, class... Arguments>

@@ -25,9 +25,9 @@ void PrependText(const dom::Document& document, const dom::Node& parent, const w
     com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
     dom::Node first;
     com::Check(parent->get_firstChild(first.Put()));
-    VARIANT before{};
-    before.vt = VT_UNKNOWN;
-    before.punkVal = first.Get(); // borrowed for the call
+    VARIANT before{};                         // borrowed for the call
+    before.vt = first ? VT_UNKNOWN : VT_NULL; // nothing there: at the end
+    before.punkVal = first.Get();
     com::Check(parent->insertBefore(element.Get(), before, nullptr));
     com::Ref<IXMLDOMText> content;
     com::Check(document->createTextNode(com::Bstr(text).Get(), content.Put()));
