@@ -13,7 +13,6 @@
 #include <initializer_list>
 #include <list>
 #include <map>
-#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -81,7 +80,6 @@ class Recorder {
     }
     const std::wstring& Label() const noexcept { return label_; }
 
-    // What it answers.
     void Set(const std::wstring& name, const std::wstring& text) { values_[name] = com::Variant(text); }
     void Set(const std::wstring& name, const wchar_t* text) { Set(name, std::wstring(text)); }
     void Set(const std::wstring& name, long number) { values_[name] = com::Variant(number); }

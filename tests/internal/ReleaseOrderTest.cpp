@@ -1,0 +1,293 @@
+#include "com/LateBound.h"
+#include "tests/internal/Channel.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <numeric>
+
+// A channel's object holds the generic object, which holds its interceptor,
+// which is the channel's object: whoever lets go first, all of it must end.
+
+namespace internal_tests {
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+/// What a host may hold of one channel.
+enum Held : std::size_t { kWrapper, kGeneric, kCollections, kItems, kInterceptor, kHeldCount };
+constexpr std::array<const char*, kHeldCount> kHeldNames = {"wrapper", "generic object", "collections",
+                                                            "items", "interceptor"};
+
+class ReleaseOrderTest : public InternalTest {
+  protected:
+    using References = std::vector<com::Ref<IUnknown>>;
+
+    /// Every reference that a host can get at, by kind. The doubles are then
+    /// held by nothing else than these.
+    std::array<References, kHeldCount> TakeAll() {
+        std::array<References, kHeldCount> held;
+        const auto object = Created();
+        held[kWrapper] = {object, InternalOf(object)};
+        held[kGeneric] = {generic.object->As<IUnknown>()};
+        const auto inputs = support::Object(object, &IAppObject::get_Inputs);
+        const auto outputs = support::Object(object, &IAppObject::get_Outputs);
+        const auto attributes = support::Object(object, &IAppObject::get_Attributes);
+        held[kCollections] = {inputs, outputs, attributes, support::Object(inputs, &IInputs::get_NewEnum),
+                              support::Object(attributes, &IAttributes::get_NewEnum)};
+        held[kItems] = {InputOf(object, L"In1"), OutputOf(object, L"Out"),
+                        OutputOf(object, L"Out").As<IDisplayItem>(), AttributeOf(object, L"Gain")};
+        held[kInterceptor] = {Interceptor()};
+        ForgetDoubles();
+        return held;
+    }
+    void ExpectAllGone() {
+        EXPECT_EQ(Dll().CanUnload(), S_OK) << "an object of the component is still alive";
+        EXPECT_EQ(DoublesAlive(), 0) << "an object of the host is still held";
+    }
+    /// The doubles anew, for a second round in one test.
+    void Renew() {
+        InternalTest::TearDown();
+        InternalTest::SetUp();
+    }
+};
+
+TEST_F(ReleaseOrderTest, EverythingEndsInEveryOrderOfRelease) {
+    std::array<std::size_t, kHeldCount> order{};
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::size_t rounds = 0;
+    do {
+        std::string title;
+        for (const std::size_t kind : order) {
+            title += std::string(kHeldNames[kind]) + ", ";
+        }
+        SCOPED_TRACE(title);
+        auto held = TakeAll();
+        EXPECT_EQ(Dll().CanUnload(), S_FALSE);
+        for (const std::size_t kind : order) {
+            EXPECT_EQ(Dll().CanUnload(), S_FALSE) << "before the " << kHeldNames[kind];
+            held[kind].clear();
+        }
+        ExpectAllGone();
+        Renew();
+        ++rounds;
+    } while (std::next_permutation(order.begin(), order.end()));
+    EXPECT_EQ(rounds, 120u);
+}
+
+TEST_F(ReleaseOrderTest, TheRegisteredInterceptorDoesNotKeepTheObjectAlive) {
+    auto object = Created();
+    const auto interceptor = Interceptor();
+    object.Reset();
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    EXPECT_EQ(interceptor->InterceptTypeChanged(gain->As<IAttribute>().Get(), &handled),
+              CO_E_OBJNOTCONNECTED);
+}
+
+TEST_F(ReleaseOrderTest, AnInterceptorWhoseObjectIsGoneAnswersThatItIsNotConnected) {
+    auto object = Created();
+    const auto interceptor = Interceptor();
+    object.Reset();
+    Calls().clear();
+    const auto attribute = gain->As<IAttribute>();
+    VARIANT_BOOL answer = VARIANT_TRUE;
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    EXPECT_EQ(interceptor->InterceptGetDataFromDevice(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(interceptor->InterceptAttributeValueChanged(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(interceptor->InterceptTypeChanged(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(interceptor->InterceptIsUnitsDependent(attribute.Get(), &answer, &handled),
+              CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(interceptor->InterceptIsDifferential(attribute.Get(), &answer, &handled), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+    EXPECT_EQ(Said(), Texts());
+
+    UINT count = 0;
+    EXPECT_EQ(interceptor->GetTypeInfoCount(&count), CO_E_OBJNOTCONNECTED);
+    com::Ref<ITypeInfo> info;
+    EXPECT_EQ(interceptor->GetTypeInfo(0, 0, info.Put()), CO_E_OBJNOTCONNECTED);
+    com::Bstr name(L"InterceptTypeChanged");
+    BSTR text = name.Get();
+    DISPID id = 0;
+    EXPECT_EQ(interceptor->GetIDsOfNames(IID_NULL, &text, 1, 0, &id), CO_E_OBJNOTCONNECTED);
+    DISPPARAMS none{};
+    EXPECT_EQ(interceptor->Invoke(0x1202, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr),
+              CO_E_OBJNOTCONNECTED);
+}
+
+TEST_F(ReleaseOrderTest, AnInterceptorWhoseObjectIsGoneIsStillAnObject) {
+    auto object = Created();
+    const auto interceptor = Interceptor();
+    object.Reset();
+    const auto identity = interceptor.As<IUnknown>();
+    ASSERT_TRUE(identity);
+    EXPECT_TRUE(com::SameObject(identity.Get(), interceptor.As<IDispatch>().Get()));
+    EXPECT_TRUE(interceptor.As<IAttributeInterceptor>());
+    EXPECT_FALSE(interceptor.As<IAppObject>());
+    EXPECT_EQ(interceptor->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+}
+
+TEST_F(ReleaseOrderTest, TheInterceptorIsTheObjectItselfForCom) {
+    const auto object = Created();
+    const auto interceptor = Interceptor();
+    EXPECT_TRUE(com::SameObject(interceptor.Get(), object.Get()));
+    const auto own = object.As<IAttributeInterceptor>();
+    EXPECT_TRUE(com::SameObject(own.Get(), object.Get()));
+    EXPECT_TRUE(com::SameObject(interceptor.As<ITamInternalAppObject>().Get(), object.Get()));
+    EXPECT_TRUE(com::SameObject(interceptor.As<IAttributeInterceptor>().Get(), object.Get()));
+    EXPECT_TRUE(interceptor.As<ISupportErrorInfo>());
+    EXPECT_FALSE(interceptor.As<IInput>());
+}
+
+TEST_F(ReleaseOrderTest, AReferenceThroughTheInterceptorKeepsTheObject) {
+    auto object = Created();
+    auto again = Interceptor().As<IAppObject>();
+    object.Reset();
+    EXPECT_EQ(
+        support::Text(again.As<ITamInternalAppObject>(), &ITamInternalAppObject::get_TamInternalObjectKey),
+        L"AI3");
+    again.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_FALSE) << "the generic object still has its interceptor";
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, TheObjectMayEndInACallThatTheInterceptorPassesOn) {
+    auto object = Created();
+    const auto interceptor = Interceptor();
+    gain->On(L"get Name", [&](const Invocation& call) {
+        object.Reset(); // the host lets go while it is asked
+        return call.Answer(com::Variant(L"Gain").Get());
+    });
+    VARIANT_BOOL handled = VARIANT_FALSE;
+    EXPECT_EQ(interceptor->InterceptGetDataFromDevice(gain->As<IAttribute>().Get(), &handled), S_OK);
+    EXPECT_EQ(handled, VARIANT_TRUE);
+    EXPECT_EQ(interceptor->InterceptGetDataFromDevice(gain->As<IAttribute>().Get(), &handled),
+              CO_E_OBJNOTCONNECTED);
+}
+
+TEST_F(ReleaseOrderTest, ItemsWhoseObjectIsGoneHaveNoParentAndStillForward) {
+    auto object = Created();
+    const auto input = InputOf(object, L"In1");
+    const auto output = OutputOf(object, L"Out");
+    const auto attribute = AttributeOf(object, L"Gain");
+    object.Reset();
+    EXPECT_FALSE(support::Object(input, &IInput::get_Parent));
+    EXPECT_FALSE(support::Object(output, &IOutput::get_Parent));
+    EXPECT_FALSE(support::Object(attribute, &IAttribute::get_Parent));
+    EXPECT_EQ(support::Text(input, &IInput::get_Name), L"In1");
+    EXPECT_EQ(support::Text(output, &IOutput::get_Name), L"Out");
+    EXPECT_EQ(support::Text(attribute, &IAttribute::get_Name), L"Gain");
+}
+
+TEST_F(ReleaseOrderTest, ItemsWhoseObjectIsGoneRaiseWhereTheyNeedIt) {
+    auto object = Created();
+    const auto input = InputOf(object, L"In1");
+    const auto output = OutputOf(object, L"Out");
+    const auto attribute = AttributeOf(object, L"Gain");
+    object.Reset();
+    ExpectRaised(support::Put(input, &IInput::put_Value, L"1"), 91, kObjectNotSet);
+    EXPECT_EQ(in1->Value(L"Value"), L"\"1\"");
+    ExpectRaised(support::Put(attribute, &IAttribute::put_Value, L"2"), 91, kObjectNotSet);
+    EXPECT_EQ(gain->Value(L"Value"), L"\"2\"");
+    ExpectRaised(output->put_IsDisplayable(VARIANT_FALSE), 91, kObjectNotSet);
+    EXPECT_EQ(out->Value(L"IsDisplayable"), L"False");
+    long index = 0;
+    ExpectRaised(output->get_Index(&index), 91, kObjectNotSet);
+    com::Bstr reference;
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
+}
+
+TEST_F(ReleaseOrderTest, CollectionsWhoseObjectIsGoneStillFindTheirItems) {
+    auto object = Created();
+    const auto inputs = support::Object(object, &IAppObject::get_Inputs);
+    object.Reset();
+    EXPECT_TRUE(support::Item(inputs, &IInputs::get_Item, L"In2"));
+    EXPECT_EQ(support::Long(inputs, &IInputs::get_Count), 2);
+}
+
+TEST_F(ReleaseOrderTest, AnEnumeratorKeepsTheItemsOfACollectionThatIsGone) {
+    auto object = Created();
+    const auto walk = support::Object(support::Object(object, &IAppObject::get_Inputs), &IInputs::get_NewEnum)
+                          .As<IEnumVARIANT>();
+    object.Reset();
+    com::Variant item;
+    ASSERT_EQ(walk->Next(1, item.Put(), nullptr), S_OK);
+    EXPECT_EQ(Print(com::GetMember(*item.Get().pdispVal, L"Name").Get()), L"\"In1\"");
+}
+
+TEST_F(ReleaseOrderTest, AnObjectThatWasNeverCreatedEnds) {
+    { const auto object = NewChannel(L"AI3", Device().Get()); }
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, AnObjectWhoseCreationFailedEnds) {
+    for (const wchar_t* member : {L"RegisterInterceptor", L"Create", L"get Outputs", L"get UniqueIDString"}) {
+        generic.object->Fail(member, E_FAIL);
+        EXPECT_EQ(NewChannel(L"AI3", Device().Get())->Create(), E_FAIL);
+        generic.object->FailNoMore();
+    }
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, AnObjectThatWasCreatedTwiceEnds) {
+    {
+        const auto object = Created();
+        EXPECT_EQ(object->Create(), S_OK);
+    }
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, AnObjectEndsWhoseDeviceHoldsItUntilItsOwnEnd) {
+    {
+        const auto object = Created();
+        device->Set(L"Held", object.Get());
+    }
+    EXPECT_EQ(Dll().CanUnload(), S_FALSE);
+    device->Set(L"Held", false);
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, TheManagerEndsBeforeOrAfterItsObjects) {
+    auto manager = NewManager();
+    com::Ref<IAppObject> object;
+    EXPECT_EQ(manager->CreateTemplateTamInternalObject(object.Put()), S_OK);
+    manager.Reset();
+    generic.object->Set(L"Name", L"Level");
+    EXPECT_EQ(support::Text(object, &IAppObject::get_Name), L"Level");
+    object.Reset();
+    ForgetDoubles();
+    ExpectAllGone();
+}
+
+TEST_F(ReleaseOrderTest, TheInterceptorWorksByNameWhileItsObjectLives) {
+    const auto object = Created();
+    const auto interceptor = Interceptor();
+    const com::Variant attribute(gain->As<IDispatch>().Get());
+    VARIANT arguments[2] = {attribute.Get(), {}};
+    IDispatch& script = *interceptor.Get();
+    for (const wchar_t* member : {L"InterceptGetDataFromDevice", L"InterceptAttributeValueChanged"}) {
+        EXPECT_EQ(Print(com::CallMember(script, member, std::span(arguments, 1)).Get()), L"True");
+    }
+    EXPECT_EQ(Print(com::CallMember(script, L"InterceptTypeChanged", std::span(arguments, 1)).Get()),
+              L"False");
+
+    SetDefinition(L"<AppObject><TAMConfig><Attributes><Attrib Name='Gain' UnitDependent='1'/></Attributes>"
+                  L"</TAMConfig></AppObject>");
+    for (const wchar_t* member : {L"InterceptIsUnitsDependent", L"InterceptIsDifferential"}) {
+        const bool isUnits = std::wstring_view(member) == L"InterceptIsUnitsDependent";
+        VARIANT_BOOL answer = isUnits ? VARIANT_FALSE : VARIANT_TRUE;
+        arguments[1].vt = VT_BYREF | VT_BOOL;
+        arguments[1].pboolVal = &answer;
+        EXPECT_EQ(Print(com::CallMember(script, member, arguments).Get()), L"True");
+        EXPECT_EQ(answer, isUnits ? VARIANT_TRUE : VARIANT_FALSE);
+    }
+}
+
+} // namespace
+
+} // namespace internal_tests
