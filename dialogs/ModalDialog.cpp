@@ -26,6 +26,13 @@ HANDLE ComponentContext() noexcept {
     return context;
 }
 
+RECT WorkAreaAt(HWND window) noexcept {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+}
+
 } // namespace
 
 VisualStyles::VisualStyles() noexcept {
@@ -79,24 +86,26 @@ void ModalDialog::Shorten(int firstMovedTop, int distance) const noexcept {
 
 void ModalDialog::Centre() const noexcept {
     const HWND owner = GetWindow(window_, GW_OWNER);
-    MONITORINFO monitor{};
-    monitor.cbSize = sizeof(monitor);
-    GetMonitorInfoW(MonitorFromWindow(owner != nullptr ? owner : window_, MONITOR_DEFAULTTONEAREST),
-                    &monitor);
     RECT window{};
     GetWindowRect(window_, &window);
-    RECT around = monitor.rcWork;
+    RECT around = WorkAreaAt(owner != nullptr ? owner : window_);
     if (owner != nullptr && IsWindowVisible(owner) != FALSE && IsIconic(owner) == FALSE) {
         GetWindowRect(owner, &around);
     }
-    const LONG width = window.right - window.left;
-    const LONG height = window.bottom - window.top;
-    const LONG left = around.left + (around.right - around.left - width) / 2;
-    const LONG top = around.top + (around.bottom - around.top - height) / 2;
-    const RECT& work = monitor.rcWork;
-    SetWindowPos(window_, nullptr, std::clamp(left, work.left, std::max(work.left, work.right - width)),
-                 std::clamp(top, work.top, std::max(work.top, work.bottom - height)), 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const LONG left = (around.left + around.right - (window.right - window.left)) / 2;
+    const LONG top = (around.top + around.bottom - (window.bottom - window.top)) / 2;
+    SetWindowPos(window_, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    KeepOnScreen();
+}
+
+void ModalDialog::KeepOnScreen() const noexcept {
+    RECT window{};
+    GetWindowRect(window_, &window);
+    const RECT work = WorkAreaAt(window_);
+    const LONG right = std::max(work.left, work.right - (window.right - window.left));
+    const LONG bottom = std::max(work.top, work.bottom - (window.bottom - window.top));
+    SetWindowPos(window_, nullptr, std::clamp(window.left, work.left, right),
+                 std::clamp(window.top, work.top, bottom), 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 INT_PTR CALLBACK ModalDialog::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

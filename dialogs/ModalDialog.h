@@ -61,8 +61,10 @@ class ModalDialog {
     void StartAt(int id) noexcept { firstFocus_ = id; }
     /// Moves controls up by a distance in pixels and takes it off the window's height.
     void Shorten(int firstMovedTop, int distance) const noexcept;
-    /// Centres the window over its owner again, within the screen's work area.
+    /// Centres the window over its owner again, on the screen.
     void Centre() const noexcept;
+    /// Moves the window so that all of it is on the screen.
+    void KeepOnScreen() const noexcept;
     void Close() noexcept { EndDialog(window_, 0); }
 
   private:

@@ -76,9 +76,10 @@ void frmCPModif4::FitColumns() const {
     const int widest = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, kNameColumn, 0));
     RECT client{};
     GetClientRect(list, &client);
-    // A scroll bar needs room when the rows do not fit.
+    // A scroll bar that is still to come takes its room from the columns.
     const bool scrolls = SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0) < static_cast<LRESULT>(rows_.size());
-    const int room = client.right - (scrolls ? GetSystemMetrics(SM_CXVSCROLL) : 0);
+    const bool isThere = (GetWindowLongW(list, GWL_STYLE) & WS_VSCROLL) != 0;
+    const int room = client.right - (scrolls && !isThere ? GetSystemMetrics(SM_CXVSCROLL) : 0);
     const int name = std::clamp(widest, room * 2 / 5, room * 2 / 3);
     SendMessageW(list, LVM_SETCOLUMNWIDTH, kNameColumn, name);
     SendMessageW(list, LVM_SETCOLUMNWIDTH, kValueColumn, room - name);

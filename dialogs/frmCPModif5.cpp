@@ -51,6 +51,7 @@ void frmCPModif5::HideUpperByte() const {
     POINT top{0, lower.top};
     ScreenToClient(Window(), &top);
     Shorten(top.y, lower.top - upper.top);
+    Centre();
 }
 
 void frmCPModif5::ShowBit(std::size_t bit) const {

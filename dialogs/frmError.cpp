@@ -19,10 +19,11 @@ void frmError::OnInit() {
     RECT window{};
     RECT advanced{};
     GetWindowRect(Window(), &window);
-    GetWindowRect(Control(IDC_ERROR_ADVANCED_INFO), &advanced);
+    GetWindowRect(Control(IDC_ERROR_DETAILS), &advanced);
     fullHeight_ = window.bottom - window.top;
     foldedHeight_ = advanced.top - window.top;
     ApplyAdvanced();
+    Centre();
     StartAt(IDOK);
 }
 
@@ -41,12 +42,15 @@ bool frmError::OnCommand(int control, int) {
 
 void frmError::ApplyAdvanced() {
     SetText(IDC_ERROR_ADVANCED, state_.AdvancedCaption());
-    ShowWindow(Control(IDC_ERROR_ADVANCED_INFO), state_.IsAdvancedShown() ? SW_SHOW : SW_HIDE);
+    const int show = state_.IsAdvancedShown() ? SW_SHOW : SW_HIDE;
+    ShowWindow(Control(IDC_ERROR_DETAILS), show);
+    ShowWindow(Control(IDC_ERROR_ADVANCED_INFO), show);
     RECT window{};
     GetWindowRect(Window(), &window);
     SetWindowPos(Window(), nullptr, 0, 0, window.right - window.left,
                  state_.IsAdvancedShown() ? fullHeight_ : foldedHeight_,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    KeepOnScreen();
 }
 
 void ShowErrorReport(const ErrorReport& report) noexcept {

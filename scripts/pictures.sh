@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Takes a picture of each dialog into docs/images. Run as "./tam pictures",
+# which has built dialog_pictures and started Wine and a display.
+#
+# TAM_PICTURE_PROGRAM  the program's path
+# TAM_PICTURE_FOLDER   where the pictures go (docs/images)
+set -euo pipefail
+unset CDPATH
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+program=$(realpath "${TAM_PICTURE_PROGRAM:?}")
+folder=${TAM_PICTURE_FOLDER:-$root/docs/images}
+
+bitmaps=$(mktemp -d)
+trap 'rm -rf "$bitmaps"' EXIT
+
+# Wine draws title bars only on a desktop of its own. The desktop's process
+# answers before the program has ended and hides its status, so the program
+# writes its report to a file.
+cd "$(dirname "$program")"
+TAM_PICTURES="Z:${bitmaps//\//\\}" timeout 120 wine explorer /desktop=tam_pictures,1280x1024 \
+    "$(basename "$program")" "--gtest_output=xml:Z:${bitmaps//\//\\}\\report.xml"
+
+for ((i = 0; i < 600; i++)); do
+    [[ ! -s $bitmaps/report.xml ]] || break
+    sleep 0.1
+done
+if ! grep -q '<testsuites .*failures="0"' "$bitmaps/report.xml" 2>/dev/null; then
+    printf 'pictures: not every dialog could be shown\n' >&2
+    [[ ! -f $bitmaps/report.xml ]] || cat "$bitmaps/report.xml" >&2
+    exit 1
+fi
+
+mkdir -p "$folder"
+for bitmap in "$bitmaps"/*.bmp; do
+    # Without a time stamp, so that an unchanged dialog is an unchanged file.
+    convert "$bitmap" -alpha off -define png:exclude-chunks=date,time -strip \
+        "$folder/dialog-$(basename "$bitmap" .bmp).png"
+done
+printf '%s\n' "$folder"/dialog-*.png
