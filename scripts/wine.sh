@@ -57,7 +57,7 @@ stop_server() {
 }
 
 # What a prefix is made from; a prefix with another stamp is made anew.
-prefix_recipe() { printf '%s, %s, recipe 1\n' "$(wine --version)" "$1"; }
+prefix_recipe() { printf '%s, %s, recipe 2\n' "$(wine --version)" "$1"; }
 
 # Makes one prefix: no crash dialog that waits for a click, and the number
 # format. The server is ended last because that writes the registry out.
@@ -71,6 +71,8 @@ make_prefix() {
     {
         wine wineboot -i &&
             wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
+            # Without a window manager Wine waits two seconds for one at each box.
+            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&
             if [[ $name == comma ]]; then
                 wine reg add 'HKCU\Control Panel\International' /v sDecimal /d , /f &&
                     wine reg add 'HKCU\Control Panel\International' /v sThousand /d . /f
