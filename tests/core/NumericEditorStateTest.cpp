@@ -59,7 +59,7 @@ TEST(NumericEditorStateTest, TakesDigitsAndRefusesOtherKeys) {
 
 TEST(NumericEditorStateTest, LetsTheClipboardKeysThrough) {
     const auto state = State(L"1");
-    for (const wchar_t command : {1, 3, 22, 24, 26}) {
+    for (const wchar_t command : {L'\x01', L'\x03', L'\x16', L'\x18', L'\x1A'}) {
         EXPECT_TRUE(Takes(state, command, L"12|"));
     }
 }
