@@ -107,9 +107,12 @@ ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) : point_(point) 
     if (depth == kDeepest) {
         return;
     }
-    for (const auto& field : FieldsOf(point)) {
-        fields_.push_back(ValueSnapshot(DataPoint(field.Get()), depth + 1));
-    }
+    // What has no fields may well refuse to be asked for them.
+    com::Attempt([&] {
+        for (const auto& field : FieldsOf(point)) {
+            fields_.push_back(ValueSnapshot(DataPoint(field.Get()), depth + 1));
+        }
+    });
 }
 
 void ValueSnapshot::Restore() const noexcept {

@@ -39,8 +39,8 @@ std::wstring_view WithoutBlanksAround(std::wstring_view text) {
 
 } // namespace
 
-NumericEditorState::NumericEditorState(Setup setup)
-    : separator_(std::move(setup.separator))
+NumericEditorState::NumericEditorState(const Setup& setup)
+    : separator_(setup.separator)
     , readSingle_(setup.readSingle)
     , current_(Local(setup.value))
     , invalid_(Local(setup.invalidValue))

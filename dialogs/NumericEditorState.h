@@ -28,7 +28,7 @@ class NumericEditorState {
         std::wstring separator;
         SingleReader readSingle;
     };
-    explicit NumericEditorState(Setup setup);
+    explicit NumericEditorState(const Setup& setup);
 
     bool IsFloat() const noexcept { return isFloat_; }
     /// The current value with the user's decimal mark.
