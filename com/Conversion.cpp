@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 #include "common/RunTimeError.h"
 
+#include <array>
 #include <new>
 
 namespace com {
@@ -30,6 +31,21 @@ std::wstring Clean(std::wstring_view text) {
         throw RunTimeError(RunTime::TypeMismatch);
     }
     return std::wstring(text);
+}
+
+/// A number in the user's locale, in the one form that `bit` (VTBIT_…) names.
+/// The plain conversion also takes the marks of currency amounts: where a user
+/// has changed the marks of numbers alone, "2,5" would be 25.
+Variant NumberOf(std::wstring_view text, ULONG bit) {
+    constexpr ULONG kNumber = NUMPRS_STD & ~static_cast<ULONG>(NUMPRS_CURRENCY);
+    std::array<BYTE, 256> digits{};
+    NUMPARSE parsed{};
+    parsed.cDig = static_cast<int>(digits.size());
+    parsed.dwInFlags = kNumber;
+    CheckConversion(VarParseNumFromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &parsed, digits.data()));
+    Variant number;
+    CheckConversion(VarNumFromParseNum(&parsed, digits.data(), bit, number.Put()));
+    return number;
 }
 
 } // namespace
@@ -75,15 +91,11 @@ void Assign(BSTR* out, std::wstring_view text) {
 }
 
 long LongOf(std::wstring_view text) {
-    LONG value = 0;
-    CheckConversion(VarI4FromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &value));
-    return value;
+    return NumberOf(text, VTBIT_I4).Get().lVal;
 }
 
 std::uint8_t ByteOf(std::wstring_view text) {
-    BYTE value = 0;
-    CheckConversion(VarUI1FromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &value));
-    return value;
+    return NumberOf(text, VTBIT_UI1).Get().bVal;
 }
 
 bool BoolOf(std::wstring_view text) {

@@ -115,8 +115,9 @@ void Empty(I** out) noexcept {
     *out = nullptr;
 }
 
-// The platform's conversions in the user's locale. A text that is no such
-// value is RunTime::TypeMismatch, one out of range RunTime::Overflow.
+// The platform's conversions in the user's locale, without those of currency
+// amounts. A text that is no such value is RunTime::TypeMismatch, one out of
+// range RunTime::Overflow.
 long LongOf(std::wstring_view text);
 std::uint8_t ByteOf(std::wstring_view text);
 bool BoolOf(std::wstring_view text);
