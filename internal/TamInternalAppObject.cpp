@@ -1,6 +1,7 @@
 #include "internal/TamInternalAppObject.h"
 
 #include "com/LateBound.h"
+#include "common/MessageLoop.h"
 
 namespace tam {
 
@@ -57,6 +58,7 @@ void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::R
         if (!node) {
             return;
         }
+        YieldToHost();
         const auto visible = dom::Attribute(node, kVisible);
         if (!visible) {
             continue;

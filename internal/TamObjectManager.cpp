@@ -3,6 +3,7 @@
 #include "common/Case.h"
 #include "common/ComponentState.h"
 #include "common/Dom.h"
+#include "common/MessageLoop.h"
 #include "common/Report.h"
 #include "internal/TamInternalAppObject.h"
 
@@ -94,7 +95,11 @@ bool TamObjectManager::SearchLibrary() const {
     com::CheckSet(library.Get());
     bool found = false;
     dom::ForEachChild(library, [&](const dom::Node& child) {
-        if (!found && dom::IsElement(child)) {
+        if (found) {
+            return;
+        }
+        YieldToHost();
+        if (dom::IsElement(child)) {
             com::Bstr name;
             com::Check(child->get_nodeName(name.Put()));
             found = IsModuleObject(name.View());
