@@ -62,6 +62,10 @@ TEST_F(TamInternalAppObjectVisibilityTest, PassesOverANameThatIsNotFound) {
               Texts{L"In2.put Visible(True)"});
 }
 
+TEST_F(TamInternalAppObjectVisibilityTest, TakesAnElementWithoutANameForOneThatIsNotFound) {
+    EXPECT_EQ(ConfigureInput(L"Visible='1'"), Texts());
+}
+
 TEST_F(TamInternalAppObjectVisibilityTest, LooksInTheCollectionOfItsListAlone) {
     EXPECT_EQ(Configure(L"<InReferences><InReference Name='Out' Visible='1'/></InReferences>"
                         L"<OutReferences><OutReference Name='Gain' Visible='1'/></OutReferences>"

@@ -1,0 +1,98 @@
+#include "tests/internal/Channel.h"
+
+#include <functional>
+
+// Loops over the elements of a document give the host's message loop a turn at
+// each, so that its windows stay alive.
+
+namespace internal_tests {
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+/// Runs an action at each turn that was asked for, when the thread's message
+/// loop gets to it.
+class Turns {
+  public:
+    explicit Turns(std::function<void()> action) : action_(std::move(action)) {
+        window_ = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Turns::Procedure));
+        Ask();
+    }
+    ~Turns() { DestroyWindow(window_); }
+    Turns(const Turns&) = delete;
+    Turns& operator=(const Turns&) = delete;
+
+    void Ask() const { PostMessageW(window_, kTurn, 0, 0); }
+
+  private:
+    static constexpr UINT kTurn = WM_APP + 1;
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        const auto* self = reinterpret_cast<const Turns*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message == kTurn && self != nullptr) {
+            self->action_();
+            return 0;
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+
+    std::function<void()> action_;
+    HWND window_ = nullptr;
+};
+
+class YieldTest : public InternalTest {};
+
+TEST_F(YieldTest, GivesTheHostATurnBeforeEachElementOfAConfiguration) {
+    SetDefinition(L"<AppObject><TAMConfig>"
+                  L"<InReferences><InReference Name='In1' Visible='1'/><InReference Name='In2' "
+                  L"Visible='1'/></InReferences>"
+                  L"<OutReferences><OutReference Name='Out' Visible='0'/></OutReferences>"
+                  L"<Attributes><Attrib Name='Gain' Visible='0'/></Attributes></TAMConfig></AppObject>");
+    const auto object = NewChannel(L"AI3", Device().Get());
+    Texts events;
+    const Turns turns([&] { events.push_back(L"turn"); });
+    for (const Double& point : {in1, in2, out, gain}) {
+        point->On(L"put Visible", [&events, &turns, label = point->Label()](const Invocation&) {
+            events.push_back(label);
+            turns.Ask();
+            return S_OK;
+        });
+    }
+    EXPECT_EQ(object->Create(), S_OK);
+    EXPECT_EQ(events, (Texts{L"turn", L"In1", L"turn", L"In2", L"turn", L"Out", L"turn", L"Gain"}));
+    for (const Double& point : {in1, in2, out, gain}) {
+        point->On(L"put Visible", [](const Invocation&) { return S_OK; });
+    }
+}
+
+TEST_F(YieldTest, GivesTheHostATurnWhileItSearchesTheLibrary) {
+    context->Set(L"Document",
+                 support::Parse(L"<Device><FWVersion><V12><Objects><Library><a/><o_tam_id/></Library>"
+                                L"</Objects></V12></FWVersion></Device>")
+                     .Get());
+    const auto manager = NewManager();
+    int count = 0;
+    const Turns turns([&] { ++count; });
+    VARIANT_BOOL answer = VARIANT_FALSE;
+    EXPECT_EQ(manager->IsTamObject(com::Bstr(L"o_tam_id").Get(), &answer), S_OK);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+    EXPECT_EQ(count, 1);
+}
+
+TEST_F(YieldTest, AnswersAGatedCallDuringTheSearchAsNotFound) {
+    const auto manager = NewManager();
+    VARIANT_BOOL during = VARIANT_TRUE;
+    const Turns turns([&] { manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &during); });
+    VARIANT_BOOL answer = VARIANT_FALSE;
+    EXPECT_EQ(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
+    EXPECT_EQ(during, VARIANT_FALSE);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+}
+
+} // namespace
+
+} // namespace internal_tests
