@@ -27,6 +27,11 @@ class CDBAppObject final
     CDBAppObject();
     ~CDBAppObject() override;
 
+    // The component's own side.
+    std::uint8_t ChannelNumber() const noexcept { return channelNumber_; }
+    void SetChannelNumber(std::uint8_t number) noexcept { channelNumber_ = number; }
+    void EndPlugIn() noexcept { isPlugInActive_ = false; }
+
     // IAppObject, in slot order without the fixed answers of AppObjectFace
     STDMETHODIMP get_IsPlugInActive(VARIANT_BOOL* value) override { return Answer(value, isPlugInActive_); }
     STDMETHODIMP get_CDBDimension(long* value) override { return Answer(value, cdbDimension_); }

@@ -41,15 +41,21 @@ constexpr std::uint8_t kMostRows = 255;
                        std::wstring(line.View()) + L"\r" + std::wstring(reason.View()));
 }
 
-/// Name of the first file that fits the pattern; empty when none does.
+/// Name of the first file that fits the pattern; empty when none does. Folders
+/// and what the directory hides are no documents.
 std::wstring FirstFile(const std::wstring& pattern) {
+    constexpr DWORD kNoDocument = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) {
         return {};
     }
+    bool usable = (found.dwFileAttributes & kNoDocument) == 0;
+    while (!usable && FindNextFileW(search, &found) != FALSE) {
+        usable = (found.dwFileAttributes & kNoDocument) == 0;
+    }
     FindClose(search);
-    return found.cFileName;
+    return usable ? std::wstring(found.cFileName) : std::wstring();
 }
 
 /// The first file of a stem with a document's extension, PDF before DOC.

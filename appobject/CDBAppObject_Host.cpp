@@ -53,7 +53,7 @@ STDMETHODIMP CDBAppObject::Show() {
         }
         com::Check(view->ShowObject());
     });
-    isPlugInActive_ = false;
+    EndPlugIn();
     return S_OK;
 }
 

@@ -71,7 +71,9 @@ void LoadSection(const dom::Document& stream, const wchar_t* path, com::Ref<Coll
         if (!collection) {
             collection = Collection::Make();
         }
-        collection->AddItem(dom::BaseName(child), child, owner);
+        // Adding yields and shows boxes: the host may drop the collection in the middle.
+        const com::Ref<Collection> kept = collection;
+        kept->AddItem(dom::BaseName(child), child, owner);
     });
 }
 
@@ -135,6 +137,7 @@ void CDBAppObject::LoadChild(const dom::Node& child) {
 
 void CDBAppObject::LoadDisplayFlags(const dom::Node& element) {
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
+        YieldToHost();
         if (dom::OwnText(child) != L"1") { // a blank beside it makes it another text
             return;
         }

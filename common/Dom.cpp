@@ -120,6 +120,9 @@ std::wstring FirstChildTextOrEmpty(const Node& node) {
 std::wstring FirstChildValue(const Node& node) {
     const Node child = FirstChild(node);
     CheckFound(child);
+    if (!IsText(child)) {
+        throw RunTimeError(RunTime::ObjectNotSet);
+    }
     return ValueOf(child);
 }
 

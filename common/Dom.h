@@ -54,7 +54,8 @@ std::wstring ValueOf(const Node& node);
 std::wstring FirstChildText(const Node& node);
 /// Text of the node's first child; empty when it has no child.
 std::wstring FirstChildTextOrEmpty(const Node& node);
-/// Value of the node's first child. "Object not set" when it has no child.
+/// Value of the node's first child. "Object not set" when it has no child or one
+/// that is no text.
 std::wstring FirstChildValue(const Node& node);
 
 DOMNodeType TypeOf(const Node& node);

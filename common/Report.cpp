@@ -6,8 +6,8 @@
 
 namespace tam {
 
-void Report(const com::Failure& failure, const std::wstring& callingObject,
-            const std::wstring& callingFunction) noexcept {
+void Report(const com::Failure& failure, std::wstring_view callingObject,
+            std::wstring_view callingFunction) noexcept {
     com::Attempt([&] {
         ErrorReport report;
         report.application = ComponentTitle();

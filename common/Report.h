@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tam {
@@ -23,13 +24,14 @@ struct ErrorReport {
 void ShowErrorReport(const ErrorReport& report) noexcept;
 
 /// Shows what was trapped in a member.
-void Report(const com::Failure& failure, const std::wstring& callingObject,
-            const std::wstring& callingFunction) noexcept;
+void Report(const com::Failure& failure, std::wstring_view callingObject,
+            std::wstring_view callingFunction) noexcept;
 
 /// Runs the body of a member that traps: what it throws is shown, and the
 /// member goes on to its default result. True when nothing was thrown.
 template <class F>
-bool Trap(const std::wstring& callingObject, const std::wstring& callingFunction, F&& body) noexcept {
+bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, F&& body) noexcept {
+    SetErrorInfo(0, nullptr); // what an earlier call left is not this member's error
     const auto failure = com::Attempt(std::forward<F>(body));
     if (failure) {
         Report(*failure, callingObject, callingFunction);
