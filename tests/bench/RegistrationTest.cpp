@@ -202,13 +202,19 @@ TEST(ScriptTest, AScriptUsesTheRegisteredComponent) {
     const std::wstring project = ScratchFolder() + L"script.xml";
     const std::wstring result = ScratchFolder() + L"script.txt";
     DeleteFileW(result.c_str());
+    const auto runScript = [&] {
+        RunProgram(L"cscript.exe",
+                   {L"//nologo", SamplesFolder() + L"clients\\client.vbs", SamplesFolder() + L"catalogue.xml",
+                    SamplesFolder() + L"streams\\channels.xml", project, result});
+    };
+    // The first script of a prefix registers interfaces of the script host's own.
+    runScript();
+    DeleteFileW(result.c_str());
     const std::set<std::wstring> before = MachineKeys();
     {
         const Registered dlls(Scope::Machine);
         EXPECT_NE(before, MachineKeys());
-        RunProgram(L"cscript.exe",
-                   {L"//nologo", SamplesFolder() + L"clients\\client.vbs", SamplesFolder() + L"catalogue.xml",
-                    SamplesFolder() + L"streams\\channels.xml", project, result});
+        runScript();
     }
     EXPECT_EQ(before, MachineKeys());
 
