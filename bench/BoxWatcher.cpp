@@ -125,7 +125,7 @@ void BoxWatcher::See(HWND window) {
         return;
     }
     if (mode_ == Mode::Answer) {
-        const int answer = GetDlgItem(window, IDOK) != nullptr ? IDOK : IDCANCEL;
+        const int answer = IsWindowEnabled(GetDlgItem(window, IDOK)) != FALSE ? IDOK : IDCANCEL;
         PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer), 0);
     }
 }
