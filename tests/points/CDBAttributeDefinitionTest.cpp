@@ -73,6 +73,18 @@ TEST_F(CDBAttributeDefinitionTest, TakesTheFirstChildOfAChild) {
               L"<5>");
 }
 
+TEST_F(CDBAttributeDefinitionTest, KeepsTheBlanksOfAValue) {
+    const auto gain = One(L"<SNVTTYPE>83</SNVTTYPE><VALUE> 0101 </VALUE>");
+    EXPECT_EQ(Text(gain, &IAttribute::get_Value), L" 0101 ");
+    EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), L"0101");
+}
+
+TEST_F(CDBAttributeDefinitionTest, MakesAnEnumerationOfATypeOfBlanks) {
+    const auto gain = One(L"<SNVTTYPE><![CDATA[  ]]></SNVTTYPE>");
+    EXPECT_EQ(TypeOf(gain), L"");
+    EXPECT_EQ(Text(Object(gain, &IAttribute::get_SNVTType), &ISNVType::get_GenType), L"Enum");
+}
+
 TEST_F(CDBAttributeDefinitionTest, KeepsTheValueWhenTheChildHasNoText) {
     EXPECT_EQ(Text(One(L"<SNVTTYPE>105</SNVTTYPE><VALUE/>"), &IAttribute::get_Value), L"");
     EXPECT_EQ(Text(One(L"<SNVTTYPE>105</SNVTTYPE><VALUE>7</VALUE><VALUE/>"), &IAttribute::get_Value), L"7");

@@ -71,6 +71,10 @@ TEST_F(CDBInputDefinitionTest, ReadsTheCompatibilityList) {
     EXPECT_EQ(List(One(L"<SNVTCOMPATIBILITYLIST>105,8,105,51</SNVTCOMPATIBILITYLIST>")), L"105,8,51");
 }
 
+TEST_F(CDBInputDefinitionTest, KeepsTheBlanksOfTheCompatibilityList) {
+    EXPECT_EQ(List(One(L"<SNVTCOMPATIBILITYLIST> 105, 8</SNVTCOMPATIBILITYLIST>")), L" 105, 8");
+}
+
 TEST_F(CDBInputDefinitionTest, AddsTheListsOfRepeatedChildren) {
     EXPECT_EQ(List(One(L"<SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST>"
                        L"<SNVTCOMPATIBILITYLIST>8,105</SNVTCOMPATIBILITYLIST>")),
