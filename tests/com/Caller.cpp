@@ -1,0 +1,226 @@
+#include "tests/com/Caller.h"
+
+#include "tests/support/Read.h"
+
+#include <ocidl.h>
+
+#include <algorithm>
+#include <ostream>
+
+namespace contract {
+
+namespace {
+
+/// An object by its class, so that the same object of two models has one name.
+std::wstring ObjectText(IUnknown* object) {
+    if (object == nullptr) {
+        return L"no object";
+    }
+    const auto provider = com::Query<IProvideClassInfo>(object);
+    com::Ref<ITypeInfo> info;
+    com::Bstr name;
+    if (provider && SUCCEEDED(provider->GetClassInfo(info.Put())) &&
+        SUCCEEDED(info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr))) {
+        return L"object " + std::wstring(name.View());
+    }
+    return L"object";
+}
+
+std::wstring ValueText(const VARIANT& value) {
+    switch (value.vt) {
+    case VT_EMPTY:
+        return L"nothing";
+    case VT_BSTR:
+        return L"text " + com::Text(value.bstrVal);
+    case VT_I2:
+        return L"short " + std::to_wstring(value.iVal);
+    case VT_I4:
+        return L"long " + std::to_wstring(value.lVal);
+    case VT_R8:
+        return L"double " + std::to_wstring(value.dblVal);
+    case VT_BOOL:
+        return L"bool " + std::to_wstring(value.boolVal);
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return ObjectText(value.punkVal);
+    default:
+        return L"type " + std::to_wstring(value.vt);
+    }
+}
+
+com::Ref<IUnknown> Find(const Supply& supply, const Parameter& parameter) {
+    if (parameter.interfaceId) {
+        for (const auto& object : supply.objects) {
+            com::Ref<IUnknown> face;
+            if (SUCCEEDED(object->QueryInterface(*parameter.interfaceId, face.PutVoid()))) {
+                return face;
+            }
+        }
+        return {};
+    }
+    return parameter.name == L"document" ? supply.document : supply.element;
+}
+
+/// A value of the argument's type. An object by reference starts empty.
+VARIANT Filled(const Parameter& parameter, Fill fill, const Supply& supply) {
+    VARIANT value;
+    VariantInit(&value);
+    if (parameter.type == VT_VARIANT) {
+        if (parameter.in && fill == Fill::Something) {
+            value.vt = VT_BSTR;
+            value.bstrVal = com::Bstr(L"1").Detach();
+        }
+        return value;
+    }
+    value.vt = parameter.type;
+    if (!parameter.in || fill == Fill::Nothing) {
+        return value;
+    }
+    switch (parameter.type) {
+    case VT_BSTR:
+        value.bstrVal = com::Bstr(L"1").Detach();
+        break;
+    case VT_I2:
+        value.iVal = 1;
+        break;
+    case VT_I4:
+        value.lVal = 1;
+        break;
+    case VT_R8:
+        value.dblVal = 1.5;
+        break;
+    case VT_BOOL:
+        value.boolVal = VARIANT_TRUE;
+        break;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        value.punkVal = Find(supply, parameter).Detach();
+        break;
+    default:
+        break;
+    }
+    return value;
+}
+
+/// The place as an argument by reference.
+VARIANT Reference(const Parameter& parameter, VARIANT& place) {
+    VARIANT value;
+    VariantInit(&value);
+    value.vt = static_cast<VARTYPE>(VT_BYREF | parameter.type);
+    value.byref =
+        parameter.type == VT_VARIANT ? static_cast<void*>(&place) : static_cast<void*>(&place.llVal);
+    return value;
+}
+
+} // namespace
+
+void PrintTo(const Outcome& outcome, std::ostream* stream) {
+    *stream << "HRESULT " << std::hex << outcome.result << std::dec << " \"" << Narrow(outcome.description)
+            << "\" (" << Narrow(outcome.source) << ")";
+    for (const std::wstring& value : outcome.values) {
+        *stream << " [" << Narrow(value) << "]";
+    }
+}
+
+Arguments::Arguments(const Member& member, Fill fill, const Supply& supply) : member_(member) {
+    for (const Parameter& parameter : member.parameters) {
+        places_.push_back(Filled(parameter, fill, supply));
+    }
+}
+
+Arguments::~Arguments() {
+    std::for_each(places_.begin(), places_.end(), [](VARIANT& place) { VariantClear(&place); });
+}
+
+Outcome Arguments::Taken(HRESULT result) const {
+    Outcome outcome;
+    outcome.result = result;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        if (member_.parameters[i].byReference) {
+            outcome.values.push_back(ValueText(places_[i]));
+        }
+    }
+    return outcome;
+}
+
+Outcome Arguments::BySlot(IUnknown* face, int nullAt) {
+    std::vector<VARIANT> values;
+    std::vector<VARTYPE> types;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const Parameter& parameter = member_.parameters[i];
+        values.push_back(parameter.byReference ? Reference(parameter, places_[i]) : places_[i]);
+        if (static_cast<int>(i) == nullAt) {
+            values.back().byref = nullptr;
+        }
+        types.push_back(!parameter.byReference && parameter.type == VT_VARIANT ? VARTYPE{VT_VARIANT}
+                                                                               : values.back().vt);
+    }
+    std::vector<VARIANT*> pointers;
+    for (VARIANT& value : values) {
+        pointers.push_back(&value);
+    }
+    SetErrorInfo(0, nullptr);
+    com::Variant answer;
+    com::Check(DispCallFunc(face, member_.offset, CC_STDCALL, VT_I4, static_cast<UINT>(values.size()),
+                            types.data(), pointers.data(), answer.Put()));
+    Outcome outcome = Taken(answer.Get().lVal);
+    if (FAILED(outcome.result)) {
+        const support::ErrorTexts error = support::LastError();
+        outcome.description = error.description;
+        outcome.source = error.source;
+    }
+    return outcome;
+}
+
+std::vector<VARIANT> Arguments::Script() {
+    std::vector<VARIANT> values;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const Parameter& parameter = member_.parameters[i];
+        if (!parameter.result) {
+            values.push_back(parameter.byReference ? Reference(parameter, places_[i]) : places_[i]);
+        }
+    }
+    std::reverse(values.begin(), values.end());
+    return values;
+}
+
+Outcome Arguments::ByName(IDispatch* face, DISPID id, WORD flags) {
+    std::vector<VARIANT> values = Script();
+    VARIANT result;
+    VariantInit(&result);
+    EXCEPINFO exception{};
+    const HRESULT answer = Invoke(face, id, flags, values, &result, &exception);
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        if (member_.parameters[i].result && result.vt != VT_EMPTY) {
+            places_[i] = result; // taken over
+        }
+    }
+    Outcome outcome = Taken(answer == DISP_E_EXCEPTION ? exception.scode : answer);
+    outcome.description = com::Text(exception.bstrDescription);
+    outcome.source = com::Text(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrHelpFile);
+    return outcome;
+}
+
+HRESULT Invoke(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT>& arguments, VARIANT* result,
+               EXCEPINFO* exception, UINT* argument) {
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
+        params.rgdispidNamedArgs = &put;
+        params.cNamedArgs = 1;
+        result = nullptr;
+    }
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, exception, argument);
+}
+
+HRESULT IdOf(IDispatch* object, const std::wstring& name, DISPID& id) {
+    std::wstring copy = name;
+    LPOLESTR text = copy.data();
+    id = DISPID_UNKNOWN;
+    return object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+}
+
+} // namespace contract

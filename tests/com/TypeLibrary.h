@@ -1,0 +1,89 @@
+#pragma once
+
+#include "com/Ref.h"
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace contract {
+
+/// An argument of a member as its type library describes it.
+struct Parameter {
+    std::wstring name;
+    /// The type without "by reference"; VT_DISPATCH or VT_UNKNOWN for an object.
+    VARTYPE type = VT_EMPTY;
+    bool byReference = false;
+    bool in = false;
+    bool out = false;
+    bool result = false;
+    /// The interface of an object that is not a plain IDispatch or IUnknown.
+    std::optional<IID> interfaceId;
+};
+
+/// A member of an interface: a slot and what a script knows of it.
+struct Member {
+    IID interfaceId{};
+    std::wstring name;
+    DISPID id = DISPID_UNKNOWN;
+    INVOKEKIND kind = INVOKE_FUNC;
+    ULONG_PTR offset = 0;
+    std::vector<Parameter> parameters;
+
+    bool IsWrite() const noexcept { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
+    /// Arguments that a script gives: all but the result.
+    std::size_t Given() const;
+};
+
+struct Interface {
+    IID id{};
+    std::wstring name;
+    /// In slot order.
+    std::vector<Member> members;
+};
+
+struct Class {
+    CLSID id{};
+    std::wstring name;
+    bool creatable = false;
+    /// The interfaces that its objects have, the default one first.
+    std::vector<Interface> interfaces;
+};
+
+/// What the DLL's own resources say: number 1 is the component's library,
+/// number 2 the host interfaces.
+class TypeLibrary {
+  public:
+    /// Throws when a type cannot be followed: nothing of it is registered, so
+    /// a library must say all by itself.
+    TypeLibrary(const std::wstring& dllPath, int resource);
+
+    const std::wstring& Name() const noexcept { return name_; }
+    const std::wstring& Help() const noexcept { return help_; }
+    const GUID& Id() const noexcept { return id_; }
+    const std::vector<Interface>& Interfaces() const noexcept { return interfaces_; }
+    const std::vector<Class>& Classes() const noexcept { return classes_; }
+    /// Throws when there is no such class.
+    const Class& ClassOf(REFCLSID clsid) const;
+
+  private:
+    std::wstring name_;
+    std::wstring help_;
+    GUID id_{};
+    std::vector<Interface> interfaces_;
+    std::vector<Class> classes_;
+};
+
+/// A member as a test names it: interface, kind and name.
+std::string Title(const Interface& face, const Member& member);
+/// Names in a library have no letter case of their own: it keeps one spelling
+/// of names that differ in nothing else.
+bool SameName(const std::wstring& left, const std::wstring& right);
+std::string Narrow(const std::wstring& text);
+std::wstring TextOf(REFGUID guid);
+
+} // namespace contract
