@@ -26,6 +26,7 @@ Start with
   tambench inspect full             what a module is: its inputs, outputs and attributes
   tambench set channels AI1_Offset=1.5
   tambench export full              the database image that a controller gets
+  tambench device tree              a device: the module and the objects of its channels
   tambench COMMAND --help           what a command does, with examples
 
 STREAM is the file of a device stream, or the name of a sample: channels, full, oddities,
@@ -73,6 +74,7 @@ class Parser {
         AddProject();
         AddPoints();
         AddServices();
+        AddDevice();
     }
 
     CLI::App& App() { return app_; }
@@ -84,10 +86,28 @@ class Parser {
             ->type_name(name.starts_with("--") ? "TEXT" : "");
     }
 
+    static void Examples(CLI::App& command, const std::string& examples) {
+        command.footer("\nExamples\n" + examples + "\n\nOptions of all commands: see tambench --help");
+    }
+
     CLI::App& Command(const std::string& name, const std::string& help, const std::string& examples) {
         CLI::App& command = *app_.add_subcommand(name, help);
-        command.footer("\nExamples\n" + examples + "\n\nOptions of all commands: see tambench --help");
+        Examples(command, examples);
         command.callback([this, name] { options_.command = name; });
+        return command;
+    }
+
+    /// A command of the group "device"; the device's module is the sample's.
+    CLI::App& DeviceCommand(CLI::App& group, const std::string& name, const std::string& help,
+                            const std::string& examples) {
+        CLI::App& command = *group.add_subcommand(name, help);
+        Examples(command, examples);
+        Text(command, "--firmware", options_.firmware,
+             "Firmware version of the device: V2_10, or V1_00 and V3_00 without channel objects");
+        command.callback([this, name] {
+            options_.command = "device " + name;
+            options_.stream = L"channels";
+        });
         return command;
     }
 
@@ -124,10 +144,7 @@ class Parser {
                                        "  tambench save channels -o project.xml\n"
                                        "  tambench save channels --name \"Reading room 2\" --at 12.5 4");
         Output(save, "File for the project; without it the saved element is only shown");
-        Text(save, "--name", options_.userName, "The user's name for the module");
-        save.add_option("--at", options_.position, "Position on the drawing (0 0)")
-            ->expected(2)
-            ->type_name("X Y");
+        Placing(save);
         save.add_option_function<std::vector<std::string>>(
                 "--display",
                 [this](const std::vector<std::string>& names) { Take(names, options_.displayed); },
@@ -151,8 +168,7 @@ class Parser {
                           "  tambench export full --wire            with connected inputs\n"
                           "  tambench export channels --no-compiler the component's own export document");
         Output(exporting, "File for the stream that the component answers");
-        exporting.add_flag("--no-compiler", options_.noCompiler,
-                           "As on a machine without the database compiler");
+        NoCompiler(exporting);
         exporting.add_flag("--debug-dump", options_.debugDump,
                            "Set DEBUG=1, so that the component keeps its export document in C:\\");
     }
@@ -163,11 +179,7 @@ class Parser {
                           "  tambench set channels AI1_Offset=1.5 AO1_Setup=2\n"
                           "  tambench set channels AI1_Offset=1.5 --us\n"
                           "  tambench set channels DO1_In1=DI1_Out  the value of an input is its link");
-        set.add_option_function<std::vector<std::string>>(
-               "NAME=VALUE", [this](const std::vector<std::string>& texts) { TakeValues(texts); },
-               "Values as they are stored: numbers with a point, an enumeration by its number")
-            ->type_name("")
-            ->required();
+        Values(set, "NAME=VALUE")->required();
 
         StreamCommand("clear-refs",
                       "Clear the references of all inputs and show their values before and after",
@@ -194,6 +206,66 @@ class Parser {
                                       "  tambench datasheet\n  tambench datasheet --open");
         datasheet.add_flag("--open", options_.open, "Have the component open it in the machine's viewer");
         Command("about", "Show the component's about box", "  tambench about");
+    }
+
+    void AddDevice() {
+        CLI::App& group = *app_.add_subcommand(
+            "device", "Work with a sample device: a module and the objects of its channels");
+        group.require_subcommand(1);
+        Examples(group, "  tambench device tree\n  tambench device fetch AI1");
+
+        DeviceCommand(group, "tree", "Open the device, place its channels and show all points",
+                      "  tambench device tree\n"
+                      "  tambench device tree --firmware V1_00     a device without channel objects");
+        CLI::App& fetch = DeviceCommand(group, "fetch", "Get a channel's data from the device",
+                                        "  tambench device fetch AI1\n  tambench device fetch AO1");
+        ObjectKey(fetch);
+        CLI::App& set = DeviceCommand(
+            group, "set", "Set values of a channel's points and show the items of the module",
+            "  tambench device set AI1 Offset=1.5 Filter=4\n  tambench device set DO1 In1=DI1_Out");
+        ObjectKey(set);
+        Values(set, "NAME=VALUE")->required();
+        CLI::App& save = DeviceCommand(group, "save", "Save the module and its channels into one project",
+                                       "  tambench device save -o device.xml\n"
+                                       "  tambench device save AI1.Filter=4 --fetch -o device.xml");
+        Output(save, "File for the project; without it the project is only shown");
+        Placing(save);
+        save.add_flag("--fetch", options_.fetch, "Get the data of all channels from the device first");
+        Values(save, "KEY.NAME=VALUE");
+        CLI::App& load = DeviceCommand(group, "load", "Load a project: the module and the channels in it",
+                                       "  tambench device save AI1.Filter=4 -o device.xml\n"
+                                       "  tambench device load device.xml");
+        Argument(load, "PROJECT", options_.project, "Project document, as device save writes it");
+        CLI::App& exporting =
+            DeviceCommand(group, "export", "Compile the module of the device into its database image",
+                          "  tambench device export\n  tambench device export AI1.Offset=1.5 -o image.txt");
+        Output(exporting, "File for the stream that the component answers");
+        Values(exporting, "KEY.NAME=VALUE");
+        NoCompiler(exporting);
+    }
+
+    void ObjectKey(CLI::App& command) {
+        Argument(command, "KEY", options_.objectKey, "Key of a channel: AI1, AO1, DI1, DO1 or CTX1");
+    }
+
+    CLI::Option* Values(CLI::App& command, const std::string& form) {
+        return command
+            .add_option_function<std::vector<std::string>>(
+                form, [this](const std::vector<std::string>& texts) { TakeValues(texts); },
+                "Values as they are stored: numbers with a point, an enumeration by its number")
+            ->type_name("");
+    }
+
+    void NoCompiler(CLI::App& command) {
+        command.add_flag("--no-compiler", options_.noCompiler,
+                         "As on a machine without the database compiler");
+    }
+
+    void Placing(CLI::App& command) {
+        Text(command, "--name", options_.userName, "The user's name for the module");
+        command.add_option("--at", options_.position, "Position on the drawing (0 0)")
+            ->expected(2)
+            ->type_name("X Y");
     }
 
     static void Take(const std::vector<std::string>& texts, std::vector<std::wstring>& target) {

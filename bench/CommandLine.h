@@ -31,6 +31,8 @@ struct Options {
     std::vector<double> position;
     std::vector<std::wstring> displayed;
     std::vector<std::pair<std::wstring, std::wstring>> values;
+    std::wstring firmware = L"V2_10";
+    bool fetch = false;
     bool noCompiler = false;
     bool debugDump = false;
     bool open = false;

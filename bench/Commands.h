@@ -27,6 +27,16 @@ void ClearRefs(Host& host, const Options& options, Report& report);
 void Contains(Host& host, const Options& options, Report& report);
 void Edit(Host& host, const Options& options, Report& report);
 
+// Commands_Device.cpp
+void DeviceTree(Host& host, const Options& options, Report& report);
+void DeviceFetch(Host& host, const Options& options, Report& report);
+void DeviceSet(Host& host, const Options& options, Report& report);
+
+// Commands_DeviceProject.cpp
+void DeviceSave(Host& host, const Options& options, Report& report);
+void DeviceLoad(Host& host, const Options& options, Report& report);
+void DeviceExport(Host& host, const Options& options, Report& report);
+
 // Commands_Services.cpp
 void Icon(Host& host, const Options& options, Report& report);
 void Datasheet(Host& host, const Options& options, Report& report);
@@ -34,5 +44,10 @@ void About(Host& host, const Options& options, Report& report);
 
 /// Loads the stream and says in a line what came of it.
 void LoadAndTell(Host& host, Report& report);
+/// Gives the module what a drawing knows of it: its name and place there, and
+/// which outputs its displays show.
+void Place(Host& host, const Options& options);
+/// Has the module, as it is, make its stream and shows that.
+void ExportLoaded(Host& host, const Options& options, Report& report);
 
 } // namespace bench

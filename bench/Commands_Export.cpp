@@ -192,6 +192,10 @@ void TellDump(const std::wstring& path, Report& report) {
 
 void Export(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);
+    ExportLoaded(host, options, report);
+}
+
+void ExportLoaded(Host& host, const Options& options, Report& report) {
     if (options.wire) {
         report.data["wires"] = ReadWires(host);
     }

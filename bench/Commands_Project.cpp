@@ -16,28 +16,6 @@ void ShowOrSave(const xml::Node& root, const std::wstring& file, Report& report)
     report.Line("Written to " + Utf8(file) + ".");
 }
 
-/// What a drawing knows of the module: its name and place there, and which
-/// outputs its displays show.
-void Place(Host& host, const Options& options) {
-    host.Step("placing the module", [&] {
-        if (!options.userName.empty()) {
-            com::Check(host.App().put_UserName(com::Bstr(options.userName).Get()));
-        }
-        if (options.position.size() == 2) {
-            com::Check(host.App().put_XPosition(options.position[0]));
-            com::Check(host.App().put_YPosition(options.position[1]));
-        }
-        com::Check(host.Tam().put_DeviceKey(com::Bstr(host.DeviceKey()).Get()));
-        for (const std::wstring& name : options.displayed) {
-            const com::Ref<IOutput> output = FindOutput(host.App(), name);
-            if (!output) {
-                throw BenchError(E_INVALIDARG, "there is no output \"" + Utf8(name) + "\"");
-            }
-            com::Check(output->put_IsDisplayable(VARIANT_TRUE));
-        }
-    });
-}
-
 std::string NumberText(double number) {
     return Utf8(com::TextOf(number));
 }
@@ -81,6 +59,26 @@ xml::Node FindObject(const xml::Node& document, const std::wstring& name, const 
 }
 
 } // namespace
+
+void Place(Host& host, const Options& options) {
+    host.Step("placing the module", [&] {
+        if (!options.userName.empty()) {
+            com::Check(host.App().put_UserName(com::Bstr(options.userName).Get()));
+        }
+        if (options.position.size() == 2) {
+            com::Check(host.App().put_XPosition(options.position[0]));
+            com::Check(host.App().put_YPosition(options.position[1]));
+        }
+        com::Check(host.Tam().put_DeviceKey(com::Bstr(host.DeviceKey()).Get()));
+        for (const std::wstring& name : options.displayed) {
+            const com::Ref<IOutput> output = FindOutput(host.App(), name);
+            if (!output) {
+                throw BenchError(E_INVALIDARG, "there is no output \"" + Utf8(name) + "\"");
+            }
+            com::Check(output->put_IsDisplayable(VARIANT_TRUE));
+        }
+    });
+}
 
 void Save(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);

@@ -62,6 +62,7 @@ class Host {
     IAppObject& App() const noexcept { return *app_.Get(); }
     ITamObject& Tam() const noexcept { return *tam_.Get(); }
     const xml::Node& Catalogue() const noexcept { return catalogue_; }
+    const xml::Document& CatalogueDocument() const noexcept { return catalogueDocument_; }
     const std::wstring& CatalogueFile() const noexcept { return catalogueFile_; }
     /// The key of the device, as the stream gives it.
     const std::wstring& DeviceKey() const noexcept { return deviceKey_; }

@@ -53,15 +53,6 @@ Json TypeByNumber(const Host& host, const std::wstring& id) {
     return {{"id", Utf8(id)}, {"name", TextBelow(host.Catalogue(), L"SNVT_" + id + L"/Name")}};
 }
 
-Json Identifiers(ICompatibleSNVTs& list) {
-    Json identifiers = Json::array();
-    const std::function<void(ICompatibleSNVT&)> visit = [&](ICompatibleSNVT& entry) {
-        identifiers.push_back(TextOf(entry, &ICompatibleSNVT::get_ID));
-    };
-    ForEach(list, visit);
-    return identifiers;
-}
-
 } // namespace
 
 void ForEachInput(IAppObject& object, const std::function<void(IInput&)>& visit) {
@@ -121,6 +112,18 @@ Json ReadType(ISNVType* type) {
             {"enumDesc", TextOf(*type, &ISNVType::get_EnumDesc)}};
 }
 
+Json ReadAccepted(IInput& input) {
+    com::Ref<ICompatibleSNVTs> accepted;
+    com::Check(input.get_SNVTCompatibles(accepted.Put()));
+    com::CheckSet(accepted.Get());
+    Json identifiers = Json::array();
+    const std::function<void(ICompatibleSNVT&)> visit = [&](ICompatibleSNVT& entry) {
+        identifiers.push_back(TextOf(entry, &ICompatibleSNVT::get_ID));
+    };
+    ForEach(*accepted.Get(), visit);
+    return identifiers;
+}
+
 Json ReadModule(Host& host) {
     IAppObject& app = host.App();
     ITamObject& tam = host.Tam();
@@ -152,15 +155,13 @@ Json ReadInputs(Host& host, const xml::Node& interoperability) {
         ForEachInput(host.App(), [&](IInput& input) {
             const std::wstring name = WideOf(input, &IInput::get_Name);
             const std::wstring path = L"Inputs/" + name + L"/";
-            com::Ref<ICompatibleSNVTs> accepted;
-            com::Check(input.get_SNVTCompatibles(accepted.Put()));
             com::Ref<ISNVType> connectedType;
             com::Check(input.get_ConnectedType(connectedType.Put()));
             inputs.push_back(
                 {{"name", Utf8(name)},
                  {"index", NumberOf(input, &IInput::get_Index)},
                  {"type", TypeByNumber(host, xml::TextAt(interoperability, path + L"SNVTType"))},
-                 {"accepts", Identifiers(*accepted.Get())},
+                 {"accepts", ReadAccepted(input)},
                  {"reference", TextBelow(interoperability, path + L"Reference")},
                  {"logicalAddress", TextBelow(interoperability, path + L"LogicalAddress")},
                  {"permanent", TextBelow(interoperability, path + L"isPermanent") == "True"},

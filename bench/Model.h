@@ -62,6 +62,8 @@ xml::Node Interoperability(Host& host);
 // Each as a document: all that the interfaces tell.
 
 Json ReadType(ISNVType* type);
+/// The identifiers of the types that an input accepts.
+Json ReadAccepted(IInput& input);
 Json ReadModule(Host& host);
 Json ReadInputs(Host& host, const xml::Node& interoperability);
 Json ReadOutputs(Host& host, const xml::Node& interoperability);

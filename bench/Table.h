@@ -30,6 +30,7 @@ class Table {
 class Fields {
   public:
     void Add(std::string name, std::string value);
+    bool IsEmpty() const noexcept { return fields_.empty(); }
     std::string Print() const;
 
   private:

@@ -22,11 +22,25 @@ namespace bench {
 namespace {
 
 const std::map<std::string, Command>& Commands() {
-    static const std::map<std::string, Command> commands = {
-        {"inspect", Inspect},   {"types", Types},   {"save", Save}, {"load", Load},
-        {"interop", Interop},   {"export", Export}, {"set", Set},   {"clear-refs", ClearRefs},
-        {"contains", Contains}, {"edit", Edit},     {"icon", Icon}, {"datasheet", Datasheet},
-        {"about", About}};
+    static const std::map<std::string, Command> commands = {{"inspect", Inspect},
+                                                            {"types", Types},
+                                                            {"save", Save},
+                                                            {"load", Load},
+                                                            {"interop", Interop},
+                                                            {"export", Export},
+                                                            {"set", Set},
+                                                            {"clear-refs", ClearRefs},
+                                                            {"contains", Contains},
+                                                            {"edit", Edit},
+                                                            {"icon", Icon},
+                                                            {"datasheet", Datasheet},
+                                                            {"about", About},
+                                                            {"device tree", DeviceTree},
+                                                            {"device fetch", DeviceFetch},
+                                                            {"device set", DeviceSet},
+                                                            {"device save", DeviceSave},
+                                                            {"device load", DeviceLoad},
+                                                            {"device export", DeviceExport}};
     return commands;
 }
 

@@ -93,6 +93,36 @@ step "A stream that is no XML" \
     inspect damaged
 expected_status=0
 
+step "A device with the objects of its channels" \
+    "The channels of a module are objects of their own, made by the component's manager when the \
+device's firmware has them. Each wraps the tool's generic block; its definition hides some of its \
+points. The items of a channel stand in the module under the channel's key, an underscore and their name." \
+    device tree
+
+step "Getting a channel's data from the device" \
+    "Channel and Setup are filled from the device: the setups to choose from become the attribute's \
+enumeration, the first is its value. The module's items follow." \
+    device fetch AI1
+
+step "Setting a channel's values" \
+    "What is set at the channel goes on to the module's item of the same name. The module has no item \
+for the filter." \
+    device set AI1 Offset=1.5 Filter=4
+
+step "Saving the whole device" \
+    "One project: the element of the module and one for each channel, which begins with the keys of the \
+device and of the channel." \
+    device save --fetch AI1.Filter=4 --name "Reading room 2" --at 12.5 4 -o "$TAM_TOUR_DIR/device.xml"
+
+step "Loading the whole device" \
+    "The objects of the channels are made anew from the keys and definitions that the project names." \
+    device load "$TAM_TOUR_DIR/device.xml"
+
+step "Exporting the device's module" \
+    "Channels have no database of their own: their values are in the image of the module, here the \
+offset set at AI1." \
+    device export AI1.Offset=1.5
+
 printf '\n\n'
 say "That was the tour: $steps steps. What they wrote lies in $TAM_TOUR_DIR. Go on with" \
     "" \
