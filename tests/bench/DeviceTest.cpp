@@ -113,7 +113,13 @@ TEST(DeviceProjectTest, RestoresWhatWasSaved) {
         << text;
     const Json loaded = Bench({L"device", L"load", file});
     EXPECT_EQ("Two", loaded["module"]["userName"]);
-    EXPECT_EQ(12.5, loaded["module"]["x"]);
+    // The module writes positions in the user's form and reads them with a point alone.
+    EXPECT_NE(std::string::npos, text.find("<X_Position>" + Local("12.5") + "</X_Position>")) << text;
+    EXPECT_EQ(IsCommaUser() ? 12.0 : 12.5, loaded["module"]["x"]);
+    EXPECT_EQ(4.0, loaded["module"]["y"]);
+    // The generic block of a channel has a point in both directions.
+    EXPECT_EQ((Json{30.0, 30.0, 30.0, 30.0, 30.0}), Pluck(loaded["channels"], "x"));
+    EXPECT_EQ((Json{0.0, 10.0, 20.0, 30.0, 40.0}), Pluck(loaded["channels"], "y"));
     EXPECT_EQ((Json{"", "AI1", "AO1", "DI1", "DO1", "CTX1"}), Pluck(loaded["loaded"], "objectKey"));
     EXPECT_EQ(Json::array(), loaded["passedOver"]);
     const Json points = Channel(loaded, "AI1")["points"];
