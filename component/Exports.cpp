@@ -18,11 +18,17 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
     return com::GetClassObject(tam::ThisServer(), clsid, iid, out);
 }
 
-STDAPI DllCanUnloadNow() { return com::CanUnloadNow(); }
+STDAPI DllCanUnloadNow() {
+    return com::CanUnloadNow();
+}
 
-STDAPI DllRegisterServer() { return com::RegisterServer(tam::ThisServer(), com::Scope::Machine); }
+STDAPI DllRegisterServer() {
+    return com::RegisterServer(tam::ThisServer(), com::Scope::Machine);
+}
 
-STDAPI DllUnregisterServer() { return com::UnregisterServer(tam::ThisServer(), com::Scope::Machine); }
+STDAPI DllUnregisterServer() {
+    return com::UnregisterServer(tam::ThisServer(), com::Scope::Machine);
+}
 
 STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
     return com::Install(tam::ThisServer(), install != FALSE, commandLine);

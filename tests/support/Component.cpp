@@ -15,7 +15,9 @@ std::wstring ProgramFolder() {
 }
 
 /// The build puts the DLLs into bin, the test programs into tests\<folder>.
-std::wstring BuiltDll() { return ProgramFolder() + L"..\\..\\bin\\O_Tam_id.dll"; }
+std::wstring BuiltDll() {
+    return ProgramFolder() + L"..\\..\\bin\\O_Tam_id.dll";
+}
 
 /// Removed when the process ends.
 class OwnFolder {
@@ -60,7 +62,9 @@ Component::Component() : module_(LoadLibraryW(DllPath().c_str())) {
     }
 }
 
-Component::~Component() { FreeLibrary(module_); }
+Component::~Component() {
+    FreeLibrary(module_);
+}
 
 const std::wstring& Component::Folder() {
     static const OwnFolder folder;

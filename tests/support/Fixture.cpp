@@ -59,8 +59,9 @@ void ComponentTest::SetCatalogue(const std::wstring& entries) {
 Compiler& ComponentTest::UseCompiler() {
     if (!compiler_) {
         compiler_ = com::Ref<Compiler>::Own(new Compiler);
-        compilerClass_.emplace(kCompilerClass, kCompilerProgId,
-                               [this](REFIID iid, void** out) { return compiler_->QueryInterface(iid, out); });
+        compilerClass_.emplace(kCompilerClass, kCompilerProgId, [this](REFIID iid, void** out) {
+            return compiler_->QueryInterface(iid, out);
+        });
     }
     return *compiler_.Get();
 }
@@ -68,8 +69,9 @@ Compiler& ComponentTest::UseCompiler() {
 DatabaseLocation& ComponentTest::UseDatabaseLocation() {
     if (!location_) {
         location_ = DatabaseLocation::Make();
-        locationClass_.emplace(kDatabaseLocationClass, L"",
-                               [this](REFIID iid, void** out) { return location_->QueryInterface(iid, out); });
+        locationClass_.emplace(kDatabaseLocationClass, L"", [this](REFIID iid, void** out) {
+            return location_->QueryInterface(iid, out);
+        });
     }
     return *location_.Get();
 }
@@ -80,7 +82,8 @@ std::wstring Stream(const std::wstring& inputs, const std::wstring& outputs, con
         return content.empty() ? std::wstring()
                                : std::wstring(L"<") + element + L">" + content + L"</" + element + L">";
     };
-    return L"<Tam><Name>" + name + L"</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>3</TamObjID>" +
+    return L"<Tam><Name>" + name +
+           L"</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>3</TamObjID>" +
            section(L"InReferences", inputs) + section(L"OutReferences", outputs) +
            section(L"Attributes", attributes) + L"</Tam>";
 }

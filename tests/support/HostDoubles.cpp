@@ -113,11 +113,14 @@ STDMETHODIMP_(ULONG) Compiler::Release() {
 
 STDMETHODIMP Compiler::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
     const std::wstring name = names[0];
-    ids[0] = name == L"SetDBPath" ? kSetDBPath : name == L"CompileTamObject" ? kCompileTamObject : DISPID_UNKNOWN;
+    ids[0] = name == L"SetDBPath"          ? kSetDBPath
+             : name == L"CompileTamObject" ? kCompileTamObject
+                                           : DISPID_UNKNOWN;
     return ids[0] == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
-STDMETHODIMP Compiler::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) {
+STDMETHODIMP Compiler::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                              UINT*) {
     if (id == kSetDBPath) {
         calls.emplace_back(L"SetDBPath");
         if (params->cArgs != 1 || params->rgvarg[0].vt != VT_BSTR) {

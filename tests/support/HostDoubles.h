@@ -72,7 +72,8 @@ class Compiler final : public IDispatch {
     STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override;
-    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*, UINT*) override;
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
+                        UINT*) override;
 
   private:
     ULONG references_ = 1;
@@ -113,8 +114,10 @@ class ChannelItem final : public com::DualObject<ChannelItem, ITamInternalAppObj
     std::wstring objectKey_;
 };
 
-inline constexpr CLSID kConverterClass = {0x7A0E3B51, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
-inline constexpr CLSID kCompilerClass = {0x7A0E3B52, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
+inline constexpr CLSID kConverterClass = {
+    0x7A0E3B51, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
+inline constexpr CLSID kCompilerClass = {
+    0x7A0E3B52, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
 inline constexpr CLSID kDatabaseLocationClass = {
     0x1D816F43, 0xBC81, 0x46F7, {0xB1, 0x7D, 0xEE, 0x81, 0xB5, 0x59, 0xE7, 0x8F}};
 inline constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
