@@ -3,7 +3,7 @@
 # touches nothing when everything is there.
 #
 #   scripts/install-toolchain.sh           what build, run and test need
-#   scripts/install-toolchain.sh --check   and what "./tam check" needs
+#   scripts/install-toolchain.sh --check   and what "./tam check" and "./tam fuzz" need
 #   scripts/install-toolchain.sh --list    print the packages, install nothing
 set -euo pipefail
 
@@ -27,6 +27,7 @@ build_packages=(
     python3                    # counts test results
 )
 check_packages=(
+    clang                      # ./tam fuzz
     clang-format
     clang-tidy
     cppcheck

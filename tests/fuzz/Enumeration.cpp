@@ -1,11 +1,11 @@
 // Input: a value, a line feed, an enumeration description.
 #include "common/RunTimeError.h"
-#include "Input.h"
 #include "points/EnumDescription.h"
+#include "Subjects.h"
 
 #include <optional>
 
-using namespace tam;
+namespace tam::fuzz {
 
 namespace {
 
@@ -31,23 +31,25 @@ std::optional<std::wstring> LabelByRule(const std::wstring& value, std::wstring 
 std::optional<std::wstring> Label(const std::wstring& value, const std::wstring& description) {
     try {
         return EnumLabel(value, description);
-    } catch (const RunTimeError&) {
+    } catch (const RunTimeError& error) {
+        Require(error.Number() == static_cast<std::int32_t>(RunTime::InvalidCall));
         return std::nullopt;
     }
 }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::wstring description = fuzz::TextOf(data, size);
-    const std::wstring value = fuzz::TakeLine(description);
-    fuzz::Require(Label(value, description) == LabelByRule(value, description));
+void FuzzEnumeration(Input& input) {
+    const std::wstring value = input.Line();
+    const std::wstring description = input.Rest();
+    Require(Label(value, description) == LabelByRule(value, description));
     try {
         for (const EnumEntry& entry : EnumEntries(description)) {
-            fuzz::Require(entry.text.find_first_of(L",;") == std::wstring::npos);
+            Require(entry.text.find_first_of(L",;") == std::wstring::npos);
         }
     } catch (const RunTimeError& error) {
-        fuzz::Require(error.Number() == static_cast<std::int32_t>(RunTime::Overflow));
+        Require(error.Number() == static_cast<std::int32_t>(RunTime::Overflow));
     }
-    return 0;
 }
+
+} // namespace tam::fuzz

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Input.h"
+
+#include <array>
+
+namespace tam::fuzz {
+
+// One function per subject: it reads the input and throws BrokenProperty where
+// the pure code breaks a property that holds for every input.
+
+void FuzzCollection(Input& input);
+void FuzzCompatible(Input& input);
+void FuzzDialogs(Input& input);
+void FuzzEnumeration(Input& input);
+void FuzzFields(Input& input);
+void FuzzKeys(Input& input);
+void FuzzNames(Input& input);
+void FuzzValues(Input& input);
+
+struct Subject {
+    /// The name of its folder in the corpus.
+    const char* name;
+    void (*run)(Input& input);
+};
+
+inline constexpr std::array<Subject, 8> kSubjects = {{
+    {"collection", &FuzzCollection},
+    {"compatible", &FuzzCompatible},
+    {"dialogs", &FuzzDialogs},
+    {"enumeration", &FuzzEnumeration},
+    {"fields", &FuzzFields},
+    {"keys", &FuzzKeys},
+    {"names", &FuzzNames},
+    {"values", &FuzzValues},
+}};
+
+} // namespace tam::fuzz
