@@ -69,7 +69,8 @@ BOOL CALLBACK ReadControl(HWND control, LPARAM target) {
     if (kind == L"Button") {
         box.buttons.push_back(WithoutAccessMark(text));
     } else if (kind == L"Static" && !box.isMessageBox && !text.empty()) {
-        box.text += (box.text.empty() ? L"" : L"\n") + text;
+        const bool hasAccessMark = (GetWindowLongW(control, GWL_STYLE) & SS_NOPREFIX) == 0;
+        box.text += (box.text.empty() ? L"" : L"\n") + (hasAccessMark ? WithoutAccessMark(text) : text);
     } else if ((kind == L"Edit" || kind == L"ComboBox") && !text.empty()) {
         box.fields.push_back(text);
     }

@@ -33,12 +33,26 @@ STREAM is the file of a device stream, or the name of a sample: channels, full, 
 missing_name, damaged, duplicate_attribute.
 
 Message boxes, error reports and dialogs that the component shows are read, printed and
-answered with OK; --interactive leaves them to you.
+answered with OK; --keys types into the dialogs of edit and rename, and --interactive leaves
+all of them to you.
 
 Exit status
   0  done; message boxes may have been shown and are listed
-  1  a call failed, the component showed an error report, or it kept objects alive at the end
+  1  a call failed, the component showed an error report, it kept objects alive at the end,
+     or a dialog was not closed by its OK or by the keys typed into it
   2  wrong usage)";
+
+constexpr const char* kKeysHelp = R"(
+
+KEYS are characters that stand for themselves, and keys by name in braces:
+  {ENTER} {ESC} {TAB} {SPACE} {BACKSPACE} {DEL} {LEFT} {RIGHT} {UP} {DOWN} {HOME} {END}
+  {PGUP} {PGDN} {F2} {F4}
+  {TAB 3}       the same key three times
+  {ALT+i}       the control whose underlined character is i
+  {{} {}}       the braces themselves
+Each key goes to the window that has the focus by then. Message boxes get none: they are
+printed and answered with OK, as always. At the end all keys must have been typed and all
+dialogs closed; else the run fails and says what was left.)";
 
 std::vector<std::string> Arguments() {
     int count = 0;
@@ -123,6 +137,24 @@ class Parser {
         app.get_option(name)->required();
     }
 
+    /// The option that types into the command's dialogs.
+    void Keys(CLI::App& app) {
+        app.add_option_function<std::string>(
+               "--keys",
+               [this](const std::string& text) {
+                   options_.keyText = Wide(text);
+                   try {
+                       options_.keys = ReadKeys(options_.keyText);
+                   } catch (const KeysError& error) {
+                       throw CLI::ValidationError(std::string("--keys: ") + error.what());
+                   }
+               },
+               "Type this into the dialog, and into those that it opens")
+            ->type_name("KEYS")
+            ->excludes(app_.get_option("--interactive"));
+        app.footer(app.get_footer() + kKeysHelp);
+    }
+
     void Output(CLI::App& app, const std::string& help) { Text(app, "-o,--output", options_.output, help); }
 
     void AddReading() {
@@ -192,10 +224,15 @@ class Parser {
         Argument(contains, "DEVICEKEY", options_.deviceKey, "Key of the device that the object belongs to");
         Argument(contains, "OBJECTKEY", options_.objectKey, "Key of the object inside the module");
 
-        CLI::App& edit =
-            StreamCommand("edit", "Open the value editor of an attribute, as a double click in a host does",
-                          "  tambench edit channels AI1_Offset --interactive");
+        CLI::App& edit = StreamCommand(
+            "edit", "Open the value editor of an attribute, as a double click in a host does",
+            "  tambench edit channels AI1_Offset --interactive\n"
+            "  tambench edit channels AI1_Offset --keys \"1.5{ENTER}\"\n"
+            "  tambench edit channels AO1_Setup --keys \"{DOWN 2}{ENTER}\"   two entries further\n"
+            "  tambench edit channels AI1_Offset --keys \"{TAB}{SPACE}{ENTER}\"\n"
+            "                                         ticks the invalid value");
         Argument(edit, "ATTRIBUTE", options_.attribute, "Name of the attribute");
+        Keys(edit);
     }
 
     void AddServices() {
@@ -206,6 +243,15 @@ class Parser {
                                       "  tambench datasheet\n  tambench datasheet --open");
         datasheet.add_flag("--open", options_.open, "Have the component open it in the machine's viewer");
         Command("about", "Show the component's about box", "  tambench about");
+        CLI::App& rename =
+            Command("rename", "Open the dialog that names a device, and show what the user chose",
+                    "  tambench rename Tam_1                  confirmed as it is\n"
+                    "  tambench rename Tam_1 --keys \"{END}{BACKSPACE}2{ENTER}\"\n"
+                    "  tambench rename Tam_1 --keys \"{ESC}\"   cancelled\n"
+                    "  tambench rename --keys \"1st{ENTER}{ESC}\"   refused: see the box");
+        Text(rename, "NAME", options_.deviceName, "Name that stands in the dialog at first");
+        Text(rename, "--key", options_.deviceKey, "Key of the device, kept for the caller");
+        Keys(rename);
     }
 
     void AddDevice() {

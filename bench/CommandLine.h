@@ -1,5 +1,7 @@
 #pragma once
 
+#include "bench/Keys.h"
+
 #include <optional>
 #include <string>
 #include <utility>
@@ -28,6 +30,9 @@ struct Options {
     std::wstring objectKey;
     std::wstring attribute;
     std::wstring userName;
+    std::wstring deviceName;
+    std::wstring keyText;
+    std::vector<Stroke> keys;
     std::vector<double> position;
     std::vector<std::wstring> displayed;
     std::vector<std::pair<std::wstring, std::wstring>> values;

@@ -25,7 +25,11 @@ void Export(Host& host, const Options& options, Report& report);
 void Set(Host& host, const Options& options, Report& report);
 void ClearRefs(Host& host, const Options& options, Report& report);
 void Contains(Host& host, const Options& options, Report& report);
+
+// Commands_Dialogs.cpp
 void Edit(Host& host, const Options& options, Report& report);
+void Rename(Host& host, const Options& options, Report& report);
+void About(Host& host, const Options& options, Report& report);
 
 // Commands_Device.cpp
 void DeviceTree(Host& host, const Options& options, Report& report);
@@ -40,7 +44,6 @@ void DeviceExport(Host& host, const Options& options, Report& report);
 // Commands_Services.cpp
 void Icon(Host& host, const Options& options, Report& report);
 void Datasheet(Host& host, const Options& options, Report& report);
-void About(Host& host, const Options& options, Report& report);
 
 /// Loads the stream and says in a line what came of it.
 void LoadAndTell(Host& host, Report& report);

@@ -32,15 +32,7 @@ Json ReadTarget(const Target& target) {
     if (target.input) {
         return {{"value", TextOf(*target.input.Get(), &IInput::get_Value)}, {"display", nullptr}};
     }
-    IAttribute& attribute = *target.attribute.Get();
-    com::Ref<ISNVType> type;
-    com::Check(attribute.get_SNVTType(type.Put()));
-    return {{"value", TextOf(attribute, &IAttribute::get_Value)},
-            {"display", type ? Json(TextOf(attribute, &IAttribute::get_DispValue)) : Json()}};
-}
-
-std::string DisplayOf(const Json& state) {
-    return state["display"].is_null() ? "" : state["display"];
+    return ReadValue(*target.attribute.Get());
 }
 
 Json ReadReferences(Host& host) {
@@ -126,25 +118,6 @@ void Contains(Host& host, const Options& options, Report& report) {
                                " and has a point whose name begins with " + mark + "."
                          : "  The module is of another device than " + device +
                                ", or it has no point whose name begins with " + mark + ".");
-}
-
-void Edit(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    Target target{FindAttribute(host.App(), options.attribute), nullptr, {}};
-    if (!target.attribute) {
-        throw BenchError(E_INVALIDARG, "there is no attribute \"" + Utf8(options.attribute) + "\"");
-    }
-    const Json before = ReadTarget(target);
-    host.Step("SetValue", [&] { com::Check(target.attribute->SetValue()); });
-    const Json after = ReadTarget(target);
-    report.data["attribute"] = Utf8(options.attribute);
-    report.data["before"] = before;
-    report.data["after"] = after;
-    report.Heading("The value of " + Utf8(options.attribute));
-    Table table({"", "Value", "Displayed as"});
-    table.Add({"before", before["value"], DisplayOf(before)});
-    table.Add({"after", after["value"], DisplayOf(after)});
-    report.Add(table);
 }
 
 } // namespace bench

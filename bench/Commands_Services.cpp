@@ -87,13 +87,4 @@ void Datasheet(Host& host, const Options& options, Report& report) {
     }
 }
 
-void About(Host& host, const Options&, Report& report) {
-    host.Step("ShowAbout", [&] {
-        const auto dialogs = com::Query<ITamDialogs>(&host.App());
-        com::CheckSet(dialogs.Get());
-        com::Check(dialogs->ShowAbout());
-    });
-    report.Line("The component was asked for its about box.");
-}
-
 } // namespace bench

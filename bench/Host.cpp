@@ -2,6 +2,7 @@
 
 #include "bench/Model.h"
 #include "bench/Text.h"
+#include "bench/Typist.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 
@@ -98,10 +99,7 @@ Host::Host(const Options& options, Report& report)
     : options_(options)
     , report_(report)
     , watcher_(options.interactive ? BoxWatcher::Mode::LeaveToUser : BoxWatcher::Mode::Answer) {
-    watcher_.OnBox([this](HWND, const Box& box) {
-        com::Attempt([&] { report_.AddBox(step_, box, !options_.interactive); });
-        return false;
-    });
+    watcher_.OnBox([this](HWND, const Box& box) { return AnswerBox(box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
@@ -113,6 +111,40 @@ Host::Host(const Options& options, Report& report)
 Host::~Host() {
     if (app_) {
         app_->Destroy();
+    }
+}
+
+bool Host::AnswerBox(const Box& box) {
+    const bool isTyped = isTyping_ && !box.isMessageBox && !IsErrorReport(box);
+    const char* const answeredBy = isTyped ? "keys" : options_.interactive ? "user" : "bench";
+    com::Attempt([&] { report_.AddBox(step_, box, answeredBy); });
+    return isTyped;
+}
+
+void Host::DialogStep(const std::string& name, const std::function<void()>& f) {
+    if (options_.interactive) {
+        Step(name, f);
+        return;
+    }
+    isTyping_ = !options_.keys.empty();
+    Typist typist(options_.keys);
+    Step(name, f);
+    isTyping_ = false;
+    const std::string left = Utf8(typist.Left());
+    Json leftOpen = Json::array();
+    for (const std::wstring& caption : typist.LeftOpen()) {
+        leftOpen.push_back(Utf8(caption));
+    }
+    report_.data["keys"] = Utf8(options_.keyText);
+    report_.data["keysLeft"] = left;
+    report_.data["leftOpen"] = leftOpen;
+    if (!left.empty()) {
+        throw BenchError(E_ABORT, "all dialogs had closed before these keys were typed: " + left);
+    }
+    if (!leftOpen.empty()) {
+        throw BenchError(E_ABORT, (options_.keys.empty() ? "its OK" : "the keys") +
+                                      (" did not close \"" + leftOpen.front().get<std::string>()) +
+                                      "\"; it was closed with Cancel");
     }
 }
 

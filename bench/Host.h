@@ -10,6 +10,7 @@
 #include <OrvDBFaces.h>
 #include <OrvHost.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -82,7 +83,13 @@ class Host {
         f();
     }
 
+    /// Runs a step that shows a dialog: keys are typed into it, or it is
+    /// answered with OK when there are none, or left to the user. Says in the
+    /// report what was left over; throws BenchError when something was.
+    void DialogStep(const std::string& name, const std::function<void()>& f);
+
   private:
+    bool AnswerBox(const Box& box);
     void MakeObject();
     void SetKeys();
     void GiveEnumTexts();
@@ -100,6 +107,7 @@ class Host {
     com::Ref<IAppObject> app_;
     com::Ref<ITamObject> tam_;
     com::Ref<IDispatch> project_;
+    bool isTyping_ = false;
     std::wstring deviceKey_;
     std::vector<Wire> wires_;
 };

@@ -124,6 +124,13 @@ Json ReadAccepted(IInput& input) {
     return identifiers;
 }
 
+Json ReadValue(IAttribute& attribute) {
+    com::Ref<ISNVType> type;
+    com::Check(attribute.get_SNVTType(type.Put()));
+    return {{"value", TextOf(attribute, &IAttribute::get_Value)},
+            {"display", type ? Json(TextOf(attribute, &IAttribute::get_DispValue)) : Json()}};
+}
+
 Json ReadModule(Host& host) {
     IAppObject& app = host.App();
     ITamObject& tam = host.Tam();
@@ -231,6 +238,10 @@ Json ReadWires(const Host& host) {
                          {"reason", wire.reason}});
     }
     return wires;
+}
+
+std::string DisplayOf(const Json& value) {
+    return value["display"].is_null() ? "" : value["display"];
 }
 
 std::string TypeTitle(const Json& type) {

@@ -64,11 +64,16 @@ xml::Node Interoperability(Host& host);
 Json ReadType(ISNVType* type);
 /// The identifiers of the types that an input accepts.
 Json ReadAccepted(IInput& input);
+/// "value" and "display" of an attribute; it displays nothing without a type.
+Json ReadValue(IAttribute& attribute);
 Json ReadModule(Host& host);
 Json ReadInputs(Host& host, const xml::Node& interoperability);
 Json ReadOutputs(Host& host, const xml::Node& interoperability);
 Json ReadAttributes(Host& host);
 Json ReadWires(const Host& host);
+
+/// The "display" of a value; empty for none.
+std::string DisplayOf(const Json& value);
 
 /// "105 temp_p": number and name, without the prefix that all names have; "-"
 /// when there is no type.

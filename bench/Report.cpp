@@ -15,7 +15,7 @@ std::string KindOf(const Box& box) {
     if (box.isMessageBox) {
         return "message";
     }
-    return box.text.find(kErrorReport) == std::wstring::npos ? "dialog" : "error report";
+    return IsErrorReport(box) ? "error report" : "dialog";
 }
 
 std::string IconName(UINT icon) {
@@ -69,7 +69,11 @@ void AddIndented(std::string& out, const std::string& text) {
 
 } // namespace
 
-void Report::AddBox(const std::string& step, const Box& box, bool answered) {
+bool IsErrorReport(const Box& box) {
+    return !box.isMessageBox && box.text.find(kErrorReport) != std::wstring::npos;
+}
+
+void Report::AddBox(const std::string& step, const Box& box, const std::string& answeredBy) {
     const std::string kind = KindOf(box);
     errorReports_ += kind == "error report" ? 1U : 0U;
     boxes_.push_back({{"during", step},
@@ -79,7 +83,7 @@ void Report::AddBox(const std::string& step, const Box& box, bool answered) {
                       {"text", Utf8(box.text)},
                       {"fields", Texts(box.fields)},
                       {"buttons", Texts(box.buttons)},
-                      {"answeredBy", answered ? "bench" : "user"}});
+                      {"answeredBy", answeredBy}});
 }
 
 std::string Report::BoxesText() const {
@@ -93,7 +97,7 @@ std::string Report::BoxesText() const {
         const std::string icon = box["icon"];
         text += "  " + std::to_string(++number) + ". " +
                 (box["kind"] == "message" ? "message box" : box["kind"].get<std::string>()) + " \"" +
-                box["caption"].get<std::string>() + "\"" + (icon.empty() ? "" : " with a " + icon + " sign") +
+                box["caption"].get<std::string>() + "\"" + (icon.empty() ? "" : ", sign: " + icon) +
                 ", during " + box["during"].get<std::string>() + "\n";
         AddIndented(text, box["text"]);
         for (const Json& field : box["fields"]) {

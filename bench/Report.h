@@ -28,8 +28,9 @@ class Report {
     /// A text of several lines as it stands.
     void Block(const std::string& text) { text_ += text; }
 
-    /// A box that the component showed during a step of the host.
-    void AddBox(const std::string& step, const Box& box, bool answered);
+    /// A box that the component showed during a step of the host, and what
+    /// answers it: "bench", "keys" or "user".
+    void AddBox(const std::string& step, const Box& box, const std::string& answeredBy);
     const Json& Boxes() const noexcept { return boxes_; }
     bool HasErrorReport() const noexcept { return errorReports_ > 0; }
 
@@ -43,5 +44,8 @@ class Report {
     Json boxes_ = Json::array();
     std::size_t errorReports_ = 0;
 };
+
+/// The dialog in which the component shows what a member trapped.
+bool IsErrorReport(const Box& box);
 
 } // namespace bench

@@ -35,6 +35,7 @@ const std::map<std::string, Command>& Commands() {
                                                             {"icon", Icon},
                                                             {"datasheet", Datasheet},
                                                             {"about", About},
+                                                            {"rename", Rename},
                                                             {"device tree", DeviceTree},
                                                             {"device fetch", DeviceFetch},
                                                             {"device set", DeviceSet},

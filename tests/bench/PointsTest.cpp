@@ -1,4 +1,4 @@
-// set, clear-refs, contains and edit.
+// set, clear-refs and contains.
 
 #include "tests/bench/BenchRun.h"
 
@@ -61,23 +61,6 @@ TEST(ContainsTest, AsksForTheDeviceAndTheMarkOfTheObject) {
     EXPECT_EQ(false, Bench({L"contains", SmallStream(), L"K9", L"AI1"})["contains"]);
     EXPECT_EQ(false, Bench({L"contains", SmallStream(), L"K7", L"AI6"})["contains"]);
     EXPECT_EQ(false, Bench({L"contains", L"channels", L"K7", L"AI1"})["contains"]);
-}
-
-// The editor keeps the text that it shows, in the user's form.
-TEST(EditTest, AnswersTheEditorWithItsText) {
-    const Json edited = Bench({L"edit", L"channels", L"AI1_Offset"});
-    EXPECT_EQ("-0.50", edited["before"]["value"]);
-    EXPECT_EQ(Local("-0.50"), edited["after"]["value"]);
-    EXPECT_EQ(edited["before"]["display"], edited["after"]["display"]);
-    ASSERT_EQ(1U, edited["boxes"].size());
-    EXPECT_EQ("dialog", edited["boxes"][0]["kind"]);
-    EXPECT_EQ("SetValue", edited["boxes"][0]["during"]);
-    EXPECT_EQ(Json{Local("-0.50")}, edited["boxes"][0]["fields"]);
-}
-
-TEST(EditTest, FailsWithoutAnEditor) {
-    EXPECT_EQ("0x800A005B", Bench({L"edit", SmallStream(), L"AI6_Label"}, 1)["error"]["hresult"]);
-    EXPECT_EQ("0x80070057", Bench({L"edit", L"channels", L"Nope"}, 1)["error"]["hresult"]);
 }
 
 } // namespace

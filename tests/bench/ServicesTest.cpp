@@ -1,4 +1,4 @@
-// icon, data sheet, about, and a definition that is not there.
+// icon, data sheet, and a definition that is not there.
 
 #include "tests/bench/BenchRun.h"
 
@@ -55,14 +55,6 @@ TEST(DatasheetTest, ABoxSaysWhenThereIsNone) {
     EXPECT_EQ("DataSheet not available", datasheet["boxes"][0]["text"]);
     EXPECT_EQ("Gateway Object", datasheet["boxes"][0]["caption"]);
     EXPECT_EQ("ViewDatasheet", datasheet["boxes"][0]["during"]);
-}
-
-TEST(AboutTest, ShowsTheVersion) {
-    const Json boxes = Bench({L"about"})["boxes"];
-    ASSERT_EQ(1U, boxes.size());
-    EXPECT_EQ("dialog", boxes[0]["kind"]);
-    EXPECT_EQ("About Gateway Object", boxes[0]["caption"]);
-    EXPECT_NE(std::string::npos, boxes[0]["text"].get<std::string>().find("Version 1.0.0"));
 }
 
 TEST(DefinitionTest, OneThatIsNotThereIsReportedAndFails) {

@@ -1,0 +1,69 @@
+#include "bench/Commands.h"
+#include "bench/Model.h"
+#include "bench/Text.h"
+
+namespace bench {
+
+namespace {
+
+com::Ref<ITamDialogs> DialogsOf(Host& host) {
+    const auto dialogs = com::Query<ITamDialogs>(&host.App());
+    com::CheckSet(dialogs.Get());
+    return dialogs;
+}
+
+} // namespace
+
+void Edit(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    const auto attribute = FindAttribute(host.App(), options.attribute);
+    if (!attribute) {
+        throw BenchError(E_INVALIDARG, "there is no attribute \"" + Utf8(options.attribute) + "\"");
+    }
+    report.data["attribute"] = Utf8(options.attribute);
+    report.Heading("The value of " + Utf8(options.attribute));
+    const Json before = report.data["before"] = ReadValue(*attribute.Get());
+    const auto tell = [&] {
+        const Json after = report.data["after"] = ReadValue(*attribute.Get());
+        Table table({"", "Value", "Displayed as"});
+        table.Add({"before", before["value"], DisplayOf(before)});
+        table.Add({"after", after["value"], DisplayOf(after)});
+        report.Add(table);
+    };
+    host.DialogStep("SetValue", [&] {
+        com::Check(attribute->SetValue());
+        tell();
+    });
+}
+
+void Rename(Host& host, const Options& options, Report& report) {
+    constexpr short kConfirmed = 1;
+    host.DialogStep("ShowRename", [&] {
+        com::Variant name(options.deviceName);
+        VARIANT argument = name.Detach();
+        short choice = 0;
+        const HRESULT hr =
+            DialogsOf(host)->ShowRename(&argument, com::Bstr(options.deviceKey).Get(), &choice);
+        *name.Put() = argument;
+        com::Check(hr);
+        const bool confirmed = choice == kConfirmed;
+        const std::string after = Utf8(com::Text(name.Get().bstrVal));
+        report.data["deviceKey"] = Utf8(options.deviceKey);
+        report.data["choice"] = confirmed ? "confirmed" : "cancelled";
+        report.data["before"] = Utf8(options.deviceName);
+        report.data["after"] = after;
+        report.Heading(confirmed ? "Confirmed" : "Cancelled");
+        Fields fields;
+        fields.Add("name before", Utf8(options.deviceName));
+        fields.Add("name after", after);
+        fields.Add("device key", Utf8(options.deviceKey));
+        report.Add(fields);
+    });
+}
+
+void About(Host& host, const Options&, Report& report) {
+    host.Step("ShowAbout", [&] { com::Check(DialogsOf(host)->ShowAbout()); });
+    report.Line("The component was asked for its about box.");
+}
+
+} // namespace bench
