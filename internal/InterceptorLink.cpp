@@ -10,11 +10,12 @@ STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
     if (out == nullptr) {
         return E_POINTER;
     }
-    if (target_ != nullptr && iid != __uuidof(IAttributeInterceptor)) {
+    // The interface is dual: a wrapped object that calls by name keeps it as IDispatch.
+    const bool isOwn = iid == __uuidof(IAttributeInterceptor) || iid == IID_IDispatch;
+    if (target_ != nullptr && !isOwn) {
         return target_->QueryInterface(iid, out);
     }
-    // The interface is dual, so that it answers for IDispatch too.
-    return Counted::QueryInterface(iid == IID_IDispatch ? __uuidof(IAttributeInterceptor) : iid, out);
+    return Counted::QueryInterface(isOwn ? __uuidof(IAttributeInterceptor) : iid, out);
 }
 
 template <class Method, class... Arguments>

@@ -10,9 +10,10 @@ namespace tam {
 /// The interceptor as the wrapped object holds it: the internal object's
 /// interceptor interface with a count of its own. The wrapped object keeps its
 /// interceptor, and the internal object keeps the wrapped one; counted alike,
-/// the two would keep each other alive for ever. To COM it is the internal
-/// object itself: every other interface, its identity included, is that
-/// object's for as long as it lives.
+/// the two would keep each other alive for ever. IDispatch is this object's
+/// too: that is what a wrapped object that calls by name holds. To COM it is the
+/// internal object itself: every other interface, its identity included, is
+/// that object's for as long as it lives.
 class InterceptorLink final : public com::Counted<IAttributeInterceptor> {
   public:
     static com::Ref<InterceptorLink> Make(IAttributeInterceptor& target);
