@@ -1,6 +1,7 @@
 #include "internal/TamInternalAppObject.h"
 
 #include "com/LateBound.h"
+#include "common/Case.h"
 #include "common/MessageLoop.h"
 
 namespace tam {
@@ -67,7 +68,8 @@ void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::R
         com::CheckSet(collection.Get());
         com::Ref<Item> item;
         com::Check(collection->get_Item(name.Get(), item.Put()));
-        if (item) {
+        // An item found by the position that the name begins with is not meant.
+        if (item && EqualIgnoringCase(NameOf(item), name.View())) {
             SetVisible(*item.Get(), *visible == L"1");
         }
     }
