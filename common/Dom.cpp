@@ -132,14 +132,24 @@ DOMNodeType TypeOf(const Node& node) {
     return type;
 }
 
-void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit) {
+bool AnyChild(const Node& parent, const std::function<bool(const Node&)>& fits) {
     Node child = FirstChild(parent);
     while (child) {
-        visit(child);
+        if (fits(child)) {
+            return true;
+        }
         Node next;
         Check(child->get_nextSibling(next.Put()));
         child = std::move(next);
     }
+    return false;
+}
+
+void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit) {
+    AnyChild(parent, [&](const Node& child) {
+        visit(child);
+        return false;
+    });
 }
 
 void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit) {

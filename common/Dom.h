@@ -66,6 +66,9 @@ inline bool IsElement(const Node& node) {
     return TypeOf(node) == NODE_ELEMENT;
 }
 
+/// Whether a child fits. Asks in document order and goes no further than the
+/// first that does.
+bool AnyChild(const Node& parent, const std::function<bool(const Node&)>& fits);
 /// Calls visit for each child in document order. The next sibling is read
 /// after the visit, so a visit may append behind the child that it is given.
 void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit);

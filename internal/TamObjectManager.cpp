@@ -93,19 +93,15 @@ bool TamObjectManager::SearchLibrary() const {
     const dom::Node library = dom::Select(
         dom::Node(document), L"Device/FWVersion/" + std::wstring(version.View()) + L"/Objects/Library");
     com::CheckSet(library.Get());
-    bool found = false;
-    dom::ForEachChild(library, [&](const dom::Node& child) {
-        if (found) {
-            return;
-        }
+    return dom::AnyChild(library, [](const dom::Node& child) {
         YieldToHost();
-        if (dom::IsElement(child)) {
-            com::Bstr name;
-            com::Check(child->get_nodeName(name.Put()));
-            found = IsModuleObject(name.View());
+        if (!dom::IsElement(child)) {
+            return false;
         }
+        com::Bstr name;
+        com::Check(child->get_nodeName(name.Put()));
+        return IsModuleObject(name.View());
     });
-    return found;
 }
 
 } // namespace tam
