@@ -226,9 +226,11 @@ com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const std::
     return support::Item(support::Object(object, &IAppObject::get_Attributes), &IAttributes::get_Item, name);
 }
 
-void ExpectRaised(HRESULT result, long number, const std::wstring& description) {
+void ExpectRaised(HRESULT result, long number, const std::wstring& description, const std::wstring& source) {
     EXPECT_EQ(static_cast<unsigned long>(result), 0x800A0000ul + static_cast<unsigned long>(number));
-    EXPECT_EQ(support::LastError().description, description);
+    const support::ErrorTexts texts = support::LastError();
+    EXPECT_EQ(texts.description, description);
+    EXPECT_EQ(texts.source, source);
 }
 
 } // namespace internal_tests

@@ -82,7 +82,8 @@ com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& object, const std::wstrin
 com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const std::wstring& name);
 
 /// The classic run-time error n with its text, as the caller sees it.
-void ExpectRaised(HRESULT result, long number, const std::wstring& description);
+void ExpectRaised(HRESULT result, long number, const std::wstring& description,
+                  const std::wstring& source = L"O_Tam_id");
 inline constexpr const wchar_t* kObjectNotSet = L"Object variable or With block variable not set";
 
 } // namespace internal_tests

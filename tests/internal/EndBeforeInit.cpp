@@ -4,7 +4,9 @@
 
 #include "bench/BoxWatcher.h"
 #include "com/Conversion.h"
+#include "com/Object.h"
 #include "tests/support/Component.h"
+#include "tests/support/Read.h"
 
 #include <objbase.h>
 
@@ -52,6 +54,31 @@ void CallGated(ITamObjectManager& manager, const std::string& member) {
     }
 }
 
+/// A device whose library lists the module object.
+class Context final : public com::DualObject<Context, IDeviceContext> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP get_Document(IDispatch** value) override {
+        return support::Parse(L"<Device><FWVersion><A><Objects><Library><o_tam_id/></Library></Objects></A>"
+                              L"</FWVersion></Device>")
+            ->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(value));
+    }
+    STDMETHODIMP get_FirmwareVersion(BSTR* value) override { return Answer(value, std::wstring(L"A")); }
+};
+
+/// What the host does before the call that ends its process.
+void Prepare(ITamObjectManager& manager, const std::string& before) {
+    if (before == "InitWithNone") {
+        manager.Init(nullptr);
+    } else if (before == "FoundThenInitWithNone") {
+        manager.Init(Context::Make().Get());
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        manager.IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer);
+        Say(answer != VARIANT_FALSE ? L"found" : L"not found");
+        manager.Init(nullptr);
+    }
+}
+
 /// Written by the ordinary end of a process, which this must not be.
 struct AtEnd {
     ~AtEnd() { Say(L"unwound"); }
@@ -60,7 +87,7 @@ struct AtEnd {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
+    if (argc < 2 || FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
         return kCouldNotStart;
     }
     static const AtEnd atEnd;
@@ -71,6 +98,7 @@ int main(int argc, char** argv) {
     if (!manager) {
         return kCouldNotStart;
     }
+    Prepare(*manager.Get(), argc > 2 ? argv[2] : "");
     Say(L"calling");
     CallGated(*manager.Get(), argv[1]);
     Say(L"went on");

@@ -42,6 +42,30 @@ Ref<ITypeInfo> SlotsOf(const Ref<ITypeInfo>& info) {
     return slots;
 }
 
+/// Of anything but an interface of a library's own.
+std::wstring TypeName(VARTYPE type) {
+    switch (type) {
+    case VT_BSTR:
+        return L"text";
+    case VT_I2:
+        return L"short";
+    case VT_I4:
+        return L"long";
+    case VT_R8:
+        return L"double";
+    case VT_BOOL:
+        return L"flag";
+    case VT_VARIANT:
+        return L"any";
+    case VT_DISPATCH:
+        return L"IDispatch";
+    case VT_UNKNOWN:
+        return L"IUnknown";
+    default:
+        return L"type " + std::to_wstring(type);
+    }
+}
+
 Parameter ReadParameter(ITypeInfo& info, const ELEMDESC& element) {
     Parameter parameter;
     parameter.isResult = (element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0;
@@ -51,8 +75,10 @@ Parameter ReadParameter(ITypeInfo& info, const ELEMDESC& element) {
     }
     if (type->vt == VT_PTR) {
         type = type->lptdesc;
+        parameter.isByReference = type->vt != VT_USERDEFINED; // an object is a pointer anyhow
     }
     parameter.type = type->vt;
+    parameter.typeName = TypeName(type->vt);
     parameter.iid = type->vt == VT_UNKNOWN ? IID_IUnknown : IID_IDispatch;
     if (type->vt == VT_USERDEFINED) {
         Ref<ITypeInfo> referred;
@@ -61,6 +87,9 @@ Parameter ReadParameter(ITypeInfo& info, const ELEMDESC& element) {
         Check(referred->GetTypeAttr(&attributes));
         parameter.type = VT_DISPATCH;
         parameter.iid = attributes->guid;
+        com::Bstr name;
+        Check(referred->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
+        parameter.typeName = name.View();
         referred->ReleaseTypeAttr(attributes);
     }
     return parameter;
@@ -140,6 +169,15 @@ unsigned Member::Words() const noexcept {
         words += input.Words();
     }
     return words;
+}
+
+std::wstring Member::Signature() const {
+    std::wstring arguments;
+    for (const Parameter& input : inputs) {
+        arguments += (arguments.empty() ? L"" : L", ");
+        arguments += (input.isByReference ? L"&" : L"") + input.typeName;
+    }
+    return label + L"(" + arguments + L")" + (HasResult() ? L" " + result.typeName : L"");
 }
 
 const Member& FaceInfo::At(unsigned slot) const {

@@ -23,7 +23,11 @@ struct Parameter {
     VARTYPE type = VT_EMPTY;
     /// Interface of an object.
     IID iid{};
+    /// "text", "short", "long", "double", "flag", "any", or the interface of an object.
+    std::wstring typeName;
     bool isResult = false;
+    /// Handed over by its address, so that the callee may change it.
+    bool isByReference = false;
 
     /// 32-bit words on the stack.
     unsigned Words() const noexcept;
@@ -44,6 +48,9 @@ struct Member {
 
     bool HasResult() const noexcept { return result.type != VT_EMPTY; }
     unsigned Words() const noexcept;
+    /// Kind of access, name and types: "get Path() text", "Init(text) flag",
+    /// "set Parent(IDispatch)"; "&" before what is handed over by its address.
+    std::wstring Signature() const;
 };
 
 struct FaceInfo {

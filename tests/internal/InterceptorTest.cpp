@@ -176,10 +176,12 @@ TEST_F(TamInternalAppObjectInterceptorTest, NeedsAChannelForItsTwoAttributesAlon
     EXPECT_EQ(Fill(gain), S_OK);
 }
 
-TEST_F(TamInternalAppObjectInterceptorTest, NeedsADeviceToFillFrom) {
+TEST_F(TamInternalAppObjectInterceptorTest, NeedsADeviceToFillFromAndToMirrorThrough) {
     const auto alone = CreatedWithoutDevice();
     interceptor = Interceptor();
     ExpectRaised(Fill(gain), 91, kObjectNotSet);
+    ExpectRaised(ValueChanged(gain), 91, kObjectNotSet);
+    ExpectRaised(TypeChanged(gain), 91, kObjectNotSet);
 }
 
 TEST_F(TamInternalAppObjectInterceptorTest, GivesAChangedValueToTheContainersAttribute) {
@@ -211,6 +213,24 @@ TEST_F(TamInternalAppObjectInterceptorTest, GivesAChangedTypeToTheContainersAttr
     EXPECT_EQ(handled, VARIANT_FALSE);
     EXPECT_EQ(Said(L"mirror"), Texts{L"mirror.SetType(type)"});
     EXPECT_EQ(Said(L"container.Attributes"), Texts{L"container.Attributes.get Item(\"AI3_Gain\")"});
+}
+
+TEST_F(TamInternalAppObjectInterceptorTest, FormsTheKeyThenAsksTheContainerThenReadsTheAttribute) {
+    Contain(L"AI3_Gain");
+    GiveType(gain);
+    gain->Set(L"Value", L"2.5");
+    const Texts lookup{L"Gain.get Name()", L"device.Container(object)", L"container.get Attributes()",
+                       L"container.Attributes.get Item(\"AI3_Gain\")"};
+    Texts expected = lookup;
+    expected.insert(expected.end(), {L"Gain.get Value()", L"mirror.put Value(\"2.5\")"});
+    EXPECT_EQ(ValueChanged(gain), S_OK);
+    EXPECT_EQ(Said(), expected);
+
+    Calls().clear();
+    expected = lookup;
+    expected.insert(expected.end(), {L"Gain.get SNVTType()", L"mirror.SetType(type)"});
+    EXPECT_EQ(TypeChanged(gain), S_OK);
+    EXPECT_EQ(Said(), expected);
 }
 
 TEST_F(TamInternalAppObjectInterceptorTest, NeedsAContainerToMirrorTo) {

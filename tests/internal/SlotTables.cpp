@@ -13,164 +13,228 @@ namespace {
 
 constexpr unsigned kFirstSlot = 7;
 
-/// A name with a leading "-" is a member that does not simply forward.
-using Names = std::initializer_list<std::wstring_view>;
+/// As Member::Signature tells them. One with a leading "-" does not simply forward.
+using Signatures = std::initializer_list<std::wstring_view>;
 
-const Names kAppObject = {L"IsPlugInActive",
-                          L"Path",
-                          L"Path",
-                          L"ExecTime",
-                          L"MaxInstances",
-                          L"-CDBDimension",
-                          L"Color",
-                          L"Color",
-                          L"SetColor",
-                          L"Width",
-                          L"InputWidth",
-                          L"-DDBDimension",
-                          L"-SDBDimension",
-                          L"ClearReferences",
-                          L"ViewDatasheet",
-                          L"DatasheetAvailable",
-                          L"PlugInAvailable",
-                          L"UserName",
-                          L"UniqueIDString",
-                          L"OwnerDeviceXML",
-                          L"OwnerDeviceXML",
-                          L"UserName",
-                          L"Name",
-                          L"NodeType",
-                          L"Tag",
-                          L"Tag",
-                          L"GlobalKey",
-                          L"GlobalKey",
-                          L"key",
-                          L"key",
-                          L"ID",
-                          L"UniqueID",
-                          L"UniqueID",
-                          L"Description",
-                          L"Icon",
-                          L"Category",
-                          L"-Create",
-                          L"Show",
-                          L"ObjectDebug",
-                          L"Save",
-                          L"Load",
-                          L"-Stream",
-                          L"IntelStream",
-                          L"Stream",
-                          L"-Inputs",
-                          L"-Outputs",
-                          L"-Attributes",
-                          L"Language",
-                          L"Language",
-                          L"Destroy",
-                          L"ProgrammaticID",
-                          L"XmlSNVTDoc",
-                          L"-XMLSave",
-                          L"XMLSaveSim",
-                          L"XMLSaveForInteroperability",
-                          L"XmlLoad",
-                          L"CallBack",
-                          L"Parent",
-                          L"Parent",
-                          L"XPosition",
-                          L"XPosition",
-                          L"YPosition",
-                          L"YPosition",
-                          L"ManageShortFloat",
-                          L"Init",
-                          L"-ExportIndex",
-                          L"ExportIndex",
-                          L"-NumObjects",
-                          L"ExtendedKey",
-                          L"ExtendedKey",
-                          L"IsDeviceDependent",
-                          L"UsesDeviceClock",
-                          L"-IsHidden",
-                          L"-IsVirtual"};
+const Signatures kAppObject = {
+    L"get IsPlugInActive() flag",
+    L"get Path() text",
+    L"put Path(text)",
+    L"get ExecTime() long",
+    L"get MaxInstances() long",
+    L"-get CDBDimension() long",
+    L"get Color() long",
+    L"put Color(long)",
+    L"SetColor(long)",
+    L"get Width() long",
+    L"get InputWidth() long",
+    L"-get DDBDimension() long",
+    L"-get SDBDimension() long",
+    L"ClearReferences()",
+    L"ViewDatasheet(any)",
+    L"get DatasheetAvailable() flag",
+    L"get PlugInAvailable() flag",
+    L"get UserName() text",
+    L"get UniqueIDString() text",
+    L"get OwnerDeviceXML() IDispatch",
+    L"set OwnerDeviceXML(IDispatch)",
+    L"put UserName(text)",
+    L"get Name() text",
+    L"get NodeType() long",
+    L"get Tag() text",
+    L"put Tag(text)",
+    L"get GlobalKey() text",
+    L"put GlobalKey(text)",
+    L"get key() text",
+    L"put key(text)",
+    L"get ID() text",
+    L"get UniqueID() text",
+    L"put UniqueID(text)",
+    L"get Description() text",
+    L"get Icon() IDispatch",
+    L"get Category() text",
+    L"-Create()",
+    L"Show()",
+    L"ObjectDebug()",
+    L"Save(any)",
+    L"Load(any)",
+    L"-get Stream() text",
+    L"get IntelStream() any",
+    L"put Stream(text)",
+    L"-get Inputs() IInputs",
+    L"-get Outputs() IOutputs",
+    L"-get Attributes() IAttributes",
+    L"get Language() long",
+    L"put Language(long)",
+    L"Destroy()",
+    L"get ProgrammaticID() text",
+    L"set XmlSNVTDoc(IDispatch)",
+    L"-XMLSave(IDispatch, IDispatch)",
+    L"XMLSaveSim(IDispatch, IDispatch)",
+    L"XMLSaveForInteroperability(IDispatch, IDispatch)",
+    L"XmlLoad(IDispatch)",
+    L"CallBack(IDispatch)",
+    L"get Parent() IDispatch",
+    L"set Parent(IDispatch)",
+    L"get XPosition() double",
+    L"put XPosition(double)",
+    L"get YPosition() double",
+    L"put YPosition(double)",
+    L"put ManageShortFloat(flag)",
+    L"Init(text) flag",
+    L"-get ExportIndex() short",
+    L"put ExportIndex(short)",
+    L"-get NumObjects() short",
+    L"get ExtendedKey() text",
+    L"put ExtendedKey(text)",
+    L"get IsDeviceDependent() flag",
+    L"get UsesDeviceClock() flag",
+    L"-get IsHidden() flag",
+    L"-get IsVirtual() flag",
+};
 
-const Names kInternalAppObject = {L"-TamDeviceKey",
-                                  L"-TamInternalObjectKey",
-                                  L"-TamObjectContainer",
-                                  L"-TempTamDeviceKey",
-                                  L"-TempTamDeviceKey",
-                                  L"-TempTamInternalObjectKey",
-                                  L"-TempTamInternalObjectKey",
-                                  L"-TamDevice",
-                                  L"-Status",
-                                  L"-Status"};
+const Signatures kInternalAppObject = {
+    L"-get TamDeviceKey() text",
+    L"-get TamInternalObjectKey() text",
+    L"-get TamObjectContainer() IDispatch",
+    L"-get TempTamDeviceKey() text",
+    L"-put TempTamDeviceKey(text)",
+    L"-get TempTamInternalObjectKey() text",
+    L"-put TempTamInternalObjectKey(text)",
+    L"-get TamDevice() IDispatch",
+    L"-get Status() long",
+    L"-put Status(long)",
+};
 
-const Names kInterceptor = {L"-InterceptGetDataFromDevice", L"-InterceptAttributeValueChanged",
-                            L"-InterceptTypeChanged", L"-InterceptIsUnitsDependent",
-                            L"-InterceptIsDifferential"};
+const Signatures kInterceptor = {
+    L"-InterceptGetDataFromDevice(IAttribute) flag",
+    L"-InterceptAttributeValueChanged(IAttribute) flag",
+    L"-InterceptTypeChanged(IAttribute) flag",
+    L"-InterceptIsUnitsDependent(IAttribute, &flag) flag",
+    L"-InterceptIsDifferential(IAttribute, &flag) flag",
+};
 
-const Names kManager = {L"-IsTamInternalObject", L"-IsTamObject", L"-CreateTamInternalAppObject",
-                        L"-CreateTemplateTamInternalObject", L"-Init"};
+const Signatures kManager = {
+    L"-IsTamInternalObject(text) flag",
+    L"-IsTamObject(text) flag",
+    L"-CreateTamInternalAppObject(&text, IDispatch) IAppObject",
+    L"-CreateTemplateTamInternalObject() IAppObject",
+    L"-Init(IDispatch)",
+};
 
-const Names kCollection = {L"CallBack", L"Count", L"ExtendedKey", L"GlobalKey", L"-Item", L"-NewEnum"};
+const Signatures kInputs = {
+    L"set CallBack(IDispatch)", L"get Count() long",       L"get ExtendedKey() text",
+    L"get GlobalKey() text",    L"-get Item(text) IInput", L"-get NewEnum() IUnknown",
+};
 
-const Names kAttributeCollection = {L"Count", L"ExtendedKey", L"GlobalKey", L"-Item", L"-NewEnum"};
+const Signatures kOutputs = {
+    L"set CallBack(IDispatch)", L"get Count() long",        L"get ExtendedKey() text",
+    L"get GlobalKey() text",    L"-get Item(text) IOutput", L"-get NewEnum() IUnknown",
+};
 
-const Names kInput = {L"changeType", L"CallBack",    L"NodeType",        L"IsConnected", L"ConnectedType",
-                      L"Visible",    L"Mandatory",   L"Value",           L"-Value",      L"Name",
-                      L"GlobalKey",  L"-Extended",   L"Index",           L"CDBPosition", L"SNVTCompatibles",
-                      L"-Parent",    L"ExtendedKey", L"IsMacroConnected"};
+const Signatures kAttributes = {
+    L"get Count() long",           L"get ExtendedKey() text",  L"get GlobalKey() text",
+    L"-get Item(text) IAttribute", L"-get NewEnum() IUnknown",
+};
 
-const Names kConnable = {L"IsConnected",   L"HasPriority", L"IncrementalConnIndex",
-                         L"ConnectedType", L"itemType",    L"GlobalKey",
-                         L"Name",          L"SNVTType",    L"IsSNVTCompatible"};
+const Signatures kInput = {
+    L"changeType(any)",
+    L"set CallBack(IDispatch)",
+    L"get NodeType() long",
+    L"get IsConnected() flag",
+    L"get ConnectedType() ISNVType",
+    L"get Visible() flag",
+    L"get Mandatory() flag",
+    L"get Value() text",
+    L"-put Value(text)",
+    L"get Name() text",
+    L"get GlobalKey() text",
+    L"-get Extended() flag",
+    L"get Index() long",
+    L"get CDBPosition() long",
+    L"get SNVTCompatibles() ICompatibleSNVTs",
+    L"-get Parent() IAppObject",
+    L"get ExtendedKey() text",
+    L"get IsMacroConnected() flag",
+};
 
-const Names kOutput = {L"IsConnected",     L"CallBack",    L"changeType",       L"NodeType",
-                       L"Visible",         L"Name",        L"GlobalKey",        L"-Index",
-                       L"SNVTCompatible",  L"SNVTType",    L"-Parent",          L"DisplayWritable",
-                       L"IsTypeDependent", L"ExtendedKey", L"IsMacroConnected", L"IsDisplayable",
-                       L"-IsDisplayable"};
+const Signatures kConnable = {
+    L"put IsConnected(flag)",
+    L"put HasPriority(flag)",
+    L"put IncrementalConnIndex(long)",
+    L"set ConnectedType(IDispatch)",
+    L"get itemType() long",
+    L"get GlobalKey() text",
+    L"get Name() text",
+    L"get SNVTType() ISNVType",
+    L"get IsSNVTCompatible(text) flag",
+};
 
-const Names kDisplayItem = {L"DisplayText", L"DisplayText",   L"key",         L"itemType",
-                            L"Icon",        L"IsWritable",    L"IsTrendable", L"-Reference",
-                            L"IsConnected", L"IsDisplayable", L"SNVTType",    L"Fields"};
+const Signatures kOutput = {
+    L"get IsConnected() flag",     L"set CallBack(IDispatch)",  L"changeType(any)",
+    L"get NodeType() long",        L"get Visible() flag",       L"get Name() text",
+    L"get GlobalKey() text",       L"-get Index() long",        L"get SNVTCompatible() ICompatibleSNVT",
+    L"get SNVTType() ISNVType",    L"-get Parent() IAppObject", L"get DisplayWritable() flag",
+    L"get IsTypeDependent() flag", L"get ExtendedKey() text",   L"get IsMacroConnected() flag",
+    L"get IsDisplayable() flag",   L"-put IsDisplayable(flag)",
+};
 
-const Names kAttribute = {L"-Parent",
-                          L"Visible",
-                          L"SetValue",
-                          L"IsUnit",
-                          L"Description",
-                          L"Value",
-                          L"DispValue",
-                          L"DispMin",
-                          L"DispMax",
-                          L"DispDefault",
-                          L"-Value",
-                          L"Name",
-                          L"NodeType",
-                          L"GlobalKey",
-                          L"SNVTType",
-                          L"BackToDefault",
-                          L"DefaultValue",
-                          L"Tag",
-                          L"Tag",
-                          L"Fields",
-                          L"CallBack",
-                          L"CDBPosition",
-                          L"ToolOnly",
-                          L"IsDeviceDependent",
-                          L"IsUnitDependent",
-                          L"DeviceKey",
-                          L"IsKeepFloatStandard",
-                          L"DividedBy",
-                          L"IsType",
-                          L"Min",
-                          L"Max",
-                          L"ExtendedKey",
-                          L"IsMacroConnected"};
+const Signatures kDisplayItem = {
+    L"get DisplayText() text",   L"put DisplayText(text)",   L"get key() text",
+    L"get itemType() long",      L"get Icon() IDispatch",    L"get IsWritable() flag",
+    L"get IsTrendable() flag",   L"-get Reference() text",   L"get IsConnected() flag",
+    L"get IsDisplayable() flag", L"get SNVTType() ISNVType", L"get Fields() IDispatch",
+};
 
-void Add(std::vector<SlotCase>& cases, const char* place, const IID& iid, const Names& names) {
+const Signatures kAttribute = {
+    L"-get Parent() IAppObject",
+    L"get Visible() flag",
+    L"SetValue()",
+    L"get IsUnit() flag",
+    L"get Description() text",
+    L"get Value() text",
+    L"get DispValue() text",
+    L"get DispMin() text",
+    L"get DispMax() text",
+    L"get DispDefault() text",
+    L"-put Value(text)",
+    L"get Name() text",
+    L"get NodeType() long",
+    L"get GlobalKey() text",
+    L"get SNVTType() ISNVType",
+    L"BackToDefault()",
+    L"get DefaultValue() text",
+    L"get Tag() text",
+    L"put Tag(text)",
+    L"get Fields() IDispatch",
+    L"set CallBack(IDispatch)",
+    L"get CDBPosition() long",
+    L"get ToolOnly() flag",
+    L"get IsDeviceDependent() flag",
+    L"get IsUnitDependent() flag",
+    L"get DeviceKey() text",
+    L"get IsKeepFloatStandard() flag",
+    L"get DividedBy() long",
+    L"get IsType() flag",
+    L"get Min() text",
+    L"get Max() text",
+    L"get ExtendedKey() text",
+    L"get IsMacroConnected() flag",
+};
+
+/// The member's name alone: what stands before the bracket and behind the kind of access.
+std::wstring_view NameIn(std::wstring_view signature) {
+    const std::wstring_view label = signature.substr(0, signature.find(L'('));
+    return label.substr(label.find(L' ') + 1); // from the start where there is no blank
+}
+
+void Add(std::vector<SlotCase>& cases, const char* place, const IID& iid, const Signatures& signatures) {
     unsigned slot = kFirstSlot;
-    for (const std::wstring_view name : names) {
-        const bool isForwarded = name.front() != L'-';
-        cases.push_back({place, &iid, slot++, std::wstring(name.substr(isForwarded ? 0 : 1)), isForwarded});
+    for (std::wstring_view signature : signatures) {
+        const bool isForwarded = signature.front() != L'-';
+        signature.remove_prefix(isForwarded ? 0 : 1);
+        cases.push_back(
+            {place, &iid, slot++, std::wstring(NameIn(signature)), std::wstring(signature), isForwarded});
     }
 }
 
@@ -190,14 +254,14 @@ const std::vector<SlotCase>& AllSlots() {
         Add(all, "ITamInternalAppObject", __uuidof(ITamInternalAppObject), kInternalAppObject);
         Add(all, "IAttributeInterceptor", __uuidof(IAttributeInterceptor), kInterceptor);
         Add(all, "ITamObjectManager", __uuidof(ITamObjectManager), kManager);
-        Add(all, "IInputs", __uuidof(IInputs), kCollection);
+        Add(all, "IInputs", __uuidof(IInputs), kInputs);
         Add(all, "IInput", __uuidof(IInput), kInput);
         Add(all, "ISubItemConnableInput", __uuidof(ISubItemConnable), kConnable);
-        Add(all, "IOutputs", __uuidof(IOutputs), kCollection);
+        Add(all, "IOutputs", __uuidof(IOutputs), kOutputs);
         Add(all, "IOutput", __uuidof(IOutput), kOutput);
         Add(all, "ISubItemConnableOutput", __uuidof(ISubItemConnable), kConnable);
         Add(all, "IDisplayItem", __uuidof(IDisplayItem), kDisplayItem);
-        Add(all, "IAttributes", __uuidof(IAttributes), kAttributeCollection);
+        Add(all, "IAttributes", __uuidof(IAttributes), kAttributes);
         Add(all, "IAttribute", __uuidof(IAttribute), kAttribute);
         return all;
     }();

@@ -18,6 +18,8 @@ struct SlotCase {
     /// From 7, the first behind IDispatch.
     unsigned slot = 0;
     std::wstring name;
+    /// Such as "put Path(text)".
+    std::wstring signature;
     /// Handed to the wrapped object and nothing else.
     bool isForwarded = true;
 

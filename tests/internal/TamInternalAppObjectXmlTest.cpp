@@ -146,6 +146,9 @@ TEST_F(TamInternalAppObjectXmlTest, PassesTheErrorOfTheDeviceBackUnchanged) {
     EXPECT_EQ(object->XMLSave(support::Root(document).Get(), document.Get()),
               static_cast<HRESULT>(0x80045555u));
     EXPECT_EQ(support::LastError().description, L"no key");
+    EXPECT_EQ(Flat(support::Root(document).Get()),
+              L"<Project><AI><TamObjectKey>AI3</TamObjectKey></AI></Project>")
+        << "the object's own key goes in before the device is asked";
 }
 
 TEST_F(TamInternalAppObjectXmlTest, NeedsADevice) {

@@ -66,6 +66,16 @@ TEST_F(TamInternalAttributeTest, MirrorsAnEmptyValue) {
     EXPECT_EQ(contained[1]->Value(L"Value"), L"\"\"");
 }
 
+TEST_F(TamInternalAttributeTest, MirrorsWhatWasGivenWhateverTheWrappedAttributeMakesOfIt) {
+    gain->On(L"put Value", [](const Invocation&) { return S_OK; });
+    gain->On(L"get Value", [](const Invocation& call) { return call.Answer(com::Variant(L"9").Get()); });
+    EXPECT_EQ(Give(L"17"), S_OK);
+    EXPECT_EQ(contained[1]->Value(L"Value"), L"\"17\"");
+    EXPECT_EQ(Said(), (Texts{L"Gain.put Value(\"17\")", L"Gain.get Name()", L"device.Container(object)",
+                             L"container.get Attributes()", L"container.Attributes.get Item(\"AI3_Gain\")",
+                             L"AI3_Gain.put Value(\"17\")"}));
+}
+
 TEST_F(TamInternalAttributeTest, MirrorsNeitherSetValueNorBackToDefaultNorTag) {
     EXPECT_EQ(attribute->SetValue(), S_OK);
     EXPECT_EQ(attribute->BackToDefault(), S_OK);

@@ -93,6 +93,14 @@ TEST_F(TamInternalInputTest, MirrorsAnEmptyValue) {
     EXPECT_EQ(contained[1]->Value(L"Value"), L"\"\"");
 }
 
+TEST_F(TamInternalInputTest, MirrorsWhatWasGivenWhateverTheWrappedInputMakesOfIt) {
+    in1->On(L"put Value", [](const Invocation&) { return S_OK; });
+    in1->On(L"get Value", [](const Invocation& call) { return call.Answer(com::Variant(L"9").Get()); });
+    EXPECT_EQ(Give(L"17"), S_OK);
+    EXPECT_EQ(contained[1]->Value(L"Value"), L"\"17\"");
+    EXPECT_EQ(Said(L"In1"), (Texts{L"In1.put Value(\"17\")", L"In1.get Name()"}));
+}
+
 TEST_F(TamInternalInputTest, ReadsTheValueOfTheWrappedInputAlone) {
     in1->Set(L"Value", L"inner");
     contained[1]->Set(L"Value", L"container's");

@@ -101,6 +101,16 @@ TEST_F(TamInternalOutputTest, DoesNotCountOutputsThatAreNotConnected) {
     EXPECT_EQ(Index(), 0);
 }
 
+TEST_F(TamInternalOutputTest, CountsAnOutputForAnyTrueThatItsHostWrites) {
+    contained[0]->On(L"get IsConnected", [](const Invocation& call) {
+        VARIANT one{};
+        one.vt = VT_BOOL;
+        one.boolVal = 1;
+        return call.Answer(one);
+    });
+    EXPECT_EQ(Index(), 1);
+}
+
 TEST_F(TamInternalOutputTest, TakesTheWrappedOutputsIndexAtStatusOne) {
     SetStatus(1);
     out->Set(L"Index", 32767L);

@@ -73,18 +73,36 @@ Ended RunChild(const std::wstring& member) {
     return ended;
 }
 
+/// These lines and then all that the process says of the message.
+std::vector<std::string> MessageAfter(std::vector<std::string> lines) {
+    lines.insert(lines.end(), {"box: TamObjectManager not Inizialized", "caption: Gateway Object", "icon: 0",
+                               "button: OK"});
+    return lines;
+}
+
 class TamObjectManagerEndTest : public testing::TestWithParam<const wchar_t*> {};
 
 TEST_P(TamObjectManagerEndTest, ShowsItsMessageAndEndsTheProcess) {
     const Ended ended = RunChild(GetParam());
-    EXPECT_EQ(ended.lines, (std::vector<std::string>{"calling", "box: TamObjectManager not Inizialized",
-                                                     "caption: Gateway Object", "icon: 0", "button: OK"}));
+    EXPECT_EQ(ended.lines, MessageAfter({"calling"}));
     EXPECT_EQ(ended.status, 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(BeforeInit, TamObjectManagerEndTest,
                          testing::Values(L"IsTamInternalObject", L"CreateTamInternalAppObject",
                                          L"CreateTemplateTamInternalObject"));
+
+TEST(TamObjectManagerEndTest, TakesAnInitWithNoneForNoInit) {
+    const Ended ended = RunChild(L"IsTamInternalObject InitWithNone");
+    EXPECT_EQ(ended.lines, MessageAfter({"calling"}));
+    EXPECT_EQ(ended.status, 1u);
+}
+
+TEST(TamObjectManagerEndTest, NeedsItsDeviceContextEvenWhenItHasFoundTheModuleObject) {
+    const Ended ended = RunChild(L"CreateTemplateTamInternalObject FoundThenInitWithNone");
+    EXPECT_EQ(ended.lines, MessageAfter({"found", "calling"}));
+    EXPECT_EQ(ended.status, 1u);
+}
 
 TEST(TamObjectManagerEndTest, GoesOnAfterTheMemberThatIsNotGated) {
     const Ended ended = RunChild(L"IsTamObject");

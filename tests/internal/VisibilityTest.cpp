@@ -144,7 +144,7 @@ TEST_F(TamInternalAppObjectVisibilityTest, PassesErrorsOfTheCollectionsBackUncha
     SetDefinition(L"<AppObject><TAMConfig><Attributes><Attrib Name='Gain' Visible='1'/></Attributes>"
                   L"</TAMConfig></AppObject>");
     generic.attributes->Fail(L"get Item", static_cast<HRESULT>(0x800A0005u), L"no such attribute");
-    ExpectRaised(NewChannel(L"AI3", Device().Get())->Create(), 5, L"no such attribute");
+    ExpectRaised(NewChannel(L"AI3", Device().Get())->Create(), 5, L"no such attribute", L"Double");
 }
 
 } // namespace

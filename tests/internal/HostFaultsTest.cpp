@@ -1,0 +1,266 @@
+#include "com/Counted.h"
+#include "tests/internal/Channel.h"
+
+#include <array>
+
+// Host objects that lack what a channel's object needs of them: an interface,
+// a collection, a type. Each is a run-time error of the component's own.
+
+namespace internal_tests {
+
+namespace {
+
+using Texts = std::vector<std::wstring>;
+
+constexpr const wchar_t* kTypeMismatch = L"Type mismatch";
+
+/// An enumerator over any values, which ends with a result of its own.
+class Values final : public com::Counted<IEnumVARIANT> {
+  public:
+    static com::Ref<IUnknown> Make(std::vector<com::Variant> values, HRESULT end) {
+        return com::Ref<IUnknown>::Own(new Values(std::move(values), end));
+    }
+    STDMETHODIMP Next(ULONG, VARIANT* items, ULONG*) override {
+        if (next_ == values_.size()) {
+            return end_;
+        }
+        *items = values_[next_++].Detach();
+        return S_OK;
+    }
+    STDMETHODIMP Skip(ULONG) override { return E_NOTIMPL; }
+    STDMETHODIMP Reset() override { return E_NOTIMPL; }
+    STDMETHODIMP Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
+
+  private:
+    Values(std::vector<com::Variant> values, HRESULT end) : values_(std::move(values)), end_(end) {}
+
+    std::vector<com::Variant> values_;
+    std::size_t next_ = 0;
+    HRESULT end_;
+};
+
+com::Variant Object(IUnknown* object, VARTYPE type) {
+    com::Variant value;
+    VARIANT& raw = *value.Put();
+    raw.vt = type;
+    raw.punkVal = com::Ref<IUnknown>(object).Detach();
+    return value;
+}
+
+class HostFaultsTest : public InternalTest {
+  protected:
+    com::Ref<IAppObject> Fresh() { return NewChannel(L"AI3", Device().Get()); }
+    /// What the creation of a channel comes to.
+    HRESULT Creation() { return Fresh()->Create(); }
+    /// Lets a collection's enumerator give these.
+    static void Enumerates(const Double& collection, VARTYPE type, IUnknown* item, HRESULT end = S_FALSE) {
+        const com::Ref<IUnknown> held(item);
+        collection->On(L"get NewEnum", [held, type, end](const Invocation& call) {
+            std::vector<com::Variant> values;
+            values.push_back(type == VT_I4 ? com::Variant(5L) : Object(held.Get(), type));
+            return call.Answer(Values::Make(std::move(values), end).Get());
+        });
+    }
+    static void AnswersNone(const Double& object, const wchar_t* member) {
+        object->On(member, [](const Invocation& call) { return call.Answer(nullptr); });
+    }
+    HRESULT Template() {
+        com::Ref<IAppObject> object;
+        const HRESULT result = NewManager()->CreateTemplateTamInternalObject(object.Put());
+        EXPECT_EQ(object, nullptr);
+        return result;
+    }
+    std::array<Double*, 3> GenericCollections() {
+        return {&generic.inputs, &generic.outputs, &generic.attributes};
+    }
+};
+
+TEST_F(HostFaultsTest, NeedsAGenericObjectThatIsAnApplicationObject) {
+    generic.object->HideFace(__uuidof(IAppObject));
+    ExpectRaised(Template(), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, NeedsALibraryServiceOfItsInterface) {
+    libraryService->HideFace(__uuidof(ILibraryService));
+    ExpectRaised(Template(), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, MakesTheGenericObjectBeforeTheLibraryService) {
+    generic.object->HideFace(__uuidof(IAppObject));
+    Unregister(kLibraryProgId);
+    ExpectRaised(Template(), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, NeedsAGenericObjectThatCanBeIntercepted) {
+    generic.object->HideFace(__uuidof(IAttributeInterception));
+    ExpectRaised(Creation(), 13, kTypeMismatch);
+    EXPECT_EQ(Said(L"generic"), Texts()) << "it is not created before it is intercepted";
+}
+
+TEST_F(HostFaultsTest, NeedsEachCollectionOfTheGenericObject) {
+    for (const wchar_t* member : {L"get Inputs", L"get Outputs", L"get Attributes"}) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(member)));
+        generic.Fill(L"generic", {in1}, {out}, {gain});
+        AnswersNone(generic.object, member);
+        ExpectRaised(Creation(), 91, kObjectNotSet);
+        const Double kept = generic.object;
+        kept->On(member, [kept = kept.Get(), member](const Invocation& call) {
+            return call.Answer(kept->Kept<IUnknown>(member + 4).Get());
+        });
+    }
+    EXPECT_EQ(Creation(), S_OK);
+}
+
+TEST_F(HostFaultsTest, NeedsAnEnumeratorOfEachCollection) {
+    for (Double* collection : GenericCollections()) {
+        SCOPED_TRACE(testing::PrintToString((*collection)->Label()));
+        AnswersNone(*collection, L"get NewEnum");
+        ExpectRaised(Creation(), 91, kObjectNotSet);
+        const com::Ref<IUnknown> other = channel->As<IUnknown>();
+        (*collection)->On(L"get NewEnum", [other](const Invocation& call) {
+            return call.Answer(other.Get());
+        });
+        ExpectRaised(Creation(), 13, kTypeMismatch);
+        (*collection)->On(L"get NewEnum", [](const Invocation& call) {
+            return call.Answer(Values::Make({}, S_FALSE).Get());
+        });
+        EXPECT_EQ(Creation(), S_OK);
+    }
+}
+
+TEST_F(HostFaultsTest, NeedsPointsInEachCollection) {
+    for (Double* collection : GenericCollections()) {
+        SCOPED_TRACE(testing::PrintToString((*collection)->Label()));
+        Enumerates(*collection, VT_I4, nullptr);
+        ExpectRaised(Creation(), 91, kObjectNotSet);
+        Enumerates(*collection, VT_DISPATCH, nullptr);
+        ExpectRaised(Creation(), 91, kObjectNotSet);
+        Enumerates(*collection, VT_DISPATCH, channel->As<IUnknown>().Get());
+        ExpectRaised(Creation(), 13, kTypeMismatch);
+        (*collection)->On(L"get NewEnum", [](const Invocation& call) {
+            return call.Answer(Values::Make({}, S_FALSE).Get());
+        });
+    }
+}
+
+TEST_F(HostFaultsTest, TakesPointsThatAreGivenAsPlainObjects) {
+    Enumerates(generic.inputs, VT_UNKNOWN, in2->As<IUnknown>().Get());
+    const auto object = Created();
+    EXPECT_TRUE(InputOf(object, L"In2"));
+    EXPECT_FALSE(InputOf(object, L"In1"));
+}
+
+TEST_F(HostFaultsTest, PassesAnEnumeratorsErrorBack) {
+    constexpr auto kCode = static_cast<HRESULT>(0x8004EEEEu);
+    for (Double* collection : GenericCollections()) {
+        SCOPED_TRACE(testing::PrintToString((*collection)->Label()));
+        const Double point = collection == &generic.inputs    ? in1
+                             : collection == &generic.outputs ? out
+                                                              : gain;
+        Enumerates(*collection, VT_DISPATCH, point->As<IDispatch>().Get(), kCode);
+        EXPECT_EQ(Creation(), kCode);
+        (*collection)->On(L"get NewEnum", [](const Invocation& call) {
+            return call.Answer(Values::Make({}, S_FALSE).Get());
+        });
+    }
+}
+
+TEST_F(HostFaultsTest, NeedsALibraryAndADefinitionThatIsADocument) {
+    AnswersNone(libraryService, L"get Library");
+    ExpectRaised(Creation(), 91, kObjectNotSet);
+    libraryService->On(L"get Library", [held = library.Get()](const Invocation& call) {
+        return call.Answer(held->As<IUnknown>().Get());
+    });
+    library->On(L"DefinitionDocument", [held = channel.Get()](const Invocation& call) {
+        return call.Answer(held->As<IUnknown>().Get());
+    });
+    ExpectRaised(Creation(), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, NeedsEachCollectionOfTheContainerForWhatItMirrors) {
+    const auto object = Created();
+    const auto input = InputOf(object, L"In1");
+    const auto output = OutputOf(object, L"Out");
+    const auto attribute = AttributeOf(object, L"Gain");
+    for (const wchar_t* member : {L"get Inputs", L"get Outputs", L"get Attributes"}) {
+        AnswersNone(container.object, member);
+    }
+    ExpectRaised(support::Put(input, &IInput::put_Value, L"1"), 91, kObjectNotSet);
+    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), 91, kObjectNotSet);
+    long index = 5;
+    ExpectRaised(output->get_Index(&index), 91, kObjectNotSet);
+    com::Bstr reference;
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
+    ExpectRaised(support::Put(attribute, &IAttribute::put_Value, L"1"), 91, kObjectNotSet);
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    const auto intercepted = gain->As<IAttribute>();
+    ExpectRaised(Interceptor()->InterceptAttributeValueChanged(intercepted.Get(), &handled), 91,
+                 kObjectNotSet);
+    ExpectRaised(Interceptor()->InterceptTypeChanged(intercepted.Get(), &handled), 91, kObjectNotSet);
+}
+
+TEST_F(HostFaultsTest, NeedsAContainerThatIsAnApplicationObject) {
+    container.object->HideFace(__uuidof(IAppObject));
+    const auto object = Created();
+    short index = 3;
+    ExpectRaised(object->get_ExportIndex(&index), 13, kTypeMismatch);
+    ExpectRaised(support::Put(InputOf(object, L"In1"), &IInput::put_Value, L"1"), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, NeedsADeviceOfItsInterface) {
+    const auto object = NewChannel(L"AI3", channel->As<IDispatch>().Get());
+    com::Bstr key;
+    ExpectRaised(InternalOf(object)->get_TamDeviceKey(key.Put()), 13, kTypeMismatch);
+    com::Ref<IDispatch> found;
+    ExpectRaised(InternalOf(object)->get_TamObjectContainer(found.Put()), 13, kTypeMismatch);
+}
+
+TEST_F(HostFaultsTest, NeedsATypeWithAnEnumerationToFillTwoAttributes) {
+    const auto object = Created();
+    channel->Set(L"ChannelValue", L"8");
+    channel->Set(L"SetupText", L"9,nine");
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    for (const Double& attribute : {channelAttribute, setup}) {
+        SCOPED_TRACE(testing::PrintToString(attribute->Label()));
+        const std::wstring value = attribute.Get() == setup.Get() ? L"\"9\"" : L"\"8\"";
+        const auto given = attribute->As<IAttribute>();
+        AnswersNone(attribute, L"get SNVTType");
+        ExpectRaised(Interceptor()->InterceptGetDataFromDevice(given.Get(), &handled), 91, kObjectNotSet);
+        EXPECT_EQ(attribute->Value(L"Value"), value) << "it was written before";
+        EXPECT_EQ(handled, VARIANT_FALSE);
+        attribute->On(L"get SNVTType", [](const Invocation& call) {
+            return call.Answer(Recorder::Make(L"plain type", {&__uuidof(ISNVType)})->As<IUnknown>().Get());
+        });
+        ExpectRaised(Interceptor()->InterceptGetDataFromDevice(given.Get(), &handled), 13, kTypeMismatch);
+    }
+}
+
+TEST_F(HostFaultsTest, NeedsAnAttributeToBeToldOf) {
+    const auto object = Created();
+    const auto interceptor = Interceptor();
+    VARIANT_BOOL answer = VARIANT_TRUE;
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    ExpectRaised(interceptor->InterceptGetDataFromDevice(nullptr, &handled), 91, kObjectNotSet);
+    ExpectRaised(interceptor->InterceptAttributeValueChanged(nullptr, &handled), 91, kObjectNotSet);
+    ExpectRaised(interceptor->InterceptTypeChanged(nullptr, &handled), 91, kObjectNotSet);
+    ExpectRaised(interceptor->InterceptIsUnitsDependent(nullptr, &answer, &handled), 91, kObjectNotSet);
+    ExpectRaised(interceptor->InterceptIsDifferential(nullptr, &answer, &handled), 91, kObjectNotSet);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+    EXPECT_EQ(handled, VARIANT_FALSE);
+    EXPECT_EQ(Said(), Texts());
+}
+
+TEST_F(HostFaultsTest, NeedsANodeAndADocumentToSaveInto) {
+    const auto object = Created();
+    const support::Document document = support::Parse(L"<Project><AI/></Project>");
+    const auto root = support::Root(document);
+    ExpectRaised(object->XMLSave(nullptr, document.Get()), 91, kObjectNotSet);
+    ExpectRaised(object->XMLSave(root.Get(), nullptr), 91, kObjectNotSet);
+    ExpectRaised(object->XMLSave(Device().Get(), document.Get()), 13, kTypeMismatch);
+    ExpectRaised(object->XMLSave(root.Get(), Device().Get()), 13, kTypeMismatch);
+    EXPECT_EQ(Said(L"generic").size(), 4u) << "the generic object is asked first";
+}
+
+} // namespace
+
+} // namespace internal_tests
