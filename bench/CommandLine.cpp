@@ -117,11 +117,20 @@ class Parser {
         CLI::App& command = *group.add_subcommand(name, help);
         Examples(command, examples);
         Text(command, "--firmware", options_.firmware,
-             "Firmware version of the device: V2_10, or V1_00 and V3_00 without channel objects");
+             "Firmware version of the device (V2_10); V1_00 and V3_00 have no channel objects");
         command.callback([this, name] {
             options_.command = "device " + name;
             options_.stream = L"channels";
         });
+        return command;
+    }
+
+    /// One that works with the channels that a project names, or with new ones.
+    CLI::App& ChannelsCommand(CLI::App& group, const std::string& name, const std::string& help,
+                              const std::string& examples) {
+        CLI::App& command = DeviceCommand(group, name, help, examples);
+        Text(command, "--project", options_.project,
+             "Open the device as this project saved it; without it with a new channel of each kind");
         return command;
     }
 
@@ -258,33 +267,69 @@ class Parser {
         CLI::App& group = *app_.add_subcommand(
             "device", "Work with a sample device: a module and the objects of its channels");
         group.require_subcommand(1);
-        Examples(group, "  tambench device tree\n  tambench device fetch AI1");
+        Examples(
+            group,
+            "  tambench device tree\n"
+            "  tambench device set AI1 Offset=1.5             the module's AI1_Offset follows\n"
+            "  tambench device save AI1.Offset=1.5 -o device.xml\n"
+            "  tambench device export --project device.xml\n\n"
+            "The device is K7. Its module is loaded from the sample stream \"channels\"; a channel is an\n"
+            "object of its own, known by its key: AI1, AO1, DI1, DO1, CTX1. A point of a channel and the\n"
+            "module's item named KEY_POINT belong together: AI1_Offset is the offset of AI1. Every run\n"
+            "opens the device anew; what is to last is saved and opened with --project.");
 
-        DeviceCommand(group, "tree", "Open the device, place its channels and show all points",
-                      "  tambench device tree\n"
-                      "  tambench device tree --firmware V1_00     a device without channel objects");
-        CLI::App& fetch = DeviceCommand(group, "fetch", "Get a channel's data from the device",
-                                        "  tambench device fetch AI1\n  tambench device fetch AO1");
+        ChannelsCommand(group, "tree", "Open the device and show the points of its module and channels",
+                        "  tambench device tree\n"
+                        "  tambench device tree --us                 values in US units\n"
+                        "  tambench device tree --project device.xml as a project saved it\n"
+                        "  tambench device tree --firmware V1_00     fails: no channel objects");
+        CLI::App& place = ChannelsCommand(
+            group, "place", "Place one more channel and show what its object is",
+            "  tambench device place ai AI2              an analogue input\n"
+            "  tambench device place o_tam_do_id DO2     the same by identifier, in any letter case");
+        Argument(place, "KIND", options_.kind, "Kind of channel: ai, ao, di, do, ctx, or an identifier");
+        Argument(place, "KEY", options_.objectKey, "Key for the new channel");
+        CLI::App& fetch =
+            ChannelsCommand(group, "fetch", "Get a channel's data from the device",
+                            "  tambench device fetch AI1                 Channel and Setup are filled\n"
+                            "  tambench device fetch CTX1                has neither: nothing changes");
         ObjectKey(fetch);
-        CLI::App& set = DeviceCommand(
-            group, "set", "Set values of a channel's points and show the items of the module",
-            "  tambench device set AI1 Offset=1.5 Filter=4\n  tambench device set DO1 In1=DI1_Out");
+        CLI::App& set =
+            ChannelsCommand(group, "set", "Set values of a channel's points and show the items of the module",
+                            "  tambench device set AI1 Offset=1.5 Filter=4\n"
+                            "  tambench device set DO1 In1=DI1_Out       the value of an input is its link");
         ObjectKey(set);
         Values(set, "NAME=VALUE")->required();
-        CLI::App& save = DeviceCommand(group, "save", "Save the module and its channels into one project",
-                                       "  tambench device save -o device.xml\n"
-                                       "  tambench device save AI1.Filter=4 --fetch -o device.xml");
+        CLI::App& save =
+            ChannelsCommand(group, "save", "Save the module and its channels into one project",
+                            "  tambench device save -o device.xml\n"
+                            "  tambench device save AI1.Filter=4 --fetch --display AI1.Out -o device.xml\n"
+                            "  tambench device save --project device.xml AO1.Gain=2 -o changed.xml");
         Output(save, "File for the project; without it the project is only shown");
         Placing(save);
         save.add_flag("--fetch", options_.fetch, "Get the data of all channels from the device first");
+        save.add_option_function<std::vector<std::string>>(
+                "--display",
+                [this](const std::vector<std::string>& names) {
+                    for (const std::string& name : names) {
+                        CheckKey(name, name, "KEY.NAME");
+                    }
+                    Take(names, options_.displayedOfChannels);
+                },
+                "An output of a channel that the host shows in its displays; may be repeated")
+            ->allow_extra_args(false) // what follows may be a value to set
+            ->type_name("KEY.NAME");
         Values(save, "KEY.NAME=VALUE");
-        CLI::App& load = DeviceCommand(group, "load", "Load a project: the module and the channels in it",
-                                       "  tambench device save AI1.Filter=4 -o device.xml\n"
-                                       "  tambench device load device.xml");
+        CLI::App& load = DeviceCommand(
+            group, "load", "Load a project: the module and the channels in it; show what that restored",
+            "  tambench device save AI1.Filter=4 -o device.xml\n"
+            "  tambench device load device.xml");
         Argument(load, "PROJECT", options_.project, "Project document, as device save writes it");
         CLI::App& exporting =
-            DeviceCommand(group, "export", "Compile the module of the device into its database image",
-                          "  tambench device export\n  tambench device export AI1.Offset=1.5 -o image.txt");
+            ChannelsCommand(group, "export", "Compile the module of the device into its database image",
+                            "  tambench device export\n"
+                            "  tambench device export AI1.Offset=1.5 -o image.txt\n"
+                            "  tambench device export --project device.xml");
         Output(exporting, "File for the stream that the component answers");
         Values(exporting, "KEY.NAME=VALUE");
         NoCompiler(exporting);
@@ -297,7 +342,7 @@ class Parser {
     CLI::Option* Values(CLI::App& command, const std::string& form) {
         return command
             .add_option_function<std::vector<std::string>>(
-                form, [this](const std::vector<std::string>& texts) { TakeValues(texts); },
+                form, [this, form](const std::vector<std::string>& texts) { TakeValues(texts, form); },
                 "Values as they are stored: numbers with a point, an enumeration by its number")
             ->type_name("");
     }
@@ -318,13 +363,25 @@ class Parser {
         std::transform(texts.begin(), texts.end(), std::back_inserter(target), Wide);
     }
 
-    void TakeValues(const std::vector<std::string>& texts) {
+    /// A name that is to have a channel's key before it.
+    static void CheckKey(const std::string& name, const std::string& text, const std::string& form) {
+        const std::size_t mark = name.find('.');
+        if (mark == std::string::npos || mark == 0 || mark + 1 == name.size()) {
+            throw CLI::ValidationError("\"" + text + "\" is not of the form " + form);
+        }
+    }
+
+    void TakeValues(const std::vector<std::string>& texts, const std::string& form) {
         for (const std::string& text : texts) {
             const std::size_t mark = text.find('=');
             if (mark == std::string::npos || mark == 0) {
-                throw CLI::ValidationError("\"" + text + "\" is not of the form NAME=VALUE");
+                throw CLI::ValidationError("\"" + text + "\" is not of the form " + form);
             }
-            options_.values.emplace_back(Wide(text.substr(0, mark)), Wide(text.substr(mark + 1)));
+            const std::string name = text.substr(0, mark);
+            if (form.starts_with("KEY.")) {
+                CheckKey(name, text, form);
+            }
+            options_.values.emplace_back(Wide(name), Wide(text.substr(mark + 1)));
         }
     }
 

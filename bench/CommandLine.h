@@ -27,6 +27,7 @@ struct Options {
     std::wstring project;
     std::wstring filter;
     std::wstring deviceKey;
+    std::wstring kind;
     std::wstring objectKey;
     std::wstring attribute;
     std::wstring userName;
@@ -35,6 +36,7 @@ struct Options {
     std::vector<Stroke> keys;
     std::vector<double> position;
     std::vector<std::wstring> displayed;
+    std::vector<std::wstring> displayedOfChannels;
     std::vector<std::pair<std::wstring, std::wstring>> values;
     std::wstring firmware = L"V2_10";
     bool fetch = false;

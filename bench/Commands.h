@@ -33,6 +33,7 @@ void About(Host& host, const Options& options, Report& report);
 
 // Commands_Device.cpp
 void DeviceTree(Host& host, const Options& options, Report& report);
+void DevicePlace(Host& host, const Options& options, Report& report);
 void DeviceFetch(Host& host, const Options& options, Report& report);
 void DeviceSet(Host& host, const Options& options, Report& report);
 
@@ -45,6 +46,8 @@ void DeviceExport(Host& host, const Options& options, Report& report);
 void Icon(Host& host, const Options& options, Report& report);
 void Datasheet(Host& host, const Options& options, Report& report);
 
+/// The module's name and how many points it has.
+std::string Summary(Host& host);
 /// Loads the stream and says in a line what came of it.
 void LoadAndTell(Host& host, Report& report);
 /// Gives the module what a drawing knows of it: its name and place there, and

@@ -1,7 +1,9 @@
 #include "bench/Commands.h"
-#include "bench/Device.h"
+#include "bench/DevicePoints.h"
+#include "bench/DeviceProject.h"
 #include "bench/Text.h"
 
+#include <algorithm>
 #include <functional>
 
 namespace bench {
@@ -30,7 +32,25 @@ std::string ItemCell(const Json& item) {
         return "";
     }
     const std::string name = item["name"];
-    return item.contains("value") ? name + " = " + TextOr(item, "value") : name;
+    const std::string value = TextOr(item, "value");
+    return value.empty() ? name : name + " = " + value;
+}
+
+/// Where the configuration of a definition overrules its VISIBLE, it is named.
+std::string VisibleCell(const Json& point) {
+    const bool isVisible = point["visible"];
+    const Json visibility = point.value("visibility", Json());
+    const bool isConfigured = visibility.is_object() && visibility["TAMConfig"].is_string();
+    const bool isShown =
+        visibility.is_object() && visibility["VISIBLE"].is_string() && visibility["VISIBLE"] != "0";
+    if (isConfigured && isShown != isVisible) {
+        return isVisible ? "yes (TAMConfig)" : "no (TAMConfig)";
+    }
+    return isVisible ? "yes" : "no";
+}
+
+std::string DisplayCell(const Json& point) {
+    return point.value("displayable", false) ? "(in displays)" : TextOr(point, "display");
 }
 
 Table PointTable(const Json& points, bool ofChannel) {
@@ -40,18 +60,21 @@ Table PointTable(const Json& points, bool ofChannel) {
     }
     Table table(headings);
     for (const Json& point : points) {
-        std::vector<std::string> cells{point["kind"],
-                                       point["name"],
-                                       TypeCell(point),
-                                       TextOr(point, "value"),
-                                       TextOr(point, "display"),
-                                       point["visible"].get<bool>() ? "yes" : "hidden"};
+        std::vector<std::string> cells{point["kind"],          point["name"],      TypeCell(point),
+                                       TextOr(point, "value"), DisplayCell(point), VisibleCell(point)};
         if (ofChannel) {
             cells.push_back(ItemCell(point["moduleItem"]));
         }
         table.Add(cells);
     }
     return table;
+}
+
+void TellChannel(const Json& channel, Report& report) {
+    report.Heading("Channel " + channel["objectKey"].get<std::string>() + " of " +
+                   channel["deviceKey"].get<std::string>() + ": " + channel["name"].get<std::string>() +
+                   " (" + channel["definition"].get<std::string>() + ")");
+    report.Add(PointTable(channel["points"], true));
 }
 
 Json StateOf(const Json& point) {
@@ -78,14 +101,20 @@ Json ReadChanges(const Json& before, const Json& after, const std::function<bool
     return changes;
 }
 
+/// A point's state before and after, each in a row; one row for an unchanged point.
 Table ChangeTable(const Json& changes) {
     Table table({"Point", "", "Value", "Displayed as", "Item of the module", "Its value"});
     for (const Json& change : changes) {
-        for (const char* const when : {"before", "after"}) {
-            const bool isFirst = when == std::string("before");
-            const Json& state = change[when];
+        const std::string item = TextOr(change, "moduleItem", "(has none)");
+        const auto add = [&](const char* when, const Json& state, bool isFirst) {
             table.Add({isFirst ? change["name"] : "", when, state["value"], state["display"],
-                       isFirst ? TextOr(change, "moduleItem", "none") : "", TextOr(state, "moduleItem")});
+                       isFirst ? item : "", TextOr(state, "moduleItem")});
+        };
+        if (change["before"] == change["after"]) {
+            add("unchanged", change["after"], true);
+        } else {
+            add("before", change["before"], true);
+            add("after", change["after"], false);
         }
     }
     return table;
@@ -97,20 +126,22 @@ void TellEnumerations(const Json& changes, Report& report) {
     for (const Json& change : changes) {
         const std::string before = TextOr(change["before"], "enumDesc");
         const std::string after = TextOr(change["after"], "enumDesc");
-        if (!before.empty() || !after.empty()) {
+        if (before != after) {
             fields.Add(change["name"].get<std::string>() + ", before", before.empty() ? "none" : before);
             fields.Add(change["name"].get<std::string>() + ", after", after.empty() ? "none" : after);
         }
     }
-    report.Heading("Enumerations of the attributes");
-    fields.IsEmpty() ? report.Line("  none") : report.Add(fields);
+    if (!fields.IsEmpty()) {
+        report.Heading("Enumerations: number and label of each entry");
+        report.Add(fields);
+    }
 }
 
 } // namespace
 
 void DeviceTree(Host& host, const Options& options, Report& report) {
     SampleDevice device(host, options, report);
-    device.PlaceAll();
+    OpenDevice(device, options, report);
     Json module;
     host.Step("reading the module", [&] {
         module = {{"name", TextOf(host.App(), &IAppObject::get_UserName)},
@@ -123,17 +154,37 @@ void DeviceTree(Host& host, const Options& options, Report& report) {
     report.Add(PointTable(module["points"], false));
     Json& channels = report.data["channels"] = Json::array();
     for (const Channel& channel : device.Channels()) {
-        const Json state = ReadChannel(device, channel);
-        report.Heading("Channel " + state["objectKey"].get<std::string>() + " of " +
-                       state["deviceKey"].get<std::string>() + ": " + state["name"].get<std::string>());
-        report.Add(PointTable(state["points"], true));
-        channels.push_back(state);
+        channels.push_back(ReadChannel(device, channel));
+        TellChannel(channels.back(), report);
     }
+}
+
+void DevicePlace(Host& host, const Options& options, Report& report) {
+    SampleDevice device(host, options, report);
+    OpenDevice(device, options, report);
+    const std::wstring identifier = device.IdentifierOf(options.kind);
+    const Channel& channel = device.Place(identifier, options.objectKey);
+    TakeFromModule(device, channel);
+    const Json& state = report.data["channel"] = ReadChannel(device, channel);
+    TellChannel(state, report);
+    const bool hasItems = std::any_of(state["points"].begin(), state["points"].end(),
+                                      [](const Json& point) { return !point["moduleItem"].is_null(); });
+    if (!hasItems) {
+        report.Line("\nThe module has no items whose names begin with " + Utf8(channel.key) +
+                    "_, so nothing that is set here goes on to it.");
+    }
+    Json& keys = report.data["channels"] = Json::array();
+    std::string all;
+    for (const Channel& placed : device.Channels()) {
+        keys.push_back(Utf8(placed.key));
+        all += (all.empty() ? "" : ", ") + Utf8(placed.key);
+    }
+    report.Line("\nThe device has the channels " + all + " now.");
 }
 
 void DeviceFetch(Host& host, const Options& options, Report& report) {
     SampleDevice device(host, options, report);
-    device.PlaceAll();
+    OpenDevice(device, options, report);
     const Channel& channel = device.At(options.objectKey);
     const Json before = ReadPoints(device, channel);
     device.Fetch(channel);
@@ -149,23 +200,23 @@ void DeviceFetch(Host& host, const Options& options, Report& report) {
 
 void DeviceSet(Host& host, const Options& options, Report& report) {
     SampleDevice device(host, options, report);
-    device.PlaceAll();
+    OpenDevice(device, options, report);
     const Channel& channel = device.At(options.objectKey);
-    report.data["objectKey"] = Utf8(channel.key);
-    Json& changes = report.data["changes"] = Json::array();
+    Json changes = Json::array();
     for (const auto& [name, value] : options.values) {
         const Json before = ReadPoints(device, channel);
         SetPoint(host, channel, name, value);
         const Json after = ReadPoints(device, channel);
-        const auto isSet = [&](const Json& point) {
-            return point["kind"] != "output" &&
-                   lstrcmpiW(Wide(point["name"].get<std::string>()).c_str(), name.c_str()) == 0;
+        const auto isSet = [&, &pointName = name](const Json& point) {
+            return point["kind"] != "output" && SameKey(Wide(point["name"].get<std::string>()), pointName);
         };
         for (const Json& change : ReadChanges(before, after, isSet)) {
             changes.push_back(change);
         }
     }
-    report.Heading("Points of " + Utf8(channel.key));
+    report.data["objectKey"] = Utf8(channel.key);
+    report.data["changes"] = changes;
+    report.Heading("Points of " + Utf8(channel.key) + ", and what became of the module's items");
     report.Add(ChangeTable(changes));
 }
 

@@ -137,17 +137,20 @@ std::string Range(const Json& type) {
 
 } // namespace
 
-void LoadAndTell(Host& host, Report& report) {
-    host.LoadStream();
+std::string Summary(Host& host) {
     std::size_t inputs = 0;
     std::size_t outputs = 0;
     std::size_t attributes = 0;
     ForEachInput(host.App(), [&](IInput&) { ++inputs; });
     ForEachOutput(host.App(), [&](IOutput&) { ++outputs; });
     ForEachAttribute(host.App(), [&](IAttribute&) { ++attributes; });
-    report.Line("Loaded " + report.data["stream"].get<std::string>() + ": \"" +
-                TextOf(host.App(), &IAppObject::get_UserName) + "\" with " + Count(inputs, "input") + ", " +
-                Count(outputs, "output") + " and " + Count(attributes, "attribute") + ".");
+    return "\"" + TextOf(host.App(), &IAppObject::get_UserName) + "\" with " + Count(inputs, "input") + ", " +
+           Count(outputs, "output") + " and " + Count(attributes, "attribute");
+}
+
+void LoadAndTell(Host& host, Report& report) {
+    host.LoadStream();
+    report.Line("Loaded " + report.data["stream"].get<std::string>() + ": " + Summary(host) + ".");
 }
 
 void Inspect(Host& host, const Options& options, Report& report) {

@@ -1,6 +1,7 @@
 #include "bench/Device.h"
 
 #include "bench/Commands.h"
+#include "bench/DevicePoints.h"
 #include "bench/Text.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@ namespace {
 /// A channel of the sample device. The first entry of a setup is the one that
 /// the device works with, the others are what it could be set to.
 struct SampleChannel {
+    const wchar_t* kind;
     const wchar_t* key;
     const wchar_t* identifier;
     /// Without one the device knows no channel for the object.
@@ -20,11 +22,11 @@ struct SampleChannel {
 };
 
 constexpr SampleChannel kSampleChannels[] = {
-    {L"AI1", L"o_tam_ai_id", L"5", L"2,Ni1000;1,Pt1000;3,0-10 V"},
-    {L"AO1", L"o_tam_ao_id", L"10", L"4,0-10 V;5,2-10 V"},
-    {L"DI1", L"o_tam_di_id", L"14", L""},
-    {L"DO1", L"o_tam_do_id", L"22", L""},
-    {L"CTX1", L"o_inpcntx_id", nullptr, nullptr}, // reads the module's other inputs
+    {L"ai", L"AI1", L"o_tam_ai_id", L"5", L"2,Ni1000;1,Pt1000;3,0-10 V"},
+    {L"ao", L"AO1", L"o_tam_ao_id", L"10", L"4,0-10 V;5,2-10 V"},
+    {L"di", L"DI1", L"o_tam_di_id", L"14", L""},
+    {L"do", L"DO1", L"o_tam_do_id", L"22", L""},
+    {L"ctx", L"CTX1", L"o_inpcntx_id", nullptr, nullptr}, // reads the module's other inputs
 };
 
 // Where a drawing would put the channels: below each other, beside the module.
@@ -54,63 +56,26 @@ std::wstring Samples() {
     return IsFile(beside + L"device.xml") ? beside : FullPath(kFolder);
 }
 
-bool SameKey(const std::wstring& left, const std::wstring& right) {
-    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
+constexpr const wchar_t* kModuleIdentifier = L"o_tam_id";
 
-Json ReadPoint(IInput& input) {
-    return {{"kind", "input"},
-            {"name", TextOf(input, &IInput::get_Name)},
-            {"visible", FlagOf(input, &IInput::get_Visible)},
-            {"accepts", ReadAccepted(input)},
-            {"value", TextOf(input, &IInput::get_Value)}};
-}
-
-Json ReadPoint(IOutput& output) {
-    com::Ref<ISNVType> type;
-    com::Check(output.get_SNVTType(type.Put()));
-    return {{"kind", "output"},
-            {"name", TextOf(output, &IOutput::get_Name)},
-            {"visible", FlagOf(output, &IOutput::get_Visible)},
-            {"type", ReadType(type.Get())}};
-}
-
-Json ReadPoint(IAttribute& attribute) {
-    com::Ref<ISNVType> type;
-    com::Check(attribute.get_SNVTType(type.Put()));
-    return {{"kind", "attribute"},
-            {"name", TextOf(attribute, &IAttribute::get_Name)},
-            {"visible", FlagOf(attribute, &IAttribute::get_Visible)},
-            {"type", ReadType(type.Get())},
-            {"value", TextOf(attribute, &IAttribute::get_Value)},
-            {"display", type ? Json(TextOf(attribute, &IAttribute::get_DispValue)) : Json()}};
-}
-
-/// The module's item for a point of a channel; null when it has none.
-Json ReadItem(IAppObject& module, const Json& point, const std::wstring& name) {
-    if (point["kind"] == "input") {
-        const auto input = FindInput(module, name);
-        return input ? ReadPoint(*input.Get()) : Json();
-    }
-    if (point["kind"] == "output") {
-        const auto output = FindOutput(module, name);
-        return output ? ReadPoint(*output.Get()) : Json();
-    }
-    const auto attribute = FindAttribute(module, name);
-    return attribute ? ReadPoint(*attribute.Get()) : Json();
+std::string NoChannels(const std::wstring& firmware) {
+    return "firmware " + Utf8(firmware) +
+           " of the device has no objects for channels: its library does not list the module";
 }
 
 } // namespace
 
-SampleDevice::SampleDevice(Host& host, const Options& options, Report& report) : host_(host) {
-    LoadAndTell(host, report);
+SampleDevice::SampleDevice(Host& host, const Options& options, Report& report)
+    : host_(host), firmware_(options.firmware) {
+    host.LoadStream();
     host.Step("opening the device", [&] {
         com::Check(host.Tam().put_DeviceKey(com::Bstr(Key()).Get()));
         DescribeChannels();
-        DescribeFirmware(options.firmware);
+        DescribeFirmware();
     });
+    report.Line("Opened device " + Utf8(Key()) + ": module " + Summary(host) + ".");
     report.data["deviceKey"] = Utf8(Key());
-    report.data["firmware"] = Utf8(options.firmware);
+    report.data["firmware"] = Utf8(firmware_);
 }
 
 SampleDevice::~SampleDevice() {
@@ -119,11 +84,11 @@ SampleDevice::~SampleDevice() {
     }
 }
 
-void SampleDevice::DescribeFirmware(const std::wstring& version) {
+void SampleDevice::DescribeFirmware() {
     const auto context = Create<IDeviceContext>(__uuidof(DeviceContext));
     const auto setup = Face<IDeviceContextSetup>(context);
     com::Check(setup->Load(com::Bstr(Samples() + L"device.xml").Get()));
-    com::Check(setup->put_FirmwareVersion(com::Bstr(version).Get()));
+    com::Check(setup->put_FirmwareVersion(com::Bstr(firmware_).Get()));
     manager_ = Create<ITamObjectManager>(__uuidof(TamObjectManager));
     com::Check(manager_->Init(context.Get()));
 }
@@ -144,13 +109,46 @@ void SampleDevice::DescribeChannels() {
 
 bool SampleDevice::IsChannelObject(const std::wstring& identifier) {
     VARIANT_BOOL answer = VARIANT_FALSE;
-    host_.Step("IsTamInternalObject",
-               [&] { com::Check(manager_->IsTamInternalObject(com::Bstr(identifier).Get(), &answer)); });
+    host_.Step("IsTamInternalObject", [&] {
+        const auto failure = com::Attempt(
+            [&] { com::Check(manager_->IsTamInternalObject(com::Bstr(identifier).Get(), &answer)); });
+        if (failure) {
+            throw BenchError(failure->code,
+                             "firmware " + Utf8(firmware_) +
+                                 " of the device has no object library: " + Utf8(failure->Description()));
+        }
+    });
     return answer != VARIANT_FALSE;
+}
+
+std::wstring SampleDevice::IdentifierOf(const std::wstring& kind) {
+    const bool hasAny = IsChannelObject(kSampleChannels[0].identifier);
+    const auto* const found =
+        std::find_if(std::begin(kSampleChannels), std::end(kSampleChannels),
+                     [&](const SampleChannel& sample) { return SameKey(sample.kind, kind); });
+    std::wstring identifier = found != std::end(kSampleChannels) ? found->identifier : kind;
+    const bool isKnown = IsChannelObject(identifier);
+    host_.Step("choosing the kind of channel", [&] {
+        if (!hasAny) {
+            throw BenchError(E_FAIL, NoChannels(firmware_));
+        }
+        if (SameKey(identifier, kModuleIdentifier)) {
+            throw BenchError(E_INVALIDARG, "\"" + Utf8(kind) + "\" is the module itself, not a channel");
+        }
+        if (!isKnown) {
+            throw BenchError(E_INVALIDARG, "there is no kind of channel \"" + Utf8(kind) +
+                                               "\": it is ai, ao, di, do, ctx or an identifier such as " +
+                                               Utf8(kSampleChannels[0].identifier));
+        }
+    });
+    return identifier;
 }
 
 const Channel& SampleDevice::Place(const std::wstring& identifier, const std::wstring& key) {
     host_.Step("placing " + Utf8(key), [&] {
+        if (key.empty()) {
+            throw BenchError(E_INVALIDARG, "a channel object needs a key");
+        }
         if (Find(key) != nullptr) {
             throw BenchError(E_INVALIDARG, "the device has a channel object \"" + Utf8(key) + "\" already");
         }
@@ -158,7 +156,7 @@ const Channel& SampleDevice::Place(const std::wstring& identifier, const std::ws
         com::Bstr wanted(key);
         com::Check(manager_->CreateTamInternalAppObject(wanted.Address(), device_.Get(), channel.app.Put()));
         if (!channel.app) {
-            throw BenchError(E_FAIL, "the firmware of the device has no objects for channels");
+            throw BenchError(E_FAIL, NoChannels(firmware_));
         }
         channel.item = Face<ITamInternalAppObject>(channel.app);
         IAppObject& app = *channel.app.Get();
@@ -181,10 +179,7 @@ const Channel& SampleDevice::Place(const std::wstring& identifier, const std::ws
 
 void SampleDevice::PlaceAll() {
     for (const SampleChannel& sample : kSampleChannels) {
-        if (!IsChannelObject(sample.identifier)) {
-            throw BenchError(E_FAIL, "the firmware of the device has no objects for channels");
-        }
-        Place(sample.identifier, sample.key);
+        TakeFromModule(*this, Place(IdentifierOf(sample.identifier), sample.key));
     }
 }
 
@@ -207,58 +202,6 @@ const Channel& SampleDevice::At(const std::wstring& key) const {
 
 void SampleDevice::Fetch(const Channel& channel) const {
     host_.Step("getting data for " + Utf8(channel.key), [&] { com::Check(channel.app->ObjectDebug()); });
-}
-
-Json ReadPoints(IAppObject& object) {
-    Json points = Json::array();
-    const auto add = [&](auto& point) { points.push_back(ReadPoint(point)); };
-    ForEachInput(object, add);
-    ForEachOutput(object, add);
-    ForEachAttribute(object, add);
-    return points;
-}
-
-Json ReadPoints(const SampleDevice& device, const Channel& channel) {
-    Json points = ReadPoints(*channel.app.Get());
-    for (Json& point : points) {
-        const std::wstring name = channel.key + L"_" + Wide(point["name"].get<std::string>());
-        point["moduleItem"] = ReadItem(device.Module().App(), point, name);
-    }
-    return points;
-}
-
-Json ReadChannel(const SampleDevice& device, const Channel& channel) {
-    Json result;
-    device.Module().Step("reading " + Utf8(channel.key), [&] {
-        IAppObject& app = *channel.app.Get();
-        result = {
-            {"objectKey", TextOf(*channel.item.Get(), &ITamInternalAppObject::get_TamInternalObjectKey)},
-            {"deviceKey", TextOf(*channel.item.Get(), &ITamInternalAppObject::get_TamDeviceKey)},
-            {"name", TextOf(app, &IAppObject::get_Name)},
-            {"definition", TextOf(app, &IAppObject::get_UniqueIDString)},
-            {"description", TextOf(app, &IAppObject::get_Description)},
-            {"userName", TextOf(app, &IAppObject::get_UserName)},
-            {"globalKey", TextOf(app, &IAppObject::get_GlobalKey)},
-            {"x", NumberOf(app, &IAppObject::get_XPosition)},
-            {"y", NumberOf(app, &IAppObject::get_YPosition)},
-            {"virtual", FlagOf(app, &IAppObject::get_IsVirtual)},
-            {"points", ReadPoints(device, channel)}};
-    });
-    return result;
-}
-
-void SetPoint(Host& host, const Channel& channel, const std::wstring& name, const std::wstring& value) {
-    const std::string title = Utf8(channel.key) + "." + Utf8(name);
-    host.Step("setting " + title, [&] {
-        const com::Bstr text(value);
-        if (const auto attribute = FindAttribute(*channel.app.Get(), name)) {
-            com::Check(attribute->put_Value(text.Get()));
-        } else if (const auto input = FindInput(*channel.app.Get(), name)) {
-            com::Check(input->put_Value(text.Get()));
-        } else {
-            throw BenchError(E_INVALIDARG, "there is no attribute or input \"" + title + "\"");
-        }
-    });
 }
 
 } // namespace bench

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "bench/Host.h"
-#include "bench/Model.h"
 
 #include <string>
 #include <vector>
@@ -19,7 +18,7 @@ struct Channel {
 /// what the device says of its channels, and the objects placed for them.
 class SampleDevice {
   public:
-    /// The module is the sample stream's, loaded here.
+    /// The module is the sample stream's, loaded here. No channel is placed yet.
     SampleDevice(Host& host, const Options& options, Report& report);
     /// Takes the channels' objects off the sheet, as a tool does.
     ~SampleDevice();
@@ -28,9 +27,14 @@ class SampleDevice {
 
     /// True for an identifier of a channel's object, if the firmware has any.
     bool IsChannelObject(const std::wstring& identifier);
-    /// Makes the object of a channel by its definition.
+    /// The identifier of a kind of channel: "ai", "ao", "di", "do", "ctx" or the
+    /// identifier itself. Throws BenchError for what no channel can be made of.
+    std::wstring IdentifierOf(const std::wstring& kind);
+    /// Makes the object of a channel by its definition, as new. The reference
+    /// holds until the next is placed.
     const Channel& Place(const std::wstring& identifier, const std::wstring& key);
-    /// One object of each kind: AI1, AO1, DI1, DO1, CTX1.
+    /// One object of each kind, with the values that the module has for them:
+    /// AI1, AO1, DI1, DO1, CTX1.
     void PlaceAll();
     /// In any letter case. Throws BenchError when no such object is placed.
     const Channel& At(const std::wstring& key) const;
@@ -43,23 +47,14 @@ class SampleDevice {
 
   private:
     const Channel* Find(const std::wstring& key) const noexcept;
-    void DescribeFirmware(const std::wstring& version);
+    void DescribeFirmware();
     void DescribeChannels();
 
     Host& host_;
+    std::wstring firmware_;
     com::Ref<ITamObjectManager> manager_;
     com::Ref<IDevice> device_;
     std::vector<Channel> channels_;
 };
-
-/// The points of a module or channel: kind, name, type, value, how it is
-/// displayed, the entries of its enumeration, and whether it is visible.
-Json ReadPoints(IAppObject& object);
-/// The same of a channel, each with the item that the module has for it.
-Json ReadPoints(const SampleDevice& device, const Channel& channel);
-/// A channel's keys and what its object is, with its points.
-Json ReadChannel(const SampleDevice& device, const Channel& channel);
-/// Sets an attribute or input. Throws BenchError when there is none of the name.
-void SetPoint(Host& host, const Channel& channel, const std::wstring& name, const std::wstring& value);
 
 } // namespace bench

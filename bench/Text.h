@@ -31,6 +31,9 @@ std::string Hex(HRESULT code);
 /// "1 input", "2 inputs"
 std::string Count(std::size_t number, const std::string& noun);
 
+/// In whichever letter case and whatever language the user has.
+bool SameKey(const std::wstring& left, const std::wstring& right);
+
 bool IsFile(const std::wstring& path);
 std::wstring FullPath(const std::wstring& path);
 /// The folder of this program, with the closing backslash.

@@ -37,6 +37,7 @@ const std::map<std::string, Command>& Commands() {
                                                             {"about", About},
                                                             {"rename", Rename},
                                                             {"device tree", DeviceTree},
+                                                            {"device place", DevicePlace},
                                                             {"device fetch", DeviceFetch},
                                                             {"device set", DeviceSet},
                                                             {"device save", DeviceSave},

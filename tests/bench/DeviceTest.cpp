@@ -1,6 +1,6 @@
-// The commands of the group "device".
+// The commands "device tree", "place", "fetch", "set" and "export".
 
-#include "tests/bench/BenchRun.h"
+#include "tests/bench/DeviceRun.h"
 
 #include <gtest/gtest.h>
 
@@ -8,33 +8,15 @@ namespace benchtest {
 
 namespace {
 
-Json Channel(const Json& document, const std::string& key) {
-    for (const Json& channel : document.at("channels")) {
-        if (channel.at("objectKey") == key) {
-            return channel;
-        }
-    }
-    ADD_FAILURE() << "no channel " << key;
-    return nullptr;
-}
-
-std::vector<std::string> Hidden(const Json& points) {
-    std::vector<std::string> names;
+/// Name and item of the points of a channel that the module has an item for.
+Json Items(const Json& points) {
+    Json items = Json::array();
     for (const Json& point : points) {
-        if (point.at("visible") == false) {
-            names.push_back(point.at("name"));
+        if (!point.at("moduleItem").is_null()) {
+            items.push_back(point["moduleItem"]["name"]);
         }
     }
-    return names;
-}
-
-/// A file of this name that the bench has saved a device in.
-std::wstring SavedDevice(const wchar_t* name, std::vector<std::wstring> arguments) {
-    const std::wstring file = ScratchFolder() + name;
-    arguments.insert(arguments.begin(), {L"device", L"save"});
-    arguments.insert(arguments.end(), {L"-o", file});
-    Bench(arguments);
-    return file;
+    return items;
 }
 
 TEST(DeviceTreeTest, ShowsTheModuleAndAnObjectOfEachKind) {
@@ -52,21 +34,67 @@ TEST(DeviceTreeTest, ShowsAndHidesByDefinition) {
     using Names = std::vector<std::string>;
     const Json tree = Bench({L"device", L"tree"});
     EXPECT_EQ(Names(), Hidden(tree["module"]["points"]));
-    EXPECT_EQ(Names{"Channel"}, Hidden(Channel(tree, "AI1")["points"]));
-    EXPECT_EQ((Names{"In2", "Channel"}), Hidden(Channel(tree, "AO1")["points"]));
-    EXPECT_EQ(Names(), Hidden(Channel(tree, "CTX1")["points"]));
+    EXPECT_EQ(Names{"Channel"}, Hidden(ChannelOf(tree, "AI1")["points"]));
+    EXPECT_EQ((Names{"In2", "Channel"}), Hidden(ChannelOf(tree, "AO1")["points"]));
+    EXPECT_EQ(Names{"Channel"}, Hidden(ChannelOf(tree, "DI1")["points"]));
+    EXPECT_EQ(Names(), Hidden(ChannelOf(tree, "CTX1")["points"]));
 }
 
-TEST(DeviceTreeTest, FailsForAFirmwareWithoutChannelObjects) {
-    EXPECT_EQ("the firmware of the device has no objects for channels",
-              Bench({L"device", L"tree", L"--firmware", L"V1_00"}, 1)["error"]["description"]);
-    EXPECT_EQ("0x800A005B", Bench({L"device", L"tree", L"--firmware", L"V3_00"}, 1)["error"]["hresult"]);
+TEST(DeviceTreeTest, TellsWhatTheDefinitionSaysOfVisibility) {
+    const Json tree = Bench({L"device", L"tree"});
+    const auto visibility = [&](const char* key, const char* point) {
+        return Named(ChannelOf(tree, key)["points"], point)["visibility"];
+    };
+    EXPECT_EQ((Json{{"VISIBLE", "1"}, {"TAMConfig", "0"}}), visibility("AO1", "In2"));
+    EXPECT_EQ((Json{{"VISIBLE", "0"}, {"TAMConfig", "1"}}), visibility("DI1", "Debounce"));
+    EXPECT_EQ((Json{{"VISIBLE", "1"}, {"TAMConfig", "1"}}), visibility("AI1", "Out"));
+    EXPECT_EQ((Json{{"VISIBLE", "1"}, {"TAMConfig", nullptr}}), visibility("CTX1", "Mask"));
+    const std::string text = RunBench({L"device", L"tree"}).out;
+    EXPECT_NE(std::string::npos, text.find("yes (TAMConfig)")) << text;
+    EXPECT_NE(std::string::npos, text.find("no (TAMConfig)")) << text;
+}
+
+TEST(DeviceTreeTest, OpensTheChannelsWithTheModulesValues) {
+    const Json tree = Bench({L"device", L"tree"});
+    for (const Json& channel : tree["channels"]) {
+        for (const Json& point : channel["points"]) {
+            if (!point["moduleItem"].is_null() && point.contains("value")) {
+                EXPECT_EQ(point["moduleItem"]["value"], point["value"]) << point;
+            }
+        }
+    }
+    EXPECT_EQ("-0.50", Named(ChannelOf(tree, "AI1")["points"], "Offset")["value"]);
+    EXPECT_EQ("2.5", Named(ChannelOf(tree, "AI1")["points"], "Filter")["value"]);
+}
+
+TEST(DeviceTreeTest, ShowsADifferenceInTheUsersUnit) {
+    // 2.5 K are 4.5 degrees Fahrenheit apart; a filter's time follows no unit.
+    const Json points = Bench({L"device", L"set", L"AI1", L"Offset=2.5", L"Filter=4", L"--us"})["changes"];
+    EXPECT_EQ(Local("4.5") + " \u00B0F", points[0]["after"]["display"]);
+    EXPECT_EQ(Local("4") + " s", points[1]["after"]["display"]);
+}
+
+TEST(DevicePlaceTest, MakesAnObjectOfAKind) {
+    const Json placed = Bench({L"device", L"place", L"ai", L"AI2"});
+    EXPECT_EQ("AI2", placed["channel"]["objectKey"]);
+    EXPECT_EQ("K7", placed["channel"]["deviceKey"]);
+    EXPECT_EQ("o_tam_ai_id", placed["channel"]["definition"]);
+    EXPECT_EQ(true, placed["channel"]["virtual"]);
+    EXPECT_EQ((Json{"Out", "Channel", "Setup", "Offset", "Filter"}),
+              Pluck(placed["channel"]["points"], "name"));
+    EXPECT_EQ(Json::array(), Items(placed["channel"]["points"]));
+    EXPECT_EQ((Json{"AI1", "AO1", "DI1", "DO1", "CTX1", "AI2"}), placed["channels"]);
+}
+
+TEST(DevicePlaceTest, TakesAnIdentifierInAnyLetterCase) {
+    const Json placed = Bench({L"device", L"place", L"O_TAM_do_ID", L"DO2"});
+    EXPECT_EQ("Digital output", placed["channel"]["name"]);
 }
 
 TEST(DeviceFetchTest, FillsChannelAndSetupAndTheModulesItems) {
     const Json attributes = Bench({L"device", L"fetch", L"ai1"})["attributes"];
     const Json channel = Named(attributes, "Channel");
-    EXPECT_EQ("0", channel["before"]["value"]);
+    EXPECT_EQ("1", channel["before"]["value"]);
     EXPECT_EQ("5", channel["after"]["value"]);
     EXPECT_EQ("", channel["after"]["enumDesc"]);
     EXPECT_EQ("AI1_Channel", channel["moduleItem"]);
@@ -83,6 +111,13 @@ TEST(DeviceFetchTest, FillsChannelAndSetupAndTheModulesItems) {
     EXPECT_EQ(offset["before"], offset["after"]);
 }
 
+TEST(DeviceFetchTest, ChangesNothingOfAnInputContext) {
+    const Json attributes = Bench({L"device", L"fetch", L"CTX1"})["attributes"];
+    ASSERT_EQ(1U, attributes.size());
+    EXPECT_EQ("Mask", attributes[0]["name"]);
+    EXPECT_EQ(attributes[0]["before"], attributes[0]["after"]);
+}
+
 TEST(DeviceSetTest, SetsTheChannelAndTheModulesItem) {
     const Json changes = Bench({L"device", L"set", L"AI1", L"Offset=1.5", L"filter=4"})["changes"];
     ASSERT_EQ(2U, changes.size());
@@ -97,55 +132,26 @@ TEST(DeviceSetTest, SetsTheChannelAndTheModulesItem) {
     EXPECT_EQ("DI1_Out", input["after"]["moduleItem"]);
 }
 
-TEST(DeviceSetTest, FailsForWhatIsNotThere) {
-    for (const std::vector<std::wstring>& arguments :
-         {std::vector<std::wstring>{L"device", L"set", L"AI1", L"Nope=1"}, {L"device", L"fetch", L"AI9"}}) {
-        EXPECT_EQ("0x80070057", Bench(arguments, 1)["error"]["hresult"]);
-    }
-}
-
-TEST(DeviceProjectTest, RestoresWhatWasSaved) {
-    const std::wstring file =
-        SavedDevice(L"device.xml", {L"--fetch", L"AI1.Filter=4", L"--name", L"Two", L"--at", L"12.5", L"4"});
-    const std::string text = ReadFileBytes(file);
-    EXPECT_NE(std::string::npos, text.find("<o_tam_ai_id>\n    <DevKey>K7</DevKey>\n"
-                                           "    <TamObjectKey>AI1</TamObjectKey>"))
-        << text;
-    const Json loaded = Bench({L"device", L"load", file});
-    EXPECT_EQ("Two", loaded["module"]["userName"]);
-    // The module writes positions in the user's form and reads them with a point alone.
-    EXPECT_NE(std::string::npos, text.find("<X_Position>" + Local("12.5") + "</X_Position>")) << text;
-    EXPECT_EQ(IsCommaUser() ? 12.0 : 12.5, loaded["module"]["x"]);
-    EXPECT_EQ(4.0, loaded["module"]["y"]);
-    // The generic block of a channel has a point in both directions.
-    EXPECT_EQ((Json{30.0, 30.0, 30.0, 30.0, 30.0}), Pluck(loaded["channels"], "x"));
-    EXPECT_EQ((Json{0.0, 10.0, 20.0, 30.0, 40.0}), Pluck(loaded["channels"], "y"));
-    EXPECT_EQ((Json{"", "AI1", "AO1", "DI1", "DO1", "CTX1"}), Pluck(loaded["loaded"], "objectKey"));
-    EXPECT_EQ(Json::array(), loaded["passedOver"]);
-    const Json points = Channel(loaded, "AI1")["points"];
-    EXPECT_EQ("4", Named(points, "Filter")["value"]);
-    EXPECT_EQ("2", Named(points, "Setup")["value"]);
-    EXPECT_EQ("2,Ni1000;1,Pt1000;3,0-10 V", Named(points, "Setup")["type"]["enumDesc"]);
-    EXPECT_EQ((std::vector<std::string>{"Channel"}), Hidden(points));
-}
-
 TEST(DeviceExportTest, ExportsTheModuleWithWhatTheChannelsSet) {
     const Json plain = Bench({L"export", L"channels", L"--no-compiler"});
     const Json device = Bench({L"device", L"export", L"--no-compiler"});
-    EXPECT_EQ("export document", device["kind"]);
     EXPECT_EQ(plain["streamText"], device["streamText"]);
     const Json changed = Bench({L"device", L"export", L"AI1.Offset=1.5", L"--no-compiler"});
-    EXPECT_NE(plain["streamText"], changed["streamText"]);
+    const std::string text = plain["streamText"];
+    EXPECT_EQ(Replaced(text, "Value=\"-0.50\"", "Value=\"1.5\""), changed["streamText"]);
+    EXPECT_EQ("export document", device["kind"]);
     EXPECT_EQ("image", Bench({L"device", L"export"})["kind"]);
 }
 
 TEST(DeviceHelpTest, EveryCommandHasExamples) {
-    for (const std::wstring command : {L"tree", L"fetch", L"set", L"save", L"load", L"export"}) {
+    for (const std::wstring command : {L"tree", L"place", L"fetch", L"set", L"save", L"load", L"export"}) {
         const Outcome run = RunBench({L"device", command, L"--help"});
         EXPECT_EQ(0U, run.status);
         EXPECT_NE(std::string::npos, run.out.find("\n  tambench device " + Narrow(command))) << run.out;
+        EXPECT_NE(std::string::npos, run.out.find("--firmware")) << run.out;
     }
-    EXPECT_EQ(2U, RunBench({L"device"}).status);
+    const std::string group = RunBench({L"device", L"--help"}).out;
+    EXPECT_NE(std::string::npos, group.find("AI1_Offset is the offset of AI1")) << group;
 }
 
 } // namespace

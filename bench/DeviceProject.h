@@ -1,0 +1,31 @@
+#pragma once
+
+#include "bench/Device.h"
+
+#include <string>
+
+namespace bench {
+
+/// Opens a device: with what the project says that the options name, else with
+/// one new object of each kind of channel. Answers what LoadProject does, null
+/// without a project.
+Json OpenDevice(SampleDevice& device, const Options& options, Report& report);
+
+/// Loads the module's part of a project, and an object for each channel of the
+/// device in it, then brings the module's items in line with the channels. A
+/// document that cannot be taken whole is refused before anything is loaded;
+/// where the component reports an error in it, the device is not to be used on.
+///
+/// "loaded" and "passedOver": the elements, "restored": the channels' points
+/// that are no longer as their definitions make them, "broughtInLine": items of
+/// the module that a channel changed, "notes": what a user may wonder about.
+/// Throws BenchError.
+Json LoadProject(SampleDevice& device, const std::wstring& file, const Report& report);
+
+/// The module and the channels as one project document.
+xml::Node SaveProject(const SampleDevice& device);
+
+/// The elements of a project with the keys that they carry.
+Json ReadElements(const xml::Node& project);
+
+} // namespace bench
