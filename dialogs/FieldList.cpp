@@ -57,8 +57,19 @@ Objects Counted(IDispatch& collection) {
     return objects;
 }
 
+bool HasItem(IDispatch& collection) {
+    com::Bstr member(L"Item");
+    BSTR text = member.Get();
+    DISPID id = DISPID_UNKNOWN;
+    return collection.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != DISP_E_UNKNOWNNAME;
+}
+
 /// The name, when the collection finds the field by it; else the position.
+/// Empty for a collection that can only be walked.
 com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
+    if (!HasItem(collection)) {
+        return {};
+    }
     com::Variant byName(name);
     bool found = false;
     com::Attempt([&] { found = com::SameObject(ItemOf(collection, byName.Get()).Get(), field); });
@@ -97,6 +108,9 @@ std::vector<FieldRow> ReadFields(const DataPoint& structure) {
 }
 
 com::Ref<IDispatch> FetchField(const DataPoint& structure, const FieldRow& row) {
+    if (row.key.Get().vt == VT_EMPTY) {
+        return com::Ref<IDispatch>(row.field.Object());
+    }
     const auto collection = structure.Fields();
     com::CheckSet(collection.Get());
     return ItemOf(*collection.Get(), row.key.Get());

@@ -19,7 +19,7 @@ struct FieldRow {
     std::wstring openingValue;
     /// General type of the field; empty when it has no type.
     std::wstring genType;
-    /// What finds the field again in the collection.
+    /// What finds the field again in the collection; empty when it has no Item.
     com::Variant key;
 };
 
@@ -28,7 +28,7 @@ struct FieldRow {
 /// Count and Item when it has none.
 std::vector<FieldRow> ReadFields(const DataPoint& structure);
 
-/// The field of a row, fetched anew from the collection.
+/// The field of a row, fetched anew from the collection where it has an Item.
 com::Ref<IDispatch> FetchField(const DataPoint& structure, const FieldRow& row);
 
 /// The values of a data point and of all its fields at one moment, structures

@@ -1,9 +1,9 @@
 #include "dialogs/ModalDialog.h"
 
-#include "com/Boundary.h"
 #include "com/Module.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tam {
 
@@ -49,6 +49,7 @@ VisualStyles::~VisualStyles() {
 bool ModalDialog::Show(int resource) noexcept {
     const VisualStyles styles;
     firstFocus_ = 0;
+    openingFailure_.reset();
     const INT_PTR result =
         DialogBoxParamW(com::ThisModule().Instance(), MAKEINTRESOURCEW(resource), GetActiveWindow(),
                         &ModalDialog::Procedure, reinterpret_cast<LPARAM>(this));
@@ -118,9 +119,10 @@ INT_PTR CALLBACK ModalDialog::Procedure(HWND window, UINT message, WPARAM wParam
         return FALSE;
     }
     INT_PTR handled = FALSE;
-    const auto failure = com::Attempt([&] { handled = dialog->Handle(message, wParam, lParam); });
+    auto failure = com::Attempt([&] { handled = dialog->Handle(message, wParam, lParam); });
     if (failure && message == WM_INITDIALOG) {
         // A form that cannot fill itself must not stay open half empty.
+        dialog->openingFailure_ = std::move(failure);
         EndDialog(window, 0);
     }
     return handled;

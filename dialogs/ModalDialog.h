@@ -1,7 +1,10 @@
 #pragma once
 
+#include "com/Boundary.h"
+
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 namespace tam {
@@ -29,6 +32,9 @@ class ModalDialog {
     /// has closed. False when it could not be shown.
     bool Show(int resource) noexcept;
     bool IsShown() const noexcept { return window_ != nullptr; }
+    /// What kept the form from filling itself when it was last shown; it has
+    /// closed at once then.
+    const std::optional<com::Failure>& OpeningFailure() const noexcept { return openingFailure_; }
 
   protected:
     ModalDialog() = default;
@@ -73,6 +79,7 @@ class ModalDialog {
 
     HWND window_ = nullptr;
     int firstFocus_ = 0;
+    std::optional<com::Failure> openingFailure_;
 };
 
 } // namespace tam

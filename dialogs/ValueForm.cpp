@@ -34,10 +34,14 @@ void ValueForm::ShowModal() {
     const std::optional<DataPoint> keep = point_;
     const bool shown = Show(resource_);
     const HRESULT result = HRESULT_FROM_WIN32(GetLastError());
-    if (shown) {
+    if (shown && !OpeningFailure()) {
         OnFinished();
     }
     Release();
+    if (const auto& failure = OpeningFailure()) {
+        throw RunTimeError(static_cast<std::int32_t>(failure->code), failure->Source(),
+                           failure->Description());
+    }
     if (!shown) {
         throw com::CallError(FAILED(result) ? result : E_FAIL);
     }

@@ -2,6 +2,9 @@
 
 #include "com/Boundary.h"
 #include "com/Enumerator.h"
+#include "common/RunTimeError.h"
+
+#include <algorithm>
 
 namespace dialogs {
 
@@ -27,6 +30,17 @@ com::Variant EnumeratorOf(const std::vector<HostPoint*>& points) {
 
 void NamedObject::Add(std::wstring name, Get get, Put put) {
     members_.push_back({std::move(name), std::move(get), std::move(put)});
+}
+
+void NamedObject::Break(const std::wstring& name) {
+    const auto member = std::find_if(members_.begin(), members_.end(),
+                                     [&](const Member& candidate) { return candidate.name == name; });
+    const auto raise = [name] { throw tam::RunTimeError(kRaised, L"Host", name + L" is out of order"); };
+    member->get = [raise](auto) -> com::Variant {
+        raise();
+        return {};
+    };
+    member->put = [raise](const VARIANT&) { raise(); };
 }
 
 void NamedObject::AddText(std::wstring name, const std::wstring& text) {
@@ -63,7 +77,7 @@ STDMETHODIMP NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DIS
 }
 
 STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                                 EXCEPINFO*, UINT*) {
+                                 EXCEPINFO* exception, UINT*) {
     OLECHAR enumerator[] = L"_NewEnum";
     LPOLESTR name = enumerator;
     if (id == DISPID_NEWENUM && FAILED(GetIDsOfNames(IID_NULL, &name, 1, 0, &id))) {
@@ -81,7 +95,14 @@ STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS
             }
         }
     });
-    return failure ? failure->code : S_OK;
+    if (!failure || failure->description.empty() || exception == nullptr) {
+        return failure ? failure->code : S_OK;
+    }
+    *exception = {};
+    exception->scode = failure->code;
+    exception->bstrSource = com::Bstr(failure->source).Detach();
+    exception->bstrDescription = com::Bstr(failure->description).Detach();
+    return DISP_E_EXCEPTION;
 }
 
 HostPoint::HostPoint(std::wstring name, std::wstring initial, const std::wstring& genType)
@@ -103,7 +124,7 @@ HostPoint::HostPoint(std::wstring name, std::wstring initial, const std::wstring
 void HostPoint::SetFields(std::vector<HostPoint*> points, Walk walk) {
     const auto fields = NamedObject::Make();
     const auto count = static_cast<long>(points.size());
-    fields->Add(L"Item", [points](std::span<const VARIANT> arguments) {
+    const auto item = [points](std::span<const VARIANT> arguments) {
         const VARIANT& key = arguments.front();
         if (key.vt == VT_I4) {
             return ObjectResult(points.at(static_cast<std::size_t>(key.lVal - 1))->object.Get());
@@ -119,8 +140,11 @@ void HostPoint::SetFields(std::vector<HostPoint*> points, Walk walk) {
             }
         }
         throw com::CallError(DISP_E_BADINDEX);
-    });
-    if (walk == Walk::ByEnumerator) {
+    };
+    if (walk != Walk::ByEnumeratorAlone) {
+        fields->Add(L"Item", item);
+    }
+    if (walk != Walk::ByCount) {
         fields->Add(L"_NewEnum", [points](auto) { return EnumeratorOf(points); });
     } else {
         fields->Add(L"Count", [count](auto) { return com::Variant(count); });

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
@@ -22,6 +23,9 @@ class NamedObject final : public IDispatch {
     virtual ~NamedObject() { --live; }
 
     void Add(std::wstring name, Get get, Put put = {});
+    /// A member of this name that fails from now on, with an error text as
+    /// a script's object raises it.
+    void Break(const std::wstring& name);
     /// A member that always has this text.
     void AddText(std::wstring name, const std::wstring& text);
 
@@ -34,6 +38,8 @@ class NamedObject final : public IDispatch {
     STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
                         UINT*) override;
 
+    /// The number of the errors that broken members raise.
+    static constexpr std::int32_t kRaised = static_cast<std::int32_t>(0x80041234);
     /// Objects that exist.
     static inline int live = 0;
 
@@ -55,8 +61,10 @@ struct HostPoint {
     HostPoint(const HostPoint&) = delete;
     HostPoint& operator=(const HostPoint&) = delete;
 
-    enum class Walk { ByEnumerator, ByCount };
-    /// Makes it a structure of these fields, found by name or position.
+    /// What the collection of the fields offers.
+    enum class Walk { ByEnumerator, ByCount, ByEnumeratorAlone };
+    /// Makes it a structure of these fields, found by name or position unless
+    /// the collection can only be walked.
     void SetFields(std::vector<HostPoint*> points, Walk walk = Walk::ByEnumerator);
 
     std::wstring value;
