@@ -94,34 +94,51 @@ step "A stream that is no XML" \
 expected_status=0
 
 step "A device with the objects of its channels" \
-    "The channels of a module are objects of their own, made by the component's manager when the \
-device's firmware has them. Each wraps the tool's generic block; its definition hides some of its \
-points. The items of a channel stand in the module under the channel's key, an underscore and their name." \
+    "So far the module stood alone. In a device each of its channels (AI1 is its first analogue input) is \
+an object of its own, made by the component's manager where the device's firmware has such objects. It \
+wraps the tool's generic block, which takes its points from a definition. The definition's TAMConfig \
+has the last word on which of them are visible. A point of a channel belongs to the module's item that is \
+named after both: Offset of AI1 to AI1_Offset. Not every point has one." \
     device tree
 
+step "Placing another channel" \
+    "The user places a second analogue input. The manager makes its object by the identifier of its kind. \
+This module was described without a second input, so it has no items for it." \
+    device place ai AI2
+
 step "Getting a channel's data from the device" \
-    "Channel and Setup are filled from the device: the setups to choose from become the attribute's \
-enumeration, the first is its value. The module's items follow." \
+    "The device knows which of its terminals a channel uses and what can be connected there. Channel \
+takes the one, Setup the other: as its value the first setup, as its enumeration all of them. The module's \
+items get the same values." \
     device fetch AI1
 
 step "Setting a channel's values" \
-    "What is set at the channel goes on to the module's item of the same name. The module has no item \
-for the filter." \
+    "What is set at the channel goes on to the module's item, where there is one." \
     device set AI1 Offset=1.5 Filter=4
 
 step "Saving the whole device" \
-    "One project: the element of the module and one for each channel, which begins with the keys of the \
-device and of the channel." \
-    device save --fetch AI1.Filter=4 --name "Reading room 2" --at 12.5 4 -o "$TAM_TOUR_DIR/device.xml"
+    "The device becomes one project document: an element for the module and one for each channel, which \
+begins with the keys of the device (DevKey) and of the channel (TamObjectKey). Before that the channels \
+get their data from the device, AI1 gets two values, and its output is put into the displays." \
+    device save --fetch --display AI1.Out AI1.Offset=1.5 AI1.Filter=4 --name "Reading room 2" --at 12.5 4 \
+    -o "$TAM_TOUR_DIR/device.xml"
 
 step "Loading the whole device" \
-    "The objects of the channels are made anew from the keys and definitions that the project names." \
+    "Everything is made anew: the module from its stream, the channels from the definitions and keys that \
+the project names. Each takes back what the project says of it. Then the tool writes the channels' values \
+once more where the module's items differ, so that these follow." \
     device load "$TAM_TOUR_DIR/device.xml"
 
 step "Exporting the device's module" \
-    "Channels have no database of their own: their values are in the image of the module, here the \
-offset set at AI1." \
-    device export AI1.Offset=1.5
+    "Channels have no database of their own. What was set at them is in the image of the module, here of \
+the device that was just saved." \
+    device export --project "$TAM_TOUR_DIR/device.xml"
+
+expected_status=1
+step "A project without the module" \
+    "A project is loaded whole or not at all. This document is the catalogue, which is no project." \
+    device load samples/catalogue.xml
+expected_status=0
 
 printf '\n\n'
 say "That was the tour: $steps steps. What they wrote lies in $TAM_TOUR_DIR. Go on with" \
