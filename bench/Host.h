@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -77,10 +78,12 @@ class Host {
     /// What the host did last, for messages about failures.
     static const std::string& CurrentStep() noexcept { return step_; }
 
+    /// A step may have steps of its own; where one fails, that is the current one.
     template <class F>
     void Step(const std::string& name, F&& f) {
-        step_ = name;
+        std::string outer = std::exchange(step_, name);
         f();
+        step_ = std::move(outer);
     }
 
     /// Runs a step that shows a dialog: keys are typed into it, or it is

@@ -45,6 +45,15 @@ std::string Escape(const std::wstring& text, bool isAttribute) {
         case L'"':
             result += isAttribute ? L"&quot;" : L"\"";
             break;
+        case L'\r':
+            result += L"&#13;";
+            break;
+        case L'\n': // in an attribute a reader makes blanks of these
+            result += isAttribute ? L"&#10;" : L"\n";
+            break;
+        case L'\t':
+            result += isAttribute ? L"&#9;" : L"\t";
+            break;
         default:
             result += c;
         }

@@ -96,6 +96,7 @@ TEST(DeviceFaultTest, RefusesWhatIsNoXml) {
 TEST(DeviceFaultTest, RefusesADocumentWithoutTheModule) {
     const std::wstring catalogue = SamplesFolder() + L"catalogue.xml";
     EXPECT_EQ(About(catalogue, "holds no module of device K7"), LoadError(catalogue)["description"]);
+    EXPECT_EQ("reading the project", LoadError(catalogue)["step"]);
     const std::wstring other = DamagedDevice(L"other.xml", "<DevKey>K7</DevKey>\n    <TamObjID>",
                                              "<DevKey>K8</DevKey>\n    <TamObjID>");
     EXPECT_EQ(About(other, "holds no module of device K7"), LoadError(other)["description"]);

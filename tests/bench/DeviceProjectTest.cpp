@@ -90,6 +90,15 @@ TEST(DeviceProjectTest, ExportsTheSameBeforeSavingAndAfterLoading) {
               Bench({L"device", L"export", L"--no-compiler", L"--project", file})["streamText"]);
 }
 
+TEST(DeviceProjectTest, KeepsEveryCharacterOfAValue) {
+    const std::wstring value = L" <\u00C4 & \"b\">\r\n\t' ";
+    const std::wstring file = SavedDevice(L"text.xml", {L"AI1.Filter=" + value, L"AI1.Offset=" + value});
+    const Json loaded = Bench({L"device", L"load", file});
+    const Json points = ChannelOf(loaded, "AI1")["points"];
+    EXPECT_EQ(Narrow(value), Named(points, "Filter")["value"]);
+    EXPECT_EQ(Narrow(value), Named(points, "Offset")["moduleItem"]["value"]);
+}
+
 TEST(DeviceProjectTest, IsOpenedByTheOtherCommandsAndSavedAgain) {
     const std::wstring first = SavedDevice(L"first.xml", {L"AI1.Offset=1.5"});
     const Json change = Bench({L"device", L"set", L"AI1", L"Offset=2", L"--project", first})["changes"][0];
