@@ -1,0 +1,137 @@
+#include "tests/fuzz/Describe.h"
+
+#include "tests/support/Read.h"
+
+#include <ocidl.h>
+
+#include <algorithm>
+#include <array>
+
+namespace component_fuzz {
+
+using namespace contract;
+
+namespace {
+
+/// What leads back up, or is of no text.
+constexpr std::array<std::wstring_view, 5> kLeftOut = {L"Parent", L"Icon", L"NewEnum", L"Stream",
+                                                       L"UnitsManager"};
+/// The collections, and the points that they hold.
+constexpr std::array<std::wstring_view, 5> kFollowed = {L"Inputs", L"Outputs", L"Attributes", L"SNVTType",
+                                                        L"SNVTCompatibles"};
+
+template <class List>
+bool Has(const List& list, const std::wstring& name) {
+    return std::any_of(list.begin(), list.end(),
+                       [&](std::wstring_view known) { return SameName(name, std::wstring(known)); });
+}
+
+std::wstring Shown(const VARIANT& value) {
+    switch (value.vt) {
+    case VT_EMPTY:
+        return L"nothing";
+    case VT_BSTR:
+        return L"\"" + com::Text(value.bstrVal) + L"\"";
+    case VT_I2:
+        return std::to_wstring(value.iVal);
+    case VT_I4:
+        return std::to_wstring(value.lVal);
+    case VT_R8:
+        return std::to_wstring(value.dblVal);
+    case VT_BOOL:
+        return value.boolVal == VARIANT_FALSE ? L"False" : L"True";
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return value.punkVal != nullptr ? L"object" : L"no object";
+    default:
+        return L"type " + std::to_wstring(value.vt);
+    }
+}
+
+class Description {
+  public:
+    explicit Description(const TypeLibrary& library) : library_(library) {}
+
+    void Add(const std::wstring& path, IUnknown* object) {
+        const CLSID id = ClassOf(object);
+        if (id == CLSID_NULL) {
+            return;
+        }
+        for (const Interface& face : library_.ClassOf(id).interfaces) {
+            com::Ref<IDispatch> dispatch;
+            if (FAILED(object->QueryInterface(face.id, dispatch.PutVoid()))) {
+                text_ += path + L": no interface\n";
+                continue;
+            }
+            for (const Member& member : face.members) {
+                if (member.kind == INVOKE_PROPERTYGET && member.Given() == 0 && !Has(kLeftOut, member.name)) {
+                    Read(path + L"." + member.name, member, dispatch);
+                }
+            }
+        }
+        Enumerate(path, object);
+    }
+    std::wstring Take() { return std::move(text_); }
+
+  private:
+    void Read(const std::wstring& path, const Member& member, const com::Ref<IDispatch>& object) {
+        DISPPARAMS none{};
+        com::Variant value;
+        EXCEPINFO exception{};
+        const HRESULT result = object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                              &none, value.Put(), &exception, nullptr);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrHelpFile);
+        const std::wstring why = com::Text(exception.bstrDescription);
+        SysFreeString(exception.bstrDescription);
+        text_ += path + L" = " + (SUCCEEDED(result) ? Shown(value.Get()) : L"! " + why) + L"\n";
+        const bool isObject = value.Get().vt == VT_DISPATCH && value.Get().pdispVal != nullptr;
+        if (isObject && Has(kFollowed, member.name)) {
+            Add(path, value.Get().pdispVal);
+        }
+    }
+
+    void Enumerate(const std::wstring& path, IUnknown* object) {
+        const auto dispatch = com::Query<IDispatch>(object);
+        DISPPARAMS none{};
+        com::Variant value;
+        const HRESULT result =
+            dispatch->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                             DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, value.Put(), nullptr, nullptr);
+        if (FAILED(result) || value.Get().vt != VT_UNKNOWN) {
+            return;
+        }
+        const auto items = com::Query<IEnumVARIANT>(value.Get().punkVal);
+        com::Variant item;
+        for (int n = 1; items && items->Next(1, item.Put(), nullptr) == S_OK; ++n) {
+            if (item.Get().vt == VT_DISPATCH) {
+                Add(path + L"(" + std::to_wstring(n) + L")", item.Get().pdispVal);
+            }
+        }
+    }
+
+    const TypeLibrary& library_;
+    std::wstring text_;
+};
+
+} // namespace
+
+CLSID ClassOf(IUnknown* object) {
+    const auto provider = com::Query<IProvideClassInfo>(object);
+    com::Ref<ITypeInfo> info;
+    TYPEATTR* attributes = nullptr;
+    if (!provider || FAILED(provider->GetClassInfo(info.Put())) || FAILED(info->GetTypeAttr(&attributes))) {
+        return CLSID_NULL;
+    }
+    const CLSID id = attributes->guid;
+    info->ReleaseTypeAttr(attributes);
+    return id;
+}
+
+std::wstring Describe(const TypeLibrary& library, IUnknown* object) {
+    Description description(library);
+    description.Add(L"", object);
+    return description.Take();
+}
+
+} // namespace component_fuzz

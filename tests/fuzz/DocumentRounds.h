@@ -1,0 +1,78 @@
+#pragma once
+
+#include "tests/fuzz/Describe.h"
+#include "tests/fuzz/Expected.h"
+#include "tests/fuzz/Random.h"
+#include "tests/fuzz/Tree.h"
+#include "tests/fuzz/Watchdog.h"
+#include "tests/support/Fixture.h"
+
+#include <array>
+#include <optional>
+#include <string>
+
+namespace component_fuzz {
+
+/// A document on its way into the component.
+struct Input {
+    enum class Kind { Definition, Catalogue, Stream, Project };
+    static constexpr std::array<const wchar_t*, 4> kNames = {L"definition", L"catalogue", L"stream",
+                                                             L"project"};
+
+    Kind kind = Kind::Definition;
+    /// What a file holds, or a member is given as a text.
+    std::string bytes;
+    std::wstring text;
+    /// Made by a DOM's own members where the text is no XML, or no text is asked for.
+    std::optional<Tree> tree;
+    bool isBuilt = false;
+};
+
+/// Hands documents to a module, good ones and others, and looks at what it
+/// makes of them.
+class DocumentFuzzTest : public support::ComponentTest {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// A changed document of the round.
+    Input Changed(Random& random) const;
+    /// A document of the corpus as it stands.
+    static Input FromFile(const std::wstring& name);
+    /// Hands it over, checks what comes of it, and that good documents are
+    /// then read as ever.
+    void Check(const Input& input);
+    const std::wstring& Folder() const noexcept { return corpus_; }
+
+    Watchdog& Dog() { return *watchdog_; }
+
+  private:
+    void CheckDefinition(const Input& input);
+    void CheckCatalogue(const Input& input);
+    void CheckStream(const Input& input);
+    void CheckProject(const Input& input);
+    com::Ref<IXMLDOMElement> ElementOf(const support::Document& document, const Input& input) const;
+    /// Saves, exports and describes a module, whatever state it is in.
+    void Use(const com::Ref<IAppObject>& module);
+    /// All that a module says of itself and writes after good documents.
+    std::wstring Answer();
+    com::Ref<IAppObject> GoodModule();
+    /// The boxes since the last call; each is one that the component may show.
+    std::vector<bench::Box> KnownBoxes();
+    std::size_t Reports();
+
+    std::wstring corpus_;
+    std::wstring secret_;
+    std::array<std::wstring, 4> goodTexts_;
+    std::array<Tree, 4> good_;
+    support::Document goodCatalogue_;
+    std::optional<contract::TypeLibrary> library_;
+    std::optional<support::TextFile> secretFile_;
+    std::optional<Watchdog> watchdog_;
+    std::wstring answer_;
+};
+
+std::string ReadFile(const std::wstring& path);
+std::wstring FromUtf8(const std::string& bytes);
+
+} // namespace component_fuzz

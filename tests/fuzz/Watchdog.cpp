@@ -1,0 +1,81 @@
+#include "tests/fuzz/Watchdog.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace component_fuzz {
+
+namespace {
+
+/// Far above what any round takes, in milliseconds.
+constexpr ULONGLONG kMostTime = 60000;
+constexpr DWORD kLookEvery = 500;
+constexpr UINT kHung = 3;
+
+std::wstring Environment(const wchar_t* name) {
+    wchar_t text[MAX_PATH] = {};
+    GetEnvironmentVariableW(name, text, MAX_PATH);
+    return text;
+}
+
+} // namespace
+
+Watchdog::Watchdog(std::wstring keepFile)
+    : keepFile_(std::move(keepFile))
+    , began_(GetTickCount64())
+    , stop_(CreateEventW(nullptr, TRUE, FALSE, nullptr))
+    , thread_(CreateThread(nullptr, 0, &Watchdog::Watch, this, 0, nullptr)) {}
+
+Watchdog::~Watchdog() {
+    SetEvent(stop_);
+    WaitForSingleObject(thread_, INFINITE);
+    CloseHandle(thread_);
+    CloseHandle(stop_);
+    DeleteFileW(keepFile_.c_str());
+}
+
+void Watchdog::Begin(const std::string& input, const std::string& what) {
+    const HANDLE file =
+        CreateFileW(keepFile_.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, input.data(), static_cast<DWORD>(input.size()), &written, nullptr);
+    CloseHandle(file);
+    what_ = what;
+    began_ = GetTickCount64();
+}
+
+std::wstring Watchdog::Keep(unsigned round) {
+    const std::wstring kept = keepFile_ + L"." + std::to_wstring(round);
+    CopyFileW(keepFile_.c_str(), kept.c_str(), FALSE);
+    return kept;
+}
+
+DWORD WINAPI Watchdog::Watch(void* self) {
+    auto& watchdog = *static_cast<Watchdog*>(self);
+    while (WaitForSingleObject(watchdog.stop_, kLookEvery) == WAIT_TIMEOUT) {
+        if (GetTickCount64() - watchdog.began_ > kMostTime) {
+            std::printf("A round does not end: %s\nIts input is in %ls\n", watchdog.what_.c_str(),
+                        watchdog.keepFile_.c_str());
+            std::fflush(stdout);
+            TerminateProcess(GetCurrentProcess(), kHung);
+        }
+    }
+    return 0;
+}
+
+unsigned Setting(const wchar_t* name, unsigned otherwise) {
+    const std::wstring text = Environment(name);
+    return text.empty() ? otherwise : static_cast<unsigned>(std::wcstoul(text.c_str(), nullptr, 10));
+}
+
+std::wstring KeepFolder() {
+    if (const std::wstring folder = Environment(L"TAM_FUZZ_KEEP"); !folder.empty()) {
+        return folder + L"\\";
+    }
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = path;
+    return program.substr(0, program.find_last_of(L'\\') + 1);
+}
+
+} // namespace component_fuzz
