@@ -233,4 +233,23 @@ void ExpectRaised(HRESULT result, long number, const std::wstring& description, 
     EXPECT_EQ(texts.source, source);
 }
 
+void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& description) {
+    EXPECT_EQ(result, code);
+    com::Ref<IErrorInfo> info;
+    ASSERT_EQ(GetErrorInfo(0, info.Put()), S_OK) << "no error object";
+    com::Bstr text;
+    info->GetDescription(text.Put());
+    EXPECT_EQ(text.View(), description);
+    info->GetSource(text.Put());
+    EXPECT_EQ(text.View(), L"Double");
+    info->GetHelpFile(text.Put());
+    EXPECT_EQ(text.View(), kHelpFile);
+    DWORD context = 0;
+    info->GetHelpContext(&context);
+    EXPECT_EQ(context, kHelpContext);
+    GUID guid{};
+    info->GetGUID(&guid);
+    EXPECT_EQ(guid, kRecorderIid);
+}
+
 } // namespace internal_tests

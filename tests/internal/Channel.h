@@ -84,6 +84,9 @@ com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const std::
 /// The classic run-time error n with its text, as the caller sees it.
 void ExpectRaised(HRESULT result, long number, const std::wstring& description,
                   const std::wstring& source = L"O_Tam_id");
+/// A failed double's own error, as its caller gave it on: the same code and the
+/// whole of its error object.
+void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& description);
 inline constexpr const wchar_t* kObjectNotSet = L"Object variable or With block variable not set";
 
 } // namespace internal_tests

@@ -147,6 +147,27 @@ FaceInfo ReadFace(REFIID iid) {
     return face;
 }
 
+std::wstring Help(const std::wstring& file, DWORD context) {
+    return file + L"#" + std::to_wstring(context);
+}
+
+/// Takes the error object that a failed call left.
+void ReadError(Outcome& outcome) {
+    Ref<IErrorInfo> info;
+    if (GetErrorInfo(0, info.Put()) != S_OK) {
+        return;
+    }
+    com::Bstr text;
+    info->GetDescription(text.Put());
+    outcome.description = text.View();
+    info->GetSource(text.Put());
+    outcome.source = text.View();
+    DWORD context = 0;
+    info->GetHelpFile(text.Put());
+    info->GetHelpContext(&context);
+    outcome.help = Help(std::wstring(text.View()), context);
+}
+
 } // namespace
 
 unsigned Parameter::Words() const noexcept {
@@ -222,9 +243,7 @@ Outcome CallSlot(IUnknown* face, const Member& member, std::span<const VARIANT> 
                        static_cast<UINT>(values.size()), types.data(), pointers.data(), &returned));
     outcome.code = returned.scode;
     if (FAILED(outcome.code)) {
-        const support::ErrorTexts texts = support::LastError();
-        outcome.description = texts.description;
-        outcome.source = texts.source;
+        ReadError(outcome);
     }
     if (member.HasResult() && member.result.type != VT_VARIANT) {
         place->vt = member.result.type;
@@ -255,6 +274,7 @@ Outcome CallByName(IDispatch* object, const Member& member, std::span<const VARI
         outcome.code = exception.scode;
         outcome.description = com::Text(exception.bstrDescription);
         outcome.source = com::Text(exception.bstrSource);
+        outcome.help = Help(com::Text(exception.bstrHelpFile), exception.dwHelpContext);
         SysFreeString(exception.bstrDescription);
         SysFreeString(exception.bstrSource);
         SysFreeString(exception.bstrHelpFile);

@@ -75,6 +75,8 @@ struct Outcome {
     /// Of a failed call.
     std::wstring description;
     std::wstring source;
+    /// Help file and context: "double.hlp#4711".
+    std::wstring help;
 };
 
 /// Calls the member's slot. Without a place for the result it passes null.

@@ -11,9 +11,6 @@ namespace internal_tests {
 
 namespace {
 
-/// Asked of an object to learn whether it is a double.
-constexpr IID kRecorderIid = {0x5B1D4C0A, 0x53F1, 0x4E64, {0x8D, 0x63, 0x1D, 0x5C, 0x90, 0x0B, 0x72, 0x11}};
-
 /// Names that were asked for by name; an identifier is a position, from 1.
 std::vector<std::wstring>& Names() {
     static std::vector<std::wstring> names;
@@ -42,6 +39,9 @@ HRESULT Raise(HRESULT code, const std::wstring& description) {
     com::Check(CreateErrorInfo(info.Put()));
     info->SetDescription(com::Bstr(description).Get());
     info->SetSource(com::Bstr(L"Double").Get());
+    info->SetHelpFile(com::Bstr(kHelpFile).Get());
+    info->SetHelpContext(kHelpContext);
+    info->SetGUID(kRecorderIid);
     SetErrorInfo(0, info.As<IErrorInfo>().Get());
     return code;
 }

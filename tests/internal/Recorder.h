@@ -22,6 +22,15 @@ namespace internal_tests {
 
 class Recorder;
 
+/// Asked of an object to learn whether it is a double.
+inline constexpr IID kRecorderIid = {
+    0x5B1D4C0A, 0x53F1, 0x4E64, {0x8D, 0x63, 0x1D, 0x5C, 0x90, 0x0B, 0x72, 0x11}};
+
+// What a failing double's error object tells beside its description, the
+// source "Double" and kRecorderIid.
+inline constexpr const wchar_t* kHelpFile = L"double.hlp";
+inline constexpr DWORD kHelpContext = 4711;
+
 /// A call that reached a double.
 struct Call {
     const Recorder* target = nullptr;

@@ -191,20 +191,16 @@ TEST_F(TamInternalAppObjectTest, PassesErrorsOfTheDeviceBackUnchanged) {
     const auto internal = InternalOf(object);
     device->Fail(L"", kCode, L"the device is away");
     com::Bstr text;
-    EXPECT_EQ(internal->get_TamDeviceKey(text.Put()), kCode);
-    EXPECT_EQ(support::LastError().description, L"the device is away");
+    ExpectPassedBack(internal->get_TamDeviceKey(text.Put()), kCode, L"the device is away");
     EXPECT_EQ(text.Get(), nullptr);
     com::Ref<IDispatch> found;
-    EXPECT_EQ(internal->get_TamObjectContainer(found.Put()), kCode);
-    EXPECT_EQ(support::LastError().description, L"the device is away");
+    ExpectPassedBack(internal->get_TamObjectContainer(found.Put()), kCode, L"the device is away");
     short index = 9;
-    EXPECT_EQ(object->get_ExportIndex(&index), kCode);
-    EXPECT_EQ(support::LastError().description, L"the device is away");
+    ExpectPassedBack(object->get_ExportIndex(&index), kCode, L"the device is away");
     EXPECT_EQ(index, 0);
     device->FailNoMore();
     container.object->Fail(L"get ExportIndex", kCode, L"no export yet");
-    EXPECT_EQ(object->get_ExportIndex(&index), kCode);
-    EXPECT_EQ(support::LastError().description, L"no export yet");
+    ExpectPassedBack(object->get_ExportIndex(&index), kCode, L"no export yet");
 }
 
 TEST_F(TamInternalAppObjectTest, PassesEachErrorOfItsCreationBackUnchanged) {
@@ -230,10 +226,7 @@ TEST_F(TamInternalAppObjectTest, PassesEachErrorOfItsCreationBackUnchanged) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(step.member)));
         const auto object = Fresh();
         step.at->Fail(step.member, kCode, L"the callee's words");
-        EXPECT_EQ(object->Create(), kCode);
-        const support::ErrorTexts texts = support::LastError();
-        EXPECT_EQ(texts.description, L"the callee's words");
-        EXPECT_EQ(texts.source, L"Double");
+        ExpectPassedBack(object->Create(), kCode, L"the callee's words");
         step.at->FailNoMore();
     }
 }

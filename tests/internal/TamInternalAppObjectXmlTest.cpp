@@ -131,10 +131,8 @@ TEST_F(TamInternalAppObjectXmlTest, AddsNothingWhenTheGenericObjectFails) {
     const Document document = support::Parse(L"<Project><Other/></Project>");
     const auto root = support::Root(document);
     generic.object->Fail(L"XMLSave", static_cast<HRESULT>(0x80044444u), L"cannot be saved");
-    EXPECT_EQ(object->XMLSave(root.Get(), document.Get()), static_cast<HRESULT>(0x80044444u));
-    const support::ErrorTexts texts = support::LastError();
-    EXPECT_EQ(texts.description, L"cannot be saved");
-    EXPECT_EQ(texts.source, L"Double");
+    ExpectPassedBack(object->XMLSave(root.Get(), document.Get()), static_cast<HRESULT>(0x80044444u),
+                     L"cannot be saved");
     EXPECT_EQ(Flat(root.Get()), L"<Project><Other/></Project>");
 }
 
@@ -143,9 +141,8 @@ TEST_F(TamInternalAppObjectXmlTest, PassesTheErrorOfTheDeviceBackUnchanged) {
     SavesAs(generic.object, L"<AI/>");
     device->Fail(L"get DeviceKey", static_cast<HRESULT>(0x80045555u), L"no key");
     const Document document = support::Parse(L"<Project/>");
-    EXPECT_EQ(object->XMLSave(support::Root(document).Get(), document.Get()),
-              static_cast<HRESULT>(0x80045555u));
-    EXPECT_EQ(support::LastError().description, L"no key");
+    ExpectPassedBack(object->XMLSave(support::Root(document).Get(), document.Get()),
+                     static_cast<HRESULT>(0x80045555u), L"no key");
     EXPECT_EQ(Flat(support::Root(document).Get()),
               L"<Project><AI><TamObjectKey>AI3</TamObjectKey></AI></Project>")
         << "the object's own key goes in before the device is asked";

@@ -92,8 +92,7 @@ TEST_F(TamInternalAttributeTest, ReadsTheValueOfTheWrappedAttributeAlone) {
 
 TEST_F(TamInternalAttributeTest, LeavesTheContainerWhenTheWrappedAttributeRefusesTheValue) {
     gain->Fail(L"put Value", static_cast<HRESULT>(0x80041234u), L"too large");
-    EXPECT_EQ(Give(L"9"), static_cast<HRESULT>(0x80041234u));
-    EXPECT_EQ(support::LastError().description, L"too large");
+    ExpectPassedBack(Give(L"9"), static_cast<HRESULT>(0x80041234u), L"too large");
     EXPECT_EQ(Said(), Texts{L"Gain.put Value(\"9\")"});
 }
 
@@ -110,10 +109,7 @@ TEST_F(TamInternalAttributeTest, PassesErrorsOfTheContainerBackUnchanged) {
     for (const auto& step : steps) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(step.member)));
         step.at->Fail(step.member, kCode, L"the callee's words");
-        EXPECT_EQ(Give(L"1"), kCode);
-        const support::ErrorTexts texts = support::LastError();
-        EXPECT_EQ(texts.description, L"the callee's words");
-        EXPECT_EQ(texts.source, L"Double");
+        ExpectPassedBack(Give(L"1"), kCode, L"the callee's words");
         step.at->FailNoMore();
     }
 }

@@ -109,8 +109,7 @@ TEST_F(TamInternalInputTest, ReadsTheValueOfTheWrappedInputAlone) {
 
 TEST_F(TamInternalInputTest, LeavesTheContainerWhenTheWrappedInputRefusesTheValue) {
     in1->Fail(L"put Value", static_cast<HRESULT>(0x80041234u), L"not a number");
-    EXPECT_EQ(Give(L"x"), static_cast<HRESULT>(0x80041234u));
-    EXPECT_EQ(support::LastError().description, L"not a number");
+    ExpectPassedBack(Give(L"x"), static_cast<HRESULT>(0x80041234u), L"not a number");
     EXPECT_EQ(Said(), Texts{L"In1.put Value(\"x\")"});
 }
 
@@ -128,10 +127,7 @@ TEST_F(TamInternalInputTest, PassesErrorsOfTheContainerBackUnchanged) {
     for (const auto& step : steps) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(step.member)));
         step.at->Fail(step.member, kCode, L"the callee's words");
-        EXPECT_EQ(Give(L"1"), kCode);
-        const support::ErrorTexts texts = support::LastError();
-        EXPECT_EQ(texts.description, L"the callee's words");
-        EXPECT_EQ(texts.source, L"Double");
+        ExpectPassedBack(Give(L"1"), kCode, L"the callee's words");
         step.at->FailNoMore();
     }
 }

@@ -227,10 +227,8 @@ TEST_F(TamObjectManagerTest, PassesTheErrorOfTheDeviceContextBackAndSearchesNoMo
         const auto manager = NewManager();
         context->Fail(member, kCode, L"no line to the device");
         com::Ref<IAppObject> object;
-        EXPECT_EQ(manager->CreateTemplateTamInternalObject(object.Put()), kCode);
-        const support::ErrorTexts texts = support::LastError();
-        EXPECT_EQ(texts.description, L"no line to the device");
-        EXPECT_EQ(texts.source, L"Double");
+        ExpectPassedBack(manager->CreateTemplateTamInternalObject(object.Put()), kCode,
+                         L"no line to the device");
         EXPECT_FALSE(object);
         context->FailNoMore();
         EXPECT_FALSE(Template(manager));
