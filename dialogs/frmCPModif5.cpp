@@ -1,6 +1,7 @@
 #include "dialogs/frmCPModif5.h"
 
 #include "component/resource.h"
+#include "dialogs/BitAccessible.h"
 
 namespace tam {
 
@@ -91,6 +92,7 @@ void frmCPModif5::Flip(std::size_t bit) {
     state_->Flip(bit);
     ShowBit(bit);
     SetText(IDC_BIT_SUM, state_->Summary());
+    NotifyWinEvent(EVENT_OBJECT_STATECHANGE, Control(BitControl(bit)), OBJID_CLIENT, CHILDID_SELF);
 }
 
 LRESULT CALLBACK frmCPModif5::BitProcedure(HWND label, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -101,7 +103,7 @@ LRESULT CALLBACK frmCPModif5::BitProcedure(HWND label, UINT message, WPARAM wPar
     return handled ? result : CallWindowProcW(form->plainLabel_, label, message, wParam, lParam);
 }
 
-bool frmCPModif5::HandleBit(HWND label, UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+bool frmCPModif5::HandleBit(HWND label, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
     const auto bit = static_cast<std::size_t>(GetDlgCtrlID(label) - IDC_BIT);
     switch (message) {
     case WM_GETDLGCODE:
@@ -113,6 +115,9 @@ bool frmCPModif5::HandleBit(HWND label, UINT message, WPARAM wParam, LPARAM, LRE
         return false;
     case WM_KEYDOWN:
         return HandleKey(bit, wParam);
+    case WM_GETOBJECT:
+        result = AnswerGetObject(label, bit, wParam, lParam);
+        return result != 0;
     default:
         return false;
     }

@@ -1,6 +1,8 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 
+#include <oleacc.h>
+
 namespace dialogs {
 namespace {
 
@@ -59,6 +61,39 @@ TEST_F(frmCPModif5Test, CancelLeavesTheValue) {
     const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
         dialog.DoubleClick(IDC_BIT);
         dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(value, L"5");
+}
+
+TEST_F(frmCPModif5Test, AScreenReaderIsToldTheBitsNumber) {
+    const auto accessibleOf = [](HWND label) {
+        com::Ref<IAccessible> accessible;
+        EXPECT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                                             accessible.PutVoid()),
+                  S_OK);
+        return accessible;
+    };
+    const auto value = Edit(Attribute(kBits8, L"5"), [&](Shown& dialog) {
+        for (int bit = 0; bit < 8; ++bit) {
+            const auto accessible = accessibleOf(dialog.Control(IDC_BIT + bit));
+            ASSERT_TRUE(accessible);
+            const com::Variant self(long{CHILDID_SELF});
+            com::Bstr name;
+            com::Bstr text;
+            com::Variant role;
+            com::Variant state;
+            EXPECT_EQ(accessible->get_accName(self.Get(), name.Put()), S_OK);
+            EXPECT_EQ(name.View(), L"Bit " + std::to_wstring(bit));
+            EXPECT_EQ(accessible->get_accValue(self.Get(), text.Put()), S_OK);
+            EXPECT_EQ(text.View(), dialog.Text(IDC_BIT + bit));
+            EXPECT_EQ(accessible->get_accRole(self.Get(), role.Put()), S_OK);
+            EXPECT_EQ(role.Get().lVal, ROLE_SYSTEM_CHECKBUTTON);
+            EXPECT_EQ(accessible->get_accState(self.Get(), state.Put()), S_OK);
+            EXPECT_EQ((state.Get().lVal & STATE_SYSTEM_CHECKED) != 0, bit == 0 || bit == 2);
+            EXPECT_EQ((state.Get().lVal & STATE_SYSTEM_FOCUSED) != 0, bit == 7);
+            EXPECT_NE(state.Get().lVal & STATE_SYSTEM_FOCUSABLE, 0);
+        }
+        dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"5");
 }
