@@ -46,6 +46,7 @@ TEST_F(ConfigurationShapesTest, IsNotThereUnderOtherNamesOrPlaces) {
           L"<appobject><TAMConfig>" + some + L"</TAMConfig></appobject>",
           L"<AppObject><TamConfig>" + some + L"</TamConfig></AppObject>",
           L"<AppObject><Other><TAMConfig>" + some + L"</TAMConfig></Other></AppObject>",
+          L"<AppObject><TAMConfig><Group>" + some + L"</Group></TAMConfig></AppObject>",
           L"<AppObject>" + some + L"</AppObject>", L"<TAMConfig>" + some + L"</TAMConfig>",
           L"<AppObject xmlns='urn:x'><TAMConfig>" + some + L"</TAMConfig></AppObject>",
           L"<x:AppObject xmlns:x='urn:x'><TAMConfig>" + some + L"</TAMConfig></x:AppObject>",

@@ -2,6 +2,7 @@
 #include "tests/internal/Channel.h"
 
 #include <array>
+#include <memory>
 
 // Host objects that lack what a channel's object needs of them: an interface,
 // a collection, a type. Each is a run-time error of the component's own.
@@ -109,6 +110,22 @@ TEST_F(HostFaultsTest, NeedsEachCollectionOfTheGenericObject) {
         });
     }
     EXPECT_EQ(Creation(), S_OK);
+}
+
+TEST_F(HostFaultsTest, NeedsTheCollectionAgainForAConfiguredPoint) {
+    const auto answerOnce = [this] {
+        const auto asked = std::make_shared<int>(0);
+        generic.object->On(L"get Outputs", [self = generic.object.Get(), asked](const Invocation& call) {
+            return call.Answer(++*asked == 1 ? self->Kept<IUnknown>(L"Outputs").Get() : nullptr);
+        });
+    };
+    answerOnce();
+    EXPECT_EQ(Creation(), S_OK) << "no point is configured";
+    SetDefinition(
+        L"<AppObject><TAMConfig><OutReferences><OutReference Name='Out' Visible='1'/></OutReferences>"
+        L"</TAMConfig></AppObject>");
+    answerOnce();
+    ExpectRaised(Creation(), 91, kObjectNotSet);
 }
 
 TEST_F(HostFaultsTest, NeedsAnEnumeratorOfEachCollection) {

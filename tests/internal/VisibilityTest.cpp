@@ -117,8 +117,11 @@ TEST_F(TamInternalAppObjectVisibilityTest, AsksTheGenericObjectsCollectionsByNam
 }
 
 TEST_F(TamInternalAppObjectVisibilityTest, SetsVisibleByNameWherePointsOfferItThere) {
+    EXPECT_EQ(ConfigureInput(L"Name='In1' Visible='1'"), Texts{L"In1.put Visible(True)"});
+    EXPECT_FALSE(Calls().back().isByName) << "the interface comes first";
     in1->HideFace(__uuidof(IVisibleItem));
     EXPECT_EQ(ConfigureInput(L"Name='In1' Visible='1'"), Texts{L"In1.put Visible(True)"});
+    EXPECT_TRUE(Calls().back().isByName);
     EXPECT_EQ(in1->Value(L"Visible"), L"True");
     EXPECT_EQ(ConfigureInput(L"Name='In1' Visible='0'"), Texts{L"In1.put Visible(False)"});
 }
