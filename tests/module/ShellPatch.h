@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/ImportPatch.h"
+
 #include <windows.h>
 
 #include <string>
@@ -32,10 +34,8 @@ class ShellPatch {
   private:
     static HINSTANCE WINAPI Execute(HWND owner, LPCSTR verb, LPCSTR file, LPCSTR parameters, LPCSTR folder,
                                     INT show);
-    void Write(ULONG_PTR function);
 
-    ULONG_PTR* slot_ = nullptr;
-    ULONG_PTR original_ = 0;
+    support::ImportPatch patch_;
 };
 
 } // namespace modules
