@@ -40,7 +40,29 @@ std::wstring TextOfGuid(REFGUID guid) {
     return text;
 }
 
-void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library) {
+bool FileExists(const std::wstring& path) {
+    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool SameText(const std::wstring& left, const std::wstring& right) {
+    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+std::wstring ReadClassesText(HKEY root, const std::wstring& path) {
+    const RegistryKey key = OpenKey(root, kClasses + path);
+    return key ? ReadText(key) : std::wstring();
+}
+
+/// True when the name stands for another class whose file exists: host services
+/// are looked up by name, and the machine may have its own.
+bool NamesAnother(const std::wstring& progId, const std::wstring& clsid, HKEY root) {
+    const std::wstring other = ReadClassesText(root, progId + L"\\CLSID");
+    return !other.empty() && !SameText(other, clsid) &&
+           FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32"));
+}
+
+void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library,
+               HKEY root) {
     const std::wstring clsid = TextOfGuid(*entry.id);
     const std::wstring key = L"CLSID\\" + clsid;
     plan.Key(key);
@@ -52,6 +74,8 @@ void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, co
     plan.Value(key + L"\\Version", L"1.0");
     if (entry.progId != nullptr) {
         plan.Value(key + L"\\ProgID", entry.progId);
+    }
+    if (entry.progId != nullptr && !NamesAnother(entry.progId, clsid, root)) {
         plan.Key(entry.progId);
         plan.Value(entry.progId, entry.description);
         plan.Value(std::wstring(entry.progId) + L"\\CLSID", clsid);
@@ -78,7 +102,7 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
 std::wstring IdOf(ITypeLib& library) {
     TLIBATTR* attributes = nullptr;
     Check(library.GetLibAttr(&attributes));
-    const std::wstring id = TextOfGuid(attributes->guid);
+    std::wstring id = TextOfGuid(attributes->guid);
     library.ReleaseTLibAttr(attributes);
     return id;
 }
@@ -108,12 +132,8 @@ bool Has(const Library& library, REFGUID guid) {
 /// interfaces lie in several DLLs of a machine: whoever registered them keeps
 /// them, and nobody else takes them away.
 bool BelongsToAnother(const Library& library, HKEY root) {
-    const RegistryKey key = OpenKey(root, kClasses + library.key + L"\\1.0\\0\\win32");
-    if (!key) {
-        return false;
-    }
-    std::wstring path = ReadText(key);
-    if (CompareStringOrdinal(path.c_str(), -1, library.path.c_str(), -1, TRUE) == CSTR_EQUAL) {
+    std::wstring path = ReadClassesText(root, library.key + L"\\1.0\\0\\win32");
+    if (path.empty() || SameText(path, library.path)) {
         return false;
     }
     // "file.dll\2" is the second library in a file.
@@ -122,7 +142,7 @@ bool BelongsToAnother(const Library& library, HKEY root) {
         path.find_first_not_of(L"0123456789", number + 1) == std::wstring::npos) {
         path.resize(number);
     }
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    return FileExists(path);
 }
 
 /// The library's own keys and those of its interfaces. What `owner` has too is
@@ -163,7 +183,7 @@ Plan MakePlan(const ServerInfo& server, HKEY root) {
     }
     const std::wstring own = IdOf(*libraries.front().library.Get());
     for (const ClassEntry& entry : server.classes) {
-        PlanClass(plan, entry, file, own);
+        PlanClass(plan, entry, file, own, root);
     }
     for (const Library& library : libraries) {
         const bool isOwn = &library == &libraries.front();
@@ -178,16 +198,19 @@ HKEY RootOf(Scope scope) {
     return scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
 
+/// The keys that classes, libraries and interfaces lie below.
+constexpr const wchar_t* kParents[] = {L"CLSID", L"TypeLib", L"Interface"};
+
 void Remove(const Plan& plan, HKEY root) {
     for (const std::wstring& key : plan.keys) {
         DeleteTree(root, kClasses + key);
     }
-    for (const wchar_t* parent : {L"CLSID", L"TypeLib", L"Interface"}) {
+    for (const wchar_t* parent : kParents) {
         DeleteIfEmpty(root, std::wstring(kClasses) + parent);
     }
 }
 
-/// The keys as they are before a registration, to go back to.
+/// The keys as they are before a change, to go back to.
 class Snapshot {
   public:
     Snapshot(const Plan& plan, HKEY root) : plan_(plan), root_(root) {
@@ -196,7 +219,23 @@ class Snapshot {
                 trees_.emplace_back(key, ReadTree(root, kClasses + key));
             }
         }
+        for (const wchar_t* parent : kParents) {
+            if (OpenKey(root, std::wstring(kClasses) + parent)) {
+                trees_.emplace_back(parent, RegistryTree()); // the key itself, were it empty
+            }
+        }
     }
+    /// Makes the change; when it fails, goes back and throws what it threw.
+    template <class F>
+    void Guard(F&& change) const {
+        const auto failure = Attempt(change);
+        if (failure) {
+            Attempt([&] { Restore(); });
+            Check(failure->code);
+        }
+    }
+
+  private:
     void Restore() const {
         Remove(plan_, root_);
         for (const auto& [key, tree] : trees_) {
@@ -204,7 +243,6 @@ class Snapshot {
         }
     }
 
-  private:
     const Plan& plan_;
     HKEY root_;
     std::vector<std::pair<std::wstring, RegistryTree>> trees_;
@@ -215,8 +253,7 @@ class Snapshot {
 void Register(const ServerInfo& server, Scope scope) {
     const HKEY root = RootOf(scope);
     const Plan plan = MakePlan(server, root);
-    const Snapshot before(plan, root);
-    const auto failure = Attempt([&] {
+    Snapshot(plan, root).Guard([&] {
         for (const std::wstring& key : plan.keys) {
             DeleteTree(root, kClasses + key); // what an older version left must not shine through
         }
@@ -224,14 +261,12 @@ void Register(const ServerInfo& server, Scope scope) {
             WriteText(root, kClasses + entry.path, entry.value, entry.text);
         }
     });
-    if (failure) {
-        Attempt([&] { before.Restore(); });
-        Check(failure->code);
-    }
 }
 
 void Unregister(const ServerInfo& server, Scope scope) {
-    Remove(MakePlan(server, RootOf(scope)), RootOf(scope));
+    const HKEY root = RootOf(scope);
+    const Plan plan = MakePlan(server, root);
+    Snapshot(plan, root).Guard([&] { Remove(plan, root); });
 }
 
 } // namespace com

@@ -25,12 +25,13 @@ enum class Scope { Machine, User };
 
 /// Registers classes and type libraries with their interfaces. All or nothing:
 /// on a failure every key that it touches is as it was before the call. A type
-/// library that another existing file has registered stays that file's.
+/// library or a ProgID that another existing file has registered stays that
+/// file's.
 /// Throws CallError.
 void Register(const ServerInfo& server, Scope scope);
 
 /// Removes all that Register writes, and nothing that is another file's. What is
-/// not there is no error.
+/// not there is no error. All or nothing, like registering.
 void Unregister(const ServerInfo& server, Scope scope);
 
 } // namespace com

@@ -23,6 +23,13 @@ RegistryKey CreateKey(HKEY root, const std::wstring& path) {
     return RegistryKey(key);
 }
 
+void DeleteKey(HKEY root, const std::wstring& path) {
+    const LSTATUS status = RegDeleteKeyW(root, path.c_str());
+    if (status != ERROR_FILE_NOT_FOUND) {
+        CheckWin32(status);
+    }
+}
+
 std::vector<std::wstring> SubkeyNames(HKEY key) {
     std::vector<std::wstring> names;
     for (DWORD index = 0;; ++index) {
@@ -65,7 +72,7 @@ RegistryKey OpenKey(HKEY root, const std::wstring& path) {
     HKEY key = nullptr;
     const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
     if (status == ERROR_FILE_NOT_FOUND) {
-        return RegistryKey();
+        return {};
     }
     CheckWin32(status);
     return RegistryKey(key);
@@ -125,13 +132,13 @@ void DeleteTree(HKEY root, const std::wstring& path) {
     }
     CheckWin32(status);
     // Some systems delete only what lies below the key.
-    RegDeleteKeyW(root, path.c_str());
+    DeleteKey(root, path);
 }
 
 void DeleteIfEmpty(HKEY root, const std::wstring& path) {
     const RegistryKey key = OpenKey(root, path);
     if (key && SubkeyNames(key.Get()).empty() && Values(key.Get()).empty()) {
-        RegDeleteKeyW(root, path.c_str());
+        DeleteKey(root, path);
     }
 }
 
