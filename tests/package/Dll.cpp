@@ -1,0 +1,133 @@
+#include "tests/package/Dll.h"
+
+namespace package {
+
+namespace {
+
+constexpr const wchar_t* kClasses = L"Software\\Classes\\";
+constexpr DWORD kMinute = 60'000;
+
+template <class F>
+F Export(HMODULE module, const char* name) {
+    return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+std::wstring Wide(const std::string& ascii) {
+    return std::wstring(ascii.begin(), ascii.end());
+}
+
+} // namespace
+
+std::wstring DllFolder() {
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = path;
+    const std::wstring relative = program.substr(0, program.find_last_of(L'\\') + 1) + L"..\\..\\bin\\";
+    wchar_t full[MAX_PATH] = {};
+    GetFullPathNameW(relative.c_str(), MAX_PATH, full, nullptr);
+    return full;
+}
+
+Dll::Dll(const DllFacts& facts)
+    : facts_(facts), path_(DllFolder() + facts.file), module_(LoadLibraryW(path_.c_str())) {
+    EXPECT_NE(nullptr, module_) << "the DLL does not load, error " << GetLastError();
+}
+
+HRESULT Dll::Register(Scope scope) const {
+    using Function = HRESULT(STDAPICALLTYPE*)();
+    return scope == Scope::Machine ? Export<Function>(module_, "DllRegisterServer")()
+                                   : Install(TRUE, L"user");
+}
+
+HRESULT Dll::Unregister(Scope scope) const {
+    using Function = HRESULT(STDAPICALLTYPE*)();
+    return scope == Scope::Machine ? Export<Function>(module_, "DllUnregisterServer")()
+                                   : Install(FALSE, L"user");
+}
+
+HRESULT Dll::Install(BOOL install, const wchar_t* commandLine) const {
+    using Function = HRESULT(STDAPICALLTYPE*)(BOOL, PCWSTR);
+    return Export<Function>(module_, "DllInstall")(install, commandLine);
+}
+
+HRESULT Dll::ClassObject(REFCLSID clsid, REFIID iid, void** out) const {
+    using Function = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+    return Export<Function>(module_, "DllGetClassObject")(clsid, iid, out);
+}
+
+HRESULT Dll::CanUnloadNow() const {
+    using Function = HRESULT(STDAPICALLTYPE*)();
+    return Export<Function>(module_, "DllCanUnloadNow")();
+}
+
+DWORD Regsvr32(const std::wstring& options, const std::wstring& path) {
+    std::wstring commandLine = L"regsvr32.exe /s " + options + L" \"" + path + L"\"";
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                       &process) == FALSE) {
+        ADD_FAILURE() << "regsvr32 does not start, error " << GetLastError();
+        return ~0UL;
+    }
+    DWORD status = ~0UL;
+    if (WaitForSingleObject(process.hProcess, kMinute) == WAIT_OBJECT_0) {
+        GetExitCodeProcess(process.hProcess, &status);
+    } else {
+        TerminateProcess(process.hProcess, status);
+        ADD_FAILURE() << "regsvr32 does not end";
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return status;
+}
+
+void RegistryTest::SetUp() {
+    // A run that was cut off may have left a registration.
+    for (const Scope scope : {Scope::Machine, Scope::User}) {
+        ASSERT_EQ(S_OK, component.Unregister(scope));
+        ASSERT_EQ(S_OK, hostServices.Unregister(scope));
+    }
+    before = Snapshot();
+}
+
+void RegistryTest::TearDown() {
+    EXPECT_EQ("", Difference(before, Snapshot()));
+    EXPECT_EQ(S_OK, component.CanUnloadNow());
+    EXPECT_EQ(S_OK, hostServices.CanUnloadNow());
+}
+
+void Plant(Scope scope, const std::wstring& key, const wchar_t* value, const std::wstring& text) {
+    EXPECT_EQ(ERROR_SUCCESS,
+              RegSetKeyValueW(Root(scope), (kClasses + key).c_str(), value, REG_SZ, text.c_str(),
+                              static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
+}
+
+void Clear(Scope scope, const std::wstring& key) {
+    EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(Root(scope), (kClasses + key).c_str()));
+}
+
+void PlantOlderInstall(const DllFacts& dll, Scope scope) {
+    for (const Class& entry : dll.classes) {
+        const std::wstring key = L"CLSID\\" + Wide(entry.id);
+        Plant(scope, key, nullptr, L"A class of long ago");
+        Plant(scope, key, L"AppID", L"{00000000-1111-2222-3333-444444444444}");
+        Plant(scope, key + L"\\InprocServer32", nullptr, L"C:\\Old\\" + std::wstring(dll.file));
+        Plant(scope, key + L"\\InprocServer32", L"ThreadingModel", L"Both");
+        Plant(scope, key + L"\\LocalServer32", nullptr, L"C:\\Old\\Server.exe");
+        Plant(scope, key + L"\\VersionIndependentProgID", nullptr, Wide(entry.progId));
+        Plant(scope, Wide(entry.progId), L"EditFlags", L"1");
+        Plant(scope, Wide(entry.progId) + L"\\CurVer", nullptr, Wide(entry.progId) + L".1");
+    }
+    const std::wstring library = L"TypeLib\\" + Wide(dll.library.id);
+    Plant(scope, library + L"\\1.0\\0\\win32", nullptr, L"C:\\Old\\" + std::wstring(dll.file));
+    Plant(scope, library + L"\\0.9\\9\\win32", nullptr, L"C:\\Older\\" + std::wstring(dll.file));
+    const DWORD number = 4711;
+    EXPECT_EQ(ERROR_SUCCESS, RegSetKeyValueW(Root(scope), (kClasses + library + L"\\1.0\\FLAGS").c_str(),
+                                             L"Number", REG_DWORD, &number, sizeof number));
+    const std::wstring face = L"Interface\\" + Wide(dll.library.interfaces.front().id);
+    Plant(scope, face, nullptr, L"IOfLongAgo");
+    Plant(scope, face + L"\\NumMethods", nullptr, L"12");
+}
+
+} // namespace package

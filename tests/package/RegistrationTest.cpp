@@ -1,0 +1,145 @@
+// What a registration writes, for the machine and for the user, and that
+// nothing of it stays behind.
+
+#include "tests/package/Dll.h"
+
+namespace package {
+
+namespace {
+
+struct Case {
+    const char* name;
+    const DllFacts& (*facts)();
+    Scope scope;
+};
+
+void PrintTo(const Case& entry, std::ostream* out) {
+    *out << entry.name;
+}
+
+class RegistrationTest : public RegistryTest, public ::testing::WithParamInterface<Case> {
+  protected:
+    Scope InScope() const { return GetParam().scope; }
+    const Dll& Subject() const { return GetParam().facts == &Component ? component : hostServices; }
+    Lines Complete() const { return Registration(Subject().Facts(), InScope(), Subject().Path(), true); }
+    /// What a snapshot has more than before is the registration and nothing else.
+    void ExpectComplete() const {
+        const Lines after = Snapshot();
+        EXPECT_EQ("", Difference(Added(before, Complete()), Added(before, after)));
+        EXPECT_EQ(Lines(), Added(after, before)) << "something that was there is gone";
+    }
+    std::wstring Options(const wchar_t* other = L"") const {
+        return std::wstring(other) + (InScope() == Scope::User ? L" /n /i:user" : L"");
+    }
+};
+
+TEST_P(RegistrationTest, WritesTheseKeysAndNoOther) {
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    ExpectComplete();
+    EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
+}
+
+TEST_P(RegistrationTest, TwiceIsAsGoodAsOnce) {
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    ExpectComplete();
+    EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
+    EXPECT_EQ("", Difference(before, Snapshot()));
+    EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
+}
+
+TEST_P(RegistrationTest, ReplacesWhatAnOlderVersionLeft) {
+    PlantOlderInstall(Subject().Facts(), InScope());
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    ExpectComplete();
+    EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
+}
+
+TEST_P(RegistrationTest, TakesAwayWhatAnOlderVersionLeft) {
+    PlantOlderInstall(Subject().Facts(), InScope());
+    EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
+}
+
+TEST_P(RegistrationTest, IsDoneByRegsvr32) {
+    EXPECT_EQ(0U, Regsvr32(Options(), Subject().Path()));
+    ExpectComplete();
+    EXPECT_EQ(0U, Regsvr32(Options(), Subject().Path()));
+    ExpectComplete();
+    EXPECT_EQ(0U, Regsvr32(Options(L"/u"), Subject().Path()));
+    EXPECT_EQ("", Difference(before, Snapshot()));
+    EXPECT_EQ(0U, Regsvr32(Options(L"/u"), Subject().Path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationTest,
+                         ::testing::Values(Case{"ComponentForTheMachine", &Component, Scope::Machine},
+                                           Case{"ComponentForTheUser", &Component, Scope::User},
+                                           Case{"HostServicesForTheMachine", &HostServices, Scope::Machine},
+                                           Case{"HostServicesForTheUser", &HostServices, Scope::User}),
+                         [](const auto& entry) { return std::string(entry.param.name); });
+
+/// Both DLLs, which carry the same library of host interfaces.
+class TwoDllsTest : public RegistryTest {
+  protected:
+    /// The first registered the host interfaces and keeps them.
+    Lines BothOf(const Dll& first, const Dll& second) const {
+        Lines lines = Registration(first.Facts(), Scope::Machine, first.Path(), true);
+        lines.merge(Registration(second.Facts(), Scope::Machine, second.Path(), false));
+        return Added(before, lines);
+    }
+    void ExpectAdded(const Lines& lines) const {
+        EXPECT_EQ("", Difference(lines, Added(before, Snapshot(Scope::Machine))));
+    }
+};
+
+TEST_F(TwoDllsTest, TheFirstKeepsTheHostInterfaces) {
+    for (const auto& [first, second] :
+         {std::pair(&component, &hostServices), std::pair(&hostServices, &component)}) {
+        ASSERT_EQ(S_OK, first->Register(Scope::Machine));
+        ASSERT_EQ(S_OK, second->Register(Scope::Machine));
+        ExpectAdded(BothOf(*first, *second));
+        EXPECT_EQ(S_OK, second->Unregister(Scope::Machine));
+        ExpectAdded(Added(before, Registration(first->Facts(), Scope::Machine, first->Path(), true)));
+        EXPECT_EQ(S_OK, first->Unregister(Scope::Machine));
+        ExpectAdded({});
+    }
+}
+
+TEST_F(TwoDllsTest, GoInAnyOrder) {
+    ASSERT_EQ(S_OK, component.Register(Scope::Machine));
+    ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
+    EXPECT_EQ(S_OK, component.Unregister(Scope::Machine));
+    ExpectAdded(Added(before, Registration(HostServices(), Scope::Machine, hostServices.Path(), false)));
+    EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
+}
+
+TEST_F(TwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
+    const std::wstring other = L"{22222222-0000-0000-0000-000000000000}";
+    wchar_t file[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, file, MAX_PATH);
+    Plant(Scope::Machine, L"CLSID\\" + other + L"\\InprocServer32", nullptr, file);
+    Plant(Scope::Machine, L"UnitManager.Converter\\CLSID", nullptr, other);
+    const Lines planted = Snapshot(Scope::Machine);
+
+    ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
+    const Lines after = Snapshot(Scope::Machine);
+    EXPECT_EQ("1 {22222222-0000-0000-0000-000000000000}", after.at("HKLM UnitManager.Converter\\CLSID : "));
+    EXPECT_EQ("1 {531B7FAE-4B4B-483B-9F6E-4216D9B72AB4}", after.at("HKLM OrvHost.Project\\CLSID : "));
+    EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
+    EXPECT_EQ("", Difference(planted, Snapshot(Scope::Machine)));
+
+    Clear(Scope::Machine, L"UnitManager.Converter");
+    Clear(Scope::Machine, L"CLSID\\" + other);
+}
+
+TEST_F(TwoDllsTest, OnlyTheTextUserIsForTheUser) {
+    const Lines machine = Added(before, Registration(Component(), Scope::Machine, component.Path(), true));
+    for (const wchar_t* const text : {static_cast<const wchar_t*>(nullptr), L"", L"machine", L"user "}) {
+        ASSERT_EQ(S_OK, component.Install(TRUE, text));
+        EXPECT_EQ("", Difference(machine, Added(before, Snapshot())));
+        EXPECT_EQ(S_OK, component.Install(FALSE, text));
+    }
+}
+
+} // namespace
+
+} // namespace package

@@ -1,0 +1,61 @@
+#include "tests/package/RegistryFault.h"
+
+namespace package {
+
+namespace {
+
+RegistryFault* current = nullptr;
+
+template <class F>
+const void* Address(F* function) {
+    return reinterpret_cast<const void*>(function);
+}
+
+} // namespace
+
+RegistryFault::RegistryFault(HMODULE dll, int number, Kind kind)
+    : number_(number)
+    , kind_(kind)
+    , createKey_(dll, "RegCreateKeyExW", Address(&RegistryFault::CreateKey))
+    , setValue_(dll, "RegSetValueExW", Address(&RegistryFault::SetValue))
+    , deleteTree_(dll, "RegDeleteTreeW", Address(&RegistryFault::DeleteTree))
+    , deleteKey_(dll, "RegDeleteKeyW", Address(&RegistryFault::DeleteKey)) {
+    current = this;
+}
+
+RegistryFault::~RegistryFault() {
+    current = nullptr;
+}
+
+bool RegistryFault::IsComplete() const noexcept {
+    return createKey_.IsImported() && setValue_.IsImported() && deleteTree_.IsImported() &&
+           deleteKey_.IsImported();
+}
+
+bool RegistryFault::Fails() noexcept {
+    ++writes_;
+    return number_ != 0 && (kind_ == Kind::Once ? writes_ == number_ : writes_ >= number_);
+}
+
+LSTATUS WINAPI RegistryFault::CreateKey(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR type, DWORD options,
+                                        REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* result,
+                                        DWORD* disposition) {
+    return current->Fails()
+               ? ERROR_ACCESS_DENIED
+               : RegCreateKeyExW(key, path, reserved, type, options, access, security, result, disposition);
+}
+
+LSTATUS WINAPI RegistryFault::SetValue(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
+                                       DWORD size) {
+    return current->Fails() ? ERROR_ACCESS_DENIED : RegSetValueExW(key, name, reserved, type, data, size);
+}
+
+LSTATUS WINAPI RegistryFault::DeleteTree(HKEY key, LPCWSTR path) {
+    return current->Fails() ? ERROR_ACCESS_DENIED : RegDeleteTreeW(key, path);
+}
+
+LSTATUS WINAPI RegistryFault::DeleteKey(HKEY key, LPCWSTR path) {
+    return current->Fails() ? ERROR_ACCESS_DENIED : RegDeleteKeyW(key, path);
+}
+
+} // namespace package
