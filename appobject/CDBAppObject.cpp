@@ -5,6 +5,8 @@
 #include "common/Numbers.h"
 #include "points/PointKeys.h"
 
+#include <algorithm>
+
 namespace tam {
 
 namespace {
@@ -22,12 +24,8 @@ bool AnyNameBegins(const com::Ref<Collection>& collection, const std::wstring& p
     if (!collection) {
         return false;
     }
-    for (const auto& point : collection->All()) {
-        if (point->PointName().starts_with(prefix)) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(collection->All(),
+                               [&](const auto& point) { return point->PointName().starts_with(prefix); });
 }
 
 } // namespace

@@ -163,7 +163,7 @@ std::wstring XmlOf(const dom::Document& document) {
 } // namespace
 
 dom::Document CDBAppObject::BuildExport() const {
-    const dom::Document document = dom::NewDocument(dom::kDocumentClass);
+    dom::Document document = dom::NewDocument(dom::kDocumentClass);
     const dom::Element root = dom::Append(document, dom::Node(document), kRoot);
     dom::SetAttribute(root, kDevAddr, address_);
     dom::SetAttribute(root, kAppId, applicationId_);

@@ -69,7 +69,7 @@ class Variant {
     }
 
   private:
-    VARIANT value_;
+    VARIANT value_{};
 };
 
 /// Writes a result through a COM out pointer that has been checked.

@@ -81,7 +81,7 @@ bool frmCPModif5::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&
         return false;
     }
     // Of the static controls only a bit takes the focus.
-    const auto context = reinterpret_cast<HDC>(wParam);
+    auto* const context = reinterpret_cast<HDC>(wParam);
     SetTextColor(context, GetSysColor(COLOR_HIGHLIGHTTEXT));
     SetBkColor(context, GetSysColor(COLOR_HIGHLIGHT));
     result = reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_HIGHLIGHT));
