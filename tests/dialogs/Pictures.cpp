@@ -50,8 +50,8 @@ void WriteBitmap(const std::wstring& path, const BITMAPINFOHEADER& header, const
 /// The window as it stands on the screen, frame and title included.
 void Take(const Shown& dialog, const wchar_t* name) {
     const HWND window = dialog.Window();
-    SetForegroundWindow(window); // so that its title is that of the active window
     Settle(window);
+    SendMessageW(window, WM_NCACTIVATE, TRUE, 0); // the title of the active window, whatever the desktop did
     RECT place{};
     GetWindowRect(window, &place);
     BITMAPINFOHEADER header{};
