@@ -27,7 +27,7 @@ build_packages=(
     python3                    # counts test results
 )
 check_packages=(
-    clang                      # ./tam fuzz
+    clang                      # ./tam fuzz, and the second compiler
     clang-format
     clang-tidy
     cppcheck
