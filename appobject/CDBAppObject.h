@@ -4,6 +4,7 @@
 #include "points/CDBAttributes.h"
 #include "points/CDBInputs.h"
 #include "points/CDBOutputs.h"
+#include "points/DefaultValues.h"
 #include "points/PointOwner.h"
 
 #include <O_Tam_id.h>
@@ -120,7 +121,9 @@ class CDBAppObject final
     short OwnerExportIndex() const override { return exportIndex_; }
     com::Ref<IDispatch> OwnerUnitsManager() const override { return unitsManager_; }
     com::Ref<IDispatch> HostParent() const override { return parent_; }
-    dom::Document OwnerDefinition() const override { return definition_; }
+    std::optional<std::wstring> OwnerDefaultValue(const std::wstring& attribute) const override {
+        return defaultValues_.Find(attribute);
+    }
 
     // Definition
     bool LoadDefinition(const std::wstring& name);
@@ -141,6 +144,8 @@ class CDBAppObject final
 
     com::Ref<IDispatch> parent_;
     dom::Document definition_;
+    /// Of the definition document; fills itself when asked.
+    mutable DefaultValues defaultValues_;
     com::Ref<IDispatch> ownerDeviceXml_;
     std::wstring definitionName_;
     bool plugInAvailable_ = false;

@@ -86,6 +86,7 @@ STDMETHODIMP CDBAppObject::Init(BSTR name, VARIANT_BOOL* value) {
 
 bool CDBAppObject::LoadDefinition(const std::wstring& name) {
     definitionName_ = name;
+    defaultValues_ = DefaultValues();
     definition_ = dom::NewDocument(dom::kDefinitionDocumentClass);
     const com::Variant file{std::wstring_view(State().AppPath + name + L".xml")};
     VARIANT_BOOL done = VARIANT_FALSE;
@@ -99,6 +100,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
             YieldToHost();
         }
     }
+    defaultValues_ = DefaultValues(definition_);
     plugInAvailable_ = false;
     GetBasicInfos();
     return true;

@@ -58,7 +58,7 @@ std::wstring Flag(bool value) {
 /// A flag that a definition gives as text: "1" for every text that means true.
 std::wstring Flag(const std::wstring& text) {
     bool value = false;
-    com::Attempt([&] { value = com::BoolOf(text); });
+    com::Attempt([&] { value = com::BoolIn(text).value_or(false); });
     return Flag(value);
 }
 
@@ -154,10 +154,10 @@ void DumpIfAsked(const dom::Document& document, const std::wstring& devKey, shor
     });
 }
 
-std::wstring XmlOf(const dom::Document& document) {
+com::Bstr XmlOf(const dom::Document& document) {
     com::Bstr text;
     com::Check(document->get_xml(text.Put()));
-    return std::wstring(text.View());
+    return text;
 }
 
 } // namespace
@@ -189,7 +189,7 @@ STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
             com::Attempt([&] {
                 const dom::Document document = BuildExport();
                 DumpIfAsked(document, devKey_, tamObjectId_);
-                stream = XmlOf(document);
+                stream = XmlOf(document).View();
             });
             TakeSizes({}, {});
             return stream;
@@ -208,7 +208,7 @@ STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
 void CDBAppObject::CompileExport(IDispatch& compiler, std::wstring& stream) {
     const dom::Document document = BuildExport();
     DumpIfAsked(document, devKey_, tamObjectId_);
-    com::Bstr text(XmlOf(document));
+    com::Bstr text = XmlOf(document);
     com::Bstr cdb(L"");
     com::Bstr ddb(L"");
     std::array<VARIANT, 3> arguments{com::ByReference(text), com::ByReference(cdb), com::ByReference(ddb)};

@@ -105,7 +105,7 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
     const dom::Node container(dom::Append(document, element, kOutputs));
     for (const com::Ref<CDBOutput>& output : outputs) {
         if (isDisplayable(output)) {
-            dom::AddAttribute(dom::Append(document, container, output->PointName()), kIsDisplayable, L"1");
+            dom::SetAttribute(dom::Append(document, container, output->PointName()), kIsDisplayable, L"1");
         }
     }
 }
@@ -169,7 +169,7 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
             for (const com::Ref<CDBOutput>& output : outputs_->All()) {
                 const dom::Element node = dom::Append(target, container, output->PointName());
                 if (output->IsDisplayable()) {
-                    dom::AddAttribute(node, kIsDisplayable, L"1");
+                    dom::SetAttribute(node, kIsDisplayable, L"1");
                 }
                 dom::AppendText(target, dom::Node(node), kOutputType, output->CompatibleId());
                 dom::AppendText(target, dom::Node(node), kLogicalAddress, output->LogicalAddress());

@@ -104,6 +104,18 @@ bool BoolOf(std::wstring_view text) {
     return value != VARIANT_FALSE;
 }
 
+std::optional<bool> BoolIn(std::wstring_view text) {
+    if (text.empty() || text.find(L'\0') != std::wstring_view::npos) {
+        return std::nullopt;
+    }
+    VARIANT_BOOL value = VARIANT_FALSE;
+    const HRESULT result = VarBoolFromStr(std::wstring(text).data(), LOCALE_USER_DEFAULT, 0, &value);
+    if (result == E_OUTOFMEMORY) {
+        throw std::bad_alloc();
+    }
+    return SUCCEEDED(result) ? std::optional(value != VARIANT_FALSE) : std::nullopt;
+}
+
 std::wstring TextOf(double number) {
     Bstr text;
     CheckConversion(VarBstrFromR8(number, LOCALE_USER_DEFAULT, 0, text.Put()));

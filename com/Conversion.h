@@ -6,6 +6,7 @@
 
 #include <oleauto.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -121,6 +122,8 @@ void Empty(I** out) noexcept {
 long LongOf(std::wstring_view text);
 std::uint8_t ByteOf(std::wstring_view text);
 bool BoolOf(std::wstring_view text);
+/// As BoolOf; nothing for a text that it refuses. Throws std::bad_alloc alone.
+std::optional<bool> BoolIn(std::wstring_view text);
 /// A number in the user's locale, as the platform shows it by default.
 std::wstring TextOf(double number);
 /// "True" or "False", whatever the locale.

@@ -27,18 +27,6 @@ bool IsText(const Node& node) {
     return type == NODE_TEXT || type == NODE_CDATA_SECTION;
 }
 
-/// The DOM trims the text that it gives of a node; a text node's own value is
-/// what the document says.
-std::wstring PlainText(const Node& node) {
-    return IsText(node) ? ValueOf(node) : TextOf(node);
-}
-
-Node FirstChild(const Node& node) {
-    Node child;
-    Check(node->get_firstChild(child.Put()));
-    return child;
-}
-
 } // namespace
 
 const CLSID kDefinitionDocumentClass = {
@@ -106,6 +94,12 @@ std::wstring ValueOf(const Node& node) {
     return VariantText(value.Get());
 }
 
+// The DOM trims the text that it gives of a node; a text node's own value is
+// what the document says.
+std::wstring PlainText(const Node& node) {
+    return IsText(node) ? ValueOf(node) : TextOf(node);
+}
+
 std::wstring FirstChildText(const Node& node) {
     const Node child = FirstChild(node);
     CheckFound(child);
@@ -132,15 +126,41 @@ DOMNodeType TypeOf(const Node& node) {
     return type;
 }
 
+bool HasNamespace(const Node& node) {
+    Bstr text;
+    Check(node->get_namespaceURI(text.Put()));
+    if (!text.View().empty()) {
+        return true;
+    }
+    Check(node->get_prefix(text.Put()));
+    return !text.View().empty();
+}
+
+Node ParentOf(const Node& node) {
+    Node parent;
+    Check(node->get_parentNode(parent.Put()));
+    return parent;
+}
+
+Node FirstChild(const Node& node) {
+    Node child;
+    Check(node->get_firstChild(child.Put()));
+    return child;
+}
+
+Node NextSibling(const Node& node) {
+    Node next;
+    Check(node->get_nextSibling(next.Put()));
+    return next;
+}
+
 bool AnyChild(const Node& parent, const std::function<bool(const Node&)>& fits) {
     Node child = FirstChild(parent);
     while (child) {
         if (fits(child)) {
             return true;
         }
-        Node next;
-        Check(child->get_nextSibling(next.Put()));
-        child = std::move(next);
+        child = NextSibling(child);
     }
     return false;
 }
@@ -197,6 +217,21 @@ Node FirstByTagName(const Document& document, const std::wstring& path) {
     return node;
 }
 
+void ForEachByTagName(const Document& document, const std::wstring& path,
+                      const std::function<void(const Node&)>& visit) {
+    Ref<IXMLDOMNodeList> list;
+    Check(document->getElementsByTagName(Bstr(path).Get(), list.Put()));
+    CheckSet(list.Get());
+    for (;;) {
+        Node node;
+        Check(list->nextNode(node.Put()));
+        if (!node) {
+            return;
+        }
+        visit(node);
+    }
+}
+
 Node Select(const Node& from, const std::wstring& path) {
     Node node;
     Check(from->selectSingleNode(Bstr(path).Get(), node.Put()));
@@ -228,19 +263,6 @@ Element AppendText(const Document& document, const Node& parent, const std::wstr
 Element AppendField(const Document& document, const Node& parent, const std::wstring& name,
                     const std::wstring& text) {
     return text == kNoTextField ? Append(document, parent, name) : AppendText(document, parent, name, text);
-}
-
-void AddAttribute(const Element& element, const std::wstring& name, const std::wstring& text) {
-    Ref<IXMLDOMDocument> owner;
-    Check(element->get_ownerDocument(owner.Put()));
-    CheckSet(owner.Get());
-    Ref<IXMLDOMAttribute> attribute;
-    Check(owner->createAttribute(Bstr(name).Get(), attribute.Put()));
-    Check(attribute->put_text(Bstr(text).Get()));
-    Ref<IXMLDOMNamedNodeMap> attributes;
-    Check(element->get_attributes(attributes.Put()));
-    CheckSet(attributes.Get());
-    Check(attributes->setNamedItem(attribute.Get(), nullptr));
 }
 
 void SetAttribute(const Element& element, const std::wstring& name, const std::wstring& text) {

@@ -58,6 +58,9 @@ std::wstring FirstChildTextOrEmpty(const Node& node);
 /// that is no text.
 std::wstring FirstChildValue(const Node& node);
 
+/// A text node's own value; of any other node its text, as the DOM gives it.
+std::wstring PlainText(const Node& node);
+
 DOMNodeType TypeOf(const Node& node);
 inline bool IsComment(const Node& node) {
     return TypeOf(node) == NODE_COMMENT;
@@ -65,6 +68,14 @@ inline bool IsComment(const Node& node) {
 inline bool IsElement(const Node& node) {
     return TypeOf(node) == NODE_ELEMENT;
 }
+
+/// True for an element that has a namespace or a prefix.
+bool HasNamespace(const Node& node);
+
+// Empty when there is none.
+Node ParentOf(const Node& node);
+Node FirstChild(const Node& node);
+Node NextSibling(const Node& node);
 
 /// Whether a child fits. Asks in document order and goes no further than the
 /// first that does.
@@ -84,6 +95,9 @@ std::optional<std::wstring> Attribute(const Node& element, const std::wstring& n
 /// First node that the element-by-tag-name query of the document returns for
 /// a name or a path; empty when there is none.
 Node FirstByTagName(const Document& document, const std::wstring& path);
+/// Calls visit for each node that this query returns, in document order.
+void ForEachByTagName(const Document& document, const std::wstring& path,
+                      const std::function<void(const Node&)>& visit);
 /// Single node selected by a path from a node; empty when there is none.
 Node Select(const Node& from, const std::wstring& path);
 /// Text of the node at a path. "Object not set" when there is none.
@@ -100,9 +114,7 @@ Element AppendField(const Document& document, const Node& parent, const std::wst
                     const std::wstring& text);
 inline constexpr std::wstring_view kNoTextField = L"NoTextField";
 
-/// Sets an attribute through a node made on the element's owner document.
-void AddAttribute(const Element& element, const std::wstring& name, const std::wstring& text);
-/// Sets an attribute of an element of one's own.
+/// Sets an attribute of an element.
 void SetAttribute(const Element& element, const std::wstring& name, const std::wstring& text);
 
 } // namespace tam::dom

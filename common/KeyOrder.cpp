@@ -58,11 +58,15 @@ std::size_t KeyOrder::Erase(std::size_t position) {
 }
 
 void KeyOrder::Move(std::size_t from, std::size_t to) {
-    const std::size_t slot = SlotAt(from);
+    SlotAt(from);
     SlotAt(to);
-    order_.erase(order_.begin() + Offset(from));
-    // Never past the capacity, so that this cannot fail.
-    order_.insert(order_.begin() + Offset(to), slot);
+    // One shift of what lies between.
+    const auto begin = order_.begin();
+    if (to < from) {
+        std::rotate(begin + Offset(to), begin + Offset(from), begin + Offset(from) + 1);
+    } else {
+        std::rotate(begin + Offset(from), begin + Offset(from) + 1, begin + Offset(to) + 1);
+    }
 }
 
 } // namespace tam

@@ -77,6 +77,11 @@ class KeyedCollection {
     /// The key as it was given to Add. "Subscript out of range" past the end.
     std::wstring_view KeyAt(std::size_t zeroBased) const { return order_.KeyAt(zeroBased); }
 
+    /// 1-based position of a key; 0 when it is absent. Walks the order.
+    std::size_t PositionOfKey(std::wstring_view key) const {
+        const auto slot = order_.SlotOf(key);
+        return slot ? order_.PositionOfSlot(*slot) + 1 : 0;
+    }
     /// First 1-based position of an equal item; 0 when there is none. Walks
     /// the collection.
     std::size_t PositionOf(const T& item) const {

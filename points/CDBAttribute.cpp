@@ -31,14 +31,6 @@ std::wstring TrimBlanks(const std::wstring& text) {
                                        : text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
-/// The default value that the definition document holds for an attribute.
-std::wstring DefaultValueOf(const dom::Document& definition, const std::wstring& name) {
-    com::CheckSet(definition.Get());
-    const dom::Node node = dom::FirstByTagName(definition, L"Tam/Attributes/" + name + L"/DefaultValue");
-    com::CheckSet(node.Get());
-    return dom::FirstChildText(node);
-}
-
 } // namespace
 
 void CDBAttribute::SetSNVTName(const std::wstring& name) {
@@ -52,6 +44,9 @@ void CDBAttribute::SetSNVTName(const std::wstring& name) {
 
 void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
     using com::Attempt;
+    // A type that was read whole needs no second reading: no message of the
+    // host comes in between that could change the catalogue.
+    bool isTypeRead = false;
     const auto readChild = [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));
         if (keyword == kDescription) {
@@ -59,9 +54,10 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
         } else if (keyword == kVisible) {
             visible_ = true;
         } else if (keyword == kSnvtType) {
+            isTypeRead = false;
             Attempt([&] { typeName_ = dom::FirstChildText(child); });
             type_ = CSNVTType::Make();
-            type_->SetId(typeName_);
+            isTypeRead = type_->SetId(typeName_);
         } else if (keyword == kLogicalAddress) {
             logicalAddress_ = dom::FirstChildText(child);
         } else if (keyword == kIsPermanent) {
@@ -74,11 +70,18 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
         dom::ForEachChildButComments(element,
                                      [&](const dom::Node& child) { Attempt([&] { readChild(child); }); });
     });
-    Attempt([&] { RequiredType().SetId(typeName_); });
+    if (!type_) {
+        return;
+    }
+    if (!isTypeRead) {
+        type_->SetId(typeName_);
+    }
     Attempt([&] {
-        if (RequiredType().IsNumeric()) {
-            const auto text = DefaultValueOf(OwnerOf(owner_).OwnerDefinition(), dom::BaseName(element));
-            defaultValue_ = UnlocalizeValue(text);
+        if (type_->IsNumeric()) {
+            const auto text = OwnerOf(owner_).OwnerDefaultValue(dom::BaseName(element));
+            if (text) {
+                defaultValue_ = UnlocalizeValue(*text);
+            }
         }
     });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Object.h"
+#include "common/Dom.h"
 #include "points/CCompatibleSNVTs.h"
 #include "points/PointOwner.h"
 

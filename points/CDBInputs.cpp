@@ -52,7 +52,7 @@ void CDBInputs::CheckPosition(const com::Ref<CDBInput>& input, std::size_t wante
 
 std::size_t CDBInputs::GetPosition(const com::Ref<CDBInput>& input) const noexcept {
     std::size_t position = 0;
-    Trap(kModule, L"Sub pGetPosition", [&] { position = items_.All().PositionOf(input); });
+    Trap(kModule, L"Sub pGetPosition", [&] { position = items_.All().PositionOfKey(input->PointName()); });
     return position;
 }
 

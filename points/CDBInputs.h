@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Object.h"
+#include "common/Dom.h"
 #include "points/CDBInput.h"
 #include "points/PointItems.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Object.h"
+#include "common/Dom.h"
 #include "points/CCompatibleSNVT.h"
 #include "points/PointOwner.h"
 #include "types/CSNVTType.h"

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "com/Boundary.h"
 #include "com/Ref.h"
-#include "common/Dom.h"
 
 #include <OrvDBFaces.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tam {
@@ -20,8 +21,9 @@ class PointOwner {
     virtual com::Ref<IDispatch> OwnerUnitsManager() const = 0;
     /// The host object that the application object belongs to; may be empty.
     virtual com::Ref<IDispatch> HostParent() const = 0;
-    /// The definition document; empty before Init.
-    virtual dom::Document OwnerDefinition() const = 0;
+    /// The default value that the definition document holds for an attribute;
+    /// none before Init.
+    virtual std::optional<std::wstring> OwnerDefaultValue(const std::wstring& attribute) const = 0;
 
   protected:
     ~PointOwner() = default;

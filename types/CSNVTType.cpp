@@ -42,36 +42,39 @@ dom::Node FindEntry(const std::wstring& id) {
 /// A failure inside one of the two value reads ends that read alone and is
 /// shown in a plain box.
 template <class F>
-void ReadOrShow(const wchar_t* procedure, F&& read) {
+bool ReadOrShow(const wchar_t* procedure, F&& read) {
     const auto failure = com::Attempt(std::forward<F>(read));
     if (failure) {
         ShowBox(L"Error " + std::to_wstring(failure->Number()) + L" (" + failure->Description() +
                     L") in procedure " + procedure + L" of Class Module CSNVTType",
                 ComponentTitle());
     }
+    return !failure;
 }
 
 } // namespace
 
-void CSNVTType::SetId(const std::wstring& id) noexcept {
+bool CSNVTType::SetId(const std::wstring& id) noexcept {
+    bool isClean = true;
     const auto failure = com::Attempt([&] {
         if (TrimBlanks(id).empty()) {
             genType_ = L"Enum";
             return;
         }
-        ReadEntry(id);
+        isClean = ReadEntry(id);
     });
     if (failure) {
         com::Attempt([&] { Report(*failure, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'"); });
     }
+    return isClean && !failure;
 }
 
-void CSNVTType::ReadEntry(const std::wstring& id) {
+bool CSNVTType::ReadEntry(const std::wstring& id) {
     const dom::Node entry = FindEntry(id);
     if (!entry) {
         ShowBox(L"Can't find the node related to SNVT ID " + id, L"O_Tam_id-CSNVTType::ID [Property Let]",
                 MB_ICONSTOP);
-        return;
+        return false;
     }
     dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& text) {
         const std::wstring keyword = UpperCase(name);
@@ -81,76 +84,86 @@ void CSNVTType::ReadEntry(const std::wstring& id) {
             z3Region_ = ToInt32(Val(text));
         }
     });
-    dom::ForEachChildButComments(entry, [&](const dom::Node& child) {
-        const std::wstring keyword = UpperCase(dom::BaseName(child));
+    bool isClean = true;
+    CatalogueFields fields(entry);
+    fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
         if (keyword == L"NAME") {
-            name_ = dom::TextOf(child);
+            name_ = fields.Text(field);
         } else if (keyword == L"TYPE") {
-            genType_ = dom::TextOf(child);
-            ReadGeneralType(entry, id);
+            genType_ = fields.Text(field);
+            isClean = ReadGeneralType(fields, id) && isClean;
         }
     });
     // Last, so that a report on the way names the identifier held before.
     id_ = id;
+    return isClean;
 }
 
-void CSNVTType::ReadGeneralType(const dom::Node& entry, const std::wstring& id) {
+bool CSNVTType::ReadGeneralType(CatalogueFields& fields, const std::wstring& id) {
     if (genType_ == L"Enum") {
         luiType_ = L"Logic";
         length_ = 1;
-    } else if (genType_ == L"Struct") {
-        luiType_ = L"Invalid";
-    } else if (genType_ == L"Float") {
-        luiType_ = L"Float";
-        ReadNumeric(entry);
-    } else if (genType_ == L"Textual") {
-        luiType_ = L"Textual";
-        ReadTextual(entry);
-    } else if (genType_ == L"SignedNumeric" || genType_ == L"UnsignedNumeric" || genType_ == L"Bitfield") {
-        luiType_ = L"Numeric";
-        ReadNumeric(entry);
-    } else {
-        ShowBox(L"Error: SNVT_" + id + L" has a bad type", L"O_Tam_ID.CSNVTType::ID", MB_ICONSTOP);
+        return true;
     }
+    if (genType_ == L"Struct") {
+        luiType_ = L"Invalid";
+        return true;
+    }
+    if (genType_ == L"Float") {
+        luiType_ = L"Float";
+        return ReadNumeric(fields);
+    }
+    if (genType_ == L"Textual") {
+        luiType_ = L"Textual";
+        return ReadTextual(fields);
+    }
+    if (genType_ == L"SignedNumeric" || genType_ == L"UnsignedNumeric" || genType_ == L"Bitfield") {
+        luiType_ = L"Numeric";
+        return ReadNumeric(fields);
+    }
+    ShowBox(L"Error: SNVT_" + id + L" has a bad type", L"O_Tam_ID.CSNVTType::ID", MB_ICONSTOP);
+    return false;
 }
 
-void CSNVTType::ReadNumeric(const dom::Node& entry) {
-    ReadOrShow(L"pGetNumeric", [&] {
-        dom::ForEachChildButComments(entry, [&](const dom::Node& child) {
-            const std::wstring keyword = UpperCase(dom::BaseName(child));
+bool CSNVTType::ReadNumeric(CatalogueFields& fields) {
+    bool hasLength = false;
+    const bool isRead = ReadOrShow(L"pGetNumeric", [&] {
+        fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
             if (keyword == L"UNIT") {
-                units_ = dom::TextOf(child);
+                units_ = fields.Text(field);
             } else if (keyword == L"BACNETUNIT") {
-                bacnetUnits_ = dom::TextOf(child);
+                bacnetUnits_ = fields.Text(field);
             } else if (keyword == L"MIN") {
-                min_ = LocalForm(dom::TextOf(child));
+                min_ = LocalForm(fields.Text(field));
             } else if (keyword == L"MAX") {
-                max_ = LocalForm(dom::TextOf(child));
+                max_ = LocalForm(fields.Text(field));
             } else if (keyword == L"LENGTH") {
-                length_ = com::LongOf(dom::TextOf(child));
+                length_ = com::LongOf(fields.Text(field));
             } else if (keyword == L"A_COEF") {
-                aCoef_ = com::LongOf(dom::TextOf(child));
+                aCoef_ = com::LongOf(fields.Text(field));
             } else if (keyword == L"B_COEF") {
-                bCoef_ = com::LongOf(dom::TextOf(child));
+                bCoef_ = com::LongOf(fields.Text(field));
             } else if (keyword == L"C_COEF") {
-                cCoef_ = com::LongOf(dom::TextOf(child));
+                cCoef_ = com::LongOf(fields.Text(field));
             } else if (keyword == L"INVALIDVALUE") {
-                invalidValue_ = dom::TextOf(child);
+                invalidValue_ = fields.Text(field);
             }
         });
-        if (length_ == 0) {
+        hasLength = length_ != 0;
+        if (!hasLength) {
             // The identifier shown is the one held so far: the new one is taken over last.
             ShowBox(L"Error: SNVT_" + id_ + L" has a bad Length", L"O_Tam_id.CSNVTType::pGetNumeric",
                     MB_ICONSTOP);
         }
     });
+    return isRead && hasLength;
 }
 
-void CSNVTType::ReadTextual(const dom::Node& entry) {
-    ReadOrShow(L"pGetTextual", [&] {
-        dom::ForEachChildButComments(entry, [&](const dom::Node& child) {
-            if (UpperCase(dom::BaseName(child)) == L"LENGTH") {
-                length_ = com::LongOf(dom::TextOf(child));
+bool CSNVTType::ReadTextual(CatalogueFields& fields) {
+    return ReadOrShow(L"pGetTextual", [&] {
+        fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
+            if (keyword == L"LENGTH") {
+                length_ = com::LongOf(fields.Text(field));
             }
         });
     });

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "com/Object.h"
-#include "common/Dom.h"
+#include "types/CatalogueFields.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
@@ -21,8 +21,9 @@ class CSNVTType final : public com::DualObject<CSNVTType, ISNVType, IEnumType> {
     /// Looks the identifier up and takes over what the catalogue says of it.
     /// What goes wrong is shown in boxes or a report; nothing is thrown.
     /// Blanks alone make the type an enumeration. Fields that the entry lacks
-    /// keep their values.
-    void SetId(const std::wstring& id) noexcept;
+    /// keep their values. True when nothing was shown: the type then holds all
+    /// that its entry says.
+    bool SetId(const std::wstring& id) noexcept;
     const std::wstring& Id() const noexcept { return id_; }
     const std::wstring& GenType() const noexcept { return genType_; }
     void SetGenType(std::wstring genType) noexcept { genType_ = std::move(genType); }
@@ -55,10 +56,11 @@ class CSNVTType final : public com::DualObject<CSNVTType, ISNVType, IEnumType> {
     STDMETHODIMP get_IsEnumType(VARIANT_BOOL* value) override;
 
   private:
-    void ReadEntry(const std::wstring& id);
-    void ReadGeneralType(const dom::Node& entry, const std::wstring& id);
-    void ReadNumeric(const dom::Node& entry);
-    void ReadTextual(const dom::Node& entry);
+    // True when nothing was shown.
+    bool ReadEntry(const std::wstring& id);
+    bool ReadGeneralType(CatalogueFields& fields, const std::wstring& id);
+    bool ReadNumeric(CatalogueFields& fields);
+    bool ReadTextual(CatalogueFields& fields);
 
     std::wstring enumDesc_;
     std::wstring genType_;

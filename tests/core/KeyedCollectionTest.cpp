@@ -161,6 +161,14 @@ TEST(KeyedCollectionTest, TellsThePositionByIdentity) {
     EXPECT_EQ(collection.PositionOf(std::make_shared<int>(1)), 0u);
 }
 
+TEST(KeyedCollectionTest, TellsThePositionOfAKey) {
+    Texts collection = Letters(L"abc");
+    collection.Move(3, 1);
+    EXPECT_EQ(collection.PositionOfKey(L"Keyc"), 1u);
+    EXPECT_EQ(collection.PositionOfKey(L"KEYA"), 2u);
+    EXPECT_EQ(collection.PositionOfKey(L"b"), 0u);
+}
+
 TEST(KeyedCollectionTest, ReversesManyItems) {
     constexpr std::size_t kCount = 10'000;
     KeyedCollection<std::size_t> collection;

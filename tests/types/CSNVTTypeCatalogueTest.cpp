@@ -164,6 +164,41 @@ TEST_F(CSNVTTypeCatalogueTest, IsReadAsItIsAtEachAssignment) {
     EXPECT_EQ(NameOf(Assigned(L"1")), L"New");
 }
 
+TEST_F(CSNVTTypeCatalogueTest, IsSeenAsTheHostEditsItInPlace) {
+    const auto owner = NewModule();
+    const Document document = Parse(L"<C>" + Entry(L"1", L"<Name>Old</Name>") + L"</C>");
+    EXPECT_EQ(owner->putref_XmlSNVTDoc(document.Get()), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"1")), L"Old");
+    const auto root = Root(document);
+    com::Ref<IXMLDOMNode> first;
+    ASSERT_EQ(root->get_firstChild(first.Put()), S_OK);
+
+    // Another text in the same entry.
+    com::Ref<IXMLDOMNode> name;
+    ASSERT_EQ(first->get_firstChild(name.Put()), S_OK);
+    ASSERT_EQ(name->put_text(com::Bstr(L"New").Get()), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"1")), L"New");
+
+    // An entry of the same name before it: the first one counts.
+    const Document other = Parse(Entry(L"1", L"<Name>Before</Name>"));
+    VARIANT before{};
+    before.vt = VT_UNKNOWN;
+    before.punkVal = first.Get();
+    com::Ref<IXMLDOMNode> added;
+    ASSERT_EQ(root->insertBefore(Root(other).Get(), before, added.Put()), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"1")), L"Before");
+
+    // A new one, and none.
+    const Document second = Parse(Entry(L"2", L"<Name>Two</Name>"));
+    ASSERT_EQ(root->appendChild(Root(second).Get(), nullptr), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"2")), L"Two");
+    ASSERT_EQ(root->removeChild(added.Get(), nullptr), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"1")), L"New");
+    ASSERT_EQ(root->removeChild(first.Get(), nullptr), S_OK);
+    EXPECT_EQ(NameOf(Assigned(L"1")), L"");
+    ExpectNotFound(L"1");
+}
+
 TEST_F(CSNVTTypeCatalogueTest, LeavesTheObjectAsItWasWhenTheEntryIsMissing) {
     SetCatalogue(Entry(L"1",
                        L"<Type>Float</Type><Name>N</Name><Unit>x</Unit><Min>1.5</Min><Length>4</Length>",
