@@ -3,28 +3,44 @@
 #include "tests/support/Read.h"
 
 #include <string>
+#include <vector>
 
 namespace benchmark {
 
 // The work that no implementation of a job can avoid: parsing the same text
-// and reading the same nodes once, or building the same tree, plus one
-// message-loop yield per item where the contract asks for it.
+// and reading the same nodes once, or building and printing the same tree, and
+// one message-loop yield per item where the contract asks for it. The nodes are
+// read and made by the same few helpers that the component has for it; nothing
+// is kept, checked, compared or converted.
 
 /// `count` yields to the message loop.
 void YieldTimes(long count);
 
-/// Parses a device stream, selects its header and reads each point's children.
-/// Points with a type cost one catalogue look-up and one reading of its entry.
-void ReadStream(const std::wstring& stream, const support::Document& catalogue, long yields);
+/// Makes the object behind a ProgID, loads a definition file and reads the
+/// children of its AppObject element.
+void ReadDefinition(const wchar_t* converter, const std::wstring& path);
 
-/// Builds an element with `children` text children below a parent.
-void BuildElement(const support::Document& document, IXMLDOMNode* parent, const wchar_t* name, int children);
+/// Parses a device stream and reads its header and each point's children. For
+/// an output or an attribute one look-up in the catalogue and one reading of
+/// the entry; each default value of the definition is read once.
+void ReadStream(const std::wstring& stream, const support::Document& catalogue,
+                const support::Document& definition, long points);
 
-/// Builds an element with `attributes` attributes below a parent.
-com::Ref<IXMLDOMElement> BuildAttributes(const support::Document& document, IXMLDOMNode* parent,
-                                         const wchar_t* name, int attributes);
-
-/// Reads type, name and text of every child of a node.
-void ReadChildren(IXMLDOMNode* node);
+/// Builds the project element with one displayable output per name, and reads
+/// its fields.
+void BuildProject(const support::Document& document, const std::vector<std::wstring>& outputs);
+/// Reads name and text of each child of the element's first child, a yield each.
+void ReadFlags(const com::Ref<IXMLDOMElement>& element);
+/// Builds the interoperability element of a stream with as many points.
+void BuildInterop(const support::Document& document, const std::vector<std::wstring>& names);
+/// Makes the two host objects and builds and prints the export document of a
+/// stream with as many points. Returns the number of characters printed.
+std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::vector<std::wstring>& names,
+                        const std::wstring& reference);
+/// Makes both keys of every name in the places given, which were empty.
+void MakeKeys(const std::wstring& owner, const std::vector<std::wstring>& names,
+              std::vector<std::wstring>& keys);
+/// Reads type and name of each child, a yield each.
+void ReadNames(const com::Ref<IXMLDOMElement>& element);
 
 } // namespace benchmark
