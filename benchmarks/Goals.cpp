@@ -39,9 +39,8 @@ Finding JudgeGrowth(const Row& small, const Row& large) {
                     kMostGrowth,           "the component's own work"};
     if (!finding.isMet && large.floor > 0) {
         const double floorGrowth = large.FloorPerUnit() / small.FloorPerUnit();
-        if (floorGrowth > kMostGrowth) {
-            finding.reason = Figure("the parser's own work for a point grows ", floorGrowth,
-                                    " times, and so does the floor");
+        if (growth <= kMostGrowth * floorGrowth) {
+            finding.reason = Figure("the floor grows ", floorGrowth, " times by itself");
         }
     }
     return finding;
@@ -52,8 +51,10 @@ Finding JudgeScript(const Row& row) {
     Finding finding{faster >= kLeastFaster, "times faster than the script", row.job, row.points, faster,
                     kLeastFaster,           "the component's own work"};
     if (!finding.isMet && row.floor > 0 && row.script / row.floor < kLeastFaster) {
-        finding.reason = Figure("the floor itself is only ", row.script / row.floor,
-                                " times faster: parser and yields take the rest");
+        finding.reason =
+            Figure("the floor itself is ", row.script / row.floor, " times as fast as the script: ") +
+            (row.yields > 0 ? "the yields, which the script leaves out, and the parser take the rest"
+                            : "the parser takes the rest, for both alike");
     }
     return finding;
 }

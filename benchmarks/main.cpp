@@ -112,6 +112,7 @@ Result Run(const std::wstring& script) {
         for (Row& row : jobs.Run(points)) {
             result.rows.push_back(std::move(row));
         }
+        result.yieldCost = std::min(result.yieldCost, YieldCost());
     }
     return result;
 }

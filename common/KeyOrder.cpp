@@ -28,7 +28,20 @@ std::optional<std::size_t> KeyOrder::SlotOf(std::wstring_view key) const {
 }
 
 std::size_t KeyOrder::PositionOfSlot(std::size_t slot) const noexcept {
-    return static_cast<std::size_t>(std::find(order_.begin(), order_.end(), slot) - order_.begin());
+    // From both ends: an order that is turned round asks for the last one each time.
+    std::size_t low = 0;
+    std::size_t high = order_.size();
+    while (low < high) {
+        if (order_[low] == slot) {
+            return low;
+        }
+        ++low;
+        --high;
+        if (order_[high] == slot) {
+            return high;
+        }
+    }
+    return order_.size();
 }
 
 void KeyOrder::Add(std::wstring_view key) {

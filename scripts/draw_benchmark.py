@@ -110,7 +110,7 @@ def head(drawing, result, scale, bottom):
         x += 6.7 * len(name) + 34
 
     drawing.text(RATIO, TOP - 12, "times floor", 11, QUIET, "end")
-    drawing.text(FASTER, TOP - 12, "faster than script", 11, QUIET, "end")
+    drawing.text(FASTER, TOP - 12, "times as fast as script", 11, QUIET, "end")
     for power in scale.marks():
         x = scale.x(10.0 ** power)
         drawing.line(x, TOP - 4, x, bottom, GRID)
