@@ -172,6 +172,9 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
     EXPECT_EQ(module->Init(com::Bstr(L"Changed").Get(), &done), S_OK);
     EXPECT_EQ(done, isXml);
     const std::size_t reports = Reports();
+    ++tally_[isXml == VARIANT_FALSE ? "definitions, no XML"
+             : reports != 0         ? "definitions, reported"
+                                    : "definitions, read"];
     EXPECT_TRUE(expected.hasObject || reports == 1);
     EXPECT_TRUE(Text(module, &IAppObject::get_UniqueIDString) == L"Changed");
     EXPECT_TRUE(Text(module, &IAppObject::get_Name) == expected.name);
@@ -189,7 +192,9 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
 
 void DocumentFuzzTest::CheckCatalogue(const Input& input) {
     const Document document = NewDocument();
-    if (input.isBuilt || !LoadXml(document, input.text)) {
+    const bool isBuilt = input.isBuilt || !LoadXml(document, input.text);
+    ++tally_[isBuilt ? "catalogues, built" : "catalogues, parsed"];
+    if (isBuilt) {
         const auto root = ElementOf(document, input);
         com::Ref<IXMLDOMNode> appended;
         if (root) {
@@ -211,6 +216,9 @@ void DocumentFuzzTest::CheckStream(const Input& input) {
     const Document document = NewDocument();
     const bool isXml = LoadXml(document, input.text);
     const ExpectedStream expected = StreamOf(document, isXml);
+    ++tally_[!isXml                    ? "streams, no XML"
+             : expected.result == S_OK ? "streams, read"
+                                       : "streams, error " + std::to_string(expected.result & 0xFFFF)];
     const auto module = NewModule();
     EXPECT_EQ(module.As<ITamObject>()->LoadFromXmlStream(com::Bstr(input.text).Get()), expected.result);
     SetErrorInfo(0, nullptr);
@@ -239,6 +247,7 @@ void DocumentFuzzTest::CheckProject(const Input& input) {
     expected.userName = L"Reading room";
     expected.objectId = 3;
     Apply(element, {L"AI1_Out", L"DI1_Out"}, expected);
+    ++tally_[expected.isFaulty ? "projects, reported" : "projects, read"];
     EXPECT_EQ(module->XmlLoad(element.Get()), S_OK);
     EXPECT_EQ(Reports(), expected.isFaulty ? 1u : 0u);
     EXPECT_TRUE(Text(module, &IAppObject::get_UserName) == expected.userName);

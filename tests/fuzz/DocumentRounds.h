@@ -8,6 +8,7 @@
 #include "tests/support/Fixture.h"
 
 #include <array>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -45,6 +46,8 @@ class DocumentFuzzTest : public support::ComponentTest {
     const std::wstring& Folder() const noexcept { return corpus_; }
 
     Watchdog& Dog() { return *watchdog_; }
+    /// How many documents of each kind came to what.
+    const std::map<std::string, unsigned>& Tally() const noexcept { return tally_; }
 
   private:
     void CheckDefinition(const Input& input);
@@ -70,6 +73,7 @@ class DocumentFuzzTest : public support::ComponentTest {
     std::optional<support::TextFile> secretFile_;
     std::optional<Watchdog> watchdog_;
     std::wstring answer_;
+    std::map<std::string, unsigned> tally_;
 };
 
 std::string ReadFile(const std::wstring& path);

@@ -63,6 +63,9 @@ TEST_F(DocumentFuzzTest, HoldsForChangedDocuments) {
         }
     }
     std::printf("%u documents, seed %u\n", round - first, seed);
+    for (const auto& [what, count] : Tally()) {
+        std::printf("%8u %s\n", count, what.c_str());
+    }
 }
 
 } // namespace
