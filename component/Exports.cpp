@@ -1,6 +1,7 @@
 #include "com/Module.h"
 #include "com/Server.h"
 #include "component/Classes.h"
+#include "component/MemoryReserve.h"
 
 #include <windows.h>
 
@@ -9,6 +10,7 @@
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
     if (reason == DLL_PROCESS_ATTACH) {
         com::ThisModule().Attach(instance);
+        tam::PrepareForLackOfMemory();
         DisableThreadLibraryCalls(instance);
     }
     return TRUE;
