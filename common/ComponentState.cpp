@@ -5,6 +5,9 @@
 #include "com/Module.h"
 #include "points/ValueText.h"
 
+#include <cstddef>
+#include <new>
+
 namespace tam {
 
 namespace {
@@ -16,7 +19,9 @@ constexpr unsigned kTitle = 101;
 ComponentState& State() noexcept {
     // Never destroyed: when the process ends, the catalogue's own library may
     // be gone before this one.
-    static ComponentState& state = *new ComponentState;
+    // In place: this must not fail for lack of memory.
+    alignas(ComponentState) static std::byte place[sizeof(ComponentState)];
+    static ComponentState& state = *new (place) ComponentState;
     return state;
 }
 
