@@ -184,7 +184,10 @@ STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
         com::Attempt([&] { compiler = com::CreateByProgId(kCompilerProgId); });
         std::wstring stream;
         if (!compiler) {
-            ShowBox(L"Compiler.dll, necessary to exported Tam object hasn't been found", ComponentTitle());
+            com::Attempt([] {
+                ShowBox(L"Compiler.dll, necessary to exported Tam object hasn't been found",
+                        ComponentTitle());
+            });
             // Nothing compiles the document: it is the answer itself, and no size is known.
             com::Attempt([&] {
                 const dom::Document document = BuildExport();
