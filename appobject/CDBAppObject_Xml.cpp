@@ -6,6 +6,7 @@
 #include "common/Report.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tam {
 
@@ -187,11 +188,14 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
 
 STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
     return Do([&] {
-        inputs_ = CDBInputs::Make();
-        outputs_ = CDBOutputs::Make();
+        // All three before any is replaced: points of two streams never stand together.
+        auto inputs = CDBInputs::Make();
+        auto outputs = CDBOutputs::Make();
         if (!attributes_) {
             attributes_ = CDBAttributes::Make();
         }
+        inputs_ = std::move(inputs);
+        outputs_ = std::move(outputs);
         const dom::Document stream = dom::NewDocument(dom::kDocumentClass);
         const com::Bstr text(com::View(xml));
         VARIANT_BOOL done = VARIANT_FALSE;
