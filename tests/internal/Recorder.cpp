@@ -17,6 +17,12 @@ std::vector<std::wstring>& Names() {
     return names;
 }
 
+HRESULT (*currentGate)() = nullptr;
+
+HRESULT Gate() {
+    return currentGate != nullptr ? currentGate() : S_OK;
+}
+
 /// A value from the stack, borrowed for the call.
 VARIANT FromWords(const Parameter& parameter, const DWORD* words) {
     VARIANT value{};
@@ -237,6 +243,10 @@ void Recorder::HideFace(REFIID iid) {
     }
 }
 
+void Recorder::SetGate(HRESULT (*gate)()) noexcept {
+    currentGate = gate;
+}
+
 HRESULT Recorder::Called(const FaceInfo& face, unsigned slot, const DWORD* words) {
     const com::Ref<Recorder> alive(this);
     const Member& member = face.At(slot);
@@ -250,6 +260,9 @@ HRESULT Recorder::Called(const FaceInfo& face, unsigned slot, const DWORD* words
     Calls().push_back(
         {this, label_, face.name, slot, label_ + L"." + member.label + L"(" + arguments + L")", isInvoking_});
 
+    if (const HRESULT refused = Gate(); FAILED(refused)) {
+        return refused;
+    }
     for (const std::wstring& label : {member.label, std::wstring()}) {
         const auto failing = failures_.find(label);
         if (failing != failures_.end()) {
@@ -320,6 +333,9 @@ com::Variant Recorder::OwnAnswer(const Member& member) const {
 }
 
 HRESULT Recorder::IdOf(const wchar_t* name, DISPID* id) {
+    if (const HRESULT refused = Gate(); FAILED(refused)) {
+        return refused;
+    }
     com::Bstr wanted{std::wstring_view(name)};
     BSTR text = wanted.Get();
     for (const Face& face : faces_) {

@@ -110,6 +110,9 @@ class Recorder {
     /// Fails a member with an error object; by its label. An empty label fails all.
     void Fail(const std::wstring& label, HRESULT code, const std::wstring& description = L"refused");
     void FailNoMore() { failures_.clear(); }
+    /// Asked before each call of any double is carried out; a failure is the
+    /// call's answer. An empty gate lets all pass.
+    static void SetGate(HRESULT (*gate)()) noexcept;
     /// Refuses an interface that is then reached by name alone.
     void HideFace(REFIID iid);
     /// Changes the answers that nobody gave.

@@ -1,0 +1,41 @@
+#include "tests/fault/Slots.h"
+
+namespace fault {
+
+namespace {
+
+Slots* current = nullptr;
+
+} // namespace
+
+Slots::Slots(HMODULE caller) : callerBegin_(reinterpret_cast<ULONG_PTR>(caller)) {
+    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(caller);
+    const auto* nt =
+        reinterpret_cast<const IMAGE_NT_HEADERS*>(callerBegin_ + static_cast<ULONG_PTR>(dos->e_lfanew));
+    callerEnd_ = callerBegin_ + nt->OptionalHeader.SizeOfImage;
+    current = this;
+}
+
+Slots::~Slots() {
+    for (const auto& [place, original] : originals_) {
+        support::WriteProtected(place, original);
+    }
+    current = nullptr;
+}
+
+bool Slots::IsFromCaller(const void* address) noexcept {
+    const auto place = reinterpret_cast<ULONG_PTR>(address);
+    return place >= current->callerBegin_ && place < current->callerEnd_;
+}
+
+ULONG_PTR Slots::Original(Table table, std::size_t index) {
+    return current->originals_.at(table + index);
+}
+
+void Slots::ReplaceSlot(Table table, std::size_t index, ULONG_PTR hook) {
+    if (originals_.try_emplace(table + index, table[index]).second) {
+        support::WriteProtected(table + index, hook);
+    }
+}
+
+} // namespace fault
