@@ -24,6 +24,26 @@ struct Call {
     UINT* argumentError;
 };
 
+/// Calls member `id` of one interface with one kind of access.
+HRESULT InvokeAs(const FaceEntry& face, ITypeInfo& info, DISPID id, WORD flags, const Call& call) {
+    const bool given = call.params->cArgs != 0;
+    const MemberShape* const shape = given ? FindShape(ThisModule().Shapes(*face.iid), id, flags) : nullptr;
+    if (shape != nullptr && TooMany(*shape, *call.params)) {
+        return DISP_E_BADPARAMCOUNT;
+    }
+    constexpr UINT kUntold = static_cast<UINT>(-1);
+    UINT wrong = kUntold;
+    const HRESULT result =
+        info.Invoke(face.pointer, id, flags, call.params, call.result, call.exception, &wrong);
+    if (result == DISP_E_TYPEMISMATCH && wrong == kUntold && shape != nullptr) {
+        wrong = FirstMismatch(*shape, *call.params);
+    }
+    if (wrong != kUntold && call.argumentError != nullptr) {
+        *call.argumentError = wrong;
+    }
+    return result;
+}
+
 /// Calls member `id` of one interface. A property that is set by reference is
 /// also found by a plain assignment, and the other way round: script languages
 /// do not agree on which of the two they use for objects.
@@ -33,12 +53,10 @@ HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Call& call) {
     if (!info) {
         return result;
     }
-    result = info->Invoke(face.pointer, id, call.flags, call.params, call.result, call.exception,
-                          call.argumentError);
+    result = InvokeAs(face, *info.Get(), id, call.flags, call);
     if (result == DISP_E_MEMBERNOTFOUND && (call.flags & (kPut | kPutRef)) != 0) {
         const WORD other = (call.flags & kPut) != 0 ? kPutRef : kPut;
-        result = info->Invoke(face.pointer, id, other, call.params, call.result, call.exception,
-                              call.argumentError);
+        result = InvokeAs(face, *info.Get(), id, other, call);
     }
     return result;
 }

@@ -67,6 +67,9 @@ const Module::Info& Module::Load(REFGUID guid) {
     }
     Info info;
     info.info = FindTypeInfo(FilePath(), guid, info.result);
+    if (info.info) {
+        info.shapes = ReadShapes(*info.info.Get());
+    }
     return infos_.emplace(guid, std::move(info)).first->second;
 }
 

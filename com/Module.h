@@ -1,5 +1,6 @@
 #pragma once
 
+#include "com/MemberShape.h"
 #include "com/Ref.h"
 
 #include <windows.h>
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace com {
 
@@ -41,6 +43,8 @@ class Module {
     /// Type information of an interface (as a dispatch interface) or a class
     /// of the DLL's libraries. A failure is kept: it is not tried again.
     HRESULT TypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
+    /// The arguments of the interface's members; none when it cannot be loaded.
+    const std::vector<MemberShape>& Shapes(REFIID iid) { return Load(iid).shapes; }
 
     void ObjectMade() noexcept { ++objects_; }
     void ObjectGone() noexcept { --objects_; }
@@ -52,6 +56,7 @@ class Module {
     struct Info {
         HRESULT result = E_FAIL;
         Ref<ITypeInfo> info;
+        std::vector<MemberShape> shapes;
     };
     const Info& Load(REFGUID guid);
 

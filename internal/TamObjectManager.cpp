@@ -46,11 +46,11 @@ STDMETHODIMP TamObjectManager::IsTamObject(BSTR identifier, VARIANT_BOOL* value)
 STDMETHODIMP TamObjectManager::CreateTamInternalAppObject(BSTR* internalObjectKey, IDispatch* device,
                                                           IAppObject** value) {
     return Get(value, [&] {
+        com::Check(internalObjectKey == nullptr ? E_POINTER : S_OK);
         com::Ref<TamInternalAppObject> object;
         if (IsTamLibraryAvailable()) {
             object = TamInternalAppObject::Make();
-            object->SetUp(internalObjectKey != nullptr ? com::Text(*internalObjectKey) : std::wstring(),
-                          device);
+            object->SetUp(com::Text(*internalObjectKey), device);
         }
         return com::Ref<IAppObject>(object);
     });
