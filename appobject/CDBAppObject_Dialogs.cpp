@@ -42,10 +42,8 @@ STDMETHODIMP CDBAppObject::ShowAbout() {
 }
 
 STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) {
-    if (deviceName == nullptr) {
-        return E_POINTER;
-    }
     return Get(choice, [&] {
+        com::Check(deviceName == nullptr ? E_POINTER : S_OK);
         frmRename form(RenameState(TextOf(*deviceName), com::Text(deviceKey)));
         const RenameState& state = form.ShowModal();
         if (state.RetValue() == RenameState::kConfirmed) {

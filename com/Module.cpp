@@ -13,24 +13,6 @@ namespace {
 /// second that only a registered library resolves. So the second comes first.
 constexpr int kLibraryResources = 2;
 
-Ref<ITypeInfo> FindTypeInfo(const std::wstring& filePath, REFGUID guid, HRESULT& result) {
-    result = TYPE_E_ELEMENTNOTFOUND;
-    for (int index = kLibraryResources; index >= 1; --index) {
-        Ref<ITypeLib> library;
-        const std::wstring path = filePath + L"\\" + std::to_wstring(index);
-        if (FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()))) {
-            continue;
-        }
-        Ref<ITypeInfo> info;
-        result = library->GetTypeInfoOfGuid(guid, info.Put());
-        if (SUCCEEDED(result)) {
-            return info;
-        }
-        info.Detach();
-    }
-    return {};
-}
-
 } // namespace
 
 bool GuidLess::operator()(const GUID& left, const GUID& right) const noexcept {
@@ -60,15 +42,36 @@ std::wstring Module::Name() const {
     return file.substr(0, file.find_last_of(L'.'));
 }
 
+const std::vector<Ref<ITypeLib>>& Module::Libraries() {
+    if (!areLibrariesLoaded_) {
+        std::vector<Ref<ITypeLib>> loaded;
+        for (int index = kLibraryResources; index >= 1; --index) {
+            Ref<ITypeLib> library;
+            const std::wstring path = FilePath() + L"\\" + std::to_wstring(index);
+            if (SUCCEEDED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()))) {
+                loaded.push_back(std::move(library));
+            }
+        }
+        libraries_ = std::move(loaded);
+        areLibrariesLoaded_ = true;
+    }
+    return libraries_;
+}
+
 const Module::Info& Module::Load(REFGUID guid) {
     const auto found = infos_.find(guid);
     if (found != infos_.end()) {
         return found->second;
     }
     Info info;
-    info.info = FindTypeInfo(FilePath(), guid, info.result);
-    if (info.info) {
-        info.shapes = ReadShapes(*info.info.Get());
+    info.result = TYPE_E_ELEMENTNOTFOUND;
+    for (const Ref<ITypeLib>& library : Libraries()) {
+        info.result = library->GetTypeInfoOfGuid(guid, info.info.Put());
+        if (SUCCEEDED(info.result)) {
+            info.shapes = ReadShapes(*info.info.Get());
+            break;
+        }
+        info.info.Detach(); // nothing came
     }
     return infos_.emplace(guid, std::move(info)).first->second;
 }

@@ -59,10 +59,14 @@ class Module {
         std::vector<MemberShape> shapes;
     };
     const Info& Load(REFGUID guid);
+    /// Loaded once; what does not load is left out.
+    const std::vector<Ref<ITypeLib>>& Libraries();
 
     HINSTANCE instance_ = nullptr;
     std::atomic<long> objects_ = 0;
     std::atomic<long> locks_ = 0;
+    bool areLibrariesLoaded_ = false;
+    std::vector<Ref<ITypeLib>> libraries_;
     std::map<GUID, Info, GuidLess> infos_;
 };
 

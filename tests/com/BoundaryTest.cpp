@@ -110,6 +110,18 @@ TEST_F(BoundaryTest, EmptiesTheResultOfAFailingMember) {
     SysFreeString(stream);
 }
 
+TEST_F(BoundaryTest, EmptiesTheResultBesideAMissingArgumentByReference) {
+    short choice = 7;
+    EXPECT_EQ(Module().As<ITamDialogs>()->ShowRename(nullptr, nullptr, &choice), E_POINTER);
+    EXPECT_EQ(choice, 0);
+    const auto device = Context::Make();
+    IAppObject* channel = reinterpret_cast<IAppObject*>(&choice);
+    EXPECT_EQ(
+        Manager()->CreateTamInternalAppObject(nullptr, static_cast<IDeviceContext*>(device.Get()), &channel),
+        E_POINTER);
+    EXPECT_EQ(channel, nullptr);
+}
+
 TEST_F(BoundaryTest, TakesANullTextForAnEmptyOne) {
     const auto module = Module();
     EXPECT_EQ(module->put_Tag(nullptr), S_OK);

@@ -32,17 +32,44 @@ class MembersTest : public ContractTest {
         return supply;
     }
 
-    using Body = std::function<void(std::size_t subject, const Interface& face, const Member& member)>;
+    /// One member of one object.
+    struct Place {
+        Family family;
+        /// Which of the family's objects it is.
+        std::size_t index;
+        const Interface& face;
+        const Member& member;
+        /// Objects of the family for tests that change nothing on them.
+        const std::vector<Subject>& subjects;
+        const Supply& supply;
+    };
+    using Body = std::function<void(const Place& place)>;
     void ForEachMember(const Body& body) {
-        const auto subjects = Scriptables();
-        for (std::size_t i = 0; i < subjects.size(); ++i) {
-            for (const Interface& face : InterfacesOf(subjects[i])) {
-                for (const Member& member : face.members) {
-                    SCOPED_TRACE(subjects[i].name + ": " + Title(face, member));
-                    body(i, face, member);
+        for (const Family family : kFamilies) {
+            const auto subjects = Scriptables(family);
+            const Supply supply = SupplyOf(subjects);
+            for (std::size_t i = 0; i < subjects.size(); ++i) {
+                for (const Interface& face : InterfacesOf(subjects[i])) {
+                    for (const Member& member : face.members) {
+                        SCOPED_TRACE(subjects[i].name + ": " + Title(face, member));
+                        body({family, i, face, member, subjects, supply});
+                    }
                 }
             }
         }
+    }
+
+    /// A member's object made anew, with all that its calls may need.
+    struct Fresh {
+        std::vector<Subject> subjects;
+        Supply supply;
+        com::Ref<IDispatch> face;
+    };
+    Fresh Anew(const Place& place) {
+        auto subjects = Scriptables(place.family);
+        Supply supply = SupplyOf(subjects);
+        auto face = Face(subjects[place.index], place.face);
+        return {std::move(subjects), std::move(supply), std::move(face)};
     }
 
     /// What was shown during a call, in words.
@@ -68,21 +95,20 @@ class MembersTest : public ContractTest {
     /// once by its name, and compares all that a caller can see.
     void CompareCalls(Fill fill) {
         std::size_t count = 0;
-        ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
-            const auto first = Scriptables();
-            const Supply firstSupply = SupplyOf(first);
-            Arguments slotArguments(member, fill, firstSupply);
-            const Outcome bySlot = slotArguments.BySlot(Face(first[index], face).Get());
+        ForEachMember([&](const Place& place) {
+            const Member& member = place.member;
+            const Fresh first = Anew(place);
+            Arguments slotArguments(member, fill, first.supply);
+            const Outcome bySlot = slotArguments.BySlot(first.face.Get());
             const std::wstring shownBySlot = Shown();
 
-            const auto second = Scriptables();
-            const Supply secondSupply = SupplyOf(second);
-            const auto script = Face(second[index], face);
+            const Fresh second = Anew(place);
             DISPID id = DISPID_UNKNOWN;
-            ASSERT_EQ(IdOf(script.Get(), member.name, id), S_OK);
+            ASSERT_EQ(IdOf(second.face.Get(), member.name, id), S_OK);
             EXPECT_EQ(id, member.id);
-            Arguments nameArguments(member, fill, secondSupply);
-            const Outcome byName = nameArguments.ByName(script.Get(), id, static_cast<WORD>(member.kind));
+            Arguments nameArguments(member, fill, second.supply);
+            const Outcome byName =
+                nameArguments.ByName(second.face.Get(), id, static_cast<WORD>(member.kind));
             EXPECT_EQ(bySlot, byName);
             EXPECT_EQ(shownBySlot, Shown());
             ++count;
@@ -105,16 +131,15 @@ TEST_F(MembersTest, AnswerAlikeBySlotAndByNameWithSomethingGiven) {
 
 TEST_F(MembersTest, RefuseANullOut) {
     std::size_t count = 0;
-    ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
         for (std::size_t i = 0; i < member.parameters.size(); ++i) {
             if (!member.parameters[i].out) {
                 continue;
             }
-            const auto subjects = Scriptables();
-            const Supply supply = SupplyOf(subjects);
-            Arguments arguments(member, Fill::Something, supply);
-            EXPECT_EQ(arguments.BySlot(Face(subjects[index], face).Get(), static_cast<int>(i)).result,
-                      E_POINTER)
+            const Fresh fresh = Anew(place);
+            Arguments arguments(member, Fill::Something, fresh.supply);
+            EXPECT_EQ(arguments.BySlot(fresh.face.Get(), static_cast<int>(i)).result, E_POINTER)
                 << Narrow(member.parameters[i].name);
             EXPECT_EQ(Shown(), L"") << "a refused call does nothing";
             ++count;
@@ -125,23 +150,20 @@ TEST_F(MembersTest, RefuseANullOut) {
 
 TEST_F(MembersTest, TakeAssignmentAndAssignmentByReference) {
     std::size_t count = 0;
-    ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
         if (!member.IsWrite()) {
             return;
         }
-        const auto first = Scriptables();
-        const Supply firstSupply = SupplyOf(first);
-        Arguments declared(member, Fill::Something, firstSupply);
-        const Outcome expected = declared.ByName(Face(first[index], face).Get());
+        const Fresh first = Anew(place);
+        Arguments declared(member, Fill::Something, first.supply);
+        const Outcome expected = declared.ByName(first.face.Get());
         const std::wstring shown = Shown();
         for (const int flags : {DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF,
                                 DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF}) {
-            const auto subjects = Scriptables();
-            const Supply supply = SupplyOf(subjects);
-            Arguments arguments(member, Fill::Something, supply);
-            EXPECT_EQ(
-                arguments.ByName(Face(subjects[index], face).Get(), member.id, static_cast<WORD>(flags)),
-                expected)
+            const Fresh fresh = Anew(place);
+            Arguments arguments(member, Fill::Something, fresh.supply);
+            EXPECT_EQ(arguments.ByName(fresh.face.Get(), member.id, static_cast<WORD>(flags)), expected)
                 << "flags " << flags;
             EXPECT_EQ(Shown(), shown);
         }
@@ -151,13 +173,12 @@ TEST_F(MembersTest, TakeAssignmentAndAssignmentByReference) {
 }
 
 TEST_F(MembersTest, RefuseAnArgumentTooMany) {
-    const auto subjects = Scriptables();
-    const Supply supply = SupplyOf(subjects);
-    ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
-        Arguments arguments(member, Fill::Something, supply);
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
+        Arguments arguments(member, Fill::Something, place.supply);
         auto values = arguments.Script();
         values.insert(member.IsWrite() ? values.end() : values.begin(), com::Variant(1L).Get());
-        EXPECT_EQ(contract::Invoke(Face(subjects[index], face).Get(), member.id,
+        EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
                                    static_cast<WORD>(member.kind), values, nullptr, nullptr),
                   DISP_E_BADPARAMCOUNT);
         EXPECT_EQ(Shown(), L"");
@@ -165,18 +186,15 @@ TEST_F(MembersTest, RefuseAnArgumentTooMany) {
 }
 
 TEST_F(MembersTest, RefuseAnArgumentTooFew) {
-    const auto subjects = Scriptables();
-    const Supply supply = SupplyOf(subjects);
-    ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
-        // changeType and ShowRename have arguments that may be left out.
-        const bool optional = SameName(member.name, L"changeType") || SameName(member.name, L"ShowRename");
-        if (member.Given() == 0 || member.IsWrite() || optional) {
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
+        if (member.Given() == 0 || member.IsWrite() || member.parameters[member.Given() - 1].optional) {
             return;
         }
-        Arguments arguments(member, Fill::Something, supply);
+        Arguments arguments(member, Fill::Something, place.supply);
         auto values = arguments.Script();
         values.erase(values.begin());
-        EXPECT_EQ(contract::Invoke(Face(subjects[index], face).Get(), member.id,
+        EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
                                    static_cast<WORD>(member.kind), values, nullptr, nullptr),
                   DISP_E_BADPARAMCOUNT);
         EXPECT_EQ(Shown(), L"");
@@ -184,26 +202,25 @@ TEST_F(MembersTest, RefuseAnArgumentTooFew) {
 }
 
 TEST_F(MembersTest, NameTheArgumentOfTheWrongType) {
-    const auto subjects = Scriptables();
-    const Supply supply = SupplyOf(subjects);
     SAFEARRAY* const array = SafeArrayCreateVector(VT_I4, 0, 1);
     std::size_t count = 0;
-    ForEachMember([&](std::size_t index, const Interface& face, const Member& member) {
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
         for (std::size_t i = 0; i < member.parameters.size(); ++i) {
             const Parameter& parameter = member.parameters[i];
             if (!parameter.in || parameter.out || parameter.type == VT_VARIANT) {
                 continue;
             }
-            Arguments arguments(member, Fill::Something, supply);
+            Arguments arguments(member, Fill::Something, place.supply);
             auto values = arguments.Script();
-            const std::size_t place = values.size() - 1 - i;
-            values[place].vt = VT_ARRAY | VT_I4;
-            values[place].parray = array;
+            const std::size_t given = values.size() - 1 - i;
+            values[given].vt = VT_ARRAY | VT_I4;
+            values[given].parray = array;
             UINT wrong = 99;
-            EXPECT_EQ(contract::Invoke(Face(subjects[index], face).Get(), member.id,
+            EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
                                        static_cast<WORD>(member.kind), values, nullptr, nullptr, &wrong),
                       DISP_E_TYPEMISMATCH);
-            EXPECT_EQ(wrong, place) << Narrow(parameter.name);
+            EXPECT_EQ(wrong, given) << Narrow(parameter.name);
             EXPECT_EQ(Shown(), L"");
             ++count;
         }

@@ -28,7 +28,7 @@ class ObjectTest : public ContractTest {
     /// Some identifiers of neither library, and all of theirs.
     std::set<std::wstring> Known() {
         std::set<std::wstring> known;
-        for (const TypeLibrary* library : {&Own(), &Host()}) {
+        for (const TypeLibrary* library : {&Own(), &Faces(), &Services()}) {
             for (const Interface& face : library->Interfaces()) {
                 known.insert(TextOf(face.id));
             }
@@ -199,7 +199,8 @@ TEST_F(ObjectTest, DescribesEachInterfaceByItsOwnTypeInformation) {
 
 TEST_F(ObjectTest, HasItsLibrariesInItsResources) {
     EXPECT_EQ(Own().Name(), L"O_Tam_id");
-    EXPECT_EQ(Host().Name(), L"OrvDBFaces");
+    EXPECT_EQ(Faces().Name(), L"OrvDBFaces");
+    EXPECT_EQ(Services().Name(), L"OrvHost");
     com::Ref<ITypeLib> library;
     EXPECT_EQ(LoadTypeLibEx(support::Component::DllPath().c_str(), REGKIND_NONE, library.Put()), S_OK);
     com::Bstr name;
@@ -209,7 +210,7 @@ TEST_F(ObjectTest, HasItsLibrariesInItsResources) {
 
 TEST_F(ObjectTest, TellsOneInterfaceAlikeInBothLibraries) {
     std::map<std::wstring, const Interface*> host;
-    for (const Interface& face : Host().Interfaces()) {
+    for (const Interface& face : Faces().Interfaces()) {
         host[TextOf(face.id)] = &face;
     }
     for (const Class& entry : Own().Classes()) {
@@ -248,7 +249,7 @@ TEST_F(ObjectTest, NumbersItsMembersApart) {
 }
 
 TEST_F(ObjectTest, HasItemAsDefaultMemberAndNewEnumAtMinusFour) {
-    for (const TypeLibrary* library : {&Own(), &Host()}) {
+    for (const TypeLibrary* library : {&Own(), &Faces(), &Services()}) {
         for (const Interface& face : library->Interfaces()) {
             for (const Member& member : face.members) {
                 SCOPED_TRACE(Title(face, member));

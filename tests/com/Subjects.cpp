@@ -1,6 +1,7 @@
 #include "tests/com/Subjects.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace contract {
 
@@ -41,10 +42,30 @@ STDMETHODIMP Context::get_FirmwareVersion(BSTR* value) {
 
 void ContractTest::SetUp() {
     ComponentTest::SetUp();
-    own_.emplace(Component::DllPath(), 1);
-    host_.emplace(Component::DllPath(), 2);
     UseCompiler();
     UseDatabaseLocation();
+    host_.emplace();
+}
+
+void ContractTest::TearDown() {
+    EXPECT_EQ(host_->CanUnload(), S_OK) << "objects of the host services are still alive";
+    ComponentTest::TearDown();
+    host_.reset();
+}
+
+const TypeLibrary& ContractTest::Own() {
+    static const TypeLibrary library(Component::DllPath(), 1);
+    return library;
+}
+
+const TypeLibrary& ContractTest::Faces() {
+    static const TypeLibrary library(Component::DllPath(), 2);
+    return library;
+}
+
+const TypeLibrary& ContractTest::Services() {
+    static const TypeLibrary library(HostServices::DllPath(), 1);
+    return library;
 }
 
 com::Ref<IAppObject> ContractTest::Module() {
@@ -59,7 +80,7 @@ com::Ref<ITamObjectManager> ContractTest::Manager() {
     return manager;
 }
 
-std::vector<Subject> ContractTest::Subjects() {
+std::vector<Subject> ContractTest::ModuleSubjects() {
     const auto module = Module();
     const auto inputs = Object(module, &IAppObject::get_Inputs);
     const auto outputs = Object(module, &IAppObject::get_Outputs);
@@ -92,6 +113,143 @@ std::vector<Subject> ContractTest::Subjects() {
     };
 }
 
+com::Ref<IDevice> ContractTest::Device() {
+    const auto setup = Host().Create<IDeviceSetup>(__uuidof(::Device));
+    com::Check(setup->put_DeviceKey(com::Bstr(L"K7").Get()));
+    com::Ref<IChannel> channel;
+    com::Check(setup->AddChannel(com::Bstr(L"AI1").Get(), com::Bstr(L"1").Get(),
+                                 com::Bstr(L"0,Off;1,On;").Get(), channel.Put()));
+    return setup.As<IDevice>();
+}
+
+com::Ref<IAppObject> ContractTest::Channel() {
+    const auto device = Device();
+    com::Check(device.As<IDeviceSetup>()->SetContainer(Module().Get()));
+    com::Ref<IAppObject> channel;
+    com::Bstr key(L"AI1");
+    com::Check(Manager()->CreateTamInternalAppObject(key.Address(), device.Get(), channel.Put()));
+    com::CheckSet(channel.Get());
+    VARIANT_BOOL done = VARIANT_FALSE;
+    com::Check(channel->Init(com::Bstr(HostServices::kDefinition).Get(), &done));
+    com::Check(channel->Create());
+    return channel;
+}
+
+std::vector<Subject> ContractTest::ChannelSubjects() {
+    const auto channel = Channel();
+    const auto inputs = Object(channel, &IAppObject::get_Inputs);
+    const auto outputs = Object(channel, &IAppObject::get_Outputs);
+    const auto attributes = Object(channel, &IAppObject::get_Attributes);
+    return {
+        {"channel", __uuidof(::TamInternalAppObject), channel},
+        {"channel's inputs", __uuidof(::TamInternalInputs), inputs},
+        {"channel's input", __uuidof(::TamInternalInput), Item(inputs, &IInputs::get_Item, L"1")},
+        {"channel's outputs", __uuidof(::TamInternalOutputs), outputs},
+        {"channel's output", __uuidof(::TamInternalOutput), Item(outputs, &IOutputs::get_Item, L"1")},
+        {"channel's attributes", __uuidof(::TamInternalAttributes), attributes},
+        {"channel's attribute", __uuidof(::TamInternalAttribute),
+         Item(attributes, &IAttributes::get_Item, L"1")},
+        {"enumerator of a channel's inputs", {}, EnumeratorOf(inputs)},
+        {"enumerator of a channel's outputs", {}, EnumeratorOf(outputs)},
+        {"enumerator of a channel's attributes", {}, EnumeratorOf(attributes)},
+    };
+}
+
+std::vector<Subject> ContractTest::HostSubjects() {
+    Host().ResetSettings(); // a call before may have written them
+    const auto project = Host().Create<IProject>(__uuidof(::Project));
+    com::Ref<IProjectGroup> group;
+    for (int i = 0; i < 2; ++i) {
+        com::Check(project->AddGroup(group.Put()));
+        com::Check(group->AddItem(com::Bstr(L"K7\\RIN\\AI1_Value").Get()));
+        com::Check(group->AddItem(com::Bstr(L"K7\\RIN\\AI2_Value").Get()));
+    }
+    const auto view = Object(project.As<IHostDocument>(), &IHostDocument::get_View);
+    const auto groups = Object(project.As<IMacroConnections>(), &IMacroConnections::get_Groups);
+    const auto items = Object(group.As<IMacroConnectionGroup>(), &IMacroConnectionGroup::get_Items);
+    com::Ref<IMacroConnectedItem> item;
+    com::Check(items->get_Item(1, item.Put()));
+    const auto context = Host().Create<IDeviceContextSetup>(__uuidof(::DeviceContext));
+    com::Check(context->LoadXml(com::Bstr(L"<Device/>").Get()));
+    const auto device = Device();
+    com::Ref<IChannel> channel;
+    com::Check(device->Channel(com::Bstr(L"AI1").Get(), channel.Put()));
+    return {
+        {"converter", __uuidof(::UnitConverter), Host().Create<IUnknown>(__uuidof(::UnitConverter))},
+        {"location", __uuidof(::DatabaseLocation), Host().Create<IUnknown>(__uuidof(::DatabaseLocation))},
+        {"compiler", __uuidof(::CompilersInterop), Host().Create<IUnknown>(__uuidof(::CompilersInterop))},
+        {"library", __uuidof(::LibraryService), Host().Create<IUnknown>(__uuidof(::LibraryService))},
+        {"project", __uuidof(::Project), project},
+        {"view", __uuidof(::ProjectView), view},
+        {"macro groups", __uuidof(::MacroGroups), groups},
+        {"macro group", __uuidof(::MacroGroup), group},
+        {"macro items", __uuidof(::MacroItems), items},
+        {"macro item", __uuidof(::MacroItem), item},
+        {"device context", __uuidof(::DeviceContext), context},
+        {"device", __uuidof(::Device), device},
+        {"device's channel", __uuidof(::DeviceChannel), channel},
+        {"enumerator of macro groups", {}, EnumeratorOf(groups)},
+        {"enumerator of macro items", {}, EnumeratorOf(items)},
+    };
+}
+
+std::vector<Subject> ContractTest::BlockSubjects() {
+    Host().ResetSettings();
+    const auto block = Host().Create<IAppObject>(__uuidof(::GenericObject));
+    VARIANT_BOOL done = VARIANT_FALSE;
+    com::Check(block->Init(com::Bstr(HostServices::kDefinition).Get(), &done));
+    com::Check(block->Create());
+    const auto inputs = Object(block, &IAppObject::get_Inputs);
+    const auto outputs = Object(block, &IAppObject::get_Outputs);
+    const auto attributes = Object(block, &IAppObject::get_Attributes);
+    const auto input = Item(inputs, &IInputs::get_Item, L"1");
+    const auto attribute = Item(attributes, &IAttributes::get_Item, L"1");
+    const auto list = Object(input, &IInput::get_SNVTCompatibles);
+    com::Ref<ICompatibleSNVT> entry;
+    com::Check(list->get_Item(1, entry.Put()));
+    return {
+        {"block", __uuidof(::GenericObject), block},
+        {"block's inputs", __uuidof(::GenericInputs), inputs},
+        {"block's input", __uuidof(::GenericInput), input},
+        {"block's outputs", __uuidof(::GenericOutputs), outputs},
+        {"block's output", __uuidof(::GenericOutput), Item(outputs, &IOutputs::get_Item, L"1")},
+        {"block's attributes", __uuidof(::GenericAttributes), attributes},
+        {"block's attribute", __uuidof(::GenericAttribute), attribute},
+        {"block's type", __uuidof(::HostType), Object(attribute, &IAttribute::get_SNVTType)},
+        {"block's compatible list", __uuidof(::CompatibleTypes), list},
+        {"block's compatible entry", __uuidof(::CompatibleType), entry},
+        {"enumerator of a block's inputs", {}, EnumeratorOf(inputs)},
+        {"enumerator of a block's outputs", {}, EnumeratorOf(outputs)},
+        {"enumerator of a block's attributes", {}, EnumeratorOf(attributes)},
+        {"enumerator of a block's compatible list", {}, EnumeratorOf(list)},
+    };
+}
+
+std::vector<Subject> ContractTest::Subjects(Family family) {
+    auto subjects = family == Family::Module    ? ModuleSubjects()
+                    : family == Family::Channel ? ChannelSubjects()
+                    : family == Family::Host    ? HostSubjects()
+                                                : BlockSubjects();
+    for (const Subject& subject : subjects) {
+        com::CheckSet(subject.object.Get());
+    }
+    return subjects;
+}
+
+std::vector<Subject> ContractTest::Subjects() {
+    std::vector<Subject> all;
+    for (const Family family : kFamilies) {
+        std::ranges::move(Subjects(family), std::back_inserter(all));
+    }
+    return all;
+}
+
+std::vector<Subject> ContractTest::Scriptables(Family family) {
+    auto subjects = Subjects(family);
+    std::erase_if(subjects, [](const Subject& subject) { return !subject.classId; });
+    return subjects;
+}
+
 std::vector<Subject> ContractTest::Scriptables() {
     auto subjects = Subjects();
     std::erase_if(subjects, [](const Subject& subject) { return !subject.classId; });
@@ -99,7 +257,7 @@ std::vector<Subject> ContractTest::Scriptables() {
 }
 
 const std::vector<Interface>& ContractTest::InterfacesOf(const Subject& subject) {
-    return Own().ClassOf(*subject.classId).interfaces;
+    return (Own().Has(*subject.classId) ? Own() : Services()).ClassOf(*subject.classId).interfaces;
 }
 
 } // namespace contract

@@ -1,18 +1,33 @@
 #pragma once
 
+#include "tests/com/HostServices.h"
 #include "tests/com/TypeLibrary.h"
 #include "tests/support/Fixture.h"
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace contract {
 
-/// One object that a host can reach.
+/// Objects that are made and looked at together.
+enum class Family {
+    /// A module, what is reached from it, and the object manager.
+    Module,
+    /// A channel object and its points.
+    Channel,
+    /// The host's project, device, converter, compiler and library.
+    Host,
+    /// The host's generic block and its points.
+    Block,
+};
+inline constexpr std::array kFamilies = {Family::Module, Family::Channel, Family::Host, Family::Block};
+
+/// One object that can be reached.
 struct Subject {
     std::string name;
-    /// None for an enumerator, which is no class of the library.
+    /// None for an enumerator, which is no class of a library.
     std::optional<CLSID> classId;
     com::Ref<IUnknown> object;
 };
@@ -25,28 +40,41 @@ class Context final : public com::DualObject<Context, IDeviceContext> {
     STDMETHODIMP get_FirmwareVersion(BSTR* value) override;
 };
 
-/// A test over every object that can be reached from a loaded module, and the
-/// object manager.
+/// A test over every object of the component and of the host services that can
+/// be reached. At its end none of either lives.
 class ContractTest : public support::ComponentTest {
   protected:
     void SetUp() override;
+    void TearDown() override;
 
-    const TypeLibrary& Own() { return *own_; }
-    const TypeLibrary& Host() { return *host_; }
+    /// The component's library, the host interfaces, the host services' library.
+    static const TypeLibrary& Own();
+    static const TypeLibrary& Faces();
+    static const TypeLibrary& Services();
+    HostServices& Host() { return *host_; }
 
-    /// A module with two points of each kind. The second input is connected to
-    /// a type, so that the type's object can be reached from it.
+    /// A module with two points of each kind.
     com::Ref<IAppObject> Module();
-    /// All objects, made anew: no object of an earlier call is among them.
+    com::Ref<ITamObjectManager> Manager();
+    /// A channel object with its points, on a device that holds a module.
+    com::Ref<IAppObject> Channel();
+
+    /// The objects of a family, made anew: none of an earlier call is among them.
+    std::vector<Subject> Subjects(Family family);
     std::vector<Subject> Subjects();
     /// Those of them that scripts can hold: all but the enumerators.
+    std::vector<Subject> Scriptables(Family family);
     std::vector<Subject> Scriptables();
-    const std::vector<Interface>& InterfacesOf(const Subject& subject);
-    com::Ref<ITamObjectManager> Manager();
+    static const std::vector<Interface>& InterfacesOf(const Subject& subject);
 
   private:
-    std::optional<TypeLibrary> own_;
-    std::optional<TypeLibrary> host_;
+    std::vector<Subject> ModuleSubjects();
+    std::vector<Subject> ChannelSubjects();
+    std::vector<Subject> HostSubjects();
+    std::vector<Subject> BlockSubjects();
+    com::Ref<IDevice> Device();
+
+    std::optional<HostServices> host_;
 };
 
 } // namespace contract

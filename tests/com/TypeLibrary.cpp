@@ -77,6 +77,7 @@ Member ReadMember(ITypeInfo& info, const FUNCDESC& function, REFIID iid) {
         parameter.in = (element.paramdesc.wParamFlags & PARAMFLAG_FIN) != 0;
         parameter.out = (element.paramdesc.wParamFlags & PARAMFLAG_FOUT) != 0;
         parameter.result = (element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0;
+        parameter.optional = (element.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0;
         member.parameters.push_back(parameter);
     }
     std::for_each_n(names, count, SysFreeString);
@@ -143,6 +144,11 @@ TypeLibrary::TypeLibrary(const std::wstring& dllPath, int resource) {
             interfaces_.push_back(ReadInterface(info));
         }
     }
+}
+
+bool TypeLibrary::Has(REFCLSID clsid) const {
+    return std::any_of(classes_.begin(), classes_.end(),
+                       [&](const Class& entry) { return entry.id == clsid; });
 }
 
 const Class& TypeLibrary::ClassOf(REFCLSID clsid) const {

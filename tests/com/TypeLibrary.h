@@ -21,6 +21,7 @@ struct Parameter {
     bool in = false;
     bool out = false;
     bool result = false;
+    bool optional = false;
     /// The interface of an object that is not a plain IDispatch or IUnknown.
     std::optional<IID> interfaceId;
 };
@@ -54,8 +55,8 @@ struct Class {
     std::vector<Interface> interfaces;
 };
 
-/// What the DLL's own resources say: number 1 is the component's library,
-/// number 2 the host interfaces.
+/// What a DLL's own resources say: number 1 is the DLL's library, number 2 the
+/// host interfaces.
 class TypeLibrary {
   public:
     /// Throws when a type cannot be followed: nothing of it is registered, so
@@ -67,6 +68,7 @@ class TypeLibrary {
     const GUID& Id() const noexcept { return id_; }
     const std::vector<Interface>& Interfaces() const noexcept { return interfaces_; }
     const std::vector<Class>& Classes() const noexcept { return classes_; }
+    bool Has(REFCLSID clsid) const;
     /// Throws when there is no such class.
     const Class& ClassOf(REFCLSID clsid) const;
 

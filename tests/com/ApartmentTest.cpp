@@ -1,0 +1,144 @@
+#include "tests/com/Caller.h"
+#include "tests/com/Subjects.h"
+
+#include <functional>
+#include <thread>
+
+using namespace contract;
+
+namespace {
+
+/// A device context that keeps on which threads it was asked.
+class Witness final : public com::DualObject<Witness, IDeviceContext> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    std::vector<DWORD> threads;
+
+    STDMETHODIMP get_Document(IDispatch** value) override {
+        threads.push_back(GetCurrentThreadId());
+        return context_->get_Document(value);
+    }
+    STDMETHODIMP get_FirmwareVersion(BSTR* value) override {
+        threads.push_back(GetCurrentThreadId());
+        return context_->get_FirmwareVersion(value);
+    }
+
+  private:
+    com::Ref<Context> context_ = Context::Make();
+};
+
+/// Objects live in the test's apartment, which waits in its message loop while
+/// a second apartment works with them.
+class ApartmentTest : public ContractTest {
+  protected:
+    using Work = std::function<void(const com::Ref<IDispatch>& script)>;
+    /// Runs the work in a new apartment, on its own pointer to the object.
+    void Elsewhere(COINIT kind, const com::Ref<IDispatch>& object, const Work& work) {
+        IStream* stream = nullptr;
+        ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID_IDispatch, object.Get(), &stream), S_OK);
+        HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        std::thread worker([&] {
+            EXPECT_EQ(CoInitializeEx(nullptr, kind), S_OK);
+            com::Ref<IDispatch> script;
+            EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream, IID_IDispatch, script.PutVoid()), S_OK);
+            if (script) {
+                EXPECT_NE(script, object) << "a pointer of another apartment must not be used";
+                work(script);
+            }
+            script.Reset();
+            CoUninitialize();
+            SetEvent(done);
+        });
+        DWORD index = 0;
+        EXPECT_EQ(CoWaitForMultipleHandles(0, kLongest, 1, &done, &index), S_OK);
+        worker.join();
+        CloseHandle(done);
+    }
+    void ElsewhereInEachKind(const com::Ref<IDispatch>& object, const Work& work) {
+        for (const COINIT kind : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
+            SCOPED_TRACE(kind == COINIT_APARTMENTTHREADED ? "apartment of one thread" : "free threads");
+            Elsewhere(kind, object, work);
+        }
+    }
+    static HRESULT Call(const com::Ref<IDispatch>& script, const wchar_t* name, const std::wstring& argument,
+                        com::Variant& result, EXCEPINFO* exception = nullptr) {
+        DISPID id = DISPID_UNKNOWN;
+        const HRESULT known = IdOf(script.Get(), name, id);
+        com::Variant text(argument);
+        std::vector<VARIANT> values{text.Get()};
+        return FAILED(known)
+                   ? known
+                   : contract::Invoke(script.Get(), id, DISPATCH_METHOD, values, result.Put(), exception);
+    }
+
+  private:
+    /// For a call that never comes back.
+    static constexpr DWORD kLongest = 60000;
+};
+
+TEST_F(ApartmentTest, RunsACallOnTheThreadOfTheObject) {
+    const DWORD here = GetCurrentThreadId();
+    for (const COINIT kind : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
+        const auto manager = Dll().Create<ITamObjectManager>(__uuidof(::TamObjectManager));
+        const auto witness = Witness::Make();
+        ASSERT_EQ(manager->Init(static_cast<IDeviceContext*>(witness.Get())), S_OK);
+        Elsewhere(kind, manager, [&](const com::Ref<IDispatch>& script) {
+            EXPECT_NE(GetCurrentThreadId(), here);
+            com::Variant answer;
+            EXPECT_EQ(Call(script, L"IsTamInternalObject", L"o_tam_ai_id", answer), S_OK);
+            EXPECT_EQ(answer.Get().vt, VT_BOOL);
+            EXPECT_EQ(answer.Get().boolVal, VARIANT_TRUE);
+        });
+        EXPECT_EQ(witness->threads, (std::vector<DWORD>{here, here})) << "asked for both, on this thread";
+    }
+}
+
+TEST_F(ApartmentTest, ShowsItsBoxesOnTheThreadOfTheObject) {
+    ElsewhereInEachKind(NewModule(), [](const com::Ref<IDispatch>& script) {
+        DISPID id = DISPID_UNKNOWN;
+        EXPECT_EQ(IdOf(script.Get(), L"ShowAbout", id), S_OK);
+        std::vector<VARIANT> none;
+        EXPECT_EQ(contract::Invoke(script.Get(), id, DISPATCH_METHOD, none, nullptr, nullptr), S_OK);
+    });
+    EXPECT_EQ(Boxes().size(), 2u) << "the watcher sees this thread's boxes alone";
+}
+
+TEST_F(ApartmentTest, TellsAFailureToTheOtherApartment) {
+    ElsewhereInEachKind(NewModule(), [](const com::Ref<IDispatch>& script) {
+        com::Variant result;
+        EXCEPINFO exception{};
+        EXPECT_EQ(Call(script, L"LoadFromXmlStream", L"no XML", result, &exception), DISP_E_EXCEPTION);
+        EXPECT_EQ(exception.scode, static_cast<HRESULT>(0x800A005B));
+        EXPECT_EQ(com::Text(exception.bstrDescription), L"Object variable or With block variable not set");
+        EXPECT_EQ(com::Text(exception.bstrSource), L"O_Tam_id");
+        SysFreeString(exception.bstrDescription);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrHelpFile);
+    });
+}
+
+TEST_F(ApartmentTest, MarshalsEveryObjectOfEveryClass) {
+    for (const Subject& subject : Scriptables()) {
+        SCOPED_TRACE(subject.name);
+        const Member& member = InterfacesOf(subject).front().members.front();
+        Elsewhere(COINIT_MULTITHREADED, subject.object.As<IDispatch>(),
+                  [&](const com::Ref<IDispatch>& script) {
+                      DISPID id = DISPID_UNKNOWN;
+                      EXPECT_EQ(IdOf(script.Get(), member.name, id), S_OK);
+                      EXPECT_EQ(id, member.id);
+                  });
+    }
+}
+
+TEST_F(ApartmentTest, KeepsNothingForAnApartmentThatIsGone) {
+    com::Ref<IDispatch> object = NewModule();
+    Elsewhere(COINIT_APARTMENTTHREADED, object, [&](const com::Ref<IDispatch>& script) {
+        com::Variant result;
+        EXPECT_EQ(Call(script, L"LoadFromXmlStream", support::Stream(L"<In1/>"), result), S_OK);
+    });
+    EXPECT_EQ(Dll().CanUnload(), S_FALSE);
+    object.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
+} // namespace
