@@ -118,6 +118,7 @@ void DeviceLoad(Host& host, const Options& options, Report& report) {
                                                                  " of other devices or blocks");
     report.Add(fields);
     for (const Json& note : result["notes"]) {
+        report.Line("");
         for (const std::string& line : Wrap(note.get<std::string>(), Table::kWidth)) {
             report.Line(line);
         }

@@ -76,6 +76,28 @@ TEST_F(LibraryTest, GivesTheDefinitionsOfTheSamples) {
     EXPECT_EQ(L"0", TextAt(document, L"AppObject/TAMConfig/Attributes/Attrib[@Name=\"Channel\"]/@Visible"));
 }
 
+TEST_F(LibraryTest, CarriesTheConfigurationOfTheSamples) {
+    const struct {
+        const wchar_t* identifier;
+        const wchar_t* path;
+        const wchar_t* text;
+    } samples[] = {
+        {L"o_tam_ai_id", L"Attributes/Attrib[@Name=\"Offset\"]/@UnitDependent", L"1"},
+        {L"o_tam_ai_id", L"Attributes/Attrib[@Name=\"Offset\"]/@Differential", L"1"},
+        {L"o_tam_ai_id", L"Attributes/Attrib[@Name=\"Filter\"]/@UnitDependent", L"0"},
+        {L"o_tam_ao_id", L"InReferences/InReference[@Name=\"In2\"]/@Visible", L"0"},
+        {L"o_tam_ao_id", L"OutReferences/OutReference[@Name=\"Out\"]/@Visible", L"1"},
+        {L"o_tam_di_id", L"Attributes/Attrib[@Name=\"Debounce\"]/@Visible", L"1"},
+        {L"o_tam_do_id", L"Attributes/Attrib[@Name=\"Channel\"]/@Visible", L"0"},
+    };
+    for (const auto& sample : samples) {
+        com::Ref<IDispatch> document;
+        ASSERT_EQ(S_OK, Definition(sample.identifier, document)) << LastError();
+        EXPECT_EQ(sample.text,
+                  TextAt(document, (std::wstring(L"AppObject/TAMConfig/") + sample.path).c_str()));
+    }
+}
+
 TEST_F(LibraryTest, GivesEachCallerADocumentOfItsOwn) {
     com::Ref<IDispatch> first;
     com::Ref<IDispatch> second;
