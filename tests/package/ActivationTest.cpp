@@ -19,7 +19,43 @@ CLSID IdOf(const std::string& text) {
     return id;
 }
 
-class ActivationTest : public RegistryTest {};
+class ActivationTest : public RegistryTest {
+  protected:
+    /// Makes each class of a registered DLL by its name.
+    void ExpectCreated(const Dll& dll) const {
+        for (const Class& entry : dll.Facts().classes) {
+            SCOPED_TRACE(entry.progId);
+            CLSID id{};
+            ASSERT_EQ(S_OK, CLSIDFromProgID(Wide(entry.progId).c_str(), &id));
+            EXPECT_TRUE(IdOf(entry.id) == id);
+            com::Ref<IDispatch> object;
+            ASSERT_EQ(S_OK,
+                      CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid()));
+            EXPECT_EQ(S_FALSE, dll.CanUnloadNow()) << "another file made it";
+            com::Ref<IUnknown> aggregate;
+            EXPECT_EQ(CLASS_E_NOAGGREGATION, CoCreateInstance(id, object.Get(), CLSCTX_INPROC_SERVER,
+                                                              IID_IUnknown, aggregate.PutVoid()));
+            object.Reset();
+            EXPECT_EQ(S_OK, dll.CanUnloadNow());
+        }
+    }
+};
+
+TEST_F(ActivationTest, MakesEachRegisteredClassByItsName) {
+    // The module object asks for the host's unit converter, so both are needed.
+    for (const Dll* dll : {&hostServices, &component}) {
+        ASSERT_EQ(S_OK, dll->Register(Scope::Machine));
+        ExpectCreated(*dll);
+    }
+    for (const Dll* dll : {&component, &hostServices}) {
+        EXPECT_EQ(S_OK, dll->Unregister(Scope::Machine));
+        for (const Class& entry : dll->Facts().classes) {
+            CLSID id{};
+            EXPECT_EQ(CO_E_CLASSSTRING, CLSIDFromProgID(Wide(entry.progId).c_str(), &id)) << entry.progId;
+        }
+    }
+    CoFreeUnusedLibraries();
+}
 
 TEST_F(ActivationTest, RegistersLibrariesThatLoadById) {
     const Dll* const dlls[] = {&component, &hostServices};
