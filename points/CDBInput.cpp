@@ -37,7 +37,7 @@ void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& owne
         } else if (keyword == kLogicalAddress) {
             logicalAddress_ = text;
         } else if (keyword == kIsPermanent) {
-            permanent_ = dom::OwnText(child) == L"1"; // a blank beside it makes it another text
+            permanent_ = text == L"1"; // a blank beside it makes it another text
         } else if (keyword == kCompatibilityList) {
             compatible_->AddList(text);
             if (compatible_->GetList().empty()) {

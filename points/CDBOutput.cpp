@@ -51,7 +51,7 @@ void CDBOutput::ReadDefinition(const dom::Node& element, const std::wstring& own
     });
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));
-        const std::wstring text = dom::FirstChildTextOrEmpty(child);
+        const std::wstring text = dom::TextOf(child);
         if (keyword == kVisible) {
             visible_ = true;
         } else if (keyword == kSnvtType) {

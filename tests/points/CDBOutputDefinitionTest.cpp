@@ -101,8 +101,8 @@ TEST_F(CDBOutputDefinitionTest, PassesOverCommentsAndOtherNames) {
               L"95");
 }
 
-TEST_F(CDBOutputDefinitionTest, TakesTheFirstChildOfAChild) {
-    EXPECT_EQ(TypeOf(One(L"<SNVTTYPE>8<b/>5</SNVTTYPE>")), L"8");
+TEST_F(CDBOutputDefinitionTest, TakesTheWholeTextOfAChild) {
+    EXPECT_EQ(TypeOf(One(L"<SNVTTYPE>9<b/>5</SNVTTYPE>")), L"95");
 }
 
 TEST_F(CDBOutputDefinitionTest, AnswersNotTypeDependentWhateverTheDefinitionSays) {
