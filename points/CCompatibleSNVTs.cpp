@@ -23,7 +23,7 @@ CompatibleList ListOf(ICompatibleSNVTs& other) {
         com::CheckSet(entry.Get());
         com::Bstr id;
         com::Check(entry->get_ID(id.Put()));
-        list.Add(id.View());
+        list.AddId(id.View());
     }
     return list;
 }

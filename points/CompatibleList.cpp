@@ -10,7 +10,7 @@ namespace tam {
 void CompatibleList::Add(std::wstring_view text, const std::function<void()>& yield) {
     if (text.find(L',') == std::wstring_view::npos) {
         if (!text.empty()) {
-            AddOne(text);
+            AddId(text);
         }
         return;
     }
@@ -22,7 +22,7 @@ void CompatibleList::Add(std::wstring_view text, const std::function<void()>& yi
         if (field->empty()) {
             return;
         }
-        AddOne(*field);
+        AddId(*field);
     }
 }
 
@@ -66,13 +66,13 @@ CompatibleList CompatibleList::Merge(const CompatibleList& other) const {
     CompatibleList common;
     for (const std::wstring& id : other.ids_) {
         if (Exists(id)) {
-            common.AddOne(id);
+            common.AddId(id);
         }
     }
     return common;
 }
 
-void CompatibleList::AddOne(std::wstring_view id) {
+void CompatibleList::AddId(std::wstring_view id) {
     if (Exists(id)) {
         return;
     }

@@ -21,6 +21,8 @@ class CompatibleList {
     /// list does not freeze the user interface; whatever yield throws ends the
     /// walk, and what was added before it stays.
     void Add(std::wstring_view text, const std::function<void()>& yield = {});
+    /// Adds one identifier as it stands unless it is present; a comma in it is no end.
+    void AddId(std::wstring_view id);
     /// The identifiers with one comma between two.
     std::wstring GetList() const;
 
@@ -46,8 +48,6 @@ class CompatibleList {
         using is_transparent = void;
         std::size_t operator()(std::wstring_view id) const { return std::hash<std::wstring_view>()(id); }
     };
-
-    void AddOne(std::wstring_view id);
 
     std::vector<std::wstring> ids_;
     std::unordered_set<std::wstring, Hash, std::equal_to<>> known_;

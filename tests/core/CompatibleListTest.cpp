@@ -180,4 +180,13 @@ TEST(CompatibleListTest, KeepsWhatWasAddedBeforeMemoryRunsOut) {
 }
 
 } // namespace
+TEST(CompatibleListTest, AddsOneIdentifierAsItStands) {
+    CompatibleList list;
+    list.AddId(L"1,2");
+    list.AddId(L"1,2");
+    list.AddId(L"3");
+    EXPECT_EQ(list.Ids(), (std::vector<std::wstring>{L"1,2", L"3"}));
+    EXPECT_FALSE(list.Exists(L"1"));
+}
+
 } // namespace tam
