@@ -7,6 +7,7 @@
 #include "points/EnumDescription.h"
 #include "points/MacroConnections.h"
 #include "points/mSNVTDataConversion.h"
+#include "points/UnitConversion.h"
 
 namespace tam {
 
@@ -110,19 +111,11 @@ std::wstring CDBAttribute::DispValue() const {
 }
 
 std::wstring CDBAttribute::NumericDispValue() const {
-    const auto manager = OwnerOf(owner_).OwnerUnitsManager();
-    com::CheckSet(manager.Get());
-    const auto converter = manager.As<IUnitConverter>();
-    if (!converter) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-    const com::Bstr value(LocalizeValue(value_));
-    const com::Bstr unit(RequiredType().Id());
-    com::Bstr converted;
-    com::Bstr label;
-    com::Check(converter->Convert(value.Get(), unit.Get(), converted.Put()));
-    com::Check(converter->Label(unit.Get(), label.Put()));
-    return std::wstring(converted.View()) + L" " + std::wstring(label.View());
+    const auto converter = OwnerOf(owner_).OwnerUnitsManager();
+    com::CheckSet(converter.Get());
+    const std::wstring& unit = RequiredType().Id();
+    const std::wstring converted = ConvertedValue(*converter.Get(), LocalizeValue(value_), unit);
+    return converted + L" " + UnitLabel(*converter.Get(), unit);
 }
 
 STDMETHODIMP CDBAttribute::put_Value(BSTR value) {

@@ -1,0 +1,165 @@
+#include "tests/points/Points.h"
+
+#include "com/LateBound.h"
+#include "common/RunTimeError.h"
+
+using namespace support;
+using namespace points;
+
+namespace {
+
+constexpr CLSID kOtherConverterClass = {
+    0x7A0E3B61, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
+
+/// A converter that offers nothing but its names, as one written in a script.
+class ScriptConverter final : public IDispatch {
+  public:
+    /// Each call: member, then its arguments.
+    std::vector<std::vector<std::wstring>> calls;
+    bool hasMembers = true;
+    bool isNumeric = false;
+    bool fails = false;
+
+    virtual ~ScriptConverter() = default;
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+        *out = known ? this : nullptr;
+        if (!known) {
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+    STDMETHODIMP_(ULONG) Release() override {
+        const ULONG left = --references_;
+        if (left == 0) {
+            delete this;
+        }
+        return left;
+    }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        const std::wstring name = names[0];
+        ids[0] = !hasMembers          ? DISPID_UNKNOWN
+                 : name == L"Convert" ? 1
+                 : name == L"Label"   ? 2
+                                      : DISPID_UNKNOWN;
+        return ids[0] == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result,
+                        EXCEPINFO* exception, UINT*) override {
+        std::vector<std::wstring> call{id == 1 ? L"Convert" : L"Label"};
+        for (UINT i = params->cArgs; i > 0; --i) { // arguments come last first
+            call.push_back(com::Text(params->rgvarg[i - 1].bstrVal));
+        }
+        calls.push_back(std::move(call));
+        if (fails) {
+            exception->scode = static_cast<SCODE>(0x800A1234);
+            exception->bstrSource = com::Bstr(L"Units of the host").Detach();
+            exception->bstrDescription = com::Bstr(L"No such unit").Detach();
+            return DISP_E_EXCEPTION;
+        }
+        if (id == 1 && isNumeric) {
+            result->vt = VT_R8;
+            result->dblVal = 70.5;
+        } else {
+            result->vt = VT_BSTR;
+            result->bstrVal = com::Bstr(id == 1 ? L"70.7" : L"degF").Detach();
+        }
+        return S_OK;
+    }
+
+  private:
+    ULONG references_ = 1;
+};
+
+/// A converter by slot that says why it failed.
+class FailingConverter final : public com::DualObject<FailingConverter, IUnitConverter> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP Convert(BSTR, BSTR, BSTR* value) override {
+        return Get(value, []() -> std::wstring {
+            throw tam::RunTimeError(static_cast<std::int32_t>(0x80041234), L"Converter", L"Out of its range");
+        });
+    }
+    STDMETHODIMP Label(BSTR, BSTR*) override { return E_UNEXPECTED; }
+};
+
+class UnitConversionTest : public PointsTest {
+  protected:
+    com::Ref<ScriptConverter> script = com::Ref<ScriptConverter>::Own(new ScriptConverter);
+    com::Ref<FailingConverter> failing = FailingConverter::Make();
+
+    /// A numeric attribute of a module that is made over this converter.
+    com::Ref<IAttribute> Over(IUnknown* converter) {
+        const HostClass other(kOtherConverterClass, kConverterProgId, [converter](REFIID iid, void** out) {
+            return converter->QueryInterface(iid, out);
+        });
+        module = WithAttributes(L"<Gain><SNVTTYPE>105</SNVTTYPE><VALUE>21.5</VALUE></Gain>");
+        return Attribute(module, L"Gain");
+    }
+};
+
+TEST_F(UnitConversionTest, AsksAConverterWithoutTheInterfaceByName) {
+    const auto gain = Over(script.Get());
+    EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), L"70.7 degF");
+    EXPECT_EQ(script->calls, (std::vector<std::vector<std::wstring>>{{L"Convert", Local(L"21.5"), L"105"},
+                                                                     {L"Label", L"105"}}));
+}
+
+TEST_F(UnitConversionTest, ShowsANumberThatIsAnsweredByNameInTheUsersForm) {
+    script->isNumeric = true;
+    EXPECT_EQ(Text(Over(script.Get()), &IAttribute::get_DispValue), Local(L"70.5") + L" degF");
+}
+
+TEST_F(UnitConversionTest, HandsAFailureByNameToTheCallerAsItWasRaised) {
+    script->fails = true;
+    com::Bstr shown;
+    EXPECT_EQ(Over(script.Get())->get_DispValue(shown.Put()), static_cast<HRESULT>(0x800A1234));
+    const ErrorTexts error = LastError();
+    EXPECT_EQ(error.description, L"No such unit");
+    EXPECT_EQ(error.source, L"Units of the host");
+    EXPECT_EQ(shown.Get(), nullptr);
+    EXPECT_EQ(script->calls.size(), 1u); // the label is not asked for any more
+}
+
+TEST_F(UnitConversionTest, HandsAFailureBySlotToTheCallerAsItWasRaised) {
+    com::Bstr shown;
+    EXPECT_EQ(Over(static_cast<IUnitConverter*>(failing.Get()))->get_DispValue(shown.Put()),
+              static_cast<HRESULT>(0x80041234));
+    const ErrorTexts error = LastError();
+    EXPECT_EQ(error.description, L"Out of its range");
+    EXPECT_EQ(error.source, L"Converter");
+}
+
+TEST_F(UnitConversionTest, HandsAFailureToAScriptAsItWasRaised) {
+    const auto gain = Over(static_cast<IUnitConverter*>(failing.Get()));
+    const auto failure = com::Attempt([&] { com::GetMember(*gain.Get(), L"DispValue"); });
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->code, static_cast<HRESULT>(0x80041234));
+    EXPECT_EQ(failure->description, L"Out of its range");
+    EXPECT_EQ(failure->source, L"Converter");
+}
+
+TEST_F(UnitConversionTest, FailsWithAnObjectThatConvertsNothing) {
+    script->hasMembers = false;
+    com::Bstr shown;
+    EXPECT_EQ(Over(script.Get())->get_DispValue(shown.Put()), DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(UnitConversionTest, GivesTheConverterThatItWasMadeOver) {
+    const auto manager = Object(Over(script.Get()).As<_CDBAttribute>(), &_CDBAttribute::get_UnitsManager);
+    EXPECT_TRUE(com::SameObject(manager.Get(), static_cast<IDispatch*>(script.Get())));
+}
+
+TEST_F(UnitConversionTest, ConvertsStillWhenTheModuleHasBeenDestroyed) {
+    const auto gain = Over(script.Get());
+    EXPECT_EQ(module->Destroy(), S_OK);
+    EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), L"70.7 degF");
+    EXPECT_EQ(module->Destroy(), S_OK);
+    EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), L"70.7 degF");
+}
+
+} // namespace
