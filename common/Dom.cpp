@@ -187,6 +187,7 @@ void ForEachAttribute(const Node& element,
     if (!attributes) {
         return;
     }
+    Check(attributes->reset()); // where somebody else's walk has left it
     for (;;) {
         Node attribute;
         Check(attributes->nextNode(attribute.Put()));
