@@ -22,17 +22,20 @@ std::wstring TextOf(const VARIANT& value) {
     return com::Text(text.Get().bstrVal);
 }
 
-/// Through a reference to a text when that is what the caller passed.
+/// Through the references that the caller passed, down to its own text.
 void Replace(VARIANT& target, const std::wstring& text) {
+    if (target.vt == (VT_VARIANT | VT_BYREF)) {
+        Replace(*target.pvarVal, text);
+        return;
+    }
     if (target.vt == (VT_BSTR | VT_BYREF)) {
         com::Bstr value(text);
         std::swap(*target.pbstrVal, *value.Address());
         return;
     }
     com::Variant value(text);
-    VARIANT& place = target.vt == (VT_VARIANT | VT_BYREF) ? *target.pvarVal : target;
-    com::Check(VariantClear(&place));
-    place = value.Detach();
+    com::Check(VariantClear(&target));
+    target = value.Detach();
 }
 
 } // namespace

@@ -13,7 +13,12 @@ namespace {
 /// No host nests structures as deep; one that contains itself ends here.
 constexpr int kDeepest = 16;
 
-using Objects = std::vector<com::Ref<IDispatch>>;
+/// A field as its collection gave it, with the key when it gave that too.
+struct Entry {
+    com::Ref<IDispatch> object;
+    com::Variant key;
+};
+using Entries = std::vector<Entry>;
 
 com::Ref<IDispatch> ItemOf(IDispatch& collection, const VARIANT& key) {
     VARIANT argument = key; // borrowed
@@ -34,27 +39,34 @@ com::Ref<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
     return com::Query<IEnumVARIANT>(value.punkVal);
 }
 
-Objects Enumerated(IEnumVARIANT& enumerator) {
-    Objects objects;
+/// A dictionary enumerates its keys; the fields are behind them.
+Entries Enumerated(IDispatch& collection, IEnumVARIANT& enumerator) {
+    Entries entries;
     for (;;) {
         com::Variant item;
         ULONG fetched = 0;
         const HRESULT result = enumerator.Next(1, item.Put(), &fetched);
         com::Check(result);
         if (result != S_OK) {
-            return objects;
+            return entries;
         }
-        objects.push_back(ObjectOfResult(item));
+        const VARTYPE kind = item.Get().vt;
+        if (kind == VT_DISPATCH || kind == VT_UNKNOWN) {
+            entries.push_back({ObjectOfResult(item), {}});
+        } else {
+            auto object = ItemOf(collection, item.Get());
+            entries.push_back({std::move(object), std::move(item)});
+        }
     }
 }
 
-Objects Counted(IDispatch& collection) {
+Entries Counted(IDispatch& collection) {
     const long count = com::LongOf(TextOfResult(com::GetMember(collection, L"Count")));
-    Objects objects;
+    Entries entries;
     for (long position = 1; position <= count; ++position) {
-        objects.push_back(ItemOf(collection, com::Variant(position).Get()));
+        entries.push_back({ItemOf(collection, com::Variant(position).Get()), {}});
     }
-    return objects;
+    return entries;
 }
 
 bool HasItem(IDispatch& collection) {
@@ -64,16 +76,26 @@ bool HasItem(IDispatch& collection) {
     return collection.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != DISP_E_UNKNOWNNAME;
 }
 
-/// The name, when the collection finds the field by it; else the position.
-/// Empty for a collection that can only be walked.
+com::Ref<IDispatch> FoundBy(IDispatch& collection, const com::Variant& key) {
+    com::Ref<IDispatch> found;
+    com::Attempt([&] { found = ItemOf(collection, key.Get()); });
+    return found;
+}
+
+/// The name, when the collection finds the field by it; else the position. A
+/// collection that makes its objects anew for each caller and takes names alone
+/// is left with the name. Empty for a collection that can only be walked.
 com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
     if (!HasItem(collection)) {
         return {};
     }
     com::Variant byName(name);
-    bool found = false;
-    com::Attempt([&] { found = com::SameObject(ItemOf(collection, byName.Get()).Get(), field); });
-    return found ? std::move(byName) : com::Variant(position);
+    const auto named = FoundBy(collection, byName);
+    if (com::SameObject(named.Get(), field)) {
+        return byName;
+    }
+    com::Variant byPosition(position);
+    return named && !FoundBy(collection, byPosition) ? std::move(byName) : std::move(byPosition);
 }
 
 std::wstring GenTypeOf(const DataPoint& field) {
@@ -82,13 +104,13 @@ std::wstring GenTypeOf(const DataPoint& field) {
     return genType;
 }
 
-Objects FieldsOf(const DataPoint& structure) {
+Entries FieldsOf(const DataPoint& structure) {
     const auto collection = structure.Fields();
     if (!collection) {
         return {};
     }
     const auto enumerator = EnumeratorOf(*collection.Get());
-    return enumerator ? Enumerated(*enumerator.Get()) : Counted(*collection.Get());
+    return enumerator ? Enumerated(*collection.Get(), *enumerator.Get()) : Counted(*collection.Get());
 }
 
 } // namespace
@@ -96,12 +118,15 @@ Objects FieldsOf(const DataPoint& structure) {
 std::vector<FieldRow> ReadFields(const DataPoint& structure) {
     std::vector<FieldRow> rows;
     const auto collection = structure.Fields();
-    for (const auto& object : FieldsOf(structure)) {
-        DataPoint field(object.Get());
+    for (Entry& entry : FieldsOf(structure)) {
+        DataPoint field(entry.object.Get());
         std::wstring name = field.Name();
         const std::wstring value = field.Value();
         std::wstring genType = GenTypeOf(field);
-        com::Variant key = KeyOf(*collection.Get(), name, static_cast<long>(rows.size()) + 1, object.Get());
+        com::Variant key =
+            entry.key.Get().vt != VT_EMPTY
+                ? std::move(entry.key)
+                : KeyOf(*collection.Get(), name, static_cast<long>(rows.size()) + 1, entry.object.Get());
         rows.push_back({std::move(field), std::move(name), value, value, std::move(genType), std::move(key)});
     }
     return rows;
@@ -123,8 +148,8 @@ ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) : point_(point) 
     }
     // What has no fields may well refuse to be asked for them.
     com::Attempt([&] {
-        for (const auto& field : FieldsOf(point)) {
-            fields_.push_back(ValueSnapshot(DataPoint(field.Get()), depth + 1));
+        for (const Entry& field : FieldsOf(point)) {
+            fields_.push_back(ValueSnapshot(DataPoint(field.object.Get()), depth + 1));
         }
     });
 }

@@ -37,6 +37,11 @@ std::wstring_view WithoutBlanksAround(std::wstring_view text) {
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
+bool HasNegatives(const NumericEditorState::Setup& setup) {
+    const std::wstring_view min = WithoutBlanksAround(setup.min);
+    return min.empty() ? setup.genType != L"UnsignedNumeric" : min.front() == L'-';
+}
+
 } // namespace
 
 NumericEditorState::NumericEditorState(const Setup& setup)
@@ -45,7 +50,7 @@ NumericEditorState::NumericEditorState(const Setup& setup)
     , current_(Local(setup.value))
     , invalid_(Local(setup.invalidValue))
     , isFloat_(setup.genType == L"Float")
-    , takesMinus_(setup.min.empty() ? setup.genType != L"UnsignedNumeric" : setup.min.front() == L'-') {}
+    , takesMinus_(HasNegatives(setup)) {}
 
 KeyAnswer NumericEditorState::Key(wchar_t key, const EditText& edit) const {
     switch (key) {
@@ -129,10 +134,13 @@ NumericEditorState::Outcome NumericEditorState::Confirm(std::wstring_view text,
     } else if (number.starts_with(L"-" + separator_)) {
         number.insert(1, L"0");
     }
+    if (!min) {
+        return {true, std::move(number)};
+    }
     if (!IsNumber(text)) {
         throw RunTimeError(RunTime::TypeMismatch);
     }
-    if (min && !min->empty()) {
+    if (!min->empty()) {
         std::wstring limit = Local(*min);
         if (NumberOf(number) < NumberOf(limit)) {
             return {false, std::move(limit)};

@@ -57,8 +57,9 @@ class NumericEditorState {
         /// The text to write, with a 0 before a leading decimal mark.
         std::wstring text;
     };
-    /// Throws "type mismatch" when the text is no number. Without `min` the
-    /// text is taken as it is: the invalid value lies outside the limits.
+    /// Throws "type mismatch" when the text is no number. Without `min` any
+    /// text is taken: the invalid value lies outside the limits, and may be a
+    /// word such as NaN.
     Outcome Confirm(std::wstring_view text, std::optional<std::wstring_view> min) const;
 
   private:

@@ -51,7 +51,14 @@ EditText TextInput::Read() const {
 }
 
 void TextInput::Show(const EditText& edit) const {
-    SetWindowTextW(edit_, edit.text.c_str());
+    if (Text() != edit.text) {
+        SetWindowTextW(edit_, edit.text.c_str());
+        // The box's owner may have corrected the text by now, and selected what
+        // it put there.
+        if (Text() != edit.text) {
+            return;
+        }
+    }
     SendMessageW(edit_, EM_SETSEL, edit.selectionStart, static_cast<LPARAM>(edit.selectionEnd));
 }
 
@@ -103,8 +110,7 @@ LRESULT TextInput::Plain(UINT message, WPARAM wParam, LPARAM lParam) const {
 }
 
 LRESULT TextInput::Character(WPARAM wParam, LPARAM lParam) {
-    const EditText before = Read();
-    const KeyAnswer answer = rules_.Key(static_cast<wchar_t>(wParam), before);
+    const KeyAnswer answer = rules_.Key(static_cast<wchar_t>(wParam), Read());
     switch (answer.kind) {
     case KeyAnswer::Kind::PassOn:
         return Plain(WM_CHAR, answer.character, lParam);
@@ -112,11 +118,7 @@ LRESULT TextInput::Character(WPARAM wParam, LPARAM lParam) {
         MessageBeep(MB_OK);
         break;
     case KeyAnswer::Kind::Replace:
-        if (answer.edit.text != before.text) {
-            Show(answer.edit);
-        }
-        SendMessageW(edit_, EM_SETSEL, answer.edit.selectionStart,
-                     static_cast<LPARAM>(answer.edit.selectionEnd));
+        Show(answer.edit);
         break;
     case KeyAnswer::Kind::Confirm:
         rules_.Confirm();

@@ -35,6 +35,8 @@ class TextInput {
 
     EditText Read() const;
     std::wstring Text() const { return Read().text; }
+    /// Shows a text and what is selected of it. A text that is there already
+    /// counts as no change.
     void Show(const EditText& edit) const;
     /// Gives the box the focus and selects its text.
     void FocusAll() const;

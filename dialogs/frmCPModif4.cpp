@@ -141,12 +141,12 @@ void frmCPModif4::EditRow(int row) {
 }
 
 void frmCPModif4::OpenEditor(const FieldRow& row) {
+    const auto field = FetchField(Point(), row);
     const auto editor = MakeValueEditor(row.genType);
     if (!editor) {
         ShowBox(kNoEditorText, kNoEditorCaption, MB_ICONEXCLAMATION);
         return;
     }
-    const auto field = FetchField(Point(), row);
     editor->SetCalledFramModif4(true);
     editor->SetDataPoint(field.Get());
     editor->ShowModal();

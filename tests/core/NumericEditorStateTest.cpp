@@ -106,6 +106,8 @@ TEST(NumericEditorStateTest, TakesTheSignAtTheStartOfATypeWithNegatives) {
     EXPECT_FALSE(Takes(State(L"1", L"SignedNumeric", L"0"), L'-', L"|"));
     EXPECT_FALSE(Takes(State(L"1", L"UnsignedNumeric", L""), L'-', L"|"));
     EXPECT_TRUE(Takes(State(L"1", L"Float", L""), L'-', L"|"));
+    EXPECT_TRUE(Takes(State(L"1", L"UnsignedNumeric", L"\r\n  -5 "), L'-', L"|"));
+    EXPECT_FALSE(Takes(State(L"1", L"UnsignedNumeric", L" "), L'-', L"|"));
 }
 
 TEST(NumericEditorStateTest, EscapeGoesBackToTheCurrentValue) {
@@ -186,6 +188,8 @@ TEST(NumericEditorStateTest, OkTakesTheInvalidValueWithoutALimit) {
     const auto outcome = State(L"1").Confirm(L"-999", std::nullopt);
     EXPECT_TRUE(outcome.accepted);
     EXPECT_EQ(outcome.text, L"-999");
+    EXPECT_EQ(State(L"1").Confirm(L"NaN", std::nullopt).text, L"NaN");
+    EXPECT_EQ(State(L"1", L"Float", L"", L",").Confirm(L"n/a", std::nullopt).text, L"n/a");
 }
 
 TEST(NumericEditorStateTest, OkFailsOnATextThatIsNoNumber) {

@@ -31,6 +31,10 @@ TEST(RunTimeErrorTest, GivesClassicErrorsTheirCodeNumberAndText) {
     }
 }
 
+TEST(RunTimeErrorTest, GivesAnyOtherNumberTheGeneralText) {
+    EXPECT_EQ(StandardText(static_cast<RunTime>(1000)), L"Application-defined or object-defined error");
+}
+
 TEST(RunTimeErrorTest, KeepsAnErrorOfTheComponentsOwnRange) {
     const auto code = static_cast<std::int32_t>(0x80040201u);
     const RunTimeError error(code, L"O_Tam_id", L"no file");

@@ -20,7 +20,10 @@ class frmCPModif5Test : public DialogTest {
 
 TEST_F(frmCPModif5Test, ShowsEightBitsOfAOneByteType) {
     const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        EXPECT_EQ(dialog.Caption(), L"Edit Value");
         EXPECT_EQ(dialog.Text(IDC_NAME), L"Point");
+        EXPECT_EQ(dialog.Text(IDC_TYPE), L"SNVT_state_8");
+        EXPECT_EQ(dialog.DefaultButton(), IDOK);
         EXPECT_EQ(Bits(dialog), L"00000101");
         EXPECT_FALSE(dialog.IsVisible(IDC_BIT_NUMBER + 8));
         EXPECT_EQ(dialog.Text(IDC_BIT_SUM), L"5 (0x05)");

@@ -63,6 +63,15 @@ void Shown::Type(int id, const std::wstring& text) const {
 void Shown::PressKey(WORD key) const {
     PostMessageW(GetFocus(), WM_KEYDOWN, key, 1);
     PostMessageW(GetFocus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+    Pump();
+}
+
+void Shown::CloseByItsFrame() const {
+    SendMessageW(window_, WM_CLOSE, 0, 0); // which posts the Cancel button's command
+    Pump();
+}
+
+void Shown::Pump() const {
     MSG message{};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
         if (IsDialogMessageW(window_, &message) == FALSE) {

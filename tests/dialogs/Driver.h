@@ -35,6 +35,8 @@ class Shown {
     /// A key as it goes through the dialog's own handling, to the control with
     /// the focus.
     void PressKey(WORD key) const;
+    /// The closing button of the window's frame.
+    void CloseByItsFrame() const;
     void Click(int id) const;
     /// A double click on a control, at its middle or at a point of its own.
     void DoubleClick(int id, int x = 5, int y = 5) const;
@@ -51,6 +53,7 @@ class Shown {
 
   private:
     static std::wstring TextOf(HWND window);
+    void Pump() const;
 
     HWND window_;
 };

@@ -60,6 +60,32 @@ TEST_F(frmCPModif3Test, AnEmptyDescriptionGivesAnEmptyList) {
     });
 }
 
+TEST_F(frmCPModif3Test, ReadsEntriesAsTheyStandUpToTheFirstEmptyOne) {
+    const auto value =
+        Edit(EnumAttribute(L"3", L"2.5,half;3;4x,,tail;on,On;6,a,b; 7 , seven;;8,lost"), [](Shown& dialog) {
+            ASSERT_EQ(Send(dialog, CB_GETCOUNT), 6);
+            const std::pair<LRESULT, const wchar_t*> entries[] = {{2, L"half"}, {3, L""},  {4, L""},
+                                                                  {0, L"On"},   {6, L"a"}, {7, L" seven"}};
+            EXPECT_EQ(Send(dialog, CB_GETCURSEL), 1);
+            for (int i = 0; i < 6; ++i) {
+                EXPECT_EQ(Send(dialog, CB_GETITEMDATA, static_cast<WPARAM>(i)), entries[i].first);
+                dialog.Choose(IDC_ENUM, i);
+                EXPECT_EQ(dialog.Text(IDC_ENUM), entries[i].second);
+            }
+            dialog.Choose(IDC_ENUM, 2);
+            dialog.Click(IDOK);
+        });
+    EXPECT_EQ(value, L"3") << "the first entry with the text shown";
+}
+
+TEST_F(frmCPModif3Test, TextsThatDifferInCaseAreTwo) {
+    const auto value = Edit(EnumAttribute(L"0", L"0,on;1,On;-32768,ON"), [](Shown& dialog) {
+        dialog.Choose(IDC_ENUM, 2);
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"-32768");
+}
+
 TEST_F(frmCPModif3Test, TheKeyboardChoosesAndConfirms) {
     const auto value = Edit(EnumAttribute(L"0", L"0,Off;1,On;2,Auto"), [](Shown& dialog) {
         dialog.PressKey(VK_DOWN);

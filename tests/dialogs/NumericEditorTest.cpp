@@ -188,6 +188,7 @@ TEST_F(frmCPModif1Test, TicksStoreTheInvalidValueAndClearingGivesTheTextBack) {
         dialog.Click(IDC_INVALID);
         EXPECT_TRUE(dialog.IsEnabled(kBox));
         EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_TRUE(dialog.IsEnabled(IDOK));
         EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
         dialog.Click(IDC_INVALID);
         dialog.Click(IDOK);

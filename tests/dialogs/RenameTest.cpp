@@ -1,6 +1,8 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 
+#include "com/LateBound.h"
+
 namespace dialogs {
 namespace {
 
@@ -94,6 +96,50 @@ TEST_F(frmRenameTest, TheKeyCodeZeroConfirms) {
     EXPECT_EQ(answer.name, L"Dev1");
 }
 
+TEST_F(frmRenameTest, TheKeyCodeZeroConfirmsNoBadName) {
+    const auto answer = Rename(L"", [](Shown& dialog) {
+        for (const wchar_t* name : {L"", L"a-b"}) {
+            dialog.Type(kBox, name);
+            SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+            EXPECT_TRUE(dialog.IsOpen());
+            EXPECT_EQ(dialog.Text(kBox), name);
+        }
+        dialog.Select(kBox, 0, -1);
+        dialog.Type(kBox, L"ab");
+        SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+    });
+    EXPECT_EQ(answer.choice, 1) << "a refusal before does not count";
+    EXPECT_EQ(answer.name, L"ab");
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 2U);
+    ExpectBox(messages[0], L"The name have to start with a letter.", L"Gateway Object", MB_ICONEXCLAMATION);
+    ExpectBox(messages[1], L"The name haven't to contain special keys.", L"Gateway Object",
+              MB_ICONEXCLAMATION);
+}
+
+TEST_F(frmRenameTest, ALongNameIsShownCutAndLeftAloneByCancel) {
+    const auto close = [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(kBox), L"Longna");
+        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
+        dialog.CloseByItsFrame();
+    };
+    const auto answer = Rename(L"Longname", close);
+    EXPECT_EQ(answer.choice, 2);
+    EXPECT_EQ(answer.name, L"Longname");
+}
+
+TEST_F(frmRenameTest, TakesNoMoreThanSixPastedCharacters) {
+    const auto answer = Rename(L"x", [](Shown& dialog) {
+        dialog.Type(kBox, L"\b");
+        EXPECT_FALSE(dialog.IsEnabled(IDOK));
+        dialog.Paste(kBox, L"abcdefgh");
+        EXPECT_EQ(dialog.Text(kBox), L"abcdef");
+        EXPECT_TRUE(dialog.IsEnabled(IDOK));
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(answer.name, L"abcdef");
+}
+
 TEST_F(frmRenameTest, EnterPressesOkAndEscapeCancel) {
     EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_RETURN); }).choice, 1);
     EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_ESCAPE); }).choice, 2);
@@ -122,6 +168,52 @@ TEST_F(frmRenameTest, IsReachedByNameWithAVariableByReference) {
     EXPECT_EQ(result.Get().iVal, 1);
     EXPECT_EQ(com::Text(value.bstrVal), L"new");
     VariantClear(&value);
+}
+
+TEST_F(frmRenameTest, WritesThroughAReferenceToAText) {
+    const auto module = NewModule();
+    const auto typeNew = [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(kBox), L"old");
+        dialog.Type(kBox, L"new");
+        dialog.Click(IDOK);
+    };
+    for (const bool isVariablesVariable : {false, true}) {
+        com::Bstr text(L"old");
+        VARIANT byReference = com::ByReference(text);
+        VARIANT variable{};
+        variable.vt = VT_VARIANT | VT_BYREF;
+        variable.pvarVal = &byReference;
+        short choice = 0;
+        Next(typeNew);
+        EXPECT_EQ(module.As<ITamDialogs>()->ShowRename(isVariablesVariable ? &variable : &byReference,
+                                                       nullptr, &choice),
+                  S_OK);
+        EXPECT_EQ(choice, 1);
+        EXPECT_EQ(text.View(), L"new");
+        EXPECT_EQ(byReference.vt, VT_BSTR | VT_BYREF);
+    }
+    com::Bstr text(L"old");
+    VARIANT argument = com::ByReference(text);
+    Next(typeNew);
+    EXPECT_EQ(com::CallMember(*module.Get(), L"ShowRename", std::span<VARIANT>(&argument, 1)).Get().iVal, 1);
+    EXPECT_EQ(text.View(), L"new");
+}
+
+TEST_F(frmRenameTest, OpensEmptyForAVariableThatHoldsNothing) {
+    const auto module = NewModule().As<ITamDialogs>();
+    for (const VARTYPE kind : {VT_EMPTY, VT_NULL, VT_BSTR}) {
+        VARIANT argument{};
+        argument.vt = kind;
+        short choice = 0;
+        Next([](Shown& dialog) {
+            EXPECT_EQ(dialog.Text(kBox), L"");
+            EXPECT_FALSE(dialog.IsEnabled(IDOK));
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(module->ShowRename(&argument, nullptr, &choice), S_OK);
+        EXPECT_EQ(choice, 2);
+        EXPECT_EQ(argument.vt, kind);
+    }
 }
 
 } // namespace

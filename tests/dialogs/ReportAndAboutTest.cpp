@@ -17,6 +17,7 @@ class frmErrorTest : public DialogTest {
 TEST_F(frmErrorTest, ShowsTheErrorAndFoldsItsAdvancedPart) {
     Report([](Shown& dialog) {
         EXPECT_EQ(dialog.Caption(), L"Gateway Object - Error report");
+        EXPECT_EQ(dialog.Text(IDC_ERROR_TITLE), L"Gateway Object");
         EXPECT_EQ(dialog.Text(IDC_ERROR_LINE1), L"The application has reported the following error:");
         EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), L"Object variable or With block variable not set");
         EXPECT_EQ(dialog.Text(IDC_ERROR_ADVANCED), L"Advanced Information  > >");
@@ -60,6 +61,8 @@ TEST_F(frmAboutTest, ShowsTitleVersionAndLogo) {
         EXPECT_EQ(dialog.Caption(), L"About Gateway Object");
         EXPECT_EQ(dialog.Text(IDC_ABOUT_TITLE), L"Gateway Object");
         EXPECT_EQ(dialog.Text(IDC_ABOUT_VERSION), L"Version 1.0.0");
+        EXPECT_EQ(dialog.Text(IDC_ABOUT_DESCRIPTION),
+                  L"Application objects of remote I/O modules for building-automation controllers.");
         EXPECT_NE(SendMessageW(dialog.Control(IDC_ABOUT_LOGO), STM_GETICON, 0, 0), 0);
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         dialog.Click(IDOK);
