@@ -28,6 +28,7 @@ build_packages=(
 )
 check_packages=(
     clang                      # ./tam fuzz, and the second compiler
+    libclang-rt-dev            # its sanitizers and libFuzzer, which clang alone only recommends
     clang-format
     clang-tidy
     cppcheck
