@@ -115,7 +115,7 @@ std::string Table::Print() const {
     return text;
 }
 
-void Fields::Add(std::string name, std::string value) {
+void Fields::Add(std::string name, const std::string& value) {
     fields_.emplace_back(std::move(name), OneLine(value));
 }
 

@@ -29,7 +29,7 @@ class Table {
 /// the next line.
 class Fields {
   public:
-    void Add(std::string name, std::string value);
+    void Add(std::string name, const std::string& value);
     bool IsEmpty() const noexcept { return fields_.empty(); }
     std::string Print() const;
 

@@ -24,7 +24,7 @@ LPARAM KeyData(WORD key) {
 }
 
 void Press(HWND window, const Stroke& stroke) {
-    constexpr LPARAM kReleased = static_cast<LPARAM>(0xC0000000);
+    constexpr auto kReleased = static_cast<LPARAM>(0xC0000000);
     constexpr LPARAM kAltIsDown = 1 << 29;
     switch (stroke.kind) {
     case Stroke::Kind::Character:
@@ -58,9 +58,10 @@ HWND ReadyDialog() {
 
 } // namespace
 
-Typist::Typist(std::vector<Stroke> strokes) : strokes_(strokes.begin(), strokes.end()) {
+Typist::Typist(const std::vector<Stroke>& strokes)
+    : clock_(CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr))
+    , strokes_(strokes.begin(), strokes.end()) {
     // A timer's message comes only when no other is waiting.
-    clock_ = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     SetWindowLongPtrW(clock_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetWindowLongPtrW(clock_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Typist::Procedure));
     SetTimer(clock_, 1, USER_TIMER_MINIMUM, nullptr);

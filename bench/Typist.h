@@ -17,7 +17,7 @@ namespace bench {
 class Typist {
   public:
     /// Without strokes it types nothing and only closes what stays open.
-    explicit Typist(std::vector<Stroke> strokes);
+    explicit Typist(const std::vector<Stroke>& strokes);
     ~Typist();
     Typist(const Typist&) = delete;
     Typist& operator=(const Typist&) = delete;

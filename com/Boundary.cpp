@@ -39,7 +39,7 @@ Failure CurrentFailure() noexcept {
     Failure failure;
     try {
         try {
-            throw;
+            throw; // cppcheck-suppress rethrowNoCurrentException; called from handlers alone
         } catch (tam::RunTimeError& error) {
             failure.code = static_cast<HRESULT>(error.Code());
             failure.source = error.Source();

@@ -19,6 +19,7 @@ Ref<IUnknown> MakeEnumerator(std::vector<Ref<IDispatch>> items);
 template <class I, class Range>
 Ref<IUnknown> EnumeratorOf(const Range& range) {
     std::vector<Ref<IDispatch>> items;
+    items.reserve(std::size(range));
     for (const auto& item : range) {
         items.push_back(Ref<IDispatch>(static_cast<I*>(item.Get())));
     }

@@ -118,6 +118,7 @@ class KeyedCollection {
     // is then the last one.
     Iterator begin() const noexcept { return Iterator(*this, 0); }
     Iterator end() const noexcept { return Iterator(*this, std::numeric_limits<std::size_t>::max()); }
+    std::size_t size() const noexcept { return Count(); }
 
   private:
     KeyOrder order_;

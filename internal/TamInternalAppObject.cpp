@@ -77,9 +77,10 @@ void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::R
 
 } // namespace
 
-TamInternalAppObject::TamInternalAppObject() : link_(std::make_shared<InternalLink>()) {
-    inner_ = Required<IAppObject>(com::CreateByProgId(kGenericProgId));
-    library_ = Required<ILibraryService>(com::CreateByProgId(kLibraryProgId));
+TamInternalAppObject::TamInternalAppObject()
+    : inner_(Required<IAppObject>(com::CreateByProgId(kGenericProgId)))
+    , library_(Required<ILibraryService>(com::CreateByProgId(kLibraryProgId)))
+    , link_(std::make_shared<InternalLink>()) {
     link_->parent = this;
 }
 

@@ -18,6 +18,8 @@ F As(FARPROC function) {
 
 } // namespace
 
+// The DLL stays until the program ends.
+// cppcheck-suppress noDestructor
 HostDll::HostDll() : path_(BesideProgram(L"OrvHost.dll")), module_(LoadLibraryW(path_.c_str())) {
     EXPECT_NE(nullptr, module_) << "OrvHost.dll does not load, error " << GetLastError();
 }

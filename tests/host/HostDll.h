@@ -17,6 +17,8 @@ namespace hosttest {
 class HostDll {
   public:
     static HostDll& Get();
+    HostDll(const HostDll&) = delete;
+    HostDll& operator=(const HostDll&) = delete;
 
     HRESULT ClassObject(REFCLSID clsid, REFIID iid, void** out) const;
     HRESULT CanUnloadNow() const;

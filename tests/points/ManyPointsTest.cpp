@@ -65,7 +65,7 @@ TEST_F(ManyPointsTest, FindsEachOutput) {
         ASSERT_EQ(Long(output, &IOutput::get_Index), i);
         ASSERT_EQ(Text(output.As<IDisplayItem>(), &IDisplayItem::get_key), L"E\\ROU\\" + Name(L"Out_", i));
         wchar_t reference[8] = {};
-        wsprintfW(reference, L"%04X", 0x4000 + i);
+        wsprintfW(reference, L"%04X", static_cast<unsigned>(0x4000 + i));
         ASSERT_EQ(Text(output.As<IDisplayItem>(), &IDisplayItem::get_Reference), reference);
     }
 }
