@@ -46,7 +46,9 @@ struct Options {
 };
 
 /// Exit statuses, as the help explains them.
-enum Status { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
 
 /// Reads the program's own command line. Without a result the run is over:
 /// help was printed or the usage was wrong, and `status` says which.

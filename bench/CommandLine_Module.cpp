@@ -1,0 +1,135 @@
+#include "bench/CommandSyntax.h"
+
+namespace bench {
+
+namespace {
+
+/// The commands that work with one module, or with none.
+class ModuleCommands {
+  public:
+    ModuleCommands(CommandSyntax& program, Options& options) : program_(program), options_(options) {}
+
+    void AddReading() {
+        StreamCommand("inspect",
+                      "Load a stream and show the module: what it is, and its inputs, outputs and attributes",
+                      "  tambench inspect full\n"
+                      "  tambench inspect full --us             values in US units\n"
+                      "  tambench inspect channels --wire       with its own outputs wired to its inputs\n"
+                      "  tambench inspect oddities              a stream with faults: see the boxes");
+        CommandSyntax types =
+            Command("types", "List the network variable types of the catalogue",
+                    "  tambench types --filter temp\n"
+                    "  tambench types --filter Enum --json    enumerations with their values");
+        types.Text("--filter", options_.filter,
+                   "Only types with this text in their number, name, kind or unit");
+    }
+
+    void AddProject() {
+        CommandSyntax save =
+            StreamCommand("save", "Load a stream and save the module into a project document",
+                          "  tambench save channels -o project.xml\n"
+                          "  tambench save channels --name \"Reading room 2\" --at 12.5 4");
+        save.Output("File for the project; without it the saved element is only shown");
+        save.Placing();
+        save.Names("--display", "NAME", options_.displayed, "Outputs that the host shows in its displays");
+
+        CommandSyntax load = StreamCommand(
+            "load", "Load a stream, then what a project saved of the module; show what that changed",
+            "  tambench save channels --name \"Reading room 2\" --at 12.5 4 -o project.xml\n"
+            "  tambench load channels project.xml");
+        load.Argument("PROJECT", options_.project, "Project document, as save writes it");
+
+        CommandSyntax interop = StreamCommand("interop", "Write the module's description for other tools",
+                                              "  tambench interop channels\n"
+                                              "  tambench interop full -o interop.xml");
+        interop.Output("File for the document; without it the document is shown");
+
+        CommandSyntax exporting =
+            StreamCommand("export", "Compile the module into its database image and show its sizes",
+                          "  tambench export full\n"
+                          "  tambench export full --wire            with connected inputs\n"
+                          "  tambench export channels --no-compiler the component's own export document");
+        exporting.Output("File for the stream that the component answers");
+        exporting.NoCompiler();
+        exporting.Flag("--debug-dump", options_.debugDump,
+                       "Set DEBUG=1, so that the component keeps its export document in C:\\");
+    }
+
+    void AddPoints() {
+        CommandSyntax set =
+            StreamCommand("set", "Set values of attributes or inputs and show what becomes of them",
+                          "  tambench set channels AI1_Offset=1.5 AO1_Setup=2\n"
+                          "  tambench set channels AI1_Offset=1.5 --us\n"
+                          "  tambench set channels DO1_In1=DI1_Out  the value of an input is its link");
+        set.Values("NAME=VALUE", true);
+
+        StreamCommand("clear-refs",
+                      "Clear the references of all inputs and show their values before and after",
+                      "  tambench clear-refs full --wire");
+
+        CommandSyntax contains =
+            StreamCommand("contains", "Ask whether the module holds the points of a channel object",
+                          "  tambench contains oddities K8 AI6       yes\n"
+                          "  tambench contains oddities K8 AI1       no: its points lack the mark");
+        contains.Argument("DEVICEKEY", options_.deviceKey, "Key of the device that the object belongs to");
+        contains.Argument("OBJECTKEY", options_.objectKey, "Key of the object inside the module");
+
+        CommandSyntax edit = StreamCommand(
+            "edit", "Open the value editor of an attribute, as a double click in a host does",
+            "  tambench edit channels AI1_Offset --interactive\n"
+            "  tambench edit channels AI1_Offset --keys \"1.5{ENTER}\"\n"
+            "  tambench edit channels AO1_Setup --keys \"{DOWN 2}{ENTER}\"   two entries further\n"
+            "  tambench edit channels AI1_Offset --keys \"{TAB}{SPACE}{ENTER}\"\n"
+            "                                         ticks the invalid value");
+        edit.Argument("ATTRIBUTE", options_.attribute, "Name of the attribute");
+        edit.Keys();
+    }
+
+    void AddServices() {
+        CommandSyntax icon =
+            Command("icon", "Show which picture the module has", "  tambench icon -o module.ico");
+        icon.Output("File for the picture");
+        CommandSyntax datasheet = Command("datasheet", "Tell whether the module has a data sheet",
+                                          "  tambench datasheet\n  tambench datasheet --open");
+        datasheet.Flag("--open", options_.open, "Have the component open it in the machine's viewer");
+        Command("about", "Show the component's about box", "  tambench about");
+        CommandSyntax rename =
+            Command("rename", "Open the dialog that names a device, and show what the user chose",
+                    "  tambench rename Tam_1                  confirmed as it is\n"
+                    "  tambench rename Tam_1 --keys \"{END}{BACKSPACE}2{ENTER}\"\n"
+                    "  tambench rename Tam_1 --keys \"{ESC}\"   cancelled\n"
+                    "  tambench rename --keys \"1st{ENTER}{ESC}\"   refused: see the box");
+        rename.Text("NAME", options_.deviceName, "Name that stands in the dialog at first");
+        rename.Text("--key", options_.deviceKey, "Key of the device, kept for the caller");
+        rename.Keys();
+    }
+
+  private:
+    CommandSyntax Command(const std::string& name, const std::string& help, const std::string& examples) {
+        CommandSyntax command = program_.Command(name, help, examples);
+        command.WhenChosen([&options = options_, name] { options.command = name; });
+        return command;
+    }
+
+    CommandSyntax StreamCommand(const std::string& name, const std::string& help,
+                                const std::string& examples) {
+        CommandSyntax command = Command(name, help, examples);
+        command.Argument("STREAM", options_.stream, "Device stream: a file or the name of a sample");
+        return command;
+    }
+
+    CommandSyntax& program_;
+    Options& options_;
+};
+
+} // namespace
+
+void AddModuleCommands(CommandSyntax& program, Options& options) {
+    ModuleCommands commands(program, options);
+    commands.AddReading();
+    commands.AddProject();
+    commands.AddPoints();
+    commands.AddServices();
+}
+
+} // namespace bench
