@@ -7,6 +7,8 @@ namespace bench {
 
 namespace {
 
+// The watcher of the thread: a hook gets no parameter to find it by.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
 thread_local BoxWatcher* current = nullptr;
 
 /// Text and icon of a message box stand in controls of these numbers.
@@ -44,7 +46,7 @@ std::wstring WithoutAccessMark(std::wstring caption) {
 UINT IconOf(HWND window) {
     const HWND own = GetDlgItem(window, kMessageIcon);
     const HWND control = own != nullptr ? own : GetDlgItem(window, kMessageIconInWine);
-    const auto shown = reinterpret_cast<HICON>(SendMessageW(control, STM_GETICON, 0, 0));
+    auto* const shown = reinterpret_cast<HICON>(SendMessageW(control, STM_GETICON, 0, 0));
     const struct {
         LPCWSTR resource;
         UINT icon;
@@ -91,9 +93,9 @@ Box Read(HWND window) {
 
 } // namespace
 
-BoxWatcher::BoxWatcher(Mode mode) : mode_(mode) {
+BoxWatcher::BoxWatcher(Mode mode)
+    : mode_(mode), hook_(SetWindowsHookExW(WH_CBT, &BoxWatcher::Hook, nullptr, GetCurrentThreadId())) {
     current = this;
-    hook_ = SetWindowsHookExW(WH_CBT, &BoxWatcher::Hook, nullptr, GetCurrentThreadId());
 }
 
 BoxWatcher::~BoxWatcher() {

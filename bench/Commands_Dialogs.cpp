@@ -7,7 +7,7 @@ namespace bench {
 namespace {
 
 com::Ref<ITamDialogs> DialogsOf(Host& host) {
-    const auto dialogs = com::Query<ITamDialogs>(&host.App());
+    auto dialogs = com::Query<ITamDialogs>(&host.App());
     com::CheckSet(dialogs.Get());
     return dialogs;
 }

@@ -131,13 +131,20 @@ std::string Dump(const std::vector<unsigned>& bytes) {
         std::string hex;
         std::string characters;
         for (std::size_t at = row * kRow; at < std::min(bytes.size(), (row + 1) * kRow); ++at) {
-            hex += HexByte(bytes[at]) + " ";
+            hex += HexByte(bytes[at]);
+            hex += ' ';
             characters += bytes[at] >= 0x20 && bytes[at] < 0x7F ? static_cast<char>(bytes[at]) : '.';
         }
         hex.resize(kRow * 3, ' ');
         const std::size_t offset = row * kRow;
-        text += "  " + HexByte(static_cast<unsigned>(offset / 256 % 256)) +
-                HexByte(static_cast<unsigned>(offset % 256)) + "  " + hex + " " + characters + "\n";
+        text.append("  ")
+            .append(HexByte(static_cast<unsigned>(offset / 256 % 256)))
+            .append(HexByte(static_cast<unsigned>(offset % 256)))
+            .append("  ")
+            .append(hex)
+            .append(" ")
+            .append(characters)
+            .append("\n");
     }
     return text;
 }

@@ -51,7 +51,7 @@ std::string Shown(const Json& value) {
 }
 
 xml::Node FindObject(const xml::Node& document, const std::wstring& name, const std::wstring& file) {
-    const xml::Node element = xml::Select(document, L"//" + name);
+    xml::Node element = xml::Select(document, L"//" + name);
     if (!element) {
         throw BenchError(E_INVALIDARG, Utf8(file) + " holds no element " + Utf8(name));
     }

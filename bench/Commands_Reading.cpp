@@ -2,7 +2,8 @@
 #include "bench/Model.h"
 #include "bench/Text.h"
 
-#include <cstdio>
+#include <array>
+#include <charconv>
 #include <cstdlib>
 
 namespace bench {
@@ -124,9 +125,10 @@ std::string Limit(const std::string& text) {
     if (text.size() <= kLongest) {
         return text;
     }
-    char number[32] = {};
-    std::snprintf(number, sizeof number, "%g", std::strtod(text.c_str(), nullptr));
-    return number;
+    std::array<char, 32> number = {};
+    const auto result = std::to_chars(number.data(), number.data() + number.size(),
+                                      std::strtod(text.c_str(), nullptr), std::chars_format::general, 6);
+    return {number.data(), result.ptr};
 }
 
 std::string Range(const Json& type) {

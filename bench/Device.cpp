@@ -44,7 +44,7 @@ com::Ref<I> Create(REFCLSID clsid) {
 
 template <class J, class I>
 com::Ref<J> Face(const com::Ref<I>& object) {
-    const com::Ref<J> face = object.template As<J>();
+    com::Ref<J> face = object.template As<J>();
     com::CheckSet(face.Get());
     return face;
 }

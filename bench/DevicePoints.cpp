@@ -75,7 +75,7 @@ xml::Node Definition(IAppObject& app) {
                                            document.Put()));
     com::Ref<IXMLDOMElement> root;
     com::Check(document.As<IXMLDOMDocument2>()->get_documentElement(root.Put()));
-    return xml::Node(root);
+    return {root};
 }
 
 /// The text at a path, null when there is none.

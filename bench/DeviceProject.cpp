@@ -183,7 +183,7 @@ Json LoadProject(SampleDevice& device, const std::wstring& file, const Report& r
 xml::Node SaveProject(const SampleDevice& device) {
     Host& host = device.Module();
     const xml::Document document = xml::New();
-    const xml::Node project = xml::Append(document, xml::Node(document), L"Project");
+    xml::Node project = xml::Append(document, xml::Node(document), L"Project");
     host.Step("XMLSave", [&] { com::Check(host.App().XMLSave(project.Get(), document.Get())); });
     for (const Channel& channel : device.Channels()) {
         host.Step("XMLSave of " + Utf8(channel.key),

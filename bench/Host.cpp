@@ -42,7 +42,7 @@ std::wstring FindCatalogue(const std::wstring& given) {
             return path;
         }
     }
-    throw BenchError(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+    throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
                      "there is no catalogue.xml beside the program or in a folder samples; use --catalogue");
 }
 
@@ -83,8 +83,7 @@ LentClasses::LentClasses(int manifestResource) {
     request.lpAssemblyDirectory = folder.c_str();
     context_ = CreateActCtxW(&request);
     if (context_ == INVALID_HANDLE_VALUE || ActivateActCtx(context_, &cookie_) == FALSE) {
-        throw BenchError(HRESULT_FROM_WIN32(GetLastError()),
-                         "the program's list of lent classes cannot be used");
+        throw BenchError(CodeOf(GetLastError()), "the program's list of lent classes cannot be used");
     }
 }
 
@@ -93,6 +92,7 @@ LentClasses::~LentClasses() {
     ReleaseActCtx(context_);
 }
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): see its declaration
 std::string Host::step_;
 
 Host::Host(const Options& options, Report& report)

@@ -99,6 +99,8 @@ class Host {
     void WireInputs();
     Wire WireInput(IInput& input, const std::wstring& reference);
 
+    // Asked for when an error has ended the host.
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
     static std::string step_;
 
     const Options& options_;

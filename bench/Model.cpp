@@ -246,7 +246,7 @@ std::string DisplayOf(const Json& value) {
 
 std::string TypeTitle(const Json& type) {
     constexpr std::string_view kPrefix = "SNVT_";
-    if (type.is_null() || type["id"] == "") {
+    if (type.is_null() || type["id"].get<std::string>().empty()) {
         return "-";
     }
     const std::string name = type["name"];

@@ -1,7 +1,8 @@
 #include "bench/Text.h"
 
-#include <cstdio>
+#include <iomanip>
 #include <memory>
+#include <sstream>
 
 namespace bench {
 
@@ -20,8 +21,7 @@ using File = std::unique_ptr<HANDLE, CloseFileHandle>;
     while (length > 0 && reason[length - 1] <= L' ') {
         --length;
     }
-    throw BenchError(HRESULT_FROM_WIN32(error),
-                     Utf8(path) + " " + what + ": " + Utf8(std::wstring_view(reason, length)));
+    throw BenchError(CodeOf(error), Utf8(path) + " " + what + ": " + Utf8(std::wstring_view(reason, length)));
 }
 
 File Open(const std::wstring& path, DWORD access, DWORD disposition, const char* what) {
@@ -55,9 +55,10 @@ std::wstring Wide(std::string_view text) {
 }
 
 std::string Hex(HRESULT code) {
-    char text[11] = {};
-    std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(code));
-    return text;
+    std::ostringstream text;
+    text << "0x" << std::hex << std::uppercase << std::setw(8) << std::setfill('0')
+         << static_cast<unsigned long>(code);
+    return text.str();
 }
 
 std::string Count(std::size_t number, const std::string& noun) {
@@ -103,7 +104,7 @@ std::wstring ReadTextFile(const std::wstring& path) {
     }
     if (!bytes.empty() && MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), Size(bytes.size()),
                                               nullptr, 0) == 0) {
-        throw BenchError(HRESULT_FROM_WIN32(ERROR_NO_UNICODE_TRANSLATION), Utf8(path) + " is not in UTF-8");
+        throw BenchError(CodeOf(ERROR_NO_UNICODE_TRANSLATION), Utf8(path) + " is not in UTF-8");
     }
     return Wide(bytes);
 }

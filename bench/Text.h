@@ -21,6 +21,11 @@ class BenchError : public std::exception {
     std::string text_;
 };
 
+/// The COM code of an error of Windows.
+inline HRESULT CodeOf(DWORD error) noexcept {
+    return HRESULT_FROM_WIN32(error);
+}
+
 /// Half a surrogate pair becomes U+FFFD.
 std::string Utf8(std::wstring_view text);
 /// Bytes that are no UTF-8 become U+FFFD.

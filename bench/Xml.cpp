@@ -129,7 +129,7 @@ Document LoadFile(const std::wstring& path) {
     if (!IsFile(path)) {
         ReadTextFile(path); // says why it is none
     }
-    const Document document = New();
+    Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
     com::Check(document->load(com::Variant(std::wstring_view(FullPath(path))).Get(), &done));
     if (done == VARIANT_FALSE) {
@@ -139,7 +139,7 @@ Document LoadFile(const std::wstring& path) {
 }
 
 Document LoadText(const std::wstring& text) {
-    const Document document = New();
+    Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
     com::Check(document->loadXML(com::Bstr(text).Get(), &done));
     return document;

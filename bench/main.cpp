@@ -71,8 +71,9 @@ std::optional<Fault> RunCommand(const Options& options, Report& report) {
 }
 
 void Write(std::FILE* file, const std::string& text) {
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fflush(file);
+    // Nobody is left to tell when this fails.
+    static_cast<void>(std::fwrite(text.data(), 1, text.size(), file));
+    static_cast<void>(std::fflush(file));
 }
 
 /// What stands on the error output: the reasons why the status is not 0.
