@@ -69,7 +69,7 @@ com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link)
         return {};
     }
     if (kind == VT_DISPATCH || kind == VT_UNKNOWN) {
-        const auto type = com::Query<ISNVType>(value.Get().punkVal);
+        auto type = com::Query<ISNVType>(value.Get().punkVal);
         if (!type && value.Get().punkVal != nullptr) {
             throw tam::RunTimeError(tam::RunTime::TypeMismatch);
         }

@@ -46,7 +46,7 @@ HRESULT CompatibleTypes::get_Item(long position, ICompatibleSNVT** value) {
 HRESULT CompatibleTypes::Merge(ICompatibleSNVTs* other, ICompatibleSNVTs** value) {
     return Get(value, [&] {
         com::CheckSet(other);
-        const auto merged = CompatibleTypes::Make();
+        auto merged = CompatibleTypes::Make();
         long count = 0;
         com::Check(other->get_Count(&count));
         for (long position = 1; position <= count; ++position) {

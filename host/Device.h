@@ -61,7 +61,7 @@ class Device final : public com::DualObject<Device, IDevice, IDeviceSetup> {
     HRESULT STDMETHODCALLTYPE AddChannel(BSTR internalObjectKey, BSTR value, BSTR setup,
                                          IChannel** channel) override {
         return Get(channel, [&] {
-            const auto added = DeviceChannel::Make(internalObjectKey, value, setup);
+            auto added = DeviceChannel::Make(internalObjectKey, value, setup);
             channels_.Add(com::View(internalObjectKey), added);
             return added;
         });

@@ -37,7 +37,7 @@ std::wstring Environment(const wchar_t* name) {
 
 std::wstring TempFolder() {
     wchar_t path[MAX_PATH + 1] = {};
-    return std::wstring(path, GetTempPathW(MAX_PATH + 1, path));
+    return {path, GetTempPathW(MAX_PATH + 1, path)};
 }
 
 std::wstring FullPath(const std::wstring& path) {
@@ -82,7 +82,7 @@ bool IsFolder(const std::wstring& path) noexcept {
 
 std::wstring DatabaseFolder() {
     const std::wstring given = Environment(kVariable);
-    const std::wstring folder = FullPath(given.empty() ? TempFolder() + kBelowTemp : given);
+    std::wstring folder = FullPath(given.empty() ? TempFolder() + kBelowTemp : given);
     MakeFolder(folder);
     return folder;
 }

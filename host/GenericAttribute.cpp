@@ -12,7 +12,7 @@ namespace {
 /// True for as long as this lives.
 class Mark {
   public:
-    explicit Mark(bool& flag) noexcept : flag_(flag) { flag_ = true; }
+    explicit Mark(bool& flag) noexcept : flag_(flag) { flag = true; }
     Mark(const Mark&) = delete;
     Mark& operator=(const Mark&) = delete;
     ~Mark() { flag_ = false; }

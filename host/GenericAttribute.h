@@ -93,7 +93,8 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     HRESULT STDMETHODCALLTYPE GetDataFromDevice() override;
 
   private:
-    enum Question { DataFromDevice, ValueChanged, TypeChanged, UnitsDependent, Differential, kQuestions };
+    enum Question { DataFromDevice, ValueChanged, TypeChanged, UnitsDependent, Differential };
+    static constexpr std::size_t kQuestions = Differential + 1;
 
     // Members that the definition answers
     HRESULT Flag(const wchar_t* keyword, VARIANT_BOOL* value);

@@ -16,7 +16,7 @@ constexpr const wchar_t* kAttributeKey = L"\\ATT";
 
 template <class Points, class Item>
 com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const BlockRef& block) {
-    const auto points = Points::Make();
+    auto points = Points::Make();
     long index = 0;
     for (const Definition& definition : definitions) {
         points->Add(Item::Make(definition, block, index++));

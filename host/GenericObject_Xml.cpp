@@ -36,7 +36,7 @@ dom::Node RootOf(const com::Ref<IDispatch>& object) {
     dom::Element root;
     if (const auto document = object.As<IXMLDOMDocument>()) {
         com::Check(document->get_documentElement(root.Put()));
-        return dom::Node(root);
+        return {root};
     }
     return object.As<IXMLDOMNode>();
 }

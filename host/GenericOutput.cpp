@@ -1,7 +1,6 @@
 #include "host/GenericOutput.h"
 
-#include <array>
-#include <cwchar>
+#include <string>
 
 namespace orv {
 
@@ -13,9 +12,11 @@ constexpr long kReferencesPerBlock = 256;
 
 /// Four hexadecimal digits, eight for a number that is out of their range.
 std::wstring ReferenceText(long reference) {
-    std::array<wchar_t, 9> text{};
-    std::swprintf(text.data(), text.size(), L"%04lX", static_cast<unsigned long>(reference));
-    return text.data();
+    std::wstring text;
+    for (auto rest = static_cast<unsigned long>(reference); rest > 0 || text.size() < 4; rest /= 16) {
+        text.insert(text.begin(), L"0123456789ABCDEF"[rest % 16]);
+    }
+    return text;
 }
 
 } // namespace

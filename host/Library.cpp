@@ -81,7 +81,7 @@ tam::dom::Document LoadDefinition(std::wstring_view identifier) {
         Throw(errNoDefinition,
               L"The library has no definition of \"" + std::wstring(identifier) + L"\" (" + path + L")");
     }
-    const tam::dom::Document document = LoadXmlFile(path, errNotADefinition);
+    tam::dom::Document document = LoadXmlFile(path, errNotADefinition);
     if (RootName(document) != kRoot) {
         Throw(errNotADefinition, L"\"" + path + L"\" is no definition: its document element is \"" +
                                      RootName(document) + L"\", not \"" + kRoot + L"\"");

@@ -21,7 +21,7 @@ std::wstring LocaleText(LCTYPE type) {
     // Both marks have at most three characters and the closing NUL.
     wchar_t text[8] = {};
     const int size = GetLocaleInfoW(LOCALE_USER_DEFAULT, type, text, static_cast<int>(std::size(text)));
-    return std::wstring(text, size > 0 ? static_cast<std::size_t>(size - 1) : 0);
+    return {text, size > 0 ? static_cast<std::size_t>(size - 1) : 0};
 }
 
 std::wstring_view Trimmed(std::wstring_view text) {

@@ -14,7 +14,7 @@ class Project final : public com::DualObject<Project, IProject, IMacroConnection
     // IProject
     HRESULT STDMETHODCALLTYPE AddGroup(IProjectGroup** group) override {
         return Get(group, [&] {
-            const auto added = MacroGroup::Make();
+            auto added = MacroGroup::Make();
             groups_->Add(added);
             return added;
         });

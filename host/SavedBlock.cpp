@@ -28,8 +28,8 @@ constexpr const wchar_t* kEnumDesc = L"EnumDesc";
 /// The shortest text that is read back as the same number.
 std::wstring NumberText(double number) {
     std::array<char, 32> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    return std::wstring(text.data(), end);
+    auto* const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+    return {text.data(), end};
 }
 
 std::optional<std::wstring> FlagText(const std::optional<bool>& flag) {
