@@ -156,6 +156,15 @@ TEST_F(MacroConnectionsTest, ComparesWithTheKeyOfNow) {
     EXPECT_TRUE(GainIsConnected());
 }
 
+TEST_F(MacroConnectionsTest, FindsAnEmptyKeyForAPointThatHasNone) {
+    module = Loaded(Stream(Named({L"In1"})));
+    EXPECT_EQ(module->putref_Parent(host.Get()), S_OK);
+    Group({L"K\\RIN\\In1"});
+    EXPECT_FALSE(Flag(Input(module, L"In1"), &IInput::get_IsMacroConnected));
+    Group({L""});
+    EXPECT_TRUE(Flag(Input(module, L"In1"), &IInput::get_IsMacroConnected));
+}
+
 TEST_F(MacroConnectionsTest, LooksThroughAllGroupsAndStopsAtTheFirstMatch) {
     auto& first = Group({L"a", L"b"});
     auto& second = Group({L"c", kGain, L"d"});
