@@ -154,6 +154,7 @@ void Jobs::LoadScript(const std::wstring& stream) {
     CallScript(L"LoadStream", {Argument(document.Get()), Argument(text)});
 }
 
+// cppcheck-suppress passedByValue; a call may change what it is given
 void Jobs::CallScript(const std::wstring& procedure, std::vector<VARIANT> arguments) const {
     script_.Call(procedure, arguments);
 }
