@@ -24,7 +24,7 @@ build_packages=(
     libcli11-dev               # the bench's command line
     nlohmann-json3-dev         # the bench's machine-readable output
     imagemagick                # pictures of the dialogs, comparison of pictures
-    python3                    # counts test results
+    python3                    # counts test results, draws the benchmark
 )
 check_packages=(
     clang                      # ./tam fuzz, and the second compiler
