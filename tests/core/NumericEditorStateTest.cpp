@@ -149,6 +149,15 @@ TEST(NumericEditorStateTest, ComparesInTheLocaleOfADecimalComma) {
     EXPECT_EQ(state.AboveLimit(L"12,4", L"12.5"), std::nullopt);
 }
 
+TEST(NumericEditorStateTest, ComparesWithADecimalCommaInSinglePrecisionOnly) {
+    const auto comma = State(L"1", L"Float", L"", L",");
+    EXPECT_EQ(comma.AboveLimit(L"16777217", L"16777216"), std::nullopt);
+    EXPECT_TRUE(comma.Confirm(L"16777216", L"16777217").accepted);
+    const auto point = State(L"1", L"Float", L"");
+    EXPECT_EQ(point.AboveLimit(L"16777217", L"16777216"), L"16777216");
+    EXPECT_FALSE(point.Confirm(L"16777216", L"16777217").accepted);
+}
+
 TEST(NumericEditorStateTest, FindsNothingAboveALimitInATextThatIsNoNumberYet) {
     const auto state = State(L"1", L"SignedNumeric", L"-10", L",");
     for (const wchar_t* text : {L"", L"-", L",", L"-,"}) {

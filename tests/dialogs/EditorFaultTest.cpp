@@ -4,6 +4,8 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include "com/LateBound.h"
+
 namespace dialogs {
 namespace {
 
@@ -127,6 +129,45 @@ TEST_F(EditorFaultTest, AWriteBackThatFailsIsReported) {
     ASSERT_EQ(messages.size(), 2U) << "the write-back, then the row that is read again";
     support::ExpectReport(messages[0], L"Value is out of order", L"Form_Unload Form frmCPModif1",
                           L"Sub Form_Unload", L"Host");
+}
+
+TEST_F(EditorFaultTest, AFieldThatRefusesItsValueAtOkLeavesTheStructureOpen) {
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.SetFields({&number_, &text_});
+    Edit(structure, [this](Shown& dialog) {
+        Next([](Shown& field) {
+            field.Type(kBox, L"attic");
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 1);
+        text_.refusesWrites = true;
+        dialog.Click(IDOK);
+        EXPECT_TRUE(dialog.IsOpen());
+        text_.refusesWrites = false;
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(text_.value, L"hall");
+    EXPECT_TRUE(number_.writes.empty());
+    EXPECT_TRUE(structure.writes.empty());
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 1U);
+    support::ExpectBox(messages[0], L"error calculating CP value", L"Gateway Object", MB_ICONEXCLAMATION);
+}
+
+TEST_F(EditorFaultTest, AHostsErrorReachesAScriptWithItsSource) {
+    number_.object->Break(L"Value");
+    VARIANT argument{};
+    argument.vt = VT_DISPATCH;
+    argument.pdispVal = number_.object.Get();
+    try {
+        com::CallMember(*NewModule().Get(), L"EditValue", std::span<VARIANT>(&argument, 1));
+        ADD_FAILURE() << "was not refused";
+    } catch (...) {
+        const auto failure = com::CurrentFailure();
+        EXPECT_EQ(failure.code, NamedObject::kRaised);
+        EXPECT_EQ(failure.Source(), L"Host");
+        EXPECT_EQ(failure.Description(), L"Value is out of order");
+    }
 }
 
 TEST_F(EditorFaultTest, AFieldThatIsGoneIsReported) {

@@ -125,6 +125,66 @@ TEST_F(OddHostTest, NoObjectIsRefusedByNameToo) {
     }
 }
 
+TEST_F(OddHostTest, AFieldWhoseTypeIsNothingCannotBeChanged) {
+    const auto untyped = [](bool hasMember) {
+        auto field = NamedObject::Make();
+        field->AddText(L"Name", L"Loose");
+        field->AddText(L"Value", L"?");
+        if (hasMember) {
+            field->Add(L"SNVTType", [](auto) { return com::Variant(static_cast<IDispatch*>(nullptr)); });
+        }
+        return field;
+    };
+    const auto nothing = untyped(true);
+    const auto without = untyped(false);
+    HostPoint structure(L"All", L"", L"Struct");
+    const auto fields = Dictionary({{L"a", nothing.Get()}, {L"b", without.Get()}});
+    structure.object->Add(L"Fields", [&](auto) { return com::Variant(fields.Get()); });
+    EXPECT_EQ(Edit(structure.object.Get(),
+                   [](Shown& dialog) {
+                       dialog.DoubleClickRow(IDC_FIELDS, 0);
+                       dialog.DoubleClickRow(IDC_FIELDS, 1);
+                       dialog.Click(IDCANCEL);
+                   }),
+              S_OK);
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 2U);
+    for (const bench::Box& box : messages) {
+        support::ExpectBox(box, L"Unknown or Not modificable Attribute", L"Edit Value", MB_ICONEXCLAMATION);
+    }
+    EXPECT_EQ(EditValue(nothing.Get()), static_cast<HRESULT>(0x800A005B));
+}
+
+TEST_F(OddHostTest, AnEditorIsModalToTheHostsActiveWindow) {
+    const HWND host = CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200,
+                                      nullptr, nullptr, nullptr, nullptr);
+    SetActiveWindow(host);
+    const auto point = Attribute(kEnum, L"0");
+    DialogTest::Edit(point, [host](Shown& dialog) {
+        EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), host);
+        EXPECT_FALSE(IsWindowEnabled(host));
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_TRUE(IsWindowEnabled(host));
+    DestroyWindow(host);
+}
+
+TEST_F(OddHostTest, AnotherAttributeMayBeEditedMeanwhile) {
+    const auto first = Attribute(kText, L"hall");
+    const auto second = Attribute(kBits8, L"5");
+    const auto value = DialogTest::Edit(first, [&](Shown& dialog) {
+        EXPECT_EQ(DialogTest::Edit(second,
+                                   [](Shown& inner) {
+                                       inner.DoubleClick(IDC_BIT);
+                                       inner.Click(IDOK);
+                                   }),
+                  L"4");
+        dialog.Type(kBox, L"attic");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"attic");
+}
+
 TEST_F(OddHostTest, FieldsMayBeADictionary) {
     HostPoint speed(L"Speed", L"40", L"UnsignedNumeric");
     HostPoint deep(L"Deep", L"1", L"SignedNumeric");

@@ -128,6 +128,17 @@ TEST_F(frmRenameTest, ALongNameIsShownCutAndLeftAloneByCancel) {
     EXPECT_EQ(answer.name, L"Longname");
 }
 
+TEST_F(frmRenameTest, ActivationPutsTheFocusIntoTheName) {
+    Rename(L"Dev1", [](Shown& dialog) {
+        SetFocus(dialog.Control(IDCANCEL));
+        SendMessageW(dialog.Window(), WM_ACTIVATE, WA_INACTIVE, 0);
+        EXPECT_TRUE(dialog.HasFocus(IDCANCEL));
+        SendMessageW(dialog.Window(), WM_ACTIVATE, WA_ACTIVE, 0);
+        EXPECT_TRUE(dialog.HasFocus(kBox));
+        dialog.Click(IDCANCEL);
+    });
+}
+
 TEST_F(frmRenameTest, TakesNoMoreThanSixPastedCharacters) {
     const auto answer = Rename(L"x", [](Shown& dialog) {
         dialog.Type(kBox, L"\b");
