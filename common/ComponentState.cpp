@@ -21,6 +21,7 @@ ComponentState& State() noexcept {
     // be gone before this one.
     // In place: this must not fail for lack of memory.
     alignas(ComponentState) static std::byte place[sizeof(ComponentState)];
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the one state of the component
     static ComponentState& state = *new (place) ComponentState;
     return state;
 }

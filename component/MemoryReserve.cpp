@@ -9,13 +9,14 @@
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): nothing else reaches malloc
 bool refusesOnce = false;
 
 } // namespace
 
 // The linker gives every use of malloc in this DLL, the run-time library's
 // included, to the first of these, and the C library's own to the second.
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes the names up.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): the linker makes the names up.
 extern "C" {
 void* __real_malloc(std::size_t size);
 void* __wrap_malloc(std::size_t size);
@@ -24,7 +25,7 @@ void* __wrap_malloc(std::size_t size) {
     return std::exchange(refusesOnce, false) ? nullptr : __real_malloc(size);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
 
 namespace tam {
 
