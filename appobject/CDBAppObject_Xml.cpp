@@ -113,7 +113,11 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
 
 STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
     Trap(kModule, L"Sub IAppObject_XmlLoad", [&] {
-        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) { LoadChild(child); });
+        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
+            if (dom::IsElement(child)) { // an instruction has a name too
+                LoadChild(child);
+            }
+        });
     });
     return S_OK;
 }
