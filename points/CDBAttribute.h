@@ -3,6 +3,7 @@
 #include "com/Object.h"
 #include "common/Dom.h"
 #include "dialogs/ValueEditor.h"
+#include "points/PointKeys.h"
 #include "points/PointOwner.h"
 #include "types/CSNVTType.h"
 
@@ -23,8 +24,8 @@ class CDBAttribute final
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
 
     // The component's own side.
-    void SetGlobalKey(std::wstring key) noexcept { globalKey_ = std::move(key); }
-    void SetExtendedKey(std::wstring key) noexcept { extendedKey_ = std::move(key); }
+    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
+    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
     void SetParent(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetAttributeName(std::wstring name) noexcept { name_ = std::move(name); }
     const std::wstring& PointName() const noexcept { return name_; }

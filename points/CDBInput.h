@@ -3,6 +3,7 @@
 #include "com/Object.h"
 #include "common/Dom.h"
 #include "points/CCompatibleSNVTs.h"
+#include "points/PointKeys.h"
 #include "points/PointOwner.h"
 
 #include <O_Tam_id.h>
@@ -21,8 +22,8 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     explicit CDBInput(std::wstring name) : name_(std::move(name)), compatible_(CCompatibleSNVTs::Make()) {}
 
     // The component's own side.
-    void SetGlobalKey(std::wstring key) noexcept { globalKey_ = std::move(key); }
-    void SetExtendedKey(std::wstring key) noexcept { extendedKey_ = std::move(key); }
+    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
+    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
     void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     const std::wstring& PointName() const noexcept { return name_; }

@@ -4,7 +4,6 @@
 #include "common/Report.h"
 #include "common/RunTimeError.h"
 #include "points/MacroConnections.h"
-#include "points/PointKeys.h"
 #include "points/PointWarnings.h"
 #include "points/ValueText.h"
 

@@ -3,6 +3,7 @@
 #include "com/Object.h"
 #include "common/Dom.h"
 #include "points/CCompatibleSNVT.h"
+#include "points/PointKeys.h"
 #include "points/PointOwner.h"
 #include "types/CSNVTType.h"
 
@@ -44,8 +45,8 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     explicit CDBOutput(std::wstring name) : name_(std::move(name)), writable_(com::TextOf(false)) {}
 
     // The component's own side.
-    void SetGlobalKey(std::wstring key) noexcept { globalKey_ = std::move(key); }
-    void SetExtendedKey(std::wstring key) noexcept { extendedKey_ = std::move(key); }
+    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
+    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
     void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     void SetDisplayable(bool displayable) noexcept { displayable_ = displayable; }

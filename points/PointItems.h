@@ -3,7 +3,6 @@
 #include "com/Enumerator.h"
 #include "com/Ref.h"
 #include "common/KeyedCollection.h"
-#include "points/PointKeys.h"
 
 #include <string>
 
@@ -47,13 +46,13 @@ class PointItems {
     void SetGlobalKey(std::wstring key) {
         globalKey_ = std::move(key);
         for (const com::Ref<Point>& point : items_) {
-            point->SetGlobalKey(SubItemKey(globalKey_, point->PointName()));
+            point->SetGlobalKeyUnder(globalKey_);
         }
     }
     void SetExtendedKey(std::wstring key) {
         extendedKey_ = std::move(key);
         for (const com::Ref<Point>& point : items_) {
-            point->SetExtendedKey(SubItemKey(extendedKey_, point->PointName()));
+            point->SetExtendedKeyUnder(extendedKey_);
         }
     }
 

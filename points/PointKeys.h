@@ -16,6 +16,10 @@ bool IsConnectedReference(std::wstring_view reference);
 /// Key of an item: the key of its owner's side, a backslash and its name.
 std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name);
 
+/// Replaces `key` by that key, in the room that it has. A key that finds no
+/// memory stays as it was.
+void PutSubItemKey(std::wstring& key, std::wstring_view ownerKey, std::wstring_view name);
+
 /// The number of an output as a point: 256 to each export index, from 16384
 /// on. "Overflow" past 32 bits.
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index);

@@ -37,6 +37,14 @@ TEST(SubItemKeyTest, JoinsByABackslash) {
     EXPECT_EQ(SubItemKey(L"", L""), L"\\");
 }
 
+TEST(SubItemKeyTest, ReplacesAKeyByALongerAndByAShorterOne) {
+    std::wstring key = L"K";
+    PutSubItemKey(key, L"Device 7\\RIN", L"A long name of an input");
+    EXPECT_EQ(key, L"Device 7\\RIN\\A long name of an input");
+    PutSubItemKey(key, L"", L"In");
+    EXPECT_EQ(key, L"\\In");
+}
+
 TEST(PointReferenceTest, CountsFromTheExportIndex) {
     EXPECT_EQ(PointReference(0, 0), 0x4000);
     EXPECT_EQ(PointReference(2, 3), 16899);
