@@ -10,6 +10,16 @@ namespace com {
 
 namespace {
 
+/// An exception has a status code or, from script engines of old, the number
+/// of a classic run-time error.
+HRESULT CodeOf(const EXCEPINFO& exception) noexcept {
+    if (exception.scode != 0) {
+        return exception.scode;
+    }
+    return exception.wCode != 0 ? MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, exception.wCode)
+                                : DISP_E_EXCEPTION;
+}
+
 [[noreturn]] void ThrowException(EXCEPINFO& exception) {
     if (exception.pfnDeferredFillIn != nullptr) {
         exception.pfnDeferredFillIn(&exception);
@@ -19,8 +29,7 @@ namespace {
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrHelpFile);
-    const HRESULT code = exception.scode != 0 ? exception.scode : DISP_E_EXCEPTION;
-    throw tam::RunTimeError(static_cast<std::int32_t>(code), source, description);
+    throw tam::RunTimeError(static_cast<std::int32_t>(CodeOf(exception)), source, description);
 }
 
 Variant Invoke(IDispatch& object, const std::wstring& name, WORD flags, std::span<VARIANT> arguments) {

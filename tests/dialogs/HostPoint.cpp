@@ -32,10 +32,10 @@ void NamedObject::Add(std::wstring name, Get get, Put put) {
     members_.push_back({std::move(name), std::move(get), std::move(put)});
 }
 
-void NamedObject::Break(const std::wstring& name) {
+void NamedObject::Break(const std::wstring& name, std::int32_t code) {
     const auto member = std::find_if(members_.begin(), members_.end(),
                                      [&](const Member& candidate) { return candidate.name == name; });
-    const auto raise = [name] { throw tam::RunTimeError(kRaised, L"Host", name + L" is out of order"); };
+    const auto raise = [name, code] { throw tam::RunTimeError(code, L"Host", name + L" is out of order"); };
     member->get = [raise](auto) -> com::Variant {
         raise();
         return {};
@@ -99,7 +99,11 @@ STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS
         return failure ? failure->code : S_OK;
     }
     *exception = {};
-    exception->scode = failure->code;
+    if (HRESULT_FACILITY(failure->code) == FACILITY_CONTROL) {
+        exception->wCode = static_cast<WORD>(HRESULT_CODE(failure->code)); // as script engines of old do
+    } else {
+        exception->scode = failure->code;
+    }
     exception->bstrSource = com::Bstr(failure->source).Detach();
     exception->bstrDescription = com::Bstr(failure->description).Detach();
     return DISP_E_EXCEPTION;

@@ -22,10 +22,12 @@ class NamedObject final : public IDispatch {
     static com::Ref<NamedObject> Make() { return com::Ref<NamedObject>::Own(new NamedObject); }
     virtual ~NamedObject() { --live; }
 
+    /// The number of the errors that broken members raise unless told otherwise.
+    static constexpr std::int32_t kRaised = static_cast<std::int32_t>(0x80041234);
     void Add(std::wstring name, Get get, Put put = {});
     /// A member of this name that fails from now on, with an error text as
     /// a script's object raises it.
-    void Break(const std::wstring& name);
+    void Break(const std::wstring& name, std::int32_t code = kRaised);
     /// A member that always has this text.
     void AddText(std::wstring name, const std::wstring& text);
 
@@ -38,8 +40,6 @@ class NamedObject final : public IDispatch {
     STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
                         UINT*) override;
 
-    /// The number of the errors that broken members raise.
-    static constexpr std::int32_t kRaised = static_cast<std::int32_t>(0x80041234);
     /// Objects that exist.
     static inline int live = 0;
 

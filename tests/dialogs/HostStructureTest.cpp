@@ -117,6 +117,13 @@ TEST_F(HostStructureTest, AFieldWithoutAReadableTypeCannotBeChanged) {
     ExpectOneMessage(L"Unknown or Not modificable Attribute", L"Edit Value");
 }
 
+TEST_F(HostStructureTest, TakesAnErrorThatHasAClassicNumberAlone) {
+    Fill(HostPoint::Walk::ByEnumerator);
+    constexpr auto kNoSuchMember = static_cast<std::int32_t>(0x800A01B6); // 438
+    structure_.object->Break(L"Fields", kNoSuchMember);
+    EXPECT_EQ(Edit(), kNoSuchMember);
+}
+
 TEST_F(HostStructureTest, ANestedStructureThatCannotBeShownIsReported) {
     Fill(HostPoint::Walk::ByEnumerator);
     EXPECT_EQ(Edit([this](Shown& dialog) {
