@@ -24,10 +24,33 @@ struct Call {
     UINT* argumentError;
 };
 
+/// Hands the arguments to the default member of the object that property `id`
+/// answers. The platform does so too, but not every one looks first whether
+/// there is an object.
+HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const Call& call) {
+    DISPPARAMS none{};
+    Variant answer;
+    UINT untold = 0;
+    const HRESULT result =
+        info.Invoke(face.pointer, id, DISPATCH_PROPERTYGET, &none, answer.Put(), call.exception, &untold);
+    const VARIANT& owner = answer.Get();
+    if (FAILED(result)) {
+        return result;
+    }
+    if (owner.vt != VT_DISPATCH || owner.pdispVal == nullptr) {
+        return DISP_E_BADPARAMCOUNT;
+    }
+    return owner.pdispVal->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, call.flags, call.params,
+                                  call.result, call.exception, call.argumentError);
+}
+
 /// Calls member `id` of one interface with one kind of access.
 HRESULT InvokeAs(const FaceEntry& face, ITypeInfo& info, DISPID id, WORD flags, const Call& call) {
     const bool given = call.params->cArgs != 0;
     const MemberShape* const shape = given ? FindShape(ThisModule().Shapes(*face.iid), id, flags) : nullptr;
+    if (shape != nullptr && AreForDefaultMember(*shape, *call.params)) {
+        return InvokeDefaultOf(face, info, id, call);
+    }
     if (shape != nullptr && TooMany(*shape, *call.params)) {
         return DISP_E_BADPARAMCOUNT;
     }

@@ -69,9 +69,12 @@ const MemberShape* FindShape(const std::vector<MemberShape>& shapes, DISPID id, 
     return nullptr;
 }
 
+bool AreForDefaultMember(const MemberShape& shape, const DISPPARAMS& params) noexcept {
+    return shape.kind == INVOKE_PROPERTYGET && shape.arguments.empty() && params.cArgs != 0;
+}
+
 bool TooMany(const MemberShape& shape, const DISPPARAMS& params) noexcept {
-    const bool forDefaultMember = shape.kind == INVOKE_PROPERTYGET && shape.arguments.empty();
-    return !forDefaultMember && params.cArgs > shape.arguments.size();
+    return params.cArgs > shape.arguments.size();
 }
 
 UINT FirstMismatch(const MemberShape& shape, const DISPPARAMS& params) noexcept {

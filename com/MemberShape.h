@@ -26,8 +26,10 @@ const MemberShape* FindShape(const std::vector<MemberShape>& shapes, DISPID id, 
 // Not every platform's Invoke looks at these two, and a member that is called
 // with arguments that it does not have must not be run.
 
-/// True for more arguments than the member has. A property without arguments
-/// takes any: they are for the default member of the object that it answers.
+/// True for arguments to the reading of a property that has none: they are for
+/// the default member of the object that it answers.
+bool AreForDefaultMember(const MemberShape& shape, const DISPPARAMS& params) noexcept;
+/// True for more arguments than the member has.
 bool TooMany(const MemberShape& shape, const DISPPARAMS& params) noexcept;
 /// The index of the first argument, in the caller's order, that cannot become
 /// its type; the number of arguments when there is none.

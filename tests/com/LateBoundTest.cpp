@@ -233,6 +233,19 @@ TEST_F(LateBoundTest, TakesAnIndexBehindACollectionsName) {
     EXPECT_EQ(Text(Script(item.Get().pdispVal), L"Name"), L"AI2_Value");
 }
 
+TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectThatIsNotThere) {
+    const Script module = NewScript();
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(module.Get(), L"Parent", id), S_OK);
+    com::Variant index(L"2");
+    std::vector<VARIANT> values{index.Get()};
+    com::Variant result;
+    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result.Put(),
+                               nullptr),
+              DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(result.Get().vt, VT_EMPTY);
+}
+
 TEST_F(LateBoundTest, RefusesAnIndexBehindATextsName) {
     const Script module = NewScript();
     com::Variant index(L"1");
