@@ -70,7 +70,7 @@ STDMETHODIMP TamObjectManager::Init(IDispatch* deviceContext) {
 
 bool TamObjectManager::IsTamLibraryAvailable() {
     if (!deviceContext_) {
-        ShowBox(L"TamObjectManager not Inizialized", ComponentTitle());
+        com::Attempt([] { ShowBox(L"TamObjectManager not Inizialized", ComponentTitle()); });
         // There is no error for this case: nothing goes on from here.
         TerminateProcess(GetCurrentProcess(), kEndedBeforeInit);
     }
