@@ -14,7 +14,7 @@ namespace tam {
 /// no more than it saw. A read that failed is tried again by the next walk.
 class CatalogueFields {
   public:
-    explicit CatalogueFields(dom::Node entry) noexcept : entry_(std::move(entry)) {}
+    explicit CatalogueFields(dom::Node entry) : entry_(std::move(entry)) {}
 
     /// Calls visit(keyword, field) for each child in document order: its local
     /// name in upper case and what Text takes.
