@@ -28,6 +28,9 @@ struct Call {
 /// answers. The platform does so too, but not every one looks first whether
 /// there is an object.
 HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const Call& call) {
+    if (call.result == nullptr) {
+        return DISP_E_BADPARAMCOUNT; // whoever indexes wants to know what is there
+    }
     DISPPARAMS none{};
     Variant answer;
     UINT untold = 0;
@@ -38,7 +41,7 @@ HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const
         return result;
     }
     if (owner.vt != VT_DISPATCH || owner.pdispVal == nullptr) {
-        return DISP_E_BADPARAMCOUNT;
+        return DISP_E_NOTACOLLECTION;
     }
     return owner.pdispVal->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, call.flags, call.params,
                                   call.result, call.exception, call.argumentError);

@@ -242,7 +242,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectThatIsNotThere) {
     com::Variant result;
     EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result.Put(),
                                nullptr),
-              DISP_E_BADPARAMCOUNT);
+              DISP_E_NOTACOLLECTION);
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
 
