@@ -113,6 +113,13 @@ TEST_F(CDBAppObjectContainsTest, HandsAFailureOfTheItemToTheHost) {
     EXPECT_EQ(contained, VARIANT_TRUE);
 }
 
+TEST_F(CDBAppObjectContainsTest, AsksAnItemOfAnotherDeviceForNothingMore) {
+    VARIANT_BOOL contained = VARIANT_TRUE;
+    const auto item = FailingItem::Make(S_OK, E_ABORT);
+    EXPECT_EQ(NewModule().As<ITamObject>()->Contains(item.Get(), &contained), S_OK);
+    EXPECT_EQ(contained, VARIANT_FALSE);
+}
+
 TEST_F(CDBAppObjectContainsTest, FailsWithoutAnItem) {
     const auto tam = NewModule().As<ITamObject>();
     VARIANT_BOOL contained = VARIANT_TRUE;

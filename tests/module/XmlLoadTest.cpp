@@ -164,6 +164,17 @@ TEST_F(CDBAppObjectXmlLoadTest, ReportsAReferenceAfterDestroy) {
     ExpectLoadReport(kObjectNotSetText);
 }
 
+TEST_F(CDBAppObjectXmlLoadTest, ReportsAReferenceWhenTheHostDropsTheOutputsMeanwhile) {
+    const auto module = WithOutputs();
+    OnYield turn([&] { module->Destroy(); });
+    LoadProject(module, L"<Valve><UserName>Mine</UserName><OutReferences><Out1>1</Out1></OutReferences>"
+                        L"<DevKey>D1</DevKey></Valve>");
+    EXPECT_TRUE(turn.Ran());
+    ExpectLoadReport(kObjectNotSetText);
+    EXPECT_EQ(Text(module, &IAppObject::get_UserName), L"Mine");
+    EXPECT_EQ(Text(module.As<ITamObject>(), &ITamObject::get_DeviceKey), L"");
+}
+
 TEST_F(CDBAppObjectXmlLoadTest, ReportsAChildWithoutAText) {
     for (const wchar_t* name : {L"UserName", L"X_Position", L"Y_Position", L"DevKey", L"TamObjID"}) {
         const auto module = NewModule();
