@@ -128,7 +128,7 @@ class CDBAppObject final
     // Definition
     bool LoadDefinition(const std::wstring& name);
     void GetBasicInfos() noexcept;
-    void GetDataSizes(const dom::Node& element) noexcept;
+    static void GetDataSizes(const dom::Node& element) noexcept;
     void FindDatasheet();
 
     // Project XML

@@ -178,8 +178,11 @@ HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID res
     return failure ? failure->code : answer;
 }
 
+// argumentError is written through Call.
+// NOLINTBEGIN(readability-non-const-parameter)
 HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved, WORD flags,
                    DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept {
+    // NOLINTEND(readability-non-const-parameter)
     if (reserved != IID_NULL) {
         return DISP_E_UNKNOWNINTERFACE;
     }

@@ -44,6 +44,7 @@ HRESULT GetClassObject(const ServerInfo& server, REFCLSID clsid, REFIID iid, voi
         if (*entry.id == clsid && entry.create != nullptr) {
             HRESULT result = E_OUTOFMEMORY;
             const auto failure = Attempt([&] {
+                // NOLINTNEXTLINE(bugprone-unhandled-exception-at-new): Attempt handles it
                 const auto factory = Ref<IClassFactory>::Own(new ClassFactory(entry));
                 result = factory->QueryInterface(iid, out);
             });
