@@ -27,11 +27,46 @@ fuzz_pure_code() {
     [[ ${#broken[@]} -eq 0 ]]
 }
 
+# Runs one of the Windows test programs with settings for a long run. Its output
+# is shown as it comes.
+run_long() {
+    local program=$1
+    shift
+    mkdir -p "$build/results/fuzz"
+    run_child "$build/win32/tests/fuzz" env WINEPREFIX="$(prefix_folder point)" \
+        TAM_FUZZ_KEEP="$(windows_path "$build/results/fuzz")" "$@" wine "./$program.exe" --gtest_brief=1
+}
+
+# is_number TEXT: a whole number from 1 on, within reason.
+is_number() { [[ $1 =~ ^[1-9][0-9]{0,8}$ ]]; }
+
 command_fuzz() {
-    local seconds=${1:-120} subjects
-    [[ $# -le 1 && $seconds =~ ^[1-9][0-9]{0,6}$ ]] || die "fuzz takes the seconds that it may run."
+    local seconds=${1:-120} seed=${2:-$((RANDOM * 32768 + RANDOM + 1))} subjects status=0
+    if [[ $# -gt 2 ]] || ! is_number "$seconds" || ! is_number "$seed"; then
+        die "fuzz takes the seconds that it may run, and a seed."
+    fi
     prepare --check
     build_preset fuzz fuzz
-    subjects=$(find "$root/tests/fuzz/corpus" -mindepth 1 -maxdepth 1 -type d | wc -l)
-    fuzz_pure_code $((seconds / subjects + 1))
+    build_preset win32 fuzz_tests
+    subjects=$(find "$build/fuzz/tests/fuzz" -maxdepth 1 -name 'fuzz_*' -type f -executable | wc -l)
+    fuzz_pure_code $((seconds / 2 / subjects + 1)) || status=$?
+    wine_environment
+    start_display
+    start_wine point
+    printf 'The component, seed %s\n' "$seed"
+    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS=$((seconds / 2 + 1)) || status=$?
+    return "$status"
+}
+
+command_soak() {
+    local rounds=${1:-100000}
+    if [[ $# -gt 1 ]] || ! is_number "$rounds"; then
+        die "soak takes the number of rounds."
+    fi
+    prepare
+    build_preset win32 soak_tests
+    wine_environment
+    start_display
+    start_wine point
+    run_long soak_tests TAM_SOAK_ROUNDS="$rounds"
 }

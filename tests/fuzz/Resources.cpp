@@ -1,0 +1,85 @@
+#include "tests/fuzz/Resources.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <array>
+
+namespace component_fuzz {
+
+namespace {
+
+void CountBlocks(Resources& resources) {
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = std::min<DWORD>(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()),
+                                        static_cast<DWORD>(heaps.size()));
+    for (DWORD i = 0; i < count; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(heaps.at(i));
+        while (HeapWalk(heaps.at(i), &entry) != FALSE) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) {
+                ++resources.blocks;
+                resources.bytes += entry.cbData;
+            }
+        }
+        HeapUnlock(heaps.at(i));
+    }
+}
+
+/// A graphics object has the lowest number that is free, so that the highest of
+/// many made at once says how many others there are.
+std::size_t HighestGraphicsNumber() {
+    std::array<HBRUSH, 400> brushes{};
+    WORD highest = 0;
+    for (HBRUSH& brush : brushes) {
+        brush = CreateSolidBrush(RGB(1, 2, 3));
+        highest = std::max(highest, LOWORD(brush));
+    }
+    for (const HBRUSH brush : brushes) {
+        DeleteObject(brush);
+    }
+    return highest;
+}
+
+/// The same of handles, which are numbered in steps of four.
+std::size_t HighestHandleNumber() {
+    std::array<HANDLE, 400> events{};
+    std::size_t highest = 0;
+    for (HANDLE& event : events) {
+        event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        highest = std::max(highest, reinterpret_cast<std::size_t>(event) / 4);
+    }
+    for (const HANDLE event : events) {
+        CloseHandle(event);
+    }
+    return highest;
+}
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+    ++*reinterpret_cast<std::size_t*>(count);
+    return TRUE;
+}
+
+BOOL CALLBACK CountWindowAndChildren(HWND window, LPARAM count) {
+    EnumChildWindows(window, &CountWindow, count);
+    return CountWindow(window, count);
+}
+
+} // namespace
+
+Resources Resources::Now() {
+    Resources now;
+    CountBlocks(now);
+    PROCESS_MEMORY_COUNTERS memory{};
+    memory.cb = sizeof memory;
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    now.privateBytes = memory.PagefileUsage;
+    now.handles = HighestHandleNumber();
+    now.graphics = HighestGraphicsNumber();
+    EnumThreadWindows(GetCurrentThreadId(), &CountWindowAndChildren, reinterpret_cast<LPARAM>(&now.windows));
+    return now;
+}
+
+} // namespace component_fuzz

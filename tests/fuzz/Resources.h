@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+
+namespace component_fuzz {
+
+/// What this process holds of the system.
+struct Resources {
+    /// Blocks in use and their bytes, over all heaps of the process: its own,
+    /// that of the C library, those of system libraries.
+    std::size_t blocks = 0;
+    std::size_t bytes = 0;
+    /// Memory that is the process's alone.
+    std::size_t privateBytes = 0;
+    /// Handles of the kernel and graphics objects, each told by the highest
+    /// number of many made at once: Wine's own counts are always 0.
+    std::size_t handles = 0;
+    std::size_t graphics = 0;
+    /// Windows of the thread with their children.
+    std::size_t windows = 0;
+
+    static Resources Now();
+};
+
+} // namespace component_fuzz

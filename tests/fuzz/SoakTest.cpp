@@ -1,0 +1,160 @@
+#include "tests/fuzz/DocumentRounds.h"
+#include "tests/fuzz/Resources.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+// The whole life of a module, over and over: what the process holds of the
+// system stays the same. No dialog is opened: of each label in it Wine's common
+// controls keep a block of twelve bytes.
+
+namespace component_fuzz {
+
+using namespace support;
+
+namespace {
+
+constexpr unsigned kRounds = 1000;
+/// What is made once, and what the system keeps for the next time, is there
+/// after so many.
+constexpr unsigned kWarmUp = 100;
+constexpr unsigned kLines = 10;
+
+void PrintHead() {
+    std::printf("%10s %10s %12s %12s %8s %9s %8s\n", "rounds", "blocks", "bytes", "private", "handles",
+                "graphics", "windows");
+}
+
+void Print(unsigned rounds, const Resources& held) {
+    std::printf("%10u %10zu %12zu %12zu %8zu %9zu %8zu\n", rounds, held.blocks, held.bytes, held.privateBytes,
+                held.handles, held.graphics, held.windows);
+    std::fflush(stdout);
+}
+
+class SoakTest : public ComponentTest {
+  protected:
+    void SetUp() override {
+        ComponentTest::SetUp();
+        UseCompiler();
+        UseDatabaseLocation();
+        const std::wstring folder = TAM_FUZZ_DOCUMENTS;
+        stream_ = FromUtf8(ReadFile(folder + L"good-stream.xml"));
+        project_ = FromUtf8(ReadFile(folder + L"good-project.xml"));
+        definition_.emplace(Component::Folder() + L"Valve.xml",
+                            FromUtf8(ReadFile(folder + L"good-definition.xml")));
+        catalogue_ = Parse(FromUtf8(ReadFile(folder + L"good-catalogue.xml")));
+    }
+    void TearDown() override {
+        catalogue_.Reset();
+        definition_.reset();
+        ComponentTest::TearDown();
+    }
+
+    /// Creates a module, loads it, edits it, saves it, exports it, ends it.
+    void Live() {
+        const auto module = NewModule();
+        ASSERT_TRUE(module);
+        com::Check(module->putref_XmlSNVTDoc(catalogue_.Get()));
+        VARIANT_BOOL done = VARIANT_FALSE;
+        com::Check(module->Init(com::Bstr(L"Valve").Get(), &done));
+        ASSERT_EQ(done, VARIANT_TRUE);
+        com::Check(Put(module, &IAppObject::put_GlobalKey, L"G"));
+        com::Check(module.As<ITamObject>()->LoadFromXmlStream(com::Bstr(stream_).Get()));
+        com::Check(module->XmlLoad(Root(Parse(project_)).Get()));
+
+        const auto gain =
+            Item(Object(module, &IAppObject::get_Attributes), &IAttributes::get_Item, L"AI1_Gain");
+        ASSERT_EQ(Text(gain, &IAttribute::get_Value), L"21.5");
+        com::Check(Put(gain, &IAttribute::put_Value, L"22.5"));
+        ASSERT_EQ(Text(gain, &IAttribute::get_DispValue), L"converted label");
+        const auto input = Item(Object(module, &IAppObject::get_Inputs), &IInputs::get_Item, L"1");
+        com::Check(Put(input, &IInput::put_Value, L"AI1_Out"));
+        com::Check(module->ClearReferences());
+
+        const Document document = Parse(L"<Project/>");
+        const auto root = Root(document);
+        com::Check(module->XMLSave(root.Get(), document.Get()));
+        com::Check(module->XMLSaveForInteroperability(root.Get(), document.Get()));
+        com::Bstr exported;
+        com::Check(module->get_Stream(exported.Put()));
+        ASSERT_EQ(exported.View(), L"compiled");
+        com::Check(module->Destroy());
+        UseCompiler().calls.clear();
+        Units().asked.clear();
+        Units().labelAsked.clear();
+        EXPECT_TRUE(Boxes().empty());
+    }
+
+    void Live(unsigned from, unsigned to) {
+        for (unsigned round = from; round < to && !HasFatalFailure(); ++round) {
+            Live();
+        }
+        EXPECT_EQ(Dll().CanUnload(), S_OK);
+    }
+
+  private:
+    std::wstring stream_;
+    std::wstring project_;
+    std::optional<TextFile> definition_;
+    Document catalogue_;
+};
+
+// The measure itself: it sees what is kept.
+TEST(ResourcesTest, CountsWhatIsKept) {
+    constexpr std::size_t kKept = 100;
+    Resources::Now();
+    const Resources before = Resources::Now();
+    std::array<com::Bstr, kKept> texts;
+    std::array<std::unique_ptr<int>, kKept> numbers;
+    std::array<HANDLE, kKept> events{};
+    std::array<HBRUSH, kKept> brushes{};
+    for (std::size_t i = 0; i < kKept; ++i) {
+        texts.at(i) = com::Bstr(L"text");
+        numbers.at(i) = std::make_unique<int>(1);
+        events.at(i) = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+        brushes.at(i) = CreateSolidBrush(RGB(1, 2, 3));
+    }
+    const HWND window =
+        CreateWindowW(L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    const Resources kept = Resources::Now();
+    DestroyWindow(window);
+    for (std::size_t i = 0; i < kKept; ++i) {
+        CloseHandle(events.at(i));
+        DeleteObject(brushes.at(i));
+    }
+    EXPECT_GE(kept.blocks, before.blocks + 2 * kKept);
+    EXPECT_GE(kept.bytes, before.bytes + kKept * (sizeof L"text" + sizeof(int)));
+    EXPECT_GE(kept.handles, before.handles + kKept);
+    EXPECT_GE(kept.graphics, before.graphics + kKept);
+    EXPECT_GT(kept.windows, before.windows); // more than one: an input method has its own
+}
+
+TEST_F(SoakTest, HoldsNoMoreAfterManyRounds) {
+    const unsigned rounds = Setting(L"TAM_SOAK_ROUNDS", kRounds);
+    Live(0, kWarmUp);
+    const Resources before = Resources::Now();
+    PrintHead();
+    Print(kWarmUp, before);
+    Resources now = before;
+    unsigned done = 0;
+    for (unsigned line = 1; line <= kLines && !HasFailure(); ++line) {
+        const unsigned upTo = static_cast<unsigned>(std::uint64_t{rounds} * line / kLines);
+        Live(done, upTo);
+        done = upTo;
+        now = Resources::Now();
+        Print(kWarmUp + done, now);
+    }
+    // One block or byte a round would be a leak; what is cached once more is none.
+    EXPECT_LT(now.blocks, before.blocks + std::max(rounds / 20, 1u));
+    EXPECT_LT(now.bytes, before.bytes + std::size_t{4} * rounds);
+    EXPECT_LT(now.handles, before.handles + std::max(rounds / 100, 1u));
+    EXPECT_LT(now.graphics, before.graphics + std::max(rounds / 100, 1u));
+    EXPECT_EQ(now.windows, before.windows);
+}
+
+} // namespace
+
+} // namespace component_fuzz
