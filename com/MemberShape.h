@@ -23,7 +23,7 @@ std::vector<MemberShape> ReadShapes(ITypeInfo& info);
 /// reaches; null when there is none.
 const MemberShape* FindShape(const std::vector<MemberShape>& shapes, DISPID id, WORD flags) noexcept;
 
-// Not every platform's Invoke looks at these two, and a member that is called
+// Not every platform's Invoke looks at these, and a member that is called
 // with arguments that it does not have must not be run.
 
 /// True for arguments to the reading of a property that has none: they are for
