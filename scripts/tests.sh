@@ -1,13 +1,18 @@
 # shellcheck shell=bash
 # Runs the test programs and counts their results. Sourced by tam, which sets
 # root, build and wine's environment.
-: "${root:?}" "${build:?}"
+: "${root:?}" "${build:?}" "${child_pid?}"
 
 test_timeout=${TAM_TEST_TIMEOUT:-300}
 
 total_passed=0
 total_failed=0
 failures=()
+
+# What runs at the same time: each lane has its places one after the other, its
+# own core and its own display. A Wine prefix is in one lane only.
+test_lanes=("point" "native comma")
+lane_pids=()
 
 # Where each program runs: program name -> "native", "point", "comma", joined
 # by commas; and its own time limit, where it has one.
@@ -73,7 +78,6 @@ run_program() {
     local start=$EPOCHREALTIME status=0 reason
     mkdir -p "$results"
     rm -f "$report" "$log"
-    printf '%-28s %-7s ' "$name" "$place"
     if [[ $kind == native ]]; then
         run_child "$(dirname "$path")" env TAM_SAMPLES="$root/samples" \
             UBSAN_OPTIONS=print_stacktrace=1 \
@@ -98,7 +102,7 @@ run_program() {
     mapfile -t lines < <(python3 "$root/scripts/count_results.py" "$report" "$log" "$status" "$reason")
     read -r passed failed <<<"${lines[0]:-}"
     [[ $passed =~ ^[0-9]+$ && $failed =~ ^[0-9]+$ ]] || die "The results of $name could not be counted."
-    printf '%5d passed %5d failed %7s s\n' "$passed" "$failed" "$(seconds_since "$start")"
+    printf '%-28s %-7s %5d passed %5d failed %7s s\n' "$name" "$place" "$passed" "$failed" "$(seconds_since "$start")"
     total_passed=$((total_passed + passed))
     for line in "${lines[@]:1}"; do
         fail "$name ($place): $line"
@@ -107,6 +111,41 @@ run_program() {
         grep -vE '^\[ +(RUN|OK) +\]' "$log" | sed 's/^/    /' || true
         note "    All of it: $log"
     fi
+}
+
+# run_lane NUMBER NAME...
+# Runs the programs that belong to a lane's places and leaves its counts in a
+# file. In a process of its own.
+run_lane() {
+    local lane=$1 name place served=
+    shift
+    trap 'if [[ -n $child_pid ]]; then kill "$child_pid" 2>/dev/null; fi; exit 143' TERM
+    use_lane "$lane"
+    for place in ${test_lanes[lane]}; do
+        for name in "$@"; do
+            if [[ ,${runs_in[$name]}, == *,$place,* ]]; then
+                # On this core and display from its first program on.
+                [[ $place == native || $place == "$served" ]] || start_server "$place"
+                served=$place
+                run_program "$name" "$place"
+            fi
+        done
+    done
+    printf '%s\n' "$total_passed $total_failed" "${failures[@]}" >"$build/results/lane-$lane"
+}
+
+# Takes over what a lane has counted.
+add_lane() {
+    local lane=$1 lines=() passed failed
+    mapfile -t lines <"$build/results/lane-$lane" || true
+    read -r passed failed <<<"${lines[0]:-}"
+    if [[ ! $passed =~ ^[0-9]+$ || ! $failed =~ ^[0-9]+$ ]]; then
+        fail "lane $lane (${test_lanes[lane]}) ended early"
+        return
+    fi
+    total_passed=$((total_passed + passed))
+    total_failed=$((total_failed + failed))
+    failures+=("${lines[@]:1}")
 }
 
 # Runs the named programs, or all of them.
@@ -130,13 +169,20 @@ run_test_programs() {
         mapfile -t names < <(printf '%s\n' "${!runs_in[@]}" | sort)
     fi
 
-    for place in native point comma; do
-        for name in "${names[@]}"; do
-            if [[ -n $name && ,${runs_in[$name]}, == *,$place,* ]]; then
-                run_program "$name" "$place"
-            fi
-        done
+    local lane
+    mkdir -p "$build/results"
+    rm -f "$build/results"/lane-*
+    for lane in "${!test_lanes[@]}"; do
+        run_lane "$lane" "${names[@]}" &
+        lane_pids+=($!)
+        # With one core there is nothing to gain.
+        has_two_cores || wait $! || true
     done
+    for lane in "${!test_lanes[@]}"; do
+        wait "${lane_pids[lane]}" || true
+        add_lane "$lane"
+    done
+    lane_pids=()
 
     if [[ ${#failures[@]} -gt 0 ]]; then
         printf '\nFailures:\n'

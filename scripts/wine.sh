@@ -7,23 +7,43 @@
 # There are two prefixes, both 32-bit Windows under a US English user: "point",
 # and "comma" with a user who writes 1.234,5.
 
-xvfb_pid=
+xvfb_pids=()
+displays=()
 started_prefixes=()
 
-# A Wine program and its server answer each other in turn. On one core that is a
-# switch; on two, each waits for an idle core to wake up, which takes several
-# times as long on a virtual machine. Called after everything is built.
-use_one_core() {
-    local cores
-    cores=$(taskset -cp $$ 2>/dev/null) || return 0
-    cores=${cores##*: }
-    taskset -cp "${cores%%[-,]*}" $$ >/dev/null 2>&1 || true
+# The cores that this command may use, as a list, before it keeps to one.
+cores=0
+
+find_cores() {
+    local list
+    list=$(taskset -cp $$ 2>/dev/null) || return 0
+    cores=${list##*: }
+}
+
+has_two_cores() { [[ $cores == *[-,]* ]]; }
+
+# use_core 0|1: keeps to the first core or to the last one. A Wine program and its
+# server answer each other in turn. On one core that is a switch; on two, each
+# waits for an idle core to wake up, which takes several times as long on a
+# virtual machine. Called after everything is built.
+use_core() {
+    local core=${cores%%[-,]*}
+    [[ $1 == 0 ]] || core=${cores##*[-,]}
+    taskset -cp "$core" "$BASHPID" >/dev/null 2>&1 || true
+}
+
+# use_lane 0|1: keeps to a core and a display, so that two lanes of tests take no
+# focus from each other.
+use_lane() {
+    use_core "$1"
+    export DISPLAY=${displays[$1]}
 }
 
 # The locale is fixed because Wine derives the Windows user's number format
 # from it; winemenubuilder would write menus and file types into the home folder.
 wine_environment() {
-    use_one_core
+    find_cores
+    use_core 0
     unset LANGUAGE
     export LC_ALL=C.UTF-8
     export WINEARCH=win32
@@ -37,18 +57,19 @@ prefix_folder() { printf '%s' "$build/wine/$1"; }
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }
 
 # Starts an Xvfb on a free display number, which it picks itself, and exports
-# DISPLAY.
+# DISPLAY. A second call starts a second one.
 start_display() {
     local pipe number=
     exec {pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp -noreset \
-        2>"$build/logs/xvfb.log" {lock_fd}>&-)
-    xvfb_pid=$!
+        2>"$build/logs/xvfb-${#displays[@]}.log" {lock_fd}>&-)
+    xvfb_pids+=($!)
     read -r -t 30 number <&"$pipe" || true
     exec {pipe}<&-
     if [[ -z $number ]]; then
-        cat "$build/logs/xvfb.log" >&2
+        cat "$build/logs/xvfb-${#displays[@]}.log" >&2
         die "Xvfb did not start."
     fi
+    displays+=(":$number")
     export DISPLAY=":$number"
 }
 
@@ -123,9 +144,10 @@ stop_wine() {
     for name in "${started_prefixes[@]}"; do
         stop_server "$name"
     done
-    if [[ -n $xvfb_pid ]]; then
-        kill "$xvfb_pid" 2>/dev/null || true
-        wait "$xvfb_pid" 2>/dev/null || true
-        xvfb_pid=
-    fi
+    local pid
+    for pid in "${xvfb_pids[@]}"; do
+        kill "$pid" 2>/dev/null || true
+        wait "$pid" 2>/dev/null || true
+    done
+    xvfb_pids=()
 }
