@@ -19,12 +19,6 @@ struct GuidLess {
     bool operator()(const GUID& left, const GUID& right) const noexcept;
 };
 
-/// A type library that lies in the DLL as resource `index`.
-struct LibraryEntry {
-    GUID id;
-    int index;
-};
-
 /// What a DLL of this family keeps once: its handle, its counts of live
 /// objects and locks, and the type information of its interfaces.
 class Module {

@@ -39,6 +39,13 @@ TEST(BitEditorStateTest, ReadsANegativeValueAsItsTwosComplement) {
     EXPECT_EQ(BitEditorState(L"-65537", 2).Value(), L"65535");
 }
 
+TEST(BitEditorStateTest, RoundsToTheNearestWholeNumberTiesToEven) {
+    EXPECT_EQ(BitEditorState(L"2.7", 1).Value(), L"3");
+    EXPECT_EQ(BitEditorState(L"2.5", 1).Value(), L"2");
+    EXPECT_EQ(BitEditorState(L"3.5", 1).Value(), L"4");
+    EXPECT_EQ(BitEditorState(L"-0.6", 1).Value(), L"255");
+}
+
 TEST(BitEditorStateTest, HasNoBitSetWhenTheValueIsNoNumber) {
     EXPECT_EQ(BitEditorState(L"", 2).Value(), L"0");
     EXPECT_EQ(BitEditorState(L"abc", 2).Value(), L"0");

@@ -29,6 +29,12 @@ TEST(EnumEditorStateTest, FindsANegativeValue) {
     EXPECT_EQ(EnumEditorState(L"-1", L"0,Off;-1,None;").Selected(), 1U);
 }
 
+TEST(EnumEditorStateTest, FindsTheNearestWholeNumber) {
+    EXPECT_EQ(EnumEditorState(L"0.6", L"0,Off;1,On;2,Auto").Selected(), 1U);
+    EXPECT_EQ(EnumEditorState(L"1.5", L"0,Off;1,On;2,Auto").Selected(), 2U);
+    EXPECT_EQ(EnumEditorState(L"0.5", L"0,Off;1,On;2,Auto").Selected(), 0U);
+}
+
 TEST(EnumEditorStateTest, GivesTheValueOfTheFirstEntryWithTheTextShown) {
     const EnumEditorState state(L"0", L"0,Off;1,On;2,On;");
     EXPECT_EQ(state.ValueOf(L"On"), L"1");

@@ -75,6 +75,13 @@ TEST(NumericEditorStateTest, RefusesADigitPastTheDigitsThatANumberKeeps) {
     EXPECT_FALSE(Takes(single, L'6', std::wstring(39, L'9') + L"|"));
 }
 
+TEST(NumericEditorStateTest, TakesADigitThatShortensATextThatIsTooLongAlready) {
+    const auto state = State(L"1");
+    EXPECT_TRUE(Takes(state, L'7', L"[12]345678901234567890"));
+    EXPECT_TRUE(Takes(state, L'7', L"[1]2345678901234567890"));
+    EXPECT_FALSE(Takes(state, L'7', L"12345678901234567890|"));
+}
+
 TEST(NumericEditorStateTest, RefusesADigitBeforeTheSign) {
     const auto state = State(L"1");
     EXPECT_FALSE(Takes(state, L'5', L"|-3"));

@@ -46,6 +46,29 @@ TEST(CompilersInteropTest, AcceptsEveryKindOfReference) {
     }
 }
 
+TEST(CompilersInteropTest, FollowsAReferenceToAReference) {
+    const Compiler::Result expected = Compiler().Compile(kGood);
+    Compiler compiler;
+    com::Bstr texts[3] = {com::Bstr(kGood), com::Bstr(L""), com::Bstr(L"")};
+    VARIANT inner[3] = {};
+    VARIANT outer[3] = {};
+    for (int i = 0; i < 3; ++i) {
+        inner[i] = com::ByReference(texts[i]);
+        outer[i].vt = VT_BYREF | VT_VARIANT;
+        outer[i].pvarVal = &inner[i];
+    }
+    ASSERT_EQ(S_OK, compiler.Object().CompileTamObject(&outer[0], &outer[1], &outer[2]));
+    EXPECT_EQ(expected.stream, texts[0].View());
+    EXPECT_EQ(expected.cdb, texts[1].View());
+    EXPECT_EQ(expected.ddb, texts[2].View());
+    VARIANT nowhere{};
+    nowhere.vt = VT_BYREF | VT_VARIANT;
+    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&nowhere, &outer[1], &outer[2]));
+    nowhere.vt = VT_BYREF | VT_BSTR;
+    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&outer[0], &nowhere, &outer[2]));
+    EXPECT_EQ(expected.cdb, texts[1].View());
+}
+
 TEST(CompilersInteropTest, RefusesOtherArguments) {
     Compiler compiler;
     VARIANT text = com::Variant(kGood).Detach();

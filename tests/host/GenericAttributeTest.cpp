@@ -276,6 +276,32 @@ TEST_F(GenericAttributeTest, AsksWhetherItIsADifference) {
     EXPECT_EQ((Calls{L"differential Gain", L"differential Gain"}), TakeCalls());
 }
 
+TEST_F(GenericAttributeTest, IsADifferenceAsItsDefinitionSays) {
+    library_.Write(
+        L"Difference.xml",
+        "<AppObject><Attributes><Span><DIFFERENTIAL>1</DIFFERENTIAL></Span></Attributes></AppObject>");
+    const auto block = NewBlock(L"Difference");
+    const auto span = AttributeOf(block, L"Span").As<IGenericAttribute>();
+    EXPECT_TRUE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential));
+    ASSERT_EQ(S_OK, block.As<IAttributeInterception>()->RegisterInterceptor(interceptor_.Get()));
+    EXPECT_TRUE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential)) << "left as it came";
+    EXPECT_EQ(VARIANT_TRUE, interceptor_->asked);
+    interceptor_->answer = {false};
+    EXPECT_FALSE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential));
+    interceptor_->handled = false;
+    EXPECT_TRUE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential)) << "not handled";
+}
+
+TEST_F(GenericAttributeTest, ForgetsAnInterceptorThatIsDisconnected) {
+    Register(interceptor_.Get());
+    interceptor_->result = RPC_E_DISCONNECTED;
+    EXPECT_EQ(S_OK, SetValueOf(At(L"Gain"), L"2"));
+    EXPECT_EQ(L"2", ValueOf(At(L"Gain")));
+    EXPECT_FALSE(Flag(*block_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
+    EXPECT_EQ(S_OK, SetValueOf(At(L"Gain"), L"3"));
+    EXPECT_EQ((Calls{L"value Gain"}), TakeCalls());
+}
+
 TEST_F(GenericAttributeTest, ShowsItsValueInTheHostsUnits) {
     EXPECT_EQ(L"20 \u00B0C", Shown(L"Temperature"));
     EXPECT_EQ(Local(L"1.5"), Shown(L"Gain")) << "a type without a unit";

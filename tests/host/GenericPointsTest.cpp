@@ -133,6 +133,44 @@ TEST_F(GenericPointsTest, ChangeTheirTypes) {
     EXPECT_EQ(L"105", TypeOf(Output(L"Out").As<ISubItemConnable>()));
 }
 
+TEST_F(GenericPointsTest, RefuseATypeThatIsNoText) {
+    VARIANT object{};
+    object.vt = VT_DISPATCH; // of no object: as if left out
+    ASSERT_EQ(S_OK, Input(L"First")->changeType(com::Variant(L"55").Get()));
+    ASSERT_EQ(S_OK, Input(L"First")->changeType(object));
+    EXPECT_EQ(L"81", TypeOf(Input(L"First").As<ISubItemConnable>()));
+    SAFEARRAY* const list = SafeArrayCreateVector(VT_I4, 0, 1);
+    VARIANT array{};
+    array.vt = VT_ARRAY | VT_I4;
+    array.parray = list;
+    EXPECT_EQ(Code(0x800A000D), Input(L"First")->changeType(array));
+    EXPECT_EQ(L"81", TypeOf(Input(L"First").As<ISubItemConnable>()));
+    SafeArrayDestroy(list);
+}
+
+TEST_F(GenericPointsTest, EndTheirListsAtAnEmptyField) {
+    com::Ref<ICompatibleSNVTs> list;
+    com::Bstr text;
+    ASSERT_EQ(S_OK, Input(L"Third")->get_SNVTCompatibles(list.Put()));
+    ASSERT_EQ(S_OK, list->Add(com::Bstr(L"3,,4").Get()));
+    ASSERT_EQ(S_OK, list->Add(com::Bstr(L",5").Get()));
+    ASSERT_EQ(S_OK, list->Add(com::Bstr(L"6,").Get()));
+    ASSERT_EQ(S_OK, list->ToString(text.Put()));
+    EXPECT_EQ(L"3,6", text.View());
+}
+
+TEST_F(GenericPointsTest, GiveEachPlaceOfTheirLists) {
+    com::Ref<ICompatibleSNVTs> list;
+    ASSERT_EQ(S_OK, Input(L"First")->get_SNVTCompatibles(list.Put()));
+    com::Ref<ICompatibleSNVT> entry;
+    ASSERT_EQ(S_OK, list->get_Item(1, entry.Put()));
+    EXPECT_EQ(L"81", TextOf(*entry.Get(), &ICompatibleSNVT::get_ID));
+    ASSERT_EQ(S_OK, list->get_Item(3, entry.Put()));
+    EXPECT_EQ(L"55", TextOf(*entry.Get(), &ICompatibleSNVT::get_ID));
+    ASSERT_EQ(S_OK, list->get_Item(0, entry.Put()));
+    EXPECT_FALSE(entry);
+}
+
 TEST_F(GenericPointsTest, SayWhatMayBeConnected) {
     const auto input = Input(L"First");
     com::Ref<ICompatibleSNVTs> list;

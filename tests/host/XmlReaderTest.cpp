@@ -37,6 +37,17 @@ TEST(XmlReaderTest, ReadsReferences) {
     ExpectKey(L"&#9;", L"'&#x9;'");
 }
 
+TEST(XmlReaderTest, ReadsNamesOfEveryScript) {
+    for (const wchar_t* name : {L"Gr\u00F6\u00DFe", L"\u4E2D", L"_a", L"a-b.c\u00B71"}) {
+        const std::wstring named = Document(L"<" + std::wstring(name) + Input(L"105").substr(2));
+        EXPECT_NE(L"", Compiler().Compile(named).stream) << name;
+    }
+    for (const wchar_t* name : {L"1a", L"-a", L".a", L"\u00B7a", L"\u00BFa"}) {
+        const std::wstring named = Document(L"<" + std::wstring(name) + Input(L"105").substr(2));
+        EXPECT_NE(std::wstring::npos, Compiler().Refusal(named).find(L"a name is missing")) << name;
+    }
+}
+
 TEST(XmlReaderTest, MakesBlanksOfLineEndsInValues) {
     ExpectKey(L"a b c d e", L"'a\tb\nc\rd\r\ne'");
     EXPECT_NE(ImageOf(L"a b"), ImageOf(L"a&#10;b")) << "a reference keeps the line end";
