@@ -3,6 +3,7 @@
 #include "com/LateBound.h"
 #include "common/Dom.h"
 
+#include <algorithm>
 #include <array>
 
 namespace benchmark {
@@ -169,14 +170,14 @@ std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::v
     return xml.View().size();
 }
 
-void MakeKeys(const std::wstring& owner, const std::vector<std::wstring>& names,
-              std::vector<std::wstring>& keys) {
-    std::size_t at = 0;
-    for (int kind = 0; kind < 2; ++kind) {
-        for (const std::wstring& name : names) {
-            std::wstring& key = keys[at++];
-            key.reserve(owner.size() + 1 + name.size());
-            key.append(owner).append(1, L'\\').append(name);
+void MakeKeys(std::wstring_view owner, const std::vector<std::wstring>& names) {
+    com::Bstr key;
+    for (const std::wstring& name : names) {
+        for (int kind = 0; kind < 2; ++kind) {
+            *key.Put() = SysAllocStringLen(nullptr, static_cast<UINT>(owner.size() + 1 + name.size()));
+            wchar_t* end = std::copy(owner.begin(), owner.end(), key.Get());
+            *end++ = L'\\';
+            std::copy(name.begin(), name.end(), end);
         }
     }
 }

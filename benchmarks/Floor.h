@@ -37,9 +37,8 @@ void BuildInterop(const support::Document& document, const std::vector<std::wstr
 /// stream with as many points. Returns the number of characters printed.
 std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::vector<std::wstring>& names,
                         const std::wstring& reference);
-/// Makes both keys of every name in the places given, which were empty.
-void MakeKeys(const std::wstring& owner, const std::vector<std::wstring>& names,
-              std::vector<std::wstring>& keys);
+/// Makes both keys of every name once, as texts for a caller.
+void MakeKeys(std::wstring_view owner, const std::vector<std::wstring>& names);
 /// Reads type and name of each child, a yield each.
 void ReadNames(const com::Ref<IXMLDOMElement>& element);
 

@@ -48,6 +48,26 @@ Document EmptyParent() {
     return Parse(L"<p/>");
 }
 
+template <class I, class Collection>
+std::vector<com::Ref<I>> ItemsOf(const com::Ref<Collection>& collection) {
+    long count = 0;
+    Succeed(collection->get_Count(&count));
+    std::vector<com::Ref<I>> items;
+    for (long i = 1; i <= count; ++i) {
+        items.push_back(Item(collection, &Collection::get_Item, std::to_wstring(i)));
+    }
+    return items;
+}
+
+template <class I>
+void ReadKeys(const std::vector<com::Ref<I>>& items) {
+    com::Bstr key;
+    for (const com::Ref<I>& item : items) {
+        Succeed(item->get_GlobalKey(key.Put()));
+        Succeed(item->get_ExtendedKey(key.Put()));
+    }
+}
+
 } // namespace
 
 struct Jobs::Size {
@@ -266,22 +286,21 @@ Trial Jobs::Export(const Size& size) {
 }
 
 Trial Jobs::Keys(const Size& size) {
-    const auto keys = std::make_shared<std::vector<std::wstring>>();
-    return {"key propagation",
+    const auto inputs = ItemsOf<IInput>(Object(loaded_, &IAppObject::get_Inputs));
+    const auto outputs = ItemsOf<IOutput>(Object(loaded_, &IAppObject::get_Outputs));
+    const auto attributes = ItemsOf<IAttribute>(Object(loaded_, &IAppObject::get_Attributes));
+    return {"keys set and read",
             size.points,
-            {[this] {
-                 // The heap has the room of a round before, for the floor as well.
-                 const com::Bstr none(L"");
-                 Succeed(loaded_->put_GlobalKey(none.Get()));
-                 Succeed(loaded_->put_ExtendedKey(none.Get()));
-             },
-             [this] {
+            {{},
+             [=, this] {
                  const com::Bstr key(kKey);
                  Succeed(loaded_->put_GlobalKey(key.Get()));
                  Succeed(loaded_->put_ExtendedKey(key.Get()));
+                 ReadKeys(inputs);
+                 ReadKeys(outputs);
+                 ReadKeys(attributes);
              }},
-            {[keys, &size] { keys->assign(2 * size.names.size(), std::wstring()); },
-             [keys, &size] { MakeKeys(std::wstring(kKey) + L"\\RIN", size.names, *keys); }},
+            {{}, [&size] { MakeKeys(std::wstring(kKey) + L"\\RIN", size.names); }},
             {{}, [this] {
                  const com::Bstr key(kKey);
                  CallScript(L"SetKeys", {Argument(key)});

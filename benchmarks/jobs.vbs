@@ -274,20 +274,22 @@ Function Export(document, referenceOfEvery)
     Export = document.xml
 End Function
 
-' Key propagation
+' Keys set and read
 Sub SetKeys(key)
-    Dim p
-    For Each p In attributes.Items
-        p.GlobalKey = key & "\ATT\" & p.Name
-        p.ExtendedKey = key & "\ATT\" & p.Name
+    SetAndRead attributes, key & "\ATT\"
+    SetAndRead inputs, key & "\RIN\"
+    SetAndRead outputs, key & "\ROU\"
+End Sub
+
+Sub SetAndRead(points, side)
+    Dim p, text
+    For Each p In points.Items
+        p.GlobalKey = side & p.Name
+        p.ExtendedKey = side & p.Name
     Next
-    For Each p In inputs.Items
-        p.GlobalKey = key & "\RIN\" & p.Name
-        p.ExtendedKey = key & "\RIN\" & p.Name
-    Next
-    For Each p In outputs.Items
-        p.GlobalKey = key & "\ROU\" & p.Name
-        p.ExtendedKey = key & "\ROU\" & p.Name
+    For Each p In points.Items
+        text = p.GlobalKey
+        text = p.ExtendedKey
     Next
 End Sub
 

@@ -166,8 +166,16 @@ STDMETHODIMP CDBAttribute::get_DispValue(BSTR* value) {
     return Get(value, [&] { return DispValue(); });
 }
 
+STDMETHODIMP CDBAttribute::get_GlobalKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+}
+
+STDMETHODIMP CDBAttribute::get_ExtendedKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+}
+
 STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_); });
+    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
 }
 
 } // namespace tam

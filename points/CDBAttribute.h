@@ -24,8 +24,8 @@ class CDBAttribute final
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
 
     // The component's own side.
-    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
-    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
+    void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
+    void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
     void SetParent(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetAttributeName(std::wstring name) noexcept { name_ = std::move(name); }
     const std::wstring& PointName() const noexcept { return name_; }
@@ -64,7 +64,7 @@ class CDBAttribute final
     STDMETHODIMP get_DispDefault(BSTR* value) override { return Answer(value, std::wstring()); }
     STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
     STDMETHODIMP get_NodeType(long* value) override { return Answer(value, 9L); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override;
     STDMETHODIMP get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
     STDMETHODIMP BackToDefault() override { return S_OK; }
     STDMETHODIMP get_DefaultValue(BSTR* value) override { return Answer(value, std::wstring()); }
@@ -82,7 +82,7 @@ class CDBAttribute final
     STDMETHODIMP get_IsType(VARIANT_BOOL* value) override { return Answer(value, false); }
     STDMETHODIMP get_Min(BSTR* value) override { return Answer(value, std::wstring()); }
     STDMETHODIMP get_Max(BSTR* value) override { return Answer(value, std::wstring()); }
-    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override;
     STDMETHODIMP get_IsMacroConnected(VARIANT_BOOL* value) override;
 
     // IMutableTypeAttribute: the type never changes after loading.
@@ -98,11 +98,11 @@ class CDBAttribute final
     std::wstring name_;
     std::wstring value_;
     std::wstring defaultValue_;
-    std::wstring globalKey_;
+    SharedKey globalKey_;
     std::wstring description_;
     OwnerRef owner_;
     std::wstring logicalAddress_;
-    std::wstring extendedKey_;
+    SharedKey extendedKey_;
     std::unique_ptr<ValueEditor> editor_;
     com::Ref<CSNVTType> type_;
     std::wstring isPermanent_ = L"1";

@@ -83,8 +83,16 @@ STDMETHODIMP CDBInput::get_Parent(IAppObject** value) {
     return Get(value, [&] { return ParentOf(owner_); });
 }
 
+STDMETHODIMP CDBInput::get_GlobalKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+}
+
+STDMETHODIMP CDBInput::get_ExtendedKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+}
+
 STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_); });
+    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
 }
 
 STDMETHODIMP CDBInput::put_IsConnected(VARIANT_BOOL value) {

@@ -22,8 +22,8 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     explicit CDBInput(std::wstring name) : name_(std::move(name)), compatible_(CCompatibleSNVTs::Make()) {}
 
     // The component's own side.
-    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
-    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
+    void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
+    void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
     void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     const std::wstring& PointName() const noexcept { return name_; }
@@ -52,13 +52,13 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     STDMETHODIMP get_Value(BSTR* value) override { return Answer(value, value_); }
     STDMETHODIMP put_Value(BSTR value) override;
     STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override;
     STDMETHODIMP get_Extended(VARIANT_BOOL* value) override { return Answer(value, true); }
     STDMETHODIMP get_Index(long* value) override { return Answer(value, index_); }
     STDMETHODIMP get_CDBPosition(long* value) override { return Answer(value, 0L); }
     STDMETHODIMP get_SNVTCompatibles(ICompatibleSNVTs** value) override { return Answer(value, compatible_); }
     STDMETHODIMP get_Parent(IAppObject** value) override;
-    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override;
     STDMETHODIMP get_IsMacroConnected(VARIANT_BOOL* value) override;
 
     // ISubItemConnable
@@ -71,8 +71,8 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     STDMETHODIMP get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) override;
 
   private:
-    std::wstring globalKey_;
-    std::wstring extendedKey_;
+    SharedKey globalKey_;
+    SharedKey extendedKey_;
     std::wstring name_;
     OwnerRef owner_;
     com::Ref<CCompatibleSNVTs> compatible_;

@@ -106,8 +106,16 @@ STDMETHODIMP CDBOutput::get_Parent(IAppObject** value) {
     return Get(value, [&] { return ParentOf(owner_); });
 }
 
+STDMETHODIMP CDBOutput::get_GlobalKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+}
+
+STDMETHODIMP CDBOutput::get_ExtendedKey(BSTR* value) {
+    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+}
+
 STDMETHODIMP CDBOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_); });
+    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
 }
 
 STDMETHODIMP CDBOutput::put_IsDisplayable(VARIANT_BOOL value) {

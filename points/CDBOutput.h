@@ -45,8 +45,8 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     explicit CDBOutput(std::wstring name) : name_(std::move(name)), writable_(com::TextOf(false)) {}
 
     // The component's own side.
-    void SetGlobalKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(globalKey_, ownerKey, name_); }
-    void SetExtendedKeyUnder(std::wstring_view ownerKey) { PutSubItemKey(extendedKey_, ownerKey, name_); }
+    void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
+    void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
     void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     void SetDisplayable(bool displayable) noexcept { displayable_ = displayable; }
@@ -78,7 +78,7 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     STDMETHODIMP get_NodeType(long* value) override { return Answer(value, 8L); }
     STDMETHODIMP get_Visible(VARIANT_BOOL* value) override { return Answer(value, true); }
     STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override;
     STDMETHODIMP get_Index(long* value) override { return Answer(value, index_); }
     STDMETHODIMP get_SNVTCompatible(ICompatibleSNVT** value) override { return Answer(value, compatible_); }
     STDMETHODIMP get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
@@ -86,7 +86,7 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     STDMETHODIMP get_DisplayWritable(VARIANT_BOOL* value) override { return Answer(value, displayWritable_); }
     // The definition's flag is kept for the component; the host is told false.
     STDMETHODIMP get_IsTypeDependent(VARIANT_BOOL* value) override { return Answer(value, false); }
-    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override;
     STDMETHODIMP get_IsMacroConnected(VARIANT_BOOL* value) override;
     STDMETHODIMP get_IsDisplayable(VARIANT_BOOL* value) override { return Answer(value, displayable_); }
     STDMETHODIMP put_IsDisplayable(VARIANT_BOOL value) override;
@@ -102,7 +102,7 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     // IDisplayItem
     STDMETHODIMP get_DisplayText(BSTR* value) override { return Answer(value, name_); }
     STDMETHODIMP put_DisplayText(BSTR) override { return S_OK; }
-    STDMETHODIMP get_key(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_key(BSTR* value) override { return get_ExtendedKey(value); }
     HRESULT DisplayItemType(long* value) { return Answer(value, 10L); }
     STDMETHODIMP get_Icon(IDispatch** value) override { return Answer(value, com::Ref<IDispatch>()); }
     STDMETHODIMP get_IsWritable(VARIANT_BOOL* value) override { return Answer(value, displayWritable_); }
@@ -113,8 +113,8 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     STDMETHODIMP get_Fields(IDispatch** value) override { return Answer(value, com::Ref<IDispatch>()); }
 
   private:
-    std::wstring globalKey_;
-    std::wstring extendedKey_;
+    SharedKey globalKey_;
+    SharedKey extendedKey_;
     OwnerRef owner_;
     long index_ = 0;
     std::wstring name_;

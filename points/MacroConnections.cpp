@@ -41,7 +41,7 @@ bool GroupHasKey(IMacroConnectionGroups& groups, long position, const std::wstri
 
 } // namespace
 
-bool IsInMacroConnection(const OwnerRef& owner, const std::wstring& globalKey) noexcept {
+bool IsInMacroConnection(const OwnerRef& owner, const SharedKey& sideKey, const std::wstring& name) noexcept {
     bool connected = false;
     Attempt([&] {
         const auto connections = OwnerOf(owner).HostParent().As<IMacroConnections>();
@@ -53,8 +53,9 @@ bool IsInMacroConnection(const OwnerRef& owner, const std::wstring& globalKey) n
         com::CheckSet(groups.Get());
         long count = 0;
         Check(groups->get_Count(&count));
+        const std::wstring key = SubItemKey(sideKey, name);
         for (long i = 1; i <= count && !connected; ++i) {
-            Attempt([&] { connected = GroupHasKey(*groups.Get(), i, globalKey); });
+            Attempt([&] { connected = GroupHasKey(*groups.Get(), i, key); });
         }
     });
     return connected;

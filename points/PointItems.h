@@ -3,6 +3,7 @@
 #include "com/Enumerator.h"
 #include "com/Ref.h"
 #include "common/KeyedCollection.h"
+#include "points/SideKey.h"
 
 #include <string>
 
@@ -17,11 +18,14 @@ class PointItems {
     using Items = KeyedCollection<com::Ref<Point>>;
 
     long Count() const noexcept { return static_cast<long>(items_.Count()); }
-    const std::wstring& GlobalKey() const noexcept { return globalKey_; }
-    const std::wstring& ExtendedKey() const noexcept { return extendedKey_; }
+    const std::wstring& GlobalKey() const noexcept { return globalKey_.Text(); }
+    const std::wstring& ExtendedKey() const noexcept { return extendedKey_.Text(); }
 
     /// "Duplicate key" for a name that is present; nothing changes then.
-    void Add(const std::wstring& name, com::Ref<Point> point) { items_.Add(name, std::move(point)); }
+    void Add(const std::wstring& name, com::Ref<Point> point) {
+        ItemsChange();
+        items_.Add(name, std::move(point));
+    }
 
     /// By name, else by the 1-based position that the text begins with; empty
     /// when neither finds one.
@@ -39,21 +43,25 @@ class PointItems {
         if (found == nullptr) {
             throw RunTimeError(RunTime::InvalidCall);
         }
+        ItemsChange();
         items_.RemovePosition(items_.PositionOf(*found));
     }
-    void Clear() { items_.Clear(); }
+    void Clear() {
+        ItemsChange();
+        items_.Clear();
+    }
 
+    /// Gives every item the key. One that is added later has none until the next
+    /// time, and one that was removed keeps what it has.
     void SetGlobalKey(std::wstring key) {
-        globalKey_ = std::move(key);
-        for (const com::Ref<Point>& point : items_) {
-            point->SetGlobalKeyUnder(globalKey_);
-        }
+        globalKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
+            point->SetGlobalKeyUnder(shared);
+        });
     }
     void SetExtendedKey(std::wstring key) {
-        extendedKey_ = std::move(key);
-        for (const com::Ref<Point>& point : items_) {
-            point->SetExtendedKeyUnder(extendedKey_);
-        }
+        extendedKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
+            point->SetExtendedKeyUnder(shared);
+        });
     }
 
     template <class I>
@@ -65,8 +73,13 @@ class PointItems {
     const Items& All() const noexcept { return items_; }
 
   private:
-    std::wstring globalKey_;
-    std::wstring extendedKey_;
+    void ItemsChange() noexcept {
+        globalKey_.ItemsChange();
+        extendedKey_.ItemsChange();
+    }
+
+    SideKey globalKey_;
+    SideKey extendedKey_;
     Items items_;
 };
 

@@ -18,13 +18,13 @@ bool IsConnectedReference(std::wstring_view reference) {
 
 std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name) {
     std::wstring key;
-    PutSubItemKey(key, ownerKey, name);
+    key.reserve(ownerKey.size() + 1 + name.size());
+    key.append(ownerKey).append(1, L'\\').append(name);
     return key;
 }
 
-void PutSubItemKey(std::wstring& key, std::wstring_view ownerKey, std::wstring_view name) {
-    key.reserve(ownerKey.size() + 1 + name.size());
-    key.assign(ownerKey).append(1, L'\\').append(name);
+std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name) {
+    return ownerKey ? SubItemKey(std::wstring_view(*ownerKey), name) : std::wstring();
 }
 
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index) {

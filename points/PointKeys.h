@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,9 +17,12 @@ bool IsConnectedReference(std::wstring_view reference);
 /// Key of an item: the key of its owner's side, a backslash and its name.
 std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name);
 
-/// Replaces `key` by that key, in the room that it has. A key that finds no
-/// memory stays as it was.
-void PutSubItemKey(std::wstring& key, std::wstring_view ownerKey, std::wstring_view name);
+/// The key of an owner's side as its items share it: each joins its own when it
+/// is asked for one. Null for an item that was given none yet.
+using SharedKey = std::shared_ptr<const std::wstring>;
+
+/// The same; empty without a key of the owner.
+std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name);
 
 /// The number of an output as a point: 256 to each export index, from 16384
 /// on. "Overflow" past 32 bits.

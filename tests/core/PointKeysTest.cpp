@@ -37,12 +37,10 @@ TEST(SubItemKeyTest, JoinsByABackslash) {
     EXPECT_EQ(SubItemKey(L"", L""), L"\\");
 }
 
-TEST(SubItemKeyTest, ReplacesAKeyByALongerAndByAShorterOne) {
-    std::wstring key = L"K";
-    PutSubItemKey(key, L"Device 7\\RIN", L"A long name of an input");
-    EXPECT_EQ(key, L"Device 7\\RIN\\A long name of an input");
-    PutSubItemKey(key, L"", L"In");
-    EXPECT_EQ(key, L"\\In");
+TEST(SubItemKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
+    EXPECT_EQ(SubItemKey(SharedKey(), L"Mode"), L"");
+    EXPECT_EQ(SubItemKey(std::make_shared<const std::wstring>(), L"Mode"), L"\\Mode");
+    EXPECT_EQ(SubItemKey(std::make_shared<const std::wstring>(L"K\\ROU"), L"Mode"), L"K\\ROU\\Mode");
 }
 
 TEST(PointReferenceTest, CountsFromTheExportIndex) {

@@ -1,0 +1,104 @@
+#include "points/SideKey.h"
+
+#include "tests/core/AllocationFault.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <vector>
+
+namespace tam {
+
+namespace {
+
+constexpr const wchar_t* kLongKey = L"a key that is too long for the text object itself";
+
+class SideKeyTest : public testing::Test {
+  protected:
+    using Slot = SharedKey*;
+
+    void Set(const std::wstring& key) {
+        side_.Set(key, slots_, [this](Slot slot, const SharedKey& shared) {
+            ++given_;
+            *slot = shared;
+        });
+    }
+    void Add(SharedKey& slot) {
+        side_.ItemsChange();
+        slots_.push_back(&slot);
+    }
+    void Remove() {
+        side_.ItemsChange();
+        slots_.pop_back();
+    }
+
+    SideKey side_;
+    std::vector<Slot> slots_;
+    int given_ = 0;
+    SharedKey first_, second_;
+};
+
+TEST_F(SideKeyTest, IsEmptyAtFirst) {
+    EXPECT_EQ(side_.Text(), L"");
+}
+
+TEST_F(SideKeyTest, IsGivenToEachItem) {
+    Add(first_);
+    Add(second_);
+    EXPECT_EQ(first_, nullptr);
+    Set(L"K");
+    EXPECT_EQ(side_.Text(), L"K");
+    EXPECT_EQ(*first_, L"K");
+    EXPECT_EQ(*second_, L"K");
+}
+
+TEST_F(SideKeyTest, ReplacesTheTextThatTheItemsShare) {
+    Add(first_);
+    Add(second_);
+    Set(L"K");
+    Set(L"L");
+    EXPECT_EQ(given_, 2);
+    EXPECT_EQ(*first_, L"L");
+    EXPECT_EQ(*second_, L"L");
+}
+
+TEST_F(SideKeyTest, LeavesAnItemThatComesLaterWithoutAKey) {
+    Add(first_);
+    Set(L"K");
+    Add(second_);
+    EXPECT_EQ(second_, nullptr);
+    Set(L"L");
+    EXPECT_EQ(*first_, L"L");
+    EXPECT_EQ(*second_, L"L");
+}
+
+TEST_F(SideKeyTest, LeavesAnItemThatWentItsKey) {
+    Add(first_);
+    Add(second_);
+    Set(L"K");
+    Remove();
+    Set(L"L");
+    EXPECT_EQ(*first_, L"L");
+    EXPECT_EQ(*second_, L"K");
+    Set(L"M");
+    EXPECT_EQ(*first_, L"M");
+    EXPECT_EQ(*second_, L"K");
+}
+
+TEST_F(SideKeyTest, ChangesNothingWithoutMemory) {
+    Add(first_);
+    Set(L"K");
+    Add(second_);
+    std::wstring key = kLongKey;
+    AllocationFault fault(1);
+    EXPECT_THROW(
+        side_.Set(std::move(key), slots_, [](Slot slot, const SharedKey& shared) { *slot = shared; }),
+        std::bad_alloc);
+    EXPECT_EQ(side_.Text(), L"K");
+    EXPECT_EQ(*first_, L"K");
+    EXPECT_EQ(second_, nullptr);
+}
+
+} // namespace
+
+} // namespace tam
