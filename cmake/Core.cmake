@@ -24,6 +24,7 @@ list(TRANSFORM TAM_CORE_SOURCES PREPEND "${CMAKE_SOURCE_DIR}/")
 add_library(core STATIC ${TAM_CORE_SOURCES})
 target_include_directories(core PUBLIC "${CMAKE_SOURCE_DIR}")
 target_link_libraries(core PRIVATE tam_warnings)
+target_precompile_headers(core PRIVATE ${TAM_STANDARD_HEADERS})
 
 option(TAM_SANITIZE "AddressSanitizer and UBSan in the native build" OFF)
 if(NOT WIN32 AND TAM_SANITIZE)
