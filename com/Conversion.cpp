@@ -33,18 +33,9 @@ std::wstring Clean(std::wstring_view text) {
     return std::wstring(text);
 }
 
-/// A number in the user's locale, in the one form that `bit` (VTBIT_…) names.
-/// The plain conversion also takes the marks of currency amounts: where a user
-/// has changed the marks of numbers alone, "2,5" would be 25.
-Variant NumberOf(std::wstring_view text, ULONG bit) {
-    constexpr ULONG kNumber = NUMPRS_STD & ~static_cast<ULONG>(NUMPRS_CURRENCY);
-    std::array<BYTE, 256> digits{};
-    NUMPARSE parsed{};
-    parsed.cDig = static_cast<int>(digits.size());
-    parsed.dwInFlags = kNumber;
-    CheckConversion(VarParseNumFromStr(Clean(text).data(), LOCALE_USER_DEFAULT, 0, &parsed, digits.data()));
+Variant NumberOf(std::wstring_view text, VARTYPE type) {
     Variant number;
-    CheckConversion(VarNumFromParseNum(&parsed, digits.data(), bit, number.Put()));
+    CheckConversion(ReadNumber(text, type, *number.Put()));
     return number;
 }
 
@@ -90,12 +81,29 @@ void Assign(BSTR* out, std::wstring_view text) {
     *out = Bstr(text).Detach();
 }
 
+// In the user's locale, and not as an amount of money: the plain conversion
+// also takes the marks of those, and where a user has changed the marks of
+// numbers alone, "2,5" would be 25.
+HRESULT ReadNumber(std::wstring_view text, VARTYPE type, VARIANT& number) {
+    if (text.find(L'\0') != std::wstring_view::npos) {
+        return DISP_E_TYPEMISMATCH; // conversions stop there
+    }
+    constexpr ULONG kNumber = NUMPRS_STD & ~static_cast<ULONG>(NUMPRS_CURRENCY);
+    std::array<BYTE, 256> digits{};
+    NUMPARSE parsed{};
+    parsed.cDig = static_cast<int>(digits.size());
+    parsed.dwInFlags = kNumber;
+    std::wstring copy(text);
+    const HRESULT result = VarParseNumFromStr(copy.data(), LOCALE_USER_DEFAULT, 0, &parsed, digits.data());
+    return FAILED(result) ? result : VarNumFromParseNum(&parsed, digits.data(), 1ul << type, &number);
+}
+
 long LongOf(std::wstring_view text) {
-    return NumberOf(text, VTBIT_I4).Get().lVal;
+    return NumberOf(text, VT_I4).Get().lVal;
 }
 
 std::uint8_t ByteOf(std::wstring_view text) {
-    return NumberOf(text, VTBIT_UI1).Get().bVal;
+    return NumberOf(text, VT_UI1).Get().bVal;
 }
 
 bool BoolOf(std::wstring_view text) {

@@ -63,6 +63,8 @@ class Variant {
         VariantClear(&value_);
         return &value_;
     }
+    /// The address for a callee that reads the value and may replace it.
+    VARIANT* Address() noexcept { return &value_; }
     VARIANT Detach() noexcept {
         VARIANT taken = value_;
         VariantInit(&value_);
@@ -120,6 +122,9 @@ void Empty(I** out) noexcept {
 // amounts. A text that is no such value is RunTime::TypeMismatch, one out of
 // range RunTime::Overflow.
 long LongOf(std::wstring_view text);
+/// As LongOf, of a type of number (VT_I2, VT_I4, VT_R8 …); a text that is no
+/// such value is DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW. Throws std::bad_alloc.
+HRESULT ReadNumber(std::wstring_view text, VARTYPE type, VARIANT& number);
 std::uint8_t ByteOf(std::wstring_view text);
 bool BoolOf(std::wstring_view text);
 /// As BoolOf; nothing for a text that it refuses. Throws std::bad_alloc alone.

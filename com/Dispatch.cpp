@@ -1,6 +1,7 @@
 #include "com/Dispatch.h"
 
 #include "com/Boundary.h"
+#include "com/CallArguments.h"
 #include "com/Module.h"
 
 namespace com {
@@ -9,12 +10,6 @@ namespace {
 
 constexpr WORD kPut = DISPATCH_PROPERTYPUT;
 constexpr WORD kPutRef = DISPATCH_PROPERTYPUTREF;
-
-Ref<ITypeInfo> InfoOf(const FaceEntry& face, HRESULT& result) {
-    Ref<ITypeInfo> info;
-    result = ThisModule().TypeInfo(*face.iid, info.Put());
-    return info;
-}
 
 struct Call {
     WORD flags;
@@ -48,21 +43,24 @@ HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const
 }
 
 /// Calls member `id` of one interface with one kind of access.
-HRESULT InvokeAs(const FaceEntry& face, ITypeInfo& info, DISPID id, WORD flags, const Call& call) {
-    const bool given = call.params->cArgs != 0;
-    const MemberShape* const shape = given ? FindShape(ThisModule().Shapes(*face.iid), id, flags) : nullptr;
-    if (shape != nullptr && AreForDefaultMember(*shape, *call.params)) {
-        return InvokeDefaultOf(face, info, id, call);
+HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD flags, const Call& call) {
+    const MemberShape* const shape = FindShape(type.shapes, id, flags);
+    if (shape == nullptr) {
+        return DISP_E_MEMBERNOTFOUND;
     }
-    if (shape != nullptr && TooMany(*shape, *call.params)) {
-        return DISP_E_BADPARAMCOUNT;
+    if (AreForDefaultMember(*shape, *call.params)) {
+        return InvokeDefaultOf(face, *type.info.Get(), id, call);
     }
+    CallArguments arguments(*shape, *call.params);
     constexpr UINT kUntold = static_cast<UINT>(-1);
     UINT wrong = kUntold;
-    const HRESULT result =
-        info.Invoke(face.pointer, id, flags, call.params, call.result, call.exception, &wrong);
-    if (result == DISP_E_TYPEMISMATCH && wrong == kUntold && shape != nullptr) {
-        wrong = FirstMismatch(*shape, *call.params);
+    HRESULT result = arguments.Take(wrong);
+    if (SUCCEEDED(result)) {
+        result = type.info->Invoke(face.pointer, id, flags, arguments.Params(), call.result, call.exception,
+                                   &wrong);
+    }
+    if (SUCCEEDED(result)) {
+        arguments.GiveBack();
     }
     if (wrong != kUntold && call.argumentError != nullptr) {
         *call.argumentError = wrong;
@@ -74,15 +72,14 @@ HRESULT InvokeAs(const FaceEntry& face, ITypeInfo& info, DISPID id, WORD flags, 
 /// also found by a plain assignment, and the other way round: script languages
 /// do not agree on which of the two they use for objects.
 HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Call& call) {
-    HRESULT result = S_OK;
-    const Ref<ITypeInfo> info = InfoOf(face, result);
-    if (!info) {
-        return result;
+    const TypeEntry& type = ThisModule().Type(*face.iid);
+    if (!type.info) {
+        return type.result;
     }
-    result = InvokeAs(face, *info.Get(), id, call.flags, call);
+    HRESULT result = InvokeAs(face, type, id, call.flags, call);
     if (result == DISP_E_MEMBERNOTFOUND && (call.flags & (kPut | kPutRef)) != 0) {
         const WORD other = (call.flags & kPut) != 0 ? kPutRef : kPut;
-        result = InvokeAs(face, *info.Get(), id, other, call);
+        result = InvokeAs(face, type, id, other, call);
     }
     return result;
 }
@@ -90,11 +87,10 @@ HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Call& call) {
 /// The name of member `id` in whichever interface has it; empty when none has.
 Bstr NameOf(std::span<const FaceEntry> faces, DISPID id) {
     for (const FaceEntry& face : faces) {
-        HRESULT result = S_OK;
-        const Ref<ITypeInfo> info = InfoOf(face, result);
+        const TypeEntry& type = ThisModule().Type(*face.iid);
         Bstr name;
         UINT count = 0;
-        if (info && SUCCEEDED(info->GetNames(id, name.Put(), 1, &count)) && count == 1) {
+        if (type.info && SUCCEEDED(type.info->GetNames(id, name.Put(), 1, &count)) && count == 1) {
             return name;
         }
     }
@@ -109,19 +105,24 @@ HRESULT InvokeByName(std::span<const FaceEntry> faces, DISPID id, const Call& ca
         return DISP_E_MEMBERNOTFOUND;
     }
     for (const FaceEntry& face : faces) {
-        HRESULT result = S_OK;
-        const Ref<ITypeInfo> info = InfoOf(face, result);
+        const TypeEntry& type = ThisModule().Type(*face.iid);
         DISPID other = DISPID_UNKNOWN;
         BSTR text = name.Get();
-        if (!info || FAILED(info->GetIDsOfNames(&text, 1, &other)) || other == id) {
+        if (!type.info || FAILED(type.info->GetIDsOfNames(&text, 1, &other)) || other == id) {
             continue;
         }
-        result = InvokeOne(face, other, call);
+        const HRESULT result = InvokeOne(face, other, call);
         if (result != DISP_E_MEMBERNOTFOUND) {
             return result;
         }
     }
     return DISP_E_MEMBERNOTFOUND;
+}
+
+bool IsWellFormed(const DISPPARAMS* params) noexcept {
+    return params != nullptr && (params->cArgs == 0 || params->rgvarg != nullptr) &&
+           params->cNamedArgs <= params->cArgs &&
+           (params->cNamedArgs == 0 || params->rgdispidNamedArgs != nullptr);
 }
 
 template <class F>
@@ -156,13 +157,12 @@ HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID res
     HRESULT answer = E_UNEXPECTED;
     const auto failure = Attempt([&] {
         answer = OwnFirst(faces, own, DISP_E_UNKNOWNNAME, [&](const FaceEntry& face) {
-            HRESULT result = S_OK;
-            const Ref<ITypeInfo> info = InfoOf(face, result);
-            if (!info) {
-                return result;
+            const TypeEntry& type = ThisModule().Type(*face.iid);
+            if (!type.info) {
+                return type.result;
             }
             ids[0] = DISPID_UNKNOWN;
-            result = info->GetIDsOfNames(names, count, ids);
+            const HRESULT result = type.info->GetIDsOfNames(names, count, ids);
             // The member is known and one of its arguments is not: no other
             // interface can do better.
             return result == DISP_E_UNKNOWNNAME && ids[0] != DISPID_UNKNOWN ? S_FALSE : result;
@@ -186,7 +186,7 @@ HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id,
     if (reserved != IID_NULL) {
         return DISP_E_UNKNOWNINTERFACE;
     }
-    if (params == nullptr) {
+    if (!IsWellFormed(params)) {
         return E_INVALIDARG;
     }
     HRESULT answer = E_UNEXPECTED;

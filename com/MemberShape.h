@@ -4,16 +4,31 @@
 
 #include <oaidl.h>
 
+#include <optional>
 #include <vector>
 
 namespace com {
 
-/// The arguments of a member as a late-bound caller gives them.
+/// What an argument of a member takes.
+struct ArgumentShape {
+    /// Without "by reference"; VT_DISPATCH for an object, VT_VARIANT for anything.
+    VARTYPE type = VT_EMPTY;
+    bool isByReference = false;
+    bool isOptional = false;
+    /// The interface of an object that is not a plain IDispatch.
+    std::optional<IID> interfaceId;
+};
+
+/// A member as a late-bound caller reaches it.
 struct MemberShape {
     DISPID id = DISPID_UNKNOWN;
     INVOKEKIND kind = INVOKE_FUNC;
-    /// Their types without the result; VT_VARIANT for one that takes anything.
-    std::vector<VARTYPE> arguments;
+    /// In their natural order, without the result.
+    std::vector<ArgumentShape> arguments;
+
+    bool IsWrite() const noexcept { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
+    /// How many arguments cannot be left out.
+    std::size_t Required() const noexcept;
 };
 
 /// The shapes of all members of a dispatch interface. Throws CallError.
@@ -23,16 +38,8 @@ std::vector<MemberShape> ReadShapes(ITypeInfo& info);
 /// reaches; null when there is none.
 const MemberShape* FindShape(const std::vector<MemberShape>& shapes, DISPID id, WORD flags) noexcept;
 
-// Not every platform's Invoke looks at these, and a member that is called
-// with arguments that it does not have must not be run.
-
 /// True for arguments to the reading of a property that has none: they are for
 /// the default member of the object that it answers.
 bool AreForDefaultMember(const MemberShape& shape, const DISPPARAMS& params) noexcept;
-/// True for more arguments than the member has.
-bool TooMany(const MemberShape& shape, const DISPPARAMS& params) noexcept;
-/// The index of the first argument, in the caller's order, that cannot become
-/// its type; the number of arguments when there is none.
-UINT FirstMismatch(const MemberShape& shape, const DISPPARAMS& params) noexcept;
 
 } // namespace com

@@ -58,29 +58,29 @@ const std::vector<Ref<ITypeLib>>& Module::Libraries() {
     return libraries_;
 }
 
-const Module::Info& Module::Load(REFGUID guid) {
-    const auto found = infos_.find(guid);
-    if (found != infos_.end()) {
+const TypeEntry& Module::Type(REFGUID guid) {
+    const auto found = types_.find(guid);
+    if (found != types_.end()) {
         return found->second;
     }
-    Info info;
-    info.result = TYPE_E_ELEMENTNOTFOUND;
+    TypeEntry type;
+    type.result = TYPE_E_ELEMENTNOTFOUND;
     for (const Ref<ITypeLib>& library : Libraries()) {
-        info.result = library->GetTypeInfoOfGuid(guid, info.info.Put());
-        if (SUCCEEDED(info.result)) {
-            info.shapes = ReadShapes(*info.info.Get());
+        type.result = library->GetTypeInfoOfGuid(guid, type.info.Put());
+        if (SUCCEEDED(type.result)) {
+            type.shapes = ReadShapes(*type.info.Get());
             break;
         }
-        info.info.Detach(); // nothing came
+        type.info.Detach(); // nothing came
     }
-    return infos_.emplace(guid, std::move(info)).first->second;
+    return types_.emplace(guid, std::move(type)).first->second;
 }
 
 HRESULT Module::TypeInfo(REFGUID guid, ITypeInfo** info) noexcept {
     *info = nullptr;
     HRESULT result = E_OUTOFMEMORY;
     const auto failure = Attempt([&] {
-        const Info& entry = Load(guid);
+        const TypeEntry& entry = Type(guid);
         result = entry.result;
         if (SUCCEEDED(result)) {
             *info = Ref<ITypeInfo>(entry.info).Detach();

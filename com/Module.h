@@ -19,6 +19,15 @@ struct GuidLess {
     bool operator()(const GUID& left, const GUID& right) const noexcept;
 };
 
+/// An interface (as a dispatch interface) or a class of the DLL's libraries.
+struct TypeEntry {
+    HRESULT result = E_FAIL;
+    /// Empty when the result is a failure.
+    Ref<ITypeInfo> info;
+    /// The interface's members.
+    std::vector<MemberShape> shapes;
+};
+
 /// What a DLL of this family keeps once: its handle, its counts of live
 /// objects and locks, and the type information of its interfaces.
 class Module {
@@ -34,11 +43,10 @@ class Module {
     /// Base name of the DLL's own file, without extension.
     std::wstring Name() const;
 
-    /// Type information of an interface (as a dispatch interface) or a class
-    /// of the DLL's libraries. A failure is kept: it is not tried again.
+    /// The entry of an interface or class, good for as long as the module is. A
+    /// failure is kept: it is not tried again. Throws std::bad_alloc, CallError.
+    const TypeEntry& Type(REFGUID guid);
     HRESULT TypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
-    /// The arguments of the interface's members; none when it cannot be loaded.
-    const std::vector<MemberShape>& Shapes(REFIID iid) { return Load(iid).shapes; }
 
     void ObjectMade() noexcept { ++objects_; }
     void ObjectGone() noexcept { --objects_; }
@@ -47,12 +55,6 @@ class Module {
     bool CanUnload() const noexcept { return objects_ == 0 && locks_ == 0; }
 
   private:
-    struct Info {
-        HRESULT result = E_FAIL;
-        Ref<ITypeInfo> info;
-        std::vector<MemberShape> shapes;
-    };
-    const Info& Load(REFGUID guid);
     /// Loaded once; what does not load is left out.
     const std::vector<Ref<ITypeLib>>& Libraries();
 
@@ -61,7 +63,7 @@ class Module {
     std::atomic<long> locks_ = 0;
     bool areLibrariesLoaded_ = false;
     std::vector<Ref<ITypeLib>> libraries_;
-    std::map<GUID, Info, GuidLess> infos_;
+    std::map<GUID, TypeEntry, GuidLess> types_;
 };
 
 /// The one module of this DLL or program.

@@ -184,15 +184,10 @@ std::vector<VARIANT> Arguments::Script() {
     return values;
 }
 
-Outcome Arguments::ByName(IDispatch* face, DISPID id, WORD flags) {
-    std::vector<VARIANT> values = Script();
-    VARIANT result;
-    VariantInit(&result);
-    EXCEPINFO exception{};
-    const HRESULT answer = Invoke(face, id, flags, values, &result, &exception);
+Outcome Arguments::Taken(HRESULT answer, const VARIANT& result, EXCEPINFO& exception) {
     for (std::size_t i = 0; i < places_.size(); ++i) {
         if (member_.parameters[i].result && result.vt != VT_EMPTY) {
-            places_[i] = result; // taken over
+            places_[i] = result;
         }
     }
     Outcome outcome = Taken(answer == DISP_E_EXCEPTION ? exception.scode : answer);
@@ -202,6 +197,39 @@ Outcome Arguments::ByName(IDispatch* face, DISPID id, WORD flags) {
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrHelpFile);
     return outcome;
+}
+
+Outcome Arguments::ByName(IDispatch* face, DISPID id, WORD flags) {
+    std::vector<VARIANT> values = Script();
+    VARIANT result;
+    VariantInit(&result);
+    EXCEPINFO exception{};
+    const HRESULT answer = Invoke(face, id, flags, values, &result, &exception);
+    return Taken(answer, result, exception);
+}
+
+Outcome Arguments::ByName(IDispatch* face, std::vector<DISPID> names) {
+    std::vector<VARIANT> values = Script();
+    VARIANT result;
+    VariantInit(&result);
+    EXCEPINFO exception{};
+    DISPPARAMS params{values.data(), names.data(), static_cast<UINT>(values.size()),
+                      static_cast<UINT>(names.size())};
+    const HRESULT answer =
+        face->Invoke(member_.id, IID_NULL, LOCALE_USER_DEFAULT, static_cast<WORD>(member_.kind), &params,
+                     &result, &exception, nullptr);
+    return Taken(answer, result, exception);
+}
+
+void Arguments::UseIdentities() {
+    for (VARIANT& place : places_) {
+        if (place.vt == VT_DISPATCH && place.pdispVal != nullptr) {
+            const auto identity = com::Query<IUnknown>(place.pdispVal);
+            VariantClear(&place);
+            place.vt = VT_UNKNOWN;
+            place.punkVal = com::Ref<IUnknown>(identity).Detach();
+        }
+    }
 }
 
 HRESULT Invoke(IDispatch* object, DISPID id, WORD flags, std::vector<VARIANT>& arguments, VARIANT* result,

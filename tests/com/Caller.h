@@ -57,6 +57,10 @@ class Arguments {
     /// Calls the member by its number through an IDispatch.
     Outcome ByName(IDispatch* face, DISPID id, WORD flags);
     Outcome ByName(IDispatch* face) { return ByName(face, member_.id, static_cast<WORD>(member_.kind)); }
+    /// The same with a name for each argument, last one first.
+    Outcome ByName(IDispatch* face, std::vector<DISPID> names);
+    /// Holds the objects among the arguments by their identities from now on.
+    void UseIdentities();
 
     /// The arguments that a script gives, last one first, to be changed before
     /// a call of one's own. They borrow from this object.
@@ -64,6 +68,8 @@ class Arguments {
 
   private:
     Outcome Taken(HRESULT result) const;
+    /// The outcome of a call by name with its result, which is taken over.
+    Outcome Taken(HRESULT answer, const VARIANT& result, EXCEPINFO& exception);
 
     const Member& member_;
     /// A value each; of an argument by reference, the place it points to.

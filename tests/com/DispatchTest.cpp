@@ -118,6 +118,21 @@ TEST_F(DispatchTest, RefusesMissingArrays) {
     });
 }
 
+TEST_F(DispatchTest, RefusesMalformedArguments) {
+    ForEachFace([](const Subject&, const Interface& face, IDispatch* script) {
+        VARIANT value{};
+        DISPID name = 0;
+        for (DISPPARAMS params : {DISPPARAMS{nullptr, nullptr, 1, 0}, DISPPARAMS{&value, &name, 1, 2},
+                                  DISPPARAMS{&value, nullptr, 1, 1}, DISPPARAMS{nullptr, &name, 0, 1}}) {
+            for (const DISPID id : {face.members.front().id, DISPID{0x7777}}) {
+                EXPECT_EQ(script->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &params,
+                                         nullptr, nullptr, nullptr),
+                          E_INVALIDARG);
+            }
+        }
+    });
+}
+
 TEST_F(DispatchTest, KnowsNoOtherNumber) {
     ForEachFace([](const Subject&, const Interface&, IDispatch* script) {
         for (const DISPID id : std::array<DISPID, 3>{0x7777, -5, DISPID_UNKNOWN}) {

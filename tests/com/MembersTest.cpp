@@ -1,96 +1,12 @@
 #include "tests/com/Caller.h"
-#include "tests/com/Subjects.h"
-
-#include <functional>
+#include "tests/com/EveryMember.h"
 
 using namespace contract;
 
 namespace {
 
-/// Every member of every interface, as the type library lists them: a member
-/// that is added later is tested without a word here.
-class MembersTest : public ContractTest {
+class MembersTest : public EveryMemberTest {
   protected:
-    void SetUp() override {
-        ContractTest::SetUp();
-        // A dialog that does not take its OK is cancelled.
-        Watcher().OnBox([](HWND window, const bench::Box& box) {
-            return !box.isMessageBox && PostMessageW(window, WM_COMMAND, IDOK, 0) != FALSE &&
-                   PostMessageW(window, WM_COMMAND, IDCANCEL, 0) != FALSE;
-        });
-        document_ = support::Parse(L"<Host><Name>N</Name></Host>");
-    }
-
-    Supply SupplyOf(const std::vector<Subject>& subjects) {
-        Supply supply;
-        for (const Subject& subject : subjects) {
-            supply.objects.push_back(subject.object);
-        }
-        supply.objects.emplace_back(static_cast<ITamInternalAppObject*>(item_.Get()));
-        supply.element = support::Root(document_);
-        supply.document = document_;
-        return supply;
-    }
-
-    /// One member of one object.
-    struct Place {
-        Family family;
-        /// Which of the family's objects it is.
-        std::size_t index;
-        const Interface& face;
-        const Member& member;
-        /// Objects of the family for tests that change nothing on them.
-        const std::vector<Subject>& subjects;
-        const Supply& supply;
-    };
-    using Body = std::function<void(const Place& place)>;
-    void ForEachMember(const Body& body) {
-        for (const Family family : kFamilies) {
-            const auto subjects = Scriptables(family);
-            const Supply supply = SupplyOf(subjects);
-            for (std::size_t i = 0; i < subjects.size(); ++i) {
-                for (const Interface& face : InterfacesOf(subjects[i])) {
-                    for (const Member& member : face.members) {
-                        SCOPED_TRACE(subjects[i].name + ": " + Title(face, member));
-                        body({family, i, face, member, subjects, supply});
-                    }
-                }
-            }
-        }
-    }
-
-    /// A member's object made anew, with all that its calls may need.
-    struct Fresh {
-        std::vector<Subject> subjects;
-        Supply supply;
-        com::Ref<IDispatch> face;
-    };
-    Fresh Anew(const Place& place) {
-        auto subjects = Scriptables(place.family);
-        Supply supply = SupplyOf(subjects);
-        auto face = Face(subjects[place.index], place.face);
-        return {std::move(subjects), std::move(supply), std::move(face)};
-    }
-
-    /// What was shown during a call, in words.
-    std::wstring Shown() {
-        std::wstring shown;
-        for (const bench::Box& box : Boxes()) {
-            shown += L"[" + box.caption + L"|" + box.text;
-            for (const auto& [id, text] : box.controls) {
-                shown += L"|" + text;
-            }
-            shown += L"]";
-        }
-        return shown;
-    }
-
-    com::Ref<IDispatch> Face(const Subject& subject, const Interface& face) {
-        com::Ref<IUnknown> pointer;
-        com::Check(subject.object->QueryInterface(face.id, pointer.PutVoid()));
-        return com::Ref<IDispatch>(static_cast<IDispatch*>(pointer.Get()));
-    }
-
     /// Calls each member on two models that are alike, once by its slot and
     /// once by its name, and compares all that a caller can see.
     void CompareCalls(Fill fill) {
@@ -115,10 +31,6 @@ class MembersTest : public ContractTest {
         });
         EXPECT_GT(count, 200u) << "the library lists fewer members than the host interfaces have";
     }
-
-  private:
-    com::Ref<support::ChannelItem> item_ = support::ChannelItem::Make(L"K7", L"AI1");
-    support::Document document_;
 };
 
 TEST_F(MembersTest, AnswerAlikeBySlotAndByNameWithNothingGiven) {
@@ -170,63 +82,6 @@ TEST_F(MembersTest, TakeAssignmentAndAssignmentByReference) {
         ++count;
     });
     EXPECT_GT(count, 30u);
-}
-
-TEST_F(MembersTest, RefuseAnArgumentTooMany) {
-    ForEachMember([&](const Place& place) {
-        const Member& member = place.member;
-        Arguments arguments(member, Fill::Something, place.supply);
-        auto values = arguments.Script();
-        values.insert(member.IsWrite() ? values.end() : values.begin(), com::Variant(1L).Get());
-        EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
-                                   static_cast<WORD>(member.kind), values, nullptr, nullptr),
-                  DISP_E_BADPARAMCOUNT);
-        EXPECT_EQ(Shown(), L"");
-    });
-}
-
-TEST_F(MembersTest, RefuseAnArgumentTooFew) {
-    ForEachMember([&](const Place& place) {
-        const Member& member = place.member;
-        if (member.Given() == 0 || member.IsWrite() || member.parameters[member.Given() - 1].optional) {
-            return;
-        }
-        Arguments arguments(member, Fill::Something, place.supply);
-        auto values = arguments.Script();
-        values.erase(values.begin());
-        EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
-                                   static_cast<WORD>(member.kind), values, nullptr, nullptr),
-                  DISP_E_BADPARAMCOUNT);
-        EXPECT_EQ(Shown(), L"");
-    });
-}
-
-TEST_F(MembersTest, NameTheArgumentOfTheWrongType) {
-    SAFEARRAY* const array = SafeArrayCreateVector(VT_I4, 0, 1);
-    std::size_t count = 0;
-    ForEachMember([&](const Place& place) {
-        const Member& member = place.member;
-        for (std::size_t i = 0; i < member.parameters.size(); ++i) {
-            const Parameter& parameter = member.parameters[i];
-            if (!parameter.in || parameter.out || parameter.type == VT_VARIANT) {
-                continue;
-            }
-            Arguments arguments(member, Fill::Something, place.supply);
-            auto values = arguments.Script();
-            const std::size_t given = values.size() - 1 - i;
-            values[given].vt = VT_ARRAY | VT_I4;
-            values[given].parray = array;
-            UINT wrong = 99;
-            EXPECT_EQ(contract::Invoke(Face(place.subjects[place.index], place.face).Get(), member.id,
-                                       static_cast<WORD>(member.kind), values, nullptr, nullptr, &wrong),
-                      DISP_E_TYPEMISMATCH);
-            EXPECT_EQ(wrong, given) << Narrow(parameter.name);
-            EXPECT_EQ(Shown(), L"");
-            ++count;
-        }
-    });
-    SafeArrayDestroy(array);
-    EXPECT_GT(count, 50u);
 }
 
 TEST_F(MembersTest, AreFoundFromEveryInterfaceOfTheirObject) {

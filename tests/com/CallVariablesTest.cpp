@@ -1,0 +1,195 @@
+#include "com/CallArguments.h"
+
+#include "tests/com/Caller.h"
+#include "tests/com/Subjects.h"
+
+using namespace contract;
+
+namespace {
+
+constexpr const wchar_t* kManagerCall = L"CreateTamInternalAppObject";
+
+VARIANT TextValue(const com::Bstr& text) {
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = text.Get();
+    return value;
+}
+
+VARIANT Variable(VARIANT& variable) {
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &variable;
+    return reference;
+}
+
+VARIANT Object(VARTYPE type, IUnknown* object) {
+    VARIANT value{};
+    value.vt = type;
+    value.punkVal = object;
+    return value;
+}
+
+ULONG CountOf(IUnknown* object) {
+    object->AddRef();
+    return object->Release();
+}
+
+/// Calls with the values of a script: variables by reference, values of other
+/// types, objects by any of their interfaces.
+class CallVariablesTest : public ContractTest {
+  protected:
+    static HRESULT Call(IDispatch* object, const std::wstring& name, std::vector<VARIANT> values,
+                        VARIANT* result = nullptr, UINT* wrong = nullptr) {
+        DISPID id = DISPID_UNKNOWN;
+        com::Check(IdOf(object, name, id));
+        return contract::Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result, nullptr,
+                                wrong);
+    }
+
+    static HRESULT Put(IDispatch* object, const std::wstring& name, const VARIANT& value) {
+        DISPID id = DISPID_UNKNOWN;
+        com::Check(IdOf(object, name, id));
+        std::vector<VARIANT> values{value};
+        return contract::Invoke(object, id, DISPATCH_PROPERTYPUT, values, nullptr, nullptr);
+    }
+
+    com::Ref<ICompatibleSNVTs> List(const com::Ref<IAppObject>& module) {
+        const auto inputs = support::Object(module, &IAppObject::get_Inputs);
+        return support::Object(support::Item(inputs, &IInputs::get_Item, L"1"), &IInput::get_SNVTCompatibles);
+    }
+
+    /// The key of the channel object that a call with this key makes.
+    std::wstring KeyMadeWith(const VARIANT& key) {
+        const auto manager = Manager();
+        com::Variant made;
+        EXPECT_EQ(Call(manager.Get(), kManagerCall, {Object(VT_DISPATCH, nullptr), key}, made.Put()), S_OK);
+        if (made.Get().vt != VT_DISPATCH || made.Get().pdispVal == nullptr) {
+            return L"no object";
+        }
+        const auto object = com::Query<ITamInternalAppObject>(made.Get().pdispVal);
+        return support::Text(object, &ITamInternalAppObject::get_TamInternalObjectKey);
+    }
+};
+
+TEST_F(CallVariablesTest, KeepsNoArgumentOfARefusedCall) {
+    const auto module = Module();
+    const auto list = List(module);
+    const ULONG before = CountOf(list.Get());
+    UINT wrong = 99;
+    // A text has to be the second argument; the first one takes anything.
+    EXPECT_EQ(Call(module.Get(), L"ShowRename",
+                   {Object(VT_DISPATCH, module.Get()), Object(VT_DISPATCH, list.Get())}, nullptr, &wrong),
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(wrong, 0u);
+    EXPECT_EQ(Call(module.Get(), L"XMLSave", {Object(VT_UNKNOWN, list.Get())}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(CountOf(list.Get()), before);
+}
+
+TEST_F(CallVariablesTest, LeavesTheCallersObjectsAsTheyAre) {
+    const auto module = Module();
+    const auto list = List(module);
+    const auto other = support::Object(List(module).As<IClonable>(), &IClonable::Clone);
+    const auto script = other.As<IClonable>();
+    const ULONG before = CountOf(script.Get());
+    std::vector<VARIANT> values{Object(VT_DISPATCH, script.Get())};
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(list.Get(), L"Merge", id), S_OK);
+    com::Variant result;
+    EXPECT_EQ(contract::Invoke(list.Get(), id, DISPATCH_METHOD, values, result.Put(), nullptr), S_OK);
+    EXPECT_EQ(values[0].pdispVal, static_cast<IDispatch*>(script.Get()));
+    EXPECT_EQ(CountOf(script.Get()), before);
+}
+
+TEST_F(CallVariablesTest, MissesARequiredArgumentBesideANamedOne) {
+    const auto module = Module();
+    const com::Bstr text(L"key");
+    VARIANT value = TextValue(text);
+    DISPID second = 1;
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(module.Get(), L"ShowRename", id), S_OK);
+    DISPPARAMS params{&value, &second, 1, 1};
+    EXPECT_EQ(module->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &params, nullptr, nullptr,
+                             nullptr),
+              DISP_E_PARAMNOTOPTIONAL);
+}
+
+TEST_F(CallVariablesTest, TakesAVariableForATextByReference) {
+    com::Bstr text(L"AI7");
+    VARIANT direct{};
+    direct.vt = VT_BYREF | VT_BSTR;
+    direct.pbstrVal = text.Address();
+    com::Variant held(std::wstring_view(L"AI8"));
+    com::Variant number(9L);
+    VARIANT nested = direct;
+    EXPECT_EQ(KeyMadeWith(direct), L"AI7");
+    EXPECT_EQ(KeyMadeWith(TextValue(text)), L"AI7");
+    EXPECT_EQ(KeyMadeWith(Variable(nested)), L"AI7");
+    EXPECT_EQ(KeyMadeWith(Variable(*held.Address())), L"AI8");
+    EXPECT_EQ(KeyMadeWith(Variable(*number.Address())), L"9");
+    EXPECT_EQ(KeyMadeWith(number.Get()), L"9");
+    // The member writes nothing, so nothing changes.
+    EXPECT_EQ(text.View(), L"AI7");
+    EXPECT_EQ(com::Text(held.Get().bstrVal), L"AI8");
+    EXPECT_EQ(number.Get().vt, VT_I4);
+    EXPECT_EQ(number.Get().lVal, 9);
+}
+
+TEST_F(CallVariablesTest, RefusesAReferenceToAnotherType) {
+    const auto manager = Manager();
+    long number = 9;
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_I4;
+    reference.plVal = &number;
+    UINT wrong = 99;
+    EXPECT_EQ(Call(manager.Get(), kManagerCall, {Object(VT_DISPATCH, nullptr), reference}, nullptr, &wrong),
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(wrong, 1u);
+}
+
+TEST_F(CallVariablesTest, TakesVariablesForValues) {
+    const auto module = Module();
+    com::Variant text(std::wstring_view(L"a name"));
+    EXPECT_EQ(Put(module.Get(), L"UserName", Variable(*text.Address())), S_OK);
+    EXPECT_EQ(support::Text(module, &IAppObject::get_UserName), L"a name");
+    com::Variant number(12L);
+    EXPECT_EQ(Put(module.Get(), L"UserName", Variable(*number.Address())), S_OK);
+    EXPECT_EQ(support::Text(module, &IAppObject::get_UserName), L"12");
+    com::Bstr other(L"another");
+    VARIANT reference{};
+    reference.vt = VT_BYREF | VT_BSTR;
+    reference.pbstrVal = other.Address();
+    EXPECT_EQ(Put(module.Get(), L"UserName", reference), S_OK);
+    EXPECT_EQ(support::Text(module, &IAppObject::get_UserName), L"another");
+    const auto parent = Module();
+    VARIANT object = Object(VT_DISPATCH, parent.Get());
+    EXPECT_EQ(Put(module.Get(), L"Parent", Variable(object)), S_OK);
+    EXPECT_TRUE(com::SameObject(support::Object(module, &IAppObject::get_Parent).Get(), parent.Get()));
+    EXPECT_EQ(Put(module.Get(), L"Parent", Object(VT_UNKNOWN, nullptr)), S_OK);
+    EXPECT_FALSE(support::Object(module, &IAppObject::get_Parent));
+}
+
+TEST_F(CallVariablesTest, ReadsANumberTextWithTheUsersMarks) {
+    const auto module = Module();
+    const com::Bstr text(support::Local(L"2.5"));
+    EXPECT_EQ(Put(module.Get(), L"XPosition", TextValue(text)), S_OK);
+    EXPECT_EQ(support::Double(module, &IAppObject::get_XPosition), 2.5);
+}
+
+TEST_F(CallVariablesTest, TakesNoTextForANumberThatIsNone) {
+    const auto module = Module();
+    wchar_t currency[16] = {};
+    ASSERT_NE(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SCURRENCY, currency, 16), 0);
+    module->put_XPosition(7);
+    for (const std::wstring& text : {std::wstring(), std::wstring(L"12 pieces"),
+                                     std::wstring(L"1\0"
+                                                  L"2",
+                                                  3),
+                                     currency + std::wstring(L"2")}) {
+        const com::Bstr number(text);
+        EXPECT_EQ(Put(module.Get(), L"XPosition", TextValue(number)), DISP_E_TYPEMISMATCH) << Narrow(text);
+    }
+    EXPECT_EQ(support::Double(module, &IAppObject::get_XPosition), 7.0);
+}
+
+} // namespace
