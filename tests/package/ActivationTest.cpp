@@ -1,9 +1,15 @@
 // Registered classes by their names, and the entry points that serve them.
 
+#include "com/Conversion.h"
 #include "com/Ref.h"
 #include "tests/package/Dll.h"
 
 #include <olectl.h>
+
+#include <O_Tam_id.h>
+#include <OrvDBFaces.h>
+
+#include <thread>
 
 namespace package {
 
@@ -19,7 +25,7 @@ CLSID IdOf(const std::string& text) {
     return id;
 }
 
-class ActivationTest : public RegistryTest {
+class ActivationTest : public WholeRegistryTest {
   protected:
     /// Makes each class of a registered DLL by its name.
     void ExpectCreated(const Dll& dll) const {
@@ -40,6 +46,9 @@ class ActivationTest : public RegistryTest {
         }
     }
 };
+
+/// What needs no registration.
+class ClassObjectTest : public RegistryTest {};
 
 TEST_F(ActivationTest, MakesEachRegisteredClassByItsName) {
     // The module object asks for the host's unit converter, so both are needed.
@@ -73,7 +82,44 @@ TEST_F(ActivationTest, RegistersLibrariesThatLoadById) {
     }
 }
 
-TEST_F(ActivationTest, RefusesUnknownClassesAndInterfaces) {
+TEST_F(ActivationTest, ServesAnotherApartmentBySlot) {
+    // The keys of the interfaces and their library are what a proxy is made from.
+    for (const Dll* dll : {&hostServices, &component}) {
+        ASSERT_EQ(S_OK, dll->Register(Scope::Machine));
+    }
+    com::Ref<IAppObject> module;
+    ASSERT_EQ(S_OK, CoCreateInstance(__uuidof(::CDBAppObject), nullptr, CLSCTX_INPROC_SERVER,
+                                     __uuidof(IAppObject), module.PutVoid()));
+    IStream* stream = nullptr;
+    ASSERT_EQ(S_OK, CoMarshalInterThreadInterfaceInStream(__uuidof(IAppObject), module.Get(), &stream));
+    HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::thread worker([&] {
+        EXPECT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        com::Ref<IAppObject> proxy;
+        EXPECT_EQ(S_OK, CoGetInterfaceAndReleaseStream(stream, __uuidof(IAppObject), proxy.PutVoid()));
+        if (proxy) {
+            EXPECT_NE(proxy, module) << "a pointer of another apartment must not be used";
+            EXPECT_EQ(S_OK, proxy->put_Tag(com::Bstr(L"from elsewhere").Get()));
+        }
+        proxy.Reset();
+        CoUninitialize();
+        SetEvent(done);
+    });
+    DWORD index = 0;
+    EXPECT_EQ(S_OK, CoWaitForMultipleHandles(0, 60'000, 1, &done, &index));
+    worker.join();
+    CloseHandle(done);
+    com::Bstr tag;
+    EXPECT_EQ(S_OK, module->get_Tag(tag.Put()));
+    EXPECT_EQ(L"from elsewhere", tag.View());
+    module.Reset();
+    for (const Dll* dll : {&component, &hostServices}) {
+        EXPECT_EQ(S_OK, dll->Unregister(Scope::Machine));
+    }
+    CoFreeUnusedLibraries();
+}
+
+TEST_F(ClassObjectTest, RefusesUnknownClassesAndInterfaces) {
     for (const Dll* dll : {&component, &hostServices}) {
         void* out = &out;
         EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, dll->ClassObject(CLSID_NULL, IID_IClassFactory, &out));

@@ -5,6 +5,8 @@ namespace package {
 namespace {
 
 constexpr const wchar_t* kClasses = L"Software\\Classes\\";
+/// Below the user's registry.
+constexpr const wchar_t* kSmallMachine = L"Software\\O_Tam_id package tests";
 constexpr DWORD kMinute = 60'000;
 
 template <class F>
@@ -82,12 +84,21 @@ DWORD Regsvr32(const std::wstring& options, const std::wstring& path) {
     return status;
 }
 
+SmallMachine::SmallMachine() {
+    EXPECT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, kSmallMachine, 0, nullptr, 0, KEY_ALL_ACCESS,
+                                             nullptr, &key_, nullptr));
+    EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_));
+    Plant(Scope::Machine, L"CLSID\\{11111111-0000-0000-0000-000000000000}", nullptr, L"Other");
+}
+
+SmallMachine::~SmallMachine() {
+    EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr));
+    RegCloseKey(key_);
+    EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, kSmallMachine));
+}
+
 void RegistryTest::SetUp() {
-    // A run that was cut off may have left a registration.
-    for (const Scope scope : {Scope::Machine, Scope::User}) {
-        ASSERT_EQ(S_OK, component.Unregister(scope));
-        ASSERT_EQ(S_OK, hostServices.Unregister(scope));
-    }
+    machine_.emplace();
     before = Snapshot();
 }
 
@@ -95,7 +106,55 @@ void RegistryTest::TearDown() {
     EXPECT_EQ("", Difference(before, Snapshot()));
     EXPECT_EQ(S_OK, component.CanUnloadNow());
     EXPECT_EQ(S_OK, hostServices.CanUnloadNow());
+    machine_.reset();
 }
+
+Lines WholeRegistry::AsLines() const {
+    Lines lines = LinesOf(Scope::Machine, machine);
+    lines.merge(LinesOf(Scope::User, user));
+    return lines;
+}
+
+const WholeRegistry& WholeRegistry::Before() {
+    static const WholeRegistry before = [] {
+        // A run that was cut off may have left a registration.
+        const Dll component(Component());
+        const Dll hostServices(HostServices());
+        for (const Scope scope : {Scope::Machine, Scope::User}) {
+            EXPECT_EQ(S_OK, component.Unregister(scope));
+            EXPECT_EQ(S_OK, hostServices.Unregister(scope));
+        }
+        RegDeleteTreeW(HKEY_CURRENT_USER, kSmallMachine);
+        return WholeRegistry();
+    }();
+    return before;
+}
+
+void ExpectUnchanged() {
+    const WholeRegistry now;
+    EXPECT_TRUE(now == WholeRegistry::Before())
+        << Difference(WholeRegistry::Before().AsLines(), now.AsLines());
+}
+
+void WholeRegistryTest::TearDown() {
+    ExpectUnchanged();
+    EXPECT_EQ(S_OK, component.CanUnloadNow());
+    EXPECT_EQ(S_OK, hostServices.CanUnloadNow());
+}
+
+namespace {
+
+/// Around all tests: those that work on a part of the registry have not changed
+/// the rest either.
+class Around : public ::testing::Environment {
+  public:
+    void SetUp() override { WholeRegistry::Before(); }
+    void TearDown() override { ExpectUnchanged(); }
+};
+
+const auto* const kAround = ::testing::AddGlobalTestEnvironment(new Around);
+
+} // namespace
 
 void Plant(Scope scope, const std::wstring& key, const wchar_t* value, const std::wstring& text) {
     EXPECT_EQ(ERROR_SUCCESS,

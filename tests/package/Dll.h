@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 
 namespace package {
@@ -41,6 +42,20 @@ std::wstring DllFolder();
 /// Runs regsvr32 over a DLL; its exit status. A minute is allowed.
 DWORD Regsvr32(const std::wstring& options, const std::wstring& path);
 
+/// Lets a part of the registry stand for the machine's in this process, as long
+/// as it lives: the machine's own has thousands of keys, which take a second to
+/// read. Somebody else's class is in it.
+class SmallMachine {
+  public:
+    SmallMachine();
+    ~SmallMachine();
+    SmallMachine(const SmallMachine&) = delete;
+    SmallMachine& operator=(const SmallMachine&) = delete;
+
+  private:
+    HKEY key_ = nullptr;
+};
+
 /// A test with both DLLs and a registry that has neither; at the end it must be
 /// as it was at the beginning.
 class RegistryTest : public ::testing::Test {
@@ -51,6 +66,41 @@ class RegistryTest : public ::testing::Test {
     Dll component{Component()};
     Dll hostServices{HostServices()};
     Lines before;
+
+  private:
+    std::optional<SmallMachine> machine_;
+};
+
+/// The system's registry without the two DLLs, as it was before the first test.
+struct WholeRegistry {
+    std::vector<Key> machine = ReadKeys(Scope::Machine);
+    std::vector<Key> user = ReadKeys(Scope::User);
+
+    bool operator==(const WholeRegistry&) const = default;
+    Lines AsLines() const;
+
+    static const WholeRegistry& Before();
+};
+
+/// A difference from what it was before fails the test.
+void ExpectUnchanged();
+
+/// A test with the machine's own registry, for what other processes or the
+/// system itself do with it.
+class WholeRegistryTest : public ::testing::Test {
+  protected:
+    void SetUp() override { WholeRegistry::Before(); }
+    void TearDown() override;
+
+    Dll component{Component()};
+    Dll hostServices{HostServices()};
+    const Lines& before = LinesBefore();
+
+  private:
+    static const Lines& LinesBefore() {
+        static const Lines lines = WholeRegistry::Before().AsLines();
+        return lines;
+    }
 };
 
 /// Writes a text below Software\Classes as somebody else would have.

@@ -2,10 +2,10 @@
 // and the answer says so.
 
 #include "tests/package/Dll.h"
+#include "tests/package/MemoryRegistry.h"
 #include "tests/package/RegistryFault.h"
 
 #include <iostream>
-#include <optional>
 
 namespace package {
 
@@ -26,38 +26,10 @@ void PrintTo(const Case& entry, std::ostream* out) {
     *out << entry.name;
 }
 
-/// Lets a part of the registry stand for the machine's, as long as it lives: a
-/// machine's own has tens of thousands of keys, too many to read each time.
-class SmallMachine {
-  public:
-    SmallMachine() {
-        EXPECT_EQ(ERROR_SUCCESS,
-                  RegCreateKeyExW(HKEY_CURRENT_USER, kPlace, 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                  KEY_ALL_ACCESS, nullptr, &key_, nullptr));
-        EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_LOCAL_MACHINE, key_));
-    }
-    ~SmallMachine() {
-        EXPECT_EQ(ERROR_SUCCESS, RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr));
-        RegCloseKey(key_);
-        EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, kPlace));
-    }
-    SmallMachine(const SmallMachine&) = delete;
-    SmallMachine& operator=(const SmallMachine&) = delete;
-
-  private:
-    static constexpr const wchar_t* kPlace = L"Software\\O_Tam_id package tests";
-    HKEY key_ = nullptr;
-};
-
 class RegistrationFaultTest : public RegistryTest, public ::testing::WithParamInterface<Case> {
   protected:
     void SetUp() override {
         RegistryTest::SetUp();
-        if (GetParam().scope == Scope::Machine) {
-            machine_.emplace();
-            // Somebody else's, so that the places themselves are there.
-            Plant(Scope::Machine, L"CLSID\\{11111111-0000-0000-0000-000000000000}", nullptr, L"Other");
-        }
         if (GetParam().ground == Ground::OlderInstall) {
             PlantOlderInstall(Subject().Facts(), InScope());
         } else if (GetParam().ground == Ground::OtherDll) {
@@ -67,7 +39,6 @@ class RegistrationFaultTest : public RegistryTest, public ::testing::WithParamIn
     void TearDown() override {
         EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
         EXPECT_EQ(S_OK, Other().Unregister(InScope()));
-        machine_.reset();
         RegistryTest::TearDown();
     }
 
@@ -75,11 +46,13 @@ class RegistrationFaultTest : public RegistryTest, public ::testing::WithParamIn
     const Dll& Subject() const { return GetParam().facts == &Component ? component : hostServices; }
     const Dll& Other() const { return GetParam().facts == &Component ? hostServices : component; }
 
-    /// Makes the call fail at each of its writes. Leaves it done once.
-    template <class F>
-    void FailEachWrite(const char* name, F&& call) {
-        const Lines start = Snapshot(InScope());
-        for (int number = 1;; ++number) {
+    /// Makes the call fail at one write in so many, and compares the contents.
+    /// Leaves it done once.
+    template <class Call, class Content, class Show>
+    void FailWrites(const char* name, int step, const Call& call, const Content& content, const Show& show) {
+        const auto start = content();
+        int failures = 0;
+        for (int number = 1;; number += step) {
             HRESULT result = S_OK;
             int writes = 0;
             {
@@ -90,22 +63,56 @@ class RegistrationFaultTest : public RegistryTest, public ::testing::WithParamIn
             }
             if (writes < number) {
                 EXPECT_EQ(S_OK, result);
-                std::cout << name << ": failed at each of " << writes << " writes\n";
+                std::cout << name << ": failed at " << failures << " of " << writes << " writes\n";
+                EXPECT_EQ((writes + step - 1) / step, failures);
                 EXPECT_LT(0, writes);
                 return;
             }
             ASSERT_EQ(kDenied, result) << "write " << number;
-            ASSERT_EQ("", Difference(start, Snapshot(InScope()))) << "write " << number;
+            ASSERT_TRUE(content() == start) << "write " << number << "\n"
+                                            << Difference(show(start), show(content()));
+            ++failures;
         }
     }
-
-  private:
-    std::optional<SmallMachine> machine_;
+    template <class Content, class Show>
+    void FailWrites(int step, const Content& content, const Show& show) {
+        FailWrites(
+            "registering", step, [&] { return Subject().Register(InScope()); }, content, show);
+        FailWrites(
+            "unregistering", step, [&] { return Subject().Unregister(InScope()); }, content, show);
+    }
 };
 
-TEST_P(RegistrationFaultTest, ChangesNothingWhenAWriteFails) {
-    FailEachWrite("registering", [&] { return Subject().Register(InScope()); });
-    FailEachWrite("unregistering", [&] { return Subject().Unregister(InScope()); });
+TEST_P(RegistrationFaultTest, ChangesNothingWhicheverWriteFails) {
+    Lines unregistered;
+    {
+        const MemoryRegistry memory(Subject().Module(), InScope());
+        ASSERT_TRUE(memory.IsComplete()) << "the DLL reads or writes by other functions";
+        const auto show = [&](const MemoryRegistry::Keys& keys) { return memory.LinesOf(keys); };
+        ASSERT_EQ("", Difference(Snapshot(InScope()), show(memory.Content())));
+        const auto content = [&]() -> const MemoryRegistry::Keys& {
+            EXPECT_EQ(0U, memory.OpenKeys());
+            return memory.Content();
+        };
+        FailWrites(1, content, show);
+        unregistered = show(memory.Content());
+    }
+    // The system's registry takes the same calls to the same content.
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    const Lines registered = Snapshot(InScope());
+    ASSERT_EQ(S_OK, Subject().Unregister(InScope()));
+    EXPECT_EQ("", Difference(unregistered, Snapshot(InScope())));
+
+    const MemoryRegistry memory(Subject().Module(), InScope());
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    EXPECT_EQ("", Difference(registered, memory.LinesOf(memory.Content())));
+}
+
+TEST_P(RegistrationFaultTest, ChangesNothingInTheSystemsRegistry) {
+    constexpr int kStep = 23; // no multiple of the writes of one key
+    FailWrites(
+        kStep, [&] { return ReadKeys(InScope()); },
+        [&](const std::vector<Key>& keys) { return LinesOf(InScope(), keys); });
 }
 
 TEST_P(RegistrationFaultTest, RefusesAUserWhoMayNotWrite) {

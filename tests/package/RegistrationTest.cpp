@@ -17,21 +17,24 @@ void PrintTo(const Case& entry, std::ostream* out) {
     *out << entry.name;
 }
 
-class RegistrationTest : public RegistryTest, public ::testing::WithParamInterface<Case> {
+/// Over either registry.
+template <class Base>
+class OneDllTest : public Base, public ::testing::WithParamInterface<Case> {
   protected:
     Scope InScope() const { return GetParam().scope; }
-    const Dll& Subject() const { return GetParam().facts == &Component ? component : hostServices; }
-    Lines Complete() const { return Registration(Subject().Facts(), InScope(), Subject().Path(), true); }
+    const Dll& Subject() const {
+        return GetParam().facts == &Component ? this->component : this->hostServices;
+    }
     /// What a snapshot has more than before is the registration and nothing else.
     void ExpectComplete() const {
+        const Lines complete = Registration(Subject().Facts(), InScope(), Subject().Path(), true);
         const Lines after = Snapshot();
-        EXPECT_EQ("", Difference(Added(before, Complete()), Added(before, after)));
-        EXPECT_EQ(Lines(), Added(after, before)) << "something that was there is gone";
-    }
-    std::wstring Options(const wchar_t* other = L"") const {
-        return std::wstring(other) + (InScope() == Scope::User ? L" /n /i:user" : L"");
+        EXPECT_EQ("", Difference(Added(this->before, complete), Added(this->before, after)));
+        EXPECT_EQ(Lines(), Added(after, this->before)) << "something that was there is gone";
     }
 };
+
+using RegistrationTest = OneDllTest<RegistryTest>;
 
 TEST_P(RegistrationTest, WritesTheseKeysAndNoOther) {
     ASSERT_EQ(S_OK, Subject().Register(InScope()));
@@ -60,22 +63,30 @@ TEST_P(RegistrationTest, TakesAwayWhatAnOlderVersionLeft) {
     EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
 }
 
-TEST_P(RegistrationTest, IsDoneByRegsvr32) {
-    EXPECT_EQ(0U, Regsvr32(Options(), Subject().Path()));
+/// The system's own program works on the machine's own registry.
+class Regsvr32Test : public OneDllTest<WholeRegistryTest> {
+  protected:
+    DWORD Run(const std::wstring& option) const {
+        return Regsvr32(option + (InScope() == Scope::User ? L" /n /i:user" : L""), Subject().Path());
+    }
+};
+
+TEST_P(Regsvr32Test, RegistersTwiceAndUnregistersTwice) {
+    EXPECT_EQ(0U, Run(L""));
+    EXPECT_EQ(0U, Run(L""));
     ExpectComplete();
-    EXPECT_EQ(0U, Regsvr32(Options(), Subject().Path()));
-    ExpectComplete();
-    EXPECT_EQ(0U, Regsvr32(Options(L"/u"), Subject().Path()));
-    EXPECT_EQ("", Difference(before, Snapshot()));
-    EXPECT_EQ(0U, Regsvr32(Options(L"/u"), Subject().Path()));
+    EXPECT_EQ(0U, Run(L"/u"));
+    ExpectUnchanged();
+    EXPECT_EQ(0U, Run(L"/u"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationTest,
-                         ::testing::Values(Case{"ComponentForTheMachine", &Component, Scope::Machine},
-                                           Case{"ComponentForTheUser", &Component, Scope::User},
-                                           Case{"HostServicesForTheMachine", &HostServices, Scope::Machine},
-                                           Case{"HostServicesForTheUser", &HostServices, Scope::User}),
-                         [](const auto& entry) { return std::string(entry.param.name); });
+const auto kCases = ::testing::Values(Case{"ComponentForTheMachine", &Component, Scope::Machine},
+                                      Case{"ComponentForTheUser", &Component, Scope::User},
+                                      Case{"HostServicesForTheMachine", &HostServices, Scope::Machine},
+                                      Case{"HostServicesForTheUser", &HostServices, Scope::User});
+const auto kName = [](const auto& entry) { return std::string(entry.param.name); };
+INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationTest, kCases, kName);
+INSTANTIATE_TEST_SUITE_P(Dlls, Regsvr32Test, kCases, kName);
 
 /// Both DLLs, which carry the same library of host interfaces.
 class TwoDllsTest : public RegistryTest {

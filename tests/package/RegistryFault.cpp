@@ -40,22 +40,26 @@ bool RegistryFault::Fails() noexcept {
 LSTATUS WINAPI RegistryFault::CreateKey(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR type, DWORD options,
                                         REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* result,
                                         DWORD* disposition) {
+    const auto create = current->createKey_.Original<decltype(&RegCreateKeyExW)>();
     return current->Fails()
                ? ERROR_ACCESS_DENIED
-               : RegCreateKeyExW(key, path, reserved, type, options, access, security, result, disposition);
+               : create(key, path, reserved, type, options, access, security, result, disposition);
 }
 
 LSTATUS WINAPI RegistryFault::SetValue(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data,
                                        DWORD size) {
-    return current->Fails() ? ERROR_ACCESS_DENIED : RegSetValueExW(key, name, reserved, type, data, size);
+    const auto set = current->setValue_.Original<decltype(&RegSetValueExW)>();
+    return current->Fails() ? ERROR_ACCESS_DENIED : set(key, name, reserved, type, data, size);
 }
 
 LSTATUS WINAPI RegistryFault::DeleteTree(HKEY key, LPCWSTR path) {
-    return current->Fails() ? ERROR_ACCESS_DENIED : RegDeleteTreeW(key, path);
+    const auto deleteTree = current->deleteTree_.Original<decltype(&RegDeleteTreeW)>();
+    return current->Fails() ? ERROR_ACCESS_DENIED : deleteTree(key, path);
 }
 
 LSTATUS WINAPI RegistryFault::DeleteKey(HKEY key, LPCWSTR path) {
-    return current->Fails() ? ERROR_ACCESS_DENIED : RegDeleteKeyW(key, path);
+    const auto deleteKey = current->deleteKey_.Original<decltype(&RegDeleteKeyW)>();
+    return current->Fails() ? ERROR_ACCESS_DENIED : deleteKey(key, path);
 }
 
 } // namespace package

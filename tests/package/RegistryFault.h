@@ -8,6 +8,8 @@ namespace package {
 
 /// Lets one write of a DLL to the registry fail with "access denied": making a
 /// key, writing a value, deleting a key or a tree. Or every one from there on.
+/// Writes that do not fail go where they went before: to the system, or to a
+/// MemoryRegistry.
 class RegistryFault {
   public:
     enum class Kind { Once, ForEver };

@@ -1,6 +1,7 @@
 #include "tests/package/Snapshot.h"
 
 #include <cstdio>
+#include <iterator>
 #include <stdexcept>
 #include <vector>
 
@@ -39,43 +40,57 @@ std::string DataText(DWORD type, const std::vector<BYTE>& data) {
     return text;
 }
 
-void Read(HKEY key, const std::string& path, Lines& lines) {
-    std::vector<wchar_t> name(kMaxValueName);
-    std::vector<BYTE> data(4096);
-    for (DWORD index = 0;;) {
-        DWORD length = kMaxValueName;
-        DWORD type = 0;
-        auto size = static_cast<DWORD>(data.size());
-        const LSTATUS status =
-            RegEnumValueW(key, index, name.data(), &length, nullptr, &type, data.data(), &size);
-        if (status == ERROR_MORE_DATA) {
-            data.resize(data.size() * 4);
-            continue;
+/// Reads keys with one pair of buffers for all of them.
+class Reader {
+  public:
+    void Read(HKEY key, const std::wstring& path) {
+        keys_.push_back({path, Values(key)});
+        for (DWORD index = 0;; ++index) {
+            DWORD length = kMaxKeyName;
+            if (RegEnumKeyExW(key, index, name_.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
+                ERROR_SUCCESS) {
+                return;
+            }
+            const std::wstring name(name_.data(), length);
+            const std::wstring below = path.empty() ? name : path + L'\\' + name;
+            HKEY child = nullptr;
+            if (RegOpenKeyExW(key, name.c_str(), 0, KEY_READ, &child) != ERROR_SUCCESS) {
+                throw std::runtime_error("cannot read " + Utf8(below.data(), below.size()));
+            }
+            Read(child, below);
+            RegCloseKey(child);
         }
-        if (status != ERROR_SUCCESS) {
-            break;
-        }
-        const std::vector<BYTE> content(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(size));
-        lines[path + " : " + Utf8(name.data(), length)] = DataText(type, content);
-        ++index;
     }
-    for (DWORD index = 0;; ++index) {
-        DWORD length = kMaxKeyName;
-        if (RegEnumKeyExW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS) {
-            return;
+    std::vector<Key> Take() { return std::move(keys_); }
+
+  private:
+    std::vector<Value> Values(HKEY key) {
+        std::vector<Value> values;
+        for (DWORD index = 0;;) {
+            DWORD length = kMaxValueName;
+            DWORD type = 0;
+            auto size = static_cast<DWORD>(data_.size());
+            const LSTATUS status =
+                RegEnumValueW(key, index, name_.data(), &length, nullptr, &type, data_.data(), &size);
+            if (status == ERROR_MORE_DATA) {
+                data_.resize(data_.size() * 4);
+                continue;
+            }
+            if (status != ERROR_SUCCESS) {
+                return values;
+            }
+            values.push_back(
+                {std::wstring(name_.data(), length), type,
+                 std::vector<BYTE>(data_.begin(),
+                                   std::next(data_.begin(), static_cast<std::ptrdiff_t>(size)))});
+            ++index;
         }
-        const bool isTop = path.back() == ' ';
-        const std::string below = path + (isTop ? "" : "\\") + Utf8(name.data(), length);
-        lines[below];
-        HKEY child = nullptr;
-        if (RegOpenKeyExW(key, name.data(), 0, KEY_READ, &child) != ERROR_SUCCESS) {
-            throw std::runtime_error("cannot read " + below);
-        }
-        Read(child, below, lines);
-        RegCloseKey(child);
     }
-}
+
+    std::vector<wchar_t> name_ = std::vector<wchar_t>(kMaxValueName);
+    std::vector<BYTE> data_ = std::vector<BYTE>(4096);
+    std::vector<Key> keys_;
+};
 
 } // namespace
 
@@ -87,14 +102,33 @@ std::string Prefix(Scope scope) {
     return scope == Scope::Machine ? "HKLM " : "HKCU ";
 }
 
-Lines Snapshot(Scope scope) {
+std::vector<Key> ReadKeys(Scope scope) {
+    Reader reader;
+    HKEY classes = nullptr;
+    if (RegOpenKeyExW(Root(scope), L"Software\\Classes", 0, KEY_READ, &classes) == ERROR_SUCCESS) {
+        reader.Read(classes, L"");
+        RegCloseKey(classes);
+    }
+    return reader.Take();
+}
+
+Lines LinesOf(Scope scope, const std::vector<Key>& keys) {
     Lines lines;
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(Root(scope), L"Software\\Classes", 0, KEY_READ, &key) == ERROR_SUCCESS) {
-        Read(key, Prefix(scope), lines);
-        RegCloseKey(key);
+    for (const Key& key : keys) {
+        const std::string path = Prefix(scope) + Utf8(key.path.data(), key.path.size());
+        if (!key.path.empty()) {
+            lines[path];
+        }
+        for (const Value& value : key.values) {
+            lines[path + " : " + Utf8(value.name.data(), value.name.size())] =
+                DataText(value.type, value.data);
+        }
     }
     return lines;
+}
+
+Lines Snapshot(Scope scope) {
+    return LinesOf(scope, ReadKeys(scope));
 }
 
 Lines Snapshot() {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace package {
 
@@ -20,12 +21,33 @@ struct NameLess {
 /// with their type and data, paths below Software\Classes.
 using Lines = std::map<std::string, std::string, NameLess>;
 
+/// A value as the registry has it.
+struct Value {
+    std::wstring name;
+    DWORD type = REG_NONE;
+    std::vector<BYTE> data;
+
+    bool operator==(const Value&) const = default;
+};
+
+/// A key with its values; the path starts below Software\Classes.
+struct Key {
+    std::wstring path;
+    std::vector<Value> values;
+
+    bool operator==(const Key&) const = default;
+};
+
 HKEY Root(Scope scope);
 /// "HKLM " or "HKCU ".
 std::string Prefix(Scope scope);
 
-/// Everything below Software\Classes of the machine or the user. Read through
+/// Every key below Software\Classes of the machine or the user. Read through
 /// the registry's own functions, not the DLLs'.
+std::vector<Key> ReadKeys(Scope scope);
+Lines LinesOf(Scope scope, const std::vector<Key>& keys);
+
+/// The lines of all of them.
 Lines Snapshot(Scope scope);
 /// Both.
 Lines Snapshot();
