@@ -54,7 +54,8 @@ command_fuzz() {
     start_display
     start_wine point
     printf 'The component, seed %s\n' "$seed"
-    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS=$((seconds / 2 + 1)) || status=$?
+    # Documents, calls of a module and calls of a channel share the other half.
+    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS=$((seconds / 6 + 1)) || status=$?
     return "$status"
 }
 

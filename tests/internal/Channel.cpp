@@ -101,7 +101,10 @@ void InternalTest::SetUp() {
     ComponentTest::SetUp();
     doublesBefore_ = com::ThisModule().Objects();
     Calls().clear();
+    MakeDoubles();
+}
 
+void InternalTest::MakeDoubles() {
     in1 = NewInput(L"In1", L"In1");
     in2 = NewInput(L"In2", L"In2");
     out = NewOutput(L"Out", L"Out");
@@ -109,6 +112,8 @@ void InternalTest::SetUp() {
     gain = NewAttribute(L"Gain", L"Gain");
     channelAttribute = NewAttribute(L"Channel", L"Channel");
     setup = NewAttribute(L"Setup", L"Setup");
+    generic = {};
+    container = {};
     generic.Fill(L"generic", {in1, in2}, {out, alarm}, {gain, channelAttribute, setup});
     generic.object->Set(L"UniqueIDString", L"O_TAM_AI_ID");
     container.Fill(L"container", {}, {}, {});
@@ -145,30 +150,40 @@ void InternalTest::TearDown() {
     Calls().clear();
 }
 
+std::vector<Double*> InternalTest::AllDoubles() {
+    return {&in1,
+            &in2,
+            &out,
+            &alarm,
+            &gain,
+            &channelAttribute,
+            &setup,
+            &generic.object,
+            &generic.inputs,
+            &generic.outputs,
+            &generic.attributes,
+            &container.object,
+            &container.inputs,
+            &container.outputs,
+            &container.attributes,
+            &device,
+            &channel,
+            &context,
+            &libraryService,
+            &library};
+}
+
 void InternalTest::ForgetDoubles() {
     genericClass_.reset();
     libraryClass_.reset();
-    for (Double* held : {&in1,
-                         &in2,
-                         &out,
-                         &alarm,
-                         &gain,
-                         &channelAttribute,
-                         &setup,
-                         &generic.object,
-                         &generic.inputs,
-                         &generic.outputs,
-                         &generic.attributes,
-                         &container.object,
-                         &container.inputs,
-                         &container.outputs,
-                         &container.attributes,
-                         &device,
-                         &channel,
-                         &context,
-                         &libraryService,
-                         &library}) {
+    for (Double* held : AllDoubles()) {
         held->Reset();
+    }
+}
+
+void InternalTest::ForgetWhatWasPut() {
+    for (Double* held : AllDoubles()) {
+        (*held)->Forget();
     }
 }
 

@@ -58,7 +58,11 @@ class InternalTest : public support::ComponentTest {
     void SetDefinition(const std::wstring& xml);
     /// Makes a class of the host not available.
     void Unregister(const std::wstring& progId);
+    /// All doubles anew, and the classes that give them.
+    void MakeDoubles();
     void ForgetDoubles();
+    /// The doubles let go of what they were given, each other included.
+    void ForgetWhatWasPut();
     long DoublesAlive() const { return com::ThisModule().Objects() - doublesBefore_; }
 
     HostObject generic;
@@ -69,6 +73,8 @@ class InternalTest : public support::ComponentTest {
     Double device, channel, context, libraryService, library;
 
   private:
+    std::vector<Double*> AllDoubles();
+
     std::optional<support::HostClass> genericClass_, libraryClass_;
     long doublesBefore_ = 0;
 };

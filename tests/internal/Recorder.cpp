@@ -351,6 +351,9 @@ HRESULT Recorder::IdOf(const wchar_t* name, DISPID* id) {
 
 HRESULT Recorder::InvokeById(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                              UINT* argumentError) {
+    if (id < 1 || static_cast<std::size_t>(id) > Names().size()) {
+        return DISP_E_MEMBERNOTFOUND; // nobody asked for it by name: a default member, say
+    }
     com::Bstr name(Names().at(static_cast<std::size_t>(id) - 1));
     BSTR text = name.Get();
     const bool wasInvoking = std::exchange(isInvoking_, true);

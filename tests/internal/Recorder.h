@@ -115,6 +115,8 @@ class Recorder {
     static void SetGate(HRESULT (*gate)()) noexcept;
     /// Refuses an interface that is then reached by name alone.
     void HideFace(REFIID iid);
+    /// Lets go of what was put or given.
+    void Forget() { values_.clear(); }
     /// Changes the answers that nobody gave.
     void Reseed(long seed) noexcept { seed_ = seed; }
 
