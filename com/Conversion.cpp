@@ -13,18 +13,6 @@ namespace {
 using tam::RunTime;
 using tam::RunTimeError;
 
-void CheckConversion(HRESULT result) {
-    if (result == DISP_E_OVERFLOW) {
-        throw RunTimeError(RunTime::Overflow);
-    }
-    if (result == E_OUTOFMEMORY) {
-        throw std::bad_alloc();
-    }
-    if (FAILED(result)) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-}
-
 /// Conversions stop at a NUL, so a text that holds one is no number.
 std::wstring Clean(std::wstring_view text) {
     if (text.find(L'\0') != std::wstring_view::npos) {
@@ -40,6 +28,18 @@ Variant NumberOf(std::wstring_view text, VARTYPE type) {
 }
 
 } // namespace
+
+void CheckConversion(HRESULT result) {
+    if (result == DISP_E_OVERFLOW) {
+        throw RunTimeError(RunTime::Overflow);
+    }
+    if (result == E_OUTOFMEMORY) {
+        throw std::bad_alloc();
+    }
+    if (FAILED(result)) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
+}
 
 Bstr::Bstr(std::wstring_view text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
     if (text_ == nullptr) {
@@ -104,6 +104,10 @@ long LongOf(std::wstring_view text) {
 
 std::uint8_t ByteOf(std::wstring_view text) {
     return NumberOf(text, VT_UI1).Get().bVal;
+}
+
+float SingleOf(std::wstring_view text) {
+    return NumberOf(text, VTBIT_R4).Get().fltVal;
 }
 
 bool BoolOf(std::wstring_view text) {

@@ -118,6 +118,10 @@ void Empty(I** out) noexcept {
     *out = nullptr;
 }
 
+/// What a failed conversion of the platform means: RunTime::Overflow for a value
+/// out of range, std::bad_alloc without memory, else RunTime::TypeMismatch.
+void CheckConversion(HRESULT result);
+
 // The platform's conversions in the user's locale, without those of currency
 // amounts. A text that is no such value is RunTime::TypeMismatch, one out of
 // range RunTime::Overflow.
@@ -126,6 +130,7 @@ long LongOf(std::wstring_view text);
 /// such value is DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW. Throws std::bad_alloc.
 HRESULT ReadNumber(std::wstring_view text, VARTYPE type, VARIANT& number);
 std::uint8_t ByteOf(std::wstring_view text);
+float SingleOf(std::wstring_view text);
 bool BoolOf(std::wstring_view text);
 /// As BoolOf; nothing for a text that it refuses. Throws std::bad_alloc alone.
 std::optional<bool> BoolIn(std::wstring_view text);

@@ -17,6 +17,11 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+    // An object lives on the thread that makes it, and each such thread comes by here.
+    if (out != nullptr && !tam::PrepareThisThread()) {
+        *out = nullptr;
+        return E_OUTOFMEMORY;
+    }
     return com::GetClassObject(tam::ThisServer(), clsid, iid, out);
 }
 

@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 
 #include <cstddef>
+#include <cstdlib>
 #include <cxxabi.h>
 #include <new>
 #include <utility>
@@ -39,6 +40,15 @@ void PrepareForLackOfMemory() noexcept {
     refusesOnce = true;
     void* const reserved = abi::__cxa_allocate_exception(sizeof(std::bad_alloc));
     abi::__cxa_free_exception(reserved);
+}
+
+bool PrepareThisThread() noexcept {
+    // The run-time library ends the process when it finds no memory for what it
+    // keeps of a thread, so it is asked only where there is plenty.
+    constexpr std::size_t kPlenty = 64 * 1024;
+    void* volatile const room = std::malloc(kPlenty); // volatile: the pair looks needless to the compiler
+    std::free(room);
+    return room != nullptr && abi::__cxa_get_globals() != nullptr;
 }
 
 } // namespace tam

@@ -6,4 +6,8 @@ namespace tam {
 /// once, before any other code of the component runs.
 void PrepareForLackOfMemory() noexcept;
 
+/// The same for the calling thread alone, as often as it likes. False without
+/// the memory for it: nothing that may throw must run on the thread then.
+bool PrepareThisThread() noexcept;
+
 } // namespace tam

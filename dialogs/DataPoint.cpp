@@ -2,7 +2,6 @@
 
 #include "com/Boundary.h"
 #include "com/LateBound.h"
-#include "common/RunTimeError.h"
 
 namespace tam {
 
@@ -27,9 +26,7 @@ std::wstring TextOfResult(const com::Variant& result) {
     }
     VARIANT source = result.Get(); // borrowed
     com::Variant text;
-    if (FAILED(VariantChangeTypeEx(text.Put(), &source, LOCALE_USER_DEFAULT, 0, VT_BSTR))) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
+    com::CheckConversion(VariantChangeTypeEx(text.Put(), &source, LOCALE_USER_DEFAULT, 0, VT_BSTR));
     return com::Text(text.Get().bstrVal);
 }
 

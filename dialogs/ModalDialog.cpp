@@ -1,6 +1,7 @@
 #include "dialogs/ModalDialog.h"
 
 #include "com/Module.h"
+#include "common/RunTimeError.h"
 
 #include <algorithm>
 #include <utility>
@@ -55,6 +56,18 @@ bool ModalDialog::Show(int resource) noexcept {
                         &ModalDialog::Procedure, reinterpret_cast<LPARAM>(this));
     window_ = nullptr;
     return result != -1;
+}
+
+void ModalDialog::ShowOrThrow(int resource) {
+    const bool shown = Show(resource);
+    const HRESULT result = HRESULT_FROM_WIN32(GetLastError());
+    if (openingFailure_) {
+        throw RunTimeError(static_cast<std::int32_t>(openingFailure_->code), openingFailure_->Source(),
+                           openingFailure_->Description());
+    }
+    if (!shown) {
+        throw com::CallError(FAILED(result) ? result : E_FAIL);
+    }
 }
 
 bool ModalDialog::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) {

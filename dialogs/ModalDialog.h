@@ -31,10 +31,9 @@ class ModalDialog {
     /// Shows the dialog, modal to the host's active window; returns when it
     /// has closed. False when it could not be shown.
     bool Show(int resource) noexcept;
+    /// The same; throws what kept it from being shown or from filling itself.
+    void ShowOrThrow(int resource);
     bool IsShown() const noexcept { return window_ != nullptr; }
-    /// What kept the form from filling itself when it was last shown; it has
-    /// closed at once then.
-    const std::optional<com::Failure>& OpeningFailure() const noexcept { return openingFailure_; }
 
   protected:
     ModalDialog() = default;
@@ -79,6 +78,8 @@ class ModalDialog {
 
     HWND window_ = nullptr;
     int firstFocus_ = 0;
+    /// What kept the form from filling itself when it was last shown; it has
+    /// closed at once then.
     std::optional<com::Failure> openingFailure_;
 };
 

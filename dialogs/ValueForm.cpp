@@ -32,19 +32,12 @@ void ValueForm::ShowModal() {
     // Outlives the form's own reference: the last one ends the attribute, and
     // with it this form.
     const std::optional<DataPoint> keep = point_;
-    const bool shown = Show(resource_);
-    const HRESULT result = HRESULT_FROM_WIN32(GetLastError());
-    if (shown && !OpeningFailure()) {
-        OnFinished();
-    }
-    Release();
-    if (const auto& failure = OpeningFailure()) {
-        throw RunTimeError(static_cast<std::int32_t>(failure->code), failure->Source(),
-                           failure->Description());
-    }
-    if (!shown) {
-        throw com::CallError(FAILED(result) ? result : E_FAIL);
-    }
+    struct ReleaseAtEnd {
+        ValueForm& form;
+        ~ReleaseAtEnd() { form.Release(); }
+    } guard{*this};
+    ShowOrThrow(resource_);
+    OnFinished();
 }
 
 std::wstring ValueForm::Label(std::wstring (DataPointType::*member)() const) const noexcept {

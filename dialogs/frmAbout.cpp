@@ -56,7 +56,7 @@ class frmAbout final : public ModalDialog {
 } // namespace
 
 void ShowAboutBox() {
-    frmAbout().Show(IDD_ABOUT);
+    frmAbout().ShowOrThrow(IDD_ABOUT);
 }
 
 } // namespace tam

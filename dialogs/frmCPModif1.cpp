@@ -1,38 +1,16 @@
 #include "dialogs/frmCPModif1.h"
 
+#include "com/Conversion.h"
 #include "common/ComponentState.h"
 #include "common/Report.h"
-#include "common/RunTimeError.h"
 #include "component/resource.h"
 #include "points/mSNVTDataConversion.h"
-
-#include <array>
 
 namespace tam {
 
 namespace {
 
 constexpr const wchar_t* kFailure = L"error in calculating the value";
-
-/// The number by the user's decimal mark and digit separator. Not the plain
-/// conversion: that also takes the separators of currency amounts, and a user
-/// who has changed the marks of numbers alone has "," there for thousands.
-float SingleOf(std::wstring_view text) {
-    constexpr ULONG kNumber = NUMPRS_STD & ~static_cast<ULONG>(NUMPRS_CURRENCY);
-    std::wstring copy(text);
-    std::array<BYTE, 64> digits{};
-    NUMPARSE parsed{};
-    parsed.cDig = static_cast<int>(digits.size());
-    parsed.dwInFlags = kNumber;
-    if (FAILED(VarParseNumFromStr(copy.data(), LOCALE_USER_DEFAULT, 0, &parsed, digits.data()))) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-    com::Variant number;
-    if (FAILED(VarNumFromParseNum(&parsed, digits.data(), VTBIT_R4, number.Put()))) {
-        throw RunTimeError(RunTime::Overflow);
-    }
-    return number.Get().fltVal;
-}
 
 std::wstring WithUnit(const std::wstring& number, const std::wstring& unit) {
     return number.empty() || unit.empty() ? number : number + L" " + unit;
@@ -47,7 +25,7 @@ void frmCPModif1::ReadDataPoint() {
     held_ = Point().Value();
     const DataPointType type = Point().Type();
     state_.emplace(NumericEditorState::Setup{held_, type.GenType(), type.Min(), type.InvalidValue(),
-                                             State().DecimalSeparator, &SingleOf});
+                                             State().DecimalSeparator, &com::SingleOf});
 }
 
 void frmCPModif1::OnInit() {

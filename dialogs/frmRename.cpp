@@ -20,8 +20,8 @@ wchar_t FirstInAnsi(const std::wstring& text) {
 
 } // namespace
 
-const RenameState& frmRename::ShowModal() noexcept {
-    Show(IDD_RENAME);
+const RenameState& frmRename::ShowModal() {
+    ShowOrThrow(IDD_RENAME);
     return state_;
 }
 

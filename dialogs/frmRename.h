@@ -9,9 +9,8 @@ namespace tam {
 class frmRename final : public ModalDialog {
   public:
     explicit frmRename(RenameState state) : state_(std::move(state)) {}
-    /// The user's choice and the name; the choice is "cancelled" when the
-    /// dialog could not be shown.
-    const RenameState& ShowModal() noexcept;
+    /// The user's choice and the name. Throws what kept the dialog from being shown.
+    const RenameState& ShowModal();
 
   protected:
     void OnInit() override;

@@ -31,7 +31,8 @@ class ChannelFaultTest : public InternalTest {
         channel->Set(L"SetupText", L"3,Auto;0,Off");
         SetDefinition(
             L"<AppObject><TAMConfig><InReferences><InReference Name='In2' Visible='0'/></InReferences>"
-            L"<Attributes><Attrib Name='Gain' Visible='1'/></Attributes></TAMConfig></AppObject>");
+            L"<Attributes><Attrib Name='Gain' Visible='1' UnitDependent='1' "
+            L"Differential='1'/></Attributes></TAMConfig></AppObject>");
         Reset();
         Recorder::SetGate([] { return Fails(Kind::Host) ? CodeOf(Kind::Host) : S_OK; });
         loop_.emplace(Dll(), Watcher());
@@ -96,6 +97,34 @@ class ChannelFaultTest : public InternalTest {
             ExpectSetInOrder(run);
             ExpectNotSilent(run);
         };
+        return job;
+    }
+
+    /// A job that asks a complete channel for something; any fault fails it.
+    Job Asking(const char* name, std::function<HRESULT(std::wstring& answer)> ask) {
+        Job job = OnChannel(name, {});
+        job.run = [ask] {
+            Left left;
+            left.result = ask(left.answer);
+            return left;
+        };
+        job.read = [] { return Fields{}; };
+        job.judge = [](const Case& run) { EXPECT_TRUE(run.HasFailed()); };
+        return job;
+    }
+    using Question = HRESULT (STDMETHODCALLTYPE IAttributeInterceptor::*)(IAttribute*, VARIANT_BOOL*,
+                                                                          VARIANT_BOOL*);
+    Job AskingForAFlag(const char* name, Question question) {
+        Job job = Asking(name, [this, question](std::wstring& answer) {
+            VARIANT_BOOL flag = VARIANT_FALSE;
+            VARIANT_BOOL handled = VARIANT_FALSE;
+            const HRESULT result =
+                (interceptor_.Get()->*question)(gain->As<IAttribute>().Get(), &flag, &handled);
+            answer = handled != VARIANT_FALSE ? L"handled" : L"";
+            answer += flag != VARIANT_FALSE ? L", set" : L"";
+            return result;
+        });
+        job.kinds = {Kind::Memory, Kind::Text, Kind::Dom, Kind::Host};
         return job;
     }
 
@@ -228,6 +257,78 @@ TEST_F(ChannelFaultTest, ValueChangedInTheChannel) {
     };
     job.kinds.push_back(Kind::Text);
     job.read = [this] { return Fields{attribute_->Value(L"Value")}; };
+    loop_->Run(job);
+}
+
+TEST_F(ChannelFaultTest, TypeChangedInTheChannel) {
+    gain->Set(L"SNVTType", type_);
+    Job job = OnChannel("InterceptTypeChanged", [this] {
+        VARIANT_BOOL handled = VARIANT_FALSE;
+        return interceptor_->InterceptTypeChanged(gain->As<IAttribute>().Get(), &handled);
+    });
+    job.kinds.push_back(Kind::Text);
+    job.read = [this] { return Fields{attribute_->Value(L"SetType")}; };
+    const auto prepare = job.prepare;
+    job.prepare = [this, prepare] {
+        attribute_->Set(L"SetType", L"type from before");
+        prepare();
+    };
+    loop_->Run(job);
+}
+
+TEST_F(ChannelFaultTest, FlagsFromTheDefinition) {
+    loop_->Run(
+        AskingForAFlag("InterceptIsUnitsDependent", &IAttributeInterceptor::InterceptIsUnitsDependent));
+    loop_->Run(AskingForAFlag("InterceptIsDifferential", &IAttributeInterceptor::InterceptIsDifferential));
+}
+
+TEST_F(ChannelFaultTest, PlaceOfAnOutput) {
+    Job job = Asking("Index of a channel's output", [this](std::wstring& answer) {
+        long index = -1;
+        const HRESULT result = outputPoint_->get_Index(&index);
+        answer = SUCCEEDED(result) ? std::to_wstring(index) : L"";
+        return result;
+    });
+    job.kinds.push_back(Kind::Text);
+    loop_->Run(job);
+    job = Asking("Reference of a channel's output", [this](std::wstring& answer) {
+        com::Bstr reference;
+        const HRESULT result = outputPoint_.As<IDisplayItem>()->get_Reference(reference.Put());
+        answer = reference.View();
+        return result;
+    });
+    job.kinds.push_back(Kind::Text);
+    loop_->Run(job);
+}
+
+TEST_F(ChannelFaultTest, ExportIndex) {
+    loop_->Run(Asking("ExportIndex of a channel", [this](std::wstring& answer) {
+        short index = 0;
+        const HRESULT result = object_->get_ExportIndex(&index);
+        answer = SUCCEEDED(result) ? std::to_wstring(index) : L"";
+        return result;
+    }));
+}
+
+TEST_F(ChannelFaultTest, Saved) {
+    support::Document document;
+    generic.object->On(L"XMLSave", [](const Invocation& call) {
+        const auto target = com::Query<IXMLDOMDocument2>(call.Input(1).pdispVal);
+        const tam::dom::Node parent = com::Query<IXMLDOMNode>(call.Input(0).pdispVal);
+        tam::dom::AppendText(target, tam::dom::Node(tam::dom::Append(target, parent, L"AI")), L"Name",
+                             L"Level");
+        return S_OK;
+    });
+    Job job = OnChannel("XMLSave of a channel",
+                        [&] { return object_->XMLSave(support::Root(document).Get(), document.Get()); });
+    const auto prepare = job.prepare;
+    job.prepare = [&, prepare] {
+        document = support::Parse(L"<Project/>");
+        prepare();
+    };
+    job.read = [&] { return Fields{support::Xml(support::Root(document).Get())}; };
+    job.kinds = {Kind::Memory, Kind::Text, Kind::Dom, Kind::Host};
+    job.judge = [](const Case& run) { EXPECT_TRUE(run.HasFailed()); };
     loop_->Run(job);
 }
 

@@ -13,11 +13,12 @@ using com::Ref;
 template <class I>
 void ReplaceNode(Slots& slots, I* node) {
     slots.Replace<Kind::Dom, &IXMLDOMNode::get_nodeName, &IXMLDOMNode::get_nodeValue,
-                  &IXMLDOMNode::get_nodeType, &IXMLDOMNode::get_firstChild, &IXMLDOMNode::get_lastChild,
-                  &IXMLDOMNode::get_nextSibling, &IXMLDOMNode::get_attributes, &IXMLDOMNode::insertBefore,
-                  &IXMLDOMNode::appendChild, &IXMLDOMNode::get_ownerDocument, &IXMLDOMNode::get_text,
-                  &IXMLDOMNode::put_text, &IXMLDOMNode::get_xml, &IXMLDOMNode::selectNodes,
-                  &IXMLDOMNode::selectSingleNode, &IXMLDOMNode::get_baseName>(node);
+                  &IXMLDOMNode::get_nodeType, &IXMLDOMNode::get_parentNode, &IXMLDOMNode::get_firstChild,
+                  &IXMLDOMNode::get_lastChild, &IXMLDOMNode::get_nextSibling, &IXMLDOMNode::get_attributes,
+                  &IXMLDOMNode::insertBefore, &IXMLDOMNode::appendChild, &IXMLDOMNode::get_ownerDocument,
+                  &IXMLDOMNode::get_text, &IXMLDOMNode::put_text, &IXMLDOMNode::get_xml,
+                  &IXMLDOMNode::selectNodes, &IXMLDOMNode::selectSingleNode, &IXMLDOMNode::get_namespaceURI,
+                  &IXMLDOMNode::get_prefix, &IXMLDOMNode::get_baseName>(node);
 }
 
 void ReplaceDocument(Slots& slots, IXMLDOMDocument2* document) {
@@ -34,7 +35,7 @@ void ReplaceMap(Slots& slots, IXMLDOMNode* element) {
     Ref<IXMLDOMNamedNodeMap> map;
     Check(element->get_attributes(map.Put()));
     slots.Replace<Kind::Dom, &IXMLDOMNamedNodeMap::getNamedItem, &IXMLDOMNamedNodeMap::setNamedItem,
-                  &IXMLDOMNamedNodeMap::nextNode>(map.Get());
+                  &IXMLDOMNamedNodeMap::nextNode, &IXMLDOMNamedNodeMap::reset>(map.Get());
     Ref<IXMLDOMNode> attribute;
     Check(map->nextNode(attribute.Put()));
     ReplaceNode(slots, attribute.Get());

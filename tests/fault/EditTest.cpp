@@ -1,8 +1,7 @@
-#include "tests/fault/ModuleFaultTest.h"
+#include "tests/fault/EditFaultTest.h"
 
-#include "component/resource.h"
-
-// The value editors, opened, typed into and confirmed as by a user.
+// The value editors of a module's attributes and the other dialogs, opened,
+// worked and confirmed as by a user.
 
 namespace {
 
@@ -10,43 +9,33 @@ using namespace fault;
 using namespace modules;
 using namespace support;
 
-constexpr UINT kEdit = WM_APP;
+using Fields = std::vector<std::wstring>;
 
-class EditFaultTest : public ModuleFaultTest {
+class AttributeEditFaultTest : public EditFaultTest {
   protected:
-    void SetUp() override {
-        ModuleFaultTest::SetUp();
-        runner_ = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-        SetWindowLongPtrW(runner_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&EditFaultTest::Procedure));
-        Watcher().OnBox([this](HWND window, const bench::Box& box) {
-            // Reports and messages are answered plainly.
-            const bool isEditor = !box.isMessageBox && GetDlgItem(window, IDC_NEW_VALUE) != nullptr;
-            if (isEditor) {
-                PostMessageW(runner_, kEdit, 0, reinterpret_cast<LPARAM>(window));
-            }
-            return isEditor;
-        });
-    }
     void TearDown() override {
-        Watcher().OnBox(nullptr);
-        DestroyWindow(runner_);
         attribute_.Reset();
-        ModuleFaultTest::TearDown();
+        EditFaultTest::TearDown();
     }
 
-    Job Editing(const char* name, const wchar_t* attribute) {
+    /// SetValue of the attribute of this name in a module of this stream.
+    Job Editing(const char* name, const std::wstring& stream, const wchar_t* attribute) {
         Job job;
         job.name = name;
-        job.prepare = [this, attribute] {
-            module_ = Loaded(SmallStream());
+        job.prepare = [this, stream, attribute] {
+            module_ = Loaded(stream);
             attribute_ = Attribute(module_, attribute);
+            if (const auto type = Object(attribute_, &IAttribute::get_SNVTType).As<IEnumType>()) {
+                EXPECT_EQ(Put(type, &IEnumType::put_EnumDesc, L"0,Off;1,On and longer;"), S_OK);
+            }
         };
         job.run = [this] { return Left{attribute_->SetValue(), {}, {}}; };
-        job.read = [this] { return std::vector<std::wstring>{Text(attribute_, &IAttribute::get_Value)}; };
+        job.read = [this] { return Fields{Text(attribute_, &IAttribute::get_Value)}; };
         job.release = [this] {
             attribute_.Reset();
             module_.Reset();
         };
+        job.kinds = {Kind::Memory, Kind::Text};
         job.judge = [](const Case& run) {
             // The value is the new one or the old one, never another.
             const auto& value = run.left.fields;
@@ -54,51 +43,82 @@ class EditFaultTest : public ModuleFaultTest {
             if (run.HasFailed()) {
                 EXPECT_EQ(value, run.before.fields);
             }
+            ExpectOkTexts(run);
         };
         return job;
     }
-
-  private:
-    /// Types a 7 over what is there and confirms; cancels when that fails.
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-        if (message != kEdit) {
-            return DefWindowProcW(window, message, wParam, lParam);
-        }
-        const auto dialog = reinterpret_cast<HWND>(lParam);
-        if (IsWindow(dialog) == FALSE) {
-            return 0;
-        }
-        ShowWindow(dialog, SW_SHOW);
-        const HWND box = GetDlgItem(dialog, IDC_NEW_VALUE);
-        SendMessageW(box, EM_SETSEL, 0, -1);
-        SendMessageW(box, WM_CHAR, L'7', 1);
-        for (const WPARAM button : {WPARAM{IDOK}, WPARAM{IDCANCEL}}) {
-            if (IsWindow(dialog) != FALSE && IsWindowVisible(dialog) != FALSE) {
-                SendMessageW(dialog, WM_COMMAND, button, 0);
-            }
-        }
-        if (IsWindow(dialog) != FALSE && IsWindowVisible(dialog) != FALSE) {
-            ADD_FAILURE() << "the editor cannot be closed";
-            EndDialog(dialog, 0);
-        }
-        return 0;
+    static std::wstring One(const wchar_t* type, const wchar_t* value) {
+        return Stream({}, {},
+                      std::wstring(L"<Attribute_one><SNVTType>") + type + L"</SNVTType><Value>" + value +
+                          L"</Value></Attribute_one>");
     }
 
-    HWND runner_ = nullptr;
     com::Ref<IAttribute> attribute_;
 };
 
-TEST_F(EditFaultTest, Text) {
-    Job job = Editing("SetValue of a text", L"Attribute_first");
-    job.kinds = {Kind::Memory, Kind::Text};
+TEST_F(AttributeEditFaultTest, Text) {
+    Job job = Editing("SetValue of a text", SmallStream(), L"Attribute_first");
     job.reports = {L"Sub txtNewCPValue_Change"};
     Loop().Run(job);
 }
 
-TEST_F(EditFaultTest, Number) {
-    Job job = Editing("SetValue of a number", L"Attribute_second");
-    job.kinds = {Kind::Memory, Kind::Text};
+TEST_F(AttributeEditFaultTest, Number) {
+    Job job = Editing("SetValue of a number", SmallStream(), L"Attribute_second");
     job.reports = {L"Sub txtNewCPValue_Change", L"Sub txtNewCPValue_KeyPress"};
+    Loop().Run(job);
+}
+
+TEST_F(AttributeEditFaultTest, Enumeration) {
+    Loop().Run(Editing("SetValue of an enumeration", One(L"95", L"0"), L"Attribute_one"));
+}
+
+TEST_F(AttributeEditFaultTest, BitField) {
+    SetCatalogue(L"<SNVT_83><Name>State</Name><Type>Bitfield</Type><Length>2</Length></SNVT_83>");
+    Loop().Run(Editing("SetValue of a bit field", One(L"83", L"5"), L"Attribute_one"));
+}
+
+TEST_F(AttributeEditFaultTest, DeviceName) {
+    com::Variant name;
+    Job job;
+    job.name = "ShowRename";
+    job.prepare = [&] {
+        module_ = NewModule();
+        name = com::Variant(L"Dev1");
+    };
+    job.run = [&] {
+        short choice = 0;
+        const com::Bstr key(L"key of the device");
+        VARIANT argument = name.Detach();
+        Left left;
+        left.result = module_.As<ITamDialogs>()->ShowRename(&argument, key.Get(), &choice);
+        *name.Put() = argument;
+        left.answer = FAILED(left.result) ? L"" : std::to_wstring(choice);
+        return left;
+    };
+    job.read = [&] { return Fields{com::Text(name.Get().bstrVal)}; };
+    job.release = [&] { module_.Reset(); };
+    job.kinds = {Kind::Memory, Kind::Text};
+    job.judge = [](const Case& run) {
+        // Confirmed with the new name, or cancelled with the old one.
+        if (run.left.answer == L"1") {
+            EXPECT_TRUE(run.IsAsUntouched());
+        } else {
+            EXPECT_TRUE(run.HasFailed() || run.left.answer == L"2");
+            EXPECT_EQ(run.left.fields, run.before.fields);
+        }
+    };
+    Loop().Run(job);
+}
+
+TEST_F(AttributeEditFaultTest, AboutBox) {
+    Job job;
+    job.name = "ShowAbout";
+    job.prepare = [&] { module_ = NewModule(); };
+    job.run = [&] { return Left{module_.As<ITamDialogs>()->ShowAbout(), {}, {}}; };
+    job.read = [] { return Fields{}; };
+    job.release = [&] { module_.Reset(); };
+    job.kinds = {Kind::Memory};
+    job.judge = [](const Case& run) { EXPECT_TRUE(run.HasFailed()) << "a box that could not be filled"; };
     Loop().Run(job);
 }
 

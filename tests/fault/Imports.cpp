@@ -3,6 +3,8 @@
 #include "tests/fault/Injection.h"
 
 #include <oleauto.h>
+#include <olectl.h>
+#include <shlwapi.h>
 
 #include <cstdlib>
 #include <stdexcept>
@@ -81,6 +83,19 @@ BOOL WINAPI Write(HANDLE file, const void* buffer, DWORD size, DWORD* written, O
     return WriteFile(file, buffer, size, written, overlapped);
 }
 
+// Pictures: from a file, or from the component's own resources.
+
+HRESULT WINAPI StreamOnFile(LPCWSTR path, DWORD mode, IStream** stream) {
+    return Fails(Kind::File) ? STG_E_ACCESSDENIED : SHCreateStreamOnFileW(path, mode, stream);
+}
+HRESULT WINAPI LoadPicture(IStream* stream, LONG size, BOOL keeps, REFIID iid, void** picture) {
+    return Fails(Kind::File) ? STG_E_READFAULT : OleLoadPicture(stream, size, keeps, iid, picture);
+}
+HRESULT WINAPI CreatePicture(PICTDESC* description, REFIID iid, BOOL owns, void** picture) {
+    return Fails(Kind::File) ? CTL_E_INVALIDPICTURE
+                             : OleCreatePictureIndirect(description, iid, owns, picture);
+}
+
 template <class F>
 const void* Address(F* function) {
     return reinterpret_cast<const void*>(function);
@@ -102,6 +117,9 @@ Imports::Imports(HMODULE component) {
     Replace(component, "VariantCopyInd", In<Kind::Text, &VariantCopyInd>());
     Replace(component, "VariantChangeType", In<Kind::Text, &VariantChangeType>());
     Replace(component, "VariantChangeTypeEx", In<Kind::Text, &VariantChangeTypeEx>());
+    Replace(component, "VarParseNumFromStr", In<Kind::Text, &VarParseNumFromStr>());
+    Replace(component, "VarNumFromParseNum", In<Kind::Text, &VarNumFromParseNum>());
+    Replace(component, "VarBoolFromStr", In<Kind::Text, &VarBoolFromStr>());
     Replace(component, "CreateErrorInfo", In<Kind::Text, &CreateErrorInfo>());
 
     Replace(component, "CLSIDFromProgID", In<Kind::Creation, &CLSIDFromProgID>());
@@ -109,6 +127,9 @@ Imports::Imports(HMODULE component) {
 
     Replace(component, "FindFirstFileW", Address(&FindFirst));
     Replace(component, "FindNextFileW", Address(&FindNext));
+    Replace(component, "SHCreateStreamOnFileW", Address(&StreamOnFile));
+    Replace(component, "OleLoadPicture", Address(&LoadPicture));
+    Replace(component, "OleCreatePictureIndirect", Address(&CreatePicture));
     // The parser reads and writes on behalf of the component.
     for (const wchar_t* name : {L"msxml3.dll", L"msxml6.dll", L"urlmon.dll"}) {
         if (const HMODULE parser = GetModuleHandleW(name)) {

@@ -9,7 +9,7 @@ namespace fault {
 /// What can be made to fail.
 enum class Kind {
     Memory,   // operator new of the component
-    Text,     // BSTR allocations and the conversions that make one
+    Text,     // BSTR allocations and the platform's conversions
     Dom,      // methods of the DOM that the component calls
     Host,     // methods of the host's objects
     Creation, // objects made by class or ProgID

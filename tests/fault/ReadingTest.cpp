@@ -23,7 +23,16 @@ std::wstring TypeReport(const wchar_t* id) {
     return L"ID [Property Let]  -  ID = '" + std::wstring(id) + L"'";
 }
 
-using ReadingFaultTest = ModuleFaultTest;
+class ReadingFaultTest : public ModuleFaultTest {
+  protected:
+    /// A module with the definition "Defaults" and this stream.
+    com::Ref<IAppObject> Defaulted(const std::wstring& stream) {
+        auto module = NewModule();
+        EXPECT_TRUE(Init(module, L"Defaults"));
+        EXPECT_EQ(Load(module, stream), S_OK);
+        return module;
+    }
+};
 
 TEST_F(ReadingFaultTest, Definition) {
     Define(L"Valve", L"<Name>A valve with a name</Name><ID>identifier 1</ID><!-- between -->"
@@ -72,10 +81,12 @@ TEST_F(ReadingFaultTest, Definition) {
 }
 
 TEST_F(ReadingFaultTest, DeviceStream) {
+    DefineWhole(L"Defaults", L"<Tam><AppObject/><Attributes><Attribute_second><DefaultValue>12.5"
+                             L"</DefaultValue></Attribute_second></Attributes></Tam>");
     Job job;
     job.name = "LoadFromXmlStream";
     job.prepare = [&] {
-        module_ = Loaded(Stream(L"<Input_old/>", L"<Output_old/>", {}, L"Module from before"));
+        module_ = Defaulted(Stream(L"<Input_old/>", L"<Output_old/>", {}, L"Module from before"));
     };
     job.run = [&] {
         const com::Bstr text(SmallStream());
@@ -90,6 +101,8 @@ TEST_F(ReadingFaultTest, DeviceStream) {
         EXPECT_EQ(module_->XMLSaveForInteroperability(Root(document).Get(), document.Get()), S_OK);
         const Fields points = NodesBelow(tam::dom::Node(Root(document)));
         fields.insert(fields.end(), points.begin(), points.end());
+        const auto number = Attribute(module_, L"Attribute_second");
+        fields.push_back(number ? Field(L"DefaultValue", number, &IAttribute::get_DefaultValue) : L"none");
         return fields;
     };
     job.release = [&] { module_.Reset(); };
@@ -119,6 +132,8 @@ TEST_F(ReadingFaultTest, DeviceStream) {
             return;
         }
         EXPECT_EQ(seen, all); // a point is whole or not there
+        const std::wstring& defaultValue = run.left.fields.back();
+        EXPECT_TRUE(defaultValue == L"DefaultValue=12.5" || defaultValue == L"DefaultValue=");
         // Whatever goes wrong in the definition of an attribute is passed over.
         const auto attributes = [](const Fields& fields) {
             return std::find(fields.begin(), fields.end(), L"  <Attributes>");

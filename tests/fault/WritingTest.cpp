@@ -149,4 +149,16 @@ TEST_F(WritingFaultTest, ExportWithoutACompiler) {
     Loop().Run(job);
 }
 
+TEST_F(WritingFaultTest, KeptExport) {
+    Compiler& compiler = UseCompiler();
+    compiler.stream = L"the compiled stream";
+    Job job = Exporting("Stream kept in a file");
+    SetEnvironmentVariableW(L"DEBUG", L"1");
+    job.kinds = {Kind::File};
+    job.judge = [](const Case& run) { EXPECT_TRUE(run.IsAsUntouched()) << "the file is for an onlooker"; };
+    Loop().Run(job);
+    SetEnvironmentVariableW(L"DEBUG", nullptr);
+    DeleteFileW(L"C:\\interop_K7_3.xml");
+}
+
 } // namespace
