@@ -57,9 +57,7 @@ std::wstring Flag(bool value) {
 
 /// A flag that a definition gives as text: "1" for every text that means true.
 std::wstring Flag(const std::wstring& text) {
-    bool value = false;
-    com::Attempt([&] { value = com::BoolIn(text).value_or(false); });
-    return Flag(value);
+    return Flag(com::BoolIn(text).value_or(false));
 }
 
 dom::Element AppendPoint(const dom::Document& document, const dom::Node& container,

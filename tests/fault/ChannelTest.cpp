@@ -302,15 +302,18 @@ TEST_F(ChannelFaultTest, PlaceOfAnOutput) {
 }
 
 TEST_F(ChannelFaultTest, ExportIndex) {
-    loop_->Run(Asking("ExportIndex of a channel", [this](std::wstring& answer) {
+    Job job = Asking("ExportIndex of a channel", [this](std::wstring& answer) {
         short index = 0;
         const HRESULT result = object_->get_ExportIndex(&index);
         answer = SUCCEEDED(result) ? std::to_wstring(index) : L"";
         return result;
-    }));
+    });
+    job.kinds = {Kind::Host};
+    loop_->Run(job);
 }
 
 TEST_F(ChannelFaultTest, Saved) {
+    device->Set(L"DeviceKey", L"key of the device");
     support::Document document;
     generic.object->On(L"XMLSave", [](const Invocation& call) {
         const auto target = com::Query<IXMLDOMDocument2>(call.Input(1).pdispVal);

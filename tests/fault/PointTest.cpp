@@ -91,16 +91,17 @@ TEST_F(PointFaultTest, SavedInput) {
 }
 
 TEST_F(PointFaultTest, SavedOutput) {
-    Job job = Saving("XMLSave of an output", [this](IDispatch* document, IDispatch* parent) {
+    Loop().Run(Saving("XMLSave of an output", [this](IDispatch* document, IDispatch* parent) {
         return Output(module_, L"Output_first").As<_CDBOutput>()->XMLSave(document, parent);
-    });
-    Loop().Run(job);
+    }));
 }
 
 TEST_F(PointFaultTest, SavedAttribute) {
-    Loop().Run(Saving("XMLSave of an attribute", [this](IDispatch* document, IDispatch* parent) {
+    Job job = Saving("XMLSave of an attribute", [this](IDispatch* document, IDispatch* parent) {
         return Attribute(module_, L"Attribute_first").As<_CDBAttribute>()->XMLSave(parent, document);
-    }));
+    });
+    job.kinds = {Kind::Text, Kind::Dom};
+    Loop().Run(job);
 }
 
 TEST_F(PointFaultTest, LoadedOutput) {
