@@ -330,6 +330,9 @@ TEST_F(GenericAttributeTest, ShowsTheLabelOfAnEnumeration) {
     EXPECT_EQ(L"Auto", Shown(L"Setup"));
     ASSERT_EQ(S_OK, SetValueOf(At(L"Setup"), L"2"));
     EXPECT_EQ(L"2", Shown(L"Setup")) << "no entry has it";
+    ASSERT_EQ(S_OK, type->put_EnumDesc(com::Bstr(L"12,Auto;1,On").Get()));
+    ASSERT_EQ(S_OK, SetValueOf(At(L"Setup"), L"1"));
+    EXPECT_EQ(L"On", Shown(L"Setup")) << "not the entry that begins with it";
 }
 
 TEST_F(GenericAttributeTest, HasATypeOfItsOwn) {

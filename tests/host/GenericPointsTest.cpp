@@ -266,6 +266,10 @@ TEST_F(GenericPointsTest, AreDisplayed) {
     EXPECT_EQ(L"4001", TextOf(*item.Get(), &IDisplayItem::get_Reference));
     ASSERT_EQ(S_OK, block_->put_ExportIndex(2));
     EXPECT_EQ(L"4201", TextOf(*item.Get(), &IDisplayItem::get_Reference));
+    ASSERT_EQ(S_OK, block_->put_ExportIndex(-63));
+    EXPECT_EQ(L"0101", TextOf(*item.Get(), &IDisplayItem::get_Reference));
+    ASSERT_EQ(S_OK, block_->put_ExportIndex(-65));
+    EXPECT_EQ(L"FFFFFF01", TextOf(*item.Get(), &IDisplayItem::get_Reference));
     ASSERT_EQ(S_OK, block_->Destroy());
     com::Bstr text;
     EXPECT_EQ(Code(0x800A005B), item->get_Reference(text.Put()));

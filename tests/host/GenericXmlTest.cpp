@@ -134,6 +134,31 @@ TEST_F(GenericXmlTest, PassesOverWhatItDoesNotKnow) {
     EXPECT_TRUE(Flag(*AttributeOf(block, L"Offset").Get(), &IAttribute::get_Visible)) << "nothing said";
 }
 
+TEST_F(GenericXmlTest, KeepsWhatASavedPointDoesNotTell) {
+    const auto block = NewBlock(L"O_Tam_AO_id");
+    ASSERT_EQ(S_OK, InputOf(block, L"In1")->put_Value(com::Bstr(L"4203").Get()));
+    ASSERT_EQ(S_OK, OutputOf(block, L"Out")->put_IsDisplayable(VARIANT_TRUE));
+    ASSERT_EQ(S_OK, SetValueOf(AttributeOf(block, L"Gain"), L"2.5"));
+    ASSERT_EQ(S_OK, block->XmlLoad(Parsed(L"<A><Inputs><In1/></Inputs><Outputs><Out/></Outputs>"
+                                          L"<Attributes><Gain/></Attributes></A>")
+                                       .Get()));
+    EXPECT_EQ(L"4203", TextOf(*InputOf(block, L"In1").Get(), &IInput::get_Value));
+    EXPECT_TRUE(Flag(*OutputOf(block, L"Out").Get(), &IOutput::get_IsDisplayable));
+    EXPECT_EQ(L"2.5", ValueOf(AttributeOf(block, L"Gain")));
+    EXPECT_TRUE(Flag(*InputOf(block, L"In1").Get(), &IInput::get_Visible));
+}
+
+TEST_F(GenericXmlTest, TakesExactlyOneForTrue) {
+    const auto block = NewBlock(L"O_Tam_AO_id");
+    for (const wchar_t* text : {L"2", L"", L"True", L" 1", L"0"}) {
+        ASSERT_EQ(S_OK, OutputOf(block, L"Out")->put_IsDisplayable(VARIANT_TRUE));
+        const std::wstring xml =
+            L"<A><Outputs><Out IsDisplayable=\"" + std::wstring(text) + L"\"/></Outputs></A>";
+        ASSERT_EQ(S_OK, block->XmlLoad(Parsed(xml.c_str()).Get()));
+        EXPECT_FALSE(Flag(*OutputOf(block, L"Out").Get(), &IOutput::get_IsDisplayable)) << text;
+    }
+}
+
 TEST_F(GenericXmlTest, TellsNobodyOfWhatItLoads) {
     const auto block = NewBlock(L"O_Tam_AI_id");
     const auto interceptor = Interceptor::Make();

@@ -86,6 +86,7 @@ TEST(XmlReaderTest, RefusesWhatIsNotWellFormed) {
         {L"<a b='&#0;'/>", L"line 1, column 7: a reference to nothing that is known"},
         {L"<a b='&#;'/>", L"line 1, column 7: a reference to nothing that is known"},
         {L"<a b='&#xD800;'/>", L"line 1, column 7: a reference to nothing that is known"},
+        {L"<a b='&#xDFFF;'/>", L"line 1, column 7: a reference to nothing that is known"},
         {L"<a b='&#x110000;'/>", L"line 1, column 7: a reference to nothing that is known"},
         {L"<a b='&#99999999999999999999;'/>", L"line 1, column 7: a reference to nothing that is known"},
         {L"<a b='&#1a;'/>", L"line 1, column 7: a reference to nothing that is known"},
