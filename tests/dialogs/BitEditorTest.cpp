@@ -16,6 +16,14 @@ class frmCPModif5Test : public DialogTest {
         }
         return bits;
     }
+    /// A bit's label as a screen reader has it.
+    static com::Ref<IAccessible> AccessibleOf(HWND label) {
+        com::Ref<IAccessible> accessible;
+        EXPECT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                                             accessible.PutVoid()),
+                  S_OK);
+        return accessible;
+    }
 };
 
 TEST_F(frmCPModif5Test, ShowsEightBitsOfAOneByteType) {
@@ -69,16 +77,9 @@ TEST_F(frmCPModif5Test, CancelLeavesTheValue) {
 }
 
 TEST_F(frmCPModif5Test, AScreenReaderIsToldTheBitsNumber) {
-    const auto accessibleOf = [](HWND label) {
-        com::Ref<IAccessible> accessible;
-        EXPECT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
-                                             accessible.PutVoid()),
-                  S_OK);
-        return accessible;
-    };
-    const auto value = Edit(Attribute(kBits8, L"5"), [&](Shown& dialog) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
         for (int bit = 0; bit < 8; ++bit) {
-            const auto accessible = accessibleOf(dialog.Control(IDC_BIT + bit));
+            const auto accessible = AccessibleOf(dialog.Control(IDC_BIT + bit));
             ASSERT_TRUE(accessible);
             const com::Variant self(long{CHILDID_SELF});
             com::Bstr name;
@@ -96,6 +97,70 @@ TEST_F(frmCPModif5Test, AScreenReaderIsToldTheBitsNumber) {
             EXPECT_EQ((state.Get().lVal & STATE_SYSTEM_FOCUSED) != 0, bit == 7);
             EXPECT_NE(state.Get().lVal & STATE_SYSTEM_FOCUSABLE, 0);
         }
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"5");
+}
+
+TEST_F(frmCPModif5Test, AScreenReaderFlipsABit) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        const auto accessible = AccessibleOf(dialog.Control(IDC_BIT + 1));
+        ASSERT_TRUE(accessible);
+        const com::Variant self(long{CHILDID_SELF});
+        com::Bstr action;
+        EXPECT_EQ(accessible->get_accDefaultAction(self.Get(), action.Put()), S_OK);
+        EXPECT_EQ(action.View(), L"Flip");
+        EXPECT_EQ(accessible->accDoDefaultAction(self.Get()), S_OK);
+        dialog.PressKey(VK_SHIFT); // what was posted comes first
+        EXPECT_EQ(Bits(dialog), L"00000111");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(value, L"7");
+}
+
+TEST_F(frmCPModif5Test, TheLabelsOwnPlaceAndTreeAreTheSystems) {
+    Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        const HWND label = dialog.Control(IDC_BIT + 1);
+        const auto accessible = AccessibleOf(label);
+        com::Ref<IAccessible> plain;
+        ASSERT_EQ(CreateStdAccessibleObject(label, OBJID_CLIENT, IID_IAccessible, plain.PutVoid()), S_OK);
+        const com::Variant self(long{CHILDID_SELF});
+        RECT place{};
+        GetClientRect(label, &place);
+        MapWindowPoints(label, nullptr, reinterpret_cast<POINT*>(&place), 2);
+        LONG left = 0;
+        LONG top = 0;
+        LONG width = 0;
+        LONG height = 0;
+        EXPECT_EQ(accessible->accLocation(&left, &top, &width, &height, self.Get()), S_OK);
+        EXPECT_EQ(std::make_pair(left, top), std::make_pair(place.left, place.top));
+        EXPECT_EQ(std::make_pair(width, height),
+                  std::make_pair(place.right - place.left, place.bottom - place.top));
+        LONG children = -1;
+        EXPECT_EQ(accessible->get_accChildCount(&children), S_OK);
+        EXPECT_EQ(children, 0);
+        com::Ref<IDispatch> parent;
+        com::Ref<IDispatch> plainParent;
+        EXPECT_EQ(accessible->get_accParent(parent.Put()), plain->get_accParent(plainParent.Put()));
+        EXPECT_EQ(static_cast<bool>(parent), static_cast<bool>(plainParent));
+        EXPECT_EQ(accessible->put_accName(self.Get(), nullptr), DISP_E_MEMBERNOTFOUND);
+        EXPECT_EQ(accessible->put_accValue(self.Get(), nullptr), DISP_E_MEMBERNOTFOUND);
+        UINT count = 7;
+        EXPECT_EQ(accessible->GetTypeInfoCount(&count), S_OK);
+        EXPECT_EQ(count, 0U);
+        EXPECT_EQ(accessible->GetTypeInfoCount(nullptr), E_POINTER);
+        EXPECT_TRUE(com::SameObject(accessible.As<IDispatch>().Get(), accessible.Get()));
+        dialog.Click(IDCANCEL);
+    });
+}
+
+TEST_F(frmCPModif5Test, OtherKeysFlipNothing) {
+    const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        dialog.PressKey('1');
+        dialog.PressKey(VK_DOWN);
+        dialog.PressKey(VK_UP);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 7));
+        EXPECT_EQ(Bits(dialog), L"00000101");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"5");
