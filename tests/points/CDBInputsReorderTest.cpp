@@ -63,6 +63,7 @@ TEST_F(CDBInputsReorderTest, CountsNoCommentsAndNoText) {
 
 TEST_F(CDBInputsReorderTest, MovesARepeatedInputOn) {
     EXPECT_EQ(Reordered(L"<A/><A/>"), (Order{L"B", L"A", L"C", L"D"}));
+    EXPECT_EQ(Reordered(L"<A/><B/><C/><A/>"), (Order{L"B", L"C", L"D", L"A"})) << "to the last place";
 }
 
 TEST_F(CDBInputsReorderTest, DoesNothingBeyondTheLastPosition) {

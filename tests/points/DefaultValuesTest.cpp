@@ -87,6 +87,7 @@ TEST(DefaultValuesTest, DoesNotGoOnBehindAFirstOneWithoutAChild) {
 TEST(DefaultValuesTest, TakesTheFirstChildAlone) {
     EXPECT_EQ(Found(Definition(L"<Gain><DefaultValue>1<b>2</b></DefaultValue></Gain>"), L"Gain"), L"1");
     EXPECT_EQ(Found(Definition(L"<Gain><DefaultValue><b>2</b>1</DefaultValue></Gain>"), L"Gain"), L"2");
+    EXPECT_EQ(Found(Definition(L"<Gain><DefaultValue> 1 </DefaultValue></Gain>"), L"Gain"), L" 1 ");
 }
 
 TEST(DefaultValuesTest, AgreesWithTheQueryWhereNamesHavePrefixesOrNamespaces) {

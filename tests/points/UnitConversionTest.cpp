@@ -3,6 +3,8 @@
 #include "com/LateBound.h"
 #include "common/RunTimeError.h"
 
+#include <functional>
+
 using namespace support;
 using namespace points;
 
@@ -19,6 +21,12 @@ class ScriptConverter final : public IDispatch {
     bool hasMembers = true;
     bool isNumeric = false;
     bool fails = false;
+    /// What a failing call puts into its exception.
+    std::function<void(EXCEPINFO&)> raise = [](EXCEPINFO& exception) {
+        exception.scode = static_cast<SCODE>(0x800A1234);
+        exception.bstrSource = com::Bstr(L"Units of the host").Detach();
+        exception.bstrDescription = com::Bstr(L"No such unit").Detach();
+    };
 
     virtual ~ScriptConverter() = default;
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
@@ -56,9 +64,7 @@ class ScriptConverter final : public IDispatch {
         }
         calls.push_back(std::move(call));
         if (fails) {
-            exception->scode = static_cast<SCODE>(0x800A1234);
-            exception->bstrSource = com::Bstr(L"Units of the host").Detach();
-            exception->bstrDescription = com::Bstr(L"No such unit").Detach();
+            raise(*exception);
             return DISP_E_EXCEPTION;
         }
         if (id == 1 && isNumeric) {
@@ -86,6 +92,14 @@ class FailingConverter final : public com::DualObject<FailingConverter, IUnitCon
     }
     STDMETHODIMP Label(BSTR, BSTR*) override { return E_UNEXPECTED; }
 };
+
+/// Fills an exception in when its receiver asks.
+HRESULT STDMETHODCALLTYPE FillInLate(EXCEPINFO* exception) {
+    exception->scode = static_cast<SCODE>(0x800A1235);
+    exception->bstrSource = com::Bstr(L"Later").Detach();
+    exception->bstrDescription = com::Bstr(L"Told when asked").Detach();
+    return S_OK;
+}
 
 class UnitConversionTest : public PointsTest {
   protected:
@@ -123,6 +137,27 @@ TEST_F(UnitConversionTest, HandsAFailureByNameToTheCallerAsItWasRaised) {
     EXPECT_EQ(error.source, L"Units of the host");
     EXPECT_EQ(shown.Get(), nullptr);
     EXPECT_EQ(script->calls.size(), 1u); // the label is not asked for any more
+}
+
+TEST_F(UnitConversionTest, AsksForAnExceptionThatIsFilledInLater) {
+    script->fails = true;
+    script->raise = [](EXCEPINFO& exception) { exception.pfnDeferredFillIn = &FillInLate; };
+    com::Bstr shown;
+    EXPECT_EQ(Over(script.Get())->get_DispValue(shown.Put()), static_cast<HRESULT>(0x800A1235));
+    const ErrorTexts error = LastError();
+    EXPECT_EQ(error.description, L"Told when asked");
+    EXPECT_EQ(error.source, L"Later");
+}
+
+TEST_F(UnitConversionTest, TakesTheNumberOfAnExceptionForItsCode) {
+    script->fails = true;
+    script->raise = [](EXCEPINFO& exception) { exception.wCode = 11; };
+    com::Bstr shown;
+    const auto gain = Over(script.Get());
+    EXPECT_EQ(gain->get_DispValue(shown.Put()), static_cast<HRESULT>(0x800A000B));
+    EXPECT_EQ(LastError().source, L"O_Tam_id");
+    script->raise = [](EXCEPINFO&) {};
+    EXPECT_EQ(gain->get_DispValue(shown.Put()), DISP_E_EXCEPTION);
 }
 
 TEST_F(UnitConversionTest, HandsAFailureBySlotToTheCallerAsItWasRaised) {

@@ -36,6 +36,27 @@ TEST_F(YieldTest, DispatchesMessagesWhileAttributesAreLoaded) {
     EXPECT_EQ(heard, 1);
 }
 
+TEST_F(YieldTest, LeavesTheEndOfTheHostsLoopToTheHost) {
+    PostQuitMessage(7);
+    EXPECT_EQ(Inputs(module).As<_CDBInputs>()->XmlLoad(Saved(L"<Inputs><B/><A/></Inputs>").Get()), S_OK);
+    EXPECT_EQ(Names(Inputs(module)), (std::vector<std::wstring>{L"B", L"A"}));
+    MSG message{};
+    ASSERT_NE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), FALSE);
+    EXPECT_EQ(message.wParam, 7U);
+}
+
+TEST_F(YieldTest, TurnsKeysIntoCharacters) {
+    const HWND box =
+        CreateWindowExW(0, L"Edit", nullptr, 0, 0, 0, 9, 9, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    ASSERT_NE(box, nullptr);
+    PostMessageW(box, WM_KEYDOWN, VK_SPACE, 0x00390001);
+    EXPECT_EQ(Inputs(module).As<_CDBInputs>()->XmlLoad(Saved(L"<Inputs><A/><B/></Inputs>").Get()), S_OK);
+    wchar_t text[8] = {};
+    GetWindowTextW(box, text, 8);
+    EXPECT_STREQ(text, L" ");
+    DestroyWindow(box);
+}
+
 TEST_F(YieldTest, BearsAHostThatDropsTheModuleMeanwhile) {
     const auto inputs = Inputs(module).As<_CDBInputs>();
     const Listener dropping([this] { module.Reset(); });
