@@ -2,6 +2,7 @@
 
 #include "common/Case.h"
 #include "common/ComponentState.h"
+#include "common/DocumentType.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 
@@ -29,6 +30,11 @@ constexpr const wchar_t* kRowArea2 = L"Size_area_2";
 constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
 constexpr std::uint8_t kMostRows = 255;
 
+[[noreturn]] void ThrowDefinitionError(std::wstring_view line, std::wstring_view reason) {
+    throw RunTimeError(kDefinitionError, com::ThisModule().Name(),
+                       std::wstring(line) + L"\r" + std::wstring(reason));
+}
+
 /// Throws the definition error with what the parser says of the file.
 [[noreturn]] void ThrowParseError(const dom::Document& document) {
     com::Ref<IXMLDOMParseError> error;
@@ -37,8 +43,7 @@ constexpr std::uint8_t kMostRows = 255;
     com::Bstr reason;
     com::Check(error->get_srcText(line.Put()));
     com::Check(error->get_reason(reason.Put()));
-    throw RunTimeError(kDefinitionError, com::ThisModule().Name(),
-                       std::wstring(line.View()) + L"\r" + std::wstring(reason.View()));
+    ThrowDefinitionError(line.View(), reason.View());
 }
 
 /// Name of the first file that fits the pattern; empty when none does. Folders
@@ -93,6 +98,9 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
     com::Check(definition_->load(file.Get(), &done));
     if (done == VARIANT_FALSE) {
         ThrowParseError(definition_);
+    }
+    if (dom::HasDocumentType(definition_)) { // the words of the parsers that refuse it themselves
+        ThrowDefinitionError({}, L"DTD is prohibited.");
     }
     for (long state = 0; state != kReadyStateComplete;) {
         com::Check(definition_->get_readyState(&state));

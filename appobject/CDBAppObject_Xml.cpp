@@ -1,6 +1,7 @@
 #include "appobject/CDBAppObject.h"
 
 #include "common/Case.h"
+#include "common/DocumentType.h"
 #include "common/MessageLoop.h"
 #include "common/Numbers.h"
 #include "common/Report.h"
@@ -203,8 +204,12 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         const dom::Document stream = dom::NewDocument(dom::kDocumentClass);
         const com::Bstr text(com::View(xml));
         VARIANT_BOOL done = VARIANT_FALSE;
-        // A text that is no XML leaves the document empty: the first look-up fails.
+        // A text that is no XML leaves the document empty: the first look-up
+        // fails. So it does for a text with a document type.
         com::Check(stream->loadXML(text.Get(), &done));
+        if (dom::HasDocumentType(stream)) {
+            throw RunTimeError(RunTime::ObjectNotSet);
+        }
         LoadStreamHeader(dom::Node(stream));
         definitionName_ = kStreamDefinition;
         LoadSection(stream, kStreamInputs, inputs_, link_);

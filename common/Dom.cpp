@@ -43,8 +43,9 @@ Document NewDocument(REFCLSID documentClass) {
     VARIANT yes{};
     yes.vt = VT_BOOL;
     yes.boolVal = VARIANT_TRUE;
-    // Older parsers do not know the property; they do not expand entities by default either.
+    // Older parsers do not know the property. They would fetch what a document refers to.
     document->setProperty(Bstr(L"ProhibitDTD").Get(), yes);
+    Check(document->put_resolveExternals(VARIANT_FALSE));
     return document;
 }
 

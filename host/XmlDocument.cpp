@@ -1,5 +1,6 @@
 #include "host/XmlDocument.h"
 
+#include "common/DocumentType.h"
 #include "common/RunTimeError.h"
 
 namespace orv {
@@ -25,6 +26,13 @@ namespace dom = tam::dom;
     throw tam::RunTimeError(static_cast<HRESULT>(error), {}, message);
 }
 
+void RefuseDocumentType(const dom::Document& document, const std::wstring& what, BlockError error) {
+    if (dom::HasDocumentType(document)) {
+        throw tam::RunTimeError(static_cast<HRESULT>(error), {},
+                                what + L" cannot be read as XML: DTD is prohibited.");
+    }
+}
+
 } // namespace
 
 dom::Document LoadXmlFile(const std::wstring& path, BlockError error) {
@@ -35,6 +43,7 @@ dom::Document LoadXmlFile(const std::wstring& path, BlockError error) {
     if (loaded == VARIANT_FALSE) {
         ThrowParseError(document, L"\"" + path + L"\"", error);
     }
+    RefuseDocumentType(document, L"\"" + path + L"\"", error);
     return document;
 }
 
@@ -45,6 +54,7 @@ dom::Document LoadXmlText(std::wstring_view xml, BlockError error) {
     if (loaded == VARIANT_FALSE) {
         ThrowParseError(document, L"The text", error);
     }
+    RefuseDocumentType(document, L"The text", error);
     return document;
 }
 

@@ -1,0 +1,11 @@
+#include "common/DocumentType.h"
+
+namespace tam::dom {
+
+bool HasDocumentType(const Document& document) {
+    com::Ref<IXMLDOMDocumentType> type;
+    com::Check(document->get_doctype(type.Put()));
+    return static_cast<bool>(type);
+}
+
+} // namespace tam::dom
