@@ -26,6 +26,14 @@ std::wstring LocalForm(std::wstring_view number) {
     return MoveDecimalMark(number, State().DecimalSeparator);
 }
 
+/// Whether a path is no more than a node's name. Blanks behind the name do not
+/// count in a path.
+bool IsNameOf(const dom::Node& node, std::wstring_view path) {
+    const std::wstring name = dom::BaseName(node);
+    return path.starts_with(name) &&
+           path.find_first_not_of(L" \t\r\n", name.size()) == std::wstring_view::npos;
+}
+
 /// The entry of an identifier among the children of the catalogue's document
 /// element; empty when there is none.
 dom::Node FindEntry(const std::wstring& id) {
@@ -36,7 +44,10 @@ dom::Node FindEntry(const std::wstring& id) {
     dom::Element root;
     com::Check(document->get_documentElement(root.Put()));
     com::CheckSet(root.Get());
-    return dom::Select(dom::Node(root), std::wstring(kEntryPrefix) + id);
+    const std::wstring path = std::wstring(kEntryPrefix) + id;
+    const dom::Node entry = dom::Select(dom::Node(root), path);
+    // An identifier such as "105/.." or "105 | //*" is a path that leads elsewhere.
+    return entry && IsNameOf(entry, path) ? entry : dom::Node();
 }
 
 /// A failure inside one of the two value reads ends that read alone and is
