@@ -105,6 +105,7 @@ Host::Host(const Options& options, Report& report)
     com::Ref<IXMLDOMElement> root;
     com::Check(catalogueDocument_->get_documentElement(root.Put()));
     catalogue_ = xml::Node(root);
+    types_ = xml::IndexOf(catalogue_);
     MakeObject();
 }
 
@@ -190,8 +191,9 @@ void Host::LoadStream() {
 }
 
 void Host::LoadStreamText(const std::wstring& text) {
-    deviceKey_ = xml::TextAt(xml::Node(xml::LoadText(text)), L"Tam/DevKey");
     Step("LoadFromXmlStream", [&] { com::Check(tam_->LoadFromXmlStream(com::Bstr(text).Get())); });
+    // The component gives the key to no one. It has refused a text with a document type by now.
+    deviceKey_ = xml::TextAt(xml::Node(xml::LoadText(text)), L"Tam/DevKey");
     SetKeys();
     GiveEnumTexts();
     if (options_.wire) {
@@ -217,8 +219,7 @@ void Host::GiveEnumTexts() {
                 return;
             }
             const std::wstring id = WideOf(*type.Get(), &ISNVType::get_ID);
-            const std::wstring texts =
-                id.empty() ? std::wstring() : xml::TextAt(catalogue_, L"SNVT_" + id + L"/EnumDesc");
+            const std::wstring texts = CatalogueText(id, L"EnumDesc");
             if (!texts.empty()) {
                 com::Check(enumeration->put_EnumDesc(com::Bstr(texts).Get()));
             }
@@ -226,12 +227,17 @@ void Host::GiveEnumTexts() {
     });
 }
 
+std::wstring Host::CatalogueText(const std::wstring& typeId, const wchar_t* child) const {
+    const auto type = types_.find(L"SNVT_" + typeId);
+    return type != types_.end() ? xml::TextAt(type->second, child) : std::wstring();
+}
+
 void Host::WireInputs() {
-    const xml::Node description = Interoperability(*this);
+    const xml::ElementIndex inputs = PointsIn(Interoperability(*this), L"Inputs");
     Step("wiring", [&] {
         ForEachInput(*app_.Get(), [&](IInput& input) {
             const std::wstring name = WideOf(input, &IInput::get_Name);
-            wires_.push_back(WireInput(input, xml::TextAt(description, L"Inputs/" + name + L"/Reference")));
+            wires_.push_back(WireInput(input, xml::TextAt(inputs.at(name), L"Reference")));
         });
     });
 }

@@ -64,6 +64,8 @@ class Host {
     IAppObject& App() const noexcept { return *app_.Get(); }
     ITamObject& Tam() const noexcept { return *tam_.Get(); }
     const xml::Node& Catalogue() const noexcept { return catalogue_; }
+    /// A text of a type in the catalogue; empty where there is no such type or text.
+    std::wstring CatalogueText(const std::wstring& typeId, const wchar_t* child) const;
     const xml::Document& CatalogueDocument() const noexcept { return catalogueDocument_; }
     const std::wstring& CatalogueFile() const noexcept { return catalogueFile_; }
     /// The key of the device, as the stream gives it.
@@ -109,6 +111,7 @@ class Host {
     std::wstring catalogueFile_;
     xml::Document catalogueDocument_;
     xml::Node catalogue_;
+    xml::ElementIndex types_;
     com::Ref<IAppObject> app_;
     com::Ref<ITamObject> tam_;
     com::Ref<IDispatch> project_;

@@ -50,7 +50,7 @@ Json TypeByNumber(const Host& host, const std::wstring& id) {
     if (id.empty()) {
         return nullptr;
     }
-    return {{"id", Utf8(id)}, {"name", TextBelow(host.Catalogue(), L"SNVT_" + id + L"/Name")}};
+    return {{"id", Utf8(id)}, {"name", Utf8(host.CatalogueText(id, L"Name"))}};
 }
 
 } // namespace
@@ -88,6 +88,11 @@ xml::Node Interoperability(Host& host) {
     com::Check(root->get_firstChild(element.Put()));
     com::CheckSet(element.Get());
     return element;
+}
+
+xml::ElementIndex PointsIn(const xml::Node& interoperability, const wchar_t* kind) {
+    const xml::Node points = xml::Select(interoperability, kind);
+    return points ? xml::IndexOf(points) : xml::ElementIndex();
 }
 
 Json ReadType(ISNVType* type) {
@@ -158,20 +163,21 @@ Json ReadModule(Host& host) {
 
 Json ReadInputs(Host& host, const xml::Node& interoperability) {
     Json inputs = Json::array();
+    const xml::ElementIndex described = PointsIn(interoperability, L"Inputs");
     host.Step("reading the inputs", [&] {
         ForEachInput(host.App(), [&](IInput& input) {
             const std::wstring name = WideOf(input, &IInput::get_Name);
-            const std::wstring path = L"Inputs/" + name + L"/";
+            const xml::Node& point = described.at(name);
             com::Ref<ISNVType> connectedType;
             com::Check(input.get_ConnectedType(connectedType.Put()));
             inputs.push_back(
                 {{"name", Utf8(name)},
                  {"index", NumberOf(input, &IInput::get_Index)},
-                 {"type", TypeByNumber(host, xml::TextAt(interoperability, path + L"SNVTType"))},
+                 {"type", TypeByNumber(host, xml::TextAt(point, L"SNVTType"))},
                  {"accepts", ReadAccepted(input)},
-                 {"reference", TextBelow(interoperability, path + L"Reference")},
-                 {"logicalAddress", TextBelow(interoperability, path + L"LogicalAddress")},
-                 {"permanent", TextBelow(interoperability, path + L"isPermanent") == "True"},
+                 {"reference", TextBelow(point, L"Reference")},
+                 {"logicalAddress", TextBelow(point, L"LogicalAddress")},
+                 {"permanent", TextBelow(point, L"isPermanent") == "True"},
                  {"value", TextOf(input, &IInput::get_Value)},
                  {"connected", FlagOf(input, &IInput::get_IsConnected)},
                  {"connectedType",
@@ -186,6 +192,7 @@ Json ReadInputs(Host& host, const xml::Node& interoperability) {
 
 Json ReadOutputs(Host& host, const xml::Node& interoperability) {
     Json outputs = Json::array();
+    const xml::ElementIndex described = PointsIn(interoperability, L"Outputs");
     host.Step("reading the outputs", [&] {
         ForEachOutput(host.App(), [&](IOutput& output) {
             const std::wstring name = WideOf(output, &IOutput::get_Name);
@@ -193,18 +200,17 @@ Json ReadOutputs(Host& host, const xml::Node& interoperability) {
             com::Check(output.get_SNVTType(type.Put()));
             const auto item = com::Query<IDisplayItem>(&output);
             com::CheckSet(item.Get());
-            outputs.push_back(
-                {{"name", Utf8(name)},
-                 {"index", NumberOf(output, &IOutput::get_Index)},
-                 {"type", ReadType(type.Get())},
-                 {"reference", TextOf(*item.Get(), &IDisplayItem::get_Reference)},
-                 {"logicalAddress", TextBelow(interoperability, L"Outputs/" + name + L"/LogicalAddress")},
-                 {"connected", FlagOf(output, &IOutput::get_IsConnected)},
-                 {"displayable", FlagOf(output, &IOutput::get_IsDisplayable)},
-                 {"displayWritable", FlagOf(output, &IOutput::get_DisplayWritable)},
-                 {"macroConnected", FlagOf(output, &IOutput::get_IsMacroConnected)},
-                 {"globalKey", TextOf(output, &IOutput::get_GlobalKey)},
-                 {"extendedKey", TextOf(output, &IOutput::get_ExtendedKey)}});
+            outputs.push_back({{"name", Utf8(name)},
+                               {"index", NumberOf(output, &IOutput::get_Index)},
+                               {"type", ReadType(type.Get())},
+                               {"reference", TextOf(*item.Get(), &IDisplayItem::get_Reference)},
+                               {"logicalAddress", TextBelow(described.at(name), L"LogicalAddress")},
+                               {"connected", FlagOf(output, &IOutput::get_IsConnected)},
+                               {"displayable", FlagOf(output, &IOutput::get_IsDisplayable)},
+                               {"displayWritable", FlagOf(output, &IOutput::get_DisplayWritable)},
+                               {"macroConnected", FlagOf(output, &IOutput::get_IsMacroConnected)},
+                               {"globalKey", TextOf(output, &IOutput::get_GlobalKey)},
+                               {"extendedKey", TextOf(output, &IOutput::get_ExtendedKey)}});
         });
     });
     return outputs;

@@ -58,6 +58,8 @@ com::Ref<IAttribute> FindAttribute(IAppObject& object, const std::wstring& name)
 /// The interoperability element: the only place where the component tells
 /// references and logical addresses.
 xml::Node Interoperability(Host& host);
+/// Its points of one kind ("Inputs", "Outputs", "Attributes") by name.
+xml::ElementIndex PointsIn(const xml::Node& interoperability, const wchar_t* kind);
 
 // Each as a document: all that the interfaces tell.
 

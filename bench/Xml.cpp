@@ -135,6 +135,11 @@ Document LoadFile(const std::wstring& path) {
     if (done == VARIANT_FALSE) {
         ThrowParseError(document, path);
     }
+    com::Ref<IXMLDOMDocumentType> type; // not every parser refuses it when told to
+    com::Check(document->get_doctype(type.Put()));
+    if (type) {
+        throw BenchError(E_FAIL, Utf8(path) + " has a document type (DTD), which is not accepted");
+    }
     return document;
 }
 
@@ -188,6 +193,12 @@ std::size_t CountElements(const Node& parent) {
     std::size_t count = 0;
     ForEachElement(parent, [&](const Node&) { ++count; });
     return count;
+}
+
+ElementIndex IndexOf(const Node& parent) {
+    ElementIndex index;
+    ForEachElement(parent, [&](const Node& child) { index.emplace(NameOf(child), child); });
+    return index;
 }
 
 std::string Print(const Node& node, std::size_t longest) {

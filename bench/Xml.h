@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <unordered_map>
 
 // The interface headers of this tool chain declare the DOM without identifiers.
 __CRT_UUID_DECL(IXMLDOMNode, 0x2933BF80, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
@@ -23,7 +24,7 @@ using Document = com::Ref<IXMLDOMDocument2>;
 
 /// An empty MSXML 6 document that refuses document types.
 Document New();
-/// Throws BenchError when the file is not there or no XML.
+/// Throws BenchError when the file is not there, no XML or has a document type.
 Document LoadFile(const std::wstring& path);
 /// Empty when the text is no XML.
 Document LoadText(const std::wstring& text);
@@ -38,6 +39,9 @@ std::wstring TextOf(const Node& node);
 std::wstring NameOf(const Node& node);
 void ForEachElement(const Node& parent, const std::function<void(const Node&)>& visit);
 std::size_t CountElements(const Node& parent);
+/// The child elements of a node by name, the first one of each name.
+using ElementIndex = std::unordered_map<std::wstring, Node>;
+ElementIndex IndexOf(const Node& parent);
 
 /// A node with all below it, indented by two blanks a level; comments are left out.
 /// Attribute values longer than `longest` are cut, with "…" as the sign of it.
