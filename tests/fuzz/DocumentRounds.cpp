@@ -18,9 +18,19 @@ std::size_t IndexOf(Input::Kind kind) {
     return static_cast<std::size_t>(kind);
 }
 
+/// Where the corpus lies, with a closing backslash.
+constexpr const wchar_t* kCorpus = TAM_FUZZ_DOCUMENTS;
+
 bool LoadXml(const Document& document, const std::wstring& text) {
     VARIANT_BOOL done = VARIANT_FALSE;
     return SUCCEEDED(document->loadXML(com::Bstr(text).Get(), &done)) && done != VARIANT_FALSE;
+}
+
+/// The component's own documents may have no document type.
+bool HasType(const Document& document) {
+    com::Ref<IXMLDOMDocumentType> type;
+    com::Check(document->get_doctype(type.Put()));
+    return static_cast<bool>(type);
 }
 
 /// A chain of elements, made one by one.
@@ -76,13 +86,16 @@ void DocumentFuzzTest::SetUp() {
     ComponentTest::SetUp();
     UseCompiler();
     UseDatabaseLocation();
-    corpus_ = TAM_FUZZ_DOCUMENTS;
-    for (std::size_t i = 0; i < good_.size(); ++i) {
-        goodTexts_[i] = FromUtf8(ReadFile(corpus_ + L"good-" + Input::kNames[i] + L".xml"));
+    for (std::size_t i = 0; i < seeds_.size(); ++i) {
+        goodTexts_[i] = FromUtf8(ReadFile(std::wstring(kCorpus) + L"good-" + Input::kNames[i] + L".xml"));
+        seeds_[i] = {TreeOf(com::Ref<IXMLDOMNode>(Root(Parse(goodTexts_[i])).Get()))};
+    }
+    for (const std::wstring& name : Corpus()) {
+        const Input input = FromFile(name);
         const Document document = NewDocument();
-        com::Check(document->put_preserveWhiteSpace(VARIANT_FALSE));
-        ASSERT_TRUE(LoadXml(document, goodTexts_[i])) << i;
-        good_[i] = TreeOf(com::Ref<IXMLDOMNode>(Root(document).Get()));
+        if (LoadXml(document, input.text) && !HasType(document)) {
+            seeds_[IndexOf(input.kind)].push_back(TreeOf(com::Ref<IXMLDOMNode>(Root(document).Get())));
+        }
     }
     goodCatalogue_ = Parse(goodTexts_[IndexOf(Input::Kind::Catalogue)]);
     library_.emplace(Component::DllPath(), 1);
@@ -107,8 +120,9 @@ void DocumentFuzzTest::TearDown() {
 
 Input DocumentFuzzTest::Changed(Random& random) const {
     Input input;
-    input.kind = static_cast<Input::Kind>(random.Below(4));
-    Tree tree = good_.at(IndexOf(input.kind));
+    input.kind = static_cast<Input::Kind>(random.Below(Input::kNames.size()));
+    const std::vector<Tree>& seeds = seeds_.at(IndexOf(input.kind));
+    Tree tree = random.OneIn(2) ? seeds.front() : random.Of(seeds);
     Mutate(tree, random);
     input.text = Damage(tree, random.OneIn(2) ? secret_ : secretFile_->Path(), random);
     input.bytes = Encode(input.text, random);
@@ -117,16 +131,33 @@ Input DocumentFuzzTest::Changed(Random& random) const {
     return input;
 }
 
-Input DocumentFuzzTest::FromFile(const std::wstring& path) {
+std::vector<std::wstring> DocumentFuzzTest::Corpus() {
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW((std::wstring(kCorpus) + L"*-*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        throw std::runtime_error("the corpus is not there");
+    }
+    do {
+        const std::wstring name = found.cFileName;
+        if (!name.starts_with(L"good-")) {
+            names.push_back(name);
+        }
+    } while (FindNextFileW(search, &found) != FALSE);
+    FindClose(search);
+    std::sort(names.begin(), names.end()); // the order of a folder is no one's
+    return names;
+}
+
+Input DocumentFuzzTest::FromFile(const std::wstring& name) {
     Input input;
-    const std::wstring name = path.substr(path.find_last_of(L'\\') + 1);
     const auto kind = std::find_if(Input::kNames.begin(), Input::kNames.end(),
                                    [&](const std::wstring& known) { return name.starts_with(known + L"-"); });
     if (kind == Input::kNames.end()) {
         throw std::runtime_error("a file of the corpus whose name tells no kind");
     }
     input.kind = static_cast<Input::Kind>(kind - Input::kNames.begin());
-    input.bytes = ReadFile(path);
+    input.bytes = ReadFile(kCorpus + name);
     input.text = FromUtf8(input.bytes);
     return input;
 }
@@ -146,6 +177,9 @@ void DocumentFuzzTest::Check(const Input& input) {
     case Input::Kind::Project:
         CheckProject(input);
         break;
+    case Input::Kind::Saved:
+        CheckSaved(input);
+        break;
     }
     KnownBoxes();
     EXPECT_EQ(Dll().CanUnload(), S_OK) << "objects of the component are still alive";
@@ -164,6 +198,7 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
     const com::Variant source{std::wstring_view(path)};
     VARIANT_BOOL isXml = VARIANT_FALSE;
     com::Check(document->load(source.Get(), &isXml));
+    isXml = HasType(document) ? VARIANT_FALSE : isXml;
     const ExpectedDefinition expected =
         isXml != VARIANT_FALSE ? DefinitionOf(document) : ExpectedDefinition();
 
@@ -172,9 +207,9 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
     EXPECT_EQ(module->Init(com::Bstr(L"Changed").Get(), &done), S_OK);
     EXPECT_EQ(done, isXml);
     const std::size_t reports = Reports();
-    ++tally_[isXml == VARIANT_FALSE ? "definitions, no XML"
-             : reports != 0         ? "definitions, reported"
-                                    : "definitions, read"];
+    Count(isXml == VARIANT_FALSE ? "definitions, refused"
+          : reports != 0         ? "definitions, reported"
+                                 : "definitions, read");
     EXPECT_TRUE(expected.hasObject || reports == 1);
     EXPECT_TRUE(Text(module, &IAppObject::get_UniqueIDString) == L"Changed");
     EXPECT_TRUE(Text(module, &IAppObject::get_Name) == expected.name);
@@ -193,7 +228,7 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
 void DocumentFuzzTest::CheckCatalogue(const Input& input) {
     const Document document = NewDocument();
     const bool isBuilt = input.isBuilt || !LoadXml(document, input.text);
-    ++tally_[isBuilt ? "catalogues, built" : "catalogues, parsed"];
+    Count(isBuilt ? "catalogues, built" : "catalogues, parsed");
     if (isBuilt) {
         const auto root = ElementOf(document, input);
         com::Ref<IXMLDOMNode> appended;
@@ -214,11 +249,11 @@ void DocumentFuzzTest::CheckCatalogue(const Input& input) {
 
 void DocumentFuzzTest::CheckStream(const Input& input) {
     const Document document = NewDocument();
-    const bool isXml = LoadXml(document, input.text);
+    const bool isXml = LoadXml(document, input.text) && !HasType(document);
     const ExpectedStream expected = StreamOf(document, isXml);
-    ++tally_[!isXml                    ? "streams, no XML"
-             : expected.result == S_OK ? "streams, read"
-                                       : "streams, error " + std::to_string(expected.result & 0xFFFF)];
+    Count(!isXml                    ? "streams, refused"
+          : expected.result == S_OK ? "streams, read"
+                                    : "streams, error " + std::to_string(expected.result & 0xFFFF));
     const auto module = NewModule();
     EXPECT_EQ(module.As<ITamObject>()->LoadFromXmlStream(com::Bstr(input.text).Get()), expected.result);
     SetErrorInfo(0, nullptr);
@@ -233,12 +268,7 @@ void DocumentFuzzTest::CheckStream(const Input& input) {
 
 void DocumentFuzzTest::CheckProject(const Input& input) {
     const Document document = NewDocument();
-    com::Ref<IXMLDOMElement> element;
-    if (input.isBuilt || !LoadXml(document, input.text)) {
-        element = ElementOf(document, input);
-    } else {
-        element = Root(document);
-    }
+    const auto element = ProjectOf(document, input);
     if (!element) {
         return;
     }
@@ -247,7 +277,7 @@ void DocumentFuzzTest::CheckProject(const Input& input) {
     expected.userName = L"Reading room";
     expected.objectId = 3;
     Apply(element, {L"AI1_Out", L"DI1_Out"}, expected);
-    ++tally_[expected.isFaulty ? "projects, reported" : "projects, read"];
+    Count(expected.isFaulty ? "projects, reported" : "projects, read");
     EXPECT_EQ(module->XmlLoad(element.Get()), S_OK);
     EXPECT_EQ(Reports(), expected.isFaulty ? 1u : 0u);
     EXPECT_TRUE(Text(module, &IAppObject::get_UserName) == expected.userName);
@@ -261,6 +291,11 @@ void DocumentFuzzTest::CheckProject(const Input& input) {
         EXPECT_EQ(Flag(output, &IOutput::get_IsDisplayable), expected.displayed.contains(name));
     }
     Use(module);
+}
+
+com::Ref<IXMLDOMElement> DocumentFuzzTest::ProjectOf(const Document& document, const Input& input) const {
+    const bool isBuilt = input.isBuilt || !LoadXml(document, input.text);
+    return isBuilt ? ElementOf(document, input) : Root(document);
 }
 
 com::Ref<IXMLDOMElement> DocumentFuzzTest::ElementOf(const Document& document, const Input& input) const {

@@ -11,14 +11,15 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace component_fuzz {
 
 /// A document on its way into the component.
 struct Input {
-    enum class Kind { Definition, Catalogue, Stream, Project };
-    static constexpr std::array<const wchar_t*, 4> kNames = {L"definition", L"catalogue", L"stream",
-                                                             L"project"};
+    enum class Kind { Definition, Catalogue, Stream, Project, Saved };
+    static constexpr std::array<const wchar_t*, 5> kNames = {L"definition", L"catalogue", L"stream",
+                                                             L"project", L"saved"};
 
     Kind kind = Kind::Definition;
     /// What a file holds, or a member is given as a text.
@@ -40,11 +41,11 @@ class DocumentFuzzTest : public support::ComponentTest {
     Input Changed(Random& random) const;
     /// A document of the corpus as it stands.
     static Input FromFile(const std::wstring& name);
+    /// The names of the corpus but for the good documents.
+    static std::vector<std::wstring> Corpus();
     /// Hands it over, checks what comes of it, and that good documents are
     /// then read as ever.
     void Check(const Input& input);
-    const std::wstring& Folder() const noexcept { return corpus_; }
-
     Watchdog& Dog() { return *watchdog_; }
     /// How many documents of each kind came to what.
     const std::map<std::string, unsigned>& Tally() const noexcept { return tally_; }
@@ -54,6 +55,9 @@ class DocumentFuzzTest : public support::ComponentTest {
     void CheckCatalogue(const Input& input);
     void CheckStream(const Input& input);
     void CheckProject(const Input& input);
+    void CheckSaved(const Input& input);
+    /// The element that a host hands over; empty when the DOM takes none.
+    com::Ref<IXMLDOMElement> ProjectOf(const support::Document& document, const Input& input) const;
     com::Ref<IXMLDOMElement> ElementOf(const support::Document& document, const Input& input) const;
     /// Saves, exports and describes a module, whatever state it is in.
     void Use(const com::Ref<IAppObject>& module);
@@ -63,11 +67,13 @@ class DocumentFuzzTest : public support::ComponentTest {
     /// The boxes since the last call; each is one that the component may show.
     std::vector<bench::Box> KnownBoxes();
     std::size_t Reports();
+    void Count(const std::string& what) { ++tally_[what]; }
 
-    std::wstring corpus_;
     std::wstring secret_;
-    std::array<std::wstring, 4> goodTexts_;
-    std::array<Tree, 4> good_;
+    std::array<std::wstring, Input::kNames.size()> goodTexts_;
+    /// What is changed: for each kind the good document and those of the
+    /// corpus that are XML.
+    std::array<std::vector<Tree>, Input::kNames.size()> seeds_;
     support::Document goodCatalogue_;
     std::optional<contract::TypeLibrary> library_;
     std::optional<support::TextFile> secretFile_;

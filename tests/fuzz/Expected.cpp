@@ -222,8 +222,10 @@ ExpectedStream StreamOf(const Document& document, bool isXml) {
 void Apply(const com::Ref<IXMLDOMElement>& element, const std::vector<std::wstring>& outputs,
            ExpectedProject& expected) {
     try {
-        for (const Node& child : ChildrenButComments(Node(element.Get()))) {
-            ApplyChild(child, outputs, expected);
+        for (const Node& child : Children(Node(element.Get()))) {
+            if (TypeOf(child) == NODE_ELEMENT) { // an instruction has a name too
+                ApplyChild(child, outputs, expected);
+            }
         }
     } catch (const RunTimeError&) {
         expected.isFaulty = true;

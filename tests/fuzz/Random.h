@@ -29,9 +29,4 @@ class Random {
     std::mt19937 engine_;
 };
 
-/// A text that a member or a document might stumble over: empty, blank, a
-/// number at, near or past a limit, a path, a half of a surrogate pair, a NUL,
-/// very long. The last kind comes seldom.
-std::wstring AnyText(Random& random);
-
 } // namespace component_fuzz

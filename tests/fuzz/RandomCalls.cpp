@@ -2,6 +2,7 @@
 
 #include "com/Conversion.h"
 #include "tests/fuzz/Describe.h"
+#include "tests/fuzz/Texts.h"
 #include "tests/support/Component.h"
 
 #include <gtest/gtest.h>
