@@ -38,7 +38,9 @@ class BitAccessible final : public com::Counted<IAccessible> {
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         return count == nullptr ? E_POINTER : (*count = 0, S_OK);
     }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        return info == nullptr ? E_POINTER : (*info = nullptr, E_NOTIMPL);
+    }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
     STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
         return E_NOTIMPL;
@@ -51,9 +53,15 @@ class BitAccessible final : public com::Counted<IAccessible> {
         return com::Return(__uuidof(IAccessible), value, [&] { return std::wstring(IsSet() ? L"1" : L"0"); });
     }
     STDMETHODIMP get_accRole(VARIANT self, VARIANT* role) override {
+        if (role == nullptr) {
+            return E_POINTER;
+        }
         return Replace(plain_->get_accRole(self, role), role, [](long) { return ROLE_SYSTEM_CHECKBUTTON; });
     }
     STDMETHODIMP get_accState(VARIANT self, VARIANT* state) override {
+        if (state == nullptr) {
+            return E_POINTER;
+        }
         return Replace(plain_->get_accState(self, state), state, [&](long plain) {
             const long focusable = (plain & ~STATE_SYSTEM_READONLY) | STATE_SYSTEM_FOCUSABLE;
             return focusable | (GetFocus() == label_ ? STATE_SYSTEM_FOCUSED : 0) |

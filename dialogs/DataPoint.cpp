@@ -102,11 +102,13 @@ DataPointType DataPoint::Type() const {
 }
 
 com::Ref<IDispatch> DataPoint::Fields() const {
-    if (!attribute_) {
+    com::Ref<IDispatch> fields;
+    // A host may lack the slot and have the member for scripts alone.
+    const HRESULT result = attribute_ ? attribute_->get_Fields(fields.Put()) : E_NOTIMPL;
+    if (result == E_NOTIMPL) {
         return ObjectOfResult(MemberOrNone(*object_.Get(), L"Fields"));
     }
-    com::Ref<IDispatch> fields;
-    com::Check(attribute_->get_Fields(fields.Put()));
+    com::Check(result);
     return fields;
 }
 

@@ -1,6 +1,7 @@
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 
+#include <algorithm>
 #include <functional>
 #include <thread>
 
@@ -59,6 +60,13 @@ class ApartmentTest : public ContractTest {
             SCOPED_TRACE(kind == COINIT_APARTMENTTHREADED ? "apartment of one thread" : "free threads");
             Elsewhere(kind, object, work);
         }
+    }
+    static bool HasMember(const Subject& subject, DISPID id) {
+        const auto& faces = InterfacesOf(subject);
+        return std::any_of(faces.begin(), faces.end(), [&](const Interface& face) {
+            return std::any_of(face.members.begin(), face.members.end(),
+                               [&](const Member& member) { return member.id == id; });
+        });
     }
     static HRESULT Call(const com::Ref<IDispatch>& script, const wchar_t* name, const std::wstring& argument,
                         com::Variant& result, EXCEPINFO* exception = nullptr) {
@@ -128,6 +136,39 @@ TEST_F(ApartmentTest, MarshalsEveryObjectOfEveryClass) {
                       EXPECT_EQ(id, member.id);
                   });
     }
+}
+
+TEST_F(ApartmentTest, EnumeratesInAnotherApartment) {
+    std::size_t count = 0;
+    for (const Subject& subject : Scriptables()) {
+        if (!HasMember(subject, DISPID_NEWENUM)) {
+            continue;
+        }
+        SCOPED_TRACE(subject.name);
+        ElsewhereInEachKind(subject.object.As<IDispatch>(), [](const com::Ref<IDispatch>& script) {
+            std::vector<VARIANT> none;
+            com::Variant result;
+            ASSERT_EQ(contract::Invoke(script.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                       none, result.Put(), nullptr),
+                      S_OK);
+            const auto loop = com::Query<IEnumVARIANT>(result.Get().punkVal);
+            ASSERT_TRUE(loop);
+            for (int i = 0; i < 2; ++i) {
+                com::Variant item;
+                ULONG fetched = 0;
+                EXPECT_EQ(loop->Next(1, item.Put(), &fetched), S_OK);
+                EXPECT_EQ(fetched, 1u);
+                EXPECT_EQ(item.Get().vt, VT_DISPATCH);
+            }
+            EXPECT_EQ(loop->Skip(1), S_FALSE);
+            EXPECT_EQ(loop->Reset(), S_OK);
+            com::Ref<IEnumVARIANT> copy;
+            EXPECT_EQ(loop->Clone(copy.Put()), S_OK);
+            EXPECT_EQ(copy->Skip(2), S_OK);
+        });
+        ++count;
+    }
+    EXPECT_EQ(count, 13u) << "module 4, channel 3, macros 2, block 4";
 }
 
 TEST_F(ApartmentTest, KeepsNothingForAnApartmentThatIsGone) {

@@ -1,3 +1,4 @@
+#include "com/LateBound.h"
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 
@@ -197,6 +198,52 @@ TEST_F(EnumerationTest, GoesOnWhileItsListLosesItsItems) {
         ++count;
     }
     EXPECT_EQ(count, 2u) << "of a module's input and of a block's";
+}
+
+TEST_F(EnumerationTest, GoesOnWhileItsProjectLosesItsGroups) {
+    const auto project = Host().Create<IProject>(__uuidof(::Project));
+    com::Ref<IProjectGroup> group;
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(project->AddGroup(group.Put()), S_OK);
+        ASSERT_EQ(group->AddItem(com::Bstr(L"K7\\RIN\\AI1_Value").Get()), S_OK);
+        ASSERT_EQ(group->AddItem(com::Bstr(L"K7\\RIN\\AI2_Value").Get()), S_OK);
+    }
+    const auto connections = project.As<IMacroConnections>();
+    const Collection groups{support::Object(connections, &IMacroConnections::get_Groups)};
+    const auto items = support::Object(group.As<IMacroConnectionGroup>(), &IMacroConnectionGroup::get_Items);
+    const auto secondGroup = groups.Item(2);
+    const auto secondItem = Collection{items}.Item(2);
+    const auto groupLoop = groups.Begin();
+    const auto itemLoop = Collection{items}.Begin();
+    EXPECT_TRUE(Next(groupLoop));
+    EXPECT_TRUE(Next(itemLoop));
+    EXPECT_EQ(project->ClearGroups(), S_OK);
+    group.Reset();
+    EXPECT_EQ(Rest(groupLoop), Identities{secondGroup.Get()});
+    EXPECT_EQ(Rest(itemLoop), Identities{secondItem.Get()});
+    EXPECT_EQ(Rest(groups.Begin()), Identities());
+}
+
+// Points go with their owner alone: no host interface removes one.
+TEST_F(EnumerationTest, GoesOnWhenItsOwnerIsDestroyed) {
+    for (const Family family : {Family::Module, Family::Channel, Family::Block}) {
+        for (const wchar_t* name : {L"Inputs", L"Outputs", L"Attributes"}) {
+            auto owner = com::Query<IAppObject>(Subjects(family).front().object.Get());
+            ASSERT_TRUE(owner);
+            SCOPED_TRACE(std::to_string(static_cast<int>(family)) + " " + Narrow(name));
+            Collection points{com::Ref<IDispatch>(com::GetMember(*owner.Get(), name).Get().pdispVal)};
+            const auto first = points.Item(1);
+            const auto second = points.Item(2);
+            const auto enumerator = points.Begin();
+            EXPECT_EQ(Next(enumerator), first);
+            points.object.Reset();
+            EXPECT_EQ(owner->Destroy(), S_OK);
+            owner.Reset();
+            EXPECT_EQ(Rest(enumerator), Identities{second.Get()});
+            EXPECT_EQ(enumerator->Reset(), S_OK);
+            EXPECT_EQ(Rest(enumerator), (Identities{first.Get(), second.Get()}));
+        }
+    }
 }
 
 TEST_F(EnumerationTest, OutlivesItsCollection) {

@@ -154,6 +154,43 @@ TEST_F(frmCPModif5Test, TheLabelsOwnPlaceAndTreeAreTheSystems) {
     });
 }
 
+TEST_F(frmCPModif5Test, WhatAScreenReaderIsGivenIsOneObject) {
+    Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
+        com::Ref<IAccessible> accessible;
+        ASSERT_EQ(AccessibleObjectFromWindow(dialog.Control(IDC_BIT), static_cast<DWORD>(OBJID_CLIENT),
+                                             IID_IAccessible, accessible.PutVoid()),
+                  S_OK);
+        const auto identity = com::Query<IUnknown>(accessible.Get());
+        for (const IID& iid : {IID_IUnknown, IID_IDispatch, IID_IAccessible}) {
+            com::Ref<IUnknown> face;
+            ASSERT_EQ(accessible->QueryInterface(iid, face.PutVoid()), S_OK);
+            EXPECT_EQ(com::Query<IUnknown>(face.Get()), identity);
+            EXPECT_EQ(com::Query<IAccessible>(face.Get()), accessible);
+            EXPECT_EQ(face->QueryInterface(iid, nullptr), E_POINTER);
+        }
+        for (const IID& iid : {IID_IClassFactory, IID_IEnumVARIANT, IID_NULL}) {
+            void* out = &out;
+            EXPECT_EQ(accessible->QueryInterface(iid, &out), E_NOINTERFACE);
+            EXPECT_EQ(out, nullptr);
+        }
+        UINT count = 7;
+        EXPECT_EQ(accessible->GetTypeInfoCount(&count), S_OK);
+        EXPECT_EQ(count, 0U);
+        EXPECT_EQ(accessible->GetTypeInfoCount(nullptr), E_POINTER);
+        auto* info = reinterpret_cast<ITypeInfo*>(&count);
+        EXPECT_EQ(accessible->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info), E_NOTIMPL);
+        EXPECT_EQ(info, nullptr);
+        EXPECT_EQ(accessible->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr), E_POINTER);
+        const com::Variant self(long{CHILDID_SELF});
+        EXPECT_EQ(accessible->get_accName(self.Get(), nullptr), E_POINTER);
+        EXPECT_EQ(accessible->get_accValue(self.Get(), nullptr), E_POINTER);
+        EXPECT_EQ(accessible->get_accRole(self.Get(), nullptr), E_POINTER);
+        EXPECT_EQ(accessible->get_accState(self.Get(), nullptr), E_POINTER);
+        EXPECT_EQ(accessible->get_accDefaultAction(self.Get(), nullptr), E_POINTER);
+        dialog.Click(IDCANCEL);
+    });
+}
+
 TEST_F(frmCPModif5Test, OtherKeysFlipNothing) {
     const auto value = Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
         dialog.PressKey('1');

@@ -4,6 +4,7 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
+#include "tests/dialogs/SlotPoint.h"
 
 #include "com/LateBound.h"
 
@@ -83,6 +84,24 @@ TEST_F(OddHostTest, NumbersMayBeNumbers) {
               S_OK);
     EXPECT_EQ(written, L"-" + Local(L"0.25"));
     EXPECT_EQ(Messages().size(), 2U);
+}
+
+TEST_F(OddHostTest, FieldsAreAskedByNameWhereTheSlotIsNotThere) {
+    HostPoint field(L"Speed", L"12", L"Float");
+    HostPoint names(L"All", L"1", L"Struct");
+    names.SetFields({&field});
+    const auto type = support::Object(Attribute(kStruct, L"1"), &IAttribute::get_SNVTType);
+    const auto point = com::Ref<SlotPoint>::Own(new SlotPoint(names.object, type));
+    const auto list = [](Shown& dialog) {
+        EXPECT_EQ(dialog.Rows(IDC_FIELDS), 1);
+        EXPECT_EQ(dialog.Cell(IDC_FIELDS, 0, 0), L"Speed");
+        EXPECT_EQ(dialog.Cell(IDC_FIELDS, 0, 1), L"12");
+        dialog.Click(IDCANCEL);
+    };
+    EXPECT_EQ(Edit(point.Get(), list), S_OK);
+
+    names.object->Break(L"Fields", E_NOTIMPL);
+    EXPECT_EQ(EditValue(point.Get()), E_NOTIMPL) << "not there by name either";
 }
 
 TEST_F(OddHostTest, AnAttributeIsEditedByNameFromAScriptsVariables) {

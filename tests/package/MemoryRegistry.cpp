@@ -184,7 +184,12 @@ LSTATUS WINAPI MemoryRegistry::GetValue(HKEY key, LPCWSTR path, LPCWSTR name, DW
 
 LSTATUS WINAPI MemoryRegistry::EnumKey(HKEY key, DWORD index, LPWSTR name, DWORD* length, DWORD*, LPWSTR,
                                        DWORD*, FILETIME*) {
-    const auto names = current->Children(current->Path(key, nullptr));
+    const std::wstring path = current->Path(key, nullptr);
+    if (index == 0 || path != current->enumeratedPath_) {
+        current->enumerated_ = current->Children(path);
+        current->enumeratedPath_ = path;
+    }
+    const auto& names = current->enumerated_;
     return index < names.size() ? GiveName(names.at(index), name, length) : ERROR_NO_MORE_ITEMS;
 }
 
@@ -208,7 +213,8 @@ LSTATUS WINAPI MemoryRegistry::DeleteTree(HKEY key, LPCWSTR path) {
 
 LSTATUS WINAPI MemoryRegistry::DeleteKey(HKEY key, LPCWSTR path) {
     const std::wstring full = current->Path(key, path);
-    if (!current->Children(full).empty()) {
+    const auto [begin, end] = current->Below(full);
+    if (begin != end) {
         return ERROR_ACCESS_DENIED; // so the system, too
     }
     return current->keys_.erase(full) == 1 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;

@@ -70,6 +70,9 @@ class MemoryRegistry {
     Scope scope_;
     Keys keys_;
     std::map<HKEY, std::wstring> open_;
+    /// Of the key whose names are being asked for, one after the other.
+    std::wstring enumeratedPath_;
+    std::vector<std::wstring> enumerated_;
     ULONG_PTR lastNumber_ = 0;
     std::array<support::ImportPatch, 10> patches_;
 };
