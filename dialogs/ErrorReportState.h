@@ -4,10 +4,11 @@
 
 namespace tam {
 
-/// What the error report shows, and whether its advanced part is open.
+/// What the error report shows, and whether its advanced part is open. Of each
+/// text it shows the first thousand characters.
 class ErrorReportState {
   public:
-    ErrorReportState(const std::wstring& application, std::wstring description,
+    ErrorReportState(const std::wstring& application, const std::wstring& description,
                      const std::wstring& callingObject, const std::wstring& callingFunction,
                      const std::wstring& source);
 
