@@ -27,7 +27,8 @@ void ReplaceDocument(Slots& slots, IXMLDOMDocument2* document) {
                   &IXMLDOMDocument::createTextNode, &IXMLDOMDocument::createAttribute,
                   &IXMLDOMDocument::getElementsByTagName, &IXMLDOMDocument::load,
                   &IXMLDOMDocument::get_readyState, &IXMLDOMDocument::get_parseError,
-                  &IXMLDOMDocument::put_async, &IXMLDOMDocument::loadXML, &IXMLDOMDocument::save,
+                  &IXMLDOMDocument::get_doctype, &IXMLDOMDocument::put_async,
+                  &IXMLDOMDocument::put_resolveExternals, &IXMLDOMDocument::loadXML, &IXMLDOMDocument::save,
                   &IXMLDOMDocument2::setProperty>(document);
 }
 

@@ -160,6 +160,17 @@ TEST_F(LibraryTest, RefusesWhatIsNoDefinition) {
     EXPECT_FALSE(document);
 }
 
+TEST_F(LibraryTest, RefusesADocumentType) {
+    TemporaryLibrary library;
+    library.Write(L"Typed.xml",
+                  "<!DOCTYPE AppObject [<!ENTITY e \"x\">]><AppObject><NAME>&e;</NAME></AppObject>");
+    com::Ref<IDispatch> document;
+    EXPECT_EQ(Code(0x80040503), Definition(L"Typed", document));
+    EXPECT_EQ(L"\"" + library.Folder() + L"Typed.xml\" cannot be read as XML: DTD is prohibited.",
+              LastError());
+    EXPECT_FALSE(document);
+}
+
 TEST_F(LibraryTest, IsReachedByName) {
     const com::Variant library = com::GetMember(*service_.Get(), L"Library");
     ASSERT_EQ(VT_DISPATCH, library.Get().vt);

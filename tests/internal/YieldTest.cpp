@@ -83,6 +83,27 @@ TEST_F(YieldTest, GivesTheHostATurnWhileItSearchesTheLibrary) {
     EXPECT_EQ(count, 1);
 }
 
+// The search goes from an element to its next sibling: one that is taken away has none.
+TEST_F(YieldTest, EndsTheSearchAtAnElementThatTheHostTakesAway) {
+    const auto isFound = [this](const std::wstring& takenAway) {
+        const support::Document document = support::Parse(
+            L"<Device><FWVersion><V12><Objects><Library><a/><o_tam_id/></Library></Objects></V12>"
+            L"</FWVersion></Device>");
+        context->Set(L"Document", document.Get());
+        const Turns turns([&] {
+            const auto node = tam::dom::Select(tam::dom::Node(document), L"//" + takenAway);
+            com::Ref<IXMLDOMNode> removed;
+            com::Check(tam::dom::ParentOf(node)->removeChild(node.Get(), removed.Put()));
+        });
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        EXPECT_EQ(NewManager()->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
+        return answer != VARIANT_FALSE;
+    };
+    EXPECT_FALSE(isFound(L"a"));
+    EXPECT_FALSE(isFound(L"o_tam_id"));
+    EXPECT_TRUE(isFound(L"Library"));
+}
+
 TEST_F(YieldTest, AnswersAGatedCallDuringTheSearchAsNotFound) {
     const auto manager = NewManager();
     VARIANT_BOOL during = VARIANT_TRUE;
