@@ -107,7 +107,7 @@ std::uint8_t ByteOf(std::wstring_view text) {
 }
 
 float SingleOf(std::wstring_view text) {
-    return NumberOf(text, VTBIT_R4).Get().fltVal;
+    return NumberOf(text, VT_R4).Get().fltVal;
 }
 
 bool BoolOf(std::wstring_view text) {

@@ -91,6 +91,23 @@ TEST(ImageTest, LaysOutAnObjectByteByByte) {
     EXPECT_EQ(Checksum(image, image.size() - 4), U32(image, image.size() - 4));
 }
 
+TEST(ImageTest, TellsAConnectedInputFromAPermanentOne) {
+    // The first input stands behind the header of 40 bytes, its flags 13 bytes on.
+    constexpr std::size_t kFlags = 53;
+    const auto flags = [](const wchar_t* permanent, const wchar_t* connected) {
+        const Bytes image =
+            BytesOf(Compiler()
+                        .Compile(Document(
+                            L"<I1 LinkReference=\"\" LogicalAddress=\"\" SNVTType=\"105\" isPermanent=\"" +
+                            std::wstring(permanent) + L"\" IsConnected=\"" + connected + L"\"/>"))
+                        .stream);
+        return image.at(kFlags);
+    };
+    EXPECT_EQ(flags(L"0", L"1"), 1);
+    EXPECT_EQ(flags(L"1", L"0"), 2);
+    EXPECT_EQ(flags(L"0", L"0"), 0);
+}
+
 TEST(ImageTest, HasTheChecksumOfTheStandard) {
     // The published check value of this checksum, so that the one above is right.
     const Bytes digits{'1', '2', '3', '4', '5', '6', '7', '8', '9'};

@@ -260,6 +260,13 @@ TEST_F(TamObjectManagerTest, WantsAPlaceForEachResult) {
     EXPECT_EQ(Said(), Texts());
 }
 
+TEST_F(TamObjectManagerTest, WantsAPlaceForTheKey) {
+    com::Ref<IAppObject> object;
+    EXPECT_EQ(NewManager()->CreateTamInternalAppObject(nullptr, Device().Get(), object.Put()), E_POINTER);
+    EXPECT_FALSE(object);
+    EXPECT_EQ(Said(), Texts()) << "nothing is searched for";
+}
+
 TEST_F(TamObjectManagerTest, WorksByName) {
     const auto manager = WithoutInit();
     const com::Variant with(context->As<IDispatch>().Get());

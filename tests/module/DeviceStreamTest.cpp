@@ -114,6 +114,12 @@ TEST_F(CDBAppObjectDeviceStreamTest, ReadsSizesAsNumbers) {
     EXPECT_EQ(Long(module, &IAppObject::get_DDBDimension), 0);
 }
 
+TEST_F(CDBAppObjectDeviceStreamTest, ReadsTheNumberThatASizeBeginsWith) {
+    const auto module = Loaded(With(L"<CDB> 12abc</CDB><DDB>7,9</DDB>"));
+    EXPECT_EQ(Long(module, &IAppObject::get_CDBDimension), 12);
+    EXPECT_EQ(Long(module, &IAppObject::get_DDBDimension), 7);
+}
+
 TEST_F(CDBAppObjectDeviceStreamTest, RefusesASizeThatIsTooLarge) {
     ExpectFailure(Load(NewModule(), With(L"<CDB>3000000000</CDB>")), kOverflow, kOverflowText);
     ExpectFailure(Load(NewModule(), With(L"<DDB>3000000000</DDB>")), kOverflow, kOverflowText);

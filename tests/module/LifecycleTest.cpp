@@ -219,6 +219,11 @@ TEST_F(CDBAppObjectRenamedTest, GivesTheFilesNameAsTheSourceOfAMissingDefinition
                     L"Other.Name");
 }
 
+TEST_F(CDBAppObjectRenamedTest, GivesTheFilesNameAsTheSourceOfItsOwnErrors) {
+    EXPECT_EQ(NewRenamed()->XmlLoad(nullptr), S_OK);
+    ExpectOneReport(kObjectNotSetText, kLocation, L"Sub IAppObject_XmlLoad", L"Other.Name");
+}
+
 TEST_F(CDBAppObjectTest, HasItsTitlesAsResources) {
     wchar_t text[64] = {};
     LoadStringW(Dll().Module(), 101, text, 64);

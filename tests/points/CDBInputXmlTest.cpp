@@ -67,6 +67,11 @@ TEST_F(CDBInputXmlTest, ReadsTheTypeInAnyLetterCase) {
     EXPECT_EQ(Type(), L"51");
 }
 
+TEST_F(CDBInputXmlTest, ReadsTheWholeTextOfTheType) {
+    EXPECT_EQ(One(L"")->XmlLoad(Saved(L"<In1><SNVT_TYPE>1<!--c-->05<b>6</b></SNVT_TYPE></In1>").Get()), S_OK);
+    EXPECT_EQ(Type(), L"1056");
+}
+
 TEST_F(CDBInputXmlTest, LoadsATypeThatTheCatalogueDoesNotKnow) {
     EXPECT_EQ(One(L"")->XmlLoad(Saved(L"<In1><SNVT_TYPE>999</SNVT_TYPE></In1>").Get()), S_OK);
     EXPECT_EQ(Type(), L"999");
