@@ -1,6 +1,7 @@
 // inspect and types: what the bench shows of the samples follows from them.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/bench/DeviceRun.h"
 
 #include <gtest/gtest.h>
 
@@ -184,6 +185,37 @@ TEST(TypesTest, ShowsTheTextsOfEnumerations) {
     EXPECT_EQ("Logic", type["luiType"]);
     EXPECT_EQ(1, type["length"]);
     EXPECT_EQ("0,ST_OFF;1,ST_LOW;2,ST_MED;3,ST_HIGH;4,ST_ON;-1,ST_NUL;", type["enumDesc"]);
+}
+
+TEST(InspectTest, ShowsTypesWhoseTextIsNoName) {
+    const std::wstring stream =
+        WrittenFile(L"types.xml",
+                    "<Tam><Name>N</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>7</TamObjID>"
+                    "<InReferences><A><SNVTTYPE>105'</SNVTTYPE></A><B><SNVTTYPE>105/..</SNVTTYPE></B>"
+                    "<or><SNVTTYPE>105</SNVTTYPE></or></InReferences></Tam>");
+    const Json inputs = Bench({L"inspect", stream})["inputs"];
+    EXPECT_EQ((Json{{"id", "105'"}, {"name", ""}}), Named(inputs, "A")["type"]);
+    EXPECT_EQ((Json{{"id", "105/.."}, {"name", ""}}), Named(inputs, "B")["type"]);
+    EXPECT_EQ((Json{{"id", "105"}, {"name", "SNVT_temp_p"}}), Named(inputs, "or")["type"]);
+}
+
+TEST(InspectTest, RefusesDocumentsWithADocumentType) {
+    // Two and a half gigabytes, read as text.
+    std::string references;
+    for (int i = 0; i < 50000; ++i) {
+        references += "&a;";
+    }
+    const std::string type = "<!DOCTYPE Tam [<!ENTITY a \"" + std::string(50000, 'a') + "\">]>";
+    const std::wstring stream =
+        WrittenFile(L"growing.xml", type + "<Tam><Name>" + references + "</Name><DevKey>" + references +
+                                        "</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>7</TamObjID></Tam>");
+    const Json failed = Bench({L"inspect", stream}, 1);
+    EXPECT_EQ("0x800A005B", failed["error"]["hresult"]);
+    EXPECT_EQ("LoadFromXmlStream", failed["error"]["step"]);
+    const std::wstring catalogue =
+        WrittenFile(L"growing.cat", type + "<C><SNVT_105><Name>" + references + "</Name></SNVT_105></C>");
+    EXPECT_EQ(Narrow(catalogue) + " has a document type (DTD), which is not accepted",
+              Bench({L"types", L"--catalogue", catalogue}, 1)["error"]["description"]);
 }
 
 TEST(TypesTest, ReadsAnotherCatalogue) {
