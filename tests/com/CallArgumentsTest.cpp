@@ -89,6 +89,19 @@ class CallArgumentsTest : public EveryMemberTest {
                       {result, isNamed ? static_cast<UINT>(index) : kUntouched});
     }
 
+    /// A call made in another way has the result that it has by name, in the
+    /// order of the declaration.
+    void ExpectAsDeclared(const Place& place, const std::function<Outcome(Arguments&, const Fresh&)>& call) {
+        const Fresh first = Anew(place);
+        Arguments declared(place.member, Fill::Something, first.supply);
+        const Outcome expected = declared.ByName(first.face.Get());
+        const std::wstring shown = Shown();
+        const Fresh second = Anew(place);
+        Arguments arguments(place.member, Fill::Something, second.supply);
+        EXPECT_EQ(call(arguments, second), expected);
+        EXPECT_EQ(Shown(), shown);
+    }
+
     using ArgumentBody =
         std::function<void(const Place& place, std::size_t argument, const Parameter& parameter)>;
     void ForEachArgument(const ArgumentBody& body) {
@@ -279,14 +292,9 @@ TEST_F(CallArgumentsTest, TakesAllArgumentsByTheirNames) {
         if (member.Given() == 0 || member.IsWrite()) {
             return;
         }
-        const Fresh first = Anew(place);
-        Arguments declared(member, Fill::Something, first.supply);
-        const Outcome expected = declared.ByName(first.face.Get());
-        const std::wstring shown = Shown();
-        const Fresh second = Anew(place);
-        Arguments named(member, Fill::Something, second.supply);
-        EXPECT_EQ(named.ByName(second.face.Get(), AllNames(member)), expected);
-        EXPECT_EQ(Shown(), shown);
+        ExpectAsDeclared(place, [&](Arguments& named, const Fresh& fresh) {
+            return named.ByName(fresh.face.Get(), AllNames(member));
+        });
         ++count;
     });
     EXPECT_GT(count, 40u);
@@ -303,15 +311,10 @@ TEST_F(CallArgumentsTest, TakesAnObjectByItsIdentity) {
         if (!hasObject) {
             return;
         }
-        const Fresh first = Anew(place);
-        Arguments declared(member, Fill::Something, first.supply);
-        const Outcome expected = declared.ByName(first.face.Get());
-        const std::wstring shown = Shown();
-        const Fresh second = Anew(place);
-        Arguments identities(member, Fill::Something, second.supply);
-        identities.UseIdentities();
-        EXPECT_EQ(identities.ByName(second.face.Get()), expected);
-        EXPECT_EQ(Shown(), shown);
+        ExpectAsDeclared(place, [](Arguments& identities, const Fresh& fresh) {
+            identities.UseIdentities();
+            return identities.ByName(fresh.face.Get());
+        });
         ++count;
     });
     EXPECT_GT(count, 30u);
