@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 #include "common/RunTimeError.h"
 
+#include <algorithm>
 #include <array>
 #include <new>
 
@@ -44,6 +45,21 @@ void CheckConversion(HRESULT result) {
 Bstr::Bstr(std::wstring_view text) : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
     if (text_ == nullptr) {
         throw std::bad_alloc();
+    }
+}
+
+Bstr::Bstr(std::span<const std::wstring_view> parts) {
+    std::size_t length = 0;
+    for (const std::wstring_view part : parts) {
+        length += part.size();
+    }
+    text_ = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    if (text_ == nullptr) {
+        throw std::bad_alloc();
+    }
+    wchar_t* end = text_;
+    for (const std::wstring_view part : parts) {
+        end = std::copy(part.begin(), part.end(), end);
     }
 }
 

@@ -7,6 +7,7 @@
 #include <oleauto.h>
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,6 +20,8 @@ class Bstr {
     Bstr() noexcept = default;
     /// Throws std::bad_alloc.
     explicit Bstr(std::wstring_view text);
+    /// The parts one behind another. Throws std::bad_alloc.
+    explicit Bstr(std::span<const std::wstring_view> parts);
     Bstr(Bstr&& other) noexcept : text_(other.Detach()) {}
     Bstr& operator=(Bstr&& other) noexcept {
         std::swap(text_, other.text_);
@@ -77,6 +80,9 @@ class Variant {
 
 /// Writes a result through a COM out pointer that has been checked.
 void Assign(BSTR* out, std::wstring_view text);
+inline void Assign(BSTR* out, Bstr text) noexcept {
+    *out = text.Detach();
+}
 inline void Assign(VARIANT_BOOL* out, bool value) noexcept {
     *out = value ? VARIANT_TRUE : VARIANT_FALSE;
 }

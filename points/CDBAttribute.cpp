@@ -167,11 +167,11 @@ STDMETHODIMP CDBAttribute::get_DispValue(BSTR* value) {
 }
 
 STDMETHODIMP CDBAttribute::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
 }
 
 STDMETHODIMP CDBAttribute::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
 }
 
 STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {

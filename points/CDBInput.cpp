@@ -84,11 +84,11 @@ STDMETHODIMP CDBInput::get_Parent(IAppObject** value) {
 }
 
 STDMETHODIMP CDBInput::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
 }
 
 STDMETHODIMP CDBInput::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
 }
 
 STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {

@@ -107,11 +107,11 @@ STDMETHODIMP CDBOutput::get_Parent(IAppObject** value) {
 }
 
 STDMETHODIMP CDBOutput::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(globalKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
 }
 
 STDMETHODIMP CDBOutput::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return SubItemKey(extendedKey_, name_); });
+    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
 }
 
 STDMETHODIMP CDBOutput::get_IsMacroConnected(VARIANT_BOOL* value) {

@@ -16,15 +16,16 @@ bool IsConnectedReference(std::wstring_view reference) {
     return reference != kNoConnection.substr(0, reference.size());
 }
 
-std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name) {
+std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name) {
     std::wstring key;
-    key.reserve(ownerKey.size() + 1 + name.size());
-    key.append(ownerKey).append(1, L'\\').append(name);
+    for (const std::wstring_view part : SubItemKeyParts(ownerKey, name)) {
+        key += part;
+    }
     return key;
 }
 
-std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name) {
-    return ownerKey ? SubItemKey(std::wstring_view(*ownerKey), name) : std::wstring();
+KeyParts SubItemKeyParts(const SharedKey& ownerKey, std::wstring_view name) noexcept {
+    return ownerKey ? KeyParts{*ownerKey, L"\\", name} : KeyParts{};
 }
 
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,15 +15,18 @@ std::wstring ReferenceKey(std::wstring_view text);
 /// False for "" and for one to six zeros, which stand for "no connection".
 bool IsConnectedReference(std::wstring_view reference);
 
-/// Key of an item: the key of its owner's side, a backslash and its name.
-std::wstring SubItemKey(std::wstring_view ownerKey, std::wstring_view name);
-
 /// The key of an owner's side as its items share it: each joins its own when it
 /// is asked for one. Null for an item that was given none yet.
 using SharedKey = std::shared_ptr<const std::wstring>;
 
-/// The same; empty without a key of the owner.
+/// Key of an item: the key of its owner's side, a backslash and its name; empty
+/// without a key of the owner.
 std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name);
+
+/// The same in its parts, for a caller that joins them where they are wanted.
+/// They last as long as the two arguments.
+using KeyParts = std::array<std::wstring_view, 3>;
+KeyParts SubItemKeyParts(const SharedKey& ownerKey, std::wstring_view name) noexcept;
 
 /// The number of an output as a point: 256 to each export index, from 16384
 /// on. "Overflow" past 32 bits.

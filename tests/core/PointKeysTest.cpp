@@ -33,14 +33,20 @@ TEST(IsConnectedReferenceTest, TakesAnythingElseForAConnection) {
 }
 
 TEST(SubItemKeyTest, JoinsByABackslash) {
-    EXPECT_EQ(SubItemKey(L"K\\ATT", L"Mode"), L"K\\ATT\\Mode");
-    EXPECT_EQ(SubItemKey(L"", L""), L"\\");
+    const auto under = [](const wchar_t* owner) { return std::make_shared<const std::wstring>(owner); };
+    EXPECT_EQ(SubItemKey(under(L"K\\ATT"), L"Mode"), L"K\\ATT\\Mode");
+    EXPECT_EQ(SubItemKey(under(L""), L"Mode"), L"\\Mode");
+    EXPECT_EQ(SubItemKey(under(L""), L""), L"\\");
 }
 
 TEST(SubItemKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
     EXPECT_EQ(SubItemKey(SharedKey(), L"Mode"), L"");
-    EXPECT_EQ(SubItemKey(std::make_shared<const std::wstring>(), L"Mode"), L"\\Mode");
-    EXPECT_EQ(SubItemKey(std::make_shared<const std::wstring>(L"K\\ROU"), L"Mode"), L"K\\ROU\\Mode");
+}
+
+TEST(SubItemKeyTest, HasThePartsThatItIsJoinedOf) {
+    EXPECT_EQ(SubItemKeyParts(std::make_shared<const std::wstring>(L"K"), L"Mode"),
+              (KeyParts{L"K", L"\\", L"Mode"}));
+    EXPECT_EQ(SubItemKeyParts(SharedKey(), L"Mode"), KeyParts{});
 }
 
 TEST(PointReferenceTest, CountsFromTheExportIndex) {
