@@ -42,6 +42,16 @@ std::wstring Module::Name() const {
     return file.substr(0, file.find_last_of(L'.'));
 }
 
+bool Module::Unlock() noexcept {
+    long locks = locks_;
+    while (locks > 0) {
+        if (locks_.compare_exchange_weak(locks, locks - 1)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 const std::vector<Ref<ITypeLib>>& Module::Libraries() {
     if (!areLibrariesLoaded_) {
         std::vector<Ref<ITypeLib>> loaded;

@@ -50,7 +50,9 @@ class Module {
 
     void ObjectMade() noexcept { ++objects_; }
     void ObjectGone() noexcept { --objects_; }
-    void Lock(bool lock) noexcept { locks_ += lock ? 1 : -1; }
+    void Lock() noexcept { ++locks_; }
+    /// False, and nothing changes, where there is no lock to take away.
+    bool Unlock() noexcept;
     long Objects() const noexcept { return objects_; }
     bool CanUnload() const noexcept { return objects_ == 0 && locks_ == 0; }
 

@@ -25,7 +25,10 @@ class ClassFactory final : public Counted<IClassFactory> {
         return Guard(iid, [&] { Check(entry_.create(iid, out)); });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
-        ThisModule().Lock(lock != FALSE);
+        if (lock == FALSE) {
+            return ThisModule().Unlock() ? S_OK : E_UNEXPECTED;
+        }
+        ThisModule().Lock();
         return S_OK;
     }
 

@@ -16,8 +16,10 @@ BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
     return TRUE;
 }
 
+// An object lives on the thread that makes it, and each such thread comes by
+// DllGetClassObject. Registering may be all that a thread wants.
+
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
-    // An object lives on the thread that makes it, and each such thread comes by here.
     if (out != nullptr && !tam::PrepareThisThread()) {
         *out = nullptr;
         return E_OUTOFMEMORY;
@@ -30,13 +32,16 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-    return com::RegisterServer(tam::ThisServer(), com::Scope::Machine);
+    return tam::PrepareThisThread() ? com::RegisterServer(tam::ThisServer(), com::Scope::Machine)
+                                    : E_OUTOFMEMORY;
 }
 
 STDAPI DllUnregisterServer() {
-    return com::UnregisterServer(tam::ThisServer(), com::Scope::Machine);
+    return tam::PrepareThisThread() ? com::UnregisterServer(tam::ThisServer(), com::Scope::Machine)
+                                    : E_OUTOFMEMORY;
 }
 
 STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
-    return com::Install(tam::ThisServer(), install != FALSE, commandLine);
+    return tam::PrepareThisThread() ? com::Install(tam::ThisServer(), install != FALSE, commandLine)
+                                    : E_OUTOFMEMORY;
 }

@@ -18,18 +18,25 @@ STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
     return Counted::QueryInterface(isOwn ? __uuidof(IAttributeInterceptor) : iid, out);
 }
 
-template <class Method, class... Arguments>
-HRESULT InterceptorLink::Pass(Method method, Arguments... arguments) {
+template <class Out, class F>
+HRESULT InterceptorLink::Pass(Out* out, F&& call) {
     const auto target = Target();
-    return target ? (target.Get()->*method)(arguments...) : CO_E_OBJNOTCONNECTED;
+    if (target) {
+        return call(*target.Get());
+    }
+    if (out == nullptr) {
+        return E_POINTER;
+    }
+    *out = Out{};
+    return CO_E_OBJNOTCONNECTED;
 }
 
 STDMETHODIMP InterceptorLink::GetTypeInfoCount(UINT* count) {
-    return Pass(&IAttributeInterceptor::GetTypeInfoCount, count);
+    return Pass(count, [&](auto& target) { return target.GetTypeInfoCount(count); });
 }
 
 STDMETHODIMP InterceptorLink::GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) {
-    return Pass(&IAttributeInterceptor::GetTypeInfo, index, locale, info);
+    return Pass(info, [&](auto& target) { return target.GetTypeInfo(index, locale, info); });
 }
 
 STDMETHODIMP InterceptorLink::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
@@ -46,25 +53,29 @@ STDMETHODIMP InterceptorLink::Invoke(DISPID id, REFIID iid, LCID locale, WORD fl
 }
 
 STDMETHODIMP InterceptorLink::InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) {
-    return Pass(&IAttributeInterceptor::InterceptGetDataFromDevice, attribute, value);
+    return Pass(value, [&](auto& target) { return target.InterceptGetDataFromDevice(attribute, value); });
 }
 
 STDMETHODIMP InterceptorLink::InterceptAttributeValueChanged(IAttribute* attribute, VARIANT_BOOL* value) {
-    return Pass(&IAttributeInterceptor::InterceptAttributeValueChanged, attribute, value);
+    return Pass(value, [&](auto& target) { return target.InterceptAttributeValueChanged(attribute, value); });
 }
 
 STDMETHODIMP InterceptorLink::InterceptTypeChanged(IAttribute* attribute, VARIANT_BOOL* value) {
-    return Pass(&IAttributeInterceptor::InterceptTypeChanged, attribute, value);
+    return Pass(value, [&](auto& target) { return target.InterceptTypeChanged(attribute, value); });
 }
 
 STDMETHODIMP InterceptorLink::InterceptIsUnitsDependent(IAttribute* attribute, VARIANT_BOOL* isUnitsDependent,
                                                         VARIANT_BOOL* value) {
-    return Pass(&IAttributeInterceptor::InterceptIsUnitsDependent, attribute, isUnitsDependent, value);
+    return Pass(value, [&](auto& target) {
+        return target.InterceptIsUnitsDependent(attribute, isUnitsDependent, value);
+    });
 }
 
 STDMETHODIMP InterceptorLink::InterceptIsDifferential(IAttribute* attribute, VARIANT_BOOL* isDifferential,
                                                       VARIANT_BOOL* value) {
-    return Pass(&IAttributeInterceptor::InterceptIsDifferential, attribute, isDifferential, value);
+    return Pass(value, [&](auto& target) {
+        return target.InterceptIsDifferential(attribute, isDifferential, value);
+    });
 }
 
 } // namespace tam

@@ -43,8 +43,9 @@ class InterceptorLink final : public com::Counted<IAttributeInterceptor> {
     com::Ref<IAttributeInterceptor> Target() const noexcept {
         return com::Ref<IAttributeInterceptor>(target_);
     }
-    template <class Method, class... Arguments>
-    HRESULT Pass(Method method, Arguments... arguments);
+    /// Calls the internal object; once that is gone, empties the result.
+    template <class Out, class F>
+    HRESULT Pass(Out* out, F&& call);
 
     IAttributeInterceptor* target_;
 };

@@ -149,6 +149,27 @@ TEST_F(ServerTest, StaysLoadedWhileAFactoryIsLocked) {
     }
 }
 
+TEST_F(ServerTest, AnUnlockTooManyIsRefusedAndTakesNoLaterLockAway) {
+    for (const Server& server : Servers()) {
+        SCOPED_TRACE(server.name);
+        const auto& classes = server.library.Classes();
+        const auto entry =
+            std::find_if(classes.begin(), classes.end(), [](const Class& c) { return c.creatable; });
+        ASSERT_NE(entry, classes.end());
+        com::Ref<IClassFactory> factory;
+        ASSERT_EQ(server.classObject(entry->id, IID_IClassFactory, factory.PutVoid()), S_OK);
+        EXPECT_EQ(factory->LockServer(FALSE), E_UNEXPECTED);
+        EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+        factory.Reset();
+        EXPECT_EQ(server.canUnload(), S_FALSE) << "the lock counts";
+        ASSERT_EQ(server.classObject(entry->id, IID_IClassFactory, factory.PutVoid()), S_OK);
+        EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+        EXPECT_EQ(factory->LockServer(FALSE), E_UNEXPECTED);
+        factory.Reset();
+        EXPECT_EQ(server.canUnload(), S_OK);
+    }
+}
+
 TEST_F(ServerTest, StaysLoadedWhileOneObjectOfAnyClassLives) {
     for (const Family family : kFamilies) {
         const bool ofHost = family == Family::Host || family == Family::Block;

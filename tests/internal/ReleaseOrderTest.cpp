@@ -91,21 +91,34 @@ TEST_F(ReleaseOrderTest, AnInterceptorWhoseObjectIsGoneAnswersThatItIsNotConnect
     object.Reset();
     Calls().clear();
     const auto attribute = gain->As<IAttribute>();
+    using Told = HRESULT (STDMETHODCALLTYPE IAttributeInterceptor::*)(IAttribute*, VARIANT_BOOL*);
+    for (const Told member : {&IAttributeInterceptor::InterceptGetDataFromDevice,
+                              &IAttributeInterceptor::InterceptAttributeValueChanged,
+                              &IAttributeInterceptor::InterceptTypeChanged}) {
+        VARIANT_BOOL handled = VARIANT_TRUE;
+        EXPECT_EQ((interceptor.Get()->*member)(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
+        EXPECT_EQ(handled, VARIANT_FALSE);
+        EXPECT_EQ((interceptor.Get()->*member)(attribute.Get(), nullptr), E_POINTER);
+    }
+    using Asked =
+        HRESULT (STDMETHODCALLTYPE IAttributeInterceptor::*)(IAttribute*, VARIANT_BOOL*, VARIANT_BOOL*);
     VARIANT_BOOL answer = VARIANT_TRUE;
-    VARIANT_BOOL handled = VARIANT_TRUE;
-    EXPECT_EQ(interceptor->InterceptGetDataFromDevice(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
-    EXPECT_EQ(interceptor->InterceptAttributeValueChanged(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
-    EXPECT_EQ(interceptor->InterceptTypeChanged(attribute.Get(), &handled), CO_E_OBJNOTCONNECTED);
-    EXPECT_EQ(interceptor->InterceptIsUnitsDependent(attribute.Get(), &answer, &handled),
-              CO_E_OBJNOTCONNECTED);
-    EXPECT_EQ(interceptor->InterceptIsDifferential(attribute.Get(), &answer, &handled), CO_E_OBJNOTCONNECTED);
+    for (const Asked member : {&IAttributeInterceptor::InterceptIsUnitsDependent,
+                               &IAttributeInterceptor::InterceptIsDifferential}) {
+        VARIANT_BOOL handled = VARIANT_TRUE;
+        EXPECT_EQ((interceptor.Get()->*member)(attribute.Get(), &answer, &handled), CO_E_OBJNOTCONNECTED);
+        EXPECT_EQ(handled, VARIANT_FALSE);
+        EXPECT_EQ((interceptor.Get()->*member)(attribute.Get(), &answer, nullptr), E_POINTER);
+    }
     EXPECT_EQ(answer, VARIANT_TRUE);
     EXPECT_EQ(Said(), Texts());
 
-    UINT count = 0;
+    UINT count = 7;
     EXPECT_EQ(interceptor->GetTypeInfoCount(&count), CO_E_OBJNOTCONNECTED);
-    com::Ref<ITypeInfo> info;
-    EXPECT_EQ(interceptor->GetTypeInfo(0, 0, info.Put()), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(count, 0u);
+    ITypeInfo* info = reinterpret_cast<ITypeInfo*>(&count);
+    EXPECT_EQ(interceptor->GetTypeInfo(0, 0, &info), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(info, nullptr);
     com::Bstr name(L"InterceptTypeChanged");
     BSTR text = name.Get();
     DISPID id = 0;
