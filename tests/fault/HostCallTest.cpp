@@ -1,5 +1,7 @@
 #include "tests/fault/ModuleFaultTest.h"
 #include "tests/module/HostView.h"
+#include "tests/module/ShellPatch.h"
+#include "tests/support/MacroDoubles.h"
 
 #include <olectl.h>
 
@@ -85,6 +87,96 @@ TEST_F(HostCallFaultTest, MergedList) {
         return result;
     });
     job.kinds = {Kind::Memory, Kind::Text, Kind::Host};
+    Loop().Run(job);
+}
+
+TEST_F(HostCallFaultTest, MacroConnection) {
+    const auto host = Connections::Make();
+    host->groups->groups = {GroupOf({L"other"}), GroupOf({L"K\\RIN\\Input_first"})};
+    const auto items = host->groups->groups[0]->items;
+    Slots& slots = Loop().HostSlots();
+    slots.Replace<Kind::Host, &IMacroConnections::get_Groups>(static_cast<IMacroConnections*>(host.Get()));
+    slots.Replace<Kind::Host, &IMacroConnectionGroups::get_Count, &IMacroConnectionGroups::get_Item>(
+        static_cast<IMacroConnectionGroups*>(host->groups.Get()));
+    slots.Replace<Kind::Host, &IMacroConnectionGroup::get_Items>(
+        static_cast<IMacroConnectionGroup*>(host->groups->groups[0].Get()));
+    slots.Replace<Kind::Host, &IMacroConnectedItems::get_Count, &IMacroConnectedItems::get_Item>(
+        static_cast<IMacroConnectedItems*>(items.Get()));
+    slots.Replace<Kind::Host, &IMacroConnectedItem::get_Key>(
+        static_cast<IMacroConnectedItem*>(items->items[0].Get()));
+    Job job = Asking("IsMacroConnected", [this](std::wstring& answer) {
+        VARIANT_BOOL connected = VARIANT_FALSE;
+        const HRESULT result = Input(module_, L"Input_first")->get_IsMacroConnected(&connected);
+        answer = connected != VARIANT_FALSE ? L"True" : L"False";
+        return result;
+    });
+    job.prepare = [this, host] {
+        module_ = Loaded(SmallStream());
+        Put(module_, &IAppObject::put_GlobalKey, L"K");
+        EXPECT_EQ(module_->putref_Parent(host.Get()), S_OK);
+    };
+    job.kinds = {Kind::Memory, Kind::Host};
+    job.mayFail = false;
+    job.judge = [](const Case& run) {
+        EXPECT_EQ(run.untouched.answer, L"True");
+        // The groups and their count; then of each group itself, its items,
+        // their count, the item and its key. What fails of the first group is
+        // passed over.
+        const bool isOfTheFirstGroup = run.n >= 3 && run.n <= 7;
+        const bool isPassedOver = run.kind == Kind::Host && run.mode == Mode::Once && isOfTheFirstGroup;
+        EXPECT_EQ(run.left.answer, isPassedOver ? L"True" : L"False");
+        EXPECT_TRUE(run.told.empty());
+    };
+    Loop().Run(job);
+}
+
+TEST_F(HostCallFaultTest, ClearedReferences) {
+    Job job = Asking("ClearReferences", [this](std::wstring&) { return module_->ClearReferences(); });
+    job.prepare = [this] {
+        module_ = Loaded(SmallStream());
+        for (const wchar_t* input : {L"Input_first", L"Input_second"}) {
+            Put(Input(module_, input), &IInput::put_Value, L"Boiler_5");
+        }
+    };
+    job.read = [this] {
+        return Fields{Text(Input(module_, L"Input_first"), &IInput::get_Value),
+                      Text(Input(module_, L"Input_second"), &IInput::get_Value)};
+    };
+    job.kinds = {Kind::Text};
+    job.mayFail = false;
+    job.judge = [](const Case& run) {
+        EXPECT_EQ(run.untouched.fields, (Fields{L"000000", L"000000"}));
+        const bool isFirst = run.n == 1;
+        const bool isSecond = run.n == 2 || run.mode == Mode::ForEver;
+        EXPECT_EQ(run.left.fields,
+                  (Fields{isFirst ? L"Boiler_5" : L"000000", isSecond ? L"Boiler_5" : L"000000"}));
+        EXPECT_TRUE(run.told.empty());
+    };
+    Loop().Run(job);
+}
+
+TEST_F(HostCallFaultTest, OpenedDatasheet) {
+    const TextFile sheet(Component::Folder() + L"Sheet.pdf", L"sheet");
+    ShellPatch shell(Dll().Module());
+    Job job = Asking("ViewDatasheet",
+                     [this](std::wstring&) { return module_->ViewDatasheet(com::Variant(L"4660").Get()); });
+    job.prepare = [this, &shell] {
+        shell.calls.clear();
+        module_ = Defined(L"<NAME>Valve</NAME>");
+    };
+    job.read = [&shell] {
+        return shell.calls.empty()
+                   ? Fields{L"not opened"}
+                   : Fields{L"opened", shell.calls[0].owner != nullptr ? L"owned" : L"not owned"};
+    };
+    job.kinds = {Kind::Memory, Kind::Text};
+    job.mayFail = false;
+    job.judge = [](const Case& run) {
+        EXPECT_EQ(run.untouched.fields, (Fields{L"opened", L"owned"}));
+        const bool isOpened = run.kind == Kind::Text; // without its owner, then
+        EXPECT_EQ(run.left.fields, isOpened ? (Fields{L"opened", L"not owned"}) : Fields{L"not opened"});
+        EXPECT_TRUE(run.told.empty());
+    };
     Loop().Run(job);
 }
 
