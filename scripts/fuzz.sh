@@ -2,6 +2,9 @@
 # Long runs with inputs that nobody wrote. Sourced by tam.
 : "${root:?}" "${build:?}"
 
+# What runs find is kept here: a test run empties build/results.
+findings=$build/findings
+
 # Runs each libFuzzer program for so many seconds, from the kept corpus and what
 # earlier runs found on. Fails when an input breaks one.
 fuzz_pure_code() {
@@ -9,12 +12,12 @@ fuzz_pure_code() {
     for path in "$root"/tests/fuzz/corpus/*/; do
         name=$(basename "$path")
         [[ -x $build/fuzz/tests/fuzz/fuzz_$name ]] || continue
-        folder=$build/results/fuzz/$name
+        folder=$findings/$name
         log=$folder.log
         mkdir -p "$folder"
         printf '%-28s ' "fuzz_$name"
         status=0
-        run_child "$build/results/fuzz" "$build/fuzz/tests/fuzz/fuzz_$name" \
+        run_child "$findings" "$build/fuzz/tests/fuzz/fuzz_$name" \
             "-max_total_time=$seconds" -max_len=1000 -timeout=20 "-artifact_prefix=$folder-" \
             "$folder" "$path" >"$log" 2>&1 || status=$?
         sed -n '$p' "$log"
@@ -23,7 +26,7 @@ fuzz_pure_code() {
             tail -n 25 "$log" | sed 's/^/    /'
         fi
     done
-    [[ ${#broken[@]} -eq 0 ]] || note "Broken: ${broken[*]}. The inputs are in $build/results/fuzz."
+    [[ ${#broken[@]} -eq 0 ]] || note "Broken: ${broken[*]}. The inputs are in $findings."
     [[ ${#broken[@]} -eq 0 ]]
 }
 
@@ -32,13 +35,16 @@ fuzz_pure_code() {
 run_long() {
     local program=$1
     shift
-    mkdir -p "$build/results/fuzz"
+    mkdir -p "$findings"
     run_child "$build/win32/tests/fuzz" env WINEPREFIX="$(prefix_folder point)" \
-        TAM_FUZZ_KEEP="$(windows_path "$build/results/fuzz")" "$@" wine "./$program.exe" --gtest_brief=1
+        TAM_FUZZ_KEEP="$(windows_path "$findings")" "$@" wine "./$program.exe" --gtest_brief=1
 }
 
 # is_number TEXT: a whole number from 1 on, within reason.
 is_number() { [[ $1 =~ ^[1-9][0-9]{0,8}$ ]]; }
+
+# share_of SECONDS PARTS: one part of the seconds, and at least one of them.
+share_of() { printf '%d' $(($1 / $2 > 0 ? $1 / $2 : 1)); }
 
 command_fuzz() {
     local seconds=${1:-120} seed=${2:-$((RANDOM * 32768 + RANDOM + 1))} subjects status=0
@@ -49,13 +55,14 @@ command_fuzz() {
     build_preset fuzz fuzz
     build_preset win32 fuzz_tests
     subjects=$(find "$build/fuzz/tests/fuzz" -maxdepth 1 -name 'fuzz_*' -type f -executable | wc -l)
-    fuzz_pure_code $((seconds / 2 / subjects + 1)) || status=$?
+    fuzz_pure_code "$(share_of "$seconds" $((2 * subjects)))" || status=$?
     wine_environment
     start_display
     start_wine point
     printf 'The component, seed %s\n' "$seed"
-    # Documents, calls of a module and calls of a channel share the other half.
-    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS=$((seconds / 6 + 1)) || status=$?
+    # Five tests share the other half: documents of a module, of a channel (two),
+    # calls of a module, of a channel.
+    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS="$(share_of "$seconds" 10)" || status=$?
     return "$status"
 }
 

@@ -1,12 +1,12 @@
 #include "common/Case.h"
 #include "tests/fuzz/DocumentMutator.h"
 #include "tests/fuzz/DocumentRounds.h"
+#include "tests/fuzz/Rounds.h"
 #include "tests/fuzz/Texts.h"
 #include "tests/internal/Channel.h"
 
-#include <cstdio>
 #include <cwchar>
-#include <exception>
+#include <optional>
 
 namespace component_fuzz {
 
@@ -19,6 +19,7 @@ using support::Document;
 
 constexpr unsigned kSeed = 20250308;
 constexpr unsigned kRounds = 300;
+constexpr const wchar_t* kSecret = L"SECRET-OF-ANOTHER-FILE";
 constexpr auto kNotSet = static_cast<HRESULT>(0x800A005B);
 
 Tree GoodTree(const wchar_t* name) {
@@ -26,46 +27,49 @@ Tree GoodTree(const wchar_t* name) {
     return TreeOf(Node(support::Root(document).Get()));
 }
 
-/// A changed document: its text parsed, or built where the text is no XML.
-Document Changed(Tree tree, Random& random) {
-    Mutate(tree, random);
-    Document document = support::NewDocument();
-    const com::Bstr text(Damage(tree, L"secret.txt", random));
-    VARIANT_BOOL done = VARIANT_FALSE;
-    com::Check(document->loadXML(text.Get(), &done));
-    if (done == VARIANT_FALSE) {
-        if (const auto root = Build(document, tree)) {
-            Node appended;
-            com::Check(document->appendChild(root.Get(), appended.Put()));
-        }
-    }
-    return document;
-}
-
 /// The documents that the host keeps for channels: definitions of its blocks
 /// and the libraries of a device.
 class ChannelDocumentsTest : public InternalTest {
   protected:
-    /// Calls check(random) for each round until one fails.
+    void SetUp() override {
+        InternalTest::SetUp();
+        secretFile_.emplace(support::Component::Folder() + L"secret.txt", kSecret);
+        watchdog_.emplace(KeepFolder() + L"channel-document.txt");
+    }
+    void TearDown() override {
+        watchdog_.reset();
+        secretFile_.reset();
+        InternalTest::TearDown();
+    }
+
+    /// Calls check(document, random) for each round until one fails.
     template <class F>
-    void ForEachRound(F&& check) {
-        const unsigned seed = Setting(L"TAM_FUZZ_SEED", kSeed);
-        const unsigned seconds = Setting(L"TAM_FUZZ_SECONDS", 0);
-        const unsigned rounds = Setting(L"TAM_FUZZ_ROUNDS", seconds != 0 ? ~0u : kRounds);
-        const ULONGLONG end = GetTickCount64() + seconds * 1000ull;
-        unsigned round = 0;
-        for (; round < rounds && (seconds == 0 || GetTickCount64() < end) && !HasFailure(); ++round) {
-            SCOPED_TRACE("seed " + std::to_string(seed) + ", round " + std::to_string(round));
-            Random random(seed, round);
-            try {
-                check(random);
-            } catch (const std::exception& error) {
-                ADD_FAILURE() << error.what();
+    void ForEachRound(const Tree& good, F&& check) {
+        RunRounds(*watchdog_, kSeed, kRounds, [&](Random& random, const std::string& what) {
+            Tree tree = good;
+            Mutate(tree, random);
+            const std::wstring text = Damage(tree, secretFile_->Path(), random);
+            watchdog_->Begin(Utf8(text), what);
+            check(Made(tree, text), random);
+            for (const std::wstring& said : Said()) {
+                EXPECT_EQ(said.find(kSecret), std::wstring::npos) << "another file has been read";
             }
             Calls().clear();
             SetErrorInfo(0, nullptr);
+        });
+    }
+    /// The text parsed, or the tree built where the text is no XML.
+    static Document Made(const Tree& tree, const std::wstring& text) {
+        Document document = support::NewDocument();
+        VARIANT_BOOL done = VARIANT_FALSE;
+        com::Check(document->loadXML(com::Bstr(text).Get(), &done));
+        if (done == VARIANT_FALSE) {
+            if (const auto root = Build(document, tree)) {
+                Node appended;
+                com::Check(document->appendChild(root.Get(), appended.Put()));
+            }
         }
-        std::printf("%u documents, seed %u\n", round, seed);
+        return document;
     }
 
     /// What a section of the configuration writes to the points of these names.
@@ -132,12 +136,15 @@ class ChannelDocumentsTest : public InternalTest {
                   });
         return FAILED(result) ? result : library ? S_OK : kNotSet;
     }
+
+  private:
+    std::optional<support::TextFile> secretFile_;
+    std::optional<Watchdog> watchdog_;
 };
 
 TEST_F(ChannelDocumentsTest, HoldForChangedDefinitions) {
     const Tree good = GoodTree(L"good-channel.xml");
-    ForEachRound([&](Random& random) {
-        const Document definition = Changed(good, random);
+    ForEachRound(good, [&](const Document& definition, Random&) {
         library->On(L"DefinitionDocument",
                     [definition](const Invocation& call) { return call.Answer(definition.Get()); });
         const auto object = NewChannel(L"AI3", Device().Get());
@@ -151,8 +158,7 @@ TEST_F(ChannelDocumentsTest, HoldForChangedDefinitions) {
 
 TEST_F(ChannelDocumentsTest, HoldForChangedLibraries) {
     const Tree good = GoodTree(L"good-library.xml");
-    ForEachRound([&](Random& random) {
-        const Document document = Changed(good, random);
+    ForEachRound(good, [&](const Document& document, Random& random) {
         const std::wstring version = random.OneIn(4) ? AnyText(random) : L"V12";
         context->Set(L"Document", document.Get());
         context->Set(L"FirmwareVersion", version);

@@ -176,6 +176,24 @@ std::wstring Damage(const Tree& tree, const std::wstring& secretFile, Random& ra
     return text;
 }
 
+std::string Utf8(const std::wstring& text) {
+    std::string bytes;
+    for (const wchar_t c : text) {
+        const auto code = static_cast<unsigned>(c);
+        if (code < 0x80) {
+            bytes += static_cast<char>(code);
+        } else if (code < 0x800) {
+            bytes += static_cast<char>(0xC0 | code >> 6);
+            bytes += static_cast<char>(0x80 | (code & 0x3F));
+        } else {
+            bytes += static_cast<char>(0xE0 | code >> 12);
+            bytes += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+            bytes += static_cast<char>(0x80 | (code & 0x3F));
+        }
+    }
+    return bytes;
+}
+
 std::string Encode(const std::wstring& text, Random& random) {
     std::string bytes;
     switch (random.Below(6)) {
@@ -191,21 +209,8 @@ std::string Encode(const std::wstring& text, Random& random) {
             bytes += static_cast<char>(c);
         }
         return bytes;
-    default: // UTF-8, in which each half of a surrogate pair is written as if it were a character
-        for (const wchar_t c : text) {
-            const auto code = static_cast<unsigned>(c);
-            if (code < 0x80) {
-                bytes += static_cast<char>(code);
-            } else if (code < 0x800) {
-                bytes += static_cast<char>(0xC0 | code >> 6);
-                bytes += static_cast<char>(0x80 | (code & 0x3F));
-            } else {
-                bytes += static_cast<char>(0xE0 | code >> 12);
-                bytes += static_cast<char>(0x80 | (code >> 6 & 0x3F));
-                bytes += static_cast<char>(0x80 | (code & 0x3F));
-            }
-        }
-        return bytes;
+    default:
+        return Utf8(text);
     }
 }
 

@@ -16,6 +16,8 @@ void Mutate(Tree& tree, Random& random);
 /// `secretFile`.
 std::wstring Damage(const Tree& tree, const std::wstring& secretFile, Random& random);
 
+/// UTF-8, in which each half of a surrogate pair is written as if it were a character.
+std::string Utf8(const std::wstring& text);
 /// Bytes of a file in an encoding, sometimes another one than the text says.
 std::string Encode(const std::wstring& text, Random& random);
 
