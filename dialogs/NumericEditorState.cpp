@@ -69,6 +69,9 @@ KeyAnswer NumericEditorState::Key(wchar_t key, const EditText& edit) const {
 std::optional<std::wstring> NumericEditorState::Insertion(std::wstring_view pasted,
                                                           const EditText& edit) const {
     const std::wstring_view number = WithoutBlanksAround(pasted);
+    if (number.empty() && !pasted.empty()) {
+        return std::nullopt; // blanks alone would only take the selection away
+    }
     EditText result = edit;
     for (const wchar_t c : number) {
         if (!AcceptsCharacter(c, result)) {

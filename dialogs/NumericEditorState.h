@@ -41,7 +41,8 @@ class NumericEditorState {
 
     KeyAnswer Key(wchar_t key, const EditText& edit) const;
     /// What a pasted or dropped text puts in: itself without blanks around it,
-    /// when each of its characters could be typed in turn; else none.
+    /// when each of its characters could be typed in turn; else none. An empty
+    /// text, with which a driver deletes the selection, is itself.
     std::optional<std::wstring> Insertion(std::wstring_view pasted, const EditText& edit) const;
 
     /// The limit with the user's decimal mark when the text is a number above

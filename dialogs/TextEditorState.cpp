@@ -19,8 +19,11 @@ KeyAnswer TextEditorState::Key(wchar_t key, const EditText& edit) const {
     }
 }
 
-std::wstring TextEditorState::Insertion(std::wstring_view pasted) {
+std::optional<std::wstring> TextEditorState::Insertion(std::wstring_view pasted) {
     std::wstring line(pasted.substr(0, pasted.find_first_of(L"\r\n")));
+    if (line.empty() && !pasted.empty()) {
+        return std::nullopt; // an empty line would only take the selection away
+    }
     std::replace(line.begin(), line.end(), L' ', L'_');
     return line;
 }

@@ -17,8 +17,9 @@ class TextEditorState {
     const std::wstring& OpeningValue() const noexcept { return opening_; }
 
     KeyAnswer Key(wchar_t key, const EditText& edit) const;
-    /// What a pasted or dropped text puts in: its first line, each blank an underscore.
-    static std::wstring Insertion(std::wstring_view pasted);
+    /// What a pasted or dropped text puts in: its first line, each blank an
+    /// underscore; none when that line is empty. An empty text is itself.
+    static std::optional<std::wstring> Insertion(std::wstring_view pasted);
 
     struct Shortened {
         /// What the user is told, with its caption.

@@ -1,9 +1,5 @@
 #include "dialogs/TextInput.h"
 
-#include "com/Boundary.h"
-
-#include <memory>
-
 namespace tam {
 
 namespace {
@@ -12,16 +8,17 @@ struct CloseClipboardAtEnd {
     ~CloseClipboardAtEnd() { CloseClipboard(); }
 };
 
-/// The clipboard's text; empty when it holds none.
-std::wstring ClipboardText(HWND window) {
+/// The clipboard's text; none when it holds none, or when another program keeps
+/// the clipboard open.
+std::optional<std::wstring> ClipboardText(HWND window) {
     if (OpenClipboard(window) == FALSE) {
-        return {};
+        return std::nullopt;
     }
     const CloseClipboardAtEnd close;
     const HANDLE data = GetClipboardData(CF_UNICODETEXT);
     const auto* text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : nullptr;
     if (text == nullptr) {
-        return {};
+        return std::nullopt;
     }
     std::wstring copy(text, wcsnlen(text, GlobalSize(data) / sizeof(wchar_t)));
     GlobalUnlock(data);
@@ -71,7 +68,9 @@ void TextInput::FocusAll() const {
 LRESULT CALLBACK TextInput::Procedure(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     auto* input = reinterpret_cast<TextInput*>(GetWindowLongPtrW(edit, GWLP_USERDATA));
     LRESULT result = 0;
-    com::Attempt([&] { result = input->Handle(message, wParam, lParam); });
+    if (const auto failure = com::Attempt([&] { result = input->Handle(message, wParam, lParam); })) {
+        input->rules_.OnKeyFailure(*failure);
+    }
     return result;
 }
 
@@ -90,7 +89,10 @@ LRESULT TextInput::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CHAR:
         return Character(wParam, lParam);
     case WM_PASTE:
-        Insert(ClipboardText(edit_), true);
+        // Without a text nothing is put in, so the selection stays too.
+        if (const auto text = ClipboardText(edit_)) {
+            Insert(*text, true);
+        }
         return 0;
     case EM_REPLACESEL:
         Insert(lParam != 0 ? reinterpret_cast<const wchar_t*>(lParam) : L"", wParam != FALSE);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "com/Boundary.h"
 #include "dialogs/EditText.h"
 
 #include <windows.h>
@@ -21,6 +22,8 @@ class TextInput {
         virtual std::optional<std::wstring> Insertion(std::wstring_view pasted, const EditText& edit) = 0;
         /// Enter was pressed.
         virtual void Confirm() = 0;
+        /// A character could not be dealt with; it has no effect, or half of one.
+        virtual void OnKeyFailure(const com::Failure& failure) noexcept = 0;
 
       protected:
         ~Rules() = default;

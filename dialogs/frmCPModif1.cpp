@@ -89,7 +89,7 @@ void frmCPModif1::OnTextChanged() {
 }
 
 void frmCPModif1::OnInvalidClicked() {
-    Trap(L"chkInvalid_Click Form frmCPModif1", L"Sub chkInvalid_Click", [&] {
+    const bool done = Trap(L"chkInvalid_Click Form frmCPModif1", L"Sub chkInvalid_Click", [&] {
         if (IsTicked(IDC_INVALID)) {
             input_.Show(CaretBehind(LocalizeValue(Point().Type().InvalidValue())));
             Enable(IDC_NEW_VALUE, false);
@@ -99,13 +99,14 @@ void frmCPModif1::OnInvalidClicked() {
         }
         Enable(IDOK, true);
     });
+    if (!done) {
+        // What is typed next must meet the limits: a tick would let it pass.
+        CheckDlgButton(Window(), IDC_INVALID, BST_UNCHECKED);
+    }
 }
 
 KeyAnswer frmCPModif1::Key(wchar_t key, const EditText& edit) {
-    KeyAnswer answer = KeyAnswer::Discard();
-    Trap(L"txtNewCPValue_KeyPress Form frmCPModif1", L"Sub txtNewCPValue_KeyPress",
-         [&] { answer = state_->Key(key, edit); });
-    return answer;
+    return state_->Key(key, edit);
 }
 
 std::optional<std::wstring> frmCPModif1::Insertion(std::wstring_view pasted, const EditText& edit) {
@@ -114,6 +115,10 @@ std::optional<std::wstring> frmCPModif1::Insertion(std::wstring_view pasted, con
 
 void frmCPModif1::Confirm() {
     OkStep();
+}
+
+void frmCPModif1::OnKeyFailure(const com::Failure& failure) noexcept {
+    Report(failure, L"txtNewCPValue_KeyPress Form frmCPModif1", L"Sub txtNewCPValue_KeyPress");
 }
 
 void frmCPModif1::OkStep() {

@@ -25,6 +25,7 @@ class frmCPModif1 final : public ValueForm, private TextInput::Rules {
     KeyAnswer Key(wchar_t key, const EditText& edit) override;
     std::optional<std::wstring> Insertion(std::wstring_view pasted, const EditText& edit) override;
     void Confirm() override;
+    void OnKeyFailure(const com::Failure& failure) noexcept override;
 
     void FillLabels() const;
     void OnTextChanged();

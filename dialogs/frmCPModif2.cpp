@@ -63,6 +63,10 @@ void frmCPModif2::Confirm() {
     OkStep();
 }
 
+void frmCPModif2::OnKeyFailure(const com::Failure& failure) noexcept {
+    Report(failure, L"txtNewCPValue_KeyPress Form frmCPModif2", L"Sub txtNewCPValue_KeyPress");
+}
+
 void frmCPModif2::OkStep() {
     RunOkStep(L"error calculating CP value", [&] {
         Point().SetValue(input_.Text());

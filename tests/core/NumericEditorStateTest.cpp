@@ -135,6 +135,7 @@ TEST(NumericEditorStateTest, TakesAPastedTextWholeOrNotAtAll) {
     EXPECT_EQ(state.Insertion(L"-12.5", {L"7", 0, 1}), L"-12.5");
     EXPECT_EQ(state.Insertion(L" 12\r\n", {L"", 0, 0}), L"12");
     EXPECT_EQ(state.Insertion(L"", {L"7", 0, 1}), L"");
+    EXPECT_EQ(state.Insertion(L" \t\r\n", {L"7", 0, 1}), std::nullopt);
     EXPECT_EQ(state.Insertion(L"12a", {L"", 0, 0}), std::nullopt);
     EXPECT_EQ(state.Insertion(L"1,5", {L"", 0, 0}), std::nullopt);
     EXPECT_EQ(state.Insertion(L"1.5", {L"0.5", 3, 3}), std::nullopt);
@@ -189,6 +190,8 @@ TEST(NumericEditorStateTest, OkPutsAZeroBeforeALeadingMark) {
     EXPECT_EQ(point.Confirm(L".5", L"").text, L"0.5");
     EXPECT_EQ(point.Confirm(L"-.5", L"").text, L"-0.5");
     EXPECT_EQ(point.Confirm(L"12.50", L"").text, L"12.50");
+    EXPECT_EQ(point.Confirm(L".5", std::nullopt).text, L"0.5")
+        << "an invalid value is written like any other";
 }
 
 TEST(NumericEditorStateTest, OkRefusesANumberBelowTheLimit) {

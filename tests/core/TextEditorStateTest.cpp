@@ -28,6 +28,7 @@ TEST(TextEditorStateTest, PutsInTheFirstLineWithoutBlanks) {
     EXPECT_EQ(TextEditorState::Insertion(L"a b c"), L"a_b_c");
     EXPECT_EQ(TextEditorState::Insertion(L"one\r\ntwo"), L"one");
     EXPECT_EQ(TextEditorState::Insertion(L""), L"");
+    EXPECT_EQ(TextEditorState::Insertion(L"\r\ntwo"), std::nullopt);
 }
 
 TEST(TextEditorStateTest, CutsATextThatIsLongerThanTheType) {

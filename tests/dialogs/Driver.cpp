@@ -104,7 +104,7 @@ std::pair<int, int> Shown::Selection(int id) const {
     return {static_cast<int>(start), static_cast<int>(end)};
 }
 
-void Shown::Paste(int id, const std::wstring& text) const {
+void Shown::Copy(const std::wstring& text) const {
     ASSERT_TRUE(OpenClipboard(window_));
     EmptyClipboard();
     const HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
@@ -112,8 +112,15 @@ void Shown::Paste(int id, const std::wstring& text) const {
     GlobalUnlock(data);
     SetClipboardData(CF_UNICODETEXT, data);
     CloseClipboard();
-    // Ctrl+V as a keyboard sends it.
+}
+
+void Shown::PressPaste(int id) const {
     SendMessageW(Control(id), WM_CHAR, 22, 1);
+}
+
+void Shown::Paste(int id, const std::wstring& text) const {
+    Copy(text);
+    PressPaste(id);
 }
 
 void Shown::Choose(int id, int item) const {

@@ -42,6 +42,10 @@ class Shown {
     void DoubleClick(int id, int x = 5, int y = 5) const;
     void Select(int id, int start, int end) const;
     std::pair<int, int> Selection(int id) const;
+    /// Puts a text on the clipboard.
+    void Copy(const std::wstring& text) const;
+    /// Ctrl+V as a keyboard sends it.
+    void PressPaste(int id) const;
     /// Puts a text on the clipboard and pastes it.
     void Paste(int id, const std::wstring& text) const;
 

@@ -97,6 +97,18 @@ TEST_F(NumericCorrectionTest, NoInvalidValueThatIsAWord) {
     EXPECT_EQ(speed.writes, std::vector<std::wstring>{L"NaN"});
 }
 
+TEST_F(NumericCorrectionTest, PutsAZeroBeforeTheMarkOfAnInvalidValueToo) {
+    HostPoint speed(L"Speed", L"40", L"Float");
+    speed.type->AddText(L"Min", L"1");
+    speed.type->AddText(L"InvalidValue", L"-.5");
+    Edit(speed, [](Shown& dialog) {
+        dialog.Click(IDC_INVALID);
+        EXPECT_EQ(dialog.Text(kBox), Local(L"-.5"));
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(speed.writes, std::vector<std::wstring>{Local(L"-0.5")});
+}
+
 TEST_F(NumericCorrectionTest, TheMaximumIsReadAtEachChangeAndTheMinimumAtOk) {
     HostPoint speed(L"Speed", L"40", L"SignedNumeric");
     std::wstring min = L"0";

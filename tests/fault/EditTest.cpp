@@ -58,14 +58,29 @@ class AttributeEditFaultTest : public EditFaultTest {
 
 TEST_F(AttributeEditFaultTest, Text) {
     Job job = Editing("SetValue of a text", SmallStream(), L"Attribute_first");
-    job.reports = {L"Sub txtNewCPValue_Change"};
+    job.reports = {L"Sub txtNewCPValue_Change", L"Sub txtNewCPValue_KeyPress"};
     Loop().Run(job);
 }
 
 TEST_F(AttributeEditFaultTest, Number) {
-    Job job = Editing("SetValue of a number", SmallStream(), L"Attribute_second");
+    // So many digits that reading them out of the box takes memory.
+    Job job = Editing("SetValue of a number", One(L"105", L"20.500000001"), L"Attribute_one");
     job.reports = {L"Sub txtNewCPValue_Change", L"Sub txtNewCPValue_KeyPress"};
+    // Only memory can fail in the key handler, so no other test sees its report.
+    int ofKeys = 0;
+    job.judge = [&ofKeys, judge = job.judge](const Case& run) {
+        judge(run);
+        for (const Told& told : run.told) {
+            if (told.callingFunction == L"Sub txtNewCPValue_KeyPress") {
+                EXPECT_EQ(told.callingObject, L"txtNewCPValue_KeyPress Form frmCPModif1");
+                ++ofKeys;
+            } else if (told.isReport) {
+                EXPECT_EQ(told.callingObject, L"txtNewCPValue_Change Form frmCPModif1");
+            }
+        }
+    };
     Loop().Run(job);
+    EXPECT_GT(ofKeys, 0);
 }
 
 TEST_F(AttributeEditFaultTest, Enumeration) {

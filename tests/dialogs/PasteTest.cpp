@@ -1,0 +1,91 @@
+// Pasting when the clipboard has nothing for the box: what is there stays.
+
+#include "component/resource.h"
+#include "tests/dialogs/Driver.h"
+
+namespace dialogs {
+namespace {
+
+constexpr int kBox = IDC_NEW_VALUE;
+
+/// The clipboard, open for a window until this object is gone: no other window
+/// can read it meanwhile.
+class OpenedClipboard {
+  public:
+    explicit OpenedClipboard(const Shown& dialog) { EXPECT_TRUE(OpenClipboard(dialog.Window())); }
+    ~OpenedClipboard() { CloseClipboard(); }
+    OpenedClipboard(const OpenedClipboard&) = delete;
+    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+};
+
+class PasteTest : public DialogTest {
+  protected:
+    /// Does this in the number box and in the text box; the value that is there
+    /// stays, all of it selected.
+    void ExpectNothingPasted(const std::function<void(Shown& dialog)>& paste) {
+        const auto script = [&paste](Shown& dialog) {
+            const std::wstring before = dialog.Text(kBox);
+            paste(dialog);
+            EXPECT_EQ(dialog.Text(kBox), before);
+            EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, static_cast<int>(before.size())));
+            EXPECT_TRUE(dialog.IsEnabled(IDOK));
+            dialog.Click(IDOK);
+        };
+        EXPECT_EQ(Edit(Attribute(kSigned, L"12"), script), L"12");
+        EXPECT_EQ(Edit(Attribute(kText, L"hall"), script), L"hall");
+    }
+};
+
+TEST_F(PasteTest, AnEmptyClipboard) {
+    ExpectNothingPasted([](Shown& dialog) {
+        {
+            const OpenedClipboard clipboard(dialog);
+            EmptyClipboard();
+        }
+        dialog.PressPaste(kBox);
+    });
+}
+
+TEST_F(PasteTest, AClipboardOfOtherData) {
+    ExpectNothingPasted([](Shown& dialog) {
+        {
+            const OpenedClipboard clipboard(dialog);
+            EmptyClipboard();
+            EXPECT_NE(SetClipboardData(RegisterClipboardFormatW(L"A drawing"), GlobalAlloc(GMEM_MOVEABLE, 4)),
+                      nullptr);
+        }
+        dialog.PressPaste(kBox);
+    });
+}
+
+TEST_F(PasteTest, AClipboardThatAnotherWindowHasOpen) {
+    ExpectNothingPasted([](Shown& dialog) {
+        dialog.Copy(L"7");
+        const OpenedClipboard clipboard(dialog);
+        dialog.PressPaste(kBox);
+    });
+}
+
+TEST_F(PasteTest, ATextThatIsEmptyForTheBox) {
+    ExpectNothingPasted([](Shown& dialog) {
+        dialog.Paste(kBox, L"\r\n");
+        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
+    });
+    EXPECT_EQ(Edit(Attribute(kSigned, L"12"),
+                   [](Shown& dialog) {
+                       dialog.Paste(kBox, L" \t ");
+                       dialog.Click(IDOK);
+                   }),
+              L"12");
+}
+
+TEST_F(PasteTest, AnEmptyTextFromADriverTakesTheSelectionAway) {
+    Edit(Attribute(kSigned, L"12"), [](Shown& dialog) {
+        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L""));
+        EXPECT_EQ(dialog.Text(kBox), L"");
+        dialog.Click(IDCANCEL);
+    });
+}
+
+} // namespace
+} // namespace dialogs
