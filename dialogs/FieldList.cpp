@@ -82,9 +82,17 @@ com::Ref<IDispatch> FoundBy(IDispatch& collection, const com::Variant& key) {
     return found;
 }
 
-/// The name, when the collection finds the field by it; else the position. A
-/// collection that makes its objects anew for each caller and takes names alone
-/// is left with the name. Empty for a collection that can only be walked.
+/// Empty when the field has no name to read.
+std::wstring NameOf(const DataPoint& field) {
+    std::wstring name;
+    com::Attempt([&] { name = field.Name(); });
+    return name;
+}
+
+/// The name, when the collection finds this very object by it; else the
+/// position, when it finds a field of the name there; else the name, when it
+/// finds anything by it: some make their objects anew for each caller and take
+/// names alone. Empty when nothing finds the field.
 com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
     if (!HasItem(collection)) {
         return {};
@@ -95,7 +103,11 @@ com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long positio
         return byName;
     }
     com::Variant byPosition(position);
-    return named && !FoundBy(collection, byPosition) ? std::move(byName) : std::move(byPosition);
+    const auto atPosition = FoundBy(collection, byPosition);
+    if (atPosition && NameOf(DataPoint(atPosition.Get())) == name) {
+        return byPosition;
+    }
+    return named ? std::move(byName) : com::Variant();
 }
 
 std::wstring GenTypeOf(const DataPoint& field) {
@@ -104,65 +116,86 @@ std::wstring GenTypeOf(const DataPoint& field) {
     return genType;
 }
 
-Entries FieldsOf(const DataPoint& structure) {
+Entries EntriesOf(IDispatch& collection) {
+    const auto enumerator = EnumeratorOf(collection);
+    return enumerator ? Enumerated(collection, *enumerator.Get()) : Counted(collection);
+}
+
+/// The fields of a structure in the order of its collection.
+std::vector<FieldPlace> PlacesOf(const DataPoint& structure) {
     const auto collection = structure.Fields();
     if (!collection) {
         return {};
     }
-    const auto enumerator = EnumeratorOf(*collection.Get());
-    return enumerator ? Enumerated(*collection.Get(), *enumerator.Get()) : Counted(*collection.Get());
+    std::vector<FieldPlace> places;
+    for (Entry& entry : EntriesOf(*collection.Get())) {
+        DataPoint field(entry.object.Get());
+        if (entry.key.Get().vt == VT_EMPTY) {
+            const auto position = static_cast<long>(places.size()) + 1;
+            entry.key = KeyOf(*collection.Get(), NameOf(field), position, entry.object.Get());
+        }
+        places.push_back({std::move(field), std::move(entry.key)});
+    }
+    return places;
+}
+
+void KeepFirst(std::optional<com::Failure>& first, std::optional<com::Failure> failure) noexcept {
+    if (!first) {
+        first = std::move(failure);
+    }
 }
 
 } // namespace
 
 std::vector<FieldRow> ReadFields(const DataPoint& structure) {
     std::vector<FieldRow> rows;
-    const auto collection = structure.Fields();
-    for (Entry& entry : FieldsOf(structure)) {
-        DataPoint field(entry.object.Get());
-        std::wstring name = field.Name();
-        const std::wstring value = field.Value();
-        std::wstring genType = GenTypeOf(field);
-        com::Variant key =
-            entry.key.Get().vt != VT_EMPTY
-                ? std::move(entry.key)
-                : KeyOf(*collection.Get(), name, static_cast<long>(rows.size()) + 1, entry.object.Get());
-        rows.push_back({std::move(field), std::move(name), value, value, std::move(genType), std::move(key)});
+    for (FieldPlace& place : PlacesOf(structure)) {
+        std::wstring name = place.field.Name();
+        const std::wstring value = place.field.Value();
+        std::wstring genType = GenTypeOf(place.field);
+        rows.push_back({std::move(place), std::move(name), value, value, std::move(genType)});
     }
     return rows;
 }
 
-com::Ref<IDispatch> FetchField(const DataPoint& structure, const FieldRow& row) {
-    if (row.key.Get().vt == VT_EMPTY) {
-        return com::Ref<IDispatch>(row.field.Object());
+DataPoint FetchField(const DataPoint& structure, const FieldPlace& place) {
+    if (place.key.Get().vt == VT_EMPTY) {
+        return place.field;
     }
     const auto collection = structure.Fields();
     com::CheckSet(collection.Get());
-    return ItemOf(*collection.Get(), row.key.Get());
+    return DataPoint(ItemOf(*collection.Get(), place.key.Get()).Get());
 }
 
-ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) : point_(point) {
+ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) {
     com::Attempt([&] { value_ = point.Value(); });
     if (depth == kDeepest) {
         return;
     }
     // What has no fields may well refuse to be asked for them.
     com::Attempt([&] {
-        for (const Entry& field : FieldsOf(point)) {
-            fields_.push_back(ValueSnapshot(DataPoint(field.object.Get()), depth + 1));
+        places_ = PlacesOf(point);
+        fields_.reserve(places_.size());
+        for (const FieldPlace& place : places_) {
+            fields_.push_back(ValueSnapshot(place.field, depth + 1));
         }
     });
 }
 
-void ValueSnapshot::Restore() const noexcept {
-    for (const ValueSnapshot& field : fields_) {
-        field.Restore();
+std::optional<com::Failure> ValueSnapshot::Restore(const DataPoint& point) const noexcept {
+    std::optional<com::Failure> first;
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        // A field that is not found again is restored in the object of the opening.
+        DataPoint field = places_[i].field;
+        KeepFirst(first, com::Attempt([&] { field = FetchField(point, places_[i]); }));
+        KeepFirst(first, fields_[i].Restore(field));
     }
-    com::Attempt([&] {
-        if (value_ && point_.Value() != *value_) {
-            point_.SetValue(*value_);
-        }
-    });
+    KeepFirst(first, com::Attempt([&] {
+                  if (value_ && point.Value() != *value_) {
+                      point.SetValue(*value_);
+                  }
+              }));
+    return first;
 }
 
 } // namespace tam

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Ref.h"
 #include "dialogs/DataPoint.h"
@@ -10,17 +11,22 @@
 
 namespace tam {
 
+/// A field as its collection gave it at opening, and what finds it there again.
+struct FieldPlace {
+    DataPoint field;
+    /// Empty when the collection does not find it; `field` is all there is then.
+    com::Variant key;
+};
+
 /// One field of a structure, as a row of its editor shows it.
 struct FieldRow {
-    DataPoint field;
+    FieldPlace place;
     std::wstring name;
     std::wstring value;
     /// The value when the rows were read.
     std::wstring openingValue;
     /// General type of the field; empty when it has no type.
     std::wstring genType;
-    /// What finds the field again in the collection; empty when it has no Item.
-    com::Variant key;
 };
 
 /// The fields of a structured data point, in the order of its collection; none
@@ -28,8 +34,9 @@ struct FieldRow {
 /// Count and Item when it has none.
 std::vector<FieldRow> ReadFields(const DataPoint& structure);
 
-/// The field of a row, fetched anew from the collection where it has an Item.
-com::Ref<IDispatch> FetchField(const DataPoint& structure, const FieldRow& row);
+/// The field as the collection has it now: a host may make its objects anew for
+/// each caller, each with the value of that moment.
+DataPoint FetchField(const DataPoint& structure, const FieldPlace& place);
 
 /// The values of a data point and of all its fields at one moment, structures
 /// within structures included.
@@ -37,15 +44,16 @@ class ValueSnapshot {
   public:
     explicit ValueSnapshot(const DataPoint& point) : ValueSnapshot(point, 0) {}
 
-    /// Writes back what differs by now, the inner values first. A value that
-    /// cannot be written is passed over.
-    void Restore() const noexcept;
+    /// Writes back what differs by now, the inner values first. What fails is
+    /// passed over; the first failure is the answer.
+    std::optional<com::Failure> Restore(const DataPoint& point) const noexcept;
 
   private:
     ValueSnapshot(const DataPoint& point, int depth);
 
-    DataPoint point_;
     std::optional<std::wstring> value_;
+    std::vector<FieldPlace> places_;
+    /// The values of the field at each place.
     std::vector<ValueSnapshot> fields_;
 };
 

@@ -141,14 +141,14 @@ void frmCPModif4::EditRow(int row) {
 }
 
 void frmCPModif4::OpenEditor(const FieldRow& row) {
-    const auto field = FetchField(Point(), row);
+    const DataPoint field = FetchField(Point(), row.place);
     const auto editor = MakeValueEditor(row.genType);
     if (!editor) {
         ShowBox(kNoEditorText, kNoEditorCaption, MB_ICONEXCLAMATION);
         return;
     }
     editor->SetCalledFramModif4(true);
-    editor->SetDataPoint(field.Get());
+    editor->SetDataPoint(field.Object());
     editor->ShowModal();
 }
 
@@ -156,7 +156,7 @@ void frmCPModif4::RefreshValues() {
     // All of them: a field may follow another one.
     int index = 0;
     for (FieldRow& row : rows_) {
-        row.value = row.field.Value();
+        row.value = FetchField(Point(), row.place).Value();
         SetCell(Control(IDC_FIELDS), index, kValueColumn, row.value);
         ++index;
     }
@@ -166,7 +166,7 @@ void frmCPModif4::OkStep() {
     RunOkStep(L"error calculating CP value", [&] {
         for (const FieldRow& row : rows_) {
             if (row.value != row.openingValue) {
-                row.field.SetValue(row.value);
+                FetchField(Point(), row.place).SetValue(row.value);
             }
         }
         // Written as it reads by now, so that a host that watches the data
@@ -178,8 +178,11 @@ void frmCPModif4::OkStep() {
 }
 
 void frmCPModif4::OnFinished() {
-    if (!confirmed_) {
-        opening_->Restore();
+    if (confirmed_) {
+        return;
+    }
+    if (const auto failure = opening_->Restore(Point())) {
+        Report(*failure, L"Form_Unload Form frmCPModif4", L"Sub Form_Unload");
     }
 }
 

@@ -10,6 +10,7 @@ namespace dialogs {
 namespace {
 
 constexpr int kBox = IDC_NEW_VALUE;
+constexpr const wchar_t* kRestoring = L"Form_Unload Form frmCPModif4";
 
 class EditorFaultTest : public DialogTest {
   protected:
@@ -80,6 +81,29 @@ TEST_F(EditorFaultTest, AnInvalidValueThatCannotBeReadIsReported) {
                     L"Sub chkInvalid_Click");
 }
 
+TEST_F(EditorFaultTest, WithoutAnInvalidValueToReadTheLimitsHoldOn) {
+    Edit(number_, [this](Shown& dialog) {
+        number_.type->Break(L"InvalidValue");
+        dialog.Click(IDC_INVALID);
+        EXPECT_FALSE(dialog.IsTicked(IDC_INVALID));
+        EXPECT_TRUE(dialog.IsEnabled(kBox));
+        dialog.Select(kBox, 0, -1);
+        dialog.Type(kBox, L"101");
+        EXPECT_EQ(dialog.Text(kBox), L"100");
+        dialog.Type(kBox, L"-101");
+        dialog.Click(IDOK);
+        EXPECT_EQ(dialog.Text(kBox), L"-100");
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_TRUE(number_.writes.empty());
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 3U);
+    support::ExpectReport(messages[0], L"InvalidValue is out of order", L"chkInvalid_Click Form frmCPModif1",
+                          L"Sub chkInvalid_Click", L"Host");
+    support::ExpectBox(messages[1], L"The value is greater than 100", L"Gateway Object");
+    support::ExpectBox(messages[2], L"The value is less than -100", L"Gateway Object");
+}
+
 TEST_F(EditorFaultTest, AMinimumThatCannotBeReadFailsOk) {
     Edit(number_, [this](Shown& dialog) {
         number_.type->Break(L"Min");
@@ -126,9 +150,63 @@ TEST_F(EditorFaultTest, AWriteBackThatFailsIsReported) {
         dialog.Click(IDCANCEL);
     });
     const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 2U) << "the write-back, then the row that is read again";
+    ASSERT_EQ(messages.size(), 3U) << "the write-back, the row that is read again, Cancel";
     support::ExpectReport(messages[0], L"Value is out of order", L"Form_Unload Form frmCPModif1",
                           L"Sub Form_Unload", L"Host");
+    support::ExpectReport(messages[1], L"Value is out of order", L"lvwMain_DblClick Form frmCPModif4",
+                          L"Sub lvwMain_DblClick", L"Host");
+    support::ExpectReport(messages[2], L"Value is out of order", kRestoring, L"Sub Form_Unload", L"Host");
+}
+
+TEST_F(EditorFaultTest, CancelOfAStructureReportsTheFirstValueThatItCannotRestore) {
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.SetFields({&text_, &mode_, &number_});
+    Edit(structure, [this](Shown& dialog) {
+        Next([](Shown& field) {
+            field.Type(kBox, L"attic");
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+        Next([](Shown& field) {
+            field.Type(kBox, L"5");
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 2);
+        text_.refusesWrites = true;
+        mode_.object->Break(L"Value");
+        dialog.Click(IDCANCEL);
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(text_.value, L"attic");
+    EXPECT_EQ(number_.value, L"40") << "the others are restored all the same";
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 1U);
+    support::ExpectReport(messages[0], HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
+}
+
+TEST_F(EditorFaultTest, CancelOfANestedStructureReportsToo) {
+    HostPoint inner(L"Inner", L"", L"Struct");
+    inner.SetFields({&number_});
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.SetFields({&inner});
+    Edit(structure, [this](Shown& dialog) {
+        Next([this](Shown& nested) {
+            Next([](Shown& field) {
+                field.Type(kBox, L"5");
+                field.Click(IDOK);
+            });
+            nested.DoubleClickRow(IDC_FIELDS, 0);
+            number_.refusesWrites = true;
+            nested.Click(IDCANCEL);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+        number_.refusesWrites = false;
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(number_.value, L"40") << "the outer Cancel could restore it";
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 1U);
+    support::ExpectReport(messages[0], HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
 }
 
 TEST_F(EditorFaultTest, AFieldThatRefusesItsValueAtOkLeavesTheStructureOpen) {
@@ -194,10 +272,11 @@ TEST_F(EditorFaultTest, AFieldThatIsGoneIsReported) {
         dialog.Click(IDCANCEL);
     });
     const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 2U);
+    ASSERT_EQ(messages.size(), 3U) << "Cancel does not find it either";
     support::ExpectReport(messages[0], L"Object variable or With block variable not set",
                           L"lvwMain_DblClick Form frmCPModif4", L"Sub lvwMain_DblClick");
     support::ExpectReport(messages[1], L"", L"lvwMain_DblClick Form frmCPModif4", L"Sub lvwMain_DblClick");
+    support::ExpectReport(messages[2], L"", kRestoring, L"Sub Form_Unload");
 }
 
 } // namespace

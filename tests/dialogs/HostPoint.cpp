@@ -32,15 +32,23 @@ void NamedObject::Add(std::wstring name, Get get, Put put) {
     members_.push_back({std::move(name), std::move(get), std::move(put)});
 }
 
+NamedObject::Member& NamedObject::Find(const std::wstring& name) {
+    return *std::find_if(members_.begin(), members_.end(),
+                         [&](const Member& candidate) { return candidate.name == name; });
+}
+
+void NamedObject::Replace(const std::wstring& name, Get get) {
+    Find(name).get = std::move(get);
+}
+
 void NamedObject::Break(const std::wstring& name, std::int32_t code) {
-    const auto member = std::find_if(members_.begin(), members_.end(),
-                                     [&](const Member& candidate) { return candidate.name == name; });
+    Member& member = Find(name);
     const auto raise = [name, code] { throw tam::RunTimeError(code, L"Host", name + L" is out of order"); };
-    member->get = [raise](auto) -> com::Variant {
+    member.get = [raise](auto) -> com::Variant {
         raise();
         return {};
     };
-    member->put = [raise](const VARIANT&) { raise(); };
+    member.put = [raise](const VARIANT&) { raise(); };
 }
 
 void NamedObject::AddText(std::wstring name, const std::wstring& text) {
@@ -117,7 +125,7 @@ HostPoint::HostPoint(std::wstring name, std::wstring initial, const std::wstring
         L"Value", [this](auto) { return com::Variant(value); },
         [this](const VARIANT& written) {
             if (refusesWrites) {
-                throw com::CallError(E_ACCESSDENIED);
+                throw tam::RunTimeError(NamedObject::kRaised, L"Host", kRefusal);
             }
             value = com::Text(written.bstrVal);
             writes.push_back(value);

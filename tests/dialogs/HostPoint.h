@@ -25,6 +25,8 @@ class NamedObject final : public IDispatch {
     /// The number of the errors that broken members raise unless told otherwise.
     static constexpr std::int32_t kRaised = static_cast<std::int32_t>(0x80041234);
     void Add(std::wstring name, Get get, Put put = {});
+    /// The member of this name answers otherwise from now on.
+    void Replace(const std::wstring& name, Get get);
     /// A member of this name that fails from now on, with an error text as
     /// a script's object raises it.
     void Break(const std::wstring& name, std::int32_t code = kRaised);
@@ -51,6 +53,8 @@ class NamedObject final : public IDispatch {
         Get get;
         Put put;
     };
+    Member& Find(const std::wstring& name);
+
     std::vector<Member> members_;
     ULONG references_ = 1;
 };
@@ -70,6 +74,8 @@ struct HostPoint {
     std::wstring value;
     std::vector<std::wstring> writes;
     bool refusesWrites = false;
+    /// What a refused write says.
+    static constexpr const wchar_t* kRefusal = L"The value is locked";
     com::Ref<NamedObject> type;
     com::Ref<NamedObject> object;
 };

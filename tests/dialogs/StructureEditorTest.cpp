@@ -152,6 +152,20 @@ TEST_F(frmCPModif4Test, ANumericFieldIsWrittenBackWhenItsEditorCloses) {
     EXPECT_EQ(speed_.value, L"40");
 }
 
+TEST_F(frmCPModif4Test, ANewValueOfANumericFieldIsWrittenTwiceAndStays) {
+    Fill();
+    EditStructure([this](Shown& dialog) {
+        Next([](Shown& field) {
+            field.Type(IDC_NEW_VALUE, L"9");
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+        EXPECT_EQ(speed_.writes, (std::vector<std::wstring>{L"9", L"9"})) << "by OK and by closing";
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(speed_.writes, (std::vector<std::wstring>{L"9", L"9", L"9"})) << "by the structure's OK too";
+}
+
 TEST_F(frmCPModif4Test, OpensANestedStructureInAnEditorOfItsOwn) {
     Fill();
     EditStructure([this](Shown& dialog) {

@@ -103,7 +103,7 @@ TEST_F(HostEditFaultTest, NumberOfADecimalComma) {
 
 TEST_F(HostEditFaultTest, Text) {
     Job job = Editing("EditValue of a text", text_, {&text_});
-    job.reports = {L"Sub txtNewCPValue_Change"};
+    job.reports = {L"Sub txtNewCPValue_Change", L"Sub txtNewCPValue_KeyPress"};
     Loop().Run(job);
 }
 
@@ -119,7 +119,8 @@ TEST_F(HostEditFaultTest, Structure) {
     Job job = Editing("EditValue of a structure", structure_, {&number_, &text_});
     // Fields that cannot be walked are counted, which this collection does not offer.
     job.followUps = {DISP_E_UNKNOWNNAME};
-    job.reports = {L"Sub lvwMain_DblClick", L"Sub txtNewCPValue_Change"};
+    job.reports = {L"Sub lvwMain_DblClick", L"Sub txtNewCPValue_Change", L"Sub txtNewCPValue_KeyPress",
+                   L"Sub Form_Unload"};
     job.judge = [](const Case& run) {
         const auto& values = run.left.fields;
         EXPECT_EQ(values[0], run.before.fields[0]) << "a field that nobody edited";

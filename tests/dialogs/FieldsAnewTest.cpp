@@ -1,0 +1,182 @@
+// Structures of a host that makes an object for each caller, with the value that
+// the field has at that moment.
+
+#include "component/resource.h"
+#include "tests/dialogs/Driver.h"
+#include "tests/dialogs/HostPoint.h"
+
+#include "com/Enumerator.h"
+#include "com/LateBound.h"
+
+#include <memory>
+
+namespace dialogs {
+namespace {
+
+/// A field as the host keeps it.
+struct StoredField {
+    std::wstring name;
+    std::wstring value;
+    std::wstring genType = L"SignedNumeric";
+    std::vector<StoredField> fields = {};
+    std::vector<std::wstring> writes = {};
+};
+
+com::Ref<NamedObject> ObjectOf(StoredField& stored);
+
+/// What the Item of a collection finds.
+enum class Finds { Names, Positions };
+
+com::Variant ItemOf(std::vector<StoredField>& fields, Finds finds, const VARIANT& key) {
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const bool isName = key.vt == VT_BSTR && com::View(key.bstrVal) == fields[i].name;
+        const bool isPosition = key.vt == VT_I4 && key.lVal == static_cast<long>(i) + 1;
+        if (finds == Finds::Names ? isName : isPosition) {
+            return com::Variant(ObjectOf(fields[i]).Get());
+        }
+    }
+    throw com::CallError(DISP_E_BADINDEX);
+}
+
+com::Ref<NamedObject> CollectionOf(std::vector<StoredField>& fields, Finds finds) {
+    auto collection = NamedObject::Make();
+    collection->Add(L"_NewEnum", [&fields](auto) {
+        std::vector<com::Ref<IDispatch>> objects;
+        for (StoredField& field : fields) {
+            objects.emplace_back(ObjectOf(field).Get());
+        }
+        com::Variant result;
+        VARIANT* value = result.Put();
+        value->vt = VT_UNKNOWN;
+        value->punkVal = com::MakeEnumerator(std::move(objects)).Detach();
+        return result;
+    });
+    collection->Add(L"Item", [&fields, finds](std::span<const VARIANT> arguments) {
+        return ItemOf(fields, finds, arguments.front());
+    });
+    return collection;
+}
+
+com::Ref<NamedObject> ObjectOf(StoredField& stored) {
+    const auto copy = std::make_shared<std::wstring>(stored.value);
+    auto type = NamedObject::Make();
+    type->AddText(L"GenType", stored.genType);
+    auto object = NamedObject::Make();
+    object->AddText(L"Name", stored.name);
+    object->Add(
+        L"Value", [copy](auto) { return com::Variant(*copy); },
+        [copy, &stored](const VARIANT& value) {
+            *copy = com::Text(value.bstrVal);
+            stored.value = *copy;
+            stored.writes.push_back(*copy);
+        });
+    object->Add(L"SNVTType", [type](auto) { return com::Variant(type.Get()); });
+    object->Add(L"Fields", [&stored](auto) {
+        return com::Variant(stored.fields.empty() ? nullptr
+                                                  : CollectionOf(stored.fields, Finds::Names).Get());
+    });
+    return object;
+}
+
+class FieldsAnewTest : public DialogTest {
+  protected:
+    void EditStructure(Finds finds, Script script) {
+        HostPoint structure(L"All", L"", L"Struct");
+        structure.object->Add(L"Fields",
+                              [&](auto) { return com::Variant(CollectionOf(fields_, finds).Get()); });
+        Next(std::move(script));
+        EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    }
+    /// Confirms a new number in the editor of the first field.
+    void TypeIntoFirst(Shown& dialog, const std::wstring& number) {
+        Next([number](Shown& field) {
+            field.Type(IDC_NEW_VALUE, number);
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+        EXPECT_EQ(dialog.Cell(IDC_FIELDS, 0, 1), number);
+    }
+
+    std::vector<StoredField> fields_{{L"Speed", L"40"},
+                                     {L"Inner", L"in", L"Struct", {{L"Deep", L"1"}, {L"Deeper", L"2"}}},
+                                     {L"Mode", L"0"}};
+};
+
+TEST_F(FieldsAnewTest, ARowShowsTheValueThatTheHostHasByNow) {
+    for (const Finds finds : {Finds::Names, Finds::Positions}) {
+        fields_[0] = {L"Speed", L"40"};
+        EditStructure(finds, [this](Shown& dialog) {
+            TypeIntoFirst(dialog, L"55");
+            dialog.Click(IDOK);
+        });
+        EXPECT_EQ(fields_[0].writes, (std::vector<std::wstring>{L"55", L"55", L"55"}))
+            << "its editor's OK and closing, then the structure's OK";
+    }
+}
+
+TEST_F(FieldsAnewTest, CancelGoesBackToTheValuesAtOpening) {
+    for (const Finds finds : {Finds::Names, Finds::Positions}) {
+        EditStructure(finds, [this](Shown& dialog) {
+            TypeIntoFirst(dialog, L"55");
+            EXPECT_EQ(fields_[0].value, L"55");
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(fields_[0].value, L"40");
+        EXPECT_TRUE(fields_[2].writes.empty());
+    }
+}
+
+TEST_F(FieldsAnewTest, CancelGoesBackInsideStructuresToo) {
+    EditStructure(Finds::Names, [this](Shown& dialog) {
+        Next([this](Shown& nested) {
+            TypeIntoFirst(nested, L"7");
+            nested.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 1);
+        EXPECT_EQ(fields_[1].fields[0].value, L"7");
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(fields_[1].fields[0].value, L"1");
+    EXPECT_TRUE(fields_[1].fields[1].writes.empty());
+}
+
+TEST_F(FieldsAnewTest, AnItemThatFindsNothingLeavesTheWalkedObjects) {
+    HostPoint speed(L"Speed", L"40", L"SignedNumeric");
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.SetFields({&speed});
+    const com::Variant fields = com::GetMember(*structure.object.Get(), L"Fields");
+    static_cast<NamedObject*>(fields.Get().pdispVal)->Replace(L"Item", [](auto) -> com::Variant {
+        throw com::CallError(DISP_E_BADINDEX);
+    });
+    Next([this, &speed](Shown& dialog) {
+        TypeIntoFirst(dialog, L"55");
+        EXPECT_EQ(speed.value, L"55");
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    EXPECT_EQ(speed.value, L"40");
+}
+
+TEST_F(FieldsAnewTest, APositionThatHoldsAnotherFieldIsNotTaken) {
+    HostPoint structure(L"All", L"", L"Struct");
+    auto fromZero = CollectionOf(fields_, Finds::Positions);
+    fromZero->Replace(L"Item", [this](std::span<const VARIANT> arguments) {
+        const VARIANT& key = arguments.front();
+        if (key.vt != VT_I4 || key.lVal >= static_cast<long>(fields_.size())) {
+            throw com::CallError(DISP_E_BADINDEX);
+        }
+        return com::Variant(ObjectOf(fields_[static_cast<std::size_t>(key.lVal)]).Get());
+    });
+    structure.object->Add(L"Fields", [&](auto) { return com::Variant(fromZero.Get()); });
+    Next([this](Shown& dialog) {
+        TypeIntoFirst(dialog, L"55");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    EXPECT_EQ(fields_[0].value, L"55");
+    EXPECT_TRUE(fields_[1].writes.empty());
+    EXPECT_TRUE(fields_[2].writes.empty());
+}
+
+} // namespace
+} // namespace dialogs
