@@ -87,6 +87,29 @@ TEST_F(frmRenameTest, RefusesABadNameAndStaysOpen) {
     }
 }
 
+TEST_F(frmRenameTest, JudgesTheFirstCharacterByItsCodeInTheAnsiCodePage) {
+    ASSERT_EQ(GetACP(), 1252U) << "the code page that the expectations are of";
+    Rename(L"Dev1", [](Shown& dialog) {
+        for (const wchar_t* name : {L"\u00e91", L"\u4e2da", L"\u0100b", L"a\u00e9"}) {
+            dialog.Select(kBox, 0, -1);
+            dialog.Type(kBox, name);
+            dialog.Click(IDOK);
+            EXPECT_EQ(dialog.Text(kBox), name);
+        }
+        dialog.Click(IDCANCEL);
+    });
+    const auto messages = Messages();
+    ASSERT_EQ(messages.size(), 4U);
+    for (const std::size_t i : {0U, 1U}) { // E9 and "?", neither of which is a letter of ASCII
+        ExpectBox(messages[i], L"The name have to start with a letter.", L"Gateway Object",
+                  MB_ICONEXCLAMATION);
+    }
+    for (const std::size_t i : {2U, 3U}) { // A with a macron is the code page's plain A
+        ExpectBox(messages[i], L"The name haven't to contain special keys.", L"Gateway Object",
+                  MB_ICONEXCLAMATION);
+    }
+}
+
 TEST_F(frmRenameTest, TheKeyCodeZeroConfirms) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
         SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);

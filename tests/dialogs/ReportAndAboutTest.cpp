@@ -53,17 +53,50 @@ TEST_F(frmErrorTest, ItsTextsAreReadOnlyAndCanBeCopied) {
     });
 }
 
-class frmAboutTest : public DialogTest {};
+TEST_F(frmErrorTest, GrowsAndStaysOnTheScreen) {
+    Report([](Shown& dialog) {
+        MONITORINFO monitor{};
+        monitor.cbSize = sizeof(monitor);
+        GetMonitorInfoW(MonitorFromWindow(dialog.Window(), MONITOR_DEFAULTTONEAREST), &monitor);
+        const RECT work = monitor.rcWork;
+        RECT place{};
+        GetWindowRect(dialog.Window(), &place);
+        const int folded = place.bottom - place.top;
+        SetWindowPos(dialog.Window(), nullptr, work.right - (place.right - place.left), work.bottom - folded,
+                     0, 0, SWP_NOSIZE | SWP_NOZORDER);
+
+        dialog.Click(IDC_ERROR_ADVANCED);
+        GetWindowRect(dialog.Window(), &place);
+        EXPECT_GT(place.bottom - place.top, folded);
+        EXPECT_EQ(place.bottom, work.bottom);
+        EXPECT_EQ(place.right, work.right);
+        EXPECT_GE(place.top, work.top);
+        EXPECT_GE(place.left, work.left);
+        dialog.Click(IDOK);
+    });
+}
+
+class frmAboutTest : public DialogTest {
+  protected:
+    /// The control shows the component's icon A_LOGO: the system hands out one
+    /// handle for an icon of a module, however often it is loaded.
+    void ExpectLogo(HWND control) {
+        const HICON logo = LoadIconW(Dll().Module(), L"A_LOGO");
+        ASSERT_NE(logo, nullptr);
+        EXPECT_EQ(reinterpret_cast<HICON>(SendMessageW(control, STM_GETICON, 0, 0)), logo);
+        EXPECT_NE(logo, LoadIconW(nullptr, IDI_APPLICATION));
+    }
+};
 
 TEST_F(frmAboutTest, ShowsTitleVersionAndLogo) {
     const auto module = NewModule().As<ITamDialogs>();
-    Next([](Shown& dialog) {
+    Next([this](Shown& dialog) {
         EXPECT_EQ(dialog.Caption(), L"About Gateway Object");
         EXPECT_EQ(dialog.Text(IDC_ABOUT_TITLE), L"Gateway Object");
         EXPECT_EQ(dialog.Text(IDC_ABOUT_VERSION), L"Version 1.0.0");
         EXPECT_EQ(dialog.Text(IDC_ABOUT_DESCRIPTION),
                   L"Application objects of remote I/O modules for building-automation controllers.");
-        EXPECT_NE(SendMessageW(dialog.Control(IDC_ABOUT_LOGO), STM_GETICON, 0, 0), 0);
+        ExpectLogo(dialog.Control(IDC_ABOUT_LOGO));
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         dialog.Click(IDOK);
     });

@@ -27,6 +27,16 @@ std::string Ansi(const std::wstring& text) {
     return {text.begin(), text.end()};
 }
 
+/// The path of the file that the system lists first. A file system has an order of
+/// its own, by name on most of them.
+std::string FirstListed(const std::wstring& folder, const std::wstring& pattern) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW((folder + pattern).c_str(), &found);
+    EXPECT_NE(search, INVALID_HANDLE_VALUE);
+    FindClose(search);
+    return Ansi(folder + found.cFileName);
+}
+
 class CDBAppObjectDatasheetTest : public ModuleTest {
   protected:
     static bool Available(const com::Ref<IAppObject>& module) {
@@ -77,6 +87,23 @@ TEST_F(CDBAppObjectDatasheetTest, PrefersAPdfToADoc) {
     const TextFile doc = Beside(L"A.doc");
     const TextFile pdf = Beside(L"Z.pdf");
     EXPECT_EQ(Opened(Defined(L"<NAME>Valve</NAME>")), Ansi(pdf.Path()));
+}
+
+TEST_F(CDBAppObjectDatasheetTest, TakesTheFirstOfSeveralInTheFoldersOrder) {
+    const TextFile second = Beside(L"Middle.pdf");
+    const TextFile third = Beside(L"Zebra.pdf");
+    const TextFile first = Beside(L"Apple.pdf");
+    const std::string listed = FirstListed(Component::Folder(), L"*.pdf");
+    EXPECT_EQ(Opened(Defined(L"<NAME>Valve</NAME>")), listed);
+}
+
+TEST_F(CDBAppObjectDatasheetTest, TakesTheFirstOfSeveralSharedOnes) {
+    const SharedFolder folder;
+    const TextFile second = SharedFolder::File(L"pb_77_m.pdf");
+    const TextFile third = SharedFolder::File(L"pb_77_z.pdf");
+    const TextFile first = SharedFolder::File(L"pb_77_a.pdf");
+    const std::string listed = FirstListed(Component::Folder() + L"..\\DataSheets\\", L"pb_77_*.pdf");
+    EXPECT_EQ(Opened(Defined(L"<ID>77</ID>")), listed);
 }
 
 TEST_F(CDBAppObjectDatasheetTest, TakesThePdfOfItsIdFromTheSharedFolder) {

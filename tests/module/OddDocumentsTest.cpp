@@ -175,6 +175,35 @@ TEST_F(CDBAppObjectOddDocumentsTest, ReadsTheFirstOfRepeatedStreamElements) {
     EXPECT_EQ(Short(module.As<ITamObject>(), &ITamObject::get_TamObjectID), 3);
 }
 
+TEST_F(CDBAppObjectOddDocumentsTest, ReadsTheFirstOfRepeatedSections) {
+    const auto module = Loaded(std::wstring(L"<Tam><Name>Pump</Name>") + kRest +
+                               L"<InReferences><In1/></InReferences><InReferences><In2/></InReferences>"
+                               L"<OutReferences/><OutReferences><Out1/></OutReferences>"
+                               L"<Attributes><A1><SNVTTYPE>36</SNVTTYPE></A1></Attributes>"
+                               L"<Attributes><A2><SNVTTYPE>36</SNVTTYPE></A2></Attributes></Tam>");
+    EXPECT_EQ(InputCount(module), 1);
+    EXPECT_TRUE(Input(module, L"In1"));
+    EXPECT_EQ(OutputCount(module), 0) << "the first one is empty";
+    EXPECT_EQ(AttributeCount(module), 1);
+    EXPECT_TRUE(Attribute(module, L"A1"));
+}
+
+TEST_F(CDBAppObjectOddDocumentsTest, ReadsTheSectionThatTheDocumentFindsFirst) {
+    // A section inside another element named Tam comes first in the document.
+    const std::wstring stream = std::wstring(L"<Tam><Name>Pump</Name>") + kRest +
+                                L"<Old><Tam><InReferences><Deep/></InReferences></Tam></Old>"
+                                L"<InReferences><In1/></InReferences></Tam>";
+    const auto module = Loaded(stream);
+    ASSERT_EQ(InputCount(module), 1);
+    com::Ref<IXMLDOMNodeList> sections;
+    com::Check(Parse(stream)->getElementsByTagName(com::Bstr(L"Tam/InReferences").Get(), sections.Put()));
+    com::Ref<IXMLDOMNode> first;
+    com::Check(sections->get_item(0, first.Put()));
+    com::Ref<IXMLDOMNode> child;
+    com::Check(first->get_firstChild(child.Put()));
+    EXPECT_EQ(Text(Input(module, L"1"), &IInput::get_Name), Text(child, &IXMLDOMNode::get_nodeName));
+}
+
 TEST_F(CDBAppObjectOddDocumentsTest, RefusesAStreamOfAnotherRootOrNamespace) {
     const std::wstring content = std::wstring(L"<Name>Pump</Name>") + kRest;
     EXPECT_EQ(Load(NewModule(), L"<R><Tam>" + content + L"</Tam></R>"), kObjectNotSet);
