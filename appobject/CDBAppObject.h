@@ -95,7 +95,7 @@ class CDBAppObject final
     STDMETHODIMP put_ApplicationID(BSTR value) override { return Store(applicationId_, value); }
     STDMETHODIMP LoadFromXmlStream(BSTR xml) override;
     STDMETHODIMP get_TamObjectID(short* value) override { return Answer(value, tamObjectId_); }
-    // The identifier comes from the device stream alone; a write is accepted and dropped.
+    // The identifier comes from the device stream and the project element; a write is accepted and dropped.
     STDMETHODIMP put_TamObjectID(short) override { return S_OK; }
     STDMETHODIMP Contains(ITamInternalAppObject* item, VARIANT_BOOL* value) override;
 
