@@ -3,6 +3,7 @@
 #include "appobject/Pictures.h"
 #include "common/ComponentState.h"
 #include "common/Report.h"
+#include "common/Required.h"
 #include "component/resource.h"
 
 #include <shellapi.h>
@@ -40,18 +41,10 @@ STDMETHODIMP CDBAppObject::Show() {
         if (!parent_) {
             return;
         }
-        const auto document = parent_.As<IHostDocument>();
-        if (!document) {
-            throw RunTimeError(RunTime::TypeMismatch);
-        }
+        const auto document = Required<IHostDocument>(parent_);
         com::Ref<IDispatch> shown;
         com::Check(document->get_View(shown.Put()));
-        com::CheckSet(shown.Get());
-        const auto view = shown.As<IHostView>();
-        if (!view) {
-            throw RunTimeError(RunTime::TypeMismatch);
-        }
-        com::Check(view->ShowObject());
+        com::Check(Required<IHostView>(shown)->ShowObject());
     });
     EndPlugIn();
     return S_OK;

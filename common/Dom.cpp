@@ -1,6 +1,6 @@
 #include "common/Dom.h"
 
-#include "common/RunTimeError.h"
+#include "common/Required.h"
 
 namespace tam::dom {
 
@@ -50,21 +50,11 @@ Document NewDocument(REFCLSID documentClass) {
 }
 
 Node NodeOf(IDispatch* object) {
-    CheckSet(object);
-    Node node = com::Query<IXMLDOMNode>(object);
-    if (!node) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-    return node;
+    return Required<IXMLDOMNode>(object);
 }
 
 Document DocumentOf(IDispatch* object) {
-    CheckSet(object);
-    Document document = com::Query<IXMLDOMDocument2>(object);
-    if (!document) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-    return document;
+    return Required<IXMLDOMDocument2>(object);
 }
 
 std::wstring BaseName(const Node& node) {

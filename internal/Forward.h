@@ -3,23 +3,11 @@
 #include "com/Boundary.h"
 #include "com/Object.h"
 #include "com/Ref.h"
-#include "common/RunTimeError.h"
+#include "common/Required.h"
 
 #include <type_traits>
 
 namespace tam {
-
-/// An interface of the wrapped object. "Object not set" when there is no
-/// object, "type mismatch" when it does not offer the interface.
-template <class I, class J>
-com::Ref<I> Required(const com::Ref<J>& object) {
-    com::CheckSet(object.Get());
-    com::Ref<I> face = object.template As<I>();
-    if (!face) {
-        throw RunTimeError(RunTime::TypeMismatch);
-    }
-    return face;
-}
 
 /// Hands a call to the same member of the wrapped object. Its HRESULT and its
 /// error object go back to the host untouched. Derived offers

@@ -2,7 +2,7 @@
 
 #include "common/Case.h"
 #include "common/Report.h"
-#include "common/RunTimeError.h"
+#include "common/Required.h"
 #include "points/MacroConnections.h"
 #include "points/PointWarnings.h"
 #include "points/ValueText.h"
@@ -130,11 +130,7 @@ STDMETHODIMP CDBOutput::put_IsConnected(VARIANT_BOOL value) {
 
 STDMETHODIMP CDBOutput::putref_ConnectedType(IDispatch* value) {
     return Do([&] {
-        const auto type = com::Query<ISNVType>(value);
-        com::CheckSet(value);
-        if (!type) {
-            throw RunTimeError(RunTime::TypeMismatch);
-        }
+        const auto type = Required<ISNVType>(value);
         com::Bstr id;
         com::Check(type->get_ID(id.Put()));
         connectedTypeId_ = id.View();

@@ -176,23 +176,28 @@ com::Ref<Recorder> Recorder::Make(std::wstring label, std::initializer_list<cons
     auto recorder = com::Ref<Recorder>::Own(new Recorder(std::move(label)));
     for (const IID* iid : faces) {
         const FaceInfo& info = FaceOf(*iid);
-        recorder->faces_.push_back(Face{Slots::TableOf(info), recorder.Get(), &info, false});
+        recorder->faces_.push_back(Face{Slots::TableOf(info), recorder.Get(), &info});
     }
     if (recorder->faces_.empty()) {
         const FaceInfo& info = FaceOf(IID_IDispatch);
-        recorder->faces_.push_back(Face{Slots::TableOf(info), recorder.Get(), &info, false});
+        recorder->faces_.push_back(Face{Slots::TableOf(info), recorder.Get(), &info});
     }
     return recorder;
 }
 
 HRESULT Recorder::QueryInterface(REFIID iid, void** out) {
     *out = nullptr;
+    for (const auto& [refused, refusal] : refusals_) {
+        if (iid == refused) {
+            return refusal;
+        }
+    }
     if (iid == kRecorderIid) {
         *out = this;
     }
     for (Face& face : faces_) {
         const bool isFirst = &face == &faces_.front() && (iid == IID_IUnknown || iid == IID_IDispatch);
-        if (*out == nullptr && (isFirst || (face.info->iid == iid && !face.isHidden))) {
+        if (*out == nullptr && (isFirst || face.info->iid == iid)) {
             *out = &face;
         }
     }
@@ -237,10 +242,8 @@ void Recorder::Fail(const std::wstring& label, HRESULT code, const std::wstring&
     failures_[label] = Failing{code, description};
 }
 
-void Recorder::HideFace(REFIID iid) {
-    for (Face& face : faces_) {
-        face.isHidden = face.isHidden || face.info->iid == iid;
-    }
+void Recorder::HideFace(REFIID iid, HRESULT refusal) {
+    refusals_.emplace_back(iid, refusal);
 }
 
 void Recorder::SetGate(HRESULT (*gate)()) noexcept {
@@ -354,6 +357,13 @@ HRESULT Recorder::InvokeById(DISPID id, WORD flags, DISPPARAMS* params, VARIANT*
     if (id < 1 || static_cast<std::size_t>(id) > Names().size()) {
         return DISP_E_MEMBERNOTFOUND; // nobody asked for it by name: a default member, say
     }
+    WORD ownFlags = flags;
+    if (takesPlainObjects_ && flags == DISPATCH_PROPERTYPUTREF) {
+        return DISP_E_MEMBERNOTFOUND;
+    }
+    if (takesPlainObjects_ && flags == DISPATCH_PROPERTYPUT) {
+        ownFlags = DISPATCH_PROPERTYPUTREF;
+    }
     com::Bstr name(Names().at(static_cast<std::size_t>(id) - 1));
     BSTR text = name.Get();
     const bool wasInvoking = std::exchange(isInvoking_, true);
@@ -362,7 +372,8 @@ HRESULT Recorder::InvokeById(DISPID id, WORD flags, DISPPARAMS* params, VARIANT*
         DISPID own = DISPID_UNKNOWN;
         if (answer == DISP_E_MEMBERNOTFOUND && face.info->dispatch &&
             SUCCEEDED(face.info->dispatch->GetIDsOfNames(&text, 1, &own))) {
-            answer = face.info->dispatch->Invoke(&face, own, flags, params, result, exception, argumentError);
+            answer =
+                face.info->dispatch->Invoke(&face, own, ownFlags, params, result, exception, argumentError);
         }
     }
     isInvoking_ = wasInvoking;

@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace internal_tests {
@@ -113,8 +114,10 @@ class Recorder {
     /// Asked before each call of any double is carried out; a failure is the
     /// call's answer. An empty gate lets all pass.
     static void SetGate(HRESULT (*gate)()) noexcept;
-    /// Refuses an interface that is then reached by name alone.
-    void HideFace(REFIID iid);
+    /// Refuses an interface. One of its own is then reached by name alone.
+    void HideFace(REFIID iid, HRESULT refusal = E_NOINTERFACE);
+    /// By name, an object is taken by plain assignment alone.
+    void TakeObjectsByPlainAssignment() noexcept { takesPlainObjects_ = true; }
     /// Lets go of what was put or given.
     void Forget() { values_.clear(); }
     /// Changes the answers that nobody gave.
@@ -136,7 +139,6 @@ class Recorder {
         const void* const* table;
         Recorder* owner;
         const FaceInfo* info;
-        bool isHidden;
     };
     friend struct Slots;
 
@@ -150,8 +152,10 @@ class Recorder {
     std::map<std::wstring, com::Variant> values_;
     std::map<std::wstring, Handler> handlers_;
     std::map<std::wstring, Failing> failures_;
+    std::vector<std::pair<IID, HRESULT>> refusals_;
     long seed_ = 0;
     bool isInvoking_ = false;
+    bool takesPlainObjects_ = false;
     ULONG references_ = 1;
     com::LiveCount live_;
 };
