@@ -3,12 +3,15 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Ref.h"
+#include "common/Case.h"
 #include "internal/Forward.h"
 
 #include <OrvDBFaces.h>
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 
@@ -46,6 +49,25 @@ inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& parent) {
     return Required<IAppObject>(container);
 }
 
+/// The name of a wrapped point.
+template <class I>
+std::wstring NameOf(const com::Ref<I>& point) {
+    com::CheckSet(point.Get());
+    com::Bstr name;
+    com::Check(point->get_Name(name.Put()));
+    return std::wstring(name.View());
+}
+
+/// What a container's collection answered for a key, when that is its name in
+/// any letter case; else empty. Only a key that begins like a number can be
+/// taken for a position, so no other item is asked for its name.
+template <class I>
+com::Ref<I> OfThatName(com::Ref<I> item, const std::wstring& key) {
+    constexpr std::wstring_view kStartsOfNumbers = L" \t\n&+-.0123456789";
+    const bool mayBePosition = kStartsOfNumbers.find(key.front()) != std::wstring_view::npos;
+    return item && mayBePosition && !EqualIgnoringCase(NameOf(item), key) ? com::Ref<I>() : item;
+}
+
 /// The container's attribute of a key; empty when it has none.
 inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, const std::wstring& key) {
     com::Ref<IAttributes> attributes;
@@ -53,7 +75,7 @@ inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, co
     com::CheckSet(attributes.Get());
     com::Ref<IAttribute> attribute;
     com::Check(attributes->get_Item(com::Bstr(key).Get(), attribute.Put()));
-    return attribute;
+    return OfThatName(std::move(attribute), key);
 }
 
 /// Calls visit with each point of a collection, in order, until it answers
@@ -75,15 +97,6 @@ void WalkPoints(const com::Ref<Collection>& collection, F&& visit) {
             return;
         }
     }
-}
-
-/// The name of a wrapped point.
-template <class I>
-std::wstring NameOf(const com::Ref<I>& point) {
-    com::CheckSet(point.Get());
-    com::Bstr name;
-    com::Check(point->get_Name(name.Put()));
-    return std::wstring(name.View());
 }
 
 } // namespace tam

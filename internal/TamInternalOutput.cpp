@@ -69,10 +69,10 @@ long TamInternalOutput::Index() const {
 
 com::Ref<IOutput> TamInternalOutput::MatchingOutput() const {
     const auto parent = ParentOf(parent_);
-    const com::Bstr key(ContainerKey(*parent.Get(), NameOf(inner_)));
+    const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
     com::Ref<IOutput> output;
-    com::Check(OutputsOf(ContainerOf(*parent.Get()))->get_Item(key.Get(), output.Put()));
-    return output;
+    com::Check(OutputsOf(ContainerOf(*parent.Get()))->get_Item(com::Bstr(key).Get(), output.Put()));
+    return OfThatName(std::move(output), key);
 }
 
 STDMETHODIMP TamInternalOutput::get_Index(long* value) {
