@@ -32,28 +32,23 @@ HRESULT CodeOf(const EXCEPINFO& exception) noexcept {
     throw tam::RunTimeError(static_cast<std::int32_t>(CodeOf(exception)), source, description);
 }
 
-Variant Invoke(IDispatch& object, const std::wstring& name, WORD flags, std::span<VARIANT> arguments) {
+DISPID IdOf(IDispatch& object, const std::wstring& name) {
     DISPID id = DISPID_UNKNOWN;
     Bstr member(name);
     BSTR text = member.Get();
     Check(object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id));
+    return id;
+}
 
-    std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
-    DISPID putId = DISPID_PROPERTYPUT;
-    DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-    if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {
-        params.rgdispidNamedArgs = &putId;
-        params.cNamedArgs = 1;
-    }
-    Variant result;
+/// Calls a member and answers its HRESULT; an exception of the member is thrown.
+HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VARIANT* result) {
     EXCEPINFO exception{};
-    const HRESULT hr = object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params,
-                                     params.cNamedArgs != 0 ? nullptr : result.Put(), &exception, nullptr);
+    const HRESULT hr =
+        object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, nullptr);
     if (hr == DISP_E_EXCEPTION) {
         ThrowException(exception);
     }
-    Check(hr);
-    return result;
+    return hr;
 }
 
 } // namespace
@@ -68,18 +63,31 @@ Ref<IDispatch> CreateByProgId(const std::wstring& progId) {
 }
 
 Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIANT> arguments) {
-    return Invoke(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments);
+    const DISPID id = IdOf(object, name);
+    std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
+    DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    Variant result;
+    Check(Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, result.Put()));
+    return result;
 }
 
 Variant GetMember(IDispatch& object, const std::wstring& name) {
-    return Invoke(object, name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {});
+    return CallMember(object, name, {});
 }
 
 void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value) {
     VARIANT argument = value; // borrowed: the callee copies what it keeps
     const bool isObject = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
-    Invoke(object, name, isObject ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT,
-           std::span<VARIANT>(&argument, 1));
+    const DISPID id = IdOf(object, name);
+    DISPID putId = DISPID_PROPERTYPUT;
+    DISPPARAMS params{&argument, &putId, 1, 1};
+    HRESULT hr =
+        Invoke(object, id, isObject ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT, params, nullptr);
+    if (isObject && hr == DISP_E_MEMBERNOTFOUND) {
+        // The property takes its object by plain assignment alone.
+        hr = Invoke(object, id, DISPATCH_PROPERTYPUT, params, nullptr);
+    }
+    Check(hr);
 }
 
 VARIANT ByReference(Bstr& text) noexcept {

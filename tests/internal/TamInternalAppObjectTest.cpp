@@ -240,9 +240,19 @@ TEST_F(TamInternalAppObjectTest, DoesNotCreateTheGenericObjectWhenItCannotRegist
 }
 
 TEST_F(TamInternalAppObjectTest, RefusesAGenericObjectWithTwoPointsOfOneName) {
-    const auto object = Fresh();
-    in2->Set(L"Name", L"IN1");
-    ExpectRaised(object->Create(), 457, L"This key is already associated with an element of this collection");
+    const struct {
+        Double point;
+        const wchar_t* before;
+        const wchar_t* twin;
+    } cases[] = {{in2, L"In2", L"IN1"}, {alarm, L"Alarm", L"OUT"}, {setup, L"Setup", L"gain"}};
+    for (const auto& one : cases) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(one.twin)));
+        one.point->Set(L"Name", one.twin);
+        ExpectRaised(Fresh()->Create(), 457,
+                     L"This key is already associated with an element of this collection");
+        one.point->Set(L"Name", one.before);
+    }
+    EXPECT_EQ(Fresh()->Create(), S_OK);
 }
 
 TEST_F(TamInternalAppObjectTest, RaisesWhereTheLibraryHasNoDefinition) {

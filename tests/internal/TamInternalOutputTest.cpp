@@ -212,6 +212,45 @@ TEST_F(TamInternalOutputTest, NeedsAContainer) {
     EXPECT_EQ(Index(), 0);
 }
 
+TEST_F(TamInternalOutputTest, NeedsADeviceForWhatItsContainerKnows) {
+    object = CreatedWithoutDevice();
+    output = OutputOf(object, L"Out");
+    ASSERT_TRUE(output);
+    com::Bstr reference;
+    ExpectRaised(FailingIndex(), 91, kObjectNotSet);
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
+    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), 91, kObjectNotSet);
+    EXPECT_EQ(out->Value(L"IsDisplayable"), L"True");
+    SetStatus(1);
+    out->Set(L"Index", 4L);
+    EXPECT_EQ(Index(), 4);
+}
+
+TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatCanBeWiredForThatSideAlone) {
+    out->HideFace(__uuidof(ISubItemConnable));
+    const auto connable = output.As<ISubItemConnable>();
+    ASSERT_TRUE(connable);
+    ExpectRaised(connable->put_IsConnected(VARIANT_TRUE), 13, L"Type mismatch");
+    com::Bstr name;
+    ExpectRaised(connable->get_Name(name.Put()), 13, L"Type mismatch");
+    EXPECT_EQ(name.Get(), nullptr);
+    EXPECT_EQ(support::Text(output, &IOutput::get_Name), L"Out");
+    EXPECT_EQ(support::Put(output.As<IDisplayItem>(), &IDisplayItem::put_DisplayText, L"t"), S_OK);
+}
+
+TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatIsADisplayItemForThatSideAlone) {
+    out->HideFace(__uuidof(IDisplayItem));
+    contained[2]->Set(L"Reference", L"[3,2]");
+    const auto item = output.As<IDisplayItem>();
+    ASSERT_TRUE(item);
+    ExpectRaised(support::Put(item, &IDisplayItem::put_DisplayText, L"t"), 13, L"Type mismatch");
+    com::Bstr text;
+    ExpectRaised(item->get_DisplayText(text.Put()), 13, L"Type mismatch");
+    EXPECT_EQ(text.Get(), nullptr);
+    EXPECT_EQ(support::Text(item, &IDisplayItem::get_Reference), L"[3,2]") << "that is the container's";
+    EXPECT_EQ(output.As<ISubItemConnable>()->put_IsConnected(VARIANT_TRUE), S_OK);
+}
+
 TEST_F(TamInternalOutputTest, PassesErrorsBackUnchanged) {
     constexpr auto kCode = static_cast<HRESULT>(0x80049999u);
     const struct {
@@ -269,6 +308,21 @@ TEST_F(TamInternalOutputTest, GivesItsCallBackByName) {
     EXPECT_EQ(output->putref_CallBack(target->As<IDispatch>().Get()), S_OK);
     ASSERT_EQ(Said(), Texts{L"Out.set CallBack(target)"});
     EXPECT_TRUE(Calls().front().isByName);
+}
+
+TEST_F(TamInternalOutputTest, GivesItsCallBackByPlainAssignmentWhereTheOutputTakesNoOther) {
+    out->TakeObjectsByPlainAssignment();
+    const Double target = Recorder::Make(L"target", {});
+    EXPECT_EQ(output->putref_CallBack(target->As<IDispatch>().Get()), S_OK);
+    EXPECT_EQ(Said(), Texts{L"Out.set CallBack(target)"});
+    out->Fail(L"set CallBack", E_ACCESSDENIED, L"not now");
+    EXPECT_EQ(output->putref_CallBack(nullptr), E_ACCESSDENIED);
+    EXPECT_EQ(support::LastError().description, L"not now");
+}
+
+TEST_F(TamInternalOutputTest, RaisesForAnOutputThatTakesNoCallBack) {
+    out->On(L"set CallBack", [](const Invocation&) { return DISP_E_MEMBERNOTFOUND; });
+    EXPECT_EQ(output->putref_CallBack(nullptr), DISP_E_MEMBERNOTFOUND);
 }
 
 TEST_F(TamInternalOutputTest, WorksByNameOverAllItsInterfaces) {
