@@ -113,7 +113,7 @@ std::wstring CDBAttribute::DispValue() const {
 std::wstring CDBAttribute::NumericDispValue() const {
     const auto converter = OwnerOf(owner_).OwnerUnitsManager();
     com::CheckSet(converter.Get());
-    const std::wstring& unit = RequiredType().Id();
+    const std::wstring unit = RequiredType().Id(); // the converter may let another type be loaded
     const std::wstring converted = ConvertedValue(*converter.Get(), LocalizeValue(value_), unit);
     return converted + L" " + UnitLabel(*converter.Get(), unit);
 }

@@ -93,6 +93,27 @@ class FailingConverter final : public com::DualObject<FailingConverter, IUnitCon
     STDMETHODIMP Label(BSTR, BSTR*) override { return E_UNEXPECTED; }
 };
 
+/// A converter that lets the attribute load another type while it converts.
+class ReloadingConverter final : public com::DualObject<ReloadingConverter, IUnitConverter> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    com::Ref<IAttribute> attribute;
+    std::wstring labelled;
+    STDMETHODIMP Convert(BSTR, BSTR, BSTR* value) override {
+        return Get(value, [&]() -> std::wstring {
+            const auto saved = Saved(L"<Gain><SNVT_TYPE>8</SNVT_TYPE></Gain>");
+            com::Check(attribute.As<_CDBAttribute>()->XmlLoad(saved.Get()));
+            return L"70.7";
+        });
+    }
+    STDMETHODIMP Label(BSTR unit, BSTR* value) override {
+        return Get(value, [&] {
+            labelled = com::Text(unit);
+            return L"label of " + labelled;
+        });
+    }
+};
+
 /// Fills an exception in when its receiver asks.
 HRESULT STDMETHODCALLTYPE FillInLate(EXCEPINFO* exception) {
     exception->scode = static_cast<SCODE>(0x800A1235);
@@ -176,6 +197,14 @@ TEST_F(UnitConversionTest, HandsAFailureToAScriptAsItWasRaised) {
     EXPECT_EQ(failure->code, static_cast<HRESULT>(0x80041234));
     EXPECT_EQ(failure->description, L"Out of its range");
     EXPECT_EQ(failure->source, L"Converter");
+}
+
+TEST_F(UnitConversionTest, AsksForTheLabelOfTheUnitThatItConvertedFor) {
+    const auto reloading = ReloadingConverter::Make();
+    reloading->attribute = Over(static_cast<IUnitConverter*>(reloading.Get()));
+    EXPECT_EQ(Text(reloading->attribute, &IAttribute::get_DispValue), L"70.7 label of 105");
+    EXPECT_EQ(Text(Object(reloading->attribute, &IAttribute::get_SNVTType), &ISNVType::get_ID), L"8");
+    reloading->attribute.Reset();
 }
 
 TEST_F(UnitConversionTest, FailsWithAnObjectThatConvertsNothing) {
