@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <iterator>
 #include <limits>
+#include <new>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -70,6 +71,8 @@ class KeyedCollection {
             return FindPosition(Val(index));
         } catch (const RunTimeError&) {
             return nullptr; // A number past the range of numbers is no position.
+        } catch (const std::bad_alloc&) {
+            return nullptr; // Many digits are copied to be read, and a look-up never fails.
         }
     }
     /// "Subscript out of range" past the end.

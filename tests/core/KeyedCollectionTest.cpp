@@ -108,6 +108,17 @@ TEST(KeyedCollectionTest, LooksUpNothingForTextsThatAreNeither) {
     }
 }
 
+TEST(KeyedCollectionTest, LooksUpNothingAtAPositionThatTakesMoreMemoryThanThereIs) {
+    const Texts collection = Letters(L"abc");
+    const std::wstring digits = std::wstring(40, L'0') + L"3";
+    EXPECT_EQ(Found(collection.Lookup(digits)), L"c");
+    for (const std::wstring& index : {digits, std::wstring(L"1e999")}) {
+        const AllocationFault fault(0);
+        EXPECT_EQ(collection.Lookup(index), nullptr);
+        EXPECT_TRUE(fault.HasHappened());
+    }
+}
+
 TEST(KeyedCollectionTest, RefusesItemsPastTheEnd) {
     const Texts collection = Letters(L"a");
     EXPECT_EQ(ErrorOf([&] { collection.ItemAt(1); }), kSubscript);
