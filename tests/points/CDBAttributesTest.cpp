@@ -125,6 +125,22 @@ TEST_F(CDBAttributesTest, LeavesALaterAttributeWithoutKeysUntilTheNextWrite) {
     EXPECT_EQ(Text(Attribute(module, L"Late"), &IAttribute::get_GlobalKey), L"K\\ATT\\Late");
 }
 
+TEST_F(CDBAttributesTest, RenewsTheExtendedKeysAtEachWriteForLateAttributesToo) {
+    const auto attributes = Three();
+    Put(module, &IAppObject::put_ExtendedKey, L"E");
+    Put(module, &IAppObject::put_ExtendedKey, L"F");
+    EXPECT_EQ(Text(Attribute(module, L"Mode"), &IAttribute::get_ExtendedKey), L"F\\ATT\\Mode");
+    EXPECT_EQ(Load(module, Stream({}, {}, Named({L"Late"}, kType))), S_OK);
+    EXPECT_EQ(Text(Attribute(module, L"Late"), &IAttribute::get_ExtendedKey), L"");
+    EXPECT_EQ(Text(Attribute(module, L"Mode"), &IAttribute::get_ExtendedKey), L"F\\ATT\\Mode");
+    Put(module, &IAppObject::put_ExtendedKey, L"G");
+    for (const wchar_t* name : {L"Gain", L"Mode", L"Delay", L"Late"}) {
+        EXPECT_EQ(Text(Attribute(module, name), &IAttribute::get_ExtendedKey),
+                  std::wstring(L"G\\ATT\\") + name);
+        EXPECT_EQ(Text(Attribute(module, name), &IAttribute::get_GlobalKey), L"");
+    }
+}
+
 TEST_F(CDBAttributesTest, KeepsItsAttributesWhenAStreamIsLoaded) {
     const auto attributes = Three();
     EXPECT_EQ(Load(module, Stream({}, {}, Named({L"Late"}, kType))), S_OK);

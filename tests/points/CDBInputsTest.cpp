@@ -1,3 +1,4 @@
+#include "tests/points/Listener.h"
 #include "tests/points/Points.h"
 
 #include "com/LateBound.h"
@@ -69,6 +70,54 @@ TEST_F(CDBInputsTest, KeepsTheTwoKeysApart) {
     Put(module, &IAppObject::put_ExtendedKey, L"E");
     EXPECT_EQ(Text(Input(module, L"Set"), &IInput::get_GlobalKey), L"");
     EXPECT_EQ(Text(Input(module, L"Set"), &IInput::get_ExtendedKey), L"E\\RIN\\Set");
+}
+
+TEST_F(CDBInputsTest, RenewsTheKeysAtEachWrite) {
+    Three();
+    for (const wchar_t* key : {L"Old", L"", L"New"}) {
+        Put(module, &IAppObject::put_GlobalKey, key);
+        Put(module, &IAppObject::put_ExtendedKey, key);
+        const std::wstring expected = std::wstring(key) + L"\\RIN\\Set";
+        EXPECT_EQ(Text(Input(module, L"Set"), &IInput::get_GlobalKey), expected);
+        EXPECT_EQ(Text(Input(module, L"Set"), &IInput::get_ExtendedKey), expected);
+    }
+}
+
+TEST_F(CDBInputsTest, LeavesWhatAStreamAddsAfterAKeyWithoutOneUntilTheNextWrite) {
+    Three();
+    // The first turn of the host comes before the first point.
+    const Listener writing([&] {
+        Put(module, &IAppObject::put_GlobalKey, L"K");
+        Put(module, &IAppObject::put_ExtendedKey, L"E");
+    });
+    writing.Post();
+    EXPECT_EQ(Load(module, Stream(Named({L"A", L"B"}))), S_OK);
+    for (const wchar_t* name : {L"A", L"B"}) {
+        EXPECT_EQ(Text(Input(module, name), &IInput::get_GlobalKey), L"");
+        EXPECT_EQ(Text(Input(module, name), &IInput::get_ExtendedKey), L"");
+    }
+    EXPECT_EQ(Text(Inputs(module), &IInputs::get_GlobalKey), L"K\\RIN");
+    Put(module, &IAppObject::put_GlobalKey, L"L");
+    Put(module, &IAppObject::put_ExtendedKey, L"F");
+    for (const wchar_t* name : {L"A", L"B"}) {
+        EXPECT_EQ(Text(Input(module, name), &IInput::get_GlobalKey), std::wstring(L"L\\RIN\\") + name);
+        EXPECT_EQ(Text(Input(module, name), &IInput::get_ExtendedKey), std::wstring(L"F\\RIN\\") + name);
+    }
+}
+
+TEST_F(CDBInputsTest, PassesALaterKeyToTheCollectionThatAStreamBroughtAlone) {
+    const auto before = Three();
+    Put(module, &IAppObject::put_GlobalKey, L"K");
+    Put(module, &IAppObject::put_ExtendedKey, L"E");
+    EXPECT_EQ(Load(module, Stream(Named({L"Only"}))), S_OK);
+    Put(module, &IAppObject::put_GlobalKey, L"L");
+    Put(module, &IAppObject::put_ExtendedKey, L"F");
+    EXPECT_EQ(Text(Input(module, L"Only"), &IInput::get_GlobalKey), L"L\\RIN\\Only");
+    EXPECT_EQ(Text(Input(module, L"Only"), &IInput::get_ExtendedKey), L"F\\RIN\\Only");
+    const auto old = Item(before, &IInputs::get_Item, L"Set");
+    EXPECT_EQ(Text(before, &IInputs::get_GlobalKey), L"K\\RIN");
+    EXPECT_EQ(Text(old, &IInput::get_GlobalKey), L"K\\RIN\\Set");
+    EXPECT_EQ(Text(old, &IInput::get_ExtendedKey), L"E\\RIN\\Set");
 }
 
 TEST_F(CDBInputsTest, IsReplacedByAnEmptyOneWhenAStreamIsLoaded) {

@@ -1,3 +1,4 @@
+#include "tests/points/Listener.h"
 #include "tests/points/Points.h"
 
 #include "com/LateBound.h"
@@ -71,6 +72,54 @@ TEST_F(CDBOutputsTest, FormsTheKeysOfItsOutputs) {
         EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), std::wstring(L"K\\ROU\\") + name);
         EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), std::wstring(L"E\\ROU\\") + name);
     }
+}
+
+TEST_F(CDBOutputsTest, RenewsTheKeysAtEachWrite) {
+    Three();
+    for (const wchar_t* key : {L"Old", L"", L"New"}) {
+        Put(module, &IAppObject::put_GlobalKey, key);
+        Put(module, &IAppObject::put_ExtendedKey, key);
+        const std::wstring expected = std::wstring(key) + L"\\ROU\\Fan";
+        EXPECT_EQ(Text(Output(module, L"Fan"), &IOutput::get_GlobalKey), expected);
+        EXPECT_EQ(Text(Output(module, L"Fan"), &IOutput::get_ExtendedKey), expected);
+    }
+}
+
+TEST_F(CDBOutputsTest, LeavesWhatAStreamAddsAfterAKeyWithoutOneUntilTheNextWrite) {
+    Three();
+    // The first turn of the host comes before the first point.
+    const Listener writing([&] {
+        Put(module, &IAppObject::put_GlobalKey, L"K");
+        Put(module, &IAppObject::put_ExtendedKey, L"E");
+    });
+    writing.Post();
+    EXPECT_EQ(Load(module, Stream({}, Named({L"A", L"B"}))), S_OK);
+    for (const wchar_t* name : {L"A", L"B"}) {
+        EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), L"");
+        EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), L"");
+    }
+    EXPECT_EQ(Text(Outputs(module), &IOutputs::get_GlobalKey), L"K\\ROU");
+    Put(module, &IAppObject::put_GlobalKey, L"L");
+    Put(module, &IAppObject::put_ExtendedKey, L"F");
+    for (const wchar_t* name : {L"A", L"B"}) {
+        EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), std::wstring(L"L\\ROU\\") + name);
+        EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), std::wstring(L"F\\ROU\\") + name);
+    }
+}
+
+TEST_F(CDBOutputsTest, PassesALaterKeyToTheCollectionThatAStreamBroughtAlone) {
+    const auto before = Three();
+    Put(module, &IAppObject::put_GlobalKey, L"K");
+    Put(module, &IAppObject::put_ExtendedKey, L"E");
+    EXPECT_EQ(Load(module, Stream({}, Named({L"Only"}))), S_OK);
+    Put(module, &IAppObject::put_GlobalKey, L"L");
+    Put(module, &IAppObject::put_ExtendedKey, L"F");
+    EXPECT_EQ(Text(Output(module, L"Only"), &IOutput::get_GlobalKey), L"L\\ROU\\Only");
+    EXPECT_EQ(Text(Output(module, L"Only"), &IOutput::get_ExtendedKey), L"F\\ROU\\Only");
+    const auto old = Item(before, &IOutputs::get_Item, L"Fan");
+    EXPECT_EQ(Text(before, &IOutputs::get_GlobalKey), L"K\\ROU");
+    EXPECT_EQ(Text(old, &IOutput::get_GlobalKey), L"K\\ROU\\Fan");
+    EXPECT_EQ(Text(old, &IOutput::get_ExtendedKey), L"E\\ROU\\Fan");
 }
 
 TEST_F(CDBOutputsTest, IsReplacedByAnEmptyOneWhenAStreamIsLoaded) {
