@@ -7,9 +7,10 @@
 namespace tam {
 
 /// Letter case one character to one character, without locale, the same on
-/// every machine. Covers ASCII, Latin-1, Latin Extended-A, Greek and Cyrillic;
-/// any other character, and a letter without a partner of its own among them
-/// (ß, µ, the Turkish i's), stays as it is.
+/// every machine. Covers Latin with the letters of the languages that are
+/// written in it (Romanian and Vietnamese, say), Greek and Cyrillic; any other
+/// character, and a letter without a partner of its own among them (ß, µ, the
+/// Turkish i's), stays as it is.
 wchar_t UpperCase(wchar_t c);
 wchar_t LowerCase(wchar_t c);
 std::wstring UpperCase(std::wstring_view text);

@@ -33,6 +33,17 @@ TEST(CaseTest, MapsLatinExtendedAInBothOfItsOrders) {
               L"\u0101\u0119\u0137\u013A\u0148\u014B\u0161\u0177\u017E");
 }
 
+TEST(CaseTest, MapsLettersOfRomanianAndVietnamese) {
+    EXPECT_EQ(UpperCase(L"\u0219\u021B\u01A1\u01B0\u1EA1\u1EC7\u1EF9\u1E95"),
+              L"\u0218\u021A\u01A0\u01AF\u1EA0\u1EC6\u1EF8\u1E94");
+    EXPECT_EQ(LowerCase(L"\u0218\u021A\u01A0\u01AF\u1EA0\u1EC6\u1EF8\u1E94"),
+              L"\u0219\u021B\u01A1\u01B0\u1EA1\u1EC7\u1EF9\u1E95");
+    // A letter of its own with its capital elsewhere, and those between the pairs.
+    const std::wstring text = L"\u01AE\u01B1\u0220\u0221\u1E96\u1E9E";
+    EXPECT_EQ(UpperCase(text), text);
+    EXPECT_EQ(LowerCase(text), text);
+}
+
 TEST(CaseTest, MapsGreekWithTonosAndBothSigmas) {
     EXPECT_EQ(UpperCase(L"\u03AC\u03AD\u03AF\u03B1\u03C9\u03CA\u03CB\u03CC\u03CD\u03CE"),
               L"\u0386\u0388\u038A\u0391\u03A9\u03AA\u03AB\u038C\u038E\u038F");
