@@ -1,3 +1,4 @@
+#include "com/Counted.h"
 #include "tests/fault/ModuleFaultTest.h"
 #include "tests/module/HostView.h"
 #include "tests/module/ShellPatch.h"
@@ -15,6 +16,35 @@ using namespace modules;
 using namespace support;
 
 using Fields = std::vector<std::wstring>;
+
+constexpr CLSID kScriptedClass = {
+    0x7A0E3B62, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA2}};
+
+/// A unit converter that is reached by name alone, as one written in a script.
+class ScriptedUnits final : public com::Counted<IDispatch> {
+  public:
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+        ids[0] = std::wstring(names[0]) == L"Convert" ? kConvert : kLabel;
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                        UINT*) override {
+        if (id == kConvert) {
+            result->vt = VT_I4; // which the caller has to make a text of
+            result->lVal = 70;
+        } else {
+            result->vt = VT_BSTR;
+            result->bstrVal = com::Bstr(L"degF").Detach();
+        }
+        return S_OK;
+    }
+
+  private:
+    static constexpr DISPID kConvert = 1;
+    static constexpr DISPID kLabel = 2;
+};
 
 class HostCallFaultTest : public ModuleFaultTest {
   protected:
@@ -45,6 +75,40 @@ TEST_F(HostCallFaultTest, DisplayedNumber) {
         return result;
     });
     job.kinds = {Kind::Memory, Kind::Text, Kind::Host};
+    Loop().Run(job);
+}
+
+TEST_F(HostCallFaultTest, NumberDisplayedByAScriptsConverter) {
+    const auto units = com::Ref<ScriptedUnits>::Own(new ScriptedUnits);
+    const HostClass scripted(kScriptedClass, kConverterProgId,
+                             [units](REFIID iid, void** out) { return units->QueryInterface(iid, out); });
+    Loop().HostSlots().Replace<Kind::Host, &IDispatch::GetIDsOfNames, &IDispatch::Invoke>(
+        static_cast<IDispatch*>(units.Get()));
+    Job job = Asking("DispValue by a converter's names", [this](std::wstring& answer) {
+        com::Bstr text;
+        const HRESULT result = Attribute(module_, L"Attribute_second")->get_DispValue(text.Put());
+        answer = text.View();
+        return result;
+    });
+    job.kinds = {Kind::Memory, Kind::Text, Kind::Host};
+    job.judge = [](const Case& run) {
+        EXPECT_EQ(run.untouched.answer, L"70 degF");
+        EXPECT_TRUE(run.HasFailed());
+        EXPECT_TRUE(run.told.empty());
+    };
+    Loop().Run(job);
+}
+
+TEST_F(HostCallFaultTest, ConnectedTypeOfAnOutput) {
+    const auto typeOf = [this] {
+        return Object(Attribute(module_, L"Attribute_first"), &IAttribute::get_SNVTType);
+    };
+    module_ = Loaded(SmallStream());
+    Loop().HostSlots().Replace<Kind::Host, &ISNVType::get_ID>(typeOf().Get());
+    Job job = Asking("ConnectedType of an output", [this, typeOf](std::wstring&) {
+        return Output(module_, L"Output_first").As<ISubItemConnable>()->putref_ConnectedType(typeOf().Get());
+    });
+    job.kinds = {Kind::Text, Kind::Host};
     Loop().Run(job);
 }
 
