@@ -4,7 +4,7 @@
 #include "common/ComponentState.h"
 #include "common/Numbers.h"
 #include "common/Report.h"
-#include "points/ValueText.h"
+#include "points/mSNVTDataConversion.h"
 
 #include <string_view>
 
@@ -22,8 +22,11 @@ std::wstring_view TrimBlanks(std::wstring_view text) {
     return text.substr(first, text.find_last_not_of(L' ') - first + 1);
 }
 
-std::wstring LocalForm(std::wstring_view number) {
-    return MoveDecimalMark(number, State().DecimalSeparator);
+/// Stores a limit in local form. False when a report said that it could not,
+/// which leaves an empty text.
+bool StoreLimit(std::wstring& limit, const std::wstring& text) noexcept {
+    limit = UnlocalizeValue(text);
+    return limit.empty() == text.empty();
 }
 
 /// Whether a path is no more than a node's name. Blanks behind the name do not
@@ -138,6 +141,7 @@ bool CSNVTType::ReadGeneralType(CatalogueFields& fields, const std::wstring& id)
 
 bool CSNVTType::ReadNumeric(CatalogueFields& fields) {
     bool hasLength = false;
+    bool hasLimits = true;
     const bool isRead = ReadOrShow(L"pGetNumeric", [&] {
         fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
             if (keyword == L"UNIT") {
@@ -145,9 +149,9 @@ bool CSNVTType::ReadNumeric(CatalogueFields& fields) {
             } else if (keyword == L"BACNETUNIT") {
                 bacnetUnits_ = fields.Text(field);
             } else if (keyword == L"MIN") {
-                min_ = LocalForm(fields.Text(field));
+                hasLimits = StoreLimit(min_, fields.Text(field)) && hasLimits;
             } else if (keyword == L"MAX") {
-                max_ = LocalForm(fields.Text(field));
+                hasLimits = StoreLimit(max_, fields.Text(field)) && hasLimits;
             } else if (keyword == L"LENGTH") {
                 length_ = com::LongOf(fields.Text(field));
             } else if (keyword == L"A_COEF") {
@@ -167,7 +171,7 @@ bool CSNVTType::ReadNumeric(CatalogueFields& fields) {
                     MB_ICONSTOP);
         }
     });
-    return isRead && hasLength;
+    return isRead && hasLength && hasLimits;
 }
 
 bool CSNVTType::ReadTextual(CatalogueFields& fields) {
@@ -189,11 +193,11 @@ bool CSNVTType::IsNumeric() const noexcept {
 }
 
 STDMETHODIMP CSNVTType::get_Min(BSTR* value) {
-    return Get(value, [&] { return LocalForm(min_); });
+    return Get(value, [&] { return LocalizeValue(min_); });
 }
 
 STDMETHODIMP CSNVTType::get_Max(BSTR* value) {
-    return Get(value, [&] { return LocalForm(max_); });
+    return Get(value, [&] { return LocalizeValue(max_); });
 }
 
 STDMETHODIMP CSNVTType::put_EnumDesc(BSTR value) {

@@ -96,4 +96,26 @@ TEST_F(MemoryReportTest, ADefaultValueThatCannotBeBroughtToItsFormIsReported) {
     ExpectReport(reports[0], {}, L"O_Tam_id Module mSNVTDataConversion", L"Function UnlocalizeValue");
 }
 
+TEST_F(MemoryReportTest, ALimitThatCannotBeBroughtToItsFormIsReported) {
+    SetCatalogue(L"<SNVT_7><Name>Long</Name><Type>SignedNumeric</Type><Length>2</Length><Min>" + longText +
+                 L"</Min></SNVT_7>");
+    std::vector<bench::Box> reports;
+    for (int block = 0; block < 4; ++block) {
+        module = NewModule();
+        FailAt(block, [&] {
+            EXPECT_EQ(Load(module, Stream({}, {}, L"<Gain><SNVTTYPE>7</SNVTTYPE></Gain>")), S_OK);
+        });
+        // A type that was not read whole is read once more.
+        const auto type = Object(Attribute(module, L"Gain"), &IAttribute::get_SNVTType);
+        EXPECT_EQ(Text(type, &ISNVType::get_Min), longText);
+        for (const bench::Box& box : Boxes()) {
+            if (!box.isMessageBox) {
+                reports.push_back(box);
+            }
+        }
+    }
+    ASSERT_EQ(reports.size(), 1u);
+    ExpectReport(reports[0], {}, L"O_Tam_id Module mSNVTDataConversion", L"Function UnlocalizeValue");
+}
+
 } // namespace
