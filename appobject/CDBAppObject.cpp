@@ -6,6 +6,8 @@
 #include "points/PointKeys.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 namespace tam {
 
@@ -17,6 +19,18 @@ constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
 constexpr const wchar_t* kAttributesSuffix = L"\\ATT";
 constexpr const wchar_t* kInputsSuffix = L"\\RIN";
 constexpr const wchar_t* kOutputsSuffix = L"\\ROU";
+
+/// The keys of the collections under their owner's key. They are made before
+/// anything is changed: behind them nothing of a key's writing can fail.
+struct SideKeys {
+    explicit SideKeys(const std::wstring& key)
+        : attributes(std::make_shared<std::wstring>(key + kAttributesSuffix))
+        , inputs(std::make_shared<std::wstring>(key + kInputsSuffix))
+        , outputs(std::make_shared<std::wstring>(key + kOutputsSuffix)) {}
+    NewKey attributes;
+    NewKey inputs;
+    NewKey outputs;
+};
 
 /// True when the name of any point of the collection begins with the prefix.
 template <class Collection>
@@ -48,30 +62,34 @@ CDBAppObject::~CDBAppObject() {
 
 STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
     return Do([&] {
-        globalKey_ = com::View(value);
+        std::wstring key(com::View(value));
+        SideKeys sides(key);
+        globalKey_ = std::move(key);
         if (attributes_) {
-            attributes_->SetGlobalKey(globalKey_ + kAttributesSuffix);
+            attributes_->SetGlobalKey(std::move(sides.attributes));
         }
         if (inputs_) {
-            inputs_->SetGlobalKey(globalKey_ + kInputsSuffix);
+            inputs_->SetGlobalKey(std::move(sides.inputs));
         }
         if (outputs_) {
-            outputs_->SetGlobalKey(globalKey_ + kOutputsSuffix);
+            outputs_->SetGlobalKey(std::move(sides.outputs));
         }
     });
 }
 
 STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
-        extendedKey_ = com::View(value);
+        std::wstring key(com::View(value));
+        SideKeys sides(key);
+        extendedKey_ = std::move(key);
         if (attributes_) {
-            attributes_->SetExtendedKey(extendedKey_ + kAttributesSuffix);
+            attributes_->SetExtendedKey(std::move(sides.attributes));
         }
         if (inputs_) {
-            inputs_->SetExtendedKey(extendedKey_ + kInputsSuffix);
+            inputs_->SetExtendedKey(std::move(sides.inputs));
         }
         if (outputs_) {
-            outputs_->SetExtendedKey(extendedKey_ + kOutputsSuffix);
+            outputs_->SetExtendedKey(std::move(sides.outputs));
         }
     });
 }

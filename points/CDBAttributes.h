@@ -23,8 +23,8 @@ class CDBAttributes final : public com::DualObject<CDBAttributes, _CDBAttributes
     /// Empty when there is none.
     com::Ref<CDBAttribute> GetItem(std::wstring_view index) const { return items_.Find(index); }
     void Clear() { items_.Clear(); }
-    void SetGlobalKey(std::wstring key) { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(std::wstring key) { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBAttribute>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

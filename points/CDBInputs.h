@@ -22,8 +22,8 @@ class CDBInputs final : public com::DualObject<CDBInputs, _CDBInputs, IInputs> {
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBInput> GetItem(std::wstring_view index) const { return items_.Find(index); }
-    void SetGlobalKey(std::wstring key) { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(std::wstring key) { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBInput>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

@@ -21,8 +21,8 @@ class CDBOutputs final : public com::DualObject<CDBOutputs, _CDBOutputs, IOutput
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBOutput> GetItem(std::wstring_view index) const { return items_.Find(index); }
-    void SetGlobalKey(std::wstring key) { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(std::wstring key) { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBOutput>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

@@ -53,12 +53,12 @@ class PointItems {
 
     /// Gives every item the key. One that is added later has none until the next
     /// time, and one that was removed keeps what it has.
-    void SetGlobalKey(std::wstring key) {
+    void SetGlobalKey(NewKey key) noexcept {
         globalKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
             point->SetGlobalKeyUnder(shared);
         });
     }
-    void SetExtendedKey(std::wstring key) {
+    void SetExtendedKey(NewKey key) noexcept {
         extendedKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
             point->SetExtendedKeyUnder(shared);
         });

@@ -8,6 +8,9 @@
 
 namespace tam {
 
+/// A key that nobody shares yet. Making one takes memory, setting it takes none.
+using NewKey = std::shared_ptr<std::wstring>;
+
 /// One key of an owner's side. While exactly the present items share it, a new
 /// key is one text replaced, however many items there are; after a change among
 /// them it is a new text that each item is given.
@@ -15,15 +18,14 @@ class SideKey {
   public:
     const std::wstring& Text() const noexcept { return *text_; }
 
-    /// `give` hands a shared key to an item. Only memory can run out, and
-    /// nothing has changed then.
+    /// `give` hands a shared key to an item, and does not fail.
     template <class Items, class Give>
-    void Set(std::wstring key, const Items& items, Give&& give) {
+    void Set(NewKey key, const Items& items, Give&& give) noexcept {
         if (isShared_) {
-            *text_ = std::move(key);
+            *text_ = std::move(*key);
             return;
         }
-        text_ = std::make_shared<std::wstring>(std::move(key));
+        text_ = std::move(key);
         for (const auto& item : items) {
             give(item, text_);
         }
@@ -33,7 +35,7 @@ class SideKey {
     void ItemsChange() noexcept { isShared_ = false; }
 
   private:
-    std::shared_ptr<std::wstring> text_ = std::make_shared<std::wstring>();
+    NewKey text_ = std::make_shared<std::wstring>();
     bool isShared_ = false;
 };
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
 #include <vector>
 
 // Items that come and go, which no host can bring about: the members that
@@ -45,8 +47,8 @@ class PointItemsTest : public testing::Test {
         }
     }
     void SetKeys(const std::wstring& global, const std::wstring& extended) {
-        items.SetGlobalKey(global);
-        items.SetExtendedKey(extended);
+        items.SetGlobalKey(std::make_shared<std::wstring>(global));
+        items.SetExtendedKey(std::make_shared<std::wstring>(extended));
     }
     std::vector<std::wstring> Keys() const {
         std::vector<std::wstring> keys;
