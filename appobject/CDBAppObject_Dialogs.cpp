@@ -1,5 +1,6 @@
 #include "appobject/CDBAppObject.h"
 
+#include "com/VariantReference.h"
 #include "dialogs/DataPoint.h"
 #include "dialogs/frmAbout.h"
 #include "dialogs/frmRename.h"
@@ -10,16 +11,21 @@ namespace tam {
 namespace {
 
 std::wstring TextOf(const VARIANT& value) {
-    VARIANT source = value; // borrowed
-    com::Variant plain;
-    com::Check(VariantCopyInd(plain.Put(), &source));
+    com::Variant plain = com::CopyOf(value);
     if (plain.Get().vt == VT_EMPTY || plain.Get().vt == VT_NULL) {
         return {};
     }
     com::Variant text;
-    source = plain.Get();
-    com::Check(VariantChangeType(text.Put(), &source, 0, VT_BSTR));
+    com::Check(VariantChangeType(text.Put(), plain.Address(), 0, VT_BSTR));
     return com::Text(text.Get().bstrVal);
+}
+
+/// What the caller takes for a reference to another type cannot become a text.
+void CheckTakesText(const VARIANT& target) {
+    const VARIANT& place = target.vt == (VT_VARIANT | VT_BYREF) ? *target.pvarVal : target;
+    if ((place.vt & VT_BYREF) != 0 && place.vt != (VT_BSTR | VT_BYREF)) {
+        throw RunTimeError(RunTime::TypeMismatch);
+    }
 }
 
 /// Through the references that the caller passed, down to its own text.
@@ -47,7 +53,9 @@ STDMETHODIMP CDBAppObject::ShowAbout() {
 STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) {
     return Get(choice, [&] {
         com::Check(deviceName == nullptr ? E_POINTER : S_OK);
-        frmRename form(RenameState(TextOf(*deviceName), com::Text(deviceKey)));
+        const std::wstring name = TextOf(*deviceName);
+        CheckTakesText(*deviceName);
+        frmRename form(RenameState(name, com::Text(deviceKey)));
         const RenameState& state = form.ShowModal();
         if (state.RetValue() == RenameState::kConfirmed) {
             Replace(*deviceName, state.DeviceName());

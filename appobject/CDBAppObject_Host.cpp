@@ -1,6 +1,7 @@
 #include "appobject/CDBAppObject.h"
 
 #include "appobject/Pictures.h"
+#include "com/VariantReference.h"
 #include "common/ComponentState.h"
 #include "common/Report.h"
 #include "common/Required.h"
@@ -27,9 +28,10 @@ std::string AnsiOf(const std::wstring& text) {
     return ansi;
 }
 
-HWND WindowOf(VARIANT& handle) {
+HWND WindowOf(const VARIANT& handle) {
+    com::Variant plain = com::CopyOf(handle);
     com::Variant number;
-    com::Check(VariantChangeType(number.Put(), &handle, 0, VT_I4));
+    com::Check(VariantChangeType(number.Put(), plain.Address(), 0, VT_I4));
     return reinterpret_cast<HWND>(static_cast<LONG_PTR>(number.Get().lVal));
 }
 

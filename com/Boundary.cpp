@@ -21,6 +21,15 @@ std::wstring SystemText(HRESULT code) {
     return text.empty() ? std::wstring(L"Automation error") : text;
 }
 
+/// A text of an error object; empty where it has none to tell.
+std::wstring Told(IErrorInfo& info, HRESULT (STDMETHODCALLTYPE IErrorInfo::*get)(BSTR*)) {
+    Bstr text;
+    if (FAILED((info.*get)(text.Put()))) {
+        text.Detach(); // a failing object may leave anything in the out pointer
+    }
+    return std::wstring(text.View());
+}
+
 } // namespace
 
 CallError::CallError(HRESULT code) noexcept : code_(code) {
@@ -47,12 +56,9 @@ Failure CurrentFailure() noexcept {
         } catch (const CallError& error) {
             failure.code = error.Code();
             failure.info = error.Info();
-            Bstr text;
-            if (failure.info && SUCCEEDED(failure.info->GetDescription(text.Put()))) {
-                failure.description = text.View();
-            }
-            if (failure.info && SUCCEEDED(failure.info->GetSource(text.Put()))) {
-                failure.source = text.View();
+            if (failure.info) {
+                failure.description = Told(*failure.info.Get(), &IErrorInfo::GetDescription);
+                failure.source = Told(*failure.info.Get(), &IErrorInfo::GetSource);
             }
         } catch (const std::bad_alloc&) {
             failure.code = E_OUTOFMEMORY;

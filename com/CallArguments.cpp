@@ -1,6 +1,7 @@
 #include "com/CallArguments.h"
 
 #include "com/Ref.h"
+#include "com/VariantReference.h"
 
 #include <algorithm>
 
@@ -16,11 +17,6 @@ bool IsLeftOut(const VARIANT& value) noexcept {
 
 bool IsObject(const VARIANT& value) noexcept {
     return value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
-}
-
-/// A reference without a place.
-bool IsNowhere(const VARIANT& value) noexcept {
-    return (value.vt & VT_BYREF) != 0 && value.byref == nullptr;
 }
 
 /// The value that an argument stands for, borrowed: of a script's variable what
@@ -43,9 +39,10 @@ VARIANT ReferenceTo(VARIANT& place) noexcept {
     return reference;
 }
 
-/// A value as another type. No object and no place are no value.
+/// A value as another type. No object and no place are no value, and neither is
+/// a variable inside a variable.
 HRESULT Convert(const VARIANT& value, VARTYPE type, VARIANT& converted) {
-    if (IsNowhere(value) || (IsObject(value) && value.punkVal == nullptr)) {
+    if (value.vt == kVariable || LeadsNowhere(value) || (IsObject(value) && value.punkVal == nullptr)) {
         return DISP_E_TYPEMISMATCH;
     }
     const bool isNumber = type == VT_I2 || type == VT_I4 || type == VT_R8;
@@ -162,9 +159,9 @@ HRESULT CallArguments::TakeOne(const ArgumentShape& argument, UINT index) {
         return argument.isOptional || argument.type == VT_VARIANT ? S_OK : DISP_E_PARAMNOTOPTIONAL;
     }
     if (argument.isByReference) {
-        return argument.type == VT_VARIANT ? S_OK : TakeReference(argument, index);
+        return TakeReference(argument, index);
     }
-    if (IsNowhere(given)) {
+    if (LeadsNowhere(given)) {
         return DISP_E_TYPEMISMATCH;
     }
     return argument.type == VT_VARIANT ? S_OK : TakeValue(argument, index);
@@ -215,12 +212,21 @@ HRESULT CallArguments::TakeObject(const ArgumentShape& argument, const VARIANT& 
 HRESULT CallArguments::TakeReference(const ArgumentShape& argument, UINT index) {
     const VARIANT& given = params_.rgvarg[index];
     const auto reference = static_cast<VARTYPE>(VT_BYREF | argument.type);
+    if (given.vt == reference && given.byref == nullptr) {
+        return S_OK; // that is the member's to refuse
+    }
+    if (argument.type == VT_VARIANT) {
+        return LeadsNowhere(given) ? DISP_E_TYPEMISMATCH : S_OK;
+    }
     if (given.vt == reference) {
-        return S_OK; // a null one too: that is the member's to refuse
+        return S_OK;
     }
     VARIANT* const variable = given.vt == kVariable ? given.pvarVal : nullptr;
     if ((given.vt & VT_BYREF) != 0 && variable == nullptr) {
         return DISP_E_TYPEMISMATCH;
+    }
+    if (variable != nullptr && (variable->vt & VT_BYREF) != 0 && variable->vt != reference) {
+        return DISP_E_TYPEMISMATCH; // its owner expects what it writes in another place
     }
     if (variable != nullptr && (variable->vt == argument.type || variable->vt == reference)) {
         Passed(index) = variable->vt == reference ? *variable : ReferenceTo(*variable);

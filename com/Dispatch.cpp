@@ -56,7 +56,8 @@ HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD f
     UINT wrong = kUntold;
     HRESULT result = arguments.Take(wrong);
     if (SUCCEEDED(result)) {
-        result = type.info->Invoke(face.pointer, id, flags, arguments.Params(), call.result, call.exception,
+        const auto kind = static_cast<WORD>(shape->kind); // the member that the arguments were taken for
+        result = type.info->Invoke(face.pointer, id, kind, arguments.Params(), call.result, call.exception,
                                    &wrong);
     }
     if (SUCCEEDED(result)) {

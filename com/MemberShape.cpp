@@ -33,6 +33,13 @@ ArgumentShape ReadArgument(ITypeInfo& info, const ELEMDESC& parameter) {
     return shape;
 }
 
+/// The type information of a dual interface lists the functions of IUnknown
+/// and IDispatch too. They take seven slots, and are no members.
+bool IsMember(const FUNCDESC& function) noexcept {
+    constexpr SHORT kFirstMember = 7 * sizeof(void*);
+    return function.oVft >= kFirstMember;
+}
+
 MemberShape ReadShape(ITypeInfo& info, const FUNCDESC& function) {
     MemberShape shape{function.memid, function.invkind, {}};
     for (int i = 0; i < function.cParams; ++i) {
@@ -61,7 +68,11 @@ std::vector<MemberShape> ReadShapes(ITypeInfo& info) {
     for (UINT i = 0; i < count; ++i) {
         FUNCDESC* function = nullptr;
         Check(info.GetFuncDesc(i, &function));
-        const auto failure = Attempt([&] { shapes.push_back(ReadShape(info, *function)); });
+        const auto failure = Attempt([&] {
+            if (IsMember(*function)) {
+                shapes.push_back(ReadShape(info, *function));
+            }
+        });
         info.ReleaseFuncDesc(function);
         if (failure) {
             Check(failure->code);

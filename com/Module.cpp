@@ -3,6 +3,8 @@
 #include "com/Boundary.h"
 
 #include <cstring>
+#include <new>
+#include <utility>
 
 namespace com {
 
@@ -12,6 +14,14 @@ namespace {
 /// host interfaces; the first repeats some of them, with references to the
 /// second that only a registered library resolves. So the second comes first.
 constexpr int kLibraryResources = 2;
+
+/// Lack of memory passes; what else a library answers stays so.
+HRESULT CheckMemory(HRESULT result) {
+    if (result == E_OUTOFMEMORY) {
+        throw std::bad_alloc();
+    }
+    return result;
+}
 
 } // namespace
 
@@ -58,7 +68,7 @@ const std::vector<Ref<ITypeLib>>& Module::Libraries() {
         for (int index = kLibraryResources; index >= 1; --index) {
             Ref<ITypeLib> library;
             const std::wstring path = FilePath() + L"\\" + std::to_wstring(index);
-            if (SUCCEEDED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()))) {
+            if (SUCCEEDED(CheckMemory(LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put())))) {
                 loaded.push_back(std::move(library));
             }
         }
@@ -76,12 +86,15 @@ const TypeEntry& Module::Type(REFGUID guid) {
     TypeEntry type;
     type.result = TYPE_E_ELEMENTNOTFOUND;
     for (const Ref<ITypeLib>& library : Libraries()) {
-        type.result = library->GetTypeInfoOfGuid(guid, type.info.Put());
+        Ref<ITypeInfo> info;
+        type.result = library->GetTypeInfoOfGuid(guid, info.Put());
         if (SUCCEEDED(type.result)) {
-            type.shapes = ReadShapes(*type.info.Get());
+            type.shapes = ReadShapes(*info.Get());
+            type.info = std::move(info);
             break;
         }
-        type.info.Detach(); // nothing came
+        info.Detach(); // nothing came
+        CheckMemory(type.result);
     }
     return types_.emplace(guid, std::move(type)).first->second;
 }

@@ -44,7 +44,7 @@ class Module {
     std::wstring Name() const;
 
     /// The entry of an interface or class, good for as long as the module is. A
-    /// failure is kept: it is not tried again. Throws std::bad_alloc, CallError.
+    /// failure is kept, but for lack of memory. Throws std::bad_alloc, CallError.
     const TypeEntry& Type(REFGUID guid);
     HRESULT TypeInfo(REFGUID guid, ITypeInfo** info) noexcept;
 

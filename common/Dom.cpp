@@ -44,7 +44,9 @@ Document NewDocument(REFCLSID documentClass) {
     yes.vt = VT_BOOL;
     yes.boolVal = VARIANT_TRUE;
     // Older parsers do not know the property. They would fetch what a document refers to.
-    document->setProperty(Bstr(L"ProhibitDTD").Get(), yes);
+    if (FAILED(document->setProperty(Bstr(L"ProhibitDTD").Get(), yes))) {
+        SetErrorInfo(0, nullptr); // what it said of that is no later failure's
+    }
     Check(document->put_resolveExternals(VARIANT_FALSE));
     return document;
 }

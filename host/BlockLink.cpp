@@ -1,6 +1,7 @@
 #include "host/BlockLink.h"
 
 #include "com/Boundary.h"
+#include "com/VariantReference.h"
 #include "common/RunTimeError.h"
 
 namespace orv {
@@ -61,9 +62,7 @@ bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey) {
 
 com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link) {
     // A script passes its variable by reference.
-    VARIANT given = argument; // borrowed
-    com::Variant value;
-    com::Check(VariantCopyInd(value.Put(), &given));
+    const com::Variant value = com::CopyOf(argument);
     const VARTYPE kind = value.Get().vt;
     if (kind == VT_EMPTY || kind == VT_ERROR) {
         return {};

@@ -6,6 +6,10 @@ namespace orv {
 
 namespace {
 
+/// How many references follow one another. One more, and a variable may well
+/// refer to itself.
+constexpr int kMostReferences = 4;
+
 [[noreturn]] void ThrowMismatch() {
     throw tam::RunTimeError(tam::RunTime::TypeMismatch);
 }
@@ -14,8 +18,10 @@ namespace {
 
 VariantText::VariantText(VARIANT* argument) {
     // A script passes a reference to its variable, which may be one itself.
-    while (argument != nullptr && argument->vt == (VT_BYREF | VT_VARIANT)) {
+    int references = 0;
+    while (argument != nullptr && argument->vt == (VT_BYREF | VT_VARIANT) && references < kMostReferences) {
         argument = argument->pvarVal;
+        ++references;
     }
     if (argument == nullptr) {
         ThrowMismatch();

@@ -42,6 +42,12 @@ VARIANT LeftOut() {
     return value;
 }
 
+VARIANT Variable(VARIANT& variable) {
+    VARIANT value = Typed(VT_BYREF | VT_VARIANT);
+    value.pvarVal = &variable;
+    return value;
+}
+
 /// The names that a call of the member has to give.
 std::vector<DISPID> Needed(const Member& member) {
     return member.IsWrite() ? std::vector<DISPID>{DISPID_PROPERTYPUT} : std::vector<DISPID>{};
@@ -65,12 +71,12 @@ bool IsTyped(const Parameter& parameter) {
 class CallArgumentsTest : public EveryMemberTest {
   protected:
     void ExpectRefused(const Place& place, std::vector<VARIANT> values, std::vector<DISPID> names,
-                       const Answer& expected) {
+                       const Answer& expected, VARIANT* result = nullptr) {
         DISPPARAMS params{values.data(), names.data(), static_cast<UINT>(values.size()),
                           static_cast<UINT>(names.size())};
         Answer answer;
         answer.result = Face(place)->Invoke(place.member.id, IID_NULL, LOCALE_USER_DEFAULT,
-                                            static_cast<WORD>(place.member.kind), &params, nullptr, nullptr,
+                                            static_cast<WORD>(place.member.kind), &params, result, nullptr,
                                             &answer.wrong);
         EXPECT_EQ(answer, expected);
         EXPECT_EQ(Shown(), L"");
@@ -131,8 +137,48 @@ TEST_F(CallArgumentsTest, RefusesAnArgumentTooMany) {
         auto values = arguments.Script();
         values.insert(place.member.IsWrite() ? values.end() : values.begin(), com::Variant(1L).Get());
         ExpectRefused(place, values, Needed(place.member), {DISP_E_BADPARAMCOUNT});
+        const Member& member = place.member;
+        const bool isRead = member.kind == INVOKE_PROPERTYGET && member.Given() == 0;
+        if (!isRead && !member.IsWrite()) {
+            com::Variant result;
+            ExpectRefused(place, values, {}, {DISP_E_BADPARAMCOUNT}, result.Put());
+            EXPECT_EQ(result.Get().vt, VT_EMPTY);
+        }
     });
-    EXPECT_GT(Refused(), 200u);
+    EXPECT_GT(Refused(), 250u);
+}
+
+// Read with a place for its result, a property hands what is too many to the
+// default member of what it answers.
+TEST_F(CallArgumentsTest, HandsAnArgumentTooManyToWhatAPropertyAnswers) {
+    std::size_t items = 0;
+    ForEachMember([&](const Place& place) {
+        const Member& member = place.member;
+        if (member.kind != INVOKE_PROPERTYGET || member.Given() != 0) {
+            return;
+        }
+        const auto face = Face(place);
+        std::vector<VARIANT> none;
+        std::vector<VARIANT> one{com::Variant(1L).Get()};
+        com::Variant owner;
+        com::Variant item;
+        HRESULT expected =
+            contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, none, owner.Put(), nullptr);
+        const bool isObject = owner.Get().vt == VT_DISPATCH && owner.Get().pdispVal != nullptr;
+        if (isObject) {
+            expected = contract::Invoke(owner.Get().pdispVal, DISPID_VALUE, DISPATCH_PROPERTYGET, one,
+                                        item.Put(), nullptr);
+        } else if (SUCCEEDED(expected)) {
+            expected = DISP_E_NOTACOLLECTION;
+        }
+        com::Variant result;
+        EXPECT_EQ(contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, one, result.Put(), nullptr),
+                  expected);
+        EXPECT_EQ(result.Get().vt, item.Get().vt);
+        items += SUCCEEDED(expected) && item.Get().vt == VT_DISPATCH ? 1u : 0u;
+        Boxes(); // what reading a property shows is another test's
+    });
+    EXPECT_EQ(items, 14u) << "points of three blocks, three compatible lists, macro groups and items";
 }
 
 TEST_F(CallArgumentsTest, RefusesAnArgumentTooFew) {
@@ -172,6 +218,43 @@ TEST_F(CallArgumentsTest, NamesTheArgumentOfTheWrongType) {
     });
     SafeArrayDestroy(array);
     EXPECT_GT(Refused(), 400u);
+}
+
+TEST_F(CallArgumentsTest, NamesTheReferenceWithoutAPlace) {
+    ForEachArgument([&](const Place& place, std::size_t i, const Parameter& parameter) {
+        for (const int type :
+             std::initializer_list<int>{VT_BSTR, VT_I4, VT_BOOL, VT_DISPATCH, VT_ARRAY | VT_VARIANT}) {
+            if (parameter.byReference && parameter.type == type) {
+                continue; // the member refuses that one
+            }
+            VARIANT nowhere = Typed(static_cast<VARTYPE>(VT_BYREF | type));
+            ExpectRefused(place, i, nowhere, DISP_E_TYPEMISMATCH);
+            ExpectRefused(place, i, Variable(nowhere), DISP_E_TYPEMISMATCH);
+            VARIANT variable = Variable(nowhere);
+            if (IsTyped(parameter)) {
+                ExpectRefused(place, i, Variable(variable), DISP_E_TYPEMISMATCH);
+            }
+        }
+    });
+    EXPECT_GT(Refused(), 1500u);
+}
+
+TEST_F(CallArgumentsTest, NamesTheVariableInsideAVariable) {
+    const auto module = Module();
+    const com::Bstr text(L"1");
+    VARIANT word = Typed(VT_BSTR);
+    word.bstrVal = text.Get();
+    VARIANT object = Object(VT_DISPATCH, module.Get());
+    ForEachArgument([&](const Place& place, std::size_t i, const Parameter& parameter) {
+        if (!IsTyped(parameter)) {
+            return;
+        }
+        VARIANT inner = Variable(parameter.type == VT_DISPATCH ? object : word);
+        ExpectRefused(place, i, Variable(inner), DISP_E_TYPEMISMATCH);
+        VARIANT itself = Variable(itself);
+        ExpectRefused(place, i, Variable(itself), DISP_E_TYPEMISMATCH);
+    });
+    EXPECT_GT(Refused(), 200u);
 }
 
 TEST_F(CallArgumentsTest, NamesTheFirstOfSeveralWrongArguments) {

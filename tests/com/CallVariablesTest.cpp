@@ -7,6 +7,7 @@ using namespace contract;
 
 namespace {
 
+constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
 constexpr const wchar_t* kManagerCall = L"CreateTamInternalAppObject";
 
 VARIANT TextValue(const com::Bstr& text) {
@@ -45,6 +46,19 @@ class CallVariablesTest : public ContractTest {
         com::Check(IdOf(object, name, id));
         return contract::Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result, nullptr,
                                 wrong);
+    }
+
+    /// What the member itself answers.
+    static HRESULT FailureOf(IDispatch* object, const std::wstring& name, std::vector<VARIANT> values) {
+        DISPID id = DISPID_UNKNOWN;
+        com::Check(IdOf(object, name, id));
+        EXCEPINFO exception{};
+        com::Variant result;
+        EXPECT_EQ(contract::Invoke(object, id, DISPATCH_METHOD, values, result.Put(), &exception),
+                  DISP_E_EXCEPTION);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrDescription);
+        return exception.scode;
     }
 
     static HRESULT Put(IDispatch* object, const std::wstring& name, const VARIANT& value) {
@@ -145,6 +159,75 @@ TEST_F(CallVariablesTest, RefusesAReferenceToAnotherType) {
     EXPECT_EQ(Call(manager.Get(), kManagerCall, {Object(VT_DISPATCH, nullptr), reference}, nullptr, &wrong),
               DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 1u);
+}
+
+TEST_F(CallVariablesTest, LeavesARefusedReferenceToItsMember) {
+    const auto module = Module();
+    const auto manager = Manager();
+    VARIANT nowhere{};
+    nowhere.vt = VT_BYREF | VT_BSTR;
+    for (const VARIANT& key : {nowhere, Variable(nowhere)}) {
+        EXPECT_EQ(FailureOf(manager.Get(), kManagerCall, {Object(VT_DISPATCH, nullptr), key}), E_POINTER);
+    }
+    nowhere.vt = VT_BYREF | VT_VARIANT;
+    EXPECT_EQ(FailureOf(module.Get(), L"ShowRename", {nowhere}), E_POINTER);
+    EXPECT_TRUE(Boxes().empty());
+}
+
+// Whoever owns such a variable writes to the place behind it, and would not
+// let go of a text that stands there instead.
+TEST_F(CallVariablesTest, LeavesAReferenceInAVariableAlone) {
+    const auto channel = Channel();
+    const auto attributes = support::Object(channel, &IAppObject::get_Attributes);
+    const auto attribute = support::Item(attributes, &IAttributes::get_Item, L"1");
+    long number = 5;
+    VARIANT variable{};
+    variable.vt = VT_BYREF | VT_I4;
+    variable.plVal = &number;
+    UINT wrong = 99;
+    EXPECT_EQ(Call(channel.Get(), L"InterceptIsUnitsDependent",
+                   {Variable(variable), Object(VT_DISPATCH, attribute.Get())}, nullptr, &wrong),
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(wrong, 0u);
+    EXPECT_EQ(variable.vt, VT_BYREF | VT_I4);
+    const auto module = Module();
+    EXPECT_EQ(FailureOf(module.Get(), L"ShowRename", {Variable(variable)}), kTypeMismatch);
+    EXPECT_TRUE(Boxes().empty()) << "refused before anything is typed";
+    EXPECT_EQ(variable.vt, VT_BYREF | VT_I4);
+    EXPECT_EQ(variable.plVal, &number);
+    EXPECT_EQ(number, 5);
+    short choice = 7;
+    EXPECT_EQ(module.As<ITamDialogs>()->ShowRename(&variable, nullptr, &choice), kTypeMismatch);
+    VARIANT outer = Variable(variable);
+    EXPECT_EQ(module.As<ITamDialogs>()->ShowRename(&outer, nullptr, &choice), kTypeMismatch);
+    EXPECT_EQ(choice, 0);
+    EXPECT_TRUE(Boxes().empty());
+}
+
+TEST_F(CallVariablesTest, RefusesAReferenceWithoutAPlaceBySlotToo) {
+    const auto module = Module();
+    const auto block = Host().Create<IAppObject>(__uuidof(::GenericObject));
+    VARIANT_BOOL done = VARIANT_FALSE;
+    ASSERT_EQ(block->Init(com::Bstr(HostServices::kDefinition).Get(), &done), S_OK);
+    ASSERT_EQ(block->Create(), S_OK);
+    const auto input =
+        support::Item(support::Object(block, &IAppObject::get_Inputs), &IInputs::get_Item, L"1");
+    const auto output =
+        support::Item(support::Object(block, &IAppObject::get_Outputs), &IOutputs::get_Item, L"1");
+    for (const int type : {VT_BSTR, VT_I4, VT_VARIANT}) {
+        VARIANT nowhere{};
+        nowhere.vt = static_cast<VARTYPE>(VT_BYREF | type);
+        VARIANT variable = Variable(nowhere);
+        for (VARIANT* given : {&nowhere, &variable}) {
+            short choice = 7;
+            EXPECT_EQ(module.As<ITamDialogs>()->ShowRename(given, nullptr, &choice), kTypeMismatch);
+            EXPECT_EQ(choice, 0);
+            EXPECT_EQ(module->ViewDatasheet(*given), S_OK) << "no sheet: no window is needed";
+            EXPECT_EQ(Boxes().size(), 1u);
+            EXPECT_EQ(input->changeType(*given), kTypeMismatch);
+            EXPECT_EQ(output->changeType(*given), kTypeMismatch);
+        }
+    }
 }
 
 TEST_F(CallVariablesTest, TakesVariablesForValues) {

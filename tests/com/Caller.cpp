@@ -61,45 +61,51 @@ com::Ref<IUnknown> Find(const Supply& supply, const Parameter& parameter) {
     return parameter.name == L"document" ? supply.document : supply.element;
 }
 
-/// A value of the argument's type. An object by reference starts empty.
-VARIANT Filled(const Parameter& parameter, Fill fill, const Supply& supply) {
+/// A text, or a number of the type.
+VARIANT Plain(VARTYPE type, bool isElse) {
     VARIANT value;
     VariantInit(&value);
-    if (parameter.type == VT_VARIANT) {
-        if (parameter.in && fill == Fill::Something) {
-            value.vt = VT_BSTR;
-            value.bstrVal = com::Bstr(L"1").Detach();
-        }
-        return value;
-    }
-    value.vt = parameter.type;
-    if (!parameter.in || fill == Fill::Nothing) {
-        return value;
-    }
-    switch (parameter.type) {
+    value.vt = type;
+    switch (type) {
     case VT_BSTR:
-        value.bstrVal = com::Bstr(L"1").Detach();
+        value.bstrVal = com::Bstr(isElse ? L"AI2_Value" : L"1").Detach();
         break;
     case VT_I2:
-        value.iVal = 1;
+        value.iVal = isElse ? -7 : 1;
         break;
     case VT_I4:
-        value.lVal = 1;
+        value.lVal = isElse ? 2 : 1;
         break;
     case VT_R8:
-        value.dblVal = 1.5;
+        value.dblVal = isElse ? -0.25 : 1.5;
         break;
     case VT_BOOL:
-        value.boolVal = VARIANT_TRUE;
-        break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-        value.punkVal = Find(supply, parameter).Detach();
+        value.boolVal = isElse ? VARIANT_FALSE : VARIANT_TRUE;
         break;
     default:
         break;
     }
     return value;
+}
+
+/// A value of the argument's type. An object by reference starts empty.
+VARIANT Filled(const Parameter& parameter, Fill fill, const Supply& supply) {
+    const bool isFilled = parameter.in && fill != Fill::Nothing;
+    const bool isElse = fill == Fill::SomethingElse;
+    VARIANT value;
+    VariantInit(&value);
+    if (parameter.type == VT_VARIANT) {
+        return isFilled ? Plain(isElse ? VARTYPE{VT_I4} : VARTYPE{VT_BSTR}, isElse) : value;
+    }
+    value.vt = parameter.type;
+    if (!isFilled) {
+        return value;
+    }
+    if (parameter.type == VT_DISPATCH || parameter.type == VT_UNKNOWN) {
+        value.punkVal = Find(supply, parameter).Detach();
+        return value;
+    }
+    return Plain(parameter.type, isElse);
 }
 
 /// The place as an argument by reference.

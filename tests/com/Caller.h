@@ -33,6 +33,8 @@ enum class Fill {
     /// A text, a number, and an object of the interface asked, else a DOM
     /// element or, for an argument that is called so, a document.
     Something,
+    /// The same objects, with another text and other numbers.
+    SomethingElse,
 };
 
 /// Where arguments that are objects come from.

@@ -11,6 +11,19 @@ namespace {
 
 class DispatchTest : public ContractTest {
   protected:
+    static void ExpectNotFound(IDispatch* script, DISPID id, WORD flags, std::size_t given) {
+        std::vector<VARIANT> values(given, com::Variant(1L).Get());
+        com::Variant result;
+        const bool isWrite = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        DISPID put = DISPID_PROPERTYPUT;
+        DISPPARAMS params{values.data(), &put, static_cast<UINT>(given), isWrite && given != 0 ? 1u : 0u};
+        EXPECT_EQ(
+            script->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result.Put(), nullptr, nullptr),
+            DISP_E_MEMBERNOTFOUND)
+            << "number " << id << ", flags " << flags << ", " << given << " arguments";
+        EXPECT_EQ(result.Get().vt, VT_EMPTY);
+    }
+
     using Body = std::function<void(const Subject& subject, const Interface& face, IDispatch* script)>;
     void ForEachFace(const Body& body) {
         for (const Subject& subject : Scriptables()) {
@@ -137,12 +150,22 @@ TEST_F(DispatchTest, KnowsNoOtherNumber) {
     ForEachFace([](const Subject&, const Interface&, IDispatch* script) {
         for (const DISPID id : std::array<DISPID, 3>{0x7777, -5, DISPID_UNKNOWN}) {
             for (const int flags :
-                 {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_METHOD | DISPATCH_PROPERTYGET}) {
-                std::vector<VARIANT> none;
-                com::Variant result;
-                EXPECT_EQ(contract::Invoke(script, id, static_cast<WORD>(flags), none, result.Put(), nullptr),
-                          DISP_E_MEMBERNOTFOUND);
-                EXPECT_EQ(result.Get().vt, VT_EMPTY);
+                 {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                  DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF}) {
+                ExpectNotFound(script, id, static_cast<WORD>(flags), 0);
+                ExpectNotFound(script, id, static_cast<WORD>(flags), 1);
+            }
+        }
+    });
+}
+
+// The platform's type information lists them as functions, with these numbers.
+TEST_F(DispatchTest, HasNoMembersOfTheSystemsInterfaces) {
+    ForEachFace([](const Subject&, const Interface&, IDispatch* script) {
+        for (const DISPID id :
+             {0x60000000, 0x60000001, 0x60000002, 0x60010000, 0x60010001, 0x60010002, 0x60010003}) {
+            for (UINT given = 0; given < 7; ++given) {
+                ExpectNotFound(script, id, DISPATCH_METHOD, given);
             }
         }
     });

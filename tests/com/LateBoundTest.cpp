@@ -256,6 +256,51 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindATextsName) {
               DISP_E_NOTACOLLECTION);
 }
 
+TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectWithoutADefaultMember) {
+    const Script module = NewScript();
+    const Script input = Item(Get(module, L"Inputs"), L"1");
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(input.Get(), L"Parent", id), S_OK);
+    com::Variant index(L"1");
+    std::vector<VARIANT> values{index.Get()};
+    com::Variant result;
+    EXPECT_EQ(contract::Invoke(input.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr),
+              DISP_E_MEMBERNOTFOUND);
+    EXPECT_EQ(result.Get().vt, VT_EMPTY);
+}
+
+TEST_F(LateBoundTest, TellsWhyAPropertyBehindAnIndexCannotBeRead) {
+    const Script module = NewScript();
+    UseDatabaseLocation().result = E_ACCESSDENIED;
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(module.Get(), L"Stream", id), S_OK);
+    com::Variant index(L"1");
+    std::vector<VARIANT> values{index.Get()};
+    com::Variant result;
+    EXCEPINFO exception{};
+    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), &exception),
+              DISP_E_EXCEPTION);
+    EXPECT_EQ(exception.scode, E_ACCESSDENIED);
+    EXPECT_EQ(com::Text(exception.bstrSource), L"O_Tam_id");
+    SysFreeString(exception.bstrSource);
+    SysFreeString(exception.bstrDescription);
+    EXPECT_EQ(result.Get().vt, VT_EMPTY);
+}
+
+TEST_F(LateBoundTest, NamesTheWrongIndexBehindACollection) {
+    const Script module = NewScript();
+    DISPID id = DISPID_UNKNOWN;
+    ASSERT_EQ(IdOf(module.Get(), L"Inputs", id), S_OK);
+    VARIANT null{};
+    null.vt = VT_NULL;
+    std::vector<VARIANT> values{null};
+    com::Variant result;
+    UINT wrong = 99;
+    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr, &wrong),
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(wrong, 0u);
+}
+
 TEST_F(LateBoundTest, TakesANumberForAnIndexText) {
     const Script inputs = Get(NewScript(), L"Inputs");
     com::Variant two(2L);

@@ -1,4 +1,5 @@
 #include "tests/com/Caller.h"
+#include "tests/com/Describe.h"
 #include "tests/com/EveryMember.h"
 
 using namespace contract;
@@ -7,6 +8,16 @@ namespace {
 
 class MembersTest : public EveryMemberTest {
   protected:
+    /// All that the objects of a model say of themselves.
+    std::wstring StateOf(const Fresh& fresh) {
+        std::wstring state;
+        for (const Subject& subject : fresh.subjects) {
+            state += std::wstring(subject.name.begin(), subject.name.end()) + L"\n" +
+                     Describe({&Own(), &Services()}, subject.object.Get());
+        }
+        return state + Shown();
+    }
+
     /// Calls each member on two models that are alike, once by its slot and
     /// once by its name, and compares all that a caller can see.
     void CompareCalls(Fill fill) {
@@ -27,6 +38,7 @@ class MembersTest : public EveryMemberTest {
                 nameArguments.ByName(second.face.Get(), id, static_cast<WORD>(member.kind));
             EXPECT_EQ(bySlot, byName);
             EXPECT_EQ(shownBySlot, Shown());
+            EXPECT_EQ(StateOf(first), StateOf(second));
             ++count;
         });
         EXPECT_GT(count, 200u) << "the library lists fewer members than the host interfaces have";
@@ -39,6 +51,10 @@ TEST_F(MembersTest, AnswerAlikeBySlotAndByNameWithNothingGiven) {
 
 TEST_F(MembersTest, AnswerAlikeBySlotAndByNameWithSomethingGiven) {
     CompareCalls(Fill::Something);
+}
+
+TEST_F(MembersTest, AnswerAlikeBySlotAndByNameWithSomethingElseGiven) {
+    CompareCalls(Fill::SomethingElse);
 }
 
 TEST_F(MembersTest, RefuseANullOut) {

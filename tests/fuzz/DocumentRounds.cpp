@@ -318,7 +318,7 @@ void DocumentFuzzTest::Use(const com::Ref<IAppObject>& module) {
     EXPECT_EQ(module->get_Stream(stream.Put()), S_OK);
     EXPECT_EQ(module->ClearReferences(), S_OK);
     const std::wstring said =
-        Describe(*library_, module.Get()) + Xml(document.Get()) + std::wstring(stream.View());
+        contract::Describe({&*library_}, module.Get()) + Xml(document.Get()) + std::wstring(stream.View());
     EXPECT_EQ(said.find(kSecret), std::wstring::npos) << "a document made the component read another file";
     EXPECT_EQ(module->Destroy(), S_OK);
     SetErrorInfo(0, nullptr);
@@ -348,7 +348,7 @@ std::wstring DocumentFuzzTest::Answer() {
     com::Check(module->XMLSaveForInteroperability(root.Get(), document.Get()));
     com::Bstr stream;
     com::Check(module->get_Stream(stream.Put()));
-    return Describe(*library_, module.Get()) + Xml(document.Get()) + UseCompiler().givenXml +
+    return contract::Describe({&*library_}, module.Get()) + Xml(document.Get()) + UseCompiler().givenXml +
            std::wstring(stream.View());
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/fuzz/Describe.h"
+#include "tests/com/Describe.h"
 #include "tests/fuzz/Expected.h"
 #include "tests/fuzz/Random.h"
 #include "tests/fuzz/Tree.h"

@@ -1,8 +1,8 @@
 #include "tests/fuzz/RandomCalls.h"
 
 #include "com/Conversion.h"
-#include "tests/fuzz/Describe.h"
-#include "tests/fuzz/Texts.h"
+#include "tests/com/Describe.h"
+#include "tests/fuzz/RandomValues.h"
 #include "tests/support/Component.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +10,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 
 namespace component_fuzz {
 
@@ -23,19 +21,60 @@ namespace {
 constexpr unsigned kSeed = 20250307;
 constexpr std::size_t kMostObjects = 60;
 
-/// The call's result; of an exception the number inside.
-HRESULT Invoke(const com::Ref<IDispatch>& object, const Member& member, std::span<VARIANT> arguments,
-               VARIANT* result) {
-    DISPID put = DISPID_PROPERTYPUT;
-    DISPPARAMS params{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    if (member.IsWrite()) {
-        params.rgdispidNamedArgs = &put;
-        params.cNamedArgs = arguments.empty() ? 0 : 1;
+/// How a script makes a call.
+struct Form {
+    WORD flags;
+    /// Of the first arguments.
+    std::vector<DISPID> names;
+    bool hasResult;
+    bool wantsWrong;
+};
+
+Form UsualForm(const Member& member, std::size_t given) {
+    const bool isNamed = member.IsWrite() && given != 0;
+    return {static_cast<WORD>(member.kind), std::vector<DISPID>(isNamed ? 1 : 0, DISPID_PROPERTYPUT),
+            !member.IsWrite(), false};
+}
+
+/// Names for some of the arguments, at times of others or twice the same.
+std::vector<DISPID> AnyNames(const Member& member, std::size_t given, Random& random) {
+    std::vector<DISPID> names;
+    const std::size_t count = random.Below(static_cast<unsigned>(given + 1));
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t own = given - 1 - i;
+        const bool isOwn = !random.OneIn(4);
+        names.push_back(isOwn ? static_cast<DISPID>(own) : static_cast<DISPID>(random.Below(4)));
     }
+    if (!names.empty() && (member.IsWrite() ? !random.OneIn(6) : random.OneIn(12))) {
+        names.front() = DISPID_PROPERTYPUT;
+    }
+    return names;
+}
+
+Form AnyForm(const Member& member, std::size_t given, Random& random) {
+    Form form = UsualForm(member, given);
+    if (random.OneIn(6)) {
+        form.flags = static_cast<WORD>(random.OneIn(3) ? random.Below(16) : form.flags | random.Below(16));
+    }
+    if (random.OneIn(4)) {
+        form.names = AnyNames(member, given, random);
+    }
+    form.hasResult = random.OneIn(6) ? !form.hasResult : form.hasResult;
+    form.wantsWrong = random.OneIn(2);
+    return form;
+}
+
+/// The call's result; of an exception the number inside.
+HRESULT Invoke(const com::Ref<IDispatch>& object, const Member& member, Form form,
+               std::span<VARIANT> arguments, VARIANT* result) {
+    DISPPARAMS params{arguments.data(), form.names.data(), static_cast<UINT>(arguments.size()),
+                      static_cast<UINT>(form.names.size())};
     EXCEPINFO exception{};
+    UINT wrong = 0;
     const HRESULT outcome =
-        object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, static_cast<WORD>(member.kind), &params,
-                       member.IsWrite() ? nullptr : result, &exception, nullptr);
+        object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, form.flags, &params,
+                       form.hasResult ? result : nullptr, &exception, form.wantsWrong ? &wrong : nullptr);
+    EXPECT_TRUE(wrong == 0 || wrong < arguments.size()) << contract::Title({}, member);
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrHelpFile);
@@ -47,63 +86,12 @@ bool IsDocumented(HRESULT result) {
     return result != E_UNEXPECTED && result != E_OUTOFMEMORY;
 }
 
-VARIANT TextValue(Random& random) {
-    VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = random.OneIn(10) ? nullptr : com::Bstr(AnyText(random)).Detach();
-    return value;
-}
-
-VARIANT NumberValue(Random& random) {
-    static const std::vector<double> numbers = {0,
-                                                1,
-                                                -1,
-                                                2,
-                                                7,
-                                                0.5,
-                                                255,
-                                                32767,
-                                                32768,
-                                                -32768,
-                                                2147483647,
-                                                -2147483648.0,
-                                                4294967296.0,
-                                                1e308,
-                                                std::numeric_limits<double>::infinity(),
-                                                std::numeric_limits<double>::quiet_NaN()};
-    const double number = random.Of(numbers);
-    const bool isSmall = std::abs(number) <= 32768;
-    VARIANT value{};
-    switch (random.Below(5)) {
-    case 0:
-        value.vt = VT_R8;
-        value.dblVal = number;
-        break;
-    case 1:
-        value.vt = VT_I2;
-        value.iVal = isSmall ? static_cast<short>(static_cast<long>(number)) : short{-1};
-        break;
-    case 2:
-        value.vt = VT_BOOL;
-        value.boolVal = isSmall ? static_cast<VARIANT_BOOL>(static_cast<long>(number)) : VARIANT_TRUE;
-        break;
-    case 3:
-        value.vt = VT_DATE;
-        value.date = number;
-        break;
-    default:
-        value.vt = VT_I4;
-        value.lVal = isSmall ? static_cast<long>(number) : std::numeric_limits<long>::min();
-    }
-    return value;
-}
-
 } // namespace
 
 RandomCalls::RandomCalls() : library_(support::Component::DllPath(), 1) {}
 
 void RandomCalls::Keep(const com::Ref<IDispatch>& object) {
-    if (object && library_.Has(ClassOf(object.Get())) && pool_.size() < kMostObjects) {
+    if (object && library_.Has(contract::ClassOf(object.Get())) && pool_.size() < kMostObjects) {
         pool_.push_back(object);
     }
 }
@@ -115,7 +103,7 @@ bool RandomCalls::IsSpared(const contract::Interface& face, const Member& member
 }
 
 const std::vector<contract::Interface>& RandomCalls::InterfacesOf(const com::Ref<IDispatch>& object) const {
-    return library_.ClassOf(ClassOf(object.Get())).interfaces;
+    return library_.ClassOf(contract::ClassOf(object.Get())).interfaces;
 }
 
 void RandomCalls::CallOne(Random& random, bool tells) {
@@ -140,7 +128,8 @@ void RandomCalls::CallOne(Random& random, bool tells) {
         std::fflush(stdout);
     }
     com::Variant result;
-    EXPECT_TRUE(IsDocumented(Invoke(dispatch, member, arguments, result.Put())))
+    const Form form = AnyForm(member, arguments.size(), random);
+    EXPECT_TRUE(IsDocumented(Invoke(dispatch, member, form, arguments, result.Put())))
         << contract::Title(face, member);
     std::for_each(arguments.begin(), arguments.end(), [](VARIANT& argument) { VariantClear(&argument); });
     std::for_each(places_.begin(), places_.end(), [](VARIANT& place) { VariantClear(&place); });
@@ -158,7 +147,7 @@ void RandomCalls::Unset(const com::Ref<IDispatch>& object) {
             if (member.kind == INVOKE_PROPERTYPUTREF) {
                 VARIANT nothing{};
                 nothing.vt = VT_DISPATCH;
-                Invoke(dispatch, member, {&nothing, 1}, nullptr);
+                Invoke(dispatch, member, UsualForm(member, 1), {&nothing, 1}, nullptr);
             }
         }
     }
@@ -231,7 +220,7 @@ VARIANT RandomCalls::ObjectValue(Random& random) {
 
 VARIANT RandomCalls::Any(Random& random) {
     VARIANT value{};
-    switch (random.Below(10)) {
+    switch (random.Below(12)) {
     case 0:
         return value;
     case 1:
@@ -259,6 +248,10 @@ VARIANT RandomCalls::Any(Random& random) {
         value.pvarVal = &places_.back();
         return value;
     }
+    case 9:
+        return NowhereValue(random);
+    case 10: // a variable that holds a reference, to a place or to none
+        return ByReference(random.OneIn(2) ? NowhereValue(random) : ByReference(NumberValue(random)));
     default:
         return NumberValue(random);
     }

@@ -69,6 +69,21 @@ TEST(CompilersInteropTest, FollowsAReferenceToAReference) {
     EXPECT_EQ(expected.cdb, texts[1].View());
 }
 
+TEST(CompilersInteropTest, RefusesAVariableThatRefersToItself) {
+    Compiler compiler;
+    VARIANT text = com::Variant(kGood).Detach();
+    VARIANT empty{};
+    VARIANT itself{};
+    itself.vt = VT_BYREF | VT_VARIANT;
+    itself.pvarVal = &itself;
+    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&itself, &empty, &empty));
+    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&text, &empty, &itself));
+    EXPECT_EQ(kGood, com::View(text.bstrVal));
+    EXPECT_EQ(VT_EMPTY, empty.vt);
+    EXPECT_EQ(&itself, itself.pvarVal);
+    VariantClear(&text);
+}
+
 TEST(CompilersInteropTest, RefusesOtherArguments) {
     Compiler compiler;
     VARIANT text = com::Variant(kGood).Detach();

@@ -1,4 +1,4 @@
-#include "tests/fuzz/Describe.h"
+#include "tests/com/Describe.h"
 
 #include "tests/support/Read.h"
 
@@ -7,9 +7,7 @@
 #include <algorithm>
 #include <array>
 
-namespace component_fuzz {
-
-using namespace contract;
+namespace contract {
 
 namespace {
 
@@ -50,14 +48,16 @@ std::wstring Shown(const VARIANT& value) {
 
 class Description {
   public:
-    explicit Description(const TypeLibrary& library) : library_(library) {}
+    explicit Description(const Libraries& libraries) : libraries_(libraries) {}
 
     void Add(const std::wstring& path, IUnknown* object) {
         const CLSID id = ClassOf(object);
-        if (id == CLSID_NULL) {
+        const auto library = std::find_if(libraries_.begin(), libraries_.end(),
+                                          [&](const TypeLibrary* known) { return known->Has(id); });
+        if (library == libraries_.end()) {
             return;
         }
-        for (const Interface& face : library_.ClassOf(id).interfaces) {
+        for (const Interface& face : (*library)->ClassOf(id).interfaces) {
             com::Ref<IDispatch> dispatch;
             if (FAILED(object->QueryInterface(face.id, dispatch.PutVoid()))) {
                 text_ += path + L": no interface\n";
@@ -110,7 +110,7 @@ class Description {
         }
     }
 
-    const TypeLibrary& library_;
+    const Libraries& libraries_;
     std::wstring text_;
 };
 
@@ -128,10 +128,10 @@ CLSID ClassOf(IUnknown* object) {
     return id;
 }
 
-std::wstring Describe(const TypeLibrary& library, IUnknown* object) {
-    Description description(library);
+std::wstring Describe(const Libraries& libraries, IUnknown* object) {
+    Description description(libraries);
     description.Add(L"", object);
     return description.Take();
 }
 
-} // namespace component_fuzz
+} // namespace contract
