@@ -114,6 +114,8 @@ Imports::Imports(HMODULE component) {
     Replace(component, "SysAllocStringLen", Address(&AllocStringLen));
     Replace(component, "VarBstrFromR4", In<Kind::Text, &VarBstrFromR4>());
     Replace(component, "VarBstrFromR8", In<Kind::Text, &VarBstrFromR8>());
+    Replace(component, "LoadTypeLibEx", In<Kind::Text, &LoadTypeLibEx>());
+    Replace(component, "VariantCopy", In<Kind::Text, &VariantCopy>());
     Replace(component, "VariantCopyInd", In<Kind::Text, &VariantCopyInd>());
     Replace(component, "VariantChangeType", In<Kind::Text, &VariantChangeType>());
     Replace(component, "VariantChangeTypeEx", In<Kind::Text, &VariantChangeTypeEx>());

@@ -222,14 +222,65 @@ const Signatures kAttribute = {
     L"get IsMacroConnected() flag",
 };
 
+// Those that no channel object has: of modules, their types and lists.
+
+const Signatures kTamObject = {
+    L"-get DeviceKey() text",     L"-put DeviceKey(text)",
+    L"-get Address() short",      L"-put Address(short)",
+    L"-get ApplicationID() text", L"-put ApplicationID(text)",
+    L"-LoadFromXmlStream(text)",  L"-get TamObjectID() short",
+    L"-put TamObjectID(short)",   L"-Contains(ITamInternalAppObject) flag",
+};
+
+const Signatures kType = {
+    L"-get ID() text",           L"-get Z3Region() long",    L"-get Factor() long",   L"-get ACoef() long",
+    L"-get BCoef() long",        L"-get CCoef() long",       L"-get GenType() text",  L"-get LUIType() text",
+    L"-get InvalidValue() text", L"-get Name() text",        L"-get Min() text",      L"-get Max() text",
+    L"-get Units() text",        L"-get BACnetUnits() text", L"-get EnumDesc() text", L"-get Length() long",
+    L"-get HasField() flag",
+};
+
+const Signatures kEnumType = {
+    L"-get EnumDesc() text",
+    L"-put EnumDesc(text)",
+    L"-get IsEnumType() flag",
+};
+
+const Signatures kMutableTypeAttribute = {L"-SetType(ISNVType)"};
+
+const Signatures kCompatibles = {
+    L"-Add(text)",
+    L"-get Count() long",
+    L"-Exists(text) flag",
+    L"-get Item(long) ICompatibleSNVT",
+    L"-Merge(ICompatibleSNVTs) ICompatibleSNVTs",
+    L"-get NewEnum() IUnknown",
+    L"-Remove(text)",
+    L"-ToString() text",
+};
+
+const Signatures kCompatible = {L"-get ID() text"};
+const Signatures kClonable = {L"-Clone() IDispatch"};
+
+// The host's own, which a module asks for.
+
+const Signatures kHostDocument = {L"-get View() IDispatch"};
+
+/// What stands before has no name here.
+constexpr unsigned kFiftyFirst = kFirstSlot + 50;
+const Signatures kHostView = {L"-ShowObject()"};
+
+constexpr unsigned kThird = kFirstSlot + 2;
+const Signatures kDatabaseLocation = {L"-get Path() text"};
+
 /// The member's name alone: what stands before the bracket and behind the kind of access.
 std::wstring_view NameIn(std::wstring_view signature) {
     const std::wstring_view label = signature.substr(0, signature.find(L'('));
     return label.substr(label.find(L' ') + 1); // from the start where there is no blank
 }
 
-void Add(std::vector<SlotCase>& cases, const char* place, const IID& iid, const Signatures& signatures) {
-    unsigned slot = kFirstSlot;
+void Add(std::vector<SlotCase>& cases, const char* place, const IID& iid, const Signatures& signatures,
+         unsigned slot = kFirstSlot) {
     for (std::wstring_view signature : signatures) {
         const bool isForwarded = signature.front() != L'-';
         signature.remove_prefix(isForwarded ? 0 : 1);
@@ -263,6 +314,16 @@ const std::vector<SlotCase>& AllSlots() {
         Add(all, "IDisplayItem", __uuidof(IDisplayItem), kDisplayItem);
         Add(all, "IAttributes", __uuidof(IAttributes), kAttributes);
         Add(all, "IAttribute", __uuidof(IAttribute), kAttribute);
+        Add(all, "ITamObject", __uuidof(ITamObject), kTamObject);
+        Add(all, "ISNVType", __uuidof(ISNVType), kType);
+        Add(all, "IEnumType", __uuidof(IEnumType), kEnumType);
+        Add(all, "IMutableTypeAttribute", __uuidof(IMutableTypeAttribute), kMutableTypeAttribute);
+        Add(all, "ICompatibleSNVTs", __uuidof(ICompatibleSNVTs), kCompatibles);
+        Add(all, "ICompatibleSNVT", __uuidof(ICompatibleSNVT), kCompatible);
+        Add(all, "IClonable", __uuidof(IClonable), kClonable);
+        Add(all, "IHostDocument", __uuidof(IHostDocument), kHostDocument);
+        Add(all, "IHostView", __uuidof(IHostView), kHostView, kFiftyFirst);
+        Add(all, "IDatabaseLocation", __uuidof(IDatabaseLocation), kDatabaseLocation, kThird);
         return all;
     }();
     return cases;

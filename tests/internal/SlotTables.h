@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// The members of each interface of a channel's objects in the order of their
-// slots, as the hosts know them.
+// The members of each interface between the component and its hosts in the
+// order of their slots, as the hosts know them.
 
 namespace internal_tests {
 
