@@ -148,39 +148,6 @@ TEST_F(CallArgumentsTest, RefusesAnArgumentTooMany) {
     EXPECT_GT(Refused(), 250u);
 }
 
-// Read with a place for its result, a property hands what is too many to the
-// default member of what it answers.
-TEST_F(CallArgumentsTest, HandsAnArgumentTooManyToWhatAPropertyAnswers) {
-    std::size_t items = 0;
-    ForEachMember([&](const Place& place) {
-        const Member& member = place.member;
-        if (member.kind != INVOKE_PROPERTYGET || member.Given() != 0) {
-            return;
-        }
-        const auto face = Face(place);
-        std::vector<VARIANT> none;
-        std::vector<VARIANT> one{com::Variant(1L).Get()};
-        com::Variant owner;
-        com::Variant item;
-        HRESULT expected =
-            contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, none, owner.Put(), nullptr);
-        const bool isObject = owner.Get().vt == VT_DISPATCH && owner.Get().pdispVal != nullptr;
-        if (isObject) {
-            expected = contract::Invoke(owner.Get().pdispVal, DISPID_VALUE, DISPATCH_PROPERTYGET, one,
-                                        item.Put(), nullptr);
-        } else if (SUCCEEDED(expected)) {
-            expected = DISP_E_NOTACOLLECTION;
-        }
-        com::Variant result;
-        EXPECT_EQ(contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, one, result.Put(), nullptr),
-                  expected);
-        EXPECT_EQ(result.Get().vt, item.Get().vt);
-        items += SUCCEEDED(expected) && item.Get().vt == VT_DISPATCH ? 1u : 0u;
-        Boxes(); // what reading a property shows is another test's
-    });
-    EXPECT_EQ(items, 14u) << "points of three blocks, three compatible lists, macro groups and items";
-}
-
 TEST_F(CallArgumentsTest, RefusesAnArgumentTooFew) {
     ForEachMember([&](const Place& place) {
         const Member& member = place.member;
