@@ -14,21 +14,15 @@ constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAppObject";
 constexpr std::int32_t kDefinitionError = static_cast<std::int32_t>(0x80040201u);
 constexpr long kReadyStateComplete = 4;
 
-// The definition file. Element names are compared in upper case, the names of
-// a row's attributes as they stand.
+// The definition file. Element names are compared in upper case.
 constexpr const wchar_t* kAppObject = L"AppObject";
 constexpr const wchar_t* kName = L"NAME";
 constexpr const wchar_t* kId = L"ID";
 constexpr const wchar_t* kDescription = L"DESCRIPTION";
 constexpr const wchar_t* kCategory = L"CATEGORY";
 constexpr const wchar_t* kDataSizes = L"DATASIZES";
-constexpr const wchar_t* kRowName = L"Name";
-constexpr const wchar_t* kRowCdb = L"CDB_Size";
-constexpr const wchar_t* kRowArea1 = L"Size_area_1";
-constexpr const wchar_t* kRowArea2 = L"Size_area_2";
 
 constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
-constexpr std::uint8_t kMostRows = 255;
 
 [[noreturn]] void ThrowDefinitionError(std::wstring_view line, std::wstring_view reason) {
     throw RunTimeError(kDefinitionError, com::ThisModule().Name(),
@@ -67,15 +61,6 @@ std::wstring FirstFile(const std::wstring& pattern) {
 std::wstring FirstDatasheet(const std::wstring& stem) {
     const std::wstring pdf = FirstFile(stem + L"*.pdf");
     return pdf.empty() ? FirstFile(stem + L"*.doc") : pdf;
-}
-
-/// A child of DataSizes is named by one character and the number of its row.
-DataSizeEntry& RowOf(const std::wstring& childName) {
-    const std::uint8_t index = com::ByteOf(childName.empty() ? childName : childName.substr(1));
-    if (index >= State().DataSizes.size()) {
-        throw RunTimeError(RunTime::Subscript);
-    }
-    return State().DataSizes[index];
 }
 
 } // namespace
@@ -141,26 +126,15 @@ void CDBAppObject::GetBasicInfos() noexcept {
 
 void CDBAppObject::GetDataSizes(const dom::Node& element) noexcept {
     Trap(kModule, L"Sub pGetDataSizes", [&] {
-        std::uint8_t& count = State().DataSizeCount;
-        count = 0;
+        DataSizeTable& table = State().DataSizes;
+        table.Begin();
         // A comment is no row: its name has no number, which ends the reading.
         dom::ForEachChild(element, [&](const dom::Node& child) {
-            DataSizeEntry& row = RowOf(dom::BaseName(child));
+            DataSizeEntry& row = table.RowOf(dom::BaseName(child), &com::ByteOf);
             dom::ForEachAttribute(child, [&](const std::wstring& name, const std::wstring& text) {
-                if (name == kRowName) {
-                    row.Name = text;
-                } else if (name == kRowCdb) {
-                    row.CDB_Size = com::ByteOf(text);
-                } else if (name == kRowArea1) {
-                    row.Size_area_1 = com::ByteOf(text);
-                } else if (name == kRowArea2) {
-                    row.Size_area_2 = com::ByteOf(text);
-                }
+                SetDataSize(row, name, text, &com::ByteOf);
             });
-            if (count == kMostRows) {
-                throw RunTimeError(RunTime::Overflow);
-            }
-            ++count;
+            table.CountRow();
         });
     });
 }

@@ -2,6 +2,7 @@
 # It includes no Windows header; the native build with sanitizers proves it.
 set(TAM_CORE_SOURCES
   common/Case.cpp
+  common/DataSizeTable.cpp
   common/FieldParser.cpp
   common/KeyOrder.cpp
   common/Numbers.cpp

@@ -1,24 +1,15 @@
 #pragma once
 
 #include "com/Ref.h"
+#include "common/DataSizeTable.h"
 
 #include <windows.h>
 
 #include <oaidl.h>
 
-#include <array>
-#include <cstdint>
 #include <string>
 
 namespace tam {
-
-/// A row of the definition's table of database sizes.
-struct DataSizeEntry {
-    std::wstring Name;
-    std::uint8_t CDB_Size = 0;
-    std::uint8_t Size_area_1 = 0;
-    std::uint8_t Size_area_2 = 0;
-};
 
 /// What all objects of the component share. One copy for the loaded component.
 struct ComponentState {
@@ -27,8 +18,7 @@ struct ComponentState {
     /// The catalogue document that the host handed over last.
     com::Ref<IDispatch> SnvtCatalogueDocument;
     /// Filled by each definition load; the last one wins.
-    std::array<DataSizeEntry, 6> DataSizes;
-    std::uint8_t DataSizeCount = 0;
+    DataSizeTable DataSizes;
     /// The decimal mark of the user's locale, "," or "."; empty before
     /// InitDecimalSeparator has run.
     std::wstring DecimalSeparator;

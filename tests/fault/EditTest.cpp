@@ -43,6 +43,7 @@ class AttributeEditFaultTest : public EditFaultTest {
             if (run.HasFailed()) {
                 EXPECT_EQ(value, run.before.fields);
             }
+            ExpectNotSilent(run);
             ExpectOkTexts(run);
         };
         return job;

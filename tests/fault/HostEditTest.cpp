@@ -68,6 +68,7 @@ class HostEditFaultTest : public EditFaultTest {
             if (run.HasFailed()) {
                 EXPECT_EQ(values, run.before.fields);
             }
+            ExpectNotSilent(run);
             ExpectOkTexts(run);
         };
         return job;
@@ -129,6 +130,7 @@ TEST_F(HostEditFaultTest, Structure) {
         if (run.HasFailed() && run.mode == Mode::Once) {
             EXPECT_EQ(values, run.before.fields);
         }
+        ExpectNotSilent(run);
         ExpectOkTexts(run);
     };
     Loop().Run(job);
