@@ -27,6 +27,19 @@ target_include_directories(core PUBLIC "${CMAKE_SOURCE_DIR}")
 target_link_libraries(core PRIVATE tam_warnings)
 target_precompile_headers(core PRIVATE ${TAM_STANDARD_HEADERS})
 
+# The same of the host services: what reads an export document and writes its
+# image, and what reads numbers.
+set(TAM_HOST_CORE_SOURCES
+  host/ExportReader.cpp
+  host/Image.cpp
+  host/NumberText.cpp
+  host/TypeTable.cpp
+  host/XmlReader.cpp)
+list(TRANSFORM TAM_HOST_CORE_SOURCES PREPEND "${CMAKE_SOURCE_DIR}/")
+
+add_library(host_core STATIC ${TAM_HOST_CORE_SOURCES})
+target_link_libraries(host_core PUBLIC core PRIVATE tam_warnings)
+
 option(TAM_SANITIZE "AddressSanitizer and UBSan in the native build" OFF)
 if(NOT WIN32 AND TAM_SANITIZE)
   target_compile_definitions(core PUBLIC _GLIBCXX_ASSERTIONS)

@@ -1,7 +1,7 @@
 #include "com/Module.h"
 #include "com/Server.h"
+#include "common/MemoryReserve.h"
 #include "component/Classes.h"
-#include "component/MemoryReserve.h"
 
 #include <windows.h>
 

@@ -8,6 +8,8 @@
 
 namespace orv {
 
+static_assert(kNotAnExportDocument == static_cast<std::int32_t>(errNotAnExportDocument));
+
 HRESULT CompilersInterop::SetDBPath(BSTR path) {
     return Do([&] {
         std::wstring text = com::Text(path);

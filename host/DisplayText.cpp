@@ -1,6 +1,7 @@
 #include "host/DisplayText.h"
 
 #include "host/NumberText.h"
+#include "host/UserMarks.h"
 
 #include <algorithm>
 #include <cmath>

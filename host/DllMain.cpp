@@ -1,5 +1,6 @@
 #include "com/Module.h"
 #include "com/Server.h"
+#include "common/MemoryReserve.h"
 #include "host/Classes.h"
 
 #include <windows.h>
@@ -9,12 +10,17 @@ extern "C" {
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
         com::ThisModule().Attach(instance);
+        tam::PrepareForLackOfMemory();
         DisableThreadLibraryCalls(instance);
     }
     return TRUE;
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+    if (out != nullptr && !tam::PrepareThisThread()) {
+        *out = nullptr;
+        return E_OUTOFMEMORY;
+    }
     return com::GetClassObject(orv::Server(), clsid, iid, out);
 }
 
@@ -23,15 +29,17 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-    return com::RegisterServer(orv::Server(), com::Scope::Machine);
+    return tam::PrepareThisThread() ? com::RegisterServer(orv::Server(), com::Scope::Machine) : E_OUTOFMEMORY;
 }
 
 STDAPI DllUnregisterServer() {
-    return com::UnregisterServer(orv::Server(), com::Scope::Machine);
+    return tam::PrepareThisThread() ? com::UnregisterServer(orv::Server(), com::Scope::Machine)
+                                    : E_OUTOFMEMORY;
 }
 
 STDAPI DllInstall(BOOL install, PCWSTR commandLine) {
-    return com::Install(orv::Server(), install != FALSE, commandLine);
+    return tam::PrepareThisThread() ? com::Install(orv::Server(), install != FALSE, commandLine)
+                                    : E_OUTOFMEMORY;
 }
 
 } // extern "C"

@@ -48,6 +48,9 @@ struct ExportAttribute {
     std::wstring enumDescription;
 };
 
+/// errNotAnExportDocument, for code that knows no COM.
+inline constexpr auto kNotAnExportDocument = static_cast<std::int32_t>(0x80040402);
+
 /// What an object says of itself when its database is built.
 struct ExportDocument {
     std::int16_t deviceAddress = 0;

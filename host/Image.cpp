@@ -1,11 +1,6 @@
 #include "host/Image.h"
 
-#include "com/Boundary.h"
 #include "common/RunTimeError.h"
-
-#include <OrvHost.h>
-
-#include <windows.h>
 
 #include <array>
 #include <initializer_list>
@@ -45,16 +40,46 @@ std::uint8_t Flags(std::initializer_list<bool> flags) {
     return static_cast<std::uint8_t>(byte);
 }
 
+constexpr bool IsFirstHalf(std::uint32_t code) noexcept {
+    return code >= 0xD800 && code < 0xDC00;
+}
+constexpr bool IsSecondHalf(std::uint32_t code) noexcept {
+    return code >= 0xDC00 && code < 0xE000;
+}
+
+void AppendUtf8(std::string& bytes, std::uint32_t code) {
+    const auto append = [&](std::uint32_t byte) { bytes += static_cast<char>(byte); };
+    if (code < 0x80) {
+        append(code);
+        return;
+    }
+    if (code < 0x800) {
+        append(0xC0 | code >> 6);
+    } else if (code < 0x10000) {
+        append(0xE0 | code >> 12);
+        append(0x80 | (code >> 6 & 0x3F));
+    } else {
+        append(0xF0 | code >> 18);
+        append(0x80 | (code >> 12 & 0x3F));
+        append(0x80 | (code >> 6 & 0x3F));
+    }
+    append(0x80 | (code & 0x3F));
+}
+
 /// A text in UTF-8. Half of a surrogate pair becomes the replacement character.
 std::string Utf8(std::wstring_view text) {
-    if (text.empty()) {
-        return {};
-    }
-    const int length = static_cast<int>(text.size());
-    const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    if (WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr) == 0) {
-        com::Check(HRESULT_FROM_WIN32(GetLastError()));
+    constexpr std::uint32_t kReplacement = 0xFFFD;
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto code = static_cast<std::uint32_t>(text[i]);
+        const std::uint32_t next = i + 1 < text.size() ? static_cast<std::uint32_t>(text[i + 1]) : 0;
+        if (IsFirstHalf(code) && IsSecondHalf(next)) {
+            AppendUtf8(bytes, 0x10000 + ((code - 0xD800) << 10) + (next - 0xDC00));
+            ++i;
+        } else {
+            AppendUtf8(bytes, IsFirstHalf(code) || IsSecondHalf(code) ? kReplacement : code);
+        }
     }
     return bytes;
 }
@@ -96,7 +121,7 @@ class Texts {
         }
         const std::string bytes = Utf8(text);
         if (bytes.size() > kMaxTextBytes) {
-            throw tam::RunTimeError(static_cast<HRESULT>(errNotAnExportDocument), {},
+            throw tam::RunTimeError(kNotAnExportDocument, {},
                                     L"a text is longer than 65535 bytes; it begins with \"" +
                                         std::wstring(text.substr(0, 40)) + L"\"");
         }

@@ -1,7 +1,5 @@
 #include "host/NumberText.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -16,13 +14,6 @@ constexpr int kDigits = 7;
 constexpr std::size_t kGroupSize = 3;
 constexpr double kLeastPlain = 1E-5;
 constexpr double kMostPlain = 1E15;
-
-std::wstring LocaleText(LCTYPE type) {
-    // Both marks have at most three characters and the closing NUL.
-    wchar_t text[8] = {};
-    const int size = GetLocaleInfoW(LOCALE_USER_DEFAULT, type, text, static_cast<int>(std::size(text)));
-    return {text, size > 0 ? static_cast<std::size_t>(size - 1) : 0};
-}
 
 std::wstring_view Trimmed(std::wstring_view text) {
     const std::size_t first = text.find_first_not_of(L" \t");
@@ -106,10 +97,6 @@ double Nearest(double value, std::chars_format format, int decimals) noexcept {
 }
 
 } // namespace
-
-NumberMarks UserMarks() {
-    return {LocaleText(LOCALE_SDECIMAL), LocaleText(LOCALE_STHOUSAND)};
-}
 
 std::optional<double> ParseNumber(std::wstring_view text, const NumberMarks& marks) {
     const auto plain = Scanner(text, marks).Scan();

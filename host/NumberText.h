@@ -13,9 +13,6 @@ struct NumberMarks {
     std::wstring group;
 };
 
-/// The marks of the user's locale, as they are set now.
-NumberMarks UserMarks();
-
 /// The number that a text holds, with blanks around it, a sign, groups of
 /// three digits and an exponent allowed. None for anything else: a text with
 /// the other locale's decimal mark is no number rather than one a thousand

@@ -2,6 +2,7 @@
 
 #include "common/RunTimeError.h"
 #include "host/NumberText.h"
+#include "host/UserMarks.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
 #include "host/XmlReader.h"
 
 #include "common/RunTimeError.h"
-
-#include <OrvHost.h>
+#include "host/ExportDocument.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <set>
 #include <utility>
 
 namespace orv {
@@ -86,7 +86,7 @@ void XmlReader::Fail(std::size_t offset, const std::wstring& reason) const {
             begin = i + 1;
         }
     }
-    throw tam::RunTimeError(static_cast<std::int32_t>(errNotAnExportDocument), {},
+    throw tam::RunTimeError(kNotAnExportDocument, {},
                             L"line " + std::to_wstring(line) + L", column " +
                                 std::to_wstring(offset - begin + 1) + L": " + reason);
 }
@@ -207,6 +207,7 @@ std::wstring XmlReader::ReadValue() {
 
 void XmlReader::ReadAttributes() {
     attributes_.clear();
+    std::set<std::wstring> names;
     while (SkipBlanks() && at_ < text_.size() && IsNameStart(text_[at_])) {
         XmlAttribute attribute;
         attribute.offset = at_;
@@ -217,7 +218,7 @@ void XmlReader::ReadAttributes() {
         }
         SkipBlanks();
         attribute.value = ReadValue();
-        if (std::ranges::find(attributes_, attribute.name, &XmlAttribute::name) != attributes_.end()) {
+        if (!names.insert(attribute.name).second) {
             Fail(attribute.offset, L"attribute \"" + attribute.name + L"\" stands twice");
         }
         attributes_.push_back(std::move(attribute));

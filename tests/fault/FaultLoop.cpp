@@ -81,8 +81,12 @@ std::wstring Told::Line() const {
                     : L"box \"" + text + L"\"";
 }
 
-FaultLoop::FaultLoop(const support::Component& component, bench::BoxWatcher& watcher)
-    : component_(component), watcher_(watcher), slots_(component.Module()), imports_(component.Module()) {
+FaultLoop::FaultLoop(HMODULE dll, bench::BoxWatcher& watcher)
+    : canUnload_(reinterpret_cast<decltype(canUnload_)>(
+          reinterpret_cast<void*>(GetProcAddress(dll, "DllCanUnloadNow"))))
+    , watcher_(watcher)
+    , slots_(dll)
+    , imports_(dll) {
     ReplaceDom(slots_);
 }
 
@@ -112,7 +116,7 @@ Left FaultLoop::RunOnce(const Job& job, Kind kind, int n, Mode mode, bool& happe
     left.fields = job.read();
     job.release();
     told_ = TakeTold();
-    EXPECT_EQ(component_.CanUnload(), S_OK) << "objects of the component are still alive";
+    EXPECT_EQ(canUnload_(), S_OK) << "objects of the component are still alive";
     return left;
 }
 

@@ -77,7 +77,10 @@ void ExpectNotSilent(const Case& run);
 /// Runs jobs under every single fault.
 class FaultLoop {
   public:
-    FaultLoop(const support::Component& component, bench::BoxWatcher& watcher);
+    /// Faults of any DLL of this family, and its own word on objects that live.
+    FaultLoop(HMODULE dll, bench::BoxWatcher& watcher);
+    FaultLoop(const support::Component& component, bench::BoxWatcher& watcher)
+        : FaultLoop(component.Module(), watcher) {}
     FaultLoop(const FaultLoop&) = delete;
     FaultLoop& operator=(const FaultLoop&) = delete;
 
@@ -94,7 +97,7 @@ class FaultLoop {
     void Judge(const Job& job, const Case& run) const;
     std::vector<Told> TakeTold();
 
-    const support::Component& component_;
+    HRESULT(STDAPICALLTYPE* canUnload_)() = nullptr;
     bench::BoxWatcher& watcher_;
     Slots slots_;
     Imports imports_;

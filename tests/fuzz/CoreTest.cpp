@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,9 +38,10 @@ std::vector<std::pair<std::string, Bytes>> Files(const std::string& subject) {
     return files;
 }
 
-std::string Hexadecimal(const Bytes& bytes) {
-    std::string text;
-    for (const std::uint8_t byte : bytes) {
+std::string Shown(const Bytes& bytes) {
+    constexpr std::size_t kMostShown = 4000;
+    std::string text = "\ninput (" + std::to_string(bytes.size()) + " bytes, hex): ";
+    for (const std::uint8_t byte : std::span(bytes).first(std::min(bytes.size(), kMostShown))) {
         text += "0123456789abcdef"[byte / 16];
         text += "0123456789abcdef"[byte % 16];
     }
@@ -53,10 +55,9 @@ bool Holds(const Subject& subject, const Bytes& bytes, const std::string& what) 
         subject.run(input);
         return true;
     } catch (const BrokenProperty& broken) {
-        ADD_FAILURE() << what << ": " << broken.what() << "\ninput (hex): " << Hexadecimal(bytes);
+        ADD_FAILURE() << what << ": " << broken.what() << Shown(bytes);
     } catch (const RunTimeError& error) {
-        ADD_FAILURE() << what << ": run-time error " << error.Number()
-                      << "\ninput (hex): " << Hexadecimal(bytes);
+        ADD_FAILURE() << what << ": run-time error " << error.Number() << Shown(bytes);
     }
     return false;
 }
@@ -84,6 +85,38 @@ TEST_P(FuzzCoreTest, HoldsForInputsMadeFromTheCorpus) {
         if (!Holds(GetParam(), mutator.Make(pool), "input " + std::to_string(i))) {
             return;
         }
+    }
+}
+
+// A million bytes inside of a good input: no text is too long, nor takes time
+// with the square of its length, for which the program's time limit is too short.
+TEST_P(FuzzCoreTest, HoldsForLongInputs) {
+    const std::size_t length = GetParam().isLinear ? 1000000 : 1000;
+    const Bytes good = Files(GetParam().name).back().second;
+    for (const char byte : {'a', '1', ';', '<', '&'}) {
+        Bytes grown = good;
+        grown.insert(grown.begin() + static_cast<std::ptrdiff_t>(grown.size() / 2), length,
+                     static_cast<std::uint8_t>(byte));
+        Holds(GetParam(), grown, std::string("many of ") + byte);
+    }
+}
+
+// As many points, attributes of one element and open elements.
+TEST(FuzzExportTest, HoldsForManyNodes) {
+    constexpr int kMany = 20000;
+    const std::string root = "<O_Tam_id DevAddr='' AppID='' DevKey='' TamObjectID='1' IsLastOnDev='0'";
+    std::string points, attributes, open;
+    for (int i = 0; i < kMany; ++i) {
+        const std::string name = "a" + std::to_string(i);
+        points +=
+            "<" + name + " LinkReference='' LogicalAddress='' SNVTType='' isPermanent='0' IsConnected='0'/>";
+        attributes += " " + name + "=''";
+        open += "<" + name + ">";
+    }
+    for (const std::string& text :
+         {root + "><Inputs>" + points + "</Inputs><Outputs/><Attributes/></O_Tam_id>",
+          root + attributes + "/>", root + ">" + open}) {
+        Holds({"export", &FuzzExport, true}, Bytes(text.begin(), text.end()), "many nodes");
     }
 }
 

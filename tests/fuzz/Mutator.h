@@ -51,7 +51,11 @@ class Mutator {
                                                       "\xFF\xD8",    "\xFF\x01\x30",
                                                       " ",           "\x08",
                                                       "\x1B",        "\x0D",
-                                                      "\x16"};
+                                                      "\x16",        "&#x41;",
+                                                      "&lt;",        "<!--",
+                                                      "-->",         "<![CDATA[",
+                                                      "]]>",         "/>",
+                                                      "<?a ?>",      "<!DOCTYPE"};
         const auto at = bytes.begin() + static_cast<std::ptrdiff_t>(Below(bytes.size() + 1));
         const auto upTo = at + static_cast<std::ptrdiff_t>(std::min<std::size_t>(
                                    Below(16), static_cast<std::size_t>(bytes.end() - at)));

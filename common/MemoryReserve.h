@@ -3,7 +3,7 @@
 namespace tam {
 
 /// Sees to it that exceptions can be thrown when memory has run out. Called
-/// once, before any other code of the component runs.
+/// once, before any other code of the DLL runs, which is linked with --wrap=malloc.
 void PrepareForLackOfMemory() noexcept;
 
 /// The same for the calling thread alone, as often as it likes. False without

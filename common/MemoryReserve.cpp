@@ -1,4 +1,4 @@
-#include "component/MemoryReserve.h"
+#include "common/MemoryReserve.h"
 
 #include "com/Boundary.h"
 
