@@ -79,6 +79,7 @@ void RunNumeric(Input& input) {
         } else if (choice == 1) {
             const std::wstring pasted = input.Word(8);
             if (const auto inserted = state.Insertion(pasted, edit)) {
+                Require(inserted->empty() == pasted.empty());
                 edit = WithInsertion(edit, *inserted);
             }
         } else if (choice == 2) {
@@ -105,7 +106,11 @@ void RunText(Input& input) {
         if (choice == 0) {
             edit = AnyEdit(input, edit.text);
         } else if (choice == 1) {
-            edit = WithInsertion(edit, TextEditorState::Insertion(input.Word(12)));
+            const std::wstring pasted = input.Word(12);
+            if (const auto inserted = TextEditorState::Insertion(pasted)) {
+                Require(inserted->empty() == pasted.empty());
+                edit = WithInsertion(edit, *inserted);
+            }
         } else {
             const wchar_t key = input.Character();
             edit = Answered(state.Key(key, edit), edit);
