@@ -29,6 +29,20 @@ HRESULT FailWith(HRESULT result, const std::wstring& description, const std::wst
     return result;
 }
 
+/// A host object whose server is gone: it says so of a document and of a view.
+class Gone final : public com::DualObject<Gone, IClonable> {
+  public:
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        if (iid == __uuidof(IHostDocument) || iid == __uuidof(IHostView)) {
+            *out = nullptr;
+            return FailWith(CO_E_OBJNOTCONNECTED, L"The drawing is closed", L"Host");
+        }
+        return Object::QueryInterface(iid, out);
+    }
+    STDMETHODIMP Clone(IDispatch**) override { return E_NOTIMPL; }
+};
+
 class CDBAppObjectShowTest : public ModuleTest {
   protected:
     com::Ref<View> view = View::Make();
@@ -91,6 +105,17 @@ TEST_F(CDBAppObjectShowTest, ReportsAParentThatIsNoDocument) {
     module->putref_Parent(Stranger::Make().Get());
     EXPECT_EQ(module->Show(), S_OK);
     ExpectShowReport(kTypeMismatchText);
+    EXPECT_FALSE(Active(module));
+}
+
+TEST_F(CDBAppObjectShowTest, ReportsWhyAParentOrAViewCannotBeReached) {
+    const auto module = OnSheet();
+    sheet->view = com::Ref<IDispatch>(Gone::Make().Get());
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(L"The drawing is closed", L"Host");
+    module->putref_Parent(Gone::Make().Get());
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(L"The drawing is closed", L"Host");
     EXPECT_FALSE(Active(module));
 }
 

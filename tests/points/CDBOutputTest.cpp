@@ -13,7 +13,16 @@ class ForeignType final : public com::DualObject<ForeignType, ISNVType> {
     static const CLSID& ClassId() noexcept { return CLSID_NULL; }
     int reads = 0;
     HRESULT result = S_OK;
+    /// What it says when it is asked for a type.
+    HRESULT refusal = S_OK;
 
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        if (iid == __uuidof(ISNVType) && FAILED(refusal)) {
+            *out = nullptr;
+            return refusal;
+        }
+        return Object::QueryInterface(iid, out);
+    }
     STDMETHODIMP get_ID(BSTR* value) override {
         ++reads;
         *value = SUCCEEDED(result) ? com::Bstr(L"77").Detach() : nullptr;
@@ -183,6 +192,16 @@ TEST_F(CDBOutputTest, HandsAFailingConnectedTypeToTheCaller) {
     const auto type = ForeignType::Make();
     type->result = E_ACCESSDENIED;
     EXPECT_EQ(connable->putref_ConnectedType(type.Get()), E_ACCESSDENIED);
+}
+
+TEST_F(CDBOutputTest, HandsAConnectedTypeThatCannotBeReachedToTheCaller) {
+    const auto connable = One().As<ISubItemConnable>();
+    const auto type = ForeignType::Make();
+    type->refusal = CO_E_OBJNOTCONNECTED;
+    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), CO_E_OBJNOTCONNECTED);
+    type->refusal = E_NOINTERFACE;
+    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), kTypeMismatch);
+    EXPECT_EQ(type->reads, 0);
 }
 
 TEST_F(CDBOutputTest, RefusesAConnectedTypeThatIsNone) {
