@@ -14,9 +14,9 @@ namespace {
 /// What leads back up, or is of no text.
 constexpr std::array<std::wstring_view, 5> kLeftOut = {L"Parent", L"Icon", L"NewEnum", L"Stream",
                                                        L"UnitsManager"};
-/// The collections, and the points that they hold.
-constexpr std::array<std::wstring_view, 5> kFollowed = {L"Inputs", L"Outputs", L"Attributes", L"SNVTType",
-                                                        L"SNVTCompatibles"};
+/// The collections, the points that they hold, and the macro connections of a project.
+constexpr std::array<std::wstring_view, 7> kFollowed = {
+    L"Inputs", L"Outputs", L"Attributes", L"SNVTType", L"SNVTCompatibles", L"Groups", L"Items"};
 
 template <class List>
 bool Has(const List& list, const std::wstring& name) {

@@ -8,12 +8,12 @@ namespace {
 
 class MembersTest : public EveryMemberTest {
   protected:
-    /// All that the objects of a model say of themselves.
-    std::wstring StateOf(const Fresh& fresh) {
-        std::wstring state;
-        for (const Subject& subject : fresh.subjects) {
-            state += std::wstring(subject.name.begin(), subject.name.end()) + L"\n" +
-                     Describe({&Own(), &Services()}, subject.object.Get());
+    /// All that the object called and its model say of themselves.
+    std::wstring StateOf(const Place& place, const Fresh& fresh) {
+        const Libraries libraries{&Own(), &Services()};
+        std::wstring state = Describe(libraries, fresh.face.Get());
+        if (place.index != 0) {
+            state += Describe(libraries, fresh.subjects.front().object.Get());
         }
         return state + Shown();
     }
@@ -38,7 +38,9 @@ class MembersTest : public EveryMemberTest {
                 nameArguments.ByName(second.face.Get(), id, static_cast<WORD>(member.kind));
             EXPECT_EQ(bySlot, byName);
             EXPECT_EQ(shownBySlot, Shown());
-            EXPECT_EQ(StateOf(first), StateOf(second));
+            if (member.kind != INVOKE_PROPERTYGET) {
+                EXPECT_EQ(StateOf(place, first), StateOf(place, second));
+            }
             ++count;
         });
         EXPECT_GT(count, 200u) << "the library lists fewer members than the host interfaces have";
