@@ -15,18 +15,16 @@ void ReplaceNode(Slots& slots, I* node) {
     slots.Replace<Kind::Dom, &IXMLDOMNode::get_nodeName, &IXMLDOMNode::get_nodeValue,
                   &IXMLDOMNode::get_nodeType, &IXMLDOMNode::get_parentNode, &IXMLDOMNode::get_firstChild,
                   &IXMLDOMNode::get_lastChild, &IXMLDOMNode::get_nextSibling, &IXMLDOMNode::get_attributes,
-                  &IXMLDOMNode::insertBefore, &IXMLDOMNode::appendChild, &IXMLDOMNode::get_ownerDocument,
-                  &IXMLDOMNode::get_text, &IXMLDOMNode::put_text, &IXMLDOMNode::get_xml,
-                  &IXMLDOMNode::selectNodes, &IXMLDOMNode::selectSingleNode, &IXMLDOMNode::get_namespaceURI,
-                  &IXMLDOMNode::get_prefix, &IXMLDOMNode::get_baseName>(node);
+                  &IXMLDOMNode::insertBefore, &IXMLDOMNode::appendChild, &IXMLDOMNode::get_text,
+                  &IXMLDOMNode::get_xml, &IXMLDOMNode::selectNodes, &IXMLDOMNode::selectSingleNode,
+                  &IXMLDOMNode::get_namespaceURI, &IXMLDOMNode::get_prefix, &IXMLDOMNode::get_baseName>(node);
 }
 
 void ReplaceDocument(Slots& slots, IXMLDOMDocument2* document) {
     ReplaceNode(slots, document);
     slots.Replace<Kind::Dom, &IXMLDOMDocument::get_documentElement, &IXMLDOMDocument::createElement,
-                  &IXMLDOMDocument::createTextNode, &IXMLDOMDocument::createAttribute,
-                  &IXMLDOMDocument::getElementsByTagName, &IXMLDOMDocument::load,
-                  &IXMLDOMDocument::get_readyState, &IXMLDOMDocument::get_parseError,
+                  &IXMLDOMDocument::createTextNode, &IXMLDOMDocument::getElementsByTagName,
+                  &IXMLDOMDocument::load, &IXMLDOMDocument::get_readyState, &IXMLDOMDocument::get_parseError,
                   &IXMLDOMDocument::get_doctype, &IXMLDOMDocument::put_async,
                   &IXMLDOMDocument::put_resolveExternals, &IXMLDOMDocument::loadXML, &IXMLDOMDocument::save,
                   &IXMLDOMDocument2::setProperty>(document);
@@ -35,8 +33,8 @@ void ReplaceDocument(Slots& slots, IXMLDOMDocument2* document) {
 void ReplaceMap(Slots& slots, IXMLDOMNode* element) {
     Ref<IXMLDOMNamedNodeMap> map;
     Check(element->get_attributes(map.Put()));
-    slots.Replace<Kind::Dom, &IXMLDOMNamedNodeMap::getNamedItem, &IXMLDOMNamedNodeMap::setNamedItem,
-                  &IXMLDOMNamedNodeMap::nextNode, &IXMLDOMNamedNodeMap::reset>(map.Get());
+    slots.Replace<Kind::Dom, &IXMLDOMNamedNodeMap::getNamedItem, &IXMLDOMNamedNodeMap::nextNode,
+                  &IXMLDOMNamedNodeMap::reset>(map.Get());
     Ref<IXMLDOMNode> attribute;
     Check(map->nextNode(attribute.Put()));
     ReplaceNode(slots, attribute.Get());

@@ -37,6 +37,34 @@ Told ToldBy(const bench::Box& box) {
     return told;
 }
 
+/// Says at the end of the program how much it did, and which methods no job called.
+class Total : public testing::Environment {
+  public:
+    void Add(int points) {
+        ++jobs_;
+        points_ += points;
+    }
+    void TearDown() override {
+        std::cout << points_ << " points in " << jobs_ << " jobs\n";
+        for (const auto& [method, calls] : Slots::Counts()) {
+            if (*calls == 0) {
+                std::cout << "replaced and never called: " << method << "\n";
+            }
+        }
+        std::cout << std::flush;
+    }
+
+  private:
+    int jobs_ = 0;
+    int points_ = 0;
+};
+
+/// GoogleTest owns it.
+Total& TheTotal() {
+    static auto* const total = static_cast<Total*>(testing::AddGlobalTestEnvironment(new Total));
+    return *total;
+}
+
 std::string Plain(const std::wstring& text) {
     std::string plain;
     for (const wchar_t c : text) {
@@ -126,6 +154,7 @@ void FaultLoop::Run(const Job& job) {
     ASSERT_EQ(untouched_.result, S_OK);
     std::ostringstream row;
     row << std::left << std::setw(36) << job.name;
+    int all = 0;
     for (const Kind kind : kKinds) {
         int points[] = {0, 0};
         if (std::find(job.kinds.begin(), job.kinds.end(), kind) != job.kinds.end()) {
@@ -133,11 +162,13 @@ void FaultLoop::Run(const Job& job) {
             points[1] = RunKind(job, kind, Mode::ForEver);
             EXPECT_GT(points[0], 0) << "nothing of the kind " << NameOf(kind) << " was called";
         }
+        all += points[0] + points[1];
         row << std::setw(9) << NameOf(kind) << std::setw(5) << points[0] << "+" << std::setw(5) << points[1];
         testing::Test::RecordProperty(std::string(NameOf(kind)) + "_once", points[0]);
         testing::Test::RecordProperty(std::string(NameOf(kind)) + "_for_ever", points[1]);
     }
     std::cout << row.str() << std::endl;
+    TheTotal().Add(all);
 }
 
 int FaultLoop::RunKind(const Job& job, Kind kind, Mode mode) {

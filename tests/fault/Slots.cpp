@@ -23,6 +23,11 @@ Slots::~Slots() {
     current = nullptr;
 }
 
+std::map<std::string, const long*>& Slots::Counts() {
+    static std::map<std::string, const long*> counts;
+    return counts;
+}
+
 bool Slots::IsFromCaller(const void* address) noexcept {
     const auto place = reinterpret_cast<ULONG_PTR>(address);
     return place >= current->callerBegin_ && place < current->callerEnd_;

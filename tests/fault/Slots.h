@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace fault {
@@ -26,6 +27,9 @@ class Slots {
         (ReplaceOne<K, Methods>(object), ...);
     }
 
+    /// The methods that were ever replaced and the calls of each, over the program.
+    static std::map<std::string, const long*>& Counts();
+
   private:
     using Table = ULONG_PTR*;
 
@@ -42,9 +46,14 @@ class Slots {
     struct Hook;
     template <Kind K, class I, class... Arguments, HRESULT (STDMETHODCALLTYPE I::*Method)(Arguments...)>
     struct Hook<K, Method> {
+        /// Calls of the DLL so far.
+        static inline long calls = 0;
         static HRESULT STDMETHODCALLTYPE Call(I* object, Arguments... arguments) {
-            if (IsFromCaller(__builtin_return_address(0)) && Fails(K)) {
-                return CodeOf(K);
+            if (IsFromCaller(__builtin_return_address(0))) {
+                ++calls;
+                if (Fails(K)) {
+                    return CodeOf(K);
+                }
             }
             using Function = HRESULT(STDMETHODCALLTYPE*)(I*, Arguments...);
             const auto original =
@@ -53,8 +62,17 @@ class Slots {
         }
     };
 
+    /// What the compiler calls a method, such as "&IXMLDOMNode::get_text".
+    template <auto Method>
+    static std::string NameOf() {
+        const std::string function = __PRETTY_FUNCTION__;
+        const std::size_t begin = function.find('&', function.find("Method = "));
+        return function.substr(begin, function.find_first_of(";]", begin) - begin);
+    }
+
     template <Kind K, auto Method, class I>
     void ReplaceOne(I* object) {
+        Counts()[NameOf<Method>()] = &Hook<K, Method>::calls;
         const auto hook = reinterpret_cast<ULONG_PTR>(&Hook<K, Method>::Call);
         ReplaceSlot(*reinterpret_cast<Table*>(object), IndexOf(Method), hook);
     }
