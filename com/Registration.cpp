@@ -19,18 +19,18 @@ constexpr const wchar_t* kClasses = L"Software\\Classes\\";
 
 struct Entry {
     std::wstring path;
-    std::wstring value;
-    std::wstring text;
+    RegistryTree::Value value;
 };
 
-/// What a registration consists of: whole keys of ours and the values in them.
+/// What a registration consists of: whole keys of ours and the values in them,
+/// as they are written.
 struct Plan {
     std::set<std::wstring> keys;
     std::vector<Entry> entries;
 
-    void Key(const std::wstring& path) { keys.insert(path); }
+    void Key(const std::wstring& path) { keys.insert(kClasses + path); }
     void Value(const std::wstring& path, const std::wstring& text, const std::wstring& value = {}) {
-        entries.push_back({path, value, text});
+        entries.push_back({kClasses + path, TextValue(value, text)});
     }
 };
 
@@ -49,7 +49,7 @@ bool SameText(const std::wstring& left, const std::wstring& right) {
 }
 
 std::wstring ReadClassesText(HKEY root, const std::wstring& path) {
-    const RegistryKey key = OpenKey(root, kClasses + path);
+    const RegistryKey key = OpenKey(root, (kClasses + path).c_str());
     return key ? ReadText(key) : std::wstring();
 }
 
@@ -199,28 +199,31 @@ HKEY RootOf(Scope scope) {
 }
 
 /// The keys that classes, libraries and interfaces lie below.
-constexpr const wchar_t* kParents[] = {L"CLSID", L"TypeLib", L"Interface"};
+constexpr const wchar_t* kParents[] = {L"Software\\Classes\\CLSID", L"Software\\Classes\\TypeLib",
+                                       L"Software\\Classes\\Interface"};
 
 void Remove(const Plan& plan, HKEY root) {
     for (const std::wstring& key : plan.keys) {
-        DeleteTree(root, kClasses + key);
+        DeleteTree(root, key.c_str());
     }
     for (const wchar_t* parent : kParents) {
-        DeleteIfEmpty(root, std::wstring(kClasses) + parent);
+        DeleteIfEmpty(root, parent);
     }
 }
 
-/// The keys as they are before a change, to go back to.
+/// The keys as they are before a change, to go back to. From here on nothing
+/// takes memory: lack of it ends a registration before the first write or not
+/// at all.
 class Snapshot {
   public:
     Snapshot(const Plan& plan, HKEY root) : plan_(plan), root_(root) {
         for (const std::wstring& key : plan.keys) {
-            if (OpenKey(root, kClasses + key)) {
-                trees_.emplace_back(key, ReadTree(root, kClasses + key));
+            if (OpenKey(root, key.c_str())) {
+                trees_.emplace_back(key, ReadTree(root, key));
             }
         }
         for (const wchar_t* parent : kParents) {
-            if (OpenKey(root, std::wstring(kClasses) + parent)) {
+            if (OpenKey(root, parent)) {
                 trees_.emplace_back(parent, RegistryTree()); // the key itself, were it empty
             }
         }
@@ -239,7 +242,7 @@ class Snapshot {
     void Restore() const {
         Remove(plan_, root_);
         for (const auto& [key, tree] : trees_) {
-            WriteTree(root_, kClasses + key, tree);
+            WriteTree(root_, key.c_str(), tree);
         }
     }
 
@@ -255,10 +258,10 @@ void Register(const ServerInfo& server, Scope scope) {
     const Plan plan = MakePlan(server, root);
     Snapshot(plan, root).Guard([&] {
         for (const std::wstring& key : plan.keys) {
-            DeleteTree(root, kClasses + key); // what an older version left must not shine through
+            DeleteTree(root, key.c_str()); // what an older version left must not shine through
         }
         for (const Entry& entry : plan.entries) {
-            WriteText(root, kClasses + entry.path, entry.value, entry.text);
+            WriteValue(root, entry.path.c_str(), entry.value);
         }
     });
 }

@@ -16,18 +16,37 @@ void CheckWin32(LSTATUS status) {
     Check(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
 }
 
-RegistryKey CreateKey(HKEY root, const std::wstring& path) {
+RegistryKey CreateKey(HKEY root, const wchar_t* path) {
     HKEY key = nullptr;
-    CheckWin32(
-        RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
+    CheckWin32(RegCreateKeyExW(root, path, 0, nullptr, 0, KEY_READ | KEY_WRITE, nullptr, &key, nullptr));
     return RegistryKey(key);
 }
 
-void DeleteKey(HKEY root, const std::wstring& path) {
-    const LSTATUS status = RegDeleteKeyW(root, path.c_str());
+void DeleteKey(HKEY root, const wchar_t* path) {
+    const LSTATUS status = RegDeleteKeyW(root, path);
     if (status != ERROR_FILE_NOT_FOUND) {
         CheckWin32(status);
     }
+}
+
+void Write(const RegistryKey& key, const RegistryTree::Value& value) {
+    CheckWin32(RegSetValueExW(key.Get(), value.name.empty() ? nullptr : value.name.c_str(), 0, value.type,
+                              value.data.data(), static_cast<DWORD>(value.data.size())));
+}
+
+bool HasKeys(const RegistryKey& key) {
+    wchar_t name[kMaxKeyName];
+    DWORD length = kMaxKeyName;
+    const LSTATUS status = RegEnumKeyExW(key.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr);
+    return status != ERROR_NO_MORE_ITEMS;
+}
+
+/// The first value's name need not fit: that it is there is enough.
+bool HasValues(const RegistryKey& key) {
+    wchar_t name[kMaxKeyName];
+    DWORD length = kMaxKeyName;
+    const LSTATUS status = RegEnumValueW(key.Get(), 0, name, &length, nullptr, nullptr, nullptr, nullptr);
+    return status != ERROR_NO_MORE_ITEMS;
 }
 
 std::vector<std::wstring> SubkeyNames(HKEY key) {
@@ -68,9 +87,9 @@ std::vector<RegistryTree::Value> Values(HKEY key) {
 
 } // namespace
 
-RegistryKey OpenKey(HKEY root, const std::wstring& path) {
+RegistryKey OpenKey(HKEY root, const wchar_t* path) {
     HKEY key = nullptr;
-    const LSTATUS status = RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key);
+    const LSTATUS status = RegOpenKeyExW(root, path, 0, KEY_READ, &key);
     if (status == ERROR_FILE_NOT_FOUND) {
         return {};
     }
@@ -92,16 +111,14 @@ std::wstring ReadText(const RegistryKey& key) {
     return text;
 }
 
-void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text) {
-    const RegistryKey key = CreateKey(root, path);
+RegistryTree::Value TextValue(const std::wstring& name, const std::wstring& text) {
     std::vector<BYTE> data((text.size() + 1) * sizeof(wchar_t));
     std::memcpy(data.data(), text.c_str(), data.size());
-    CheckWin32(RegSetValueExW(key.Get(), value.empty() ? nullptr : value.c_str(), 0, REG_SZ, data.data(),
-                              static_cast<DWORD>(data.size())));
+    return {name, REG_SZ, std::move(data)};
 }
 
 RegistryTree ReadTree(HKEY root, const std::wstring& path) {
-    const RegistryKey key = OpenKey(root, path);
+    const RegistryKey key = OpenKey(root, path.c_str());
     if (!key) {
         CheckWin32(ERROR_FILE_NOT_FOUND);
     }
@@ -114,19 +131,22 @@ RegistryTree ReadTree(HKEY root, const std::wstring& path) {
     return tree;
 }
 
-void WriteTree(HKEY root, const std::wstring& path, const RegistryTree& tree) {
+void WriteValue(HKEY root, const wchar_t* path, const RegistryTree::Value& value) {
+    Write(CreateKey(root, path), value);
+}
+
+void WriteTree(HKEY root, const wchar_t* path, const RegistryTree& tree) {
     const RegistryKey key = CreateKey(root, path);
     for (const RegistryTree::Value& value : tree.values) {
-        CheckWin32(RegSetValueExW(key.Get(), value.name.c_str(), 0, value.type, value.data.data(),
-                                  static_cast<DWORD>(value.data.size())));
+        Write(key, value);
     }
     for (const RegistryTree& child : tree.keys) {
-        WriteTree(key.Get(), child.name, child);
+        WriteTree(key.Get(), child.name.c_str(), child);
     }
 }
 
-void DeleteTree(HKEY root, const std::wstring& path) {
-    const LSTATUS status = RegDeleteTreeW(root, path.c_str());
+void DeleteTree(HKEY root, const wchar_t* path) {
+    const LSTATUS status = RegDeleteTreeW(root, path);
     if (status == ERROR_FILE_NOT_FOUND) {
         return;
     }
@@ -135,9 +155,9 @@ void DeleteTree(HKEY root, const std::wstring& path) {
     DeleteKey(root, path);
 }
 
-void DeleteIfEmpty(HKEY root, const std::wstring& path) {
+void DeleteIfEmpty(HKEY root, const wchar_t* path) {
     const RegistryKey key = OpenKey(root, path);
-    if (key && SubkeyNames(key.Get()).empty() && Values(key.Get()).empty()) {
+    if (key && !HasKeys(key) && !HasValues(key)) {
         DeleteKey(root, path);
     }
 }

@@ -42,21 +42,24 @@ struct RegistryTree {
     std::vector<RegistryTree> keys;
 };
 
-// All functions throw CallError with the HRESULT of the Win32 error.
+// All functions throw CallError with the HRESULT of the Win32 error. Those that
+// write take no memory: what was begun must be taken back where there is none.
 
 /// Opens a key for reading; empty when there is none.
-RegistryKey OpenKey(HKEY root, const std::wstring& path);
+RegistryKey OpenKey(HKEY root, const wchar_t* path);
 /// The text of a key's default value; empty when it has none.
 std::wstring ReadText(const RegistryKey& key);
-/// Writes a text value, making the key; an empty value name is the default value.
-void WriteText(HKEY root, const std::wstring& path, const std::wstring& value, const std::wstring& text);
+/// A text value; an empty name is the default value.
+RegistryTree::Value TextValue(const std::wstring& name, const std::wstring& text);
 /// Reads a key and all below it. The key must exist.
 RegistryTree ReadTree(HKEY root, const std::wstring& path);
+/// Writes a value, making the key.
+void WriteValue(HKEY root, const wchar_t* path, const RegistryTree::Value& value);
 /// Writes a key and all below it.
-void WriteTree(HKEY root, const std::wstring& path, const RegistryTree& tree);
+void WriteTree(HKEY root, const wchar_t* path, const RegistryTree& tree);
 /// Deletes a key and all below it; none there is no error.
-void DeleteTree(HKEY root, const std::wstring& path);
+void DeleteTree(HKEY root, const wchar_t* path);
 /// Deletes a key that holds neither keys nor values.
-void DeleteIfEmpty(HKEY root, const std::wstring& path);
+void DeleteIfEmpty(HKEY root, const wchar_t* path);
 
 } // namespace com

@@ -76,7 +76,7 @@ std::set<std::string> UserClasses() {
 std::set<std::wstring> MachineKeys() {
     std::set<std::wstring> names;
     for (const std::wstring place : {L"", L"\\CLSID", L"\\Interface", L"\\TypeLib"}) {
-        const com::RegistryKey key = com::OpenKey(HKEY_LOCAL_MACHINE, kClasses + place);
+        const com::RegistryKey key = com::OpenKey(HKEY_LOCAL_MACHINE, (kClasses + place).c_str());
         wchar_t name[256] = {};
         for (DWORD i = 0; key && RegEnumKeyW(key.Get(), i, name, 256) == ERROR_SUCCESS; ++i) {
             names.insert(place + L"\\" + name);

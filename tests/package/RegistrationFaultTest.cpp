@@ -2,6 +2,7 @@
 // and the answer says so.
 
 #include "tests/package/Dll.h"
+#include "tests/package/MemoryFault.h"
 #include "tests/package/MemoryRegistry.h"
 #include "tests/package/RegistryFault.h"
 
@@ -106,6 +107,40 @@ TEST_P(RegistrationFaultTest, ChangesNothingWhicheverWriteFails) {
     const MemoryRegistry memory(Subject().Module(), InScope());
     ASSERT_EQ(S_OK, Subject().Register(InScope()));
     EXPECT_EQ("", Difference(registered, memory.LinesOf(memory.Content())));
+}
+
+TEST_P(RegistrationFaultTest, ChangesNothingWithoutMemory) {
+    const MemoryRegistry memory(Subject().Module(), InScope());
+    const auto call = [&](bool registers) {
+        return registers ? Subject().Register(InScope()) : Subject().Unregister(InScope());
+    };
+    for (const bool registers : {true, false}) {
+        for (const auto kind : {MemoryFault::Kind::Once, MemoryFault::Kind::ForEver}) {
+            ASSERT_EQ(S_OK, call(!registers));
+            const MemoryRegistry::Keys start = memory.Content();
+            // Some allocations are the same step for each of many interfaces.
+            constexpr int kStep = 31;
+            int failures = 0;
+            for (int number = 1;; number += number < 100 ? 1 : kStep) {
+                MemoryFault fault(Subject().Module(), number, kind);
+                ASSERT_TRUE(fault.IsComplete()) << "the DLL takes its memory elsewhere";
+                const HRESULT result = call(registers);
+                EXPECT_EQ(0U, memory.OpenKeys());
+                if (!fault.HasFailed()) {
+                    EXPECT_EQ(S_OK, result);
+                    break;
+                }
+                ASSERT_EQ(E_OUTOFMEMORY, result) << "allocation " << number;
+                ASSERT_TRUE(memory.Content() == start)
+                    << "allocation " << number << "\n"
+                    << Difference(memory.LinesOf(start), memory.LinesOf(memory.Content()));
+                ++failures;
+            }
+            std::cout << (registers ? "registering" : "unregistering") << ": failed at " << failures
+                      << " allocations\n";
+            EXPECT_LT(0, failures);
+        }
+    }
 }
 
 TEST_P(RegistrationFaultTest, ChangesNothingInTheSystemsRegistry) {

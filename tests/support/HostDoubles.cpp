@@ -64,8 +64,10 @@ HostClass::HostClass(REFCLSID clsid, std::wstring progId, Create create) : progI
     CoRegisterClassObject(clsid, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
     if (!progId_.empty()) {
         for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
-            const auto refused = com::Attempt(
-                [&] { com::WriteText(root, kClasses + progId_ + L"\\CLSID", {}, TextOfGuid(clsid)); });
+            const auto refused = com::Attempt([&] {
+                com::WriteValue(root, (kClasses + progId_ + L"\\CLSID").c_str(),
+                                com::TextValue({}, TextOfGuid(clsid)));
+            });
             if (!refused) {
                 root_ = root;
                 break;
@@ -77,7 +79,7 @@ HostClass::HostClass(REFCLSID clsid, std::wstring progId, Create create) : progI
 HostClass::~HostClass() {
     CoRevokeClassObject(cookie_);
     if (root_ != nullptr) {
-        com::Attempt([&] { com::DeleteTree(root_, kClasses + progId_); });
+        com::Attempt([&] { com::DeleteTree(root_, (kClasses + progId_).c_str()); });
     }
 }
 
