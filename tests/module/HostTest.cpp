@@ -143,6 +143,13 @@ TEST_F(CDBAppObjectShowTest, ReportsADocumentThatFails) {
     EXPECT_FALSE(Active(module));
 }
 
+TEST_F(CDBAppObjectShowTest, ReportsACodeThatTheSystemHasNoWordsFor) {
+    const auto module = OnSheet();
+    sheet->result = static_cast<HRESULT>(0xA0F71234);
+    EXPECT_EQ(module->Show(), S_OK);
+    ExpectShowReport(L"Automation error");
+}
+
 TEST_F(CDBAppObjectShowTest, ReportsAFailingViewWithTheViewsOwnWords) {
     const auto module = OnSheet();
     view->whileShown = [] { FailWith(E_FAIL, L"The page is locked", L"Host.View"); };

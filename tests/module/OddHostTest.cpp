@@ -176,11 +176,13 @@ TEST_F(CDBAppObjectOddHostTest, OpensWithoutAnOwnerWindowThatIsNoNumber) {
     }
 }
 
-TEST_F(CDBAppObjectOddHostTest, PassesOverFoldersAndHiddenFilesForDataSheets) {
+TEST_F(CDBAppObjectOddHostTest, PassesOverFoldersHiddenAndSystemFilesForDataSheets) {
     const std::wstring folder = Component::Folder() + L"A folder.pdf";
     CreateDirectoryW(folder.c_str(), nullptr);
     const TextFile hidden(Component::Folder() + L"B hidden.pdf", L"sheet");
     SetFileAttributesW(hidden.Path().c_str(), FILE_ATTRIBUTE_HIDDEN);
+    const TextFile ofTheSystem(Component::Folder() + L"B system.pdf", L"sheet");
+    SetFileAttributesW(ofTheSystem.Path().c_str(), FILE_ATTRIBUTE_SYSTEM);
     EXPECT_FALSE(Flag(Defined(L"<NAME>Valve</NAME>"), &IAppObject::get_DatasheetAvailable));
     {
         const TextFile sheet(Component::Folder() + L"C sheet.pdf", L"sheet");
@@ -192,6 +194,7 @@ TEST_F(CDBAppObjectOddHostTest, PassesOverFoldersAndHiddenFilesForDataSheets) {
         EXPECT_EQ(shell.calls[0].file, std::string(path.begin(), path.end()));
     }
     SetFileAttributesW(hidden.Path().c_str(), FILE_ATTRIBUTE_NORMAL);
+    SetFileAttributesW(ofTheSystem.Path().c_str(), FILE_ATTRIBUTE_NORMAL);
     RemoveDirectoryW(folder.c_str());
 }
 
