@@ -72,8 +72,8 @@ std::string Utf8(std::wstring_view text) {
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto code = static_cast<std::uint32_t>(text[i]);
-        const std::uint32_t next = i + 1 < text.size() ? static_cast<std::uint32_t>(text[i + 1]) : 0;
+        const std::uint32_t code = static_cast<char16_t>(text[i]);
+        const std::uint32_t next = i + 1 < text.size() ? static_cast<char16_t>(text[i + 1]) : 0;
         if (IsFirstHalf(code) && IsSecondHalf(next)) {
             AppendUtf8(bytes, 0x10000 + ((code - 0xD800) << 10) + (next - 0xDC00));
             ++i;
