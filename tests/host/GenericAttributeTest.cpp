@@ -194,8 +194,11 @@ TEST_F(GenericAttributeTest, FetchesFromItsOwnersDocumentWhatNobodyHandles) {
     const auto document = tam::dom::NewDocument(tam::dom::kDocumentClass);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ASSERT_EQ(S_OK, document->loadXML(
-                        com::Bstr(L"<Device><Data><Object Key=\"B2\"><Value Name=\"Gain\">9</Value></Object>"
-                                  L"<Object Key=\"B1\"><Value Name=\"Gain\">3.5</Value>"
+                        com::Bstr(L"<Device><Other><Object Key=\"B1\"><Value Name=\"Gain\">8</Value></Object>"
+                                  L"</Other><Data><Object Key=\"B2\"><Value Name=\"Gain\">9</Value></Object>"
+                                  L"<Other Key=\"B1\"><Value Name=\"Gain\">7</Value></Other>"
+                                  L"<Object Key=\"B1\"><Other Name=\"Gain\">6</Other>"
+                                  L"<Value Name=\"Gain\">3.5</Value>"
                                   L"<Value Name=\"Text\"/></Object></Data></Device>")
                             .Get(),
                         &loaded));

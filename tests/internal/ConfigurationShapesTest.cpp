@@ -80,6 +80,14 @@ TEST_F(ConfigurationShapesTest, TakesEveryListOfAKind) {
                      L"Alarm.put Visible(True)", L"Gain.put Visible(False)", L"Setup.put Visible(True)"}));
 }
 
+TEST_F(ConfigurationShapesTest, PassesOverElementsOfAnotherKindInAList) {
+    EXPECT_EQ(
+        WritesOf(L"<OutReferences><InReference Name='Out' Visible='1'/><Attrib Name='Out' Visible='1'/>"
+                 L"<Other Name='Out' Visible='1'/></OutReferences><Attributes><OutReference Name='Gain' "
+                 L"Visible='1'/><Attribute Name='Gain' Visible='1'/></Attributes>"),
+        Texts());
+}
+
 TEST_F(ConfigurationShapesTest, PassesOverElementsInAnotherLetterCaseOrNamespace) {
     EXPECT_EQ(WritesOf(L"<inreferences><InReference Name='In1' Visible='1'/></inreferences>"
                        L"<InReferences><inreference Name='In1' Visible='1'/><INREFERENCE Name='In1' "

@@ -98,6 +98,8 @@ TEST_F(CDBAttributeDefinitionTest, GoesOnBehindAChildWithoutText) {
 TEST_F(CDBAttributeDefinitionTest, ReadsTheLogicalAddress) {
     One(L"<SNVTTYPE>105</SNVTTYPE><LogicalAddress>A17</LogicalAddress>");
     EXPECT_EQ(Exported(module, L"Attributes/Gain/@LogicalAddress"), L"A17");
+    One(L"<SNVTTYPE>105</SNVTTYPE><LogicalAddress>A1<b/>7</LogicalAddress>");
+    EXPECT_EQ(Exported(module, L"Attributes/Gain/@LogicalAddress"), L"A1") << "the first child alone";
 }
 
 TEST_F(CDBAttributeDefinitionTest, IsPermanentUnlessTheDefinitionSaysOtherwise) {
