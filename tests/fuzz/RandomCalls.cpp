@@ -3,6 +3,7 @@
 #include "com/Conversion.h"
 #include "tests/com/Describe.h"
 #include "tests/fuzz/RandomValues.h"
+#include "tests/fuzz/Rounds.h"
 #include "tests/support/Component.h"
 
 #include <gtest/gtest.h>
@@ -260,21 +261,16 @@ VARIANT RandomCalls::Any(Random& random) {
 void RunSequences(Watchdog& watchdog, unsigned sequences,
                   const std::function<void(Random& random, bool tells)>& run) {
     const unsigned seed = Setting(L"TAM_CALLS_SEED", Setting(L"TAM_FUZZ_SEED", kSeed));
-    const unsigned first = Setting(L"TAM_CALLS_ROUND", 0);
-    const unsigned seconds = Setting(L"TAM_FUZZ_SECONDS", 0);
-    const unsigned otherwise = first != 0 ? first + 1 : seconds != 0 ? ~0u : sequences;
-    const unsigned end = Setting(L"TAM_CALLS_SEQUENCES", otherwise);
-    const ULONGLONG until = GetTickCount64() + seconds * 1000ull;
-    unsigned round = first;
-    for (; round < end && (seconds == 0 || GetTickCount64() < until) && !testing::Test::HasFailure();
-         ++round) {
+    const RoundSpan span(L"TAM_CALLS_ROUND", L"TAM_CALLS_SEQUENCES", sequences);
+    unsigned round = span.First();
+    for (; span.Takes(round) && !testing::Test::HasFailure(); ++round) {
         const std::string what = "seed " + std::to_string(seed) + ", sequence " + std::to_string(round);
         SCOPED_TRACE(what);
         watchdog.Begin(what, what);
         Random random(seed, round);
-        run(random, first != 0);
+        run(random, span.IsOne());
     }
-    std::printf("%u sequences of calls, seed %u\n", round - first, seed);
+    std::printf("%u sequences of calls, seed %u\n", round - span.First(), seed);
 }
 
 } // namespace component_fuzz
