@@ -128,9 +128,13 @@ void BoxWatcher::See(HWND window) {
         return;
     }
     if (mode_ == Mode::Answer) {
-        const int answer = IsWindowEnabled(GetDlgItem(window, IDOK)) != FALSE ? IDOK : IDCANCEL;
-        PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        Press(window);
     }
+}
+
+void BoxWatcher::Press(HWND window) {
+    const int answer = IsWindowEnabled(GetDlgItem(window, IDOK)) != FALSE ? IDOK : IDCANCEL;
+    PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer), 0);
 }
 
 } // namespace bench

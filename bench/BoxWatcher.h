@@ -46,6 +46,8 @@ class BoxWatcher {
     /// What was seen since the last call.
     std::vector<Box> Take();
     void OnBox(Handler handler) { handler_ = std::move(handler); }
+    /// Presses the OK (or first) button of a box, as soon as the box handles its messages.
+    static void Press(HWND window);
 
   private:
     static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam);

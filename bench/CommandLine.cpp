@@ -1,6 +1,7 @@
 #include "bench/CommandLine.h"
 
 #include "bench/CommandSyntax.h"
+#include "bench/Output.h"
 #include "bench/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -10,7 +11,6 @@
 #include <shellapi.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <sstream>
 
 namespace bench {
@@ -36,10 +36,16 @@ Message boxes, error reports and dialogs that the component shows are read, prin
 answered with OK; --keys types into the dialogs of edit and rename, and --interactive leaves
 all of them to you.
 
+Files are written beside and put in place when they are whole: after a failure the old file
+stands there as it was.
+
 Exit status
-  0  done; message boxes may have been shown and are listed
-  1  a call failed, the component showed an error report, it kept objects alive at the end,
-     or a dialog was not closed by its OK or by the keys typed into it
+  0  done
+  1  a call failed, the compiler refused the module, a file or the output could not be
+     written, the component kept objects alive at the end, or a dialog was not closed by its
+     OK or by the keys typed into it; and, unless --tolerate-boxes is given, the component
+     reported a fault: in an error report or in a message box, of whatever sign, that the
+     command line did not ask for
   2  wrong usage)";
 
 constexpr const char* kKeysHelp = R"(
@@ -113,12 +119,10 @@ void SetUp(CLI::App& app, Options& options) {
                  "Wire each input to what its reference in the stream names, as a drawing would");
     program.Flag("--json", options.json, "Print one JSON document instead of text");
     program.Flag("--interactive", options.interactive, "Leave boxes and dialogs to the user");
+    program.Flag("--tolerate-boxes", options.tolerateBoxes,
+                 "Take a command as done whose boxes report a fault");
     AddModuleCommands(program, options);
     AddDeviceCommands(program, options);
-}
-
-void Print(std::FILE* file, const std::string& text) {
-    static_cast<void>(std::fwrite(text.data(), 1, text.size(), file)); // there is no one else to tell
 }
 
 /// What is wrong with the command line. A word that is no command is all that
@@ -246,10 +250,10 @@ std::optional<Options> ReadCommandLine(int& status) {
         if (status == kDone) {
             std::ostringstream help;
             app.exit(error, help, help);
-            Print(stdout, help.str());
+            status = Print(help.str()) ? kDone : kFailed;
         } else {
-            Print(stderr, "tambench: " + Complaint(app, error) +
-                              "\nTry tambench --help, or tambench COMMAND --help.\n");
+            Complain("tambench: " + Complaint(app, error) +
+                     "\nTry tambench --help, or tambench COMMAND --help.\n");
         }
         return std::nullopt;
     }

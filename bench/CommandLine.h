@@ -20,6 +20,7 @@ struct Options {
     bool wire = false;
     bool json = false;
     bool interactive = false;
+    bool tolerateBoxes = false;
 
     // Of single commands.
     std::wstring stream;

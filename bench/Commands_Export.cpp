@@ -1,7 +1,8 @@
 #include "bench/Commands.h"
+#include "bench/Compiler.h"
 #include "bench/Model.h"
-#include "bench/Resources.h"
 #include "bench/Text.h"
+#include "bench/WholeFile.h"
 #include "bench/Xml.h"
 
 #include <algorithm>
@@ -12,29 +13,8 @@ namespace bench {
 
 namespace {
 
-constexpr const wchar_t* kCompilerProgId = L"ORV.QB.Interop.Compilers.CompilersInterop";
-
 /// Enumeration texts fill lines; the document in a file has them whole.
 constexpr std::size_t kLongestShown = 40;
-
-void CheckNoCompiler() {
-    CLSID clsid{};
-    if (SUCCEEDED(CLSIDFromProgID(kCompilerProgId, &clsid))) {
-        throw BenchError(E_UNEXPECTED, "a database compiler is registered on this machine (" +
-                                           Utf8(kCompilerProgId) + "), so --no-compiler cannot hide it");
-    }
-}
-
-/// Has the object make its stream, with the compiler at hand or without.
-std::string ReadStream(Host& host, bool noCompiler) {
-    std::optional<LentClasses> compiler;
-    if (noCompiler) {
-        CheckNoCompiler();
-    } else {
-        compiler.emplace(kCompilerManifest);
-    }
-    return TextOf(host.App(), &IAppObject::get_Stream);
-}
 
 /// Where the component keeps its export document when DEBUG is 1.
 std::wstring DumpPath(Host& host) {
@@ -181,19 +161,50 @@ void TellStream(const std::string& stream, Report& report) {
     const xml::Document document = xml::LoadText(Wide(stream));
     com::Ref<IXMLDOMElement> root;
     com::Check(document->get_documentElement(root.Put()));
-    report.data["kind"] = root ? "export document" : "nothing";
-    report.Heading(root ? "Not compiled: the export document itself" : "The stream is empty");
     if (root) {
+        report.data["kind"] = "export document";
+        report.Heading("Not compiled: the export document itself");
         report.Block(xml::Print(xml::Node(root), kLongestShown));
+    } else {
+        report.data["kind"] = stream.empty() ? "nothing" : "other";
+        report.Heading(stream.empty() ? "The component answered no stream"
+                                      : "The stream is neither an image nor an export document");
     }
 }
 
-void TellDump(const std::wstring& path, Report& report) {
-    const bool written = IsFile(path);
-    report.data["dump"] = written ? Json(Utf8(path)) : Json();
-    report.Line(written ? "\nThe component kept its export document in " + Utf8(path) + "."
-                        : "\nThe component did not write " + Utf8(path) + ".");
+/// When a file was written last; 0 for none.
+ULONGLONG WrittenAt(const std::wstring& path) {
+    WIN32_FILE_ATTRIBUTE_DATA found{};
+    if (!IsFile(path) || GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &found) == FALSE) {
+        return 0;
+    }
+    return static_cast<ULONGLONG>(found.ftLastWriteTime.dwHighDateTime) << 32 |
+           found.ftLastWriteTime.dwLowDateTime;
 }
+
+/// The file that the component keeps when DEBUG is 1. An older one is not taken for it.
+class KeptDocument {
+  public:
+    explicit KeptDocument(std::wstring path) : path_(std::move(path)), before_(WrittenAt(path_)) {
+        SetEnvironmentVariableW(L"DEBUG", L"1");
+    }
+
+    /// False when the component has written none.
+    bool Tell(Report& report) const {
+        const ULONGLONG now = WrittenAt(path_);
+        const bool isWritten = now != 0 && now != before_;
+        report.data["dump"] = isWritten ? Json(Utf8(path_)) : Json();
+        if (isWritten) {
+            report.Line("\nThe component kept its export document in " + Utf8(path_) + ".");
+        }
+        return isWritten;
+    }
+    const std::wstring& Path() const noexcept { return path_; }
+
+  private:
+    std::wstring path_;
+    ULONGLONG before_;
+};
 
 } // namespace
 
@@ -206,14 +217,13 @@ void ExportLoaded(Host& host, const Options& options, Report& report) {
     if (options.wire) {
         report.data["wires"] = ReadWires(host);
     }
-    const std::wstring dump = DumpPath(host);
+    std::optional<KeptDocument> kept;
     if (options.debugDump) {
-        DeleteFileW(dump.c_str());
-        SetEnvironmentVariableW(L"DEBUG", L"1");
+        kept.emplace(DumpPath(host));
     }
     const Json before = ReadSizes(host);
     std::string stream;
-    host.Step("Stream", [&] { stream = ReadStream(host, options.noCompiler); });
+    host.Step("Stream", [&] { stream = ReadStream(host, !options.noCompiler); });
     const Json after = ReadSizes(host);
 
     report.data["sizesBefore"] = before;
@@ -222,13 +232,17 @@ void ExportLoaded(Host& host, const Options& options, Report& report) {
     report.Heading("Sizes in bytes");
     report.Add(SizeTable(before, after));
     TellStream(stream, report);
+    const bool isKept = !kept || kept->Tell(report);
+    if (stream.empty()) {
+        host.Step("Stream", [&] { ThrowRefusal(host, report); });
+    }
+    if (!isKept) {
+        throw BenchError(E_FAIL, "the component did not write " + Utf8(kept->Path()));
+    }
     if (!options.output.empty()) {
-        WriteTextFile(options.output, stream);
+        WriteWholeFile(options.output, stream);
         report.data["file"] = Utf8(options.output);
         report.Line("\nWritten to " + Utf8(options.output) + ".");
-    }
-    if (options.debugDump) {
-        TellDump(dump, report);
     }
 }
 

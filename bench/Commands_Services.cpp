@@ -1,6 +1,7 @@
 #include "bench/Commands.h"
 #include "bench/Model.h"
 #include "bench/Text.h"
+#include "bench/WholeFile.h"
 
 #include <ocidl.h>
 #include <olectl.h>
@@ -66,7 +67,7 @@ void Icon(Host& host, const Options& options, Report& report) {
                     std::to_string(height) + " pixels.");
         if (!options.output.empty()) {
             const std::string bytes = BytesOf(*picture.Get());
-            WriteTextFile(options.output, bytes);
+            WriteWholeFile(options.output, bytes);
             report.data["file"] = Utf8(options.output);
             report.data["bytes"] = bytes.size();
             report.Line("Written to " + Utf8(options.output) + ", " + Count(bytes.size(), "byte") + ".");

@@ -99,7 +99,7 @@ Host::Host(const Options& options, Report& report)
     : options_(options)
     , report_(report)
     , watcher_(options.interactive ? BoxWatcher::Mode::LeaveToUser : BoxWatcher::Mode::Answer) {
-    watcher_.OnBox([this](HWND, const Box& box) { return AnswerBox(box); });
+    watcher_.OnBox([this](HWND window, const Box& box) { return AnswerBox(window, box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
@@ -115,10 +115,15 @@ Host::~Host() {
     }
 }
 
-bool Host::AnswerBox(const Box& box) {
+bool Host::AnswerBox(HWND window, const Box& box) {
+    if (isUnseen_) {
+        BoxWatcher::Press(window);
+        return true;
+    }
     const bool isTyped = isTyping_ && !box.isMessageBox && !IsErrorReport(box);
     const char* const answeredBy = isTyped ? "keys" : options_.interactive ? "user" : "bench";
-    com::Attempt([&] { report_.AddBox(step_, box, answeredBy); });
+    const bool isExpected = box.isMessageBox && box.text == expectedBox_;
+    com::Attempt([&] { report_.AddBox(step_, box, answeredBy, isExpected); });
     return isTyped;
 }
 

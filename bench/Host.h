@@ -88,13 +88,34 @@ class Host {
         step_ = std::move(outer);
     }
 
+    /// A message box with this text is what the command line asked for and no fault.
+    void ExpectBox(std::wstring text) { expectedBox_ = std::move(text); }
+
+    /// Runs what is no part of the command: its boxes are answered, and nobody is told of them.
+    template <class F>
+    void Unseen(F&& f) {
+        const Unreported guard(isUnseen_);
+        f();
+    }
+
     /// Runs a step that shows a dialog: keys are typed into it, or it is
     /// answered with OK when there are none, or left to the user. Says in the
     /// report what was left over; throws BenchError when something was.
     void DialogStep(const std::string& name, const std::function<void()>& f);
 
   private:
-    bool AnswerBox(const Box& box);
+    class Unreported {
+      public:
+        explicit Unreported(bool& isUnseen) : isUnseen_(isUnseen) { isUnseen_ = true; }
+        ~Unreported() { isUnseen_ = false; }
+        Unreported(const Unreported&) = delete;
+        Unreported& operator=(const Unreported&) = delete;
+
+      private:
+        bool& isUnseen_;
+    };
+
+    bool AnswerBox(HWND window, const Box& box);
     void MakeObject();
     void SetKeys();
     void GiveEnumTexts();
@@ -116,6 +137,8 @@ class Host {
     com::Ref<ITamObject> tam_;
     com::Ref<IDispatch> project_;
     bool isTyping_ = false;
+    bool isUnseen_ = false;
+    std::wstring expectedBox_;
     std::wstring deviceKey_;
     std::vector<Wire> wires_;
 };

@@ -73,11 +73,15 @@ bool IsErrorReport(const Box& box) {
     return !box.isMessageBox && box.text.find(kErrorReport) != std::wstring::npos;
 }
 
-void Report::AddBox(const std::string& step, const Box& box, const std::string& answeredBy) {
+void Report::AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected) {
     const std::string kind = KindOf(box);
-    errorReports_ += kind == "error report" ? 1U : 0U;
+    const bool isErrorReport = kind == "error report";
+    const bool isFault = isErrorReport || (box.isMessageBox && !isExpected);
+    errorReports_ += isErrorReport ? 1U : 0U;
+    faults_ += isFault ? 1U : 0U;
     boxes_.push_back({{"during", step},
                       {"kind", kind},
+                      {"fault", isFault},
                       {"icon", IconName(box.icon)},
                       {"caption", Utf8(box.caption)},
                       {"text", Utf8(box.text)},

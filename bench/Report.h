@@ -28,11 +28,14 @@ class Report {
     /// A text of several lines as it stands.
     void Block(const std::string& text) { text_ += text; }
 
-    /// A box that the component showed during a step of the host, and what
-    /// answers it: "bench", "keys" or "user".
-    void AddBox(const std::string& step, const Box& box, const std::string& answeredBy);
+    /// A box that the component showed during a step of the host, what answers it
+    /// ("bench", "keys" or "user"), and whether the command line asked for it.
+    void AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected);
     const Json& Boxes() const noexcept { return boxes_; }
     bool HasErrorReport() const noexcept { return errorReports_ > 0; }
+    /// How many boxes report a fault: the error reports, and the message boxes
+    /// that nobody asked for. The component has none that only informs.
+    std::size_t Faults() const noexcept { return faults_; }
 
     /// The text, with the boxes at its end.
     std::string Text() const;
@@ -43,6 +46,7 @@ class Report {
     std::string text_;
     Json boxes_ = Json::array();
     std::size_t errorReports_ = 0;
+    std::size_t faults_ = 0;
 };
 
 /// The dialog in which the component shows what a member trapped.

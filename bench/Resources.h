@@ -9,8 +9,12 @@
 // that a run can do without it.
 #define TAMBENCH_COMPILER_MANIFEST 10
 
+// In the compiler's place a class that cannot be created.
+#define TAMBENCH_NO_COMPILER_MANIFEST 11
+
 #ifndef RC_INVOKED
 namespace bench {
 inline constexpr int kCompilerManifest = TAMBENCH_COMPILER_MANIFEST;
-}
+inline constexpr int kNoCompilerManifest = TAMBENCH_NO_COMPILER_MANIFEST;
+} // namespace bench
 #endif

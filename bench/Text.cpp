@@ -14,21 +14,13 @@ struct CloseFileHandle {
 };
 using File = std::unique_ptr<HANDLE, CloseFileHandle>;
 
-[[noreturn]] void ThrowFileError(const std::wstring& path, const char* what, DWORD error) {
-    wchar_t reason[256] = {};
-    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
-                                  0, reason, 256, nullptr);
-    while (length > 0 && reason[length - 1] <= L' ') {
-        --length;
-    }
-    throw BenchError(CodeOf(error), Utf8(path) + " " + what + ": " + Utf8(std::wstring_view(reason, length)));
-}
+constexpr const char* kCannotRead = "cannot be read";
 
-File Open(const std::wstring& path, DWORD access, DWORD disposition, const char* what) {
-    const HANDLE file = CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
+File Open(const std::wstring& path) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
-        ThrowFileError(path, what, GetLastError());
+        ThrowFileError(path, kCannotRead, GetLastError());
     }
     return File(file);
 }
@@ -92,11 +84,11 @@ std::wstring ProgramFolder() {
 }
 
 std::wstring ReadTextFile(const std::wstring& path) {
-    const File file = Open(path, GENERIC_READ, OPEN_EXISTING, "cannot be read");
+    const File file = Open(path);
     std::string bytes(GetFileSize(file.get(), nullptr), '\0');
     DWORD read = 0;
     if (ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) == FALSE) {
-        ThrowFileError(path, "cannot be read", GetLastError());
+        ThrowFileError(path, kCannotRead, GetLastError());
     }
     bytes.resize(read);
     if (bytes.starts_with("\xEF\xBB\xBF")) {
@@ -109,13 +101,14 @@ std::wstring ReadTextFile(const std::wstring& path) {
     return Wide(bytes);
 }
 
-void WriteTextFile(const std::wstring& path, std::string_view bytes) {
-    const File file = Open(path, GENERIC_WRITE, CREATE_ALWAYS, "cannot be written");
-    DWORD written = 0;
-    if (WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) == FALSE ||
-        written != bytes.size()) {
-        ThrowFileError(path, "cannot be written", GetLastError());
+void ThrowFileError(const std::wstring& path, const char* what, DWORD error) {
+    wchar_t reason[256] = {};
+    DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                                  0, reason, 256, nullptr);
+    while (length > 0 && reason[length - 1] <= L' ') {
+        --length;
     }
+    throw BenchError(CodeOf(error), Utf8(path) + " " + what + ": " + Utf8(std::wstring_view(reason, length)));
 }
 
 } // namespace bench

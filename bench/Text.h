@@ -46,7 +46,7 @@ std::wstring ProgramFolder();
 
 /// A file of UTF-8, with or without a byte order mark. Throws BenchError.
 std::wstring ReadTextFile(const std::wstring& path);
-/// Throws BenchError.
-void WriteTextFile(const std::wstring& path, std::string_view bytes);
+/// Throws a BenchError of an error of Windows: "<path> <what>: <the system's words>".
+[[noreturn]] void ThrowFileError(const std::wstring& path, const char* what, DWORD error);
 
 } // namespace bench

@@ -2,6 +2,7 @@
 
 #include "bench/Table.h"
 #include "bench/Text.h"
+#include "bench/WholeFile.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 
@@ -208,7 +209,7 @@ std::string Print(const Node& node, std::size_t longest) {
 }
 
 void Save(const Node& root, const std::wstring& path) {
-    WriteTextFile(path, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Print(root));
+    WriteWholeFile(path, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + Print(root));
 }
 
 } // namespace bench::xml

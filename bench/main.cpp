@@ -3,6 +3,7 @@
 #include "bench/CommandLine.h"
 #include "bench/Commands.h"
 #include "bench/Host.h"
+#include "bench/Output.h"
 #include "bench/Report.h"
 #include "bench/Text.h"
 #include "com/Boundary.h"
@@ -70,22 +71,19 @@ std::optional<Fault> RunCommand(const Options& options, Report& report) {
     return Fault{failure->code, Host::CurrentStep(), own ? *own : Utf8(failure->Description())};
 }
 
-void Write(std::FILE* file, const std::string& text) {
-    // Nobody is left to tell when this fails.
-    static_cast<void>(std::fwrite(text.data(), 1, text.size(), file));
-    static_cast<void>(std::fflush(file));
-}
-
 /// What stands on the error output: the reasons why the status is not 0.
-std::string Reasons(const std::optional<Fault>& fault, const Report& report,
+std::string Reasons(const std::optional<Fault>& fault, std::size_t faultyBoxes,
                     const std::vector<std::string>& busy) {
     std::string text;
     if (fault) {
         text += "tambench: " + (fault->step.empty() ? "" : fault->step + ": ") + Hex(fault->code) + " " +
                 fault->text + "\n";
     }
-    if (report.HasErrorReport()) {
-        text += "tambench: the component showed an error report\n";
+    if (faultyBoxes == 1) {
+        text += "tambench: the component reported a fault in one box (--tolerate-boxes passes over it)\n";
+    } else if (faultyBoxes > 1) {
+        text += "tambench: the component reported faults in " + std::to_string(faultyBoxes) +
+                " boxes (--tolerate-boxes passes over them)\n";
     }
     for (const std::string& dll : busy) {
         text += "tambench: " + dll + " still has live objects after everything was released\n";
@@ -98,7 +96,8 @@ int Run(const Options& options) {
     Report report(options.command);
     const std::optional<Fault> fault = RunCommand(options, report);
     const std::vector<std::string> busy = DllsWithObjects();
-    const int status = fault || report.HasErrorReport() || !busy.empty() ? kFailed : kDone;
+    const std::size_t faultyBoxes = options.tolerateBoxes ? 0 : report.Faults();
+    const int status = fault || faultyBoxes > 0 || !busy.empty() ? kFailed : kDone;
 
     report.data["boxes"] = report.Boxes();
     report.data["error"] =
@@ -106,9 +105,9 @@ int Run(const Options& options) {
               : Json();
     report.data["liveObjectsIn"] = busy;
     report.data["status"] = status;
-    Write(stdout, options.json ? report.data.dump(2) + "\n" : report.Text());
-    Write(stderr, Reasons(fault, report, busy));
-    return status;
+    const bool isPrinted = Print(options.json ? report.data.dump(2) + "\n" : report.Text());
+    Complain(Reasons(fault, faultyBoxes, busy));
+    return isPrinted ? status : kFailed;
 }
 
 } // namespace
@@ -128,8 +127,8 @@ int main() {
         }
     });
     if (failure) {
-        bench::Write(stderr, "tambench: " + bench::Hex(failure->code) + " " +
-                                 bench::Utf8(failure->Description()) + "\n");
+        bench::Complain("tambench: " + bench::Hex(failure->code) + " " + bench::Utf8(failure->Description()) +
+                        "\n");
         status = bench::kFailed;
     }
     return status;

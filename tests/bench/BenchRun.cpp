@@ -40,7 +40,12 @@ std::wstring WithBackslashes(std::wstring path) {
 
 } // namespace
 
-Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+std::wstring FullDevice() {
+    return L"Z:\\dev\\full";
+}
+
+Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                   const std::wstring& output) {
     const std::wstring outFile = ScratchFolder() + L"out.txt";
     const std::wstring errFile = ScratchFolder() + L"err.txt";
     std::wstring line = Quoted(program);
@@ -51,7 +56,8 @@ Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>&
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdInput = OpenInherited(L"NUL", GENERIC_READ, OPEN_EXISTING);
-    start.hStdOutput = OpenInherited(outFile, GENERIC_WRITE, CREATE_ALWAYS);
+    start.hStdOutput = output.empty() ? OpenInherited(outFile, GENERIC_WRITE, CREATE_ALWAYS)
+                                      : OpenInherited(output, GENERIC_WRITE, OPEN_EXISTING);
     start.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     const BOOL started =
@@ -71,7 +77,7 @@ Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>&
     for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
         CloseHandle(handle);
     }
-    run.out = ReadFileBytes(outFile);
+    run.out = output.empty() ? ReadFileBytes(outFile) : std::string();
     run.err = ReadFileBytes(errFile);
     return run;
 }

@@ -19,8 +19,13 @@ struct Outcome {
 };
 
 /// Runs a program to its end, with nothing to read on its input. One that does
-/// not end within a minute is stopped, which fails the test.
-Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments);
+/// not end within a minute is stopped, which fails the test. Its output goes to
+/// a file that is there already, when one is given.
+Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                   const std::wstring& output = L"");
+
+/// A device that takes no byte, as a full disk.
+std::wstring FullDevice();
 
 /// The bench in the build's folder.
 Outcome RunBench(const std::vector<std::wstring>& arguments);

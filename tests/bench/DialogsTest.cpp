@@ -73,7 +73,7 @@ TEST(EditTest, ArrowKeysChooseFromAList) {
 }
 
 TEST(EditTest, AMessageBoxGetsNoKey) {
-    const Json edited = Edited(L"AI1_Offset", L"999{ENTER}");
+    const Json edited = Edited(L"AI1_Offset", L"999{ENTER}", 1);
     ASSERT_EQ(2U, edited["boxes"].size());
     EXPECT_EQ(Local("The value is greater than 327.66"), edited["boxes"][1]["text"]);
     EXPECT_EQ("bench", edited["boxes"][1]["answeredBy"]);
@@ -141,7 +141,7 @@ TEST(RenameTest, IsAnsweredWithOkWithoutKeys) {
 }
 
 TEST(RenameTest, ARefusedNameLeavesTheDialogOpen) {
-    const Json refused = Bench({L"rename", L"--keys", L"a-b{ENTER}{ESC}"});
+    const Json refused = Bench({L"rename", L"--keys", L"a-b{ENTER}{ESC}"}, 1);
     EXPECT_EQ("cancelled", refused["choice"]);
     ASSERT_EQ(2U, refused["boxes"].size());
     EXPECT_EQ("The name haven't to contain special keys.", refused["boxes"][1]["text"]);

@@ -117,7 +117,7 @@ TEST(InspectTest, WiresWhatFitsAndRefusesTheRest) {
 }
 
 TEST(InspectTest, TellsTheBoxesOfAFaultyStreamInTheirOrder) {
-    const Json oddities = Bench({L"inspect", L"oddities"});
+    const Json oddities = Bench({L"inspect", L"oddities"}, 1);
     EXPECT_EQ(7U, oddities["inputs"].size());
     EXPECT_EQ(7U, oddities["outputs"].size());
     EXPECT_EQ(8U, oddities["attributes"].size());

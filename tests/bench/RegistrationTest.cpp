@@ -1,7 +1,7 @@
 // The classes as the manifests name them and as the DLLs register them, and a
 // script that uses registered DLLs.
 
-#include "tests/bench/BenchRun.h"
+#include "tests/bench/DeviceRun.h"
 
 #include "com/Registry.h"
 
@@ -228,6 +228,20 @@ TEST(ScriptTest, AScriptUsesTheRegisteredComponent) {
     EXPECT_EQ("AI1_Offset is 1.5, shown as " + Local("1.5 \u00B0C"), lines[21]);
     EXPECT_EQ("Image: 1566 characters, sizes 176 and 24", lines[22]);
     EXPECT_EQ("All right.", lines.back());
+}
+
+// A compiler in the registry is no hindrance: the bench's own is taken, or none.
+TEST(RegisteredCompilerTest, IsLeftOutWhereThereIsToBeNone) {
+    const std::wstring refused = WrittenFile(
+        L"refused_registered.xml",
+        "<Tam><Name>Small</Name><DevKey>K9</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>7</TamObjID>"
+        "<Attributes><A><SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>-1</LOGICALADDRESS></A></Attributes></Tam>");
+    const Registered dlls(Scope::Machine);
+    EXPECT_EQ("export document", Bench({L"export", L"full", L"--wire", L"--no-compiler"})["kind"]);
+    const std::string description = Bench({L"export", refused}, 1)["error"]["description"];
+    EXPECT_TRUE(description.ends_with("attribute \"LogicalAddress\" of \"A\" in \"Attributes\" is \"-1\"; it "
+                                      "must be a number from 0 to 65535 or nothing"))
+        << description;
 }
 
 } // namespace

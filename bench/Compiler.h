@@ -1,0 +1,20 @@
+#pragma once
+
+#include "bench/Host.h"
+#include "bench/Report.h"
+
+#include <string>
+
+namespace bench {
+
+/// Has the object make its stream, with the database compiler at hand or
+/// without one, on a machine that has one registered too.
+std::string ReadStream(Host& host, bool withCompiler);
+
+/// For an object that answered no stream: asks the compiler what it refuses,
+/// puts that into the report and throws it as a BenchError. The component
+/// passes over the reason, so its export document is given to the compiler once
+/// more. The sizes of the object are gone afterwards.
+[[noreturn]] void ThrowRefusal(Host& host, Report& report);
+
+} // namespace bench
