@@ -1,9 +1,12 @@
+#include "bench/Text.h"
+#include "bench/WholeFile.h"
 #include "benchmarks/Goals.h"
 #include "benchmarks/Jobs.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -67,38 +70,51 @@ void PrintGoals(const std::vector<Finding>& findings) {
     }
 }
 
-void WriteJson(const char* path, const Result& result, const std::vector<Finding>& findings) {
-    std::FILE* file = std::fopen(path, "w");
-    if (file == nullptr) {
-        std::fprintf(stderr, "%s cannot be written\n", path);
-        std::exit(1);
-    }
-    std::fprintf(file, "{\n  \"yield_us\": %.3f,\n  \"bytes_per_point\": %.1f,\n  \"dll_bytes\": %lu,\n",
-                 result.yieldCost, result.bytesPerPoint, result.dllSize);
-    std::fputs("  \"jobs\": [\n", file);
+std::string Json(const Result& result, const std::vector<Finding>& findings) {
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(3) << "{\n  \"yield_us\": " << result.yieldCost
+         << ",\n  \"bytes_per_point\": " << std::setprecision(1) << result.bytesPerPoint
+         << ",\n  \"dll_bytes\": " << result.dllSize << ",\n  \"jobs\": [\n"
+         << std::setprecision(2);
     const char* separator = "";
     for (const Row& row : result.rows) {
-        std::fprintf(
-            file,
-            "%s    {\"job\": \"%s\", \"points\": %ld, \"units\": %ld, \"yields\": %ld, \"rounds\": %d, "
-            "\"job_us\": %.2f, \"floor_us\": %.2f, \"script_us\": %.2f}",
-            separator, row.job.c_str(), row.points, row.units, row.yields, row.rounds, row.component,
-            row.floor, row.script);
+        text << separator << "    {\"job\": \"" << row.job << "\", \"points\": " << row.points
+             << ", \"units\": " << row.units << ", \"yields\": " << row.yields
+             << ", \"rounds\": " << row.rounds << ", \"job_us\": " << row.component
+             << ", \"floor_us\": " << row.floor << ", \"script_us\": " << row.script << "}";
         separator = ",\n";
     }
-    std::fputs("\n  ],\n  \"goals\": [\n", file);
+    text << "\n  ],\n  \"goals\": [\n";
     separator = "";
     for (const Finding& finding : findings) {
-        std::fprintf(file,
-                     "%s    {\"goal\": \"%s\", \"job\": \"%s\", \"points\": %ld, \"value\": %.3f, "
-                     "\"limit\": %.1f, \"met\": %s, \"reason\": \"%s\"}",
-                     separator, finding.goal.c_str(), finding.job.c_str(), finding.points, finding.value,
-                     finding.limit, finding.isMet ? "true" : "false",
-                     finding.isMet ? "" : finding.reason.c_str());
+        text << separator << "    {\"goal\": \"" << finding.goal << "\", \"job\": \"" << finding.job
+             << "\", \"points\": " << finding.points << ", \"value\": " << std::setprecision(3)
+             << finding.value << ", \"limit\": " << std::setprecision(1) << finding.limit
+             << ", \"met\": " << (finding.isMet ? "true" : "false") << ", \"reason\": \""
+             << (finding.isMet ? "" : finding.reason) << "\"}";
         separator = ",\n";
     }
-    std::fputs("\n  ]\n}\n", file);
-    std::fclose(file);
+    text << "\n  ]\n}\n";
+    return text.str();
+}
+
+/// A name from the command line, in the user's character set.
+std::wstring Wide(const char* name) {
+    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, name, -1, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, name, -1, wide.data(), static_cast<int>(wide.size()));
+    wide.pop_back(); // the closing NUL
+    return wide;
+}
+
+/// False, with a word on the error output, when the file is as it was.
+bool Write(const char* path, const std::string& bytes) {
+    try {
+        bench::WriteWholeFile(Wide(path), bytes);
+        return true;
+    } catch (const bench::BenchError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return false;
+    }
 }
 
 Result Run(const std::wstring& script) {
@@ -134,10 +150,8 @@ int main(int argc, char** argv) {
         const auto findings = Judge(result.rows);
         Print(result);
         PrintGoals(findings);
-        if (argc > 2) {
-            WriteJson(argv[2], result, findings);
-        }
-        status = 0;
+        const bool isWritten = argc <= 2 || Write(argv[2], Json(result, findings));
+        status = isWritten ? 0 : 1;
     });
     if (failure) {
         std::fprintf(stderr, "the benchmark failed: %ls\n", failure->Description().c_str());

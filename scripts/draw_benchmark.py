@@ -8,6 +8,8 @@ import math
 import sys
 from xml.sax.saxutils import escape
 
+from whole_file import write_whole
+
 WIDTH = 1120
 LEFT = 292  # where the scale begins
 RIGHT = 820  # and ends
@@ -48,12 +50,10 @@ class Drawing:
                           f'text-anchor="{anchor}" font-weight="{weight}">{escape(text)}</text>')
 
     def write(self, path, height):
-        with open(path, "w", encoding="utf-8") as file:
-            file.write(f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{height}" '
-                       f'viewBox="0 0 {WIDTH} {height}" font-family="DejaVu Sans, Segoe UI, Helvetica, sans-serif">\n'
-                       f'<rect width="{WIDTH}" height="{height}" fill="#ffffff"/>\n')
-            file.write("\n".join(self.parts))
-            file.write("\n</svg>\n")
+        head = (f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{height}" '
+                f'viewBox="0 0 {WIDTH} {height}" font-family="DejaVu Sans, Segoe UI, Helvetica, sans-serif">\n'
+                f'<rect width="{WIDTH}" height="{height}" fill="#ffffff"/>\n')
+        write_whole(path, (head + "\n".join(self.parts) + "\n</svg>\n").encode("utf-8"))
 
 
 def times(row):

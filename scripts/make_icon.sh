@@ -6,6 +6,9 @@ set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)
 look=${1:-}
+
+# shellcheck source=scripts/whole_file.sh
+. "$root/scripts/whole_file.sh"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
@@ -64,8 +67,11 @@ icon() {
         pictures+=("$scratch/$size.png")
         [[ -z $look ]] || convert "$scratch/$size.png" "$look/$(basename "$file" .ico)-$size.png"
     done
-    convert "${pictures[@]}" "$file"
+    write_whole "$file" join_sizes "${pictures[@]}"
 }
+
+# join_sizes PICTURE... FILE: the kind is said because the file's name does not end in it.
+join_sizes() { convert "${@:1:$#-1}" "ico:${*: -1}"; }
 
 mkdir -p "$root/component"
 icon "$root/samples/O_Tam_id.ico" "${module[@]}"

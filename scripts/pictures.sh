@@ -11,6 +11,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 program=$(realpath "${TAM_PICTURE_PROGRAM:?}")
 folder=${TAM_PICTURE_FOLDER:-$root/docs/images}
 
+# shellcheck source=scripts/whole_file.sh
+. "$root/scripts/whole_file.sh"
+
 bitmaps=$(mktemp -d)
 trap 'rm -rf "$bitmaps"' EXIT
 
@@ -31,10 +34,11 @@ if ! grep -q '<testsuites .*failures="0"' "$bitmaps/report.xml" 2>/dev/null; the
     exit 1
 fi
 
+# picture BITMAP FILE: without a time stamp, so that an unchanged dialog is an unchanged file.
+picture() { convert "$1" -alpha off -define png:exclude-chunks=date,time -strip "png:$2"; }
+
 mkdir -p "$folder"
 for bitmap in "$bitmaps"/*.bmp; do
-    # Without a time stamp, so that an unchanged dialog is an unchanged file.
-    convert "$bitmap" -alpha off -define png:exclude-chunks=date,time -strip \
-        "$folder/dialog-$(basename "$bitmap" .bmp).png"
+    write_whole "$folder/dialog-$(basename "$bitmap" .bmp).png" picture "$bitmap"
 done
 printf '%s\n' "$folder"/dialog-*.png

@@ -6,6 +6,8 @@ import sys
 from decimal import Decimal
 from pathlib import Path
 
+from whole_file import write_whole
+
 ROOT = Path(__file__).resolve().parent.parent
 TABLE = ROOT / "samples" / "data" / "snvt.csv"
 
@@ -54,4 +56,4 @@ def write_or_check(path, content, description):
             sys.exit(f"{path.relative_to(ROOT)} is out of date: run {Path(sys.argv[0]).name}")
         return
     path.parent.mkdir(parents=True, exist_ok=True)
-    path.write_bytes(content)
+    write_whole(path, content)

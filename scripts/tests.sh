@@ -3,6 +3,9 @@
 # root, build and wine's environment.
 : "${root:?}" "${build:?}" "${child_pid?}"
 
+# shellcheck source=scripts/whole_file.sh
+. "$root/scripts/whole_file.sh"
+
 test_timeout=${TAM_TEST_TIMEOUT:-300}
 
 total_passed=0
@@ -77,16 +80,20 @@ run_program() {
     local report=$results/$name.xml log=$results/$name.log
     local start=$EPOCHREALTIME status=0 reason
     mkdir -p "$results"
-    rm -f "$report" "$log"
+    rm -f "$report" "$report.part" "$log"
     if [[ $kind == native ]]; then
         run_child "$(dirname "$path")" env TAM_SAMPLES="$root/samples" \
             UBSAN_OPTIONS=print_stacktrace=1 \
-            timeout -k 10 "$limit" "$path" "--gtest_output=xml:$report" >"$log" 2>&1 || status=$?
+            timeout -k 10 "$limit" "$path" "--gtest_output=xml:$report.part" >"$log" 2>&1 || status=$?
     else
         run_child "$(dirname "$path")" env TAM_SAMPLES="$(windows_path "$root/samples")" \
             WINEPREFIX="$(prefix_folder "$place")" \
-            timeout -k 10 "$limit" wine "$path" "--gtest_output=xml:$(windows_path "$report")" \
+            timeout -k 10 "$limit" wine "$path" "--gtest_output=xml:$(windows_path "$report.part")" \
             >"$log" 2>&1 || status=$?
+    fi
+    # A report that the program could not finish is none.
+    if [[ $(tail -c 20 "$report.part" 2>/dev/null) == *'</testsuites>'* ]]; then
+        mv -f "$report.part" "$report"
     fi
     reason="ended with status $status"
     # 124 from timeout itself, 137 when the program had to be killed.
@@ -131,8 +138,11 @@ run_lane() {
             fi
         done
     done
-    printf '%s\n' "$total_passed $total_failed" "${failures[@]}" >"$build/results/lane-$lane"
+    write_whole "$build/results/lane-$lane" write_lane
 }
+
+# write_lane FILE: this lane's counts, and its failures below them.
+write_lane() { printf '%s\n' "$total_passed $total_failed" "${failures[@]}" >"$1"; }
 
 # Takes over what a lane has counted.
 add_lane() {

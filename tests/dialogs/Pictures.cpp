@@ -1,6 +1,7 @@
 // Pictures of the dialogs for a person to look at: one bitmap for each, into the
 // folder that TAM_PICTURES names. Built on the tests' driver; not a test.
 
+#include "bench/WholeFile.h"
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
@@ -37,14 +38,11 @@ void WriteBitmap(const std::wstring& path, const BITMAPINFOHEADER& header, const
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof(file) + sizeof(header);
     file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
-    const HANDLE out =
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(out, INVALID_HANDLE_VALUE);
-    DWORD written = 0;
-    WriteFile(out, &file, sizeof(file), &written, nullptr);
-    WriteFile(out, &header, sizeof(header), &written, nullptr);
-    WriteFile(out, pixels.data(), static_cast<DWORD>(pixels.size()), &written, nullptr);
-    CloseHandle(out);
+    std::string bytes(reinterpret_cast<const char*>(&file), sizeof(file));
+    bytes.append(reinterpret_cast<const char*>(&header), sizeof(header));
+    bytes.append(pixels.data(), pixels.size());
+    const auto failure = com::Attempt([&] { bench::WriteWholeFile(path, bytes); });
+    EXPECT_FALSE(failure) << "a picture cannot be written";
 }
 
 /// The window as it stands on the screen, frame and title included.
