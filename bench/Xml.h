@@ -1,19 +1,12 @@
 #pragma once
 
+#include "com/Msxml.h"
 #include "com/Ref.h"
 
-#include <windows.h>
-
-#include <msxml2.h>
-
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <unordered_map>
-
-// The interface headers of this tool chain declare the DOM without identifiers.
-__CRT_UUID_DECL(IXMLDOMNode, 0x2933BF80, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
-__CRT_UUID_DECL(IXMLDOMDocument2, 0x2933BF95, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
-__CRT_UUID_DECL(IXMLDOMElement, 0x2933BF86, 0x7B36, 0x11D2, 0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60)
 
 // The host's own documents: catalogue, project, interoperability.
 
