@@ -2,8 +2,9 @@
 
 namespace tam {
 
-/// While it lives, one allocation of the program throws std::bad_alloc: the
-/// n-th from its construction on, counted from 0.
+/// While it lives, one allocation of the program fails, by std::bad_alloc or, of
+/// those that throw nothing, by a null pointer: the n-th from its construction
+/// on, counted from 0.
 class AllocationFault {
   public:
     explicit AllocationFault(int n) noexcept;
