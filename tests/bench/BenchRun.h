@@ -9,6 +9,8 @@
 
 namespace benchtest {
 
+/// A text stands beside it as Json(text): a std::string itself is compared with it
+/// by some versions of the library only.
 using Json = nlohmann::json;
 
 /// What a program left behind.

@@ -4,6 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 namespace benchtest {
 
 namespace {
@@ -95,33 +100,33 @@ TEST(DeviceFaultTest, RefusesWhatIsNoXml) {
 
 TEST(DeviceFaultTest, RefusesADocumentWithoutTheModule) {
     const std::wstring catalogue = SamplesFolder() + L"catalogue.xml";
-    EXPECT_EQ(About(catalogue, "holds no module of device K7"), LoadError(catalogue)["description"]);
+    EXPECT_EQ(Json(About(catalogue, "holds no module of device K7")), LoadError(catalogue)["description"]);
     EXPECT_EQ("reading the project", LoadError(catalogue)["step"]);
     const std::wstring other = DamagedDevice(L"other.xml", "<DevKey>K7</DevKey>\n    <TamObjID>",
                                              "<DevKey>K8</DevKey>\n    <TamObjID>");
-    EXPECT_EQ(About(other, "holds no module of device K7"), LoadError(other)["description"]);
+    EXPECT_EQ(Json(About(other, "holds no module of device K7")), LoadError(other)["description"]);
     const std::wstring two =
         DamagedDevice(L"two.xml", "<O_Tam_id>", "<O_Tam_id><DevKey>K7</DevKey></O_Tam_id><O_Tam_id>");
-    EXPECT_EQ(About(two, "holds two modules of device K7"), LoadError(two)["description"]);
+    EXPECT_EQ(Json(About(two, "holds two modules of device K7")), LoadError(two)["description"]);
 }
 
 TEST(DeviceFaultTest, RefusesADocumentWithADamagedChannel) {
     const std::wstring noDevice =
         DamagedDevice(L"nodev.xml", "<DevKey>K7</DevKey>\n    <TamObjectKey>AO1", "<TamObjectKey>AO1");
-    EXPECT_EQ(About(noDevice, "is damaged: an element o_tam_ao_id names no device"),
+    EXPECT_EQ(Json(About(noDevice, "is damaged: an element o_tam_ao_id names no device")),
               LoadError(noDevice)["description"]);
     const std::wstring noKey = DamagedDevice(L"nokey.xml", "<TamObjectKey>AO1</TamObjectKey>", "");
-    EXPECT_EQ(About(noKey, "is damaged: an element o_tam_ao_id names no channel"),
+    EXPECT_EQ(Json(About(noKey, "is damaged: an element o_tam_ao_id names no channel")),
               LoadError(noKey)["description"]);
     const std::wstring twice = DamagedDevice(L"twice.xml", "<TamObjectKey>AO1<", "<TamObjectKey>ai1<");
-    EXPECT_EQ(About(twice, "has the channel ai1 twice"), LoadError(twice)["description"]);
+    EXPECT_EQ(Json(About(twice, "has the channel ai1 twice")), LoadError(twice)["description"]);
     const std::string whole = ReadFileBytes(SavedDevice(L"whole.xml", {}));
     const std::wstring unknown =
         WrittenFile(L"unknown.xml", Replaced(Replaced(whole, "<o_tam_di_id>", "<o_tam_xx_id>"),
                                              "</o_tam_di_id>", "</o_tam_xx_id>"));
-    EXPECT_EQ(
-        About(unknown, "has the channel DI1 of a kind that the firmware of the device lacks: o_tam_xx_id"),
-        LoadError(unknown)["description"]);
+    EXPECT_EQ(Json(About(unknown,
+                         "has the channel DI1 of a kind that the firmware of the device lacks: o_tam_xx_id")),
+              LoadError(unknown)["description"]);
 }
 
 TEST(DeviceFaultTest, GoesNoFurtherThanTheComponentsErrorReport) {
@@ -131,7 +136,7 @@ TEST(DeviceFaultTest, GoesNoFurtherThanTheComponentsErrorReport) {
         const Outcome run = RunBench({L"device", L"load", file, L"--json"});
         const Json document = Json::parse(run.out);
         EXPECT_EQ(1U, run.status);
-        EXPECT_EQ(About(file, "is damaged: the component could not read the module to its end"),
+        EXPECT_EQ(Json(About(file, "is damaged: the component could not read the module to its end")),
                   document["error"]["description"]);
         EXPECT_EQ(1U, document["boxes"].size());
         EXPECT_FALSE(document.contains("channels"));

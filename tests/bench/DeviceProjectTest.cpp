@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace benchtest {
 
 namespace {
@@ -95,8 +98,8 @@ TEST(DeviceProjectTest, KeepsEveryCharacterOfAValue) {
     const std::wstring file = SavedDevice(L"text.xml", {L"AI1.Filter=" + value, L"AI1.Offset=" + value});
     const Json loaded = Bench({L"device", L"load", file});
     const Json points = ChannelOf(loaded, "AI1")["points"];
-    EXPECT_EQ(Narrow(value), Named(points, "Filter")["value"]);
-    EXPECT_EQ(Narrow(value), Named(points, "Offset")["moduleItem"]["value"]);
+    EXPECT_EQ(Json(Narrow(value)), Named(points, "Filter")["value"]);
+    EXPECT_EQ(Json(Narrow(value)), Named(points, "Offset")["moduleItem"]["value"]);
 }
 
 TEST(DeviceProjectTest, IsOpenedByTheOtherCommandsAndSavedAgain) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 namespace benchtest {
 
 Json ChannelOf(const Json& document, const std::string& key) {

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace benchtest {
 
 namespace {
@@ -70,8 +73,8 @@ TEST(DeviceTreeTest, OpensTheChannelsWithTheModulesValues) {
 TEST(DeviceTreeTest, ShowsADifferenceInTheUsersUnit) {
     // 2.5 K are 4.5 degrees Fahrenheit apart; a filter's time follows no unit.
     const Json points = Bench({L"device", L"set", L"AI1", L"Offset=2.5", L"Filter=4", L"--us"})["changes"];
-    EXPECT_EQ(Local("4.5") + " \u00B0F", points[0]["after"]["display"]);
-    EXPECT_EQ(Local("4") + " s", points[1]["after"]["display"]);
+    EXPECT_EQ(Json(Local("4.5") + " \u00B0F"), points[0]["after"]["display"]);
+    EXPECT_EQ(Json(Local("4") + " s"), points[1]["after"]["display"]);
 }
 
 TEST(DevicePlaceTest, MakesAnObjectOfAKind) {
@@ -138,7 +141,7 @@ TEST(DeviceExportTest, ExportsTheModuleWithWhatTheChannelsSet) {
     EXPECT_EQ(plain["streamText"], device["streamText"]);
     const Json changed = Bench({L"device", L"export", L"AI1.Offset=1.5", L"--no-compiler"});
     const std::string text = plain["streamText"];
-    EXPECT_EQ(Replaced(text, "Value=\"-0.50\"", "Value=\"1.5\""), changed["streamText"]);
+    EXPECT_EQ(Json(Replaced(text, "Value=\"-0.50\"", "Value=\"1.5\"")), changed["streamText"]);
     EXPECT_EQ("export document", device["kind"]);
     EXPECT_EQ("image", Bench({L"device", L"export"})["kind"]);
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace benchtest {
 
 namespace {
@@ -25,7 +27,7 @@ std::string Refusal(const std::wstring& keys) {
 TEST(EditTest, AnswersTheEditorWithItsText) {
     const Json edited = Bench({L"edit", L"channels", L"AI1_Offset"});
     EXPECT_EQ("-0.50", edited["before"]["value"]);
-    EXPECT_EQ(Local("-0.50"), edited["after"]["value"]);
+    EXPECT_EQ(Json(Local("-0.50")), edited["after"]["value"]);
     EXPECT_EQ(edited["before"]["display"], edited["after"]["display"]);
     ASSERT_EQ(1U, edited["boxes"].size());
     EXPECT_EQ("dialog", edited["boxes"][0]["kind"]);
@@ -50,7 +52,7 @@ TEST(EditTest, TypesIntoTheEditor) {
 
 TEST(EditTest, KeysGoToTheControlWithTheFocus) {
     const Json ticked = Edited(L"AI1_Offset", L"{TAB}{SPACE}{ENTER}");
-    EXPECT_EQ(Local("327.67"), ticked["after"]["value"]) << "the invalid value";
+    EXPECT_EQ(Json(Local("327.67")), ticked["after"]["value"]) << "the invalid value";
     EXPECT_EQ(ticked["after"], Edited(L"AI1_Offset", L"{alt+I}{enter}")["after"]);
     // Cancel by its button, and by its access key.
     EXPECT_EQ("-0.50", Edited(L"AI1_Offset", L"7{TAB 3} ")["after"]["value"]);
@@ -58,7 +60,7 @@ TEST(EditTest, KeysGoToTheControlWithTheFocus) {
 }
 
 TEST(EditTest, EscTakesTheTypedTextBack) {
-    EXPECT_EQ(Local("-0.50"), Edited(L"AI1_Offset", L"7{ESC}{ENTER}")["after"]["value"]);
+    EXPECT_EQ(Json(Local("-0.50")), Edited(L"AI1_Offset", L"7{ESC}{ENTER}")["after"]["value"]);
 }
 
 TEST(EditTest, KeysMoveTheCaretAndDelete) {
@@ -75,9 +77,9 @@ TEST(EditTest, ArrowKeysChooseFromAList) {
 TEST(EditTest, AMessageBoxGetsNoKey) {
     const Json edited = Edited(L"AI1_Offset", L"999{ENTER}", 1);
     ASSERT_EQ(2U, edited["boxes"].size());
-    EXPECT_EQ(Local("The value is greater than 327.66"), edited["boxes"][1]["text"]);
+    EXPECT_EQ(Json(Local("The value is greater than 327.66")), edited["boxes"][1]["text"]);
     EXPECT_EQ("bench", edited["boxes"][1]["answeredBy"]);
-    EXPECT_EQ(Local("327.66"), edited["after"]["value"]);
+    EXPECT_EQ(Json(Local("327.66")), edited["after"]["value"]);
 }
 
 TEST(EditTest, FailsWhenADialogIsStillOpen) {

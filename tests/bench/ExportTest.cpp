@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace benchtest {
 
 namespace {
@@ -74,7 +76,7 @@ TEST(ExportTest, KeepsItsDocumentOnlyWhenItIsDebugged) {
     EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(dump.c_str()));
 
     const Json exported = Bench({L"export", SmallStream(), L"--debug-dump"});
-    EXPECT_EQ(Narrow(dump), exported["dump"]);
+    EXPECT_EQ(Json(Narrow(dump)), exported["dump"]);
     EXPECT_NE(std::string::npos, ReadFileBytes(dump).find("DevKey=\"K9\" TamObjectID=\"7\""));
     DeleteFileW(dump.c_str());
 }

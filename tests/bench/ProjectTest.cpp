@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace benchtest {
 
 namespace {
@@ -35,7 +37,7 @@ std::string SavedElement() {
 
 TEST(SaveTest, ShowsWhatTheComponentWrote) {
     const Json saved = SavePlaced();
-    EXPECT_EQ(SavedElement(), saved["element"]);
+    EXPECT_EQ(Json(SavedElement()), saved["element"]);
     EXPECT_EQ(Json::array(), saved["boxes"]);
 }
 

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <set>
+#include <string>
 
 namespace benchtest {
 
@@ -52,8 +54,8 @@ TEST(InspectTest, ShowsTheOutputsWithTheirTypes) {
     EXPECT_EQ("SignedNumeric", type["generalType"]);
     EXPECT_EQ("Numeric", type["luiType"]);
     EXPECT_EQ(2, type["length"]);
-    EXPECT_EQ(Local("-273.17"), type["min"]);
-    EXPECT_EQ(Local("327.66"), type["max"]);
+    EXPECT_EQ(Json(Local("-273.17")), type["min"]);
+    EXPECT_EQ(Json(Local("327.66")), type["max"]);
     EXPECT_EQ("degrees C", type["unit"]);
     EXPECT_EQ("SHEET1\\MODULE1\\ROU\\AI1_Out", outputs[0]["globalKey"]);
 }
@@ -62,11 +64,11 @@ TEST(InspectTest, ShowsAttributesAsAUserSeesThem) {
     const Json attributes = Bench({L"inspect", L"channels"})["attributes"];
     ASSERT_EQ(11U, attributes.size());
     EXPECT_EQ("-0.50", Named(attributes, "AI1_Offset")["value"]);
-    EXPECT_EQ(Local("-0.50 \u00B0C"), Named(attributes, "AI1_Offset")["display"]);
+    EXPECT_EQ(Json(Local("-0.50 \u00B0C")), Named(attributes, "AI1_Offset")["display"]);
     EXPECT_EQ("1 units", Named(attributes, "AI1_Channel")["display"]);
-    EXPECT_EQ(Local("5.0 s"), Named(attributes, "DO1_MinOn")["display"]);
+    EXPECT_EQ(Json(Local("5.0 s")), Named(attributes, "DO1_MinOn")["display"]);
     // A type without a unit leaves the blank that stands before it.
-    EXPECT_EQ(Local("1.0000 "), Named(attributes, "AO1_Gain")["display"]);
+    EXPECT_EQ(Json(Local("1.0000 ")), Named(attributes, "AO1_Gain")["display"]);
     // The host, here the bench, has given the texts of the enumeration.
     EXPECT_EQ("ST_OFF", Named(attributes, "DI1_Invert")["display"]);
     EXPECT_EQ("DCM_LINEAR", Named(attributes, "AO1_Setup")["display"]);
@@ -76,7 +78,7 @@ TEST(InspectTest, ShowsAttributesAsAUserSeesThem) {
 TEST(InspectTest, ShowsValuesInUsUnits) {
     const Json attributes = Bench({L"inspect", L"channels", L"--us"})["attributes"];
     EXPECT_EQ("-0.50", Named(attributes, "AI1_Offset")["value"]);
-    EXPECT_EQ(Local("-0.9 \u00B0F"), Named(attributes, "AI1_Offset")["display"]);
+    EXPECT_EQ(Json(Local("-0.9 \u00B0F")), Named(attributes, "AI1_Offset")["display"]);
 }
 
 TEST(InspectTest, LoadsAFullModuleSilently) {
@@ -214,7 +216,7 @@ TEST(InspectTest, RefusesDocumentsWithADocumentType) {
     EXPECT_EQ("LoadFromXmlStream", failed["error"]["step"]);
     const std::wstring catalogue =
         WrittenFile(L"growing.cat", type + "<C><SNVT_105><Name>" + references + "</Name></SNVT_105></C>");
-    EXPECT_EQ(Narrow(catalogue) + " has a document type (DTD), which is not accepted",
+    EXPECT_EQ(Json(Narrow(catalogue) + " has a document type (DTD), which is not accepted"),
               Bench({L"types", L"--catalogue", catalogue}, 1)["error"]["description"]);
 }
 

@@ -7,9 +7,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <map>
+#include <ostream>
 #include <regex>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace benchtest {
 
