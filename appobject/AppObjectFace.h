@@ -4,8 +4,6 @@
 
 #include <OrvDBFaces.h>
 
-#include <string>
-
 namespace tam {
 
 /// IAppObject with the answers that are fixed for the module object, in slot

@@ -10,8 +10,11 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tam {
 

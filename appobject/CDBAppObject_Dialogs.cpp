@@ -6,6 +6,8 @@
 #include "dialogs/frmRename.h"
 #include "dialogs/ValueEditor.h"
 
+#include <utility>
+
 namespace tam {
 
 namespace {

@@ -9,6 +9,8 @@
 
 #include <shellapi.h>
 
+#include <cstddef>
+
 namespace tam {
 
 namespace {

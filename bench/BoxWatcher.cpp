@@ -1,6 +1,7 @@
 #include "bench/BoxWatcher.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace bench {

@@ -11,6 +11,8 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <functional>
 #include <sstream>
 
 namespace bench {

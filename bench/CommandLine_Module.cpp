@@ -1,5 +1,7 @@
 #include "bench/CommandSyntax.h"
 
+#include <string>
+
 namespace bench {
 
 namespace {

@@ -4,6 +4,8 @@
 #include "bench/Host.h"
 #include "bench/Report.h"
 
+#include <string>
+
 namespace bench {
 
 /// A command: drives the host and says what came of it.

@@ -4,7 +4,9 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
+#include <vector>
 
 namespace bench {
 

@@ -3,6 +3,9 @@
 #include "bench/DeviceProject.h"
 #include "bench/Text.h"
 
+#include <cstddef>
+#include <utility>
+
 namespace bench {
 
 namespace {

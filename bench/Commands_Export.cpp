@@ -6,7 +6,9 @@
 #include "bench/Xml.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace bench {

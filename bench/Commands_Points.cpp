@@ -3,6 +3,7 @@
 #include "bench/Model.h"
 #include "bench/Text.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace bench {

@@ -7,6 +7,7 @@
 #include <olectl.h>
 
 #include <cmath>
+#include <cstddef>
 
 namespace bench {
 

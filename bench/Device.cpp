@@ -5,6 +5,7 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bench {
 

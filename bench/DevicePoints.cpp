@@ -2,6 +2,8 @@
 
 #include "bench/Text.h"
 
+#include <utility>
+
 namespace bench {
 
 namespace {

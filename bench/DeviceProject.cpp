@@ -4,6 +4,8 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <vector>
 
 namespace bench {
 

@@ -6,6 +6,7 @@
 #include <OrvDBFaces.h>
 
 #include <string>
+#include <utility>
 
 namespace bench {
 

@@ -3,6 +3,7 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cwctype>
 
 namespace bench {

@@ -2,6 +2,8 @@
 
 #include "bench/Host.h"
 
+#include <string_view>
+
 namespace bench {
 
 namespace {

@@ -3,6 +3,8 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <string_view>
+#include <vector>
 
 namespace bench {
 

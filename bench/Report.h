@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <string>
-#include <vector>
 
 namespace bench {
 

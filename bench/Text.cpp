@@ -1,6 +1,7 @@
 #include "bench/Text.h"
 
 #include <iomanip>
+#include <ios>
 #include <memory>
 #include <sstream>
 

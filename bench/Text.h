@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace bench {
 

@@ -4,7 +4,6 @@
 #include "bench/Keys.h"
 
 #include <deque>
-#include <functional>
 #include <string>
 #include <vector>
 

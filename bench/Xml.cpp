@@ -6,6 +6,8 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 
+#include <string_view>
+
 namespace bench::xml {
 
 namespace {

@@ -17,6 +17,8 @@
 #include <cstdio>
 #include <map>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace bench {
 

@@ -2,7 +2,9 @@
 
 #include "tests/support/Read.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace benchmark {

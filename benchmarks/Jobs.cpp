@@ -4,6 +4,8 @@
 #include "benchmarks/Material.h"
 #include "common/Dom.h"
 
+#include <cstddef>
+#include <memory>
 #include <stdexcept>
 
 namespace benchmark {

@@ -6,7 +6,6 @@
 #include "tests/support/HostDoubles.h"
 #include "tests/support/Read.h"
 
-#include <memory>
 #include <string>
 #include <vector>
 

@@ -8,6 +8,7 @@
 #include <iomanip>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Whole jobs of a host at 100, 1,000 and 10,000 points, each beside its floor

@@ -10,7 +10,7 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <type_traits>
+#include <utility>
 
 namespace com {
 

@@ -3,7 +3,7 @@
 #include "com/Ref.h"
 #include "com/VariantReference.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace com {
 

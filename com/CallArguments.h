@@ -7,6 +7,7 @@
 
 #include <oaidl.h>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 

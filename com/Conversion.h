@@ -6,6 +6,7 @@
 
 #include <oleauto.h>
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>

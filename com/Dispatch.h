@@ -4,6 +4,7 @@
 
 #include <oaidl.h>
 
+#include <cstddef>
 #include <span>
 
 namespace com {

@@ -4,6 +4,7 @@
 #include "com/Counted.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 namespace com {

@@ -6,6 +6,7 @@
 
 #include <oaidl.h>
 
+#include <utility>
 #include <vector>
 
 namespace com {

@@ -3,7 +3,7 @@
 #include "com/Boundary.h"
 #include "common/RunTimeError.h"
 
-#include <algorithm>
+#include <cstdint>
 #include <vector>
 
 namespace com {

@@ -7,7 +7,6 @@
 
 #include <oaidl.h>
 
-#include <array>
 #include <atomic>
 #include <map>
 #include <string>

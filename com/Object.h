@@ -10,7 +10,11 @@
 #include <ocidl.h>
 
 #include <array>
+#include <cstddef>
+#include <string>
+#include <tuple>
 #include <type_traits>
+#include <utility>
 
 namespace com {
 

@@ -4,6 +4,8 @@
 
 #include <unknwn.h>
 
+#include <cstddef>
+#include <type_traits>
 #include <utility>
 
 namespace com {

@@ -4,9 +4,9 @@
 #include "com/Module.h"
 #include "com/Registry.h"
 
-#include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace com {

@@ -3,6 +3,8 @@
 #include "com/Boundary.h"
 #include "com/LateBound.h"
 
+#include <utility>
+
 namespace tam {
 
 namespace {

@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 #include "com/LateBound.h"
 
+#include <cstddef>
 #include <span>
 #include <utility>
 

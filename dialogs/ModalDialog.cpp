@@ -4,6 +4,8 @@
 #include "common/RunTimeError.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace tam {

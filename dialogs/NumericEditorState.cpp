@@ -5,6 +5,7 @@
 #include "points/ValueText.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace tam {

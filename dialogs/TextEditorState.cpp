@@ -1,6 +1,7 @@
 #include "dialogs/TextEditorState.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace tam {
 

@@ -1,5 +1,8 @@
 #include "dialogs/TextInput.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace tam {
 
 namespace {

@@ -3,6 +3,8 @@
 #include "common/RunTimeError.h"
 #include "component/resource.h"
 
+#include <cstddef>
+
 namespace tam {
 
 frmCPModif3::frmCPModif3() noexcept : ValueForm(IDD_ENUM) {}

@@ -7,6 +7,8 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 
 namespace tam {
 

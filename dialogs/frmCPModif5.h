@@ -3,7 +3,7 @@
 #include "dialogs/BitEditorState.h"
 #include "dialogs/ValueForm.h"
 
-#include <array>
+#include <cstddef>
 #include <optional>
 
 namespace tam {

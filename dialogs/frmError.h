@@ -3,6 +3,8 @@
 #include "dialogs/ErrorReportState.h"
 #include "dialogs/ModalDialog.h"
 
+#include <utility>
+
 namespace tam {
 
 /// The error report: a short description and, on request, where it came from.

@@ -5,6 +5,8 @@
 #include "common/Report.h"
 #include "component/resource.h"
 
+#include <string>
+
 namespace tam {
 
 namespace {

@@ -3,6 +3,8 @@
 #include "dialogs/ModalDialog.h"
 #include "dialogs/RenameState.h"
 
+#include <utility>
+
 namespace tam {
 
 /// The dialog in which the user types the name of a device.

@@ -2,6 +2,7 @@
 
 #include "common/Dom.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>

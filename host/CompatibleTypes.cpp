@@ -3,6 +3,7 @@
 #include "common/RunTimeError.h"
 
 #include <algorithm>
+#include <cstddef>
 
 namespace orv {
 

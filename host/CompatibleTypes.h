@@ -7,6 +7,7 @@
 #include <OrvHost.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace orv {

@@ -6,6 +6,9 @@
 #include "host/Image.h"
 #include "host/VariantText.h"
 
+#include <cstdint>
+#include <utility>
+
 namespace orv {
 
 static_assert(kNotAnExportDocument == static_cast<std::int32_t>(errNotAnExportDocument));

@@ -5,8 +5,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace orv {
 

@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <cstddef>
+
 namespace orv {
 
 namespace {

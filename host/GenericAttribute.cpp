@@ -3,6 +3,7 @@
 #include "host/DisplayText.h"
 #include "host/UnitConverter.h"
 
+#include <optional>
 #include <utility>
 
 namespace orv {

@@ -7,7 +7,9 @@
 #include <OrvHost.h>
 
 #include <array>
+#include <cstddef>
 #include <string>
+#include <utility>
 
 namespace orv {
 

@@ -8,6 +8,7 @@
 #include <OrvHost.h>
 
 #include <string>
+#include <utility>
 
 namespace orv {
 

@@ -3,6 +3,9 @@
 #include "common/RunTimeError.h"
 #include "host/Library.h"
 
+#include <utility>
+#include <vector>
+
 namespace orv {
 
 namespace {

@@ -1,6 +1,9 @@
 #include "common/RunTimeError.h"
 #include "host/GenericObject.h"
 
+#include <utility>
+#include <vector>
+
 namespace orv {
 
 namespace {

@@ -4,6 +4,7 @@
 #include "host/BlockLink.h"
 
 #include <string>
+#include <utility>
 
 namespace orv {
 

@@ -7,6 +7,8 @@
 #include "host/GenericOutput.h"
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace orv {
 

@@ -3,9 +3,11 @@
 #include "common/RunTimeError.h"
 
 #include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace orv {
 

@@ -8,7 +8,10 @@
 #include <OrvDBFaces.h>
 #include <OrvHost.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace orv {

@@ -1,6 +1,7 @@
 #include "host/TypeTable.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace orv {

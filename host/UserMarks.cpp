@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <iterator>
+#include <string>
 
 namespace orv {
 

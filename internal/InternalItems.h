@@ -4,8 +4,6 @@
 #include "common/KeyedCollection.h"
 #include "internal/InternalParent.h"
 
-#include <string>
-
 namespace tam {
 
 /// The wrappers of one kind of point, one per inner point, in the inner

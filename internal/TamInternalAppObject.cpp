@@ -4,6 +4,8 @@
 #include "common/Case.h"
 #include "common/MessageLoop.h"
 
+#include <utility>
+
 namespace tam {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "internal/TamInternalAttribute.h"
 
+#include <string>
+
 namespace tam {
 
 STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {

@@ -1,5 +1,7 @@
 #include "internal/TamInternalInput.h"
 
+#include <string>
+
 namespace tam {
 
 namespace {

@@ -7,6 +7,8 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <utility>
+
 namespace tam {
 
 /// An input of a channel's object: the wrapped object's input, whose value the

@@ -4,6 +4,7 @@
 #include "common/Numbers.h"
 
 #include <limits>
+#include <string>
 
 namespace tam {
 

@@ -6,6 +6,8 @@
 #include "common/Report.h"
 #include "common/RunTimeError.h"
 
+#include <vector>
+
 namespace tam {
 
 namespace {

@@ -7,8 +7,11 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 

@@ -10,6 +10,7 @@
 #include <OrvDBFaces.h>
 
 #include <string>
+#include <utility>
 
 namespace tam {
 

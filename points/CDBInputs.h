@@ -8,7 +8,10 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 

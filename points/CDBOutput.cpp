@@ -7,6 +7,8 @@
 #include "points/PointWarnings.h"
 #include "points/ValueText.h"
 
+#include <cstdint>
+
 namespace tam {
 
 namespace {

@@ -11,6 +11,7 @@
 #include <OrvDBFaces.h>
 
 #include <string>
+#include <utility>
 
 namespace tam {
 

@@ -8,6 +8,8 @@
 #include <OrvDBFaces.h>
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 

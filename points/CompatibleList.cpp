@@ -4,6 +4,7 @@
 #include "common/MakeRoom.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tam {
 

@@ -4,6 +4,8 @@
 #include "common/Numbers.h"
 #include "common/RunTimeError.h"
 
+#include <cstddef>
+
 namespace tam {
 
 std::wstring EnumLabel(std::wstring_view value, std::wstring_view description) {

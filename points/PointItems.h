@@ -6,6 +6,8 @@
 #include "points/SideKey.h"
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 

@@ -6,6 +6,9 @@
 
 #include <OrvDBFaces.h>
 
+#include <span>
+#include <string_view>
+
 namespace tam {
 
 namespace {

@@ -2,6 +2,7 @@
 
 #include "common/RunTimeError.h"
 
+#include <cstddef>
 #include <limits>
 
 namespace tam {

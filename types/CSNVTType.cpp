@@ -6,6 +6,7 @@
 #include "common/Report.h"
 #include "points/mSNVTDataConversion.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace tam {

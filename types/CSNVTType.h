@@ -7,6 +7,7 @@
 #include <OrvDBFaces.h>
 
 #include <string>
+#include <utility>
 
 namespace tam {
 

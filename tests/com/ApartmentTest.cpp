@@ -3,10 +3,14 @@
 #include "tests/support/ImportPatch.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <set>
+#include <string>
+#include <string_view>
 #include <thread>
+#include <vector>
 
 using namespace contract;
 

@@ -1,6 +1,9 @@
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 
+#include <string>
+#include <vector>
+
 using namespace contract;
 
 namespace {

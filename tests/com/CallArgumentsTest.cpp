@@ -3,7 +3,12 @@
 #include "tests/com/EveryMember.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <ios>
 #include <ostream>
+#include <string>
+#include <vector>
 
 using namespace contract;
 

@@ -3,6 +3,10 @@
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 using namespace contract;
 
 namespace {

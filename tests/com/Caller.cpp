@@ -5,6 +5,8 @@
 #include <ocidl.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <ios>
 #include <ostream>
 
 namespace contract {

@@ -2,7 +2,9 @@
 #include "tests/com/Subjects.h"
 
 #include <array>
+#include <cstddef>
 #include <functional>
+#include <string>
 #include <vector>
 
 using namespace contract;

@@ -3,7 +3,10 @@
 #include "tests/com/Subjects.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
+#include <string>
+#include <vector>
 
 using namespace contract;
 

@@ -1,5 +1,7 @@
 #include "tests/com/EveryMember.h"
 
+#include <utility>
+
 namespace contract {
 
 void EveryMemberTest::SetUp() {

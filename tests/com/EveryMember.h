@@ -3,6 +3,7 @@
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>

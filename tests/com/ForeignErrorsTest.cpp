@@ -2,6 +2,7 @@
 #include "tests/support/ImportPatch.h"
 
 #include <array>
+#include <cstddef>
 
 // What goes wrong in objects of other makers while the component tells of a
 // failure.

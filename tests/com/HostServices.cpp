@@ -1,7 +1,6 @@
 #include "tests/com/HostServices.h"
 
 #include <stdexcept>
-#include <vector>
 
 namespace contract {
 

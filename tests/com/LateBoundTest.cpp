@@ -4,6 +4,7 @@
 #include "tests/com/Subjects.h"
 
 #include <string>
+#include <vector>
 
 using namespace contract;
 

@@ -2,6 +2,10 @@
 #include "tests/com/Describe.h"
 #include "tests/com/EveryMember.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 using namespace contract;
 
 namespace {

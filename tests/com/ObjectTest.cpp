@@ -3,8 +3,11 @@
 #include <ocidl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <set>
+#include <string>
+#include <vector>
 
 using namespace contract;
 

@@ -1,7 +1,10 @@
 #include "tests/com/Subjects.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
+#include <utility>
+#include <vector>
 
 using namespace contract;
 

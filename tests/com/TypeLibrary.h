@@ -6,6 +6,7 @@
 
 #include <oaidl.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>

@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace tam {
 namespace {

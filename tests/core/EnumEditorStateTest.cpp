@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <optional>
+
 namespace tam {
 namespace {
 

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <new>
+#include <optional>
 #include <string>
 
 namespace tam {

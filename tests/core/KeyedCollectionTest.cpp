@@ -6,9 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam {
 namespace {

@@ -4,7 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
 #include <limits>
+#include <memory>
+#include <string>
 
 namespace tam {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
+#include <cstdint>
 
 namespace tam {
 namespace {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <optional>
+
 namespace tam {
 namespace {
 

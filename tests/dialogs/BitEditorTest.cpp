@@ -3,6 +3,9 @@
 
 #include <oleacc.h>
 
+#include <string>
+#include <utility>
+
 namespace dialogs {
 namespace {
 

@@ -2,6 +2,8 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/support/ImportPatch.h"
 
+#include <string>
+
 // A user who changes the decimal mark while a module is open.
 
 namespace dialogs {

@@ -2,6 +2,9 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace dialogs {
 
 namespace {

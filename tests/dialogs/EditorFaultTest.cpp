@@ -6,6 +6,11 @@
 
 #include "com/LateBound.h"
 
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

@@ -8,7 +8,12 @@
 #include "com/Enumerator.h"
 #include "com/LateBound.h"
 
+#include <cstddef>
 #include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace dialogs {
 namespace {

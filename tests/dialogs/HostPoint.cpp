@@ -5,6 +5,9 @@
 #include "common/RunTimeError.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cwchar>
+#include <utility>
 
 namespace dialogs {
 

@@ -5,6 +5,11 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

@@ -2,6 +2,10 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

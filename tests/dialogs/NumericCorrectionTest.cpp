@@ -4,6 +4,10 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

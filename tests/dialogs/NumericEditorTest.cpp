@@ -1,6 +1,9 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 
+#include <string>
+#include <utility>
+
 namespace dialogs {
 namespace {
 

@@ -9,6 +9,10 @@
 #include "com/LateBound.h"
 
 #include <array>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace dialogs {
 namespace {

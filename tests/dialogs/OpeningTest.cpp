@@ -6,6 +6,11 @@
 
 #include <commctrl.h>
 
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

@@ -3,6 +3,10 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 
+#include <functional>
+#include <string>
+#include <utility>
+
 namespace dialogs {
 namespace {
 

@@ -3,6 +3,12 @@
 
 #include "com/LateBound.h"
 
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
 namespace dialogs {
 namespace {
 

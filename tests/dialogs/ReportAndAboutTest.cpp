@@ -1,6 +1,8 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
 
+#include <utility>
+
 namespace dialogs {
 namespace {
 

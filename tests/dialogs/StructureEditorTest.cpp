@@ -4,6 +4,10 @@
 
 #include <commctrl.h>
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

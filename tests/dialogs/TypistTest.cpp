@@ -2,6 +2,10 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 namespace dialogs {
 namespace {
 

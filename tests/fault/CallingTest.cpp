@@ -8,7 +8,8 @@
 
 #include <functional>
 #include <iostream>
-#include <optional>
+#include <string>
+#include <vector>
 
 // Calls by name on a component that was just loaded: what they need of its type
 // libraries is read there and then, and the arguments are brought to their types.

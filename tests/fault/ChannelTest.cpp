@@ -2,7 +2,10 @@
 #include "com/Enumerator.h"
 #include "tests/fault/FaultLoop.h"
 
+#include <functional>
 #include <optional>
+#include <string>
+#include <vector>
 
 // The channel objects: made, filled, and mirrored to the module that has the
 // channel.

@@ -2,6 +2,9 @@
 
 #include "tests/support/Read.h"
 
+#include <initializer_list>
+#include <utility>
+
 namespace fault {
 
 namespace {

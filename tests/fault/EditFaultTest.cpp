@@ -6,6 +6,8 @@
 
 #include <commctrl.h>
 
+#include <initializer_list>
+
 namespace fault {
 
 namespace {

@@ -1,5 +1,8 @@
 #include "tests/fault/EditFaultTest.h"
 
+#include <string>
+#include <vector>
+
 // The value editors of a module's attributes and the other dialogs, opened,
 // worked and confirmed as by a user.
 

@@ -3,6 +3,7 @@
 #include "tests/fault/DomSlots.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iomanip>
 #include <iostream>
 #include <sstream>

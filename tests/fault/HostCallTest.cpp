@@ -6,6 +6,10 @@
 
 #include <olectl.h>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 // Members of a module and its points that call objects of the host, or read a
 // file beside the component.
 

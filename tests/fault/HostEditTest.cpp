@@ -2,6 +2,9 @@
 #include "tests/dialogs/HostPoint.h"
 #include "tests/fault/EditFaultTest.h"
 
+#include <string>
+#include <vector>
+
 // Values of a host's own objects, which are reached by name, in the editors.
 
 namespace {

@@ -3,7 +3,9 @@
 #include "tests/support/Fixture.h"
 
 #include <functional>
+#include <initializer_list>
 #include <iostream>
+#include <string>
 #include <thread>
 
 // What the component makes at its first use, in a library loaded anew for

@@ -1,5 +1,11 @@
 #include "tests/fault/ModuleFaultTest.h"
 
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
 // Points and their collections, saved into a host's document and loaded from it.
 
 namespace {

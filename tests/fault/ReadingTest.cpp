@@ -1,6 +1,8 @@
 #include "tests/fault/ModuleFaultTest.h"
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 // The jobs that read: the definition file, a device stream, the project element.
 

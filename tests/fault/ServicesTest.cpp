@@ -6,7 +6,9 @@
 #include <OrvHost.h>
 
 #include <optional>
-#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 // The host services under faults: the library, a block read, made, loaded and
 // saved, the database compiler, a device's document and what lists take in.

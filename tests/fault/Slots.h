@@ -6,7 +6,6 @@
 #include <cstring>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace fault {
 

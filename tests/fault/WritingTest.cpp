@@ -1,6 +1,7 @@
 #include "tests/fault/ModuleFaultTest.h"
 
-#include <utility>
+#include <string>
+#include <vector>
 
 // The jobs that write: the project element, the interoperability element, the
 // export with and without the compiler.

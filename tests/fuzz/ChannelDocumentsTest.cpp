@@ -7,6 +7,8 @@
 
 #include <cwchar>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace component_fuzz {
 

@@ -2,6 +2,7 @@
 #include "tests/internal/Channel.h"
 
 #include <optional>
+#include <string>
 
 // Any calls of the object manager, of channel objects with their points and
 // collections, of the interceptor that their host holds, and of the module that

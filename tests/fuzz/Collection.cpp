@@ -2,7 +2,10 @@
 #include "common/KeyedCollection.h"
 #include "Subjects.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tam::fuzz {

@@ -3,6 +3,8 @@
 #include "Subjects.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
 #include <vector>
 
 namespace tam::fuzz {

@@ -5,12 +5,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 // The subjects of the fuzzers as a test: each file of the corpus as it stands,

@@ -7,6 +7,14 @@
 #include "dialogs/TextEditorState.h"
 #include "Editing.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace tam::fuzz {
 
 namespace {

@@ -3,6 +3,9 @@
 #include "tests/fuzz/Texts.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
 
 namespace component_fuzz {
 

@@ -8,6 +8,7 @@
 #include "tests/support/Fixture.h"
 
 #include <array>
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>

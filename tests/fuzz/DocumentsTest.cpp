@@ -2,6 +2,7 @@
 #include "tests/fuzz/Rounds.h"
 
 #include <cstdio>
+#include <string>
 
 namespace component_fuzz {
 

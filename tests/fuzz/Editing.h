@@ -9,8 +9,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <string>
+#include <string_view>
+#include <utility>
 
 namespace tam::fuzz {
 

@@ -3,7 +3,10 @@
 #include "points/EnumDescription.h"
 #include "Subjects.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
 
 namespace tam::fuzz {
 

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <optional>
+#include <utility>
 
 namespace component_fuzz {
 

@@ -6,7 +6,13 @@
 #include "ImageReader.h"
 #include "Subjects.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace tam::fuzz {
 

@@ -2,6 +2,10 @@
 #include "common/FieldParser.h"
 #include "Subjects.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 namespace tam::fuzz {
 
 namespace {

@@ -4,6 +4,7 @@
 #include "Input.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace tam::fuzz {

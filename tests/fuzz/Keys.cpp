@@ -3,6 +3,9 @@
 #include "dialogs/TextEditorState.h"
 #include "Editing.h"
 
+#include <optional>
+#include <string>
+
 namespace tam::fuzz {
 
 namespace {

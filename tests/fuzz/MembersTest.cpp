@@ -2,6 +2,7 @@
 #include "tests/support/Fixture.h"
 
 #include <optional>
+#include <string>
 
 // Any calls of a module, its collections, points, lists and types.
 

@@ -5,6 +5,11 @@
 #include "points/PointKeys.h"
 #include "Subjects.h"
 
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
 namespace tam::fuzz {
 
 namespace {

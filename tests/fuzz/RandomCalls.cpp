@@ -10,8 +10,8 @@
 #include <OrvDBFaces.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
+#include <span>
 
 namespace component_fuzz {
 

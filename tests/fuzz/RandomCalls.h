@@ -9,8 +9,8 @@
 
 #include <deque>
 #include <functional>
-#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace component_fuzz {

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
+#include <string>
 
 // The whole life of a module, and of a channel object of the device that has
 // it, over and over: what the process holds of the system stays the same. Every

@@ -1,5 +1,7 @@
 #include "tests/fuzz/Texts.h"
 
+#include <vector>
+
 namespace component_fuzz {
 
 namespace {

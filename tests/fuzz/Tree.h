@@ -2,7 +2,6 @@
 
 #include "tests/support/Read.h"
 
-#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>

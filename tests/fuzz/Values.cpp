@@ -5,7 +5,10 @@
 #include "Subjects.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <string>
 
 namespace tam::fuzz {
 

@@ -1,7 +1,8 @@
 #include "tests/fuzz/Watchdog.h"
 
 #include <cstdio>
-#include <cstdlib>
+#include <cwchar>
+#include <utility>
 
 namespace component_fuzz {
 

@@ -4,9 +4,7 @@
 #include "tests/host/HostDll.h"
 
 #include <functional>
-#include <initializer_list>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // What the tests of the generic block, its library and its devices share.

@@ -2,6 +2,9 @@
 
 #include "common/RunTimeError.h"
 
+#include <cstddef>
+#include <string>
+
 namespace hosttest {
 
 namespace {

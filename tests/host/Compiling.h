@@ -4,6 +4,7 @@
 #include "tests/host/HostDll.h"
 
 #include <string>
+#include <string_view>
 
 namespace hosttest {
 

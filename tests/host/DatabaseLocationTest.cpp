@@ -1,5 +1,7 @@
 #include "tests/host/HostDll.h"
 
+#include <string>
+
 namespace hosttest {
 
 namespace {

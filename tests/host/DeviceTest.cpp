@@ -3,6 +3,9 @@
 
 #include "com/LateBound.h"
 
+#include <initializer_list>
+#include <string>
+
 namespace hosttest {
 
 namespace {

@@ -3,6 +3,10 @@
 
 #include "com/Boundary.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace hosttest {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "tests/host/Blocks.h"
 
+#include <string>
+
 namespace hosttest {
 
 namespace {

@@ -1,6 +1,8 @@
 #include "common/Dom.h"
 #include "tests/host/Blocks.h"
 
+#include <string>
+
 namespace hosttest {
 
 namespace {

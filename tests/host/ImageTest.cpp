@@ -1,6 +1,9 @@
 #include "tests/host/Compiling.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace hosttest {

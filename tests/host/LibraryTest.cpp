@@ -3,6 +3,8 @@
 
 #include "com/LateBound.h"
 
+#include <string>
+
 namespace hosttest {
 
 namespace {

@@ -2,6 +2,8 @@
 
 #include "com/LateBound.h"
 
+#include <cstddef>
+#include <string>
 #include <vector>
 
 namespace hosttest {

@@ -4,6 +4,9 @@
 
 #include <ocidl.h>
 
+#include <string>
+#include <vector>
+
 namespace hosttest {
 
 namespace {

@@ -3,6 +3,8 @@
 #include "com/LateBound.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 namespace hosttest {
 

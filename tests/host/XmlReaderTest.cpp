@@ -1,5 +1,7 @@
 #include "tests/host/Compiling.h"
 
+#include <string>
+
 namespace hosttest {
 
 namespace {

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <ios>
+#include <utility>
 
 namespace internal_tests {
 

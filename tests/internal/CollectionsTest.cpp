@@ -1,6 +1,11 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <span>
+#include <string>
+#include <type_traits>
+#include <vector>
+
 // The three collections of a channel's object differ in their items alone.
 
 namespace internal_tests {

@@ -1,5 +1,8 @@
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 // Definition documents as a stranger may write them: what of them counts for
 // the visibility of points and for the two flags of attributes.
 

@@ -7,7 +7,6 @@
 
 #include <oaidl.h>
 
-#include <array>
 #include <span>
 #include <string>
 #include <vector>

@@ -2,6 +2,9 @@
 #include "tests/internal/SlotTables.h"
 
 #include <cwchar>
+#include <string>
+#include <utility>
+#include <vector>
 
 // Every member of a channel's objects that only forwards: the call reaches the
 // same slot of the wrapped object with the same arguments, and what that

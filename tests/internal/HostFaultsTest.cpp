@@ -2,7 +2,11 @@
 #include "tests/internal/Channel.h"
 
 #include <array>
+#include <cstddef>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 // Host objects that lack what a channel's object needs of them: an interface,
 // a collection, a type. Each is a run-time error of the component's own.

@@ -1,5 +1,7 @@
 #include "tests/internal/Channel.h"
 
+#include <string_view>
+
 namespace internal_tests {
 
 namespace {

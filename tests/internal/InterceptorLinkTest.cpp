@@ -1,6 +1,9 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <span>
+#include <string>
+
 // What the generic object is given as its interceptor, and how it may keep it.
 
 namespace internal_tests {

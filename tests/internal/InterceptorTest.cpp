@@ -1,6 +1,9 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 // What a channel's object does when the generic object tells it of its
 // attributes.
 

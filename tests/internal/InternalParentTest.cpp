@@ -1,5 +1,8 @@
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 // Channels whose key begins like a number: the container's collections would
 // take it for a position where no item has the name.
 

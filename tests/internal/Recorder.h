@@ -9,6 +9,7 @@
 
 #include <oaidl.h>
 
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <list>

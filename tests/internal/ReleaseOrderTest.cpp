@@ -3,8 +3,12 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <cstddef>
 #include <numeric>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 // A channel's object holds the generic object, which holds its interceptor,
 // which is the channel's object: whoever lets go first, all of it must end.

@@ -1,6 +1,9 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 namespace internal_tests {
 
 namespace {

@@ -2,6 +2,10 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 namespace internal_tests {
 
 namespace {

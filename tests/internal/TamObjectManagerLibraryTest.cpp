@@ -1,5 +1,8 @@
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 // Which of the libraries in a device's document counts, and what becomes of a
 // search that fails.
 

@@ -1,6 +1,11 @@
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
 namespace internal_tests {
 
 namespace {

@@ -1,5 +1,8 @@
 #include "tests/internal/Channel.h"
 
+#include <string>
+#include <vector>
+
 // What the "TAMConfig" section of a channel's definition does to the generic
 // object's points while the channel object is created.
 

@@ -1,6 +1,9 @@
 #include "tests/internal/Channel.h"
 
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 // Loops over the elements of a document give the host's message loop a turn at
 // each, so that its windows stay alive.

@@ -3,6 +3,9 @@
 
 #include "com/LateBound.h"
 
+#include <span>
+#include <string>
+
 using namespace support;
 using namespace modules;
 

@@ -7,6 +7,9 @@
 #include "tests/support/ImportPatch.h"
 
 #include <array>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 using namespace support;
 using namespace modules;

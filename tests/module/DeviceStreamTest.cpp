@@ -2,6 +2,11 @@
 
 #include "com/LateBound.h"
 
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+
 using namespace support;
 using namespace modules;
 

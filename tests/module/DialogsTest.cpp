@@ -3,6 +3,10 @@
 #include "com/LateBound.h"
 #include "component/resource.h"
 
+#include <span>
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace modules;
 

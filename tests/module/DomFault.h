@@ -3,6 +3,7 @@
 #include "tests/support/Read.h"
 
 #include <array>
+#include <cstddef>
 
 namespace modules {
 

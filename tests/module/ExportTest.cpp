@@ -2,6 +2,10 @@
 
 #include "com/LateBound.h"
 
+#include <string>
+#include <string_view>
+#include <vector>
+
 using namespace support;
 using namespace modules;
 

@@ -5,6 +5,7 @@
 
 #include <olectl.h>
 
+#include <string>
 #include <vector>
 
 using namespace support;

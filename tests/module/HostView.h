@@ -5,7 +5,6 @@
 #include <OrvDBFaces.h>
 
 #include <functional>
-#include <utility>
 
 namespace modules {
 

@@ -2,6 +2,9 @@
 
 #include "component/resource.h"
 
+#include <cstddef>
+#include <string>
+
 using namespace support;
 using namespace modules;
 

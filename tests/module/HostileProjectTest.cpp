@@ -1,6 +1,9 @@
 #include "tests/module/Module.h"
 
+#include <functional>
 #include <limits>
+#include <string>
+#include <vector>
 
 using namespace support;
 using namespace modules;

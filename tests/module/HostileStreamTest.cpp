@@ -1,6 +1,8 @@
 #include "tests/module/Module.h"
 
+#include <cstddef>
 #include <limits>
+#include <string>
 
 using namespace support;
 using namespace modules;

@@ -4,6 +4,7 @@
 #include "com/LateBound.h"
 
 #include <array>
+#include <string>
 
 using namespace support;
 using namespace modules;

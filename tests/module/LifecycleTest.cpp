@@ -2,6 +2,9 @@
 
 #include "com/LateBound.h"
 
+#include <initializer_list>
+#include <string>
+
 using namespace support;
 using namespace modules;
 

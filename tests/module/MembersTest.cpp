@@ -3,6 +3,9 @@
 #include "com/LateBound.h"
 
 #include <array>
+#include <cstddef>
+#include <string>
+#include <utility>
 
 using namespace support;
 using namespace modules;

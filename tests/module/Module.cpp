@@ -1,5 +1,6 @@
 #include "tests/module/Module.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace modules {

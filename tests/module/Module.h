@@ -4,9 +4,9 @@
 
 #include "com/Object.h"
 
+#include <functional>
 #include <list>
 #include <string>
-#include <vector>
 
 namespace modules {
 

@@ -1,5 +1,7 @@
 #include "tests/module/Module.h"
 
+#include <string>
+
 using namespace support;
 using namespace modules;
 

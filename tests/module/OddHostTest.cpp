@@ -6,6 +6,9 @@
 #include "component/resource.h"
 #include "tests/support/CalledFrom.h"
 
+#include <span>
+#include <string>
+
 using namespace support;
 using namespace modules;
 

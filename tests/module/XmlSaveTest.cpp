@@ -4,6 +4,9 @@
 #include "com/LateBound.h"
 
 #include <array>
+#include <string>
+#include <utility>
+#include <vector>
 
 using namespace support;
 using namespace modules;

@@ -9,6 +9,7 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <string>
 #include <thread>
 
 namespace package {

@@ -1,5 +1,7 @@
 #include "tests/package/Expected.h"
 
+#include <cstddef>
+
 namespace package {
 
 namespace {

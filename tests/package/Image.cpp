@@ -1,5 +1,6 @@
 #include "tests/package/Image.h"
 
+#include <cstddef>
 #include <stdexcept>
 
 namespace package {

@@ -7,6 +7,12 @@
 #include "tests/package/Dll.h"
 
 #include <cctype>
+#include <cstddef>
+#include <ostream>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace package {
 

@@ -1,6 +1,7 @@
 #include "tests/package/MemoryRegistry.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace package {

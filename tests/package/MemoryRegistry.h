@@ -4,7 +4,11 @@
 #include "tests/support/ImportPatch.h"
 
 #include <array>
+#include <cwchar>
+#include <map>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace package {
 

@@ -6,7 +6,10 @@
 #include "tests/package/MemoryRegistry.h"
 #include "tests/package/RegistryFault.h"
 
+#include <initializer_list>
 #include <iostream>
+#include <string>
+#include <vector>
 
 namespace package {
 

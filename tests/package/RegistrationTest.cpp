@@ -3,6 +3,10 @@
 
 #include "tests/package/Dll.h"
 
+#include <ostream>
+#include <string>
+#include <utility>
+
 namespace package {
 
 namespace {

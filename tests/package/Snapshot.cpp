@@ -1,8 +1,10 @@
 #include "tests/package/Snapshot.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace package {

@@ -3,6 +3,9 @@
 
 #include "com/LateBound.h"
 
+#include <climits>
+#include <string>
+
 using namespace support;
 using namespace points;
 

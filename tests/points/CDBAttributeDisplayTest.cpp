@@ -1,5 +1,9 @@
 #include "tests/points/Points.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -1,5 +1,9 @@
 #include "tests/points/Points.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

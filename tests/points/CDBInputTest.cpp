@@ -2,6 +2,8 @@
 
 #include "com/LateBound.h"
 
+#include <string>
+
 using namespace support;
 using namespace points;
 

@@ -1,5 +1,8 @@
 #include "tests/points/Points.h"
 
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -2,6 +2,9 @@
 
 #include "com/LateBound.h"
 
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

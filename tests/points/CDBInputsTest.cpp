@@ -3,6 +3,9 @@
 
 #include "com/LateBound.h"
 
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

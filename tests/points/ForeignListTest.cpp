@@ -1,5 +1,10 @@
 #include "tests/points/Points.h"
 
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -1,6 +1,10 @@
 #include "tests/points/Listener.h"
 #include "tests/points/Points.h"
 
+#include <cstddef>
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -1,6 +1,8 @@
 #include "tests/points/Points.h"
 #include "tests/support/MacroDoubles.h"
 
+#include <string>
+
 using namespace support;
 using namespace points;
 

@@ -1,5 +1,7 @@
 #include "tests/points/Points.h"
 
+#include <string>
+
 using namespace support;
 using namespace points;
 

@@ -2,7 +2,10 @@
 
 #include "tests/support/ImportPatch.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
+#include <vector>
 
 using namespace support;
 using namespace points;

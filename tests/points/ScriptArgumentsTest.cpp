@@ -2,6 +2,10 @@
 
 #include "com/LateBound.h"
 
+#include <span>
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -3,7 +3,11 @@
 #include "com/LateBound.h"
 #include "common/RunTimeError.h"
 
+#include <cstdint>
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 using namespace support;
 using namespace points;

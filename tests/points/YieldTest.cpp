@@ -1,6 +1,9 @@
 #include "tests/points/Listener.h"
 #include "tests/points/Points.h"
 
+#include <string>
+#include <vector>
+
 using namespace support;
 using namespace points;
 

@@ -1,6 +1,8 @@
 #include "tests/support/Component.h"
 
+#include <cstddef>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace support {

@@ -1,6 +1,7 @@
 #include "tests/support/Fixture.h"
 
 #include <algorithm>
+#include <ios>
 
 namespace support {
 

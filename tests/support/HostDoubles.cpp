@@ -2,8 +2,6 @@
 
 #include "com/Registry.h"
 
-#include <iterator>
-
 namespace support {
 
 namespace {

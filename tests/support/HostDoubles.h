@@ -9,7 +9,6 @@
 #include <OrvDBFaces.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>

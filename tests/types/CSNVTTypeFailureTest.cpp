@@ -1,6 +1,7 @@
 #include "tests/types/Types.h"
 
 #include <algorithm>
+#include <string>
 
 using namespace support;
 using namespace types;

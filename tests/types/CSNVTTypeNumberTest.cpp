@@ -1,5 +1,8 @@
 #include "tests/types/Types.h"
 
+#include <climits>
+#include <string>
+
 using namespace support;
 using namespace types;
 

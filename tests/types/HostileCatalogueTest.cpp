@@ -1,7 +1,9 @@
 #include "tests/points/Listener.h"
 #include "tests/types/Types.h"
 
+#include <functional>
 #include <limits>
+#include <string>
 
 using namespace support;
 using namespace types;

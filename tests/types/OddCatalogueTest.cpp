@@ -1,5 +1,7 @@
 #include "tests/types/Types.h"
 
+#include <string>
+
 using namespace support;
 using namespace types;
 

@@ -3,8 +3,8 @@
 #include "tests/support/CalledFrom.h"
 #include "tests/support/Fixture.h"
 
+#include <ostream>
 #include <string>
-#include <vector>
 
 namespace types {
 
