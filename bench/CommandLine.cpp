@@ -14,6 +14,8 @@
 #include <cstdio>
 #include <functional>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace bench {
 
@@ -71,6 +73,18 @@ std::vector<std::string> Arguments() {
     }
     LocalFree(wide);
     return arguments;
+}
+
+/// Newer versions of the parser take no argument whose name has a "=" in it.
+/// They get the form with a "_" there; people read the form as it is.
+constexpr std::string_view kFormOfParser = "NAME_VALUE";
+constexpr std::string_view kForm = "NAME=VALUE";
+
+std::string Exchanged(std::string text, std::string_view from, std::string_view to) {
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) {
+        text.replace(at, from.size(), to);
+    }
+    return text;
 }
 
 void AddExamples(CLI::App& command, const std::string& examples) {
@@ -135,7 +149,7 @@ std::string Complaint(const CLI::App& app, const CLI::ParseError& error) {
         return (left.front().starts_with('-') ? "there is no option " : "there is no command ") +
                left.front();
     }
-    return error.what();
+    return Exchanged(error.what(), kFormOfParser, kForm);
 }
 
 } // namespace
@@ -212,7 +226,7 @@ void CommandSyntax::Keys() {
 
 void CommandSyntax::Values(const std::string& form, bool areRequired) {
     app_->add_option_function<std::vector<std::string>>(
-            form,
+            Exchanged(form, kForm, kFormOfParser),
             [&options = *options_, form](const std::vector<std::string>& texts) {
                 TakeValues(texts, form, options);
             },
@@ -252,7 +266,7 @@ std::optional<Options> ReadCommandLine(int& status) {
         if (status == kDone) {
             std::ostringstream help;
             app.exit(error, help, help);
-            status = Print(help.str()) ? kDone : kFailed;
+            status = Print(Exchanged(help.str(), kFormOfParser, kForm)) ? kDone : kFailed;
         } else {
             Complain("tambench: " + Complaint(app, error) +
                      "\nTry tambench --help, or tambench COMMAND --help.\n");
