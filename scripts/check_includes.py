@@ -151,8 +151,9 @@ def main():
         text = file.read_text(encoding="utf-8")
         findings, lacking, unused = check(file, text)
         if arguments.fix and (lacking or unused):
-            file.write_text(mended(text, lacking, unused), encoding="utf-8")
-            continue
+            text = mended(text, lacking, unused)
+            file.write_text(text, encoding="utf-8")
+            findings, _, _ = check(file, text)
         count += len(findings)
         for line, words in findings:
             print(f"{file}:{line}: {words}")

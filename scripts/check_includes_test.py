@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """Shows small faulty and faultless files to check_includes.py and expects its findings."""
 
+import subprocess
+import sys
 import tempfile
 import unittest
 from pathlib import Path
@@ -123,6 +125,25 @@ class CheckIncludesTest(unittest.TestCase):
             self.assertEqual(check(file, result)[0], [])
             self.assertIn("#include <string>\n", result)
             self.assertNotIn("<map>", result)
+
+    def test_mends_by_command_headers_before_their_sources(self):
+        script = Path(__file__).with_name("check_includes.py")
+        files = {"Thing.cpp": '#include "Thing.h"\nstd::string text;\n', "Thing.h": "#pragma once\nstd::string Text();\n"}
+        paths = [self.folder / name for name in files]
+        for path in paths:
+            path.write_text(files[path.name], encoding="utf-8")
+
+        def run(*options):
+            command = [sys.executable, str(script), *options, *map(str, paths)]
+            run = subprocess.run(command, capture_output=True, text=True, check=False)
+            return run.returncode, run.stdout
+
+        header, source = self.folder / "Thing.h", self.folder / "Thing.cpp"
+        self.assertEqual(run(), (1, f"{header}:2: uses string without <string>\n"
+                                    f"{source}:2: uses string without <string>\n"))
+        self.assertEqual(run("--fix"), (0, ""))
+        self.assertEqual(run(), (0, ""))
+        self.assertEqual(source.read_text(encoding="utf-8"), files["Thing.cpp"])
 
     def test_has_a_header_for_each_name(self):
         for header, names in NAMES_OF.items():
