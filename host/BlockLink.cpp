@@ -19,7 +19,7 @@ bool HasKey(IMacroConnectionGroup& group, std::wstring_view key) {
         com::Bstr text;
         com::Check(items->get_Item(position, item.Put()));
         com::CheckSet(item.Get());
-        com::Check(item->get_Key(text.Put()));
+        com::Check(item->get_key(text.Put()));
         if (text.View() == key) {
             return true;
         }

@@ -23,7 +23,7 @@ class DeviceChannel final : public com::DualObject<DeviceChannel, IChannel, ICha
     HRESULT STDMETHODCALLTYPE get_SetupText(BSTR* value) override { return Answer(value, setup_); }
 
     // IChannelSetup
-    HRESULT STDMETHODCALLTYPE get_Key(BSTR* value) override { return Answer(value, key_); }
+    HRESULT STDMETHODCALLTYPE get_key(BSTR* value) override { return Answer(value, key_); }
     HRESULT STDMETHODCALLTYPE put_ChannelValue(BSTR value) override { return Store(value_, value); }
     HRESULT STDMETHODCALLTYPE put_SetupText(BSTR value) override { return Store(setup_, value); }
 

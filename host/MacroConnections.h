@@ -49,7 +49,7 @@ class MacroItem final : public com::DualObject<MacroItem, IMacroConnectedItem> {
     explicit MacroItem(std::wstring_view key) : key_(key) {}
     static REFCLSID ClassId() noexcept { return __uuidof(::MacroItem); }
 
-    HRESULT STDMETHODCALLTYPE get_Key(BSTR* value) override { return Answer(value, key_); }
+    HRESULT STDMETHODCALLTYPE get_key(BSTR* value) override { return Answer(value, key_); }
 
   private:
     std::wstring key_;

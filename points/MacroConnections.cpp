@@ -16,7 +16,7 @@ bool HasKey(IMacroConnectedItems& items, long position, const std::wstring& key)
     Check(items.get_Item(position, item.Put()));
     com::CheckSet(item.Get());
     com::Bstr text;
-    Check(item->get_Key(text.Put()));
+    Check(item->get_key(text.Put()));
     return text.View() == key;
 }
 

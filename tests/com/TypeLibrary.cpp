@@ -114,6 +114,20 @@ Class ReadClass(const InfoRef& info) {
     return entry;
 }
 
+Enumeration ReadEnumeration(const InfoRef& info) {
+    Enumeration entry{NameOf(*info.Get()), {}};
+    for (UINT i = 0; i < AttributesOf(*info.Get()).cVars; ++i) {
+        VARDESC* value = nullptr;
+        com::Bstr name;
+        com::Check(info->GetVarDesc(i, &value));
+        const MEMBERID id = value->memid;
+        info->ReleaseVarDesc(value);
+        com::Check(info->GetDocumentation(id, name.Put(), nullptr, nullptr, nullptr));
+        entry.values.emplace_back(name.View());
+    }
+    return entry;
+}
+
 } // namespace
 
 std::size_t Member::Given() const {
@@ -142,6 +156,8 @@ TypeLibrary::TypeLibrary(const std::wstring& dllPath, int resource) {
             classes_.push_back(ReadClass(info));
         } else if (kind == TKIND_DISPATCH || kind == TKIND_INTERFACE) {
             interfaces_.push_back(ReadInterface(info));
+        } else if (kind == TKIND_ENUM) {
+            enumerations_.push_back(ReadEnumeration(info));
         }
     }
 }

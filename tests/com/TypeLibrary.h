@@ -56,6 +56,11 @@ struct Class {
     std::vector<Interface> interfaces;
 };
 
+struct Enumeration {
+    std::wstring name;
+    std::vector<std::wstring> values;
+};
+
 /// What a DLL's own resources say: number 1 is the DLL's library, number 2 the
 /// host interfaces.
 class TypeLibrary {
@@ -69,6 +74,7 @@ class TypeLibrary {
     const GUID& Id() const noexcept { return id_; }
     const std::vector<Interface>& Interfaces() const noexcept { return interfaces_; }
     const std::vector<Class>& Classes() const noexcept { return classes_; }
+    const std::vector<Enumeration>& Enumerations() const noexcept { return enumerations_; }
     bool Has(REFCLSID clsid) const;
     /// Throws when there is no such class.
     const Class& ClassOf(REFCLSID clsid) const;
@@ -79,6 +85,7 @@ class TypeLibrary {
     GUID id_{};
     std::vector<Interface> interfaces_;
     std::vector<Class> classes_;
+    std::vector<Enumeration> enumerations_;
 };
 
 /// A member as a test names it: interface, kind and name.

@@ -170,7 +170,7 @@ TEST_F(HostCallFaultTest, MacroConnection) {
         static_cast<IMacroConnectionGroup*>(host->groups->groups[0].Get()));
     slots.Replace<Kind::Host, &IMacroConnectedItems::get_Count, &IMacroConnectedItems::get_Item>(
         static_cast<IMacroConnectedItems*>(items.Get()));
-    slots.Replace<Kind::Host, &IMacroConnectedItem::get_Key>(
+    slots.Replace<Kind::Host, &IMacroConnectedItem::get_key>(
         static_cast<IMacroConnectedItem*>(items->items[0].Get()));
     Job job = Asking("IsMacroConnected", [this](std::wstring& answer) {
         VARIANT_BOOL connected = VARIANT_FALSE;

@@ -63,7 +63,7 @@ TEST_F(DeviceTest, FindsItsChannelsWithoutRegardToCase) {
     EXPECT_TRUE(com::SameObject(added.Get(), Find(L"ai1").Get()));
     EXPECT_EQ(L"21.5", TextOf(*added.Get(), &IChannel::get_ChannelValue));
     EXPECT_EQ(L"3,Auto;0,Off", TextOf(*added.Get(), &IChannel::get_SetupText));
-    EXPECT_EQ(L"AI1", TextOf(*added.As<IChannelSetup>().Get(), &IChannelSetup::get_Key));
+    EXPECT_EQ(L"AI1", TextOf(*added.As<IChannelSetup>().Get(), &IChannelSetup::get_key));
     EXPECT_EQ(L"1", TextOf(*Find(L"DO2").Get(), &IChannel::get_ChannelValue));
 }
 
@@ -91,7 +91,7 @@ TEST_F(DeviceTest, ListsItsChannelsInTheirOrder) {
     for (long position = 1; position <= 2; ++position) {
         com::Ref<IChannel> channel;
         ASSERT_EQ(S_OK, setup_->get_ChannelAt(position, channel.Put()));
-        EXPECT_EQ(keys[position - 1], TextOf(*channel.As<IChannelSetup>().Get(), &IChannelSetup::get_Key));
+        EXPECT_EQ(keys[position - 1], TextOf(*channel.As<IChannelSetup>().Get(), &IChannelSetup::get_key));
     }
     for (const long position : {-1L, 0L, 3L}) {
         com::Ref<IChannel> channel;

@@ -41,7 +41,7 @@ class ProjectTest : public testing::Test {
             for (long j = 1; j <= LongOf(*items.Get(), &IMacroConnectedItems::get_Count); ++j) {
                 com::Ref<IMacroConnectedItem> item;
                 EXPECT_EQ(S_OK, items->get_Item(j, item.Put()));
-                keys.push_back(TextOf(*item.Get(), &IMacroConnectedItem::get_Key));
+                keys.push_back(TextOf(*item.Get(), &IMacroConnectedItem::get_key));
             }
         }
         return keys;

@@ -24,7 +24,7 @@ class ConnectedItem final : public com::DualObject<ConnectedItem, IMacroConnecte
     HRESULT result = S_OK;
     int reads = 0;
 
-    STDMETHODIMP get_Key(BSTR* value) override {
+    STDMETHODIMP get_key(BSTR* value) override {
         ++reads;
         *value = SUCCEEDED(result) ? com::Bstr(key_).Detach() : nullptr;
         return result;
