@@ -53,16 +53,21 @@ std::wstring ReadClassesText(HKEY root, const std::wstring& path) {
     return key ? ReadText(key) : std::wstring();
 }
 
-/// True when the name stands for another class whose file exists: host services
-/// are looked up by name, and the machine may have its own.
-bool NamesAnother(const std::wstring& progId, const std::wstring& clsid, HKEY root) {
-    const std::wstring other = ReadClassesText(root, progId + L"\\CLSID");
-    return !other.empty() && !SameText(other, clsid) &&
-           FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32"));
+enum class Action { Register, Unregister };
+
+/// True when the name stands for another class and stays with it.
+bool StaysWithAnother(const ClassEntry& entry, const std::wstring& clsid, Action action, HKEY root) {
+    const std::wstring other = ReadClassesText(root, std::wstring(entry.progId) + L"\\CLSID");
+    if (other.empty() || SameText(other, clsid)) {
+        return false;
+    }
+    return entry.rule == ProgIdRule::Own
+               ? action == Action::Unregister
+               : FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32"));
 }
 
 void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library,
-               HKEY root) {
+               Action action, HKEY root) {
     const std::wstring clsid = TextOfGuid(*entry.id);
     const std::wstring key = L"CLSID\\" + clsid;
     plan.Key(key);
@@ -75,7 +80,7 @@ void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, co
     if (entry.progId != nullptr) {
         plan.Value(key + L"\\ProgID", entry.progId);
     }
-    if (entry.progId != nullptr && !NamesAnother(entry.progId, clsid, root)) {
+    if (entry.progId != nullptr && !StaysWithAnother(entry, clsid, action, root)) {
         plan.Key(entry.progId);
         plan.Value(entry.progId, entry.description);
         plan.Value(std::wstring(entry.progId) + L"\\CLSID", clsid);
@@ -174,7 +179,7 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
     }
 }
 
-Plan MakePlan(const ServerInfo& server, HKEY root) {
+Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
     Plan plan;
     const std::wstring file = ThisModule().FilePath();
     std::vector<Library> libraries;
@@ -183,7 +188,7 @@ Plan MakePlan(const ServerInfo& server, HKEY root) {
     }
     const std::wstring own = IdOf(*libraries.front().library.Get());
     for (const ClassEntry& entry : server.classes) {
-        PlanClass(plan, entry, file, own, root);
+        PlanClass(plan, entry, file, own, action, root);
     }
     for (const Library& library : libraries) {
         const bool isOwn = &library == &libraries.front();
@@ -255,7 +260,7 @@ class Snapshot {
 
 void Register(const ServerInfo& server, Scope scope) {
     const HKEY root = RootOf(scope);
-    const Plan plan = MakePlan(server, root);
+    const Plan plan = MakePlan(server, Action::Register, root);
     Snapshot(plan, root).Guard([&] {
         for (const std::wstring& key : plan.keys) {
             DeleteTree(root, key.c_str()); // what an older version left must not shine through
@@ -268,7 +273,7 @@ void Register(const ServerInfo& server, Scope scope) {
 
 void Unregister(const ServerInfo& server, Scope scope) {
     const HKEY root = RootOf(scope);
-    const Plan plan = MakePlan(server, root);
+    const Plan plan = MakePlan(server, Action::Unregister, root);
     Snapshot(plan, root).Guard([&] { Remove(plan, root); });
 }
 

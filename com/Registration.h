@@ -6,10 +6,20 @@
 
 namespace com {
 
+/// Who has a ProgID that two makers register.
+enum class ProgIdRule {
+    /// The class alone: registering takes the name from another class.
+    Own,
+    /// Whoever has it first, for as long as that class's file exists: the name
+    /// stands for a service that the machine may have from somebody else.
+    Shared
+};
+
 /// A class of the DLL. Creatable classes have a ProgID.
 struct ClassEntry {
     const CLSID* id;
     const wchar_t* progId;
+    ProgIdRule rule;
     const wchar_t* description;
     HRESULT (*create)(REFIID iid, void** out);
 };
@@ -25,13 +35,13 @@ enum class Scope { Machine, User };
 
 /// Registers classes and type libraries with their interfaces. All or nothing:
 /// on a failure every key that it touches is as it was before the call. A type
-/// library or a ProgID that another existing file has registered stays that
-/// file's.
+/// library or a shared ProgID that another existing file has registered stays
+/// that file's.
 /// Throws CallError.
 void Register(const ServerInfo& server, Scope scope);
 
-/// Removes all that Register writes, and nothing that is another file's. What is
-/// not there is no error. All or nothing, like registering.
+/// Removes all that Register writes, and nothing that is another file's or
+/// another class's. What is not there is no error. All or nothing, like registering.
 void Unregister(const ServerInfo& server, Scope scope);
 
 } // namespace com

@@ -20,10 +20,10 @@ constexpr int kTypeLibraries = 2;
 
 const com::ServerInfo& ThisServer() noexcept {
     static const std::array<com::ClassEntry, 2> classes{{
-        {&__uuidof(::CDBAppObject), L"O_Tam_id.CDBAppObject", L"Remote I/O module object",
-         &Create<CDBAppObject>},
-        {&__uuidof(::TamObjectManager), L"O_Tam_id.TamObjectManager", L"Manager of channel objects",
-         &Create<TamObjectManager>},
+        {&__uuidof(::CDBAppObject), L"O_Tam_id.CDBAppObject", com::ProgIdRule::Own,
+         L"Remote I/O module object", &Create<CDBAppObject>},
+        {&__uuidof(::TamObjectManager), L"O_Tam_id.TamObjectManager", com::ProgIdRule::Own,
+         L"Manager of channel objects", &Create<TamObjectManager>},
     }};
     static const com::ServerInfo server{classes, kTypeLibraries};
     return server;

@@ -21,17 +21,21 @@ HRESULT Create(REFIID iid, void** out) {
     return T::Make()->QueryInterface(iid, out);
 }
 
+/// A machine may have these services from its own host.
+constexpr com::ProgIdRule kRule = com::ProgIdRule::Shared;
+
 const com::ClassEntry kClasses[] = {
-    {&__uuidof(::UnitConverter), L"UnitManager.Converter", L"Unit converter", Create<UnitConverter>},
-    {&__uuidof(::DatabaseLocation), L"OrvHost.DatabaseLocation", L"Database location",
+    {&__uuidof(::UnitConverter), L"UnitManager.Converter", kRule, L"Unit converter", Create<UnitConverter>},
+    {&__uuidof(::DatabaseLocation), L"OrvHost.DatabaseLocation", kRule, L"Database location",
      Create<DatabaseLocation>},
-    {&__uuidof(::CompilersInterop), L"ORV.QB.Interop.Compilers.CompilersInterop", L"Database compiler",
+    {&__uuidof(::CompilersInterop), L"ORV.QB.Interop.Compilers.CompilersInterop", kRule, L"Database compiler",
      Create<CompilersInterop>},
-    {&__uuidof(::Project), L"OrvHost.Project", L"Project", Create<Project>},
-    {&__uuidof(::GenericObject), L"O_Generic.CDBAppObject", L"Generic block", Create<GenericObject>},
-    {&__uuidof(::LibraryService), L"OrvHost.LibraryService", L"Object library", Create<LibraryService>},
-    {&__uuidof(::DeviceContext), L"OrvHost.DeviceContext", L"Device context", Create<DeviceContext>},
-    {&__uuidof(::Device), L"OrvHost.Device", L"Device", Create<Device>},
+    {&__uuidof(::Project), L"OrvHost.Project", kRule, L"Project", Create<Project>},
+    {&__uuidof(::GenericObject), L"O_Generic.CDBAppObject", kRule, L"Generic block", Create<GenericObject>},
+    {&__uuidof(::LibraryService), L"OrvHost.LibraryService", kRule, L"Object library",
+     Create<LibraryService>},
+    {&__uuidof(::DeviceContext), L"OrvHost.DeviceContext", kRule, L"Device context", Create<DeviceContext>},
+    {&__uuidof(::Device), L"OrvHost.Device", kRule, L"Device", Create<Device>},
 };
 
 } // namespace

@@ -127,12 +127,35 @@ TEST_F(TwoDllsTest, GoInAnyOrder) {
     EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
 }
 
+/// A class of another maker, whose file exists or is gone.
+class OtherMaker {
+  public:
+    explicit OtherMaker(Scope scope, bool fileExists = true) : scope_(scope) {
+        wchar_t file[MAX_PATH] = L"C:\\Gone\\Other.dll";
+        if (fileExists) {
+            GetModuleFileNameW(nullptr, file, MAX_PATH);
+        }
+        Plant(scope, std::wstring(kKey) + L"\\InprocServer32", nullptr, file);
+    }
+    ~OtherMaker() {
+        Clear(scope_, kKey);
+        RegDeleteKeyW(Root(scope_), L"Software\\Classes\\CLSID"); // fails while other classes are in it
+    }
+    OtherMaker(const OtherMaker&) = delete;
+    OtherMaker& operator=(const OtherMaker&) = delete;
+
+    /// Registers the class under a name.
+    void Take(const std::wstring& name) const { Plant(scope_, name + L"\\CLSID", nullptr, kId); }
+
+  private:
+    static constexpr const wchar_t* kId = L"{22222222-0000-0000-0000-000000000000}";
+    static constexpr const wchar_t* kKey = L"CLSID\\{22222222-0000-0000-0000-000000000000}";
+    Scope scope_;
+};
+
 TEST_F(TwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
-    const std::wstring other = L"{22222222-0000-0000-0000-000000000000}";
-    wchar_t file[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, file, MAX_PATH);
-    Plant(Scope::Machine, L"CLSID\\" + other + L"\\InprocServer32", nullptr, file);
-    Plant(Scope::Machine, L"UnitManager.Converter\\CLSID", nullptr, other);
+    const OtherMaker other(Scope::Machine);
+    other.Take(L"UnitManager.Converter");
     const Lines planted = Snapshot(Scope::Machine);
 
     ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
@@ -143,8 +166,59 @@ TEST_F(TwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
     EXPECT_EQ("", Difference(planted, Snapshot(Scope::Machine)));
 
     Clear(Scope::Machine, L"UnitManager.Converter");
-    Clear(Scope::Machine, L"CLSID\\" + other);
 }
+
+TEST_F(TwoDllsTest, TakesANameThatAGoneFileLeft) {
+    const OtherMaker other(Scope::Machine, false);
+    const Lines planted = Snapshot(Scope::Machine);
+    other.Take(L"UnitManager.Converter");
+    ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
+    EXPECT_EQ("1 {B9D8C385-B68C-42DD-9F97-3FA4AB215234}",
+              Snapshot(Scope::Machine).at("HKLM UnitManager.Converter\\CLSID : "));
+    EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
+    EXPECT_EQ("", Difference(planted, Snapshot(Scope::Machine)));
+}
+
+/// The component's own names, whoever has them.
+class OwnNamesTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {
+  protected:
+    static constexpr const wchar_t* kNames[] = {L"O_Tam_id.CDBAppObject", L"O_Tam_id.TamObjectManager"};
+};
+
+TEST_P(OwnNamesTest, AreTakenFromAnotherMaker) {
+    for (const bool fileExists : {true, false}) {
+        const OtherMaker other(GetParam(), fileExists);
+        const Lines planted = Snapshot();
+        const Lines complete = Registration(Component(), GetParam(), component.Path(), true);
+        for (const wchar_t* const name : kNames) {
+            other.Take(name);
+            Plant(GetParam(), std::wstring(name) + L"\\CurVer", nullptr, std::wstring(name) + L".9");
+        }
+        ASSERT_EQ(S_OK, component.Register(GetParam()));
+        EXPECT_EQ("", Difference(Added(planted, complete), Added(planted, Snapshot())));
+        EXPECT_EQ(S_OK, component.Unregister(GetParam()));
+        EXPECT_EQ("", Difference(planted, Snapshot()));
+    }
+}
+
+TEST_P(OwnNamesTest, AreLeftToAnotherMakerAtUnregistering) {
+    for (const bool fileExists : {true, false}) {
+        const OtherMaker other(GetParam(), fileExists);
+        ASSERT_EQ(S_OK, component.Register(GetParam()));
+        Clear(GetParam(), kNames[0]);
+        other.Take(kNames[0]);
+        EXPECT_EQ(S_OK, component.Unregister(GetParam()));
+
+        const std::string name = Prefix(GetParam()) + "O_Tam_id.CDBAppObject";
+        const Lines after = Snapshot();
+        EXPECT_EQ("1 {22222222-0000-0000-0000-000000000000}", after.at(name + "\\CLSID : "));
+        EXPECT_FALSE(after.contains(Prefix(GetParam()) + "O_Tam_id.TamObjectManager"));
+        Clear(GetParam(), kNames[0]);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Scopes, OwnNamesTest, ::testing::Values(Scope::Machine, Scope::User),
+                         [](const auto& scope) { return scope.param == Scope::User ? "User" : "Machine"; });
 
 TEST_F(TwoDllsTest, OnlyTheTextUserIsForTheUser) {
     const Lines machine = Added(before, Registration(Component(), Scope::Machine, component.Path(), true));
