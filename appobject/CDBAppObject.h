@@ -32,6 +32,13 @@ class CDBAppObject final
     ~CDBAppObject() override;
 
     // The component's own side.
+
+    /// The collections as what they are; empty after Destroy.
+    const com::Ref<CDBInputs>& Inputs() const noexcept { return inputs_; }
+    const com::Ref<CDBOutputs>& Outputs() const noexcept { return outputs_; }
+    const com::Ref<CDBAttributes>& Attributes() const noexcept { return attributes_; }
+    /// The host's unit converter, made with the object.
+    const com::Ref<IDispatch>& UnitsManager() const noexcept { return unitsManager_; }
     std::uint8_t ChannelNumber() const noexcept { return channelNumber_; }
     void SetChannelNumber(std::uint8_t number) noexcept { channelNumber_ = number; }
     void EndPlugIn() noexcept { isPlugInActive_ = false; }

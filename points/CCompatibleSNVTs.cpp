@@ -59,7 +59,7 @@ void CCompatibleSNVTs::RemoveItem(std::wstring_view index) {
         throw RunTimeError(RunTime::InvalidCall);
     }
     entries_.erase(*id);
-    list_.Remove(std::wstring(*id));
+    list_.RemovePosition(static_cast<std::size_t>(position));
 }
 
 com::Ref<CCompatibleSNVT> CCompatibleSNVTs::EntryAt(std::size_t position) {

@@ -46,7 +46,9 @@ class PointItems {
             throw RunTimeError(RunTime::InvalidCall);
         }
         ItemsChange();
-        items_.RemovePosition(items_.PositionOf(*found));
+        if (!items_.RemoveKey(index)) {
+            items_.RemovePosition(items_.PositionOf(*found));
+        }
     }
     void Clear() {
         ItemsChange();

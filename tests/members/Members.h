@@ -1,0 +1,41 @@
+#pragma once
+
+#include "appobject/CDBAppObject.h"
+#include "common/RunTimeError.h"
+#include "tests/support/Fixture.h"
+
+#include <string>
+
+namespace members {
+
+/// A test of what the component's classes offer each other. Objects are made in
+/// this program itself; at the end none of them lives. Boxes are seen as in
+/// every other test.
+class MembersTest : public support::ComponentTest {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    /// A module object, loaded from a device stream when there is one.
+    com::Ref<tam::CDBAppObject> Module(const std::wstring& stream = {});
+    /// Makes the document with this content the catalogue of this program's objects.
+    static void UseCatalogue(const std::wstring& entries);
+
+  private:
+    long objectsBefore_ = 0;
+};
+
+/// The number of the run-time error that a call ends with; 0 for none.
+template <class F>
+int ErrorOf(F&& call) {
+    try {
+        call();
+    } catch (const tam::RunTimeError& error) {
+        return error.Number();
+    }
+    return 0;
+}
+
+constexpr int kInvalidCall = 5;
+
+} // namespace members
