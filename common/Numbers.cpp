@@ -198,8 +198,5 @@ std::int32_t ToInt32(double number) {
 std::int16_t ToInt16(double number) {
     return Convert<std::int16_t>(number);
 }
-std::uint8_t ToUInt8(double number) {
-    return Convert<std::uint8_t>(number);
-}
 
 } // namespace tam

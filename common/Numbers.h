@@ -26,6 +26,5 @@ double RoundToEven(double number);
 /// range or the number is NaN.
 std::int32_t ToInt32(double number);
 std::int16_t ToInt16(double number);
-std::uint8_t ToUInt8(double number);
 
 } // namespace tam

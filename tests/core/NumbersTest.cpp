@@ -172,13 +172,5 @@ TEST(ToInt16Test, RoundsAndThrowsOutOfRange) {
     EXPECT_EQ(ErrorOf([&] { ToInt16(std::nan("")); }), kOverflow);
 }
 
-TEST(ToUInt8Test, RoundsAndThrowsOutOfRange) {
-    EXPECT_EQ(ToUInt8(254.5), 254);
-    EXPECT_EQ(ToUInt8(255.4), 255);
-    EXPECT_EQ(ToUInt8(-0.5), 0);
-    EXPECT_EQ(ErrorOf([&] { ToUInt8(255.5); }), kOverflow);
-    EXPECT_EQ(ErrorOf([&] { ToUInt8(-0.6); }), kOverflow);
-}
-
 } // namespace
 } // namespace tam
