@@ -121,11 +121,6 @@ bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) {
                       [](wchar_t x, wchar_t y) { return x == y || UpperCase(x) == UpperCase(y); });
 }
 
-// Capitals, not small letters: both small sigmas have the same one.
-std::wstring FoldKey(std::wstring_view key) {
-    return UpperCase(key);
-}
-
 std::size_t FoldedHash::operator()(std::wstring_view key) const {
     // FNV-1a over characters in place of bytes.
     std::uint32_t hash = 0x811C9DC5u;

@@ -18,11 +18,9 @@ std::wstring LowerCase(std::wstring_view text);
 
 bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b);
 
-/// What two keys of a keyed collection that differ in case only share.
-std::wstring FoldKey(std::wstring_view key);
-
-/// Hash and equality of texts whose FoldKey is the same. They fold as they go,
-/// so that a look-up makes no copy of the key.
+/// Hash and equality of keys that differ in case only. They fold as they go, so
+/// that a look-up makes no copy of the key. By capitals, not small letters: both
+/// small sigmas have the same one.
 struct FoldedHash {
     using is_transparent = void;
     std::size_t operator()(std::wstring_view key) const;
