@@ -35,13 +35,9 @@ class CompatibleList {
     std::size_t Count() const noexcept { return ids_.size(); }
     /// By 1-based position; null when out of range.
     const std::wstring* At(std::size_t oneBased) const noexcept;
-    /// In order.
-    const std::vector<std::wstring>& Ids() const noexcept { return ids_; }
 
     /// The identifiers of other that this list has too, in other's order.
     CompatibleList Merge(const CompatibleList& other) const;
-
-    bool operator==(const CompatibleList& other) const { return ids_ == other.ids_; }
 
   private:
     struct Hash {

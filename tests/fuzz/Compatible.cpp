@@ -32,7 +32,6 @@ void AddByRule(Plain& list, const std::wstring& text) {
 }
 
 void Compare(const CompatibleList& list, const Plain& plain) {
-    Require(list.Ids() == plain);
     Require(list.Count() == plain.size());
     std::wstring joined;
     for (std::size_t i = 0; i < plain.size(); ++i) {
@@ -62,10 +61,10 @@ void FuzzCompatible(Input& input) {
 
     std::erase_if(otherPlain, [&](const std::wstring& id) { return !Has(plain, id); });
     Compare(list.Merge(other), otherPlain);
-    Require(list.Merge(list) == list);
+    Require(list.Merge(list).GetList() == list.GetList());
     CompatibleList again;
     again.Add(list.GetList());
-    Require(again == list);
+    Require(again.GetList() == list.GetList());
 
     while (!input.IsAtEnd()) {
         const std::size_t choice = input.Below(4);
