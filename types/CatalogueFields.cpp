@@ -4,13 +4,8 @@
 
 namespace tam {
 
-const std::wstring& CatalogueFields::Text(std::size_t field) {
-    Field& found = fields_[field];
-    if (!found.hasText) {
-        found.text = dom::TextOf(found.node);
-        found.hasText = true;
-    }
-    return found.text;
+std::wstring CatalogueFields::Text(std::size_t field) const {
+    return dom::TextOf(fields_[field].node);
 }
 
 bool CatalogueFields::Has(std::size_t field) {

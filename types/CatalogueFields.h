@@ -9,8 +9,10 @@
 
 namespace tam {
 
-/// The children of a catalogue entry without the comments, each read from the
-/// document once however often they are walked: most entries are walked twice.
+/// The children of a catalogue entry without the comments, with their names. Each
+/// is looked up in the document once however often they are walked: most entries
+/// are walked twice, once for the type and once for what such a type has. A text
+/// is read when it is asked for, which happens in one of the two walks.
 /// They are read when a walk comes to them, so a walk that ends early has read
 /// no more than it saw. A read that failed is tried again by the next walk.
 class CatalogueFields {
@@ -26,15 +28,13 @@ class CatalogueFields {
         }
     }
     /// Text of the child with all below it.
-    const std::wstring& Text(std::size_t field);
+    std::wstring Text(std::size_t field) const;
 
   private:
     struct Field {
         dom::Node node;
         bool hasKeyword = false;
-        bool hasText = false;
         std::wstring keyword;
-        std::wstring text;
     };
 
     /// Reads on until that child is known; false when there is none.
