@@ -102,6 +102,16 @@ TEST_F(frmCPModif1Test, CorrectsAValueAboveTheMaximumWhileItIsTyped) {
     ExpectBox(messages[0], L"The value is greater than " + Local(L"500.25"), L"Gateway Object");
 }
 
+TEST_F(frmCPModif1Test, ConfirmsAValueAboveTheMaximumThatNobodyTouched) {
+    const auto value = Edit(Attribute(kSigned, L"501"), [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(kBox), L"501");
+        dialog.Click(IDOK);
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(value, L"501");
+    EXPECT_TRUE(Messages().empty());
+}
+
 TEST_F(frmCPModif1Test, RefusesAValueBelowTheMinimumAtOk) {
     const auto value = Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
         dialog.Type(kBox, L"-101");
