@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <optional>
+#include <sstream>
 
 namespace bench {
 
@@ -25,12 +25,15 @@ struct Place {
 
 /// The place that the compiler's reasons begin with; not every one has one.
 std::optional<Place> PlaceIn(const std::string& reason) {
+    std::istringstream text(reason);
     Place place;
-    if (std::sscanf(reason.c_str(), "line %u, column %u:", &place.line, &place.column) == 2 &&
-        place.line > 0 && place.column > 0) {
-        return place;
-    }
-    return std::nullopt;
+    std::string line;
+    std::string column;
+    char comma = 0;
+    char colon = 0;
+    text >> line >> place.line >> comma >> column >> place.column >> colon;
+    const bool isPlace = text && line == "line" && comma == ',' && column == "column" && colon == ':';
+    return isPlace && place.line > 0 && place.column > 0 ? std::optional(place) : std::nullopt;
 }
 
 std::wstring DatabasePath() {

@@ -106,13 +106,14 @@ class Host {
   private:
     class Unreported {
       public:
-        explicit Unreported(bool& isUnseen) : isUnseen_(isUnseen) { isUnseen_ = true; }
-        ~Unreported() { isUnseen_ = false; }
+        explicit Unreported(bool& isUnseen) : isUnseen_(isUnseen), outer_(std::exchange(isUnseen, true)) {}
+        ~Unreported() { isUnseen_ = outer_; }
         Unreported(const Unreported&) = delete;
         Unreported& operator=(const Unreported&) = delete;
 
       private:
         bool& isUnseen_;
+        bool outer_;
     };
 
     bool AnswerBox(HWND window, const Box& box);

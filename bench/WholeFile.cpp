@@ -22,7 +22,10 @@ using File = std::unique_ptr<HANDLE, CloseFileHandle>;
 File Open(const std::wstring& path, DWORD disposition) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, disposition,
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
-    return File(file != INVALID_HANDLE_VALUE ? file : nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return nullptr;
+    }
+    return File(file);
 }
 
 void Write(const File& file, std::string_view bytes, const std::wstring& path) {
