@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <sstream>
+#include <string_view>
 
 namespace bench {
 

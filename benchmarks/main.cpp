@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <iomanip>
+#include <ios>
 #include <sstream>
 #include <string>
 #include <utility>

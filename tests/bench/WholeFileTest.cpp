@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <string>
+
 namespace benchtest {
 
 namespace {

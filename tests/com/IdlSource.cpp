@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace contract {
 

@@ -1,5 +1,7 @@
 #include "tests/members/Members.h"
 
+#include <initializer_list>
+
 using namespace members;
 using namespace support;
 
