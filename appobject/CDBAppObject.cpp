@@ -34,7 +34,7 @@ struct SideKeys {
 
 /// True when the name of any point of the collection begins with the prefix.
 template <class Collection>
-bool AnyNameBegins(const com::Ref<Collection>& collection, const std::wstring& prefix) {
+bool AnyNameBegins(const com::Owned<Collection>& collection, const std::wstring& prefix) {
     if (!collection) {
         return false;
     }
@@ -45,19 +45,12 @@ bool AnyNameBegins(const com::Ref<Collection>& collection, const std::wstring& p
 } // namespace
 
 CDBAppObject::CDBAppObject()
-    : inputs_(CDBInputs::Make())
-    , outputs_(CDBOutputs::Make())
-    , attributes_(CDBAttributes::Make())
-    , link_(std::make_shared<OwnerLink>()) {
+    : inputs_(CDBInputs::Make(AsOwner()))
+    , outputs_(CDBOutputs::Make(AsOwner()))
+    , attributes_(CDBAttributes::Make(AsOwner())) {
     State().AppPath = com::ThisModule().Folder();
     InitDecimalSeparator();
     unitsManager_ = com::CreateByProgId(kConverterProgId);
-    link_->owner = this;
-}
-
-CDBAppObject::~CDBAppObject() {
-    // Points that the host still holds have no owner from here on.
-    link_->owner = nullptr;
 }
 
 STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {

@@ -29,7 +29,10 @@ class CDBAppObject final
 
     /// Throws when the host's unit converter cannot be created.
     CDBAppObject();
-    ~CDBAppObject() override;
+
+    // PointOwner and the interfaces are one object.
+    ULONG STDMETHODCALLTYPE AddRef() override { return Object::AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return Object::Release(); }
 
     // The component's own side.
 
@@ -126,6 +129,7 @@ class CDBAppObject final
     }
 
     // PointOwner
+    PointOwner& AsOwner() noexcept { return *this; }
     com::Ref<IAppObject> AppObject() override { return This<IAppObject>(); }
     const std::wstring& OwnerName() const override { return name_; }
     short OwnerExportIndex() const override { return exportIndex_; }
@@ -178,9 +182,9 @@ class CDBAppObject final
     short exportIndex_ = 0;
     double xPosition_ = 0;
     double yPosition_ = 0;
-    com::Ref<CDBInputs> inputs_;
-    com::Ref<CDBOutputs> outputs_;
-    com::Ref<CDBAttributes> attributes_;
+    com::Owned<CDBInputs> inputs_;
+    com::Owned<CDBOutputs> outputs_;
+    com::Owned<CDBAttributes> attributes_;
     std::uint8_t channelNumber_ = 255;
     std::wstring devKey_;
     short tamObjectId_ = 0;
@@ -189,7 +193,6 @@ class CDBAppObject final
     long cdbDimension_ = 0;
     long ddbDimension_ = 0;
     bool isLastOnDev_ = false;
-    std::shared_ptr<OwnerLink> link_;
 };
 
 } // namespace tam

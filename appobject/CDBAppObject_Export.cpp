@@ -71,7 +71,7 @@ void ExportInputs(const dom::Document& document, const dom::Node& root, const co
     if (!inputs) {
         return;
     }
-    for (const com::Ref<CDBInput>& input : inputs->All()) {
+    for (const auto& input : inputs->All()) {
         const bool connected = IsConnectedReference(input->LinkReference());
         const dom::Element element = AppendPoint(document, container, input->PointName());
         dom::SetAttribute(element, kLinkReference, input->LinkReference());
@@ -91,7 +91,7 @@ void ExportOutputs(const dom::Document& document, const dom::Node& root, const c
     if (!outputs) {
         return;
     }
-    for (const com::Ref<CDBOutput>& output : outputs->All()) {
+    for (const auto& output : outputs->All()) {
         const bool connected =
             output->IsConnected() || referenced.contains(ReferenceKey(output->PointName()));
         const dom::Element element = AppendPoint(document, container, output->PointName());
@@ -114,7 +114,7 @@ void ExportAttributes(const dom::Document& document, const dom::Node& root,
     if (!attributes) {
         return;
     }
-    for (const com::Ref<CDBAttribute>& attribute : attributes->All()) {
+    for (const auto& attribute : attributes->All()) {
         const std::wstring key = ReferenceKey(attribute->PointName());
         const bool connected = key == kConfigurationKey || referenced.contains(key);
         const dom::Element element = AppendPoint(document, container, attribute->PointName());
@@ -228,8 +228,8 @@ STDMETHODIMP CDBAppObject::ClearReferences() {
         if (!inputs_) {
             return;
         }
-        const auto inputs = inputs_; // a message of the host may drop the collection meanwhile
-        for (const com::Ref<CDBInput>& input : inputs->All()) {
+        const com::Ref<CDBInputs> inputs = inputs_; // a message of the host may drop the collection meanwhile
+        for (const com::Ref<CDBInput> input : inputs->All()) { // held over the yield
             YieldToHost();
             com::Attempt([&] {
                 VARIANT_BOOL extended = VARIANT_FALSE;

@@ -52,14 +52,14 @@ constexpr const wchar_t* kStreamOutputs = L"Tam/OutReferences";
 constexpr const wchar_t* kStreamAttributes = L"Tam/Attributes";
 
 template <class Collection>
-bool HasItems(const com::Ref<Collection>& collection) {
+bool HasItems(const com::Owned<Collection>& collection) {
     return collection && collection->All().Count() > 0;
 }
 
 /// Passes each reference element of a section to the collection, which is made
 /// if the host has dropped it meanwhile.
 template <class Collection>
-void LoadSection(const dom::Document& stream, const wchar_t* path, com::Ref<Collection>& collection,
+void LoadSection(const dom::Document& stream, const wchar_t* path, com::Owned<Collection>& collection,
                  const OwnerRef& owner) {
     const dom::Node section = dom::FirstByTagName(stream, path);
     if (!section) {
@@ -71,7 +71,7 @@ void LoadSection(const dom::Document& stream, const wchar_t* path, com::Ref<Coll
             return;
         }
         if (!collection) {
-            collection = Collection::Make();
+            collection = Collection::Make(OwnerOf(owner));
         }
         // Adding yields and shows boxes: the host may drop the collection in the middle.
         const com::Ref<Collection> kept = collection;
@@ -100,12 +100,12 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
         return;
     }
     const auto& outputs = outputs_->All();
-    const auto isDisplayable = [](const com::Ref<CDBOutput>& output) { return output->IsDisplayable(); };
+    const auto isDisplayable = [](const auto& output) { return output->IsDisplayable(); };
     if (std::none_of(outputs.begin(), outputs.end(), isDisplayable)) {
         return;
     }
     const dom::Node container(dom::Append(document, element, kOutputs));
-    for (const com::Ref<CDBOutput>& output : outputs) {
+    for (const auto& output : outputs) {
         if (isDisplayable(output)) {
             dom::SetAttribute(dom::Append(document, container, output->PointName()), kIsDisplayable, L"1");
         }
@@ -148,7 +148,7 @@ void CDBAppObject::LoadDisplayFlags(const dom::Node& element) {
             return;
         }
         com::CheckSet(outputs_.Get());
-        const com::Ref<CDBOutput>* output = outputs_->All().FindKey(dom::BaseName(child));
+        const auto* output = outputs_->All().FindKey(dom::BaseName(child));
         com::CheckSet(output);
         (*output)->SetDisplayable(true);
     });
@@ -162,7 +162,7 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
         dom::AppendText(target, element, kKey, extendedKey_);
         if (HasItems(inputs_)) {
             const dom::Node container(dom::Append(target, element, kInputs));
-            for (const com::Ref<CDBInput>& input : inputs_->All()) {
+            for (const auto& input : inputs_->All()) {
                 const dom::Node node(dom::Append(target, container, input->PointName()));
                 dom::AppendText(target, node, kReference, input->ProtocolReference());
                 dom::AppendText(target, node, kLogicalAddress, input->LogicalAddress());
@@ -172,7 +172,7 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
         }
         if (HasItems(outputs_)) {
             const dom::Node container(dom::Append(target, element, kOutputs));
-            for (const com::Ref<CDBOutput>& output : outputs_->All()) {
+            for (const auto& output : outputs_->All()) {
                 const dom::Element node = dom::Append(target, container, output->PointName());
                 if (output->IsDisplayable()) {
                     dom::SetAttribute(node, kIsDisplayable, L"1");
@@ -183,7 +183,7 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
         }
         if (HasItems(attributes_)) {
             const dom::Node container(dom::Append(target, element, kAttributes));
-            for (const com::Ref<CDBAttribute>& attribute : attributes_->All()) {
+            for (const auto& attribute : attributes_->All()) {
                 const dom::Node node(dom::Append(target, container, attribute->PointName()));
                 dom::AppendText(target, node, kValue, attribute->ValueText());
             }
@@ -194,10 +194,10 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
 STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
     return Do([&] {
         // All three before any is replaced: points of two streams never stand together.
-        auto inputs = CDBInputs::Make();
-        auto outputs = CDBOutputs::Make();
+        com::Owned inputs(CDBInputs::Make(AsOwner()));
+        com::Owned outputs(CDBOutputs::Make(AsOwner()));
         if (!attributes_) {
-            attributes_ = CDBAttributes::Make();
+            attributes_ = CDBAttributes::Make(AsOwner());
         }
         inputs_ = std::move(inputs);
         outputs_ = std::move(outputs);
@@ -212,9 +212,9 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         }
         LoadStreamHeader(dom::Node(stream));
         definitionName_ = kStreamDefinition;
-        LoadSection(stream, kStreamInputs, inputs_, link_);
-        LoadSection(stream, kStreamOutputs, outputs_, link_);
-        LoadSection(stream, kStreamAttributes, attributes_, link_);
+        LoadSection(stream, kStreamInputs, inputs_, this);
+        LoadSection(stream, kStreamOutputs, outputs_, this);
+        LoadSection(stream, kStreamAttributes, attributes_, this);
     });
 }
 

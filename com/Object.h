@@ -79,12 +79,9 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
     }
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
     ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --references_;
-        CountIsWritten();
+        const ULONG left = CountOff();
         if (left == 0) {
-            // A reference taken and dropped while the object ends must not end it twice.
-            references_ = kEnding;
-            delete this;
+            End();
         }
         return left;
     }
@@ -116,6 +113,19 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
   protected:
     Object() = default;
     virtual ~Object() = default;
+
+    /// Takes a reference off; the caller ends the object with the last.
+    ULONG CountOff() noexcept {
+        const ULONG left = --references_;
+        CountIsWritten();
+        return left;
+    }
+    bool IsReferenced() const noexcept { return references_ != 0; }
+    void End() noexcept {
+        // A reference taken and dropped while the object ends must not end it twice.
+        references_ = kEnding;
+        delete this;
+    }
 
     /// A member that only acts; see Guard.
     template <class F>

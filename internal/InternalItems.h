@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Enumerator.h"
+#include "com/Owned.h"
 #include "common/KeyedCollection.h"
 #include "internal/InternalParent.h"
 
@@ -13,7 +14,7 @@ class InternalItems {
   public:
     /// Wraps each point of the inner collection.
     template <class Collection>
-    void Fill(const com::Ref<Collection>& inner, const InternalRef& parent) {
+    void Fill(const com::Ref<Collection>& inner, ITamInternalAppObject& parent) {
         com::CheckSet(inner.Get());
         WalkPoints<Point>(inner, [&](const com::Ref<Point>& point) {
             items_.Add(NameOf(point), Wrapper::Make(point, parent));
@@ -26,7 +27,7 @@ class InternalItems {
     com::Ref<Wrapper> Find(BSTR index) const noexcept {
         com::Ref<Wrapper> result;
         com::Attempt([&] {
-            if (const com::Ref<Wrapper>* found = items_.Lookup(com::View(index))) {
+            if (const com::Owned<Wrapper>* found = items_.Lookup(com::View(index))) {
                 result = *found;
             }
         });
@@ -36,7 +37,7 @@ class InternalItems {
     com::Ref<IUnknown> Enumerate() const { return com::EnumeratorOf<Point>(items_); }
 
   private:
-    KeyedCollection<com::Ref<Wrapper>> items_;
+    KeyedCollection<com::Owned<Wrapper>> items_;
 };
 
 } // namespace tam

@@ -8,30 +8,25 @@
 
 #include <OrvDBFaces.h>
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace tam {
 
-/// The back reference of a wrapped point to the internal application object
-/// that shows it. It does not keep the object alive and is empty when the
-/// object is gone.
-struct InternalLink {
-    ITamInternalAppObject* parent = nullptr;
-};
-using InternalRef = std::shared_ptr<const InternalLink>;
+/// The internal application object that shows a wrapped point, which holds it
+/// while anybody outside holds the point.
+using InternalRef = ITamInternalAppObject*;
 
-/// The parent; "object not set" when it is gone.
-inline com::Ref<ITamInternalAppObject> ParentOf(const InternalRef& link) {
-    com::CheckSet(link ? link->parent : nullptr);
-    return com::Ref<ITamInternalAppObject>(link->parent);
+/// The parent, held for a call.
+inline com::Ref<ITamInternalAppObject> ParentOf(const InternalRef& parent) {
+    com::CheckSet(parent);
+    return com::Ref<ITamInternalAppObject>(parent);
 }
 
-/// The parent as an application object; empty when it is gone.
-inline com::Ref<IAppObject> ParentObjectOf(const InternalRef& link) {
-    return link && link->parent != nullptr ? com::Query<IAppObject>(link->parent) : com::Ref<IAppObject>();
+/// The parent as an application object.
+inline com::Ref<IAppObject> ParentObjectOf(const InternalRef& parent) {
+    return com::Query<IAppObject>(parent);
 }
 
 /// The name that an item of the channel has in the module: the internal object

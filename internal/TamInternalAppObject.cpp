@@ -81,13 +81,9 @@ void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::R
 
 TamInternalAppObject::TamInternalAppObject()
     : inner_(Required<IAppObject>(com::CreateByProgId(kGenericProgId)))
-    , library_(Required<ILibraryService>(com::CreateByProgId(kLibraryProgId)))
-    , link_(std::make_shared<InternalLink>()) {
-    link_->parent = this;
-}
+    , library_(Required<ILibraryService>(com::CreateByProgId(kLibraryProgId))) {}
 
 TamInternalAppObject::~TamInternalAppObject() {
-    link_->parent = nullptr;
     if (interceptor_) {
         interceptor_->Cut();
     }
@@ -113,13 +109,13 @@ STDMETHODIMP TamInternalAppObject::Create() {
 void TamInternalAppObject::WrapPoints() {
     com::Ref<IInputs> inputs;
     com::Check(inner_->get_Inputs(inputs.Put()));
-    inputs_ = TamInternalInputs::Make(inputs, link_);
+    inputs_ = TamInternalInputs::Make(inputs, *this);
     com::Ref<IOutputs> outputs;
     com::Check(inner_->get_Outputs(outputs.Put()));
-    outputs_ = TamInternalOutputs::Make(outputs, link_);
+    outputs_ = TamInternalOutputs::Make(outputs, *this);
     com::Ref<IAttributes> attributes;
     com::Check(inner_->get_Attributes(attributes.Put()));
-    attributes_ = TamInternalAttributes::Make(attributes, link_);
+    attributes_ = TamInternalAttributes::Make(attributes, *this);
 }
 
 dom::Document TamInternalAppObject::DefinitionDocument() const {

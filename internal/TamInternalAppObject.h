@@ -10,7 +10,6 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
-#include <memory>
 #include <string>
 
 namespace tam {
@@ -95,15 +94,14 @@ class TamInternalAppObject final
     com::Ref<IAppObject> inner_;
     com::Ref<IDispatch> device_;
     std::wstring internalObjectKey_;
-    com::Ref<TamInternalInputs> inputs_;
-    com::Ref<TamInternalOutputs> outputs_;
-    com::Ref<TamInternalAttributes> attributes_;
+    com::Owned<TamInternalInputs> inputs_;
+    com::Owned<TamInternalOutputs> outputs_;
+    com::Owned<TamInternalAttributes> attributes_;
     com::Ref<ILibraryService> library_;
     std::wstring temporaryDeviceKey_;
     std::wstring temporaryInternalObjectKey_;
     long status_ = 0;
     com::Ref<InterceptorLink> interceptor_;
-    std::shared_ptr<InternalLink> link_;
 };
 
 } // namespace tam

@@ -5,13 +5,13 @@
 namespace tam {
 
 STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(parent_); });
+    return Get(value, [&] { return ParentObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
     return Do([&] {
         com::Check(inner_->put_Value(value));
-        const auto parent = ParentOf(parent_);
+        const auto parent = ParentOf(Owner());
         const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
         if (const auto attribute = ContainerAttribute(*parent.Get(), key)) {
             com::Check(attribute->put_Value(value));

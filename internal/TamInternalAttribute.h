@@ -13,13 +13,15 @@ namespace tam {
 
 /// An attribute of a channel's object: the wrapped object's attribute, whose
 /// value the module's attribute of the same channel and name gets too.
-class TamInternalAttribute final
-    : public com::Object<TamInternalAttribute, ForwardAttribute<TamInternalAttribute>> {
+class TamInternalAttribute final : public com::OwnedObject<TamInternalAttribute, ITamInternalAppObject,
+                                                           ForwardAttribute<TamInternalAttribute>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttribute); }
 
-    TamInternalAttribute(com::Ref<IAttribute> inner, InternalRef parent)
-        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+    TamInternalAttribute(com::Ref<IAttribute> inner, ITamInternalAppObject& parent)
+        : inner_(std::move(inner)) {
+        SetOwner(&parent);
+    }
 
     template <class I>
     com::Ref<I> Inner() const {
@@ -31,17 +33,18 @@ class TamInternalAttribute final
 
   private:
     com::Ref<IAttribute> inner_;
-    InternalRef parent_;
 };
 
 /// The attributes of a channel's object.
-class TamInternalAttributes final
-    : public com::Object<TamInternalAttributes, ForwardAttributes<TamInternalAttributes>> {
+class TamInternalAttributes final : public com::OwnedObject<TamInternalAttributes, ITamInternalAppObject,
+                                                            ForwardAttributes<TamInternalAttributes>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttributes); }
 
-    TamInternalAttributes(com::Ref<IAttributes> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+    TamInternalAttributes(com::Ref<IAttributes> inner, ITamInternalAppObject& parent)
+        : inner_(std::move(inner)) {
         items_.Fill(inner_, parent);
+        SetOwner(&parent);
     }
 
     template <class I>

@@ -26,13 +26,13 @@ void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR va
 STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
     return Do([&] {
         com::Check(inner_->put_Value(value));
-        const auto parent = ParentOf(parent_);
+        const auto parent = ParentOf(Owner());
         MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), value);
     });
 }
 
 STDMETHODIMP TamInternalInput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(parent_); });
+    return Get(value, [&] { return ParentObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalInputs::get_Item(BSTR index, IInput** value) {

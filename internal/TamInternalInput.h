@@ -13,13 +13,15 @@ namespace tam {
 
 /// An input of a channel's object: the wrapped object's input, whose value the
 /// module's input of the same channel and name gets too.
-class TamInternalInput final : public com::Object<TamInternalInput, ForwardInput<TamInternalInput>,
-                                                  ForwardConnable<TamInternalInput>> {
+class TamInternalInput final
+    : public com::OwnedObject<TamInternalInput, ITamInternalAppObject, ForwardInput<TamInternalInput>,
+                              ForwardConnable<TamInternalInput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInput); }
 
-    TamInternalInput(com::Ref<IInput> inner, InternalRef parent)
-        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+    TamInternalInput(com::Ref<IInput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
+        SetOwner(&parent);
+    }
 
     template <class I>
     com::Ref<I> Inner() const {
@@ -33,16 +35,17 @@ class TamInternalInput final : public com::Object<TamInternalInput, ForwardInput
 
   private:
     com::Ref<IInput> inner_;
-    InternalRef parent_;
 };
 
 /// The inputs of a channel's object.
-class TamInternalInputs final : public com::Object<TamInternalInputs, ForwardInputs<TamInternalInputs>> {
+class TamInternalInputs final
+    : public com::OwnedObject<TamInternalInputs, ITamInternalAppObject, ForwardInputs<TamInternalInputs>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInputs); }
 
-    TamInternalInputs(com::Ref<IInputs> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+    TamInternalInputs(com::Ref<IInputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         items_.Fill(inner_, parent);
+        SetOwner(&parent);
     }
 
     template <class I>

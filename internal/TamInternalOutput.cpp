@@ -53,7 +53,7 @@ STDMETHODIMP TamInternalOutput::putref_CallBack(IDispatch* value) {
 }
 
 long TamInternalOutput::Index() const {
-    const auto parent = ParentOf(parent_);
+    const auto parent = ParentOf(Owner());
     long status = 0;
     com::Check(parent->get_Status(&status));
     if (status == kCountInContainer) {
@@ -69,7 +69,7 @@ long TamInternalOutput::Index() const {
 }
 
 com::Ref<IOutput> TamInternalOutput::MatchingOutput() const {
-    const auto parent = ParentOf(parent_);
+    const auto parent = ParentOf(Owner());
     const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
     com::Ref<IOutput> output;
     com::Check(OutputsOf(ContainerOf(*parent.Get()))->get_Item(com::Bstr(key).Get(), output.Put()));
@@ -81,7 +81,7 @@ STDMETHODIMP TamInternalOutput::get_Index(long* value) {
 }
 
 STDMETHODIMP TamInternalOutput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(parent_); });
+    return Get(value, [&] { return ParentObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalOutput::put_IsDisplayable(VARIANT_BOOL value) {

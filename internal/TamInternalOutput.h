@@ -14,13 +14,14 @@ namespace tam {
 /// An output of a channel's object: the wrapped object's output, in step with
 /// the module's output of the same channel and name.
 class TamInternalOutput final
-    : public com::Object<TamInternalOutput, ForwardOutput<TamInternalOutput>,
-                         ForwardConnable<TamInternalOutput>, ForwardDisplay<TamInternalOutput>> {
+    : public com::OwnedObject<TamInternalOutput, ITamInternalAppObject, ForwardOutput<TamInternalOutput>,
+                              ForwardConnable<TamInternalOutput>, ForwardDisplay<TamInternalOutput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutput); }
 
-    TamInternalOutput(com::Ref<IOutput> inner, InternalRef parent)
-        : inner_(std::move(inner)), parent_(std::move(parent)) {}
+    TamInternalOutput(com::Ref<IOutput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
+        SetOwner(&parent);
+    }
 
     template <class I>
     com::Ref<I> Inner() const {
@@ -42,16 +43,17 @@ class TamInternalOutput final
     com::Ref<IOutput> MatchingOutput() const;
 
     com::Ref<IOutput> inner_;
-    InternalRef parent_;
 };
 
 /// The outputs of a channel's object.
-class TamInternalOutputs final : public com::Object<TamInternalOutputs, ForwardOutputs<TamInternalOutputs>> {
+class TamInternalOutputs final
+    : public com::OwnedObject<TamInternalOutputs, ITamInternalAppObject, ForwardOutputs<TamInternalOutputs>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutputs); }
 
-    TamInternalOutputs(com::Ref<IOutputs> inner, const InternalRef& parent) : inner_(std::move(inner)) {
+    TamInternalOutputs(com::Ref<IOutputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         items_.Fill(inner_, parent);
+        SetOwner(&parent);
     }
 
     template <class I>

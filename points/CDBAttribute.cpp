@@ -79,7 +79,7 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
     }
     Attempt([&] {
         if (type_->IsNumeric()) {
-            const auto text = OwnerOf(owner_).OwnerDefaultValue(dom::BaseName(element));
+            const auto text = OwnerOf(Owner()).OwnerDefaultValue(dom::BaseName(element));
             if (text) {
                 defaultValue_ = UnlocalizeValue(*text);
             }
@@ -111,7 +111,7 @@ std::wstring CDBAttribute::DispValue() const {
 }
 
 std::wstring CDBAttribute::NumericDispValue() const {
-    const auto converter = OwnerOf(owner_).OwnerUnitsManager();
+    const auto converter = OwnerOf(Owner()).OwnerUnitsManager();
     com::CheckSet(converter.Get());
     const std::wstring unit = RequiredType().Id(); // the converter may let another type be loaded
     const std::wstring converted = ConvertedValue(*converter.Get(), LocalizeValue(value_), unit);
@@ -147,11 +147,11 @@ STDMETHODIMP CDBAttribute::pConvertEnum(BSTR value, BSTR description, BSTR* labe
 }
 
 STDMETHODIMP CDBAttribute::get_UnitsManager(IDispatch** value) {
-    return Get(value, [&] { return OwnerOf(owner_).OwnerUnitsManager(); });
+    return Get(value, [&] { return OwnerOf(Owner()).OwnerUnitsManager(); });
 }
 
 STDMETHODIMP CDBAttribute::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(owner_); });
+    return Get(value, [&] { return ParentOf(Owner()); });
 }
 
 STDMETHODIMP CDBAttribute::SetValue() {
@@ -175,7 +175,7 @@ STDMETHODIMP CDBAttribute::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
+    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 
 } // namespace tam

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "common/Dom.h"
 #include "dialogs/ValueEditor.h"
 #include "points/PointKeys.h"
@@ -19,15 +19,15 @@ namespace tam {
 /// One configuration property: a named value with a type, shown as text and
 /// changed through the editor that fits the type. To the host it is a plain,
 /// always visible, unit-independent property; most answers are fixed.
-class CDBAttribute final
-    : public com::DualObject<CDBAttribute, _CDBAttribute, IAttribute, IMutableTypeAttribute> {
+class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner, _CDBAttribute, IAttribute,
+                                                       IMutableTypeAttribute> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
 
     // The component's own side.
     void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
     void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
-    void SetParent(OwnerRef owner) noexcept { owner_ = std::move(owner); }
+    void SetParent(OwnerRef owner) noexcept { SetOwner(owner); }
     void SetAttributeName(std::wstring name) noexcept { name_ = std::move(name); }
     const std::wstring& PointName() const noexcept { return name_; }
     const std::wstring& LogicalAddress() const noexcept { return logicalAddress_; }
@@ -101,7 +101,6 @@ class CDBAttribute final
     std::wstring defaultValue_;
     SharedKey globalKey_;
     std::wstring description_;
-    OwnerRef owner_;
     std::wstring logicalAddress_;
     SharedKey extendedKey_;
     std::unique_ptr<ValueEditor> editor_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "points/CDBAttribute.h"
 #include "points/PointItems.h"
 
@@ -14,9 +14,12 @@
 namespace tam {
 
 /// The attributes of one application object, in insertion order, keyed by name.
-class CDBAttributes final : public com::DualObject<CDBAttributes, _CDBAttributes, IAttributes> {
+class CDBAttributes final
+    : public com::OwnedDualObject<CDBAttributes, PointOwner, _CDBAttributes, IAttributes> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttributes); }
+
+    explicit CDBAttributes(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
     com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition,

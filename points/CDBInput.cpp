@@ -80,7 +80,7 @@ STDMETHODIMP CDBInput::put_Value(BSTR value) {
 }
 
 STDMETHODIMP CDBInput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(owner_); });
+    return Get(value, [&] { return ParentOf(Owner()); });
 }
 
 STDMETHODIMP CDBInput::get_GlobalKey(BSTR* value) {
@@ -92,7 +92,7 @@ STDMETHODIMP CDBInput::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
+    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 
 STDMETHODIMP CDBInput::put_IsConnected(VARIANT_BOOL value) {

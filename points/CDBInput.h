@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "common/Dom.h"
 #include "points/CCompatibleSNVTs.h"
 #include "points/PointKeys.h"
@@ -16,7 +16,8 @@ namespace tam {
 
 /// One input of an application object: a typed point that the host can wire to
 /// an output of another object.
-class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubItemConnable> {
+class CDBInput final
+    : public com::OwnedDualObject<CDBInput, PointOwner, _CDBInput, IInput, ISubItemConnable> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBInput); }
 
@@ -25,7 +26,6 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     // The component's own side.
     void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
     void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
-    void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     const std::wstring& PointName() const noexcept { return name_; }
     const std::wstring& LogicalAddress() const noexcept { return logicalAddress_; }
@@ -75,7 +75,6 @@ class CDBInput final : public com::DualObject<CDBInput, _CDBInput, IInput, ISubI
     SharedKey globalKey_;
     SharedKey extendedKey_;
     std::wstring name_;
-    OwnerRef owner_;
     com::Ref<CCompatibleSNVTs> compatible_;
     bool connected_ = false;
     com::Ref<IDispatch> connectedType_;

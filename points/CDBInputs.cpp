@@ -60,7 +60,7 @@ STDMETHODIMP CDBInputs::RebuildIndexes() {
     // This one report names its place without the word "Module".
     Trap(L"O_Tam_id Class CDBInputs", L"Sub RebuildIndexes", [&] {
         long index = 0;
-        for (const com::Ref<CDBInput>& input : items_.All()) {
+        for (const auto& input : items_.All()) {
             input->SetIndex(index++);
         }
     });

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "common/Dom.h"
 #include "points/CDBInput.h"
 #include "points/PointItems.h"
@@ -16,9 +16,11 @@
 namespace tam {
 
 /// The inputs of one application object, in definition order, keyed by name.
-class CDBInputs final : public com::DualObject<CDBInputs, _CDBInputs, IInputs> {
+class CDBInputs final : public com::OwnedDualObject<CDBInputs, PointOwner, _CDBInputs, IInputs> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBInputs); }
+
+    explicit CDBInputs(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
     com::Ref<CDBInput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner);

@@ -105,7 +105,7 @@ STDMETHODIMP CDBOutput::XmlLoad(IDispatch* element) {
 }
 
 STDMETHODIMP CDBOutput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(owner_); });
+    return Get(value, [&] { return ParentOf(Owner()); });
 }
 
 STDMETHODIMP CDBOutput::get_GlobalKey(BSTR* value) {
@@ -117,7 +117,7 @@ STDMETHODIMP CDBOutput::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsInMacroConnection(owner_, globalKey_, name_); });
+    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 
 STDMETHODIMP CDBOutput::put_IsDisplayable(VARIANT_BOOL value) {
@@ -145,7 +145,7 @@ STDMETHODIMP CDBOutput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* valu
 
 STDMETHODIMP CDBOutput::get_Reference(BSTR* value) {
     return Get(value, [&] {
-        std::int32_t reference = PointReference(OwnerOf(owner_).OwnerExportIndex(), index_);
+        std::int32_t reference = PointReference(OwnerOf(Owner()).OwnerExportIndex(), index_);
         return ToFixedHex(reference, kReferenceDigits);
     });
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "common/Dom.h"
 #include "points/CCompatibleSNVT.h"
 #include "points/PointKeys.h"
@@ -38,8 +38,9 @@ class OutputDisplayFace : public com::Face<Derived, IDisplayItem> {
 };
 
 /// One output of an application object: a value published with one type.
-class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBOutput>, OutputFace<CDBOutput>,
-                                           OutputDisplayFace<CDBOutput>, OutputConnableFace<CDBOutput>> {
+class CDBOutput final
+    : public com::OwnedObject<CDBOutput, PointOwner, com::Face<CDBOutput, _CDBOutput>, OutputFace<CDBOutput>,
+                              OutputDisplayFace<CDBOutput>, OutputConnableFace<CDBOutput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBOutput); }
 
@@ -48,7 +49,6 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
     // The component's own side.
     void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
     void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
-    void SetOwner(OwnerRef owner) noexcept { owner_ = std::move(owner); }
     void SetIndex(long index) noexcept { index_ = index; }
     void SetDisplayable(bool displayable) noexcept { displayable_ = displayable; }
     const std::wstring& PointName() const noexcept { return name_; }
@@ -116,7 +116,6 @@ class CDBOutput final : public com::Object<CDBOutput, com::Face<CDBOutput, _CDBO
   private:
     SharedKey globalKey_;
     SharedKey extendedKey_;
-    OwnerRef owner_;
     long index_ = 0;
     std::wstring name_;
     com::Ref<CSNVTType> type_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Object.h"
+#include "com/Owned.h"
 #include "points/CDBOutput.h"
 #include "points/PointItems.h"
 
@@ -14,9 +14,11 @@
 namespace tam {
 
 /// The outputs of one application object, in definition order, keyed by name.
-class CDBOutputs final : public com::DualObject<CDBOutputs, _CDBOutputs, IOutputs> {
+class CDBOutputs final : public com::OwnedDualObject<CDBOutputs, PointOwner, _CDBOutputs, IOutputs> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBOutputs); }
+
+    explicit CDBOutputs(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
     com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner);

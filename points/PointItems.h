@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Enumerator.h"
+#include "com/Owned.h"
 #include "com/Ref.h"
 #include "common/KeyedCollection.h"
 #include "points/SideKey.h"
@@ -17,31 +18,25 @@ namespace tam {
 template <class Point>
 class PointItems {
   public:
-    using Items = KeyedCollection<com::Ref<Point>>;
+    using Items = KeyedCollection<com::Owned<Point>>;
 
     long Count() const noexcept { return static_cast<long>(items_.Count()); }
     const std::wstring& GlobalKey() const noexcept { return globalKey_.Text(); }
     const std::wstring& ExtendedKey() const noexcept { return extendedKey_.Text(); }
 
     /// "Duplicate key" for a name that is present; nothing changes then.
-    void Add(const std::wstring& name, com::Ref<Point> point) {
+    void Add(const std::wstring& name, const com::Ref<Point>& point) {
         ItemsChange();
-        items_.Add(name, std::move(point));
+        items_.Add(name, point);
     }
 
     /// By name, else by the 1-based position that the text begins with; empty
     /// when neither finds one.
-    com::Ref<Point> Find(std::wstring_view index) const {
-        const com::Ref<Point>* found = items_.Lookup(index);
-        return found != nullptr ? *found : com::Ref<Point>();
-    }
-    com::Ref<Point> FindName(std::wstring_view name) const {
-        const com::Ref<Point>* found = items_.FindKey(name);
-        return found != nullptr ? *found : com::Ref<Point>();
-    }
+    com::Ref<Point> Find(std::wstring_view index) const { return Found(items_.Lookup(index)); }
+    com::Ref<Point> FindName(std::wstring_view name) const { return Found(items_.FindKey(name)); }
     /// Removes by name, else by position. "Invalid call" when there is none.
     void Remove(std::wstring_view index) {
-        const com::Ref<Point>* found = items_.Lookup(index);
+        const com::Owned<Point>* found = items_.Lookup(index);
         if (found == nullptr) {
             throw RunTimeError(RunTime::InvalidCall);
         }
@@ -58,12 +53,12 @@ class PointItems {
     /// Gives every item the key. One that is added later has none until the next
     /// time, and one that was removed keeps what it has.
     void SetGlobalKey(NewKey key) noexcept {
-        globalKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
+        globalKey_.Set(std::move(key), items_, [](const com::Owned<Point>& point, const SharedKey& shared) {
             point->SetGlobalKeyUnder(shared);
         });
     }
     void SetExtendedKey(NewKey key) noexcept {
-        extendedKey_.Set(std::move(key), items_, [](const com::Ref<Point>& point, const SharedKey& shared) {
+        extendedKey_.Set(std::move(key), items_, [](const com::Owned<Point>& point, const SharedKey& shared) {
             point->SetExtendedKeyUnder(shared);
         });
     }
@@ -77,6 +72,9 @@ class PointItems {
     const Items& All() const noexcept { return items_; }
 
   private:
+    static com::Ref<Point> Found(const com::Owned<Point>* item) {
+        return item != nullptr ? com::Ref<Point>(item->Get()) : com::Ref<Point>();
+    }
     void ItemsChange() noexcept {
         globalKey_.ItemsChange();
         extendedKey_.ItemsChange();

@@ -5,15 +5,19 @@
 
 #include <OrvDBFaces.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 
 namespace tam {
 
-/// What the points of an application object ask of it.
+/// What the points and collections of an application object ask of it. They
+/// hold it while anybody outside holds them.
 class PointOwner {
   public:
+    // Of the object that it is.
+    virtual ULONG STDMETHODCALLTYPE AddRef() = 0;
+    virtual ULONG STDMETHODCALLTYPE Release() = 0;
+
     virtual com::Ref<IAppObject> AppObject() = 0;
     virtual const std::wstring& OwnerName() const = 0;
     virtual short OwnerExportIndex() const = 0;
@@ -29,23 +33,18 @@ class PointOwner {
     ~PointOwner() = default;
 };
 
-/// The back reference of a point to its owner. It does not keep the owner
-/// alive; the owner clears it when it ends, so that a point that the host
-/// holds longer has no owner instead of a dead one.
-struct OwnerLink {
-    PointOwner* owner = nullptr;
-};
-using OwnerRef = std::shared_ptr<const OwnerLink>;
+/// The owner of a point; null before it has one.
+using OwnerRef = PointOwner*;
 
-/// The owner as the host sees it; empty when there is none any more.
-inline com::Ref<IAppObject> ParentOf(const OwnerRef& link) {
-    return link && link->owner != nullptr ? link->owner->AppObject() : com::Ref<IAppObject>();
+/// The owner as the host sees it; empty before there is one.
+inline com::Ref<IAppObject> ParentOf(const OwnerRef& owner) {
+    return owner != nullptr ? owner->AppObject() : com::Ref<IAppObject>();
 }
 
-/// The owner. "Object not set" when there is none any more.
-inline PointOwner& OwnerOf(const OwnerRef& link) {
-    com::CheckSet(link ? link->owner : nullptr);
-    return *link->owner;
+/// The owner. "Object not set" before there is one.
+inline PointOwner& OwnerOf(const OwnerRef& owner) {
+    com::CheckSet(owner);
+    return *owner;
 }
 
 } // namespace tam

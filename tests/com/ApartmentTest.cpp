@@ -1,3 +1,4 @@
+#include "com/LateBound.h"
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
 #include "tests/support/ImportPatch.h"
@@ -234,6 +235,27 @@ TEST_F(ApartmentTest, KeepsNothingForAnApartmentThatIsGone) {
     EXPECT_EQ(Dll().CanUnload(), S_FALSE);
     object.Reset();
     EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
+TEST_F(ApartmentTest, APointKeepsItsModuleForAnotherApartment) {
+    for (const COINIT kind : {COINIT_APARTMENTTHREADED, COINIT_MULTITHREADED}) {
+        com::Ref<IDispatch> module = Module();
+        com::Ref<IDispatch> input(support::Item(
+            support::Object(module.As<IAppObject>(), &IAppObject::get_Inputs), &IInputs::get_Item, L"1"));
+        module.Reset();
+        Elsewhere(kind, input, [](const com::Ref<IDispatch>& script) {
+            com::Ref<IDispatch> point = script;
+            const com::Variant parent = com::GetMember(*point.Get(), L"Parent");
+            point.Reset();
+            ASSERT_EQ(parent.Get().vt, VT_DISPATCH);
+            ASSERT_NE(parent.Get().pdispVal, nullptr);
+            EXPECT_EQ(com::Text(com::GetMember(*parent.Get().pdispVal, L"ProgrammaticID").Get().bstrVal),
+                      L"O_Tam_id.CDBAppObject");
+        });
+        EXPECT_EQ(Dll().CanUnload(), S_FALSE);
+        input.Reset();
+        EXPECT_EQ(Dll().CanUnload(), S_OK);
+    }
 }
 
 } // namespace

@@ -272,9 +272,9 @@ TEST_F(OddHostTest, AFieldMadeAnewForEachCallerIsFoundByItsName) {
     EXPECT_EQ(speed.value, L"55");
 }
 
-TEST_F(OddHostTest, AnAttributeThatIsEditedOutlivesItsModuleAndItsCaller) {
-    auto point = Attribute(kText, L"hall"); // its module is gone by now
-    EXPECT_FALSE(support::Object(point, &IAttribute::get_Parent));
+TEST_F(OddHostTest, AnAttributeThatIsEditedKeepsItsModuleAndOutlivesItsCaller) {
+    auto point = Attribute(kText, L"hall"); // nobody else holds its module
+    EXPECT_TRUE(support::Object(point, &IAttribute::get_Parent));
     IAttribute* const bare = point.Get();
     std::wstring value;
     Next([&](Shown& dialog) {

@@ -46,6 +46,29 @@ class ReleaseOrderTest : public InternalTest {
         ForgetDoubles();
         return held;
     }
+    /// What is still held knows its channel, and the channel answers.
+    static void ExpectAnswered(const std::array<References, kHeldCount>& held) {
+        std::vector<com::Ref<IAppObject>> parents;
+        for (const auto& item : held[kItems]) {
+            if (const auto input = item.As<IInput>()) {
+                parents.push_back(support::Object(input, &IInput::get_Parent));
+            } else if (const auto output = item.As<IOutput>()) {
+                parents.push_back(support::Object(output, &IOutput::get_Parent));
+            } else {
+                parents.push_back(support::Object(item.As<IAttribute>(), &IAttribute::get_Parent));
+            }
+        }
+        if (!held[kCollections].empty()) {
+            const auto inputs = held[kCollections].front().As<IInputs>();
+            parents.push_back(
+                support::Object(support::Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent));
+        }
+        for (const auto& parent : parents) {
+            ASSERT_TRUE(parent);
+            EXPECT_EQ(support::Text(InternalOf(parent), &ITamInternalAppObject::get_TamInternalObjectKey),
+                      L"AI3");
+        }
+    }
     void ExpectAllGone() {
         EXPECT_EQ(Dll().CanUnload(), S_OK) << "an object of the component is still alive";
         EXPECT_EQ(DoublesAlive(), 0) << "an object of the host is still held";
@@ -72,6 +95,7 @@ TEST_F(ReleaseOrderTest, EverythingEndsInEveryOrderOfRelease) {
         for (const std::size_t kind : order) {
             EXPECT_EQ(Dll().CanUnload(), S_FALSE) << "before the " << kHeldNames[kind];
             held[kind].clear();
+            ExpectAnswered(held);
         }
         ExpectAllGone();
         Renew();
@@ -183,47 +207,70 @@ TEST_F(ReleaseOrderTest, TheObjectMayEndInACallThatTheInterceptorPassesOn) {
               CO_E_OBJNOTCONNECTED);
 }
 
-TEST_F(ReleaseOrderTest, ItemsWhoseObjectIsGoneHaveNoParentAndStillForward) {
+TEST_F(ReleaseOrderTest, EachItemKeepsItsObject) {
     auto object = Created();
     const auto input = InputOf(object, L"In1");
     const auto output = OutputOf(object, L"Out");
     const auto attribute = AttributeOf(object, L"Gain");
     object.Reset();
-    EXPECT_FALSE(support::Object(input, &IInput::get_Parent));
-    EXPECT_FALSE(support::Object(output, &IOutput::get_Parent));
-    EXPECT_FALSE(support::Object(attribute, &IAttribute::get_Parent));
+    for (const auto& parent :
+         {support::Object(input, &IInput::get_Parent), support::Object(output, &IOutput::get_Parent),
+          support::Object(attribute, &IAttribute::get_Parent)}) {
+        ASSERT_TRUE(parent);
+        EXPECT_EQ(support::Text(InternalOf(parent), &ITamInternalAppObject::get_TamInternalObjectKey),
+                  L"AI3");
+    }
     EXPECT_EQ(support::Text(input, &IInput::get_Name), L"In1");
     EXPECT_EQ(support::Text(output, &IOutput::get_Name), L"Out");
     EXPECT_EQ(support::Text(attribute, &IAttribute::get_Name), L"Gain");
 }
 
-TEST_F(ReleaseOrderTest, ItemsWhoseObjectIsGoneRaiseWhereTheyNeedIt) {
+TEST_F(ReleaseOrderTest, ItemsMirrorAfterTheHostLetGoOfTheirObject) {
+    const Double input = NewInput(L"AI3_In1", L"AI3_In1");
+    const Double output = NewOutput(L"AI3_Out", L"AI3_Out");
+    const Double attribute = NewAttribute(L"AI3_Gain", L"AI3_Gain");
+    output->Set(L"Reference", L"4203");
+    container.Fill(L"container", {input}, {output}, {attribute});
     auto object = Created();
-    const auto input = InputOf(object, L"In1");
-    const auto output = OutputOf(object, L"Out");
-    const auto attribute = AttributeOf(object, L"Gain");
+    const auto ownInput = InputOf(object, L"In1");
+    const auto ownOutput = OutputOf(object, L"Out");
+    const auto ownAttribute = AttributeOf(object, L"Gain");
     object.Reset();
-    ExpectRaised(support::Put(input, &IInput::put_Value, L"1"), 91, kObjectNotSet);
-    EXPECT_EQ(in1->Value(L"Value"), L"\"1\"");
-    ExpectRaised(support::Put(attribute, &IAttribute::put_Value, L"2"), 91, kObjectNotSet);
-    EXPECT_EQ(gain->Value(L"Value"), L"\"2\"");
-    ExpectRaised(output->put_IsDisplayable(VARIANT_FALSE), 91, kObjectNotSet);
-    EXPECT_EQ(out->Value(L"IsDisplayable"), L"False");
-    long index = 0;
-    ExpectRaised(output->get_Index(&index), 91, kObjectNotSet);
-    com::Bstr reference;
-    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
+    EXPECT_EQ(support::Put(ownInput, &IInput::put_Value, L"1"), S_OK);
+    EXPECT_EQ(input->Value(L"Value"), L"\"1\"");
+    EXPECT_EQ(support::Put(ownAttribute, &IAttribute::put_Value, L"2"), S_OK);
+    EXPECT_EQ(attribute->Value(L"Value"), L"\"2\"");
+    EXPECT_EQ(ownOutput->put_IsDisplayable(VARIANT_FALSE), S_OK);
+    EXPECT_EQ(output->Value(L"IsDisplayable"), L"False");
+    long index = 5;
+    EXPECT_EQ(ownOutput->get_Index(&index), S_OK);
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(support::Text(ownOutput.As<IDisplayItem>(), &IDisplayItem::get_Reference), L"4203");
 }
 
-TEST_F(ReleaseOrderTest, CollectionsWhoseObjectIsGoneStillFindTheirItems) {
+TEST_F(ReleaseOrderTest, AnItemKeepsItsObjectForTheInterceptor) {
+    auto object = Created();
+    auto input = InputOf(object, L"In1");
+    const auto interceptor = Interceptor();
+    object.Reset();
+    VARIANT_BOOL handled = VARIANT_TRUE;
+    EXPECT_EQ(interceptor->InterceptTypeChanged(gain->As<IAttribute>().Get(), &handled), S_OK);
+    input.Reset();
+    EXPECT_EQ(interceptor->InterceptTypeChanged(gain->As<IAttribute>().Get(), &handled),
+              CO_E_OBJNOTCONNECTED);
+}
+
+TEST_F(ReleaseOrderTest, ACollectionKeepsItsObject) {
     auto object = Created();
     const auto inputs = support::Object(object, &IAppObject::get_Inputs);
     object.Reset();
-    EXPECT_TRUE(support::Item(inputs, &IInputs::get_Item, L"In2"));
     EXPECT_EQ(support::Long(inputs, &IInputs::get_Count), 2);
+    const auto input = support::Item(inputs, &IInputs::get_Item, L"In2");
+    ASSERT_TRUE(input);
+    EXPECT_TRUE(support::Object(input, &IInput::get_Parent));
 }
 
-TEST_F(ReleaseOrderTest, AnEnumeratorKeepsTheItemsOfACollectionThatIsGone) {
+TEST_F(ReleaseOrderTest, AnEnumeratorKeepsTheObjectOfItsItems) {
     auto object = Created();
     const auto walk = support::Object(support::Object(object, &IAppObject::get_Inputs), &IInputs::get_NewEnum)
                           .As<IEnumVARIANT>();
@@ -231,6 +278,19 @@ TEST_F(ReleaseOrderTest, AnEnumeratorKeepsTheItemsOfACollectionThatIsGone) {
     com::Variant item;
     ASSERT_EQ(walk->Next(1, item.Put(), nullptr), S_OK);
     EXPECT_EQ(Print(com::GetMember(*item.Get().pdispVal, L"Name").Get()), L"\"In1\"");
+    EXPECT_TRUE(support::Object(com::Query<IInput>(item.Get().pdispVal), &IInput::get_Parent));
+}
+
+TEST_F(ReleaseOrderTest, ItemsOfAnEarlierCreationKeepTheirObject) {
+    auto object = Created();
+    const auto inputs = support::Object(object, &IAppObject::get_Inputs);
+    auto attribute = AttributeOf(object, L"Gain");
+    EXPECT_EQ(object->Create(), S_OK);
+    EXPECT_FALSE(com::SameObject(attribute.Get(), AttributeOf(object, L"Gain").Get()));
+    object.Reset();
+    EXPECT_TRUE(support::Object(attribute, &IAttribute::get_Parent));
+    attribute.Reset();
+    EXPECT_TRUE(support::Object(support::Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent));
 }
 
 TEST_F(ReleaseOrderTest, AnObjectThatWasNeverCreatedEnds) {

@@ -8,7 +8,7 @@ using namespace points;
 
 namespace {
 
-/// Points that the host holds longer than their module.
+/// Points that the host holds longer than its reference on their module.
 class ParentTest : public PointsTest {
   protected:
     com::Ref<IInput> input;
@@ -33,31 +33,30 @@ class ParentTest : public PointsTest {
     }
 };
 
-TEST_F(ParentTest, PointsDoNotKeepTheirModuleAlive) {
-    module->AddRef();
-    EXPECT_EQ(module->Release(), 1u);
-}
-
 TEST_F(ParentTest, EveryPointLeadsToItsModule) {
     EXPECT_TRUE(com::SameObject(Object(input, &IInput::get_Parent).Get(), module.Get()));
     EXPECT_TRUE(com::SameObject(Object(output, &IOutput::get_Parent).Get(), module.Get()));
     EXPECT_TRUE(com::SameObject(Object(gain, &IAttribute::get_Parent).Get(), module.Get()));
 }
 
-TEST_F(ParentTest, AnswersNoneOnceTheModuleIsGone) {
+TEST_F(ParentTest, EveryPointKeepsItsModule) {
+    Put(module, &IAppObject::put_Tag, L"mine");
     module.Reset();
-    EXPECT_FALSE(Object(input, &IInput::get_Parent));
-    EXPECT_FALSE(Object(output, &IOutput::get_Parent));
-    EXPECT_FALSE(Object(gain, &IAttribute::get_Parent));
+    for (const auto& parent : {Object(input, &IInput::get_Parent), Object(output, &IOutput::get_Parent),
+                               Object(gain, &IAttribute::get_Parent)}) {
+        ASSERT_TRUE(parent);
+        EXPECT_EQ(Text(parent, &IAppObject::get_Tag), L"mine");
+    }
 }
 
-TEST_F(ParentTest, LeavesAPointItsOwnValuesOnceTheModuleIsGone) {
+TEST_F(ParentTest, TheLastPointEndsTheModule) {
     module.Reset();
-    EXPECT_EQ(Text(input, &IInput::get_GlobalKey), L"K\\RIN\\In1");
-    EXPECT_EQ(Text(Object(input, &IInput::get_SNVTCompatibles), &ICompatibleSNVTs::ToString), L"8,9");
-    EXPECT_EQ(Text(Object(output, &IOutput::get_SNVTType), &ISNVType::get_Name), L"Temperature");
-    EXPECT_EQ(Put(gain, &IAttribute::put_Value, L"3"), S_OK);
-    EXPECT_EQ(Text(gain, &IAttribute::get_Value), L"3");
+    input.Reset();
+    output.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_FALSE);
+    EXPECT_TRUE(Object(gain, &IAttribute::get_Parent));
+    gain.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
 }
 
 TEST_F(ParentTest, RefusesWhatNeedsTheModuleOnceItIsGone) {
@@ -74,7 +73,7 @@ TEST_F(ParentTest, StaysWhileTheModuleLivesWithoutItsCollections) {
     EXPECT_FALSE(Inputs(module));
     EXPECT_TRUE(com::SameObject(Object(input, &IInput::get_Parent).Get(), module.Get()));
     module.Reset();
-    EXPECT_FALSE(Object(input, &IInput::get_Parent));
+    EXPECT_TRUE(Object(input, &IInput::get_Parent));
 }
 
 TEST_F(ParentTest, StaysForPointsThatALaterStreamReplaced) {
@@ -83,13 +82,48 @@ TEST_F(ParentTest, StaysForPointsThatALaterStreamReplaced) {
     EXPECT_TRUE(com::SameObject(Object(input, &IInput::get_Parent).Get(), module.Get()));
 }
 
-TEST_F(ParentTest, LetsCollectionsOutliveTheModule) {
+TEST_F(ParentTest, ACollectionThatALaterStreamReplacedKeepsItsModule) {
     const auto inputs = Inputs(module);
-    const auto attributes = Attributes(module);
+    module.Reset();
+    EXPECT_EQ(Names(Inputs(Object(input, &IInput::get_Parent))), std::vector<std::wstring>{L"In1"});
+}
+
+TEST_F(ParentTest, ACollectionKeepsItsModule) {
+    const auto inputs = Inputs(module);
+    input.Reset();
+    output.Reset();
+    gain.Reset();
     module.Reset();
     EXPECT_EQ(Names(inputs), std::vector<std::wstring>{L"In1"});
-    EXPECT_EQ(Names(attributes), std::vector<std::wstring>{L"Gain"});
-    EXPECT_FALSE(Object(Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent));
+    EXPECT_TRUE(Object(Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent));
+    input.Reset();
+    output.Reset();
+    gain.Reset();
+    EXPECT_EQ(Load(module, Stream(Named({L"In2"}))), S_OK);
+    module.Reset();
+    EXPECT_EQ(Names(inputs), std::vector<std::wstring>{L"In1"});
+    const auto parent = Object(Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent);
+    ASSERT_TRUE(parent);
+    EXPECT_EQ(Names(Inputs(parent)), std::vector<std::wstring>{L"In2"});
+}
+
+TEST_F(ParentTest, AnEnumeratorKeepsTheModuleOfItsPoints) {
+    const auto walk = Object(Outputs(module), &IOutputs::get_NewEnum).As<IEnumVARIANT>();
+    input.Reset();
+    output.Reset();
+    gain.Reset();
+    module.Reset();
+    com::Variant item;
+    ASSERT_EQ(walk->Next(1, item.Put(), nullptr), S_OK);
+    EXPECT_TRUE(Object(com::Query<IOutput>(item.Get().pdispVal), &IOutput::get_Parent));
+}
+
+TEST_F(ParentTest, AHostThatForgetsDestroyLeavesNothing) {
+    input.Reset();
+    output.Reset();
+    gain.Reset();
+    module.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
 }
 
 TEST_F(ParentTest, LetsATypeOutliveItsPoint) {

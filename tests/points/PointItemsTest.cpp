@@ -26,6 +26,9 @@ class FakePoint {
         }
         return left;
     }
+    // Its place in a collection is a reference like another.
+    void Hold() noexcept { AddRef(); }
+    void LetGo() noexcept { Release(); }
     void SetGlobalKeyUnder(SharedKey key) noexcept { globalKey_ = std::move(key); }
     void SetExtendedKeyUnder(SharedKey key) noexcept { extendedKey_ = std::move(key); }
     /// Both keys of its owner's side; "-" where there is none.
