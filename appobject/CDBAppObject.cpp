@@ -116,12 +116,12 @@ STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* v
     return Get(value, [&] {
         com::CheckSet(item);
         com::Bstr deviceKey;
-        com::Check(item->get_TamDeviceKey(deviceKey.Put()));
+        com::Call(item, &ITamInternalAppObject::get_TamDeviceKey, deviceKey.Put());
         if (deviceKey.View() != devKey_) {
             return false;
         }
         com::Bstr objectKey;
-        com::Check(item->get_TamInternalObjectKey(objectKey.Put()));
+        com::Call(item, &ITamInternalAppObject::get_TamInternalObjectKey, objectKey.Put());
         const std::wstring prefix = L"_" + std::wstring(objectKey.View());
         return AnyNameBegins(inputs_, prefix) || AnyNameBegins(outputs_, prefix) ||
                AnyNameBegins(attributes_, prefix);

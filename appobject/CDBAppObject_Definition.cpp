@@ -32,7 +32,7 @@ constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
 /// Throws the definition error with what the parser says of the file.
 [[noreturn]] void ThrowParseError(const dom::Document& document) {
     com::Ref<IXMLDOMParseError> error;
-    com::Check(document->get_parseError(error.Put()));
+    com::Call(document, &IXMLDOMDocument::get_parseError, error.Put());
     com::Bstr line;
     com::Bstr reason;
     com::Check(error->get_srcText(line.Put()));
@@ -80,7 +80,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
     definition_ = dom::NewDocument(dom::kDefinitionDocumentClass);
     const com::Variant file{std::wstring_view(State().AppPath + name + L".xml")};
     VARIANT_BOOL done = VARIANT_FALSE;
-    com::Check(definition_->load(file.Get(), &done));
+    com::Call(definition_, &IXMLDOMDocument::load, file.Get(), &done);
     if (done == VARIANT_FALSE) {
         ThrowParseError(definition_);
     }
@@ -88,7 +88,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
         ThrowDefinitionError({}, L"DTD is prohibited.");
     }
     for (long state = 0; state != kReadyStateComplete;) {
-        com::Check(definition_->get_readyState(&state));
+        com::Call(definition_, &IXMLDOMDocument::get_readyState, &state);
         if (state != kReadyStateComplete) {
             YieldToHost();
         }

@@ -136,7 +136,7 @@ std::wstring DatabasePath() {
     com::Check(CoCreateInstance(kDatabaseLocationClass, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
                                 __uuidof(IDatabaseLocation), location.PutVoid()));
     com::Bstr path;
-    com::Check(location->get_Path(path.Put()));
+    com::Call(location, &IDatabaseLocation::get_Path, path.Put());
     return std::wstring(path.View());
 }
 
@@ -148,13 +148,13 @@ void DumpIfAsked(const dom::Document& document, const std::wstring& devKey, shor
     }
     com::Attempt([&] {
         const std::wstring path = L"C:\\interop_" + devKey + L"_" + std::to_wstring(objectId) + L".xml";
-        com::Check(document->save(com::Variant(std::wstring_view(path)).Get()));
+        com::Call(document, &IXMLDOMDocument::save, com::Variant(std::wstring_view(path)).Get());
     });
 }
 
 com::Bstr XmlOf(const dom::Document& document) {
     com::Bstr text;
-    com::Check(document->get_xml(text.Put()));
+    com::Call(document, &IXMLDOMNode::get_xml, text.Put());
     return text;
 }
 

@@ -47,8 +47,8 @@ STDMETHODIMP CDBAppObject::Show() {
         }
         const auto document = Required<IHostDocument>(parent_);
         com::Ref<IDispatch> shown;
-        com::Check(document->get_View(shown.Put()));
-        com::Check(Required<IHostView>(shown)->ShowObject());
+        com::Call(document, &IHostDocument::get_View, shown.Put());
+        com::Call(Required<IHostView>(shown), &IHostView::ShowObject);
     });
     EndPlugIn();
     return S_OK;

@@ -206,7 +206,7 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         VARIANT_BOOL done = VARIANT_FALSE;
         // A text that is no XML leaves the document empty: the first look-up
         // fails. So it does for a text with a document type.
-        com::Check(stream->loadXML(text.Get(), &done));
+        com::Call(stream, &IXMLDOMDocument::loadXML, text.Get(), &done);
         if (dom::HasDocumentType(stream)) {
             throw RunTimeError(RunTime::ObjectNotSet);
         }

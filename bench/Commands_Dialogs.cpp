@@ -31,7 +31,7 @@ void Edit(Host& host, const Options& options, Report& report) {
         report.Add(table);
     };
     host.DialogStep("SetValue", [&] {
-        com::Check(attribute->SetValue());
+        com::Call(attribute, &IAttribute::SetValue);
         tell();
     });
 }
@@ -42,10 +42,11 @@ void Rename(Host& host, const Options& options, Report& report) {
         com::Variant name(options.deviceName);
         VARIANT argument = name.Detach();
         short choice = 0;
-        const HRESULT hr =
-            DialogsOf(host)->ShowRename(&argument, com::Bstr(options.deviceKey).Get(), &choice);
+        const auto dialogs = DialogsOf(host);
+        com::ForgetErrors();
+        const HRESULT hr = dialogs->ShowRename(&argument, com::Bstr(options.deviceKey).Get(), &choice);
         *name.Put() = argument;
-        com::Check(hr);
+        com::CheckCall(hr, dialogs.Get(), __uuidof(ITamDialogs));
         const bool confirmed = choice == kConfirmed;
         const std::string after = Utf8(com::Text(name.Get().bstrVal));
         report.data["deviceKey"] = Utf8(options.deviceKey);
@@ -62,7 +63,7 @@ void Rename(Host& host, const Options& options, Report& report) {
 }
 
 void About(Host& host, const Options&, Report& report) {
-    host.Step("ShowAbout", [&] { com::Check(DialogsOf(host)->ShowAbout()); });
+    host.Step("ShowAbout", [&] { com::Call(DialogsOf(host), &ITamDialogs::ShowAbout); });
     report.Line("The component was asked for its about box.");
 }
 

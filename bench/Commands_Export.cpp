@@ -162,7 +162,7 @@ void TellStream(const std::string& stream, Report& report) {
     }
     const xml::Document document = xml::LoadText(Wide(stream));
     com::Ref<IXMLDOMElement> root;
-    com::Check(document->get_documentElement(root.Put()));
+    com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     if (root) {
         report.data["kind"] = "export document";
         report.Heading("Not compiled: the export document itself");

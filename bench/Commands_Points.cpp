@@ -67,8 +67,11 @@ void Set(Host& host, const Options& options, Report& report) {
         Json after;
         host.Step("setting " + name, [&] {
             before = ReadTarget(target);
-            com::Check(isInput ? target.input->put_Value(value.Get())
-                               : target.attribute->put_Value(value.Get()));
+            if (isInput) {
+                com::Call(target.input, &IInput::put_Value, value.Get());
+            } else {
+                com::Call(target.attribute, &IAttribute::put_Value, value.Get());
+            }
             after = ReadTarget(target);
         });
         changes.push_back({{"name", name},
@@ -85,7 +88,7 @@ void Set(Host& host, const Options& options, Report& report) {
 void ClearRefs(Host& host, const Options&, Report& report) {
     LoadAndTell(host, report);
     const Json before = ReadReferences(host);
-    host.Step("ClearReferences", [&] { com::Check(host.App().ClearReferences()); });
+    host.Step("ClearReferences", [&] { com::Call(host.App(), &IAppObject::ClearReferences); });
     const Json after = ReadReferences(host);
     Json& inputs = report.data["inputs"] = Json::array();
     Table table({"Input", "Extended", "Value before", "Value after"});
@@ -106,7 +109,7 @@ void Contains(Host& host, const Options& options, Report& report) {
     VARIANT_BOOL answer = VARIANT_FALSE;
     host.Step("Contains", [&] {
         const auto item = InternalItem::Make(options.deviceKey, options.objectKey);
-        com::Check(host.Tam().Contains(item.Get(), &answer));
+        com::Call(host.Tam(), &ITamObject::Contains, item.Get(), &answer);
     });
     const bool contains = answer != VARIANT_FALSE;
     report.data["deviceKey"] = Utf8(options.deviceKey);

@@ -65,19 +65,19 @@ xml::Node FindObject(const xml::Node& document, const std::wstring& name, const 
 void Place(Host& host, const Options& options) {
     host.Step("placing the module", [&] {
         if (!options.userName.empty()) {
-            com::Check(host.App().put_UserName(com::Bstr(options.userName).Get()));
+            com::Call(host.App(), &IAppObject::put_UserName, com::Bstr(options.userName).Get());
         }
         if (options.position.size() == 2) {
-            com::Check(host.App().put_XPosition(options.position[0]));
-            com::Check(host.App().put_YPosition(options.position[1]));
+            com::Call(host.App(), &IAppObject::put_XPosition, options.position[0]);
+            com::Call(host.App(), &IAppObject::put_YPosition, options.position[1]);
         }
-        com::Check(host.Tam().put_DeviceKey(com::Bstr(host.DeviceKey()).Get()));
+        com::Call(host.Tam(), &ITamObject::put_DeviceKey, com::Bstr(host.DeviceKey()).Get());
         for (const std::wstring& name : options.displayed) {
             const com::Ref<IOutput> output = FindOutput(host.App(), name);
             if (!output) {
                 throw BenchError(E_INVALIDARG, "there is no output \"" + Utf8(name) + "\"");
             }
-            com::Check(output->put_IsDisplayable(VARIANT_TRUE));
+            com::Call(output, &IOutput::put_IsDisplayable, VARIANT_TRUE);
         }
     });
 }
@@ -87,9 +87,9 @@ void Save(Host& host, const Options& options, Report& report) {
     Place(host, options);
     const xml::Document document = xml::New();
     const xml::Node project = xml::Append(document, xml::Node(document), L"Project");
-    host.Step("XMLSave", [&] { com::Check(host.App().XMLSave(project.Get(), document.Get())); });
+    host.Step("XMLSave", [&] { com::Call(host.App(), &IAppObject::XMLSave, project.Get(), document.Get()); });
     xml::Node saved;
-    com::Check(project->get_firstChild(saved.Put()));
+    com::Call(project, &IXMLDOMNode::get_firstChild, saved.Put());
     com::CheckSet(saved.Get());
     report.data["element"] = xml::Print(saved);
     report.Heading("What the component wrote into the project");
@@ -107,7 +107,7 @@ void Load(Host& host, const Options& options, Report& report) {
     const std::wstring name = WideOf(host.App(), &IAppObject::get_UniqueIDString);
     const xml::Node element = FindObject(xml::Node(document), name, options.project);
     const Json before = ReadSaved(host);
-    host.Step("XmlLoad", [&] { com::Check(host.App().XmlLoad(element.Get())); });
+    host.Step("XmlLoad", [&] { com::Call(host.App(), &IAppObject::XmlLoad, element.Get()); });
     const Json after = ReadSaved(host);
     report.data["project"] = Utf8(options.project);
     report.data["before"] = before;

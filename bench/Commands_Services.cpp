@@ -54,7 +54,7 @@ std::string BytesOf(IPicture& picture) {
 
 void Icon(Host& host, const Options& options, Report& report) {
     com::Ref<IDispatch> object;
-    host.Step("Icon", [&] { com::Check(host.App().get_Icon(object.Put())); });
+    host.Step("Icon", [&] { com::Call(host.App(), &IAppObject::get_Icon, object.Put()); });
     const auto picture = object.As<IPicture>();
     if (!picture) {
         throw BenchError(E_FAIL, "the component answered no picture");
@@ -84,7 +84,8 @@ void Datasheet(Host& host, const Options& options, Report& report) {
     report.data["opened"] = options.open;
     report.Line(available ? "The module has a data sheet." : "The module has no data sheet.");
     if (options.open) {
-        host.Step("ViewDatasheet", [&] { com::Check(host.App().ViewDatasheet(com::Variant(0L).Get())); });
+        host.Step("ViewDatasheet",
+                  [&] { com::Call(host.App(), &IAppObject::ViewDatasheet, com::Variant(0L).Get()); });
         report.Line("The component was asked to open it.");
     }
 }

@@ -70,7 +70,7 @@ SampleDevice::SampleDevice(Host& host, const Options& options, Report& report)
     : host_(host), firmware_(options.firmware) {
     host.LoadStream();
     host.Step("opening the device", [&] {
-        com::Check(host.Tam().put_DeviceKey(com::Bstr(Key()).Get()));
+        com::Call(host.Tam(), &ITamObject::put_DeviceKey, com::Bstr(Key()).Get());
         DescribeChannels();
         DescribeFirmware();
     });
@@ -88,22 +88,22 @@ SampleDevice::~SampleDevice() {
 void SampleDevice::DescribeFirmware() {
     const auto context = Create<IDeviceContext>(__uuidof(DeviceContext));
     const auto setup = Face<IDeviceContextSetup>(context);
-    com::Check(setup->Load(com::Bstr(Samples() + L"device.xml").Get()));
-    com::Check(setup->put_FirmwareVersion(com::Bstr(firmware_).Get()));
+    com::Call(setup, &IDeviceContextSetup::Load, com::Bstr(Samples() + L"device.xml").Get());
+    com::Call(setup, &IDeviceContextSetup::put_FirmwareVersion, com::Bstr(firmware_).Get());
     manager_ = Create<ITamObjectManager>(__uuidof(TamObjectManager));
-    com::Check(manager_->Init(context.Get()));
+    com::Call(manager_, &ITamObjectManager::Init, context.Get());
 }
 
 void SampleDevice::DescribeChannels() {
     device_ = Create<IDevice>(__uuidof(Device));
     const auto setup = Face<IDeviceSetup>(device_);
-    com::Check(setup->put_DeviceKey(com::Bstr(Key()).Get()));
-    com::Check(setup->SetContainer(&host_.App()));
+    com::Call(setup, &IDeviceSetup::put_DeviceKey, com::Bstr(Key()).Get());
+    com::Call(setup, &IDeviceSetup::SetContainer, &host_.App());
     for (const SampleChannel& sample : kSampleChannels) {
         if (sample.value != nullptr) {
             com::Ref<IChannel> added;
-            com::Check(setup->AddChannel(com::Bstr(sample.key).Get(), com::Bstr(sample.value).Get(),
-                                         com::Bstr(sample.setup).Get(), added.Put()));
+            com::Call(setup, &IDeviceSetup::AddChannel, com::Bstr(sample.key).Get(),
+                      com::Bstr(sample.value).Get(), com::Bstr(sample.setup).Get(), added.Put());
         }
     }
 }
@@ -111,8 +111,10 @@ void SampleDevice::DescribeChannels() {
 bool SampleDevice::IsChannelObject(const std::wstring& identifier) {
     VARIANT_BOOL answer = VARIANT_FALSE;
     host_.Step("IsTamInternalObject", [&] {
-        const auto failure = com::Attempt(
-            [&] { com::Check(manager_->IsTamInternalObject(com::Bstr(identifier).Get(), &answer)); });
+        const auto failure = com::Attempt([&] {
+            com::Call(manager_, &ITamObjectManager::IsTamInternalObject, com::Bstr(identifier).Get(),
+                      &answer);
+        });
         if (failure) {
             throw BenchError(failure->code,
                              "firmware " + Utf8(firmware_) +
@@ -155,24 +157,25 @@ const Channel& SampleDevice::Place(const std::wstring& identifier, const std::ws
         }
         Channel channel{key, nullptr, nullptr};
         com::Bstr wanted(key);
-        com::Check(manager_->CreateTamInternalAppObject(wanted.Address(), device_.Get(), channel.app.Put()));
+        com::Call(manager_, &ITamObjectManager::CreateTamInternalAppObject, wanted.Address(), device_.Get(),
+                  channel.app.Put());
         if (!channel.app) {
             throw BenchError(E_FAIL, NoChannels(firmware_));
         }
         channel.item = Face<ITamInternalAppObject>(channel.app);
         IAppObject& app = *channel.app.Get();
         VARIANT_BOOL done = VARIANT_FALSE;
-        com::Check(app.putref_XmlSNVTDoc(host_.CatalogueDocument().Get()));
-        com::Check(app.Init(com::Bstr(identifier).Get(), &done));
+        com::Call(app, &IAppObject::putref_XmlSNVTDoc, host_.CatalogueDocument().Get());
+        com::Call(app, &IAppObject::Init, com::Bstr(identifier).Get(), &done);
         if (done == VARIANT_FALSE) {
             throw BenchError(E_FAIL, "Init(\"" + Utf8(identifier) + "\") answered False");
         }
-        com::Check(app.Create());
-        com::Check(app.put_GlobalKey(com::Bstr(kSheetKey + key).Get()));
-        com::Check(app.put_ExtendedKey(com::Bstr(kProjectKey + key).Get()));
-        com::Check(app.put_UserName(com::Bstr(key).Get()));
-        com::Check(app.put_XPosition(kColumn));
-        com::Check(app.put_YPosition(kRow * static_cast<double>(channels_.size())));
+        com::Call(app, &IAppObject::Create);
+        com::Call(app, &IAppObject::put_GlobalKey, com::Bstr(kSheetKey + key).Get());
+        com::Call(app, &IAppObject::put_ExtendedKey, com::Bstr(kProjectKey + key).Get());
+        com::Call(app, &IAppObject::put_UserName, com::Bstr(key).Get());
+        com::Call(app, &IAppObject::put_XPosition, kColumn);
+        com::Call(app, &IAppObject::put_YPosition, kRow * static_cast<double>(channels_.size()));
         channels_.push_back(std::move(channel));
     });
     return channels_.back();
@@ -202,7 +205,8 @@ const Channel& SampleDevice::At(const std::wstring& key) const {
 }
 
 void SampleDevice::Fetch(const Channel& channel) const {
-    host_.Step("getting data for " + Utf8(channel.key), [&] { com::Check(channel.app->ObjectDebug()); });
+    host_.Step("getting data for " + Utf8(channel.key),
+               [&] { com::Call(channel.app, &IAppObject::ObjectDebug); });
 }
 
 } // namespace bench

@@ -20,9 +20,10 @@ constexpr Section kSections[] = {
     {"attribute", L"Attributes", L"TAMConfig/Attributes/Attrib"},
 };
 
-com::Ref<ISNVType> TypeOf(auto& point) {
+template <class Point>
+com::Ref<ISNVType> TypeOf(Point& point) {
     com::Ref<ISNVType> type;
-    com::Check(point.get_SNVTType(type.Put()));
+    com::Call(point, &Point::get_SNVTType, type.Put());
     return type;
 }
 
@@ -71,12 +72,12 @@ xml::Node Definition(IAppObject& app) {
     com::Check(CoCreateInstance(__uuidof(LibraryService), nullptr, CLSCTX_INPROC_SERVER,
                                 __uuidof(ILibraryService), service.PutVoid()));
     com::Ref<ILibrary> library;
-    com::Check(service->get_Library(library.Put()));
+    com::Call(service, &ILibraryService::get_Library, library.Put());
     com::Ref<IDispatch> document;
-    com::Check(library->DefinitionDocument(com::Bstr(WideOf(app, &IAppObject::get_UniqueIDString)).Get(),
-                                           document.Put()));
+    com::Call(library, &ILibrary::DefinitionDocument,
+              com::Bstr(WideOf(app, &IAppObject::get_UniqueIDString)).Get(), document.Put());
     com::Ref<IXMLDOMElement> root;
-    com::Check(document.As<IXMLDOMDocument2>()->get_documentElement(root.Put()));
+    com::Call(document.As<IXMLDOMDocument2>(), &IXMLDOMDocument::get_documentElement, root.Put());
     return {root};
 }
 
@@ -176,9 +177,9 @@ void SetPoint(Host& host, const Channel& channel, const std::wstring& name, cons
     host.Step("setting " + title, [&] {
         const com::Bstr text(value);
         if (const auto attribute = FindAttribute(*channel.app.Get(), name)) {
-            com::Check(attribute->put_Value(text.Get()));
+            com::Call(attribute, &IAttribute::put_Value, text.Get());
         } else if (const auto input = FindInput(*channel.app.Get(), name)) {
-            com::Check(input->put_Value(text.Get()));
+            com::Call(input, &IInput::put_Value, text.Get());
         } else {
             throw BenchError(E_INVALIDARG, "there is no attribute or input \"" + title + "\"");
         }
@@ -192,7 +193,7 @@ void SetDisplayed(Host& host, const Channel& channel, const std::wstring& name, 
         if (!output) {
             throw BenchError(E_INVALIDARG, "there is no output \"" + title + "\"");
         }
-        com::Check(output->put_IsDisplayable(displayed ? VARIANT_TRUE : VARIANT_FALSE));
+        com::Call(output, &IOutput::put_IsDisplayable, displayed ? VARIANT_TRUE : VARIANT_FALSE);
     });
 }
 

@@ -33,7 +33,7 @@ class Project {
         , moduleName_(WideOf(device.Module().App(), &IAppObject::get_UniqueIDString))
         , document_(xml::LoadFile(file)) {
         com::Ref<IXMLDOMElement> root;
-        com::Check(document_->get_documentElement(root.Put()));
+        com::Call(document_, &IXMLDOMDocument::get_documentElement, root.Put());
         xml::ForEachElement(xml::Node(root), [&](const xml::Node& element) { Sort(element); });
         if (!module) {
             Refuse("holds no module of device " + Utf8(device.Key()));
@@ -135,7 +135,7 @@ void LoadChannel(SampleDevice& device, const SavedChannel& saved, Json& restored
     const Channel& channel = device.Place(saved.identifier, saved.key);
     const Json before = ReadPoints(*channel.app.Get());
     device.Module().Step("XmlLoad of " + Utf8(saved.key),
-                         [&] { com::Check(channel.app->XmlLoad(saved.element.Get())); });
+                         [&] { com::Call(channel.app, &IAppObject::XmlLoad, saved.element.Get()); });
     AddRestored(channel, before, ReadPoints(*channel.app.Get()), restored);
 }
 
@@ -158,7 +158,7 @@ Json LoadProject(SampleDevice& device, const std::wstring& file, const Report& r
                    {"notes", Json::array()}};
     host.Step("reading the project", [&] {
         const Project project(device, file);
-        host.Step("XmlLoad", [&] { com::Check(host.App().XmlLoad(project.module.Get())); });
+        host.Step("XmlLoad", [&] { com::Call(host.App(), &IAppObject::XmlLoad, project.module.Get()); });
         if (report.HasErrorReport()) {
             throw BenchError(E_INVALIDARG, Utf8(file) + " is damaged: the component could not read the "
                                                         "module to its end");
@@ -186,10 +186,10 @@ xml::Node SaveProject(const SampleDevice& device) {
     Host& host = device.Module();
     const xml::Document document = xml::New();
     xml::Node project = xml::Append(document, xml::Node(document), L"Project");
-    host.Step("XMLSave", [&] { com::Check(host.App().XMLSave(project.Get(), document.Get())); });
+    host.Step("XMLSave", [&] { com::Call(host.App(), &IAppObject::XMLSave, project.Get(), document.Get()); });
     for (const Channel& channel : device.Channels()) {
         host.Step("XMLSave of " + Utf8(channel.key),
-                  [&] { com::Check(channel.app->XMLSave(project.Get(), document.Get())); });
+                  [&] { com::Call(channel.app, &IAppObject::XMLSave, project.Get(), document.Get()); });
     }
     return project;
 }

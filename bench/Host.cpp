@@ -103,7 +103,7 @@ Host::Host(const Options& options, Report& report)
     catalogueFile_ = FindCatalogue(options.catalogue);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
-    com::Check(catalogueDocument_->get_documentElement(root.Put()));
+    com::Call(catalogueDocument_, &IXMLDOMDocument::get_documentElement, root.Put());
     catalogue_ = xml::Node(root);
     types_ = xml::IndexOf(catalogue_);
     MakeObject();
@@ -159,7 +159,7 @@ void Host::MakeObject() {
         Step("UnitSystem", [&] {
             const auto settings = CreateByProgId(L"UnitManager.Converter").As<IUnitSettings>();
             com::CheckSet(settings.Get());
-            com::Check(settings->put_UnitSystem(com::Bstr(L"US").Get()));
+            com::Call(settings, &IUnitSettings::put_UnitSystem, com::Bstr(L"US").Get());
         });
     }
     Step("activation", [&] {
@@ -171,20 +171,20 @@ void Host::MakeObject() {
     });
     Step("Init", [&] {
         VARIANT_BOOL done = VARIANT_FALSE;
-        com::Check(app_->Init(com::Bstr(options_.definition).Get(), &done));
+        com::Call(app_, &IAppObject::Init, com::Bstr(options_.definition).Get(), &done);
         if (done == VARIANT_FALSE) {
             throw BenchError(E_FAIL, "Init(\"" + Utf8(options_.definition) +
                                          "\") answered False: the definition could not be loaded");
         }
     });
-    Step("XmlSNVTDoc", [&] { com::Check(app_->putref_XmlSNVTDoc(catalogueDocument_.Get())); });
+    Step("XmlSNVTDoc", [&] { com::Call(app_, &IAppObject::putref_XmlSNVTDoc, catalogueDocument_.Get()); });
     Step("Parent", [&] {
         project_ = Create<IDispatch>(__uuidof(Project));
-        com::Check(app_->putref_Parent(project_.Get()));
+        com::Call(app_, &IAppObject::putref_Parent, project_.Get());
     });
     Step("Address", [&] {
-        com::Check(tam_->put_Address(kAddress));
-        com::Check(tam_->put_ApplicationID(com::Bstr(kApplication).Get()));
+        com::Call(tam_, &ITamObject::put_Address, kAddress);
+        com::Call(tam_, &ITamObject::put_ApplicationID, com::Bstr(kApplication).Get());
     });
 }
 
@@ -196,7 +196,8 @@ void Host::LoadStream() {
 }
 
 void Host::LoadStreamText(const std::wstring& text) {
-    Step("LoadFromXmlStream", [&] { com::Check(tam_->LoadFromXmlStream(com::Bstr(text).Get())); });
+    Step("LoadFromXmlStream",
+         [&] { com::Call(tam_, &ITamObject::LoadFromXmlStream, com::Bstr(text).Get()); });
     // The component gives the key to no one. It has refused a text with a document type by now.
     deviceKey_ = xml::TextAt(xml::Node(xml::LoadText(text)), L"Tam/DevKey");
     SetKeys();
@@ -208,8 +209,9 @@ void Host::LoadStreamText(const std::wstring& text) {
 
 // Loading replaces the collections, so the keys come after it.
 void Host::SetKeys() {
-    Step("GlobalKey", [&] { com::Check(app_->put_GlobalKey(com::Bstr(kGlobalKey).Get())); });
-    Step("ExtendedKey", [&] { com::Check(app_->put_ExtendedKey(com::Bstr(kExtendedKey).Get())); });
+    Step("GlobalKey", [&] { com::Call(app_, &IAppObject::put_GlobalKey, com::Bstr(kGlobalKey).Get()); });
+    Step("ExtendedKey",
+         [&] { com::Call(app_, &IAppObject::put_ExtendedKey, com::Bstr(kExtendedKey).Get()); });
 }
 
 // The component reads no enumeration texts from the catalogue: the owner of a
@@ -218,7 +220,7 @@ void Host::GiveEnumTexts() {
     Step("EnumDesc", [&] {
         ForEachAttribute(*app_.Get(), [&](IAttribute& attribute) {
             com::Ref<ISNVType> type;
-            com::Check(attribute.get_SNVTType(type.Put()));
+            com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
             const auto enumeration = type.As<IEnumType>();
             if (!enumeration || !FlagOf(*enumeration.Get(), &IEnumType::get_IsEnumType)) {
                 return;
@@ -226,7 +228,7 @@ void Host::GiveEnumTexts() {
             const std::wstring id = WideOf(*type.Get(), &ISNVType::get_ID);
             const std::wstring texts = CatalogueText(id, L"EnumDesc");
             if (!texts.empty()) {
-                com::Check(enumeration->put_EnumDesc(com::Bstr(texts).Get()));
+                com::Call(enumeration, &IEnumType::put_EnumDesc, com::Bstr(texts).Get());
             }
         });
     });
@@ -257,21 +259,21 @@ Wire Host::WireInput(IInput& input, const std::wstring& reference) {
     const com::Ref<IOutput> output = FindOutput(*app_.Get(), reference);
     com::Ref<ISNVType> type;
     if (output) {
-        com::Check(output->get_SNVTType(type.Put()));
+        com::Call(output, &IOutput::get_SNVTType, type.Put());
     }
     if (type) {
         const com::Bstr id(WideOf(*type.Get(), &ISNVType::get_ID));
         VARIANT_BOOL fits = VARIANT_FALSE;
-        com::Check(connection->get_IsSNVTCompatible(id.Get(), &fits));
+        com::Call(connection, &ISubItemConnable::get_IsSNVTCompatible, id.Get(), &fits);
         if (fits == VARIANT_FALSE) {
             wire.result = "refused";
             wire.reason = "type " + Utf8(id.View()) + " is not among those that the input accepts";
             return wire;
         }
-        com::Check(connection->putref_ConnectedType(type.Get()));
+        com::Call(connection, &ISubItemConnable::putref_ConnectedType, type.Get());
     }
-    com::Check(input.put_Value(com::Bstr(reference).Get()));
-    com::Check(connection->put_IsConnected(VARIANT_TRUE));
+    com::Call(input, &IInput::put_Value, com::Bstr(reference).Get());
+    com::Call(connection, &ISubItemConnable::put_IsConnected, VARIANT_TRUE);
     wire.result = "wired";
     wire.reason = output ? "an output of this module" : "another object";
     return wire;

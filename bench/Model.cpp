@@ -12,7 +12,7 @@ namespace {
 template <class Item, class Collection>
 void ForEach(Collection& collection, const std::function<void(Item&)>& visit) {
     com::Ref<IUnknown> enumerator;
-    com::Check(collection.get_NewEnum(enumerator.Put()));
+    com::Call(collection, &Collection::get_NewEnum, enumerator.Put());
     const auto variants = enumerator.template As<IEnumVARIANT>();
     com::CheckSet(variants.Get());
     com::Variant value;
@@ -26,7 +26,7 @@ void ForEach(Collection& collection, const std::function<void(Item&)>& visit) {
 template <class Item, class Collection>
 com::Ref<Item> Find(Collection& collection, const std::wstring& name) {
     com::Ref<Item> item;
-    com::Check(collection.get_Item(com::Bstr(name).Get(), item.Put()));
+    com::Call(collection, &Collection::get_Item, com::Bstr(name).Get(), item.Put());
     if (item && lstrcmpiW(WideOf(*item.Get(), &Item::get_Name).c_str(), name.c_str()) != 0) {
         item.Reset();
     }
@@ -37,7 +37,7 @@ template <class Collection>
 com::Ref<Collection> CollectionOf(IAppObject& object,
                                   HRESULT (STDMETHODCALLTYPE IAppObject::*member)(Collection**)) {
     com::Ref<Collection> collection;
-    com::Check((object.*member)(collection.Put()));
+    com::Call(object, member, collection.Put());
     com::CheckSet(collection.Get());
     return collection;
 }
@@ -84,10 +84,11 @@ com::Ref<IAttribute> FindAttribute(IAppObject& object, const std::wstring& name)
 xml::Node Interoperability(Host& host) {
     const xml::Document document = xml::New();
     const xml::Node root = xml::Append(document, xml::Node(document), L"Interoperability");
-    host.Step("XMLSaveForInteroperability",
-              [&] { com::Check(host.App().XMLSaveForInteroperability(root.Get(), document.Get())); });
+    host.Step("XMLSaveForInteroperability", [&] {
+        com::Call(host.App(), &IAppObject::XMLSaveForInteroperability, root.Get(), document.Get());
+    });
     xml::Node element;
-    com::Check(root->get_firstChild(element.Put()));
+    com::Call(root, &IXMLDOMNode::get_firstChild, element.Put());
     com::CheckSet(element.Get());
     return element;
 }
@@ -121,7 +122,7 @@ Json ReadType(ISNVType* type) {
 
 Json ReadAccepted(IInput& input) {
     com::Ref<ICompatibleSNVTs> accepted;
-    com::Check(input.get_SNVTCompatibles(accepted.Put()));
+    com::Call(input, &IInput::get_SNVTCompatibles, accepted.Put());
     com::CheckSet(accepted.Get());
     Json identifiers = Json::array();
     const std::function<void(ICompatibleSNVT&)> visit = [&](ICompatibleSNVT& entry) {
@@ -133,7 +134,7 @@ Json ReadAccepted(IInput& input) {
 
 Json ReadValue(IAttribute& attribute) {
     com::Ref<ISNVType> type;
-    com::Check(attribute.get_SNVTType(type.Put()));
+    com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
     return {{"value", TextOf(attribute, &IAttribute::get_Value)},
             {"display", type ? Json(TextOf(attribute, &IAttribute::get_DispValue)) : Json()}};
 }
@@ -171,7 +172,7 @@ Json ReadInputs(Host& host, const xml::Node& interoperability) {
             const std::wstring name = WideOf(input, &IInput::get_Name);
             const xml::Node& point = described.at(name);
             com::Ref<ISNVType> connectedType;
-            com::Check(input.get_ConnectedType(connectedType.Put()));
+            com::Call(input, &IInput::get_ConnectedType, connectedType.Put());
             inputs.push_back(
                 {{"name", Utf8(name)},
                  {"index", NumberOf(input, &IInput::get_Index)},
@@ -199,7 +200,7 @@ Json ReadOutputs(Host& host, const xml::Node& interoperability) {
         ForEachOutput(host.App(), [&](IOutput& output) {
             const std::wstring name = WideOf(output, &IOutput::get_Name);
             com::Ref<ISNVType> type;
-            com::Check(output.get_SNVTType(type.Put()));
+            com::Call(output, &IOutput::get_SNVTType, type.Put());
             const auto item = com::Query<IDisplayItem>(&output);
             com::CheckSet(item.Get());
             outputs.push_back({{"name", Utf8(name)},
@@ -223,7 +224,7 @@ Json ReadAttributes(Host& host) {
     host.Step("reading the attributes", [&] {
         ForEachAttribute(host.App(), [&](IAttribute& attribute) {
             com::Ref<ISNVType> type;
-            com::Check(attribute.get_SNVTType(type.Put()));
+            com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
             attributes.push_back(
                 {{"name", TextOf(attribute, &IAttribute::get_Name)},
                  {"type", ReadType(type.Get())},

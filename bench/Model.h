@@ -21,7 +21,7 @@ class Host;
 template <class I>
 std::wstring WideOf(I& object, HRESULT (STDMETHODCALLTYPE I::*member)(BSTR*)) {
     com::Bstr text;
-    com::Check((object.*member)(text.Put()));
+    com::Call(object, member, text.Put());
     return std::wstring(text.View());
 }
 
@@ -33,7 +33,7 @@ std::string TextOf(I& object, HRESULT (STDMETHODCALLTYPE I::*member)(BSTR*)) {
 template <class I, class T>
 T NumberOf(I& object, HRESULT (STDMETHODCALLTYPE I::*member)(T*)) {
     T value{};
-    com::Check((object.*member)(&value));
+    com::Call(object, member, &value);
     return value;
 }
 

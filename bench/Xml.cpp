@@ -17,17 +17,17 @@ constexpr CLSID kDocumentClass = {
 
 DOMNodeType TypeOf(const Node& node) {
     DOMNodeType type = NODE_INVALID;
-    com::Check(node->get_nodeType(&type));
+    com::Call(node, &IXMLDOMNode::get_nodeType, &type);
     return type;
 }
 
 void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit) {
     Node child;
-    com::Check(parent->get_firstChild(child.Put()));
+    com::Call(parent, &IXMLDOMNode::get_firstChild, child.Put());
     while (child) {
         visit(child);
         Node next;
-        com::Check(child->get_nextSibling(next.Put()));
+        com::Call(child, &IXMLDOMNode::get_nextSibling, next.Put());
         child = next;
     }
 }
@@ -67,7 +67,7 @@ std::string Escape(const std::wstring& text, bool isAttribute) {
 std::string PrintAttributes(const Node& node, std::size_t longest) {
     std::string text;
     com::Ref<IXMLDOMNamedNodeMap> attributes;
-    com::Check(node->get_attributes(attributes.Put()));
+    com::Call(node, &IXMLDOMNode::get_attributes, attributes.Put());
     Node attribute;
     while (attributes && attributes->nextNode(attribute.Put()) == S_OK) {
         text += " " + Utf8(NameOf(attribute)) + "=\"" + Cut(Escape(TextOf(attribute), true), longest) + "\"";
@@ -100,7 +100,7 @@ void PrintNode(const Node& node, std::size_t depth, std::size_t longest, std::st
 
 [[noreturn]] void ThrowParseError(const Document& document, const std::wstring& path) {
     com::Ref<IXMLDOMParseError> error;
-    com::Check(document->get_parseError(error.Put()));
+    com::Call(document, &IXMLDOMDocument::get_parseError, error.Put());
     LONG code = 0;
     LONG line = 0;
     com::Bstr reason;
@@ -120,11 +120,11 @@ Document New() {
     Document document;
     com::Check(CoCreateInstance(kDocumentClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
                                 document.PutVoid()));
-    com::Check(document->put_async(VARIANT_FALSE));
+    com::Call(document, &IXMLDOMDocument::put_async, VARIANT_FALSE);
     VARIANT yes{};
     yes.vt = VT_BOOL;
     yes.boolVal = VARIANT_TRUE;
-    com::Check(document->setProperty(com::Bstr(L"ProhibitDTD").Get(), yes));
+    com::Call(document, &IXMLDOMDocument2::setProperty, com::Bstr(L"ProhibitDTD").Get(), yes);
     return document;
 }
 
@@ -134,12 +134,12 @@ Document LoadFile(const std::wstring& path) {
     }
     Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
-    com::Check(document->load(com::Variant(std::wstring_view(FullPath(path))).Get(), &done));
+    com::Call(document, &IXMLDOMDocument::load, com::Variant(std::wstring_view(FullPath(path))).Get(), &done);
     if (done == VARIANT_FALSE) {
         ThrowParseError(document, path);
     }
     com::Ref<IXMLDOMDocumentType> type; // not every parser refuses it when told to
-    com::Check(document->get_doctype(type.Put()));
+    com::Call(document, &IXMLDOMDocument::get_doctype, type.Put());
     if (type) {
         throw BenchError(E_FAIL, Utf8(path) + " has a document type (DTD), which is not accepted");
     }
@@ -149,21 +149,21 @@ Document LoadFile(const std::wstring& path) {
 Document LoadText(const std::wstring& text) {
     Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
-    com::Check(document->loadXML(com::Bstr(text).Get(), &done));
+    com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(text).Get(), &done);
     return document;
 }
 
 Node Append(const Document& document, const Node& parent, const std::wstring& name) {
     com::Ref<IXMLDOMElement> element;
-    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    com::Call(document, &IXMLDOMDocument::createElement, com::Bstr(name).Get(), element.Put());
     Node appended;
-    com::Check(parent->appendChild(element.Get(), appended.Put()));
+    com::Call(parent, &IXMLDOMNode::appendChild, element.Get(), appended.Put());
     return appended;
 }
 
 Node Select(const Node& from, const std::wstring& path) {
     Node node;
-    com::Check(from->selectSingleNode(com::Bstr(path).Get(), node.Put()));
+    com::Call(from, &IXMLDOMNode::selectSingleNode, com::Bstr(path).Get(), node.Put());
     return node;
 }
 
@@ -174,13 +174,13 @@ std::wstring TextAt(const Node& from, const std::wstring& path) {
 
 std::wstring TextOf(const Node& node) {
     com::Bstr text;
-    com::Check(node->get_text(text.Put()));
+    com::Call(node, &IXMLDOMNode::get_text, text.Put());
     return std::wstring(text.View());
 }
 
 std::wstring NameOf(const Node& node) {
     com::Bstr name;
-    com::Check(node->get_nodeName(name.Put()));
+    com::Call(node, &IXMLDOMNode::get_nodeName, name.Put());
     return std::wstring(name.View());
 }
 

@@ -32,10 +32,15 @@ std::wstring Told(IErrorInfo& info, HRESULT (STDMETHODCALLTYPE IErrorInfo::*get)
 
 } // namespace
 
-CallError::CallError(HRESULT code) noexcept : code_(code) {
-    if (GetErrorInfo(0, info_.Put()) != S_OK) {
-        info_.Detach();
+Ref<IErrorInfo> TakeError(IUnknown* object, REFIID iid) noexcept {
+    Ref<IErrorInfo> info;
+    if (GetErrorInfo(0, info.Put()) != S_OK) {
+        info.Detach();
+        return {};
     }
+    const auto support = Query<ISupportErrorInfo>(object);
+    const bool isItsOwn = support && support->InterfaceSupportsErrorInfo(iid) == S_OK;
+    return isItsOwn ? info : Ref<IErrorInfo>();
 }
 
 void CheckSet(const void* object) {
@@ -55,6 +60,7 @@ Failure CurrentFailure() noexcept {
             failure.description = error.Description();
         } catch (const CallError& error) {
             failure.code = error.Code();
+            failure.isCallees = error.IsCallees();
             failure.info = error.Info();
             if (failure.info) {
                 failure.description = Told(*failure.info.Get(), &IErrorInfo::GetDescription);
@@ -85,7 +91,7 @@ std::wstring Failure::Source() const {
 
 HRESULT Publish(const Failure& failure, REFIID iid) noexcept {
     Ref<IErrorInfo> info = failure.info;
-    if (!info) {
+    if (!info && !failure.isCallees) {
         Ref<ICreateErrorInfo> create;
         if (SUCCEEDED(CreateErrorInfo(create.Put()))) {
             const auto trouble = Attempt([&] {

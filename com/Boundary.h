@@ -7,9 +7,11 @@
 
 #include <oaidl.h>
 
+#include <concepts>
 #include <exception>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace com {
@@ -20,6 +22,8 @@ struct Failure {
     /// Empty means: this component.
     std::wstring source;
     std::wstring description;
+    /// An object outside failed: it is told as that object told it, or not at all.
+    bool isCallees = false;
     /// The callee's own error object, when it gave one.
     Ref<IErrorInfo> info;
 
@@ -30,24 +34,65 @@ struct Failure {
     std::wstring Source() const;
 };
 
-/// A failed call on an object outside, with its error object.
+/// A failed call of a function of the platform, told in the system's words, or
+/// of an object outside.
 class CallError : public std::exception {
   public:
-    explicit CallError(HRESULT code) noexcept;
+    explicit CallError(HRESULT code) noexcept : code_(code) {}
+    /// Of an object, with the error object that it gave; empty when it gave none.
+    CallError(HRESULT code, Ref<IErrorInfo> info) noexcept
+        : code_(code), isCallees_(true), info_(std::move(info)) {}
     HRESULT Code() const noexcept { return code_; }
+    bool IsCallees() const noexcept { return isCallees_; }
     const Ref<IErrorInfo>& Info() const noexcept { return info_; }
     const char* what() const noexcept override { return "failed call"; }
 
   private:
     HRESULT code_;
+    bool isCallees_ = false;
     Ref<IErrorInfo> info_;
 };
 
-/// Throws CallError, with the callee's error object, when a call failed.
+/// Throws CallError when a function of the platform failed.
 inline void Check(HRESULT result) {
     if (FAILED(result)) [[unlikely]] {
         throw CallError(result);
     }
+}
+
+/// Puts away the error object that an earlier call left on this thread.
+inline void ForgetErrors() noexcept {
+    SetErrorInfo(0, nullptr);
+}
+
+/// Takes the error object that stands on this thread when it is that of an
+/// object which failed in a call through this interface: only an object that
+/// says so sets one at each failure. What another left is put away.
+Ref<IErrorInfo> TakeError(IUnknown* object, REFIID iid) noexcept;
+
+/// Throws CallError, with the object's error object, when a call of its
+/// interface iid failed. ForgetErrors goes before the call.
+inline HRESULT CheckCall(HRESULT result, IUnknown* object, REFIID iid) {
+    if (FAILED(result)) [[unlikely]] {
+        throw CallError(result, TakeError(object, iid));
+    }
+    return result;
+}
+
+/// Calls a member of an object outside. Answers its code of success; throws
+/// CallError, with the object's error object, when it failed.
+template <class T, class I, class... Parameters, class... Arguments>
+HRESULT Call(T* object, HRESULT (STDMETHODCALLTYPE I::*member)(Parameters...), Arguments&&... arguments) {
+    ForgetErrors();
+    return CheckCall((object->*member)(std::forward<Arguments>(arguments)...), object, __uuidof(T));
+}
+template <class T, class Member, class... Arguments>
+HRESULT Call(const Ref<T>& object, Member member, Arguments&&... arguments) {
+    return Call(object.Get(), member, std::forward<Arguments>(arguments)...);
+}
+template <std::derived_from<IUnknown> T, class Member, class... Arguments>
+HRESULT Call(T& object, Member member, Arguments&&... arguments) {
+    return Call(&object, member, std::forward<Arguments>(arguments)...);
 }
 
 /// Throws "object not set" for an empty reference.
@@ -70,10 +115,16 @@ std::optional<Failure> Attempt(F&& f) noexcept {
 /// Hands a failure to the caller: sets its error object, answers its HRESULT.
 HRESULT Publish(const Failure& failure, REFIID iid) noexcept;
 
+/// Answers a refusal that has no error object.
+inline HRESULT Refuse(HRESULT code) noexcept {
+    ForgetErrors();
+    return code;
+}
+
 /// The boundary of a COM member: what f throws becomes HRESULT and error object.
 template <class F>
 HRESULT Guard(REFIID iid, F&& f) noexcept {
-    SetErrorInfo(0, nullptr); // what an earlier call left is not this call's error
+    ForgetErrors(); // what an earlier call left is not this call's error
     const auto failure = Attempt(std::forward<F>(f));
     return failure ? Publish(*failure, iid) : S_OK;
 }
@@ -82,7 +133,7 @@ HRESULT Guard(REFIID iid, F&& f) noexcept {
 template <class T, class F>
 HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
     if (out == nullptr) {
-        return E_POINTER;
+        return Refuse(E_POINTER);
     }
     Empty(out);
     return Guard(iid, [&] { Assign(out, f()); });

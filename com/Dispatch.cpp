@@ -11,7 +11,7 @@ namespace {
 constexpr WORD kPut = DISPATCH_PROPERTYPUT;
 constexpr WORD kPutRef = DISPATCH_PROPERTYPUTREF;
 
-struct Call {
+struct Request {
     WORD flags;
     DISPPARAMS* params;
     VARIANT* result;
@@ -22,7 +22,7 @@ struct Call {
 /// Hands the arguments to the default member of the object that property `id`
 /// answers. The platform does so too, but not every one looks first whether
 /// there is an object.
-HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const Call& call) {
+HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const Request& call) {
     if (call.result == nullptr) {
         return DISP_E_BADPARAMCOUNT; // whoever indexes wants to know what is there
     }
@@ -43,7 +43,7 @@ HRESULT InvokeDefaultOf(const FaceEntry& face, ITypeInfo& info, DISPID id, const
 }
 
 /// Calls member `id` of one interface with one kind of access.
-HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD flags, const Call& call) {
+HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD flags, const Request& call) {
     const MemberShape* const shape = FindShape(type.shapes, id, flags);
     if (shape == nullptr) {
         return DISP_E_MEMBERNOTFOUND;
@@ -72,7 +72,7 @@ HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD f
 /// Calls member `id` of one interface. A property that is set by reference is
 /// also found by a plain assignment, and the other way round: script languages
 /// do not agree on which of the two they use for objects.
-HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Call& call) {
+HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Request& call) {
     const TypeEntry& type = ThisModule().Type(*face.iid);
     if (!type.info) {
         return type.result;
@@ -100,7 +100,7 @@ Bstr NameOf(std::span<const FaceEntry> faces, DISPID id) {
 
 /// Another interface may have a member of the same name that allows this kind
 /// of access: a point's `IsConnected` is read in one and written in another.
-HRESULT InvokeByName(std::span<const FaceEntry> faces, DISPID id, const Call& call) {
+HRESULT InvokeByName(std::span<const FaceEntry> faces, DISPID id, const Request& call) {
     const Bstr name = NameOf(faces, id);
     if (name.Get() == nullptr) {
         return DISP_E_MEMBERNOTFOUND;
@@ -179,7 +179,7 @@ HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID res
     return failure ? failure->code : answer;
 }
 
-// argumentError is written through Call.
+// argumentError is written through Request.
 // NOLINTBEGIN(readability-non-const-parameter)
 HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id, REFIID reserved, WORD flags,
                    DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argumentError) noexcept {
@@ -191,7 +191,7 @@ HRESULT InvokeFace(std::span<const FaceEntry> faces, std::size_t own, DISPID id,
         return E_INVALIDARG;
     }
     HRESULT answer = E_UNEXPECTED;
-    const Call call{flags, params, result, exception, argumentError};
+    const Request call{flags, params, result, exception, argumentError};
     const auto failure = Attempt([&] {
         answer = OwnFirst(faces, own, DISP_E_MEMBERNOTFOUND,
                           [&](const FaceEntry& face) { return InvokeOne(face, id, call); });

@@ -1,7 +1,6 @@
 #include "com/LateBound.h"
 
 #include "com/Boundary.h"
-#include "common/RunTimeError.h"
 
 #include <cstdint>
 #include <vector>
@@ -20,29 +19,59 @@ HRESULT CodeOf(const EXCEPINFO& exception) noexcept {
                                 : DISP_E_EXCEPTION;
 }
 
+/// The texts of an exception, which are the caller's to free.
+struct ExceptionTexts {
+    explicit ExceptionTexts(const EXCEPINFO& exception) noexcept {
+        *source.Put() = exception.bstrSource;
+        *description.Put() = exception.bstrDescription;
+        *helpFile.Put() = exception.bstrHelpFile;
+    }
+    Bstr source;
+    Bstr description;
+    Bstr helpFile;
+};
+
+/// The error object that says what an exception says; empty where that is
+/// nothing.
+Ref<IErrorInfo> InfoOf(const ExceptionTexts& texts, DWORD helpContext) {
+    if (texts.source.Get() == nullptr && texts.description.Get() == nullptr &&
+        texts.helpFile.Get() == nullptr && helpContext == 0) {
+        return {};
+    }
+    Ref<ICreateErrorInfo> info;
+    Check(CreateErrorInfo(info.Put()));
+    const auto set = [&](HRESULT (STDMETHODCALLTYPE ICreateErrorInfo::*member)(LPOLESTR), const Bstr& text) {
+        if (text.Get() != nullptr) {
+            Check((info.Get()->*member)(text.Get()));
+        }
+    };
+    set(&ICreateErrorInfo::SetSource, texts.source);
+    set(&ICreateErrorInfo::SetDescription, texts.description);
+    set(&ICreateErrorInfo::SetHelpFile, texts.helpFile);
+    Check(info->SetHelpContext(helpContext));
+    return info.As<IErrorInfo>();
+}
+
 [[noreturn]] void ThrowException(EXCEPINFO& exception) {
     if (exception.pfnDeferredFillIn != nullptr) {
         exception.pfnDeferredFillIn(&exception);
     }
-    const std::wstring source = Text(exception.bstrSource);
-    const std::wstring description = Text(exception.bstrDescription);
-    SysFreeString(exception.bstrSource);
-    SysFreeString(exception.bstrDescription);
-    SysFreeString(exception.bstrHelpFile);
-    throw tam::RunTimeError(static_cast<std::int32_t>(CodeOf(exception)), source, description);
+    const ExceptionTexts texts(exception);
+    throw CallError(CodeOf(exception), InfoOf(texts, exception.dwHelpContext));
 }
 
 DISPID IdOf(IDispatch& object, const std::wstring& name) {
     DISPID id = DISPID_UNKNOWN;
     Bstr member(name);
     BSTR text = member.Get();
-    Check(object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id));
+    Call(object, &IDispatch::GetIDsOfNames, IID_NULL, &text, 1u, LOCALE_USER_DEFAULT, &id);
     return id;
 }
 
 /// Calls a member and answers its HRESULT; an exception of the member is thrown.
 HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VARIANT* result) {
     EXCEPINFO exception{};
+    ForgetErrors();
     const HRESULT hr =
         object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, nullptr);
     if (hr == DISP_E_EXCEPTION) {
@@ -67,7 +96,8 @@ Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIAN
     std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
     DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
     Variant result;
-    Check(Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, result.Put()));
+    CheckCall(Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, result.Put()), &object,
+              IID_IDispatch);
     return result;
 }
 
@@ -87,7 +117,7 @@ void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value
         // The property takes its object by plain assignment alone.
         hr = Invoke(object, id, DISPATCH_PROPERTYPUT, params, nullptr);
     }
-    Check(hr);
+    CheckCall(hr, &object, IID_IDispatch);
 }
 
 VARIANT ByReference(Bstr& text) noexcept {

@@ -4,7 +4,7 @@ namespace tam::dom {
 
 bool HasDocumentType(const Document& document) {
     com::Ref<IXMLDOMDocumentType> type;
-    com::Check(document->get_doctype(type.Put()));
+    com::Call(document, &IXMLDOMDocument::get_doctype, type.Put());
     return static_cast<bool>(type);
 }
 

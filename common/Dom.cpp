@@ -7,6 +7,7 @@ namespace tam::dom {
 namespace {
 
 using com::Bstr;
+using com::Call;
 using com::Check;
 using com::CheckSet;
 using com::Ref;
@@ -37,17 +38,15 @@ Document NewDocument(REFCLSID documentClass) {
     Document document;
     Check(CoCreateInstance(documentClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument2),
                            document.PutVoid()));
-    Check(document->put_async(VARIANT_FALSE));
+    Call(document, &IXMLDOMDocument::put_async, VARIANT_FALSE);
     com::Variant language(L"XPath");
-    Check(document->setProperty(Bstr(L"SelectionLanguage").Get(), language.Get()));
+    Call(document, &IXMLDOMDocument2::setProperty, Bstr(L"SelectionLanguage").Get(), language.Get());
     VARIANT yes{};
     yes.vt = VT_BOOL;
     yes.boolVal = VARIANT_TRUE;
     // Older parsers do not know the property. They would fetch what a document refers to.
-    if (FAILED(document->setProperty(Bstr(L"ProhibitDTD").Get(), yes))) {
-        SetErrorInfo(0, nullptr); // what it said of that is no later failure's
-    }
-    Check(document->put_resolveExternals(VARIANT_FALSE));
+    document->setProperty(Bstr(L"ProhibitDTD").Get(), yes);
+    Call(document, &IXMLDOMDocument::put_resolveExternals, VARIANT_FALSE);
     return document;
 }
 
@@ -61,13 +60,13 @@ Document DocumentOf(IDispatch* object) {
 
 std::wstring BaseName(const Node& node) {
     Bstr name;
-    Check(node->get_baseName(name.Put()));
+    Call(node, &IXMLDOMNode::get_baseName, name.Put());
     return std::wstring(name.View());
 }
 
 std::wstring TextOf(const Node& node) {
     Bstr text;
-    Check(node->get_text(text.Put()));
+    Call(node, &IXMLDOMNode::get_text, text.Put());
     return std::wstring(text.View());
 }
 
@@ -83,7 +82,7 @@ std::wstring OwnText(const Node& node) {
 
 std::wstring ValueOf(const Node& node) {
     com::Variant value;
-    Check(node->get_nodeValue(value.Put()));
+    Call(node, &IXMLDOMNode::get_nodeValue, value.Put());
     return VariantText(value.Get());
 }
 
@@ -115,35 +114,35 @@ std::wstring FirstChildValue(const Node& node) {
 
 DOMNodeType TypeOf(const Node& node) {
     DOMNodeType type = NODE_INVALID;
-    Check(node->get_nodeType(&type));
+    Call(node, &IXMLDOMNode::get_nodeType, &type);
     return type;
 }
 
 bool HasNamespace(const Node& node) {
     Bstr text;
-    Check(node->get_namespaceURI(text.Put()));
+    Call(node, &IXMLDOMNode::get_namespaceURI, text.Put());
     if (!text.View().empty()) {
         return true;
     }
-    Check(node->get_prefix(text.Put()));
+    Call(node, &IXMLDOMNode::get_prefix, text.Put());
     return !text.View().empty();
 }
 
 Node ParentOf(const Node& node) {
     Node parent;
-    Check(node->get_parentNode(parent.Put()));
+    Call(node, &IXMLDOMNode::get_parentNode, parent.Put());
     return parent;
 }
 
 Node FirstChild(const Node& node) {
     Node child;
-    Check(node->get_firstChild(child.Put()));
+    Call(node, &IXMLDOMNode::get_firstChild, child.Put());
     return child;
 }
 
 Node NextSibling(const Node& node) {
     Node next;
-    Check(node->get_nextSibling(next.Put()));
+    Call(node, &IXMLDOMNode::get_nextSibling, next.Put());
     return next;
 }
 
@@ -176,14 +175,14 @@ void ForEachChildButComments(const Node& parent, const std::function<void(const 
 void ForEachAttribute(const Node& element,
                       const std::function<void(const std::wstring&, const std::wstring&)>& visit) {
     Ref<IXMLDOMNamedNodeMap> attributes;
-    Check(element->get_attributes(attributes.Put()));
+    Call(element, &IXMLDOMNode::get_attributes, attributes.Put());
     if (!attributes) {
         return;
     }
-    Check(attributes->reset()); // where somebody else's walk has left it
+    Call(attributes, &IXMLDOMNamedNodeMap::reset); // where somebody else's walk has left it
     for (;;) {
         Node attribute;
-        Check(attributes->nextNode(attribute.Put()));
+        Call(attributes, &IXMLDOMNamedNodeMap::nextNode, attribute.Put());
         if (!attribute) {
             return;
         }
@@ -193,20 +192,20 @@ void ForEachAttribute(const Node& element,
 
 std::optional<std::wstring> Attribute(const Node& element, const std::wstring& name) {
     Ref<IXMLDOMNamedNodeMap> attributes;
-    Check(element->get_attributes(attributes.Put()));
+    Call(element, &IXMLDOMNode::get_attributes, attributes.Put());
     Node attribute;
     if (attributes) {
-        Check(attributes->getNamedItem(Bstr(name).Get(), attribute.Put()));
+        Call(attributes, &IXMLDOMNamedNodeMap::getNamedItem, Bstr(name).Get(), attribute.Put());
     }
     return attribute ? std::optional(TextOf(attribute)) : std::nullopt;
 }
 
 Node FirstByTagName(const Document& document, const std::wstring& path) {
     Ref<IXMLDOMNodeList> list;
-    Check(document->getElementsByTagName(Bstr(path).Get(), list.Put()));
+    Call(document, &IXMLDOMDocument::getElementsByTagName, Bstr(path).Get(), list.Put());
     Node node;
     if (list) {
-        Check(list->nextNode(node.Put()));
+        Call(list, &IXMLDOMNodeList::nextNode, node.Put());
     }
     return node;
 }
@@ -214,11 +213,11 @@ Node FirstByTagName(const Document& document, const std::wstring& path) {
 void ForEachByTagName(const Document& document, const std::wstring& path,
                       const std::function<void(const Node&)>& visit) {
     Ref<IXMLDOMNodeList> list;
-    Check(document->getElementsByTagName(Bstr(path).Get(), list.Put()));
+    Call(document, &IXMLDOMDocument::getElementsByTagName, Bstr(path).Get(), list.Put());
     CheckSet(list.Get());
     for (;;) {
         Node node;
-        Check(list->nextNode(node.Put()));
+        Call(list, &IXMLDOMNodeList::nextNode, node.Put());
         if (!node) {
             return;
         }
@@ -228,7 +227,7 @@ void ForEachByTagName(const Document& document, const std::wstring& path,
 
 Node Select(const Node& from, const std::wstring& path) {
     Node node;
-    Check(from->selectSingleNode(Bstr(path).Get(), node.Put()));
+    Call(from, &IXMLDOMNode::selectSingleNode, Bstr(path).Get(), node.Put());
     return node;
 }
 
@@ -240,8 +239,8 @@ std::wstring RequiredText(const Node& from, const std::wstring& path) {
 
 Element Append(const Document& document, const Node& parent, const std::wstring& name) {
     Element element;
-    Check(document->createElement(Bstr(name).Get(), element.Put()));
-    Check(parent->appendChild(element.Get(), nullptr));
+    Call(document, &IXMLDOMDocument::createElement, Bstr(name).Get(), element.Put());
+    Call(parent, &IXMLDOMNode::appendChild, element.Get(), nullptr);
     return element;
 }
 
@@ -249,8 +248,8 @@ Element AppendText(const Document& document, const Node& parent, const std::wstr
                    const std::wstring& text) {
     Element element = Append(document, parent, name);
     Ref<IXMLDOMText> content;
-    Check(document->createTextNode(Bstr(text).Get(), content.Put()));
-    Check(element->appendChild(content.Get(), nullptr));
+    Call(document, &IXMLDOMDocument::createTextNode, Bstr(text).Get(), content.Put());
+    Call(element, &IXMLDOMNode::appendChild, content.Get(), nullptr);
     return element;
 }
 
@@ -261,7 +260,7 @@ Element AppendField(const Document& document, const Node& parent, const std::wst
 
 void SetAttribute(const Element& element, const std::wstring& name, const std::wstring& text) {
     const com::Variant value{std::wstring_view(text)};
-    Check(element->setAttribute(Bstr(name).Get(), value.Get()));
+    Call(element, &IXMLDOMElement::setAttribute, Bstr(name).Get(), value.Get());
 }
 
 } // namespace tam::dom

@@ -31,7 +31,7 @@ void Report(const com::Failure& failure, std::wstring_view callingObject,
 /// member goes on to its default result. True when nothing was thrown.
 template <class F>
 bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, F&& body) noexcept {
-    SetErrorInfo(0, nullptr); // what an earlier call left is not this member's error
+    com::ForgetErrors(); // what an earlier call left is not this member's error
     const auto failure = com::Attempt(std::forward<F>(body));
     if (failure) {
         Report(*failure, callingObject, callingFunction);

@@ -13,12 +13,13 @@ template <class I, class J>
 com::Ref<I> Required(J* object) {
     com::CheckSet(object);
     com::Ref<I> face;
+    com::ForgetErrors();
     const HRESULT result = object->QueryInterface(__uuidof(I), face.PutVoid());
     if (FAILED(result)) {
         face.Detach(); // a failing object may leave anything in the out pointer
     }
     if (result != E_NOINTERFACE) {
-        com::Check(result);
+        com::CheckCall(result, object, IID_IUnknown);
     }
     if (!face) {
         throw RunTimeError(RunTime::TypeMismatch);

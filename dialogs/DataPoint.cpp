@@ -50,7 +50,7 @@ std::wstring DataPointType::Text(TextMember member, const wchar_t* name) const {
         return TextOfResult(MemberOrNone(*object_.Get(), name));
     }
     com::Bstr text;
-    com::Check((type_.Get()->*member)(text.Put()));
+    com::Call(type_, member, text.Put());
     return std::wstring(text.View());
 }
 
@@ -60,7 +60,7 @@ std::int32_t DataPointType::Length() const {
         return text.empty() ? 0 : static_cast<std::int32_t>(com::LongOf(text));
     }
     long length = 0;
-    com::Check(type_->get_Length(&length));
+    com::Call(type_, &ISNVType::get_Length, &length);
     return static_cast<std::int32_t>(length);
 }
 
@@ -73,7 +73,7 @@ std::wstring DataPoint::Name() const {
         return TextOfResult(com::GetMember(*object_.Get(), L"Name"));
     }
     com::Bstr name;
-    com::Check(attribute_->get_Name(name.Put()));
+    com::Call(attribute_, &IAttribute::get_Name, name.Put());
     return std::wstring(name.View());
 }
 
@@ -82,7 +82,7 @@ std::wstring DataPoint::Value() const {
         return TextOfResult(com::GetMember(*object_.Get(), L"Value"));
     }
     com::Bstr value;
-    com::Check(attribute_->get_Value(value.Put()));
+    com::Call(attribute_, &IAttribute::get_Value, value.Put());
     return std::wstring(value.View());
 }
 
@@ -91,7 +91,7 @@ void DataPoint::SetValue(const std::wstring& value) const {
         com::PutMember(*object_.Get(), L"Value", com::Variant(value).Get());
         return;
     }
-    com::Check(attribute_->put_Value(com::Bstr(value).Get()));
+    com::Call(attribute_, &IAttribute::put_Value, com::Bstr(value).Get());
 }
 
 DataPointType DataPoint::Type() const {
@@ -99,18 +99,19 @@ DataPointType DataPoint::Type() const {
         return DataPointType(ObjectOfResult(com::GetMember(*object_.Get(), L"SNVTType")));
     }
     com::Ref<ISNVType> type;
-    com::Check(attribute_->get_SNVTType(type.Put()));
+    com::Call(attribute_, &IAttribute::get_SNVTType, type.Put());
     return DataPointType(type);
 }
 
 com::Ref<IDispatch> DataPoint::Fields() const {
     com::Ref<IDispatch> fields;
     // A host may lack the slot and have the member for scripts alone.
+    com::ForgetErrors();
     const HRESULT result = attribute_ ? attribute_->get_Fields(fields.Put()) : E_NOTIMPL;
     if (result == E_NOTIMPL) {
         return ObjectOfResult(MemberOrNone(*object_.Get(), L"Fields"));
     }
-    com::Check(result);
+    com::CheckCall(result, attribute_.Get(), __uuidof(IAttribute));
     return fields;
 }
 

@@ -46,8 +46,7 @@ Entries Enumerated(IDispatch& collection, IEnumVARIANT& enumerator) {
     for (;;) {
         com::Variant item;
         ULONG fetched = 0;
-        const HRESULT result = enumerator.Next(1, item.Put(), &fetched);
-        com::Check(result);
+        const HRESULT result = com::Call(enumerator, &IEnumVARIANT::Next, 1u, item.Put(), &fetched);
         if (result != S_OK) {
             return entries;
         }

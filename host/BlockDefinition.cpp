@@ -53,7 +53,7 @@ long Definition::Number(std::wstring_view keyword) const {
 
 BlockDefinition ReadDefinition(const dom::Document& document) {
     dom::Element root;
-    com::Check(document->get_documentElement(root.Put()));
+    com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     com::CheckSet(root.Get());
     const dom::Node node(root);
     return {Definition(node), ReadPoints(node, kInputs), ReadPoints(node, kOutputs),

@@ -10,16 +10,16 @@ namespace {
 
 bool HasKey(IMacroConnectionGroup& group, std::wstring_view key) {
     com::Ref<IMacroConnectedItems> items;
-    com::Check(group.get_Items(items.Put()));
+    com::Call(group, &IMacroConnectionGroup::get_Items, items.Put());
     com::CheckSet(items.Get());
     long count = 0;
-    com::Check(items->get_Count(&count));
+    com::Call(items, &IMacroConnectedItems::get_Count, &count);
     for (long position = 1; position <= count; ++position) {
         com::Ref<IMacroConnectedItem> item;
         com::Bstr text;
-        com::Check(items->get_Item(position, item.Put()));
+        com::Call(items, &IMacroConnectedItems::get_Item, position, item.Put());
         com::CheckSet(item.Get());
-        com::Check(item->get_key(text.Put()));
+        com::Call(item, &IMacroConnectedItem::get_key, text.Put());
         if (text.View() == key) {
             return true;
         }
@@ -45,13 +45,13 @@ bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey) {
         return false;
     }
     com::Ref<IMacroConnectionGroups> groups;
-    com::Check(connections->get_Groups(groups.Put()));
+    com::Call(connections, &IMacroConnections::get_Groups, groups.Put());
     com::CheckSet(groups.Get());
     long count = 0;
-    com::Check(groups->get_Count(&count));
+    com::Call(groups, &IMacroConnectionGroups::get_Count, &count);
     for (long position = 1; position <= count; ++position) {
         com::Ref<IMacroConnectionGroup> group;
-        com::Check(groups->get_Item(position, group.Put()));
+        com::Call(groups, &IMacroConnectionGroups::get_Item, position, group.Put());
         com::CheckSet(group.Get());
         if (HasKey(*group.Get(), globalKey)) {
             return true;
@@ -85,7 +85,7 @@ com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link)
 std::wstring TypeId(ISNVType* type) {
     com::Bstr id;
     if (type != nullptr) {
-        com::Check(type->get_ID(id.Put()));
+        com::Call(type, &ISNVType::get_ID, id.Put());
     }
     return std::wstring(id.View());
 }

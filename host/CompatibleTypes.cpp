@@ -49,13 +49,13 @@ HRESULT CompatibleTypes::Merge(ICompatibleSNVTs* other, ICompatibleSNVTs** value
         com::CheckSet(other);
         auto merged = CompatibleTypes::Make();
         long count = 0;
-        com::Check(other->get_Count(&count));
+        com::Call(other, &ICompatibleSNVTs::get_Count, &count);
         for (long position = 1; position <= count; ++position) {
             com::Ref<ICompatibleSNVT> type;
             com::Bstr id;
-            com::Check(other->get_Item(position, type.Put()));
+            com::Call(other, &ICompatibleSNVTs::get_Item, position, type.Put());
             com::CheckSet(type.Get());
-            com::Check(type->get_ID(id.Put()));
+            com::Call(type, &ICompatibleSNVT::get_ID, id.Put());
             if (Has(id.View()) && !merged->Has(id.View())) {
                 merged->types_.push_back(CompatibleType::Make(id.View()));
             }

@@ -49,7 +49,7 @@ bool IsGone(HRESULT result) noexcept {
 std::wstring ReadText(ISNVType* type, HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) {
     com::Bstr text;
     if (type != nullptr) {
-        com::Check((type->*member)(text.Put()));
+        com::Call(type, member, text.Put());
     }
     return std::wstring(text.View());
 }
@@ -71,6 +71,7 @@ bool GenericAttribute::Ask(Question question, Method method, Arguments... argume
     const auto self = This<IAttribute>(); // the call may drop the last other reference
     const Mark mark(asked_[question]);
     VARIANT_BOOL handled = VARIANT_FALSE;
+    com::ForgetErrors();
     const HRESULT result = (interceptor.Get()->*method)(self.Get(), arguments..., &handled);
     if (IsGone(result)) {
         if (point_.link->block != nullptr) {
@@ -78,7 +79,7 @@ bool GenericAttribute::Ask(Question question, Method method, Arguments... argume
         }
         return false;
     }
-    com::Check(result);
+    com::CheckCall(result, interceptor.Get(), __uuidof(IAttributeInterceptor));
     return handled != VARIANT_FALSE;
 }
 

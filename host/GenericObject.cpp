@@ -187,10 +187,10 @@ STDMETHODIMP GenericObject::Show() {
             return; // it lies on no sheet
         }
         com::Ref<IDispatch> object;
-        com::Check(document->get_View(object.Put()));
+        com::Call(document, &IHostDocument::get_View, object.Put());
         const auto view = object.As<IHostView>();
         com::CheckSet(view.Get());
-        com::Check(view->ShowObject());
+        com::Call(view, &IHostView::ShowObject);
     });
     showing_ = false;
     return result;

@@ -38,7 +38,7 @@ dom::Node ChildOf(const dom::Node& parent, std::wstring_view name, const wchar_t
 dom::Node RootOf(const com::Ref<IDispatch>& object) {
     dom::Element root;
     if (const auto document = object.As<IXMLDOMDocument>()) {
-        com::Check(document->get_documentElement(root.Put()));
+        com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
         return {root};
     }
     return object.As<IXMLDOMNode>();

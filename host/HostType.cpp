@@ -30,7 +30,7 @@ bool IsIndex(std::wstring_view id) noexcept {
 dom::Node EntryOf(std::wstring_view id, const dom::Document& catalogue) {
     dom::Element root;
     if (catalogue && IsIndex(id)) {
-        com::Check(catalogue->get_documentElement(root.Put()));
+        com::Call(catalogue, &IXMLDOMDocument::get_documentElement, root.Put());
     }
     return root ? dom::Select(dom::Node(root), std::wstring(kEntryPrefix).append(id)) : dom::Node();
 }

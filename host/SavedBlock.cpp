@@ -73,8 +73,8 @@ bool IsNamed(const std::wstring& name, const wchar_t* wanted) {
 std::optional<std::wstring> ReadAttribute(const dom::Element& element, const wchar_t* name) {
     // By its value: the text of blanks alone is nothing to some parsers.
     com::Variant value;
-    const HRESULT found = element->getAttribute(com::Bstr(name).Get(), value.Put());
-    com::Check(found);
+    const HRESULT found =
+        com::Call(element, &IXMLDOMElement::getAttribute, com::Bstr(name).Get(), value.Put());
     return found == S_OK && value.Get().vt == VT_BSTR ? std::optional(com::Text(value.Get().bstrVal))
                                                       : std::nullopt;
 }
@@ -101,7 +101,7 @@ std::vector<SavedPoint> ReadPoints(const dom::Node& list) {
 void WriteSaved(const SavedBlock& block, const std::wstring& name, const dom::Node& parent,
                 const dom::Document& document) {
     dom::Element element;
-    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    com::Call(document, &IXMLDOMDocument::createElement, com::Bstr(name).Get(), element.Put());
     const dom::Node node(element);
     WriteText(block.userName, kUserName, node, document);
     WriteText(block.x ? std::optional(NumberText(*block.x)) : std::nullopt, kX, node, document);
@@ -110,7 +110,7 @@ void WriteSaved(const SavedBlock& block, const std::wstring& name, const dom::No
     WritePoints(block.inputs, kInputs, node, document);
     WritePoints(block.outputs, kOutputs, node, document);
     WritePoints(block.attributes, kAttributes, node, document);
-    com::Check(parent->appendChild(element.Get(), nullptr));
+    com::Call(parent, &IXMLDOMNode::appendChild, element.Get(), nullptr);
 }
 
 SavedBlock ReadSaved(const dom::Node& element) {

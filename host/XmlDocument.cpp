@@ -13,7 +13,7 @@ namespace dom = tam::dom;
     com::Ref<IXMLDOMParseError> reason;
     com::Bstr text;
     long line = 0;
-    com::Check(document->get_parseError(reason.Put()));
+    com::Call(document, &IXMLDOMDocument::get_parseError, reason.Put());
     com::Check(reason->get_reason(text.Put()));
     com::Check(reason->get_line(&line));
     std::wstring message = what + L" cannot be read as XML";
@@ -39,7 +39,7 @@ dom::Document LoadXmlFile(const std::wstring& path, BlockError error) {
     dom::Document document = dom::NewDocument(dom::kDocumentClass);
     const com::Variant source{std::wstring_view(path)};
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    com::Check(document->load(source.Get(), &loaded));
+    com::Call(document, &IXMLDOMDocument::load, source.Get(), &loaded);
     if (loaded == VARIANT_FALSE) {
         ThrowParseError(document, L"\"" + path + L"\"", error);
     }
@@ -50,7 +50,7 @@ dom::Document LoadXmlFile(const std::wstring& path, BlockError error) {
 dom::Document LoadXmlText(std::wstring_view xml, BlockError error) {
     dom::Document document = dom::NewDocument(dom::kDocumentClass);
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    com::Check(document->loadXML(com::Bstr(xml).Get(), &loaded));
+    com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(xml).Get(), &loaded);
     if (loaded == VARIANT_FALSE) {
         ThrowParseError(document, L"The text", error);
     }
@@ -60,7 +60,7 @@ dom::Document LoadXmlText(std::wstring_view xml, BlockError error) {
 
 std::wstring RootName(const dom::Document& document) {
     dom::Element root;
-    com::Check(document->get_documentElement(root.Put()));
+    com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     return root ? dom::BaseName(dom::Node(root)) : std::wstring();
 }
 

@@ -18,7 +18,7 @@ class ForwardFace : public com::Face<Derived, I> {
     template <class Method, class... Arguments>
     HRESULT To(Method method, Arguments... arguments) noexcept {
         if ((IsNullOut(arguments) || ...)) {
-            return E_POINTER;
+            return com::Refuse(E_POINTER);
         }
         (EmptyOut(arguments), ...);
         com::Ref<I> inner;
@@ -26,11 +26,21 @@ class ForwardFace : public com::Face<Derived, I> {
             inner = this->Self().template Inner<I>();
             com::CheckSet(inner.Get());
         });
-        I* target = inner.Get();
-        return target != nullptr ? (target->*method)(arguments...) : found;
+        return inner ? Pass(inner, method, arguments...) : found;
     }
 
   private:
+    /// The host takes what stands on the thread for this object's error: only
+    /// what the wrapped object owns to goes back.
+    template <class Method, class... Arguments>
+    static HRESULT Pass(const com::Ref<I>& inner, Method method, Arguments... arguments) noexcept {
+        com::ForgetErrors();
+        const HRESULT result = (inner.Get()->*method)(arguments...);
+        if (FAILED(result)) {
+            SetErrorInfo(0, com::TakeError(inner.Get(), __uuidof(I)).Get());
+        }
+        return result;
+    }
     /// A null BSTR is an empty text and a null object an empty reference; a
     /// null pointer to either is a missing place for the result.
     template <class T>

@@ -1,5 +1,7 @@
 #include "internal/InterceptorLink.h"
 
+#include "com/Boundary.h"
+
 namespace tam {
 
 com::Ref<InterceptorLink> InterceptorLink::Make(IAttributeInterceptor& target) {
@@ -25,10 +27,10 @@ HRESULT InterceptorLink::Pass(Out* out, F&& call) {
         return call(*target.Get());
     }
     if (out == nullptr) {
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     }
     *out = Out{};
-    return CO_E_OBJNOTCONNECTED;
+    return com::Refuse(CO_E_OBJNOTCONNECTED);
 }
 
 STDMETHODIMP InterceptorLink::GetTypeInfoCount(UINT* count) {

@@ -33,14 +33,14 @@ inline com::Ref<IAppObject> ParentObjectOf(const InternalRef& parent) {
 /// key, "_" and the item's name.
 inline std::wstring ContainerKey(ITamInternalAppObject& parent, const std::wstring& itemName) {
     com::Bstr key;
-    com::Check(parent.get_TamInternalObjectKey(key.Put()));
+    com::Call(parent, &ITamInternalAppObject::get_TamInternalObjectKey, key.Put());
     return std::wstring(key.View()) + L"_" + itemName;
 }
 
 /// The module object that holds the channel. "Object not set" when there is none.
 inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& parent) {
     com::Ref<IDispatch> container;
-    com::Check(parent.get_TamObjectContainer(container.Put()));
+    com::Call(parent, &ITamInternalAppObject::get_TamObjectContainer, container.Put());
     return Required<IAppObject>(container);
 }
 
@@ -49,7 +49,7 @@ template <class I>
 std::wstring NameOf(const com::Ref<I>& point) {
     com::CheckSet(point.Get());
     com::Bstr name;
-    com::Check(point->get_Name(name.Put()));
+    com::Call(point, &I::get_Name, name.Put());
     return std::wstring(name.View());
 }
 
@@ -66,10 +66,10 @@ com::Ref<I> OfThatName(com::Ref<I> item, const std::wstring& key) {
 /// The container's attribute of a key; empty when it has none.
 inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, const std::wstring& key) {
     com::Ref<IAttributes> attributes;
-    com::Check(ContainerOf(parent)->get_Attributes(attributes.Put()));
+    com::Call(ContainerOf(parent), &IAppObject::get_Attributes, attributes.Put());
     com::CheckSet(attributes.Get());
     com::Ref<IAttribute> attribute;
-    com::Check(attributes->get_Item(com::Bstr(key).Get(), attribute.Put()));
+    com::Call(attributes, &IAttributes::get_Item, com::Bstr(key).Get(), attribute.Put());
     return OfThatName(std::move(attribute), key);
 }
 
@@ -78,12 +78,11 @@ inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, co
 template <class Point, class Collection, class F>
 void WalkPoints(const com::Ref<Collection>& collection, F&& visit) {
     com::Ref<IUnknown> unknown;
-    com::Check(collection->get_NewEnum(unknown.Put()));
+    com::Call(collection, &Collection::get_NewEnum, unknown.Put());
     const auto items = Required<IEnumVARIANT>(unknown);
     for (;;) {
         com::Variant item;
-        const HRESULT next = items->Next(1, item.Put(), nullptr);
-        com::Check(next);
+        const HRESULT next = com::Call(items, &IEnumVARIANT::Next, 1u, item.Put(), nullptr);
         if (next != S_OK) {
             return;
         }

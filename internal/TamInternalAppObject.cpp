@@ -26,22 +26,22 @@ constexpr const wchar_t* kVisible = L"Visible";
 void PrependText(const dom::Document& document, const dom::Node& parent, const wchar_t* name,
                  const std::wstring& text) {
     dom::Element element;
-    com::Check(document->createElement(com::Bstr(name).Get(), element.Put()));
+    com::Call(document, &IXMLDOMDocument::createElement, com::Bstr(name).Get(), element.Put());
     dom::Node first;
-    com::Check(parent->get_firstChild(first.Put()));
+    com::Call(parent, &IXMLDOMNode::get_firstChild, first.Put());
     VARIANT before{};                         // borrowed for the call
     before.vt = first ? VT_UNKNOWN : VT_NULL; // nothing there: at the end
     before.punkVal = first.Get();
-    com::Check(parent->insertBefore(element.Get(), before, nullptr));
+    com::Call(parent, &IXMLDOMNode::insertBefore, element.Get(), before, nullptr);
     com::Ref<IXMLDOMText> content;
-    com::Check(document->createTextNode(com::Bstr(text).Get(), content.Put()));
-    com::Check(element->appendChild(content.Get(), nullptr));
+    com::Call(document, &IXMLDOMDocument::createTextNode, com::Bstr(text).Get(), content.Put());
+    com::Call(element, &IXMLDOMNode::appendChild, content.Get(), nullptr);
 }
 
 void SetVisible(IDispatch& item, bool visible) {
     const VARIANT_BOOL value = visible ? VARIANT_TRUE : VARIANT_FALSE;
     if (const auto face = com::Query<IVisibleItem>(&item)) {
-        com::Check(face->put_Visible(value));
+        com::Call(face, &IVisibleItem::put_Visible, value);
         return;
     }
     VARIANT argument{};
@@ -54,10 +54,10 @@ void SetVisible(IDispatch& item, bool visible) {
 template <class Item, class Collection>
 void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::Ref<Collection>& collection) {
     com::Ref<IXMLDOMNodeList> list;
-    com::Check(configuration->selectNodes(com::Bstr(path).Get(), list.Put()));
+    com::Call(configuration, &IXMLDOMNode::selectNodes, com::Bstr(path).Get(), list.Put());
     for (;;) {
         dom::Node node;
-        com::Check(list->nextNode(node.Put()));
+        com::Call(list, &IXMLDOMNodeList::nextNode, node.Put());
         if (!node) {
             return;
         }
@@ -69,7 +69,7 @@ void ApplyList(const dom::Node& configuration, const wchar_t* path, const com::R
         const com::Bstr name(dom::Attribute(node, kName).value_or(std::wstring()));
         com::CheckSet(collection.Get());
         com::Ref<Item> item;
-        com::Check(collection->get_Item(name.Get(), item.Put()));
+        com::Call(collection, &Collection::get_Item, name.Get(), item.Put());
         // An item found by the position that the name begins with is not meant.
         if (item && EqualIgnoringCase(NameOf(item), name.View())) {
             SetVisible(*item.Get(), *visible == L"1");
@@ -99,8 +99,9 @@ STDMETHODIMP TamInternalAppObject::Create() {
         if (!interceptor_) {
             interceptor_ = InterceptorLink::Make(*this);
         }
-        com::Check(Required<IAttributeInterception>(inner_)->RegisterInterceptor(interceptor_.Get()));
-        com::Check(inner_->Create());
+        com::Call(Required<IAttributeInterception>(inner_), &IAttributeInterception::RegisterInterceptor,
+                  interceptor_.Get());
+        com::Call(inner_, &IAppObject::Create);
         WrapPoints();
         ApplyVisibility();
     });
@@ -108,24 +109,24 @@ STDMETHODIMP TamInternalAppObject::Create() {
 
 void TamInternalAppObject::WrapPoints() {
     com::Ref<IInputs> inputs;
-    com::Check(inner_->get_Inputs(inputs.Put()));
+    com::Call(inner_, &IAppObject::get_Inputs, inputs.Put());
     inputs_ = TamInternalInputs::Make(inputs, *this);
     com::Ref<IOutputs> outputs;
-    com::Check(inner_->get_Outputs(outputs.Put()));
+    com::Call(inner_, &IAppObject::get_Outputs, outputs.Put());
     outputs_ = TamInternalOutputs::Make(outputs, *this);
     com::Ref<IAttributes> attributes;
-    com::Check(inner_->get_Attributes(attributes.Put()));
+    com::Call(inner_, &IAppObject::get_Attributes, attributes.Put());
     attributes_ = TamInternalAttributes::Make(attributes, *this);
 }
 
 dom::Document TamInternalAppObject::DefinitionDocument() const {
     com::Bstr identifier;
-    com::Check(inner_->get_UniqueIDString(identifier.Put()));
+    com::Call(inner_, &IAppObject::get_UniqueIDString, identifier.Put());
     com::Ref<ILibrary> library;
-    com::Check(library_->get_Library(library.Put()));
+    com::Call(library_, &ILibraryService::get_Library, library.Put());
     com::CheckSet(library.Get());
     com::Ref<IDispatch> document;
-    com::Check(library->DefinitionDocument(identifier.Get(), document.Put()));
+    com::Call(library, &ILibrary::DefinitionDocument, identifier.Get(), document.Put());
     return dom::DocumentOf(document.Get());
 }
 
@@ -137,9 +138,9 @@ void TamInternalAppObject::ApplyVisibility() {
     com::Ref<IInputs> inputs;
     com::Ref<IOutputs> outputs;
     com::Ref<IAttributes> attributes;
-    com::Check(inner_->get_Inputs(inputs.Put()));
-    com::Check(inner_->get_Outputs(outputs.Put()));
-    com::Check(inner_->get_Attributes(attributes.Put()));
+    com::Call(inner_, &IAppObject::get_Inputs, inputs.Put());
+    com::Call(inner_, &IAppObject::get_Outputs, outputs.Put());
+    com::Call(inner_, &IAppObject::get_Attributes, attributes.Put());
     ApplyList<IInput>(configuration, L"InReferences/InReference", inputs);
     ApplyList<IOutput>(configuration, L"OutReferences/OutReference", outputs);
     ApplyList<IAttribute>(configuration, L"Attributes/Attrib", attributes);
@@ -147,9 +148,9 @@ void TamInternalAppObject::ApplyVisibility() {
 
 STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     return Do([&] {
-        com::Check(inner_->XMLSave(parentNode, document));
+        com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
         dom::Node saved;
-        com::Check(dom::NodeOf(parentNode)->get_lastChild(saved.Put()));
+        com::Call(dom::NodeOf(parentNode), &IXMLDOMNode::get_lastChild, saved.Put());
         com::CheckSet(saved.Get());
         const dom::Document target = dom::DocumentOf(document);
         PrependText(target, saved, kObjectKeyElement, internalObjectKey_);
@@ -159,20 +160,20 @@ STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* doc
 
 std::wstring TamInternalAppObject::DeviceKey() const {
     com::Bstr key;
-    com::Check(Required<IDevice>(device_)->get_DeviceKey(key.Put()));
+    com::Call(Required<IDevice>(device_), &IDevice::get_DeviceKey, key.Put());
     return std::wstring(key.View());
 }
 
 com::Ref<IDispatch> TamInternalAppObject::Container() {
     com::Ref<IDispatch> container;
-    com::Check(Required<IDevice>(device_)->Container(AsInternal().Get(), container.Put()));
+    com::Call(Required<IDevice>(device_), &IDevice::Container, AsInternal().Get(), container.Put());
     return container;
 }
 
 STDMETHODIMP TamInternalAppObject::get_ExportIndex(short* value) {
     return Get(value, [&] {
         short index = 0;
-        com::Check(Required<IAppObject>(Container())->get_ExportIndex(&index));
+        com::Call(Required<IAppObject>(Container()), &IAppObject::get_ExportIndex, &index);
         return index;
     });
 }

@@ -27,8 +27,8 @@ std::wstring FirstSetupValue(const std::wstring& setup) {
 
 void SetEnumeration(IAttribute& attribute, const std::wstring& description) {
     com::Ref<ISNVType> type;
-    com::Check(attribute.get_SNVTType(type.Put()));
-    com::Check(Required<IEnumType>(type)->put_EnumDesc(com::Bstr(description).Get()));
+    com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
+    com::Call(Required<IEnumType>(type), &IEnumType::put_EnumDesc, com::Bstr(description).Get());
 }
 
 std::wstring NameOf(IAttribute& attribute) {
@@ -47,19 +47,20 @@ STDMETHODIMP TamInternalAppObject::InterceptGetDataFromDevice(IAttribute* attrib
 
 void TamInternalAppObject::FillFromDevice(IAttribute& attribute) {
     com::Ref<IChannel> channel;
-    com::Check(Required<IDevice>(device_)->Channel(com::Bstr(internalObjectKey_).Get(), channel.Put()));
+    com::Call(Required<IDevice>(device_), &IDevice::Channel, com::Bstr(internalObjectKey_).Get(),
+              channel.Put());
     const std::wstring name = UpperCase(NameOf(attribute));
     com::Bstr text;
     if (name == kChannel) {
         com::CheckSet(channel.Get());
-        com::Check(channel->get_ChannelValue(text.Put()));
-        com::Check(attribute.put_Value(text.Get()));
+        com::Call(channel, &IChannel::get_ChannelValue, text.Put());
+        com::Call(attribute, &IAttribute::put_Value, text.Get());
         SetEnumeration(attribute, {});
     } else if (name == kSetup) {
         com::CheckSet(channel.Get());
-        com::Check(channel->get_SetupText(text.Put()));
+        com::Call(channel, &IChannel::get_SetupText, text.Put());
         const std::wstring setup(text.View());
-        com::Check(attribute.put_Value(com::Bstr(FirstSetupValue(setup)).Get()));
+        com::Call(attribute, &IAttribute::put_Value, com::Bstr(FirstSetupValue(setup)).Get());
         SetEnumeration(attribute, setup);
     }
 }
@@ -75,8 +76,8 @@ STDMETHODIMP TamInternalAppObject::InterceptAttributeValueChanged(IAttribute* at
         com::CheckSet(attribute);
         if (const auto mirror = MirrorOf(*attribute)) {
             com::Bstr text;
-            com::Check(attribute->get_Value(text.Put()));
-            com::Check(mirror->put_Value(text.Get()));
+            com::Call(attribute, &IAttribute::get_Value, text.Put());
+            com::Call(mirror, &IAttribute::put_Value, text.Get());
         }
         return true;
     });
@@ -87,8 +88,8 @@ STDMETHODIMP TamInternalAppObject::InterceptTypeChanged(IAttribute* attribute, V
         com::CheckSet(attribute);
         if (const auto mirror = MirrorOf(*attribute)) {
             com::Ref<ISNVType> type;
-            com::Check(attribute->get_SNVTType(type.Put()));
-            com::Check(Required<IMutableTypeAttribute>(mirror)->SetType(type.Get()));
+            com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
+            com::Call(Required<IMutableTypeAttribute>(mirror), &IMutableTypeAttribute::SetType, type.Get());
         }
         // Alone among its siblings it never reports the call as handled.
         return false;
@@ -97,7 +98,7 @@ STDMETHODIMP TamInternalAppObject::InterceptTypeChanged(IAttribute* attribute, V
 
 dom::Node TamInternalAppObject::FindAttributeDefinition(IAttribute& attribute) const {
     dom::Element root;
-    com::Check(DefinitionDocument()->get_documentElement(root.Put()));
+    com::Call(DefinitionDocument(), &IXMLDOMDocument::get_documentElement, root.Put());
     com::CheckSet(root.Get());
     return dom::Select(dom::Node(root), L"TAMConfig/Attributes/Attrib[@Name=\"" + NameOf(attribute) + L"\"]");
 }
@@ -114,7 +115,7 @@ STDMETHODIMP TamInternalAppObject::InterceptIsUnitsDependent(IAttribute* attribu
                                                              VARIANT_BOOL* isUnitsDependent,
                                                              VARIANT_BOOL* value) {
     if (isUnitsDependent == nullptr) {
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     }
     return Get(value, [&] {
         AnswerFlag(attribute, kUnitDependent, isUnitsDependent);
@@ -126,7 +127,7 @@ STDMETHODIMP TamInternalAppObject::InterceptIsDifferential(IAttribute* attribute
                                                            VARIANT_BOOL* isDifferential,
                                                            VARIANT_BOOL* value) {
     if (isDifferential == nullptr) {
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     }
     return Get(value, [&] {
         AnswerFlag(attribute, kDifferential, isDifferential);

@@ -10,11 +10,11 @@ STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
 
 STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
     return Do([&] {
-        com::Check(inner_->put_Value(value));
+        com::Call(inner_, &IAttribute::put_Value, value);
         const auto parent = ParentOf(Owner());
         const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
         if (const auto attribute = ContainerAttribute(*parent.Get(), key)) {
-            com::Check(attribute->put_Value(value));
+            com::Call(attribute, &IAttribute::put_Value, value);
         }
     });
 }

@@ -10,13 +10,13 @@ namespace {
 /// key. No such input is no error.
 void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR value) {
     com::Ref<IInputs> inputs;
-    com::Check(ContainerOf(parent)->get_Inputs(inputs.Put()));
+    com::Call(ContainerOf(parent), &IAppObject::get_Inputs, inputs.Put());
     com::CheckSet(inputs.Get());
     WalkPoints<IInput>(inputs, [&](const com::Ref<IInput>& input) {
         if (NameOf(input) != key) {
             return true;
         }
-        com::Check(input->put_Value(value));
+        com::Call(input, &IInput::put_Value, value);
         return false;
     });
 }
@@ -25,7 +25,7 @@ void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR va
 
 STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
     return Do([&] {
-        com::Check(inner_->put_Value(value));
+        com::Call(inner_, &IInput::put_Value, value);
         const auto parent = ParentOf(Owner());
         MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), value);
     });

@@ -16,7 +16,7 @@ constexpr long kAskInner = 1;
 
 com::Ref<IOutputs> OutputsOf(const com::Ref<IAppObject>& object) {
     com::Ref<IOutputs> outputs;
-    com::Check(object->get_Outputs(outputs.Put()));
+    com::Call(object, &IAppObject::get_Outputs, outputs.Put());
     com::CheckSet(outputs.Get());
     return outputs;
 }
@@ -30,7 +30,7 @@ short ConnectedBefore(const com::Ref<IOutputs>& outputs, const std::wstring& key
             return false;
         }
         VARIANT_BOOL connected = VARIANT_FALSE;
-        com::Check(output->get_IsConnected(&connected));
+        com::Call(output, &IOutput::get_IsConnected, &connected);
         if (connected != VARIANT_FALSE) {
             if (count == std::numeric_limits<short>::max()) {
                 throw RunTimeError(RunTime::Overflow);
@@ -55,14 +55,14 @@ STDMETHODIMP TamInternalOutput::putref_CallBack(IDispatch* value) {
 long TamInternalOutput::Index() const {
     const auto parent = ParentOf(Owner());
     long status = 0;
-    com::Check(parent->get_Status(&status));
+    com::Call(parent, &ITamInternalAppObject::get_Status, &status);
     if (status == kCountInContainer) {
         const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
         return ConnectedBefore(OutputsOf(ContainerOf(*parent.Get())), key);
     }
     if (status == kAskInner) {
         long index = 0;
-        com::Check(inner_->get_Index(&index));
+        com::Call(inner_, &IOutput::get_Index, &index);
         return ToInt16(index);
     }
     return 0;
@@ -72,7 +72,7 @@ com::Ref<IOutput> TamInternalOutput::MatchingOutput() const {
     const auto parent = ParentOf(Owner());
     const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
     com::Ref<IOutput> output;
-    com::Check(OutputsOf(ContainerOf(*parent.Get()))->get_Item(com::Bstr(key).Get(), output.Put()));
+    com::Call(OutputsOf(ContainerOf(*parent.Get())), &IOutputs::get_Item, com::Bstr(key).Get(), output.Put());
     return OfThatName(std::move(output), key);
 }
 
@@ -86,9 +86,9 @@ STDMETHODIMP TamInternalOutput::get_Parent(IAppObject** value) {
 
 STDMETHODIMP TamInternalOutput::put_IsDisplayable(VARIANT_BOOL value) {
     return Do([&] {
-        com::Check(inner_->put_IsDisplayable(value));
+        com::Call(inner_, &IOutput::put_IsDisplayable, value);
         if (const auto output = MatchingOutput()) {
-            com::Check(output->put_IsDisplayable(value));
+            com::Call(output, &IOutput::put_IsDisplayable, value);
         }
     });
 }
@@ -97,7 +97,7 @@ STDMETHODIMP TamInternalOutput::get_Reference(BSTR* value) {
     return Get(value, [&] {
         const auto item = Required<IDisplayItem>(MatchingOutput());
         com::Bstr reference;
-        com::Check(item->get_Reference(reference.Put()));
+        com::Call(item, &IDisplayItem::get_Reference, reference.Put());
         return std::wstring(reference.View());
     });
 }

@@ -87,10 +87,10 @@ bool TamObjectManager::IsTamLibraryAvailable() {
 bool TamObjectManager::SearchLibrary() const {
     const auto context = Required<IDeviceContext>(deviceContext_);
     com::Ref<IDispatch> object;
-    com::Check(context->get_Document(object.Put()));
+    com::Call(context, &IDeviceContext::get_Document, object.Put());
     const dom::Document document = dom::DocumentOf(object.Get());
     com::Bstr version;
-    com::Check(context->get_FirmwareVersion(version.Put()));
+    com::Call(context, &IDeviceContext::get_FirmwareVersion, version.Put());
     const dom::Node library = dom::Select(
         dom::Node(document), L"Device/FWVersion/" + std::wstring(version.View()) + L"/Objects/Library");
     com::CheckSet(library.Get());
@@ -100,7 +100,7 @@ bool TamObjectManager::SearchLibrary() const {
             return false;
         }
         com::Bstr name;
-        com::Check(child->get_nodeName(name.Put()));
+        com::Call(child, &IXMLDOMNode::get_nodeName, name.Put());
         return IsModuleObject(name.View());
     });
 }

@@ -18,13 +18,13 @@ constexpr const wchar_t* kModule = L"O_Tam_id Class Module CCompatibleSNVTs";
 CompatibleList ListOf(ICompatibleSNVTs& other) {
     CompatibleList list;
     long count = 0;
-    com::Check(other.get_Count(&count));
+    com::Call(other, &ICompatibleSNVTs::get_Count, &count);
     for (long i = 1; i <= count; ++i) {
         com::Ref<ICompatibleSNVT> entry;
-        com::Check(other.get_Item(i, entry.Put()));
+        com::Call(other, &ICompatibleSNVTs::get_Item, i, entry.Put());
         com::CheckSet(entry.Get());
         com::Bstr id;
-        com::Check(entry->get_ID(id.Put()));
+        com::Call(entry, &ICompatibleSNVT::get_ID, id.Put());
         list.AddId(id.View());
     }
     return list;

@@ -134,7 +134,7 @@ STDMETHODIMP CDBOutput::putref_ConnectedType(IDispatch* value) {
     return Do([&] {
         const auto type = Required<ISNVType>(value);
         com::Bstr id;
-        com::Check(type->get_ID(id.Put()));
+        com::Call(type, &ISNVType::get_ID, id.Put());
         connectedTypeId_ = id.View();
     });
 }

@@ -8,27 +8,27 @@ namespace tam {
 namespace {
 
 using com::Attempt;
-using com::Check;
+using com::Call;
 using com::Ref;
 
 bool HasKey(IMacroConnectedItems& items, long position, const std::wstring& key) {
     Ref<IMacroConnectedItem> item;
-    Check(items.get_Item(position, item.Put()));
+    Call(items, &IMacroConnectedItems::get_Item, position, item.Put());
     com::CheckSet(item.Get());
     com::Bstr text;
-    Check(item->get_key(text.Put()));
+    Call(item, &IMacroConnectedItem::get_key, text.Put());
     return text.View() == key;
 }
 
 bool GroupHasKey(IMacroConnectionGroups& groups, long position, const std::wstring& key) {
     Ref<IMacroConnectionGroup> group;
-    Check(groups.get_Item(position, group.Put()));
+    Call(groups, &IMacroConnectionGroups::get_Item, position, group.Put());
     com::CheckSet(group.Get());
     Ref<IMacroConnectedItems> items;
-    Check(group->get_Items(items.Put()));
+    Call(group, &IMacroConnectionGroup::get_Items, items.Put());
     com::CheckSet(items.Get());
     long count = 0;
-    Check(items->get_Count(&count));
+    Call(items, &IMacroConnectedItems::get_Count, &count);
     for (long i = 1; i <= count; ++i) {
         bool found = false;
         Attempt([&] { found = HasKey(*items.Get(), i, key); });
@@ -49,10 +49,10 @@ bool IsInMacroConnection(const OwnerRef& owner, const SharedKey& sideKey, const 
             return;
         }
         Ref<IMacroConnectionGroups> groups;
-        Check(connections->get_Groups(groups.Put()));
+        Call(connections, &IMacroConnections::get_Groups, groups.Put());
         com::CheckSet(groups.Get());
         long count = 0;
-        Check(groups->get_Count(&count));
+        Call(groups, &IMacroConnectionGroups::get_Count, &count);
         const std::wstring key = SubItemKey(sideKey, name);
         for (long i = 1; i <= count && !connected; ++i) {
             Attempt([&] { connected = GroupHasKey(*groups.Get(), i, key); });

@@ -27,7 +27,8 @@ std::wstring AnswerByName(IDispatch& converter, const wchar_t* member, std::span
 std::wstring ConvertedValue(IDispatch& converter, const std::wstring& value, const std::wstring& unit) {
     if (const auto typed = com::Query<IUnitConverter>(&converter)) {
         com::Bstr converted;
-        com::Check(typed->Convert(com::Bstr(value).Get(), com::Bstr(unit).Get(), converted.Put()));
+        com::Call(typed, &IUnitConverter::Convert, com::Bstr(value).Get(), com::Bstr(unit).Get(),
+                  converted.Put());
         return std::wstring(converted.View());
     }
     const com::Variant given{std::wstring_view(value)};
@@ -39,7 +40,7 @@ std::wstring ConvertedValue(IDispatch& converter, const std::wstring& value, con
 std::wstring UnitLabel(IDispatch& converter, const std::wstring& unit) {
     if (const auto typed = com::Query<IUnitConverter>(&converter)) {
         com::Bstr label;
-        com::Check(typed->Label(com::Bstr(unit).Get(), label.Put()));
+        com::Call(typed, &IUnitConverter::Label, com::Bstr(unit).Get(), label.Put());
         return std::wstring(label.View());
     }
     const com::Variant of{std::wstring_view(unit)};

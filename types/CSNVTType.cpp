@@ -46,7 +46,7 @@ dom::Node FindEntry(const std::wstring& id) {
     const auto document = catalogue.As<IXMLDOMDocument>();
     com::CheckSet(document.Get());
     dom::Element root;
-    com::Check(document->get_documentElement(root.Put()));
+    com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     com::CheckSet(root.Get());
     const std::wstring path = std::wstring(kEntryPrefix) + id;
     const dom::Node entry = dom::Select(dom::Node(root), path);

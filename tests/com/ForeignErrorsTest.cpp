@@ -126,15 +126,12 @@ class Frees {
 
 class ForeignErrorsTest : public ContractTest {};
 
-TEST_F(ForeignErrorsTest, TellsNoFailureInTheWordsOfAnother) {
+TEST_F(ForeignErrorsTest, TellsNoFailureInTheWordsOfAnotherNorInItsOwn) {
     const auto module = NewModule().As<ITamObject>();
     const OldParser parser(Dll().Module());
     const com::Bstr stream(support::Stream({}));
     EXPECT_EQ(module->LoadFromXmlStream(stream.Get()), E_ABORT);
-    const support::ErrorTexts error = support::LastError();
-    EXPECT_NE(error.description, kTheirs);
-    EXPECT_NE(error.description, L"");
-    EXPECT_EQ(error.source, L"O_Tam_id");
+    EXPECT_FALSE(support::HasLastError());
 }
 
 TEST_F(ForeignErrorsTest, FreesNothingThatAFailingErrorObjectLeft) {

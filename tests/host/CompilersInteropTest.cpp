@@ -1,6 +1,6 @@
 #include "tests/host/Compiling.h"
 
-#include "common/RunTimeError.h"
+#include "com/Boundary.h"
 
 #include <cstddef>
 #include <string>
@@ -115,15 +115,12 @@ TEST(CompilersInteropTest, WantsTheDatabaseFolderFirst) {
     com::Bstr cdb;
     com::Bstr ddb;
     VARIANT arguments[] = {com::ByReference(stream), com::ByReference(cdb), com::ByReference(ddb)};
-    try {
-        com::CallMember(*compiler.Get(), L"CompileTamObject", arguments);
-        FAIL() << "compiled without a database folder";
-    } catch (const tam::RunTimeError& error) {
-        EXPECT_EQ(Code(0x80040401), error.Code());
-        EXPECT_EQ(L"SetDBPath must name the database folder before an object is compiled",
-                  error.Description());
-        EXPECT_EQ(L"OrvHost", error.Source());
-    }
+    const auto failure =
+        com::Attempt([&] { com::CallMember(*compiler.Get(), L"CompileTamObject", arguments); });
+    ASSERT_TRUE(failure) << "compiled without a database folder";
+    EXPECT_EQ(Code(0x80040401), failure->code);
+    EXPECT_EQ(L"SetDBPath must name the database folder before an object is compiled", failure->description);
+    EXPECT_EQ(L"OrvHost", failure->source);
     EXPECT_EQ(kGood, stream.View());
     EXPECT_EQ(nullptr, cdb.Get());
     EXPECT_EQ(nullptr, ddb.Get());

@@ -41,14 +41,7 @@ HRESULT Copy(VARIANT* to, VARIANT from) {
 }
 
 HRESULT Raise(HRESULT code, const std::wstring& description) {
-    com::Ref<ICreateErrorInfo> info;
-    com::Check(CreateErrorInfo(info.Put()));
-    info->SetDescription(com::Bstr(description).Get());
-    info->SetSource(com::Bstr(L"Double").Get());
-    info->SetHelpFile(com::Bstr(kHelpFile).Get());
-    info->SetHelpContext(kHelpContext);
-    info->SetGUID(kRecorderIid);
-    SetErrorInfo(0, info.As<IErrorInfo>().Get());
+    LeaveError(description);
     return code;
 }
 
@@ -194,6 +187,9 @@ HRESULT Recorder::QueryInterface(REFIID iid, void** out) {
     }
     if (iid == kRecorderIid) {
         *out = this;
+    }
+    if (iid == IID_ISupportErrorInfo) {
+        *out = &support_;
     }
     for (Face& face : faces_) {
         const bool isFirst = &face == &faces_.front() && (iid == IID_IUnknown || iid == IID_IDispatch);

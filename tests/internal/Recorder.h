@@ -1,5 +1,6 @@
 #pragma once
 
+#include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Module.h"
 #include "com/Ref.h"
@@ -8,7 +9,9 @@
 #include <windows.h>
 
 #include <oaidl.h>
+#include <ocidl.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
@@ -32,6 +35,18 @@ inline constexpr IID kRecorderIid = {
 // source "Double" and kRecorderIid.
 inline constexpr const wchar_t* kHelpFile = L"double.hlp";
 inline constexpr DWORD kHelpContext = 4711;
+
+/// Leaves an error object as a failing double does.
+inline void LeaveError(const std::wstring& description) {
+    com::Ref<ICreateErrorInfo> info;
+    com::Check(CreateErrorInfo(info.Put()));
+    info->SetDescription(com::Bstr(description).Get());
+    info->SetSource(com::Bstr(L"Double").Get());
+    info->SetHelpFile(com::Bstr(kHelpFile).Get());
+    info->SetHelpContext(kHelpContext);
+    info->SetGUID(kRecorderIid);
+    SetErrorInfo(0, info.As<IErrorInfo>().Get());
+}
 
 /// A call that reached a double.
 struct Call {
@@ -117,6 +132,8 @@ class Recorder {
     static void SetGate(HRESULT (*gate)()) noexcept;
     /// Refuses an interface. One of its own is then reached by name alone.
     void HideFace(REFIID iid, HRESULT refusal = E_NOINTERFACE);
+    /// Says of one interface that it sets no error object when it fails.
+    void DenyErrorsOf(REFIID iid) noexcept { errorlessFace_ = iid; }
     /// By name, an object is taken by plain assignment alone.
     void TakeObjectsByPlainAssignment() noexcept { takesPlainObjects_ = true; }
     /// Lets go of what was put or given.
@@ -143,8 +160,30 @@ class Recorder {
     };
     friend struct Slots;
 
-    explicit Recorder(std::wstring label) : label_(std::move(label)) {}
+    /// Says that each interface sets an error object when it fails.
+    class Support final : public ISupportErrorInfo {
+      public:
+        explicit Support(Recorder& recorder) : recorder_(recorder) {}
+        virtual ~Support() = default;
+        STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+            return recorder_.QueryInterface(iid, out);
+        }
+        STDMETHODIMP_(ULONG) AddRef() override { return recorder_.AddRef(); }
+        STDMETHODIMP_(ULONG) Release() override { return recorder_.Release(); }
+        STDMETHODIMP InterfaceSupportsErrorInfo(REFIID iid) override {
+            return recorder_.SetsErrorsOf(iid) ? S_OK : S_FALSE;
+        }
+
+      private:
+        Recorder& recorder_;
+    };
+
+    explicit Recorder(std::wstring label) : label_(std::move(label)), support_(*this) {}
     ~Recorder() = default;
+    bool SetsErrorsOf(REFIID iid) const {
+        const auto isFace = [&](const Face& face) { return face.info->iid == iid; };
+        return iid != errorlessFace_ && std::any_of(faces_.begin(), faces_.end(), isFace);
+    }
     HRESULT AnswerPlainly(const Member& member, std::span<const VARIANT> inputs, void* place);
     com::Variant OwnAnswer(const Member& member) const;
 
@@ -155,6 +194,8 @@ class Recorder {
     std::map<std::wstring, Failing> failures_;
     std::vector<std::pair<IID, HRESULT>> refusals_;
     long seed_ = 0;
+    Support support_;
+    IID errorlessFace_ = IID_NULL;
     bool isInvoking_ = false;
     bool takesPlainObjects_ = false;
     ULONG references_ = 1;

@@ -20,16 +20,6 @@ class Stranger final : public com::DualObject<Stranger, IClonable> {
     STDMETHODIMP Clone(IDispatch**) override { return E_NOTIMPL; }
 };
 
-/// Leaves an error object as a failing host does.
-HRESULT FailWith(HRESULT result, const std::wstring& description, const std::wstring& source) {
-    com::Ref<ICreateErrorInfo> create;
-    com::Check(CreateErrorInfo(create.Put()));
-    create->SetDescription(com::Bstr(description).Get());
-    create->SetSource(com::Bstr(source).Get());
-    SetErrorInfo(0, create.As<IErrorInfo>().Get());
-    return result;
-}
-
 /// A host object whose server is gone: it says so of a document and of a view.
 class Gone final : public com::DualObject<Gone, IClonable> {
   public:
@@ -37,10 +27,12 @@ class Gone final : public com::DualObject<Gone, IClonable> {
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
         if (iid == __uuidof(IHostDocument) || iid == __uuidof(IHostView)) {
             *out = nullptr;
-            return FailWith(CO_E_OBJNOTCONNECTED, L"The drawing is closed", L"Host");
+            LeaveError(L"The drawing is closed", L"Host");
+            return CO_E_OBJNOTCONNECTED;
         }
         return Object::QueryInterface(iid, out);
     }
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return S_OK; }
     STDMETHODIMP Clone(IDispatch**) override { return E_NOTIMPL; }
 };
 
@@ -153,7 +145,7 @@ TEST_F(CDBAppObjectShowTest, ReportsACodeThatTheSystemHasNoWordsFor) {
 
 TEST_F(CDBAppObjectShowTest, ReportsAFailingViewWithTheViewsOwnWords) {
     const auto module = OnSheet();
-    view->whileShown = [] { FailWith(E_FAIL, L"The page is locked", L"Host.View"); };
+    view->whileShown = [] { LeaveError(L"The page is locked", L"Host.View"); };
     view->result = E_FAIL;
     EXPECT_EQ(module->Show(), S_OK);
     ExpectShowReport(L"The page is locked", L"Host.View");

@@ -59,16 +59,20 @@ TEST_F(ParentTest, TheLastPointEndsTheModule) {
     EXPECT_EQ(Dll().CanUnload(), S_OK);
 }
 
-TEST_F(ParentTest, RefusesWhatNeedsTheModuleOnceItIsGone) {
+TEST_F(ParentTest, AnswersWhatNeedsTheModule) {
+    Units().converted = L"20";
+    Units().label = L"degC";
+    EXPECT_EQ(module->put_ExportIndex(2), S_OK);
     module.Reset();
-    com::Bstr text;
-    EXPECT_EQ(output.As<IDisplayItem>()->get_Reference(text.Put()), kObjectNotSet);
-    EXPECT_EQ(gain->get_DispValue(text.Put()), kObjectNotSet);
-    com::Ref<IDispatch> manager;
-    EXPECT_EQ(gain.As<_CDBAttribute>()->get_UnitsManager(manager.Put()), kObjectNotSet);
+    EXPECT_EQ(Text(output.As<IDisplayItem>(), &IDisplayItem::get_Reference), L"4200");
+    EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), L"20 degC");
+    EXPECT_TRUE(Object(gain.As<_CDBAttribute>(), &_CDBAttribute::get_UnitsManager));
+    EXPECT_EQ(Text(input, &IInput::get_GlobalKey), L"K\\RIN\\In1");
+    EXPECT_EQ(Put(gain, &IAttribute::put_Value, L"3"), S_OK);
+    EXPECT_EQ(Text(gain, &IAttribute::get_Value), L"3");
 }
 
-TEST_F(ParentTest, StaysWhileTheModuleLivesWithoutItsCollections) {
+TEST_F(ParentTest, StaysForPointsOfADestroyedModule) {
     EXPECT_EQ(module->Destroy(), S_OK);
     EXPECT_FALSE(Inputs(module));
     EXPECT_TRUE(com::SameObject(Object(input, &IInput::get_Parent).Get(), module.Get()));
@@ -80,10 +84,6 @@ TEST_F(ParentTest, StaysForPointsThatALaterStreamReplaced) {
     EXPECT_EQ(Load(module, Stream(Named({L"In1"}))), S_OK);
     EXPECT_FALSE(com::SameObject(input.Get(), Input(module, L"In1").Get()));
     EXPECT_TRUE(com::SameObject(Object(input, &IInput::get_Parent).Get(), module.Get()));
-}
-
-TEST_F(ParentTest, ACollectionThatALaterStreamReplacedKeepsItsModule) {
-    const auto inputs = Inputs(module);
     module.Reset();
     EXPECT_EQ(Names(Inputs(Object(input, &IInput::get_Parent))), std::vector<std::wstring>{L"In1"});
 }
@@ -96,6 +96,10 @@ TEST_F(ParentTest, ACollectionKeepsItsModule) {
     module.Reset();
     EXPECT_EQ(Names(inputs), std::vector<std::wstring>{L"In1"});
     EXPECT_TRUE(Object(Item(inputs, &IInputs::get_Item, L"In1"), &IInput::get_Parent));
+}
+
+TEST_F(ParentTest, ACollectionThatALaterStreamReplacedKeepsItsModule) {
+    const auto inputs = Inputs(module);
     input.Reset();
     output.Reset();
     gain.Reset();

@@ -89,12 +89,19 @@ class ScriptConverter final : public IDispatch {
 class FailingConverter final : public com::DualObject<FailingConverter, IUnitConverter> {
   public:
     static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    /// Not empty: the conversion succeeds and leaves an error object of these words.
+    std::wstring leaves;
     STDMETHODIMP Convert(BSTR, BSTR, BSTR* value) override {
+        if (!leaves.empty()) {
+            LeaveError(leaves);
+            *value = com::Bstr(L"1").Detach();
+            return S_OK;
+        }
         return Get(value, []() -> std::wstring {
             throw tam::RunTimeError(static_cast<std::int32_t>(0x80041234), L"Converter", L"Out of its range");
         });
     }
-    STDMETHODIMP Label(BSTR, BSTR*) override { return E_UNEXPECTED; }
+    STDMETHODIMP Label(BSTR, BSTR*) override { return E_UNEXPECTED; } // without a word
 };
 
 /// A converter that lets the attribute load another type while it converts.
@@ -180,9 +187,38 @@ TEST_F(UnitConversionTest, TakesTheNumberOfAnExceptionForItsCode) {
     com::Bstr shown;
     const auto gain = Over(script.Get());
     EXPECT_EQ(gain->get_DispValue(shown.Put()), static_cast<HRESULT>(0x800A000B));
-    EXPECT_EQ(LastError().source, L"O_Tam_id");
+    EXPECT_FALSE(HasLastError()) << "the exception has no words";
     script->raise = [](EXCEPINFO&) {};
     EXPECT_EQ(gain->get_DispValue(shown.Put()), DISP_E_EXCEPTION);
+}
+
+TEST_F(UnitConversionTest, HandsTheHelpOfAnExceptionOnToo) {
+    script->fails = true;
+    script->raise = [](EXCEPINFO& exception) {
+        exception.scode = E_ABORT;
+        exception.bstrHelpFile = com::Bstr(L"units.hlp").Detach();
+        exception.dwHelpContext = 12;
+    };
+    com::Bstr text;
+    EXPECT_EQ(Over(script.Get())->get_DispValue(text.Put()), E_ABORT);
+    com::Ref<IErrorInfo> info;
+    ASSERT_EQ(GetErrorInfo(0, info.Put()), S_OK);
+    DWORD context = 0;
+    info->GetHelpContext(&context);
+    EXPECT_EQ(context, 12u);
+    info->GetHelpFile(text.Put());
+    EXPECT_EQ(text.View(), L"units.hlp");
+    info->GetDescription(text.Put());
+    EXPECT_EQ(text.View(), L"") << "it told none";
+    info->GetSource(text.Put());
+    EXPECT_EQ(text.View(), L"");
+}
+
+TEST_F(UnitConversionTest, TellsNoFailureInTheWordsOfACallThatSucceeded) {
+    failing->leaves = L"Of another call";
+    com::Bstr shown;
+    EXPECT_EQ(Over(static_cast<IUnitConverter*>(failing.Get()))->get_DispValue(shown.Put()), E_UNEXPECTED);
+    EXPECT_FALSE(HasLastError());
 }
 
 TEST_F(UnitConversionTest, HandsAFailureBySlotToTheCallerAsItWasRaised) {

@@ -17,6 +17,19 @@ ErrorTexts LastError() {
     return texts;
 }
 
+bool HasLastError() {
+    com::Ref<IErrorInfo> info;
+    return GetErrorInfo(0, info.Put()) == S_OK;
+}
+
+void LeaveError(const std::wstring& description, const std::wstring& source) {
+    com::Ref<ICreateErrorInfo> create;
+    com::Check(CreateErrorInfo(create.Put()));
+    create->SetDescription(com::Bstr(description).Get());
+    create->SetSource(com::Bstr(source).Get());
+    SetErrorInfo(0, create.As<IErrorInfo>().Get());
+}
+
 Document NewDocument() {
     constexpr CLSID kMsxml6 = {0x88D96A05, 0xF192, 0x11D4, {0xA6, 0x5F, 0x00, 0x40, 0x96, 0x32, 0x51, 0xE5}};
     Document document;

@@ -77,6 +77,10 @@ struct ErrorTexts {
     std::wstring source;
 };
 ErrorTexts LastError();
+/// Whether there is an error object; it is taken.
+bool HasLastError();
+/// Leaves an error object, as a call of somebody else would.
+void LeaveError(const std::wstring& description, const std::wstring& source = L"Somebody");
 
 using Document = com::Ref<IXMLDOMDocument2>;
 /// An empty MSXML 6 document.
