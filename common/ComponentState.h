@@ -22,6 +22,8 @@ struct ComponentState {
     /// The decimal mark of the user's locale, "," or "."; empty before
     /// InitDecimalSeparator has run.
     std::wstring DecimalSeparator;
+    /// The window that marks the innermost yield that is under way; see YieldToHost.
+    HWND YieldMark = nullptr;
 };
 
 ComponentState& State() noexcept;

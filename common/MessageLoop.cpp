@@ -1,20 +1,164 @@
 #include "common/MessageLoop.h"
 
+#include "common/ComponentState.h"
+
 #include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
 
 namespace tam {
 
-void YieldToHost() {
+namespace {
+
+// What a call takes from the queue. Without filter it is the first kind of these
+// of which there is a message.
+constexpr UINT kAnything = 0;
+constexpr UINT kPosted = (QS_POSTMESSAGE | QS_HOTKEY) << 16;
+constexpr UINT kInput = PM_QS_INPUT;
+constexpr UINT kPaint = PM_QS_PAINT;
+constexpr UINT kTimer = QS_TIMER << 16;
+
+/// How many messages of a kind one yield handles where nothing tells those that
+/// waited from those that came meanwhile.
+constexpr std::size_t kMost = 64;
+
+/// Takes the next message. False when there is none, or when it is the end of the
+/// host's loop: that is the host's to see.
+bool Take(MSG& message, UINT kinds) {
+    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | kinds) == FALSE) {
+        return false;
+    }
+    if (message.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(message.wParam));
+        return false;
+    }
+    return true;
+}
+
+void Handle(const MSG& message) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+/// The end of the posted messages that wait: a message to a window of its own,
+/// which closes with it. So it shows when another loop has come by it, such as
+/// that of a dialog which the host opens meanwhile. A message without a window
+/// would be lost there.
+class Mark {
+  public:
+    Mark() noexcept
+        : window_(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr))
+        , outer_(std::exchange(State().YieldMark, window_)) {
+        Post();
+    }
+    ~Mark() {
+        State().YieldMark = outer_;
+        if (Stands()) {
+            DestroyWindow(window_);
+        }
+    }
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+
+    /// Puts it behind all that is posted by now.
+    void Post() const noexcept {
+        if (window_ != nullptr && PostMessageW(window_, WM_CLOSE, 0, 0) == FALSE) {
+            DestroyWindow(window_);
+        }
+    }
+    /// False when another loop has come by it.
+    bool Stands() const noexcept { return IsWindow(window_) != FALSE; }
+    bool Is(const MSG& message) const noexcept { return message.hwnd == window_; }
+
+  private:
+    HWND window_;
+    HWND outer_;
+};
+
+/// The windows and timers that had their message in one yield. A window that
+/// does not validate what it paints has the next one at once; so has a timer
+/// whose handler takes longer than its period.
+class Served {
+  public:
+    /// False when it has had its turn, and when too many have.
+    bool Add(const MSG& message) noexcept {
+        const Entry entry(message.hwnd, message.message == WM_PAINT ? 0 : message.wParam);
+        const auto end = entries_.begin() + static_cast<std::ptrdiff_t>(count_);
+        if (count_ == entries_.size() || std::find(entries_.begin(), end, entry) != end) {
+            return false;
+        }
+        entries_[count_++] = entry;
+        return true;
+    }
+
+  private:
+    using Entry = std::pair<HWND, WPARAM>;
+    std::array<Entry, kMost> entries_{};
+    std::size_t count_ = 0;
+};
+
+/// Handles the posted messages up to the mark. True when it got there itself;
+/// `time` is then the mark's.
+bool HandlePosted(const Mark& mark, DWORD& time) {
     MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
-        if (message.message == WM_QUIT) {
-            // The end of the host's loop is the host's to see.
-            PostQuitMessage(static_cast<int>(message.wParam));
+    while (mark.Stands() && Take(message, kPosted)) {
+        if (mark.Is(message)) {
+            time = message.time;
+            return true;
+        }
+        Handle(message);
+    }
+    return false;
+}
+
+/// Keys and mouse come with their time. The clock is a coarse one, and a program
+/// may give any time to what it sends, so there is a limit too.
+void HandleInput(DWORD until) {
+    MSG message;
+    for (std::size_t i = 0; i < kMost && Take(message, kInput); ++i) {
+        Handle(message);
+        if (static_cast<LONG>(message.time - until) > 0) {
             return;
         }
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
     }
+}
+
+void HandleEachOnce(UINT kind, Served& served) {
+    MSG message;
+    while (Take(message, kind) && served.Add(message)) {
+        Handle(message);
+    }
+}
+
+} // namespace
+
+void YieldToHost() {
+    // A message that posts itself again and loads would go ever deeper.
+    if (State().YieldMark != nullptr && IsWindow(State().YieldMark) != FALSE) {
+        return;
+    }
+    MSG first;
+    if (!Take(first, kAnything)) { // a call to the system, and the only one where nothing waits
+        return;
+    }
+    const Mark mark; // before anything is handled: what a handler posts stands behind it
+    Served served;
+    if (first.message == WM_PAINT || first.message == WM_TIMER) {
+        served.Add(first);
+    }
+    Handle(first);
+    DWORD time = 0;
+    if (!HandlePosted(mark, time)) {
+        return; // the loop that came by the mark has handled what waited
+    }
+    mark.Post(); // for loops that handlers run from here on
+    // Each kind by itself: posted messages would always come first.
+    HandleInput(time);
+    HandleEachOnce(kPaint, served);
+    HandleEachOnce(kTimer, served);
 }
 
 } // namespace tam

@@ -2,8 +2,11 @@
 
 namespace tam {
 
-/// Lets the host's message loop run once: every message that waits is
-/// dispatched. Long loops call it once per item, so that the host stays alive.
+/// Lets the host's messages have a turn: those that wait are handled, and those
+/// that come meanwhile are left for the next turn. Long loops call it once per
+/// item, so that the host stays alive. Called by the handler of such a message it
+/// does nothing, except in a message loop that the handler runs. Anything may have
+/// happened behind it: the caller's own object may have lost its last reference.
 void YieldToHost();
 
 } // namespace tam

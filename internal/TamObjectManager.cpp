@@ -70,6 +70,7 @@ STDMETHODIMP TamObjectManager::Init(IDispatch* deviceContext) {
 }
 
 bool TamObjectManager::IsTamLibraryAvailable() {
+    const auto kept = This<ITamObjectManager>(); // a message of the host may drop the last reference
     if (!deviceContext_) {
         com::Attempt([] { ShowBox(L"TamObjectManager not Inizialized", ComponentTitle()); });
         // There is no error for this case: nothing goes on from here.

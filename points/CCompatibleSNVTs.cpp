@@ -33,7 +33,10 @@ CompatibleList ListOf(ICompatibleSNVTs& other) {
 } // namespace
 
 void CCompatibleSNVTs::AddList(std::wstring_view text) noexcept {
-    Trap(kModule, L"Sub Add", [&] { list_.Add(text, YieldToHost); });
+    Trap(kModule, L"Sub Add", [&] {
+        const std::wstring own(text); // a script may change its variable meanwhile
+        list_.Add(own, YieldToHost);
+    });
 }
 
 std::wstring CCompatibleSNVTs::GetList() const noexcept {
@@ -75,6 +78,7 @@ com::Ref<CCompatibleSNVT> CCompatibleSNVTs::EntryAt(std::size_t position) {
 }
 
 STDMETHODIMP CCompatibleSNVTs::Add(BSTR identifiers) {
+    const auto kept = This<ICompatibleSNVTs>(); // a message of the host may drop the last reference
     return Do([&] { AddList(com::View(identifiers)); });
 }
 

@@ -117,6 +117,26 @@ TEST_F(YieldTest, AnswersAGatedCallDuringTheSearchAsNotFound) {
     EXPECT_EQ(answer, VARIANT_TRUE);
 }
 
+TEST_F(YieldTest, BearsAHostThatDropsTheChannelWhileItIsCreated) {
+    SetDefinition(L"<AppObject><TAMConfig><InReferences><InReference Name='In1' Visible='1'/>"
+                  L"</InReferences></TAMConfig></AppObject>");
+    auto object = NewChannel(L"AI3", Device().Get());
+    IAppObject* const asked = object.Get();
+    const Turns turns([&] { object.Reset(); });
+    EXPECT_EQ(asked->Create(), S_OK);
+    EXPECT_FALSE(object);
+}
+
+TEST_F(YieldTest, BearsAHostThatDropsTheManagerWhileItSearches) {
+    auto manager = NewManager();
+    ITamObjectManager* const asked = manager.Get();
+    const Turns turns([&] { manager.Reset(); });
+    VARIANT_BOOL answer = VARIANT_FALSE;
+    EXPECT_EQ(asked->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
+    EXPECT_FALSE(manager);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+}
+
 } // namespace
 
 } // namespace internal_tests

@@ -1,0 +1,257 @@
+#include "tests/points/Listener.h"
+#include "tests/points/Points.h"
+#include "tests/support/BusyHosts.h"
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <utility>
+
+using namespace support;
+using namespace points;
+
+namespace {
+
+using List = com::Ref<ICompatibleSNVTs>;
+
+/// What the host's messages get in a turn: what waited when it began, and no more.
+/// A list with commas gives one turn for each identifier.
+class TurnTest : public PointsTest {
+  protected:
+    List list;
+
+    void SetUp() override {
+        PointsTest::SetUp();
+        list = Object(Input(Loaded(Stream(L"<In1/>")), L"1"), &IInput::get_SNVTCompatibles);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) { // what the last window left
+            DispatchMessageW(&message);
+        }
+    }
+    void TearDown() override {
+        list.Reset();
+        PointsTest::TearDown();
+    }
+    void Add(const std::wstring& text, const CalledFrom& = {}) const {
+        EXPECT_EQ(list->Add(com::Bstr(text).Get()), S_OK);
+    }
+    /// One turn, with an end of the list behind it.
+    void GiveTurn() const { Add(L","); }
+    std::wstring Shown() const { return Text(list, &ICompatibleSNVTs::ToString); }
+};
+
+TEST_F(TurnTest, EndsForAWindowThatPostsItsMessageAgain) {
+    const Reposter window;
+    Add(L"1,2,3");
+    EXPECT_EQ(Shown(), L"1,2,3");
+    EXPECT_EQ(window.Handled(), 3) << "one for each turn";
+}
+
+TEST_F(TurnTest, EndsForATimerThatExpiresInItsHandler) {
+    const SlowTimer timer;
+    Add(L"1,2,3");
+    EXPECT_EQ(Shown(), L"1,2,3");
+    EXPECT_GE(timer.Handled(), 1);
+    EXPECT_LE(timer.Handled(), 3);
+}
+
+TEST_F(TurnTest, EndsForAWindowThatIsNeverValidated) {
+    const Unpainted window;
+    Add(L"1,2,3");
+    EXPECT_EQ(Shown(), L"1,2,3");
+    EXPECT_GE(window.Handled(), 1);
+    EXPECT_LE(window.Handled(), 3);
+}
+
+TEST_F(TurnTest, EndsForAllOfThemAtOnce) {
+    const Unpainted window;
+    const SlowTimer timer;
+    const Reposter reposter;
+    GiveTurn();
+    EXPECT_EQ(window.Handled(), 1);
+    EXPECT_EQ(timer.Handled(), 1);
+    EXPECT_EQ(reposter.Handled(), 1);
+}
+
+TEST_F(TurnTest, HandlesAllThatWaits) {
+    const Unpainted windows[] = {Unpainted(1), Unpainted(1)};
+    const SlowTimer timers[2];
+    std::wstring heard;
+    const Listener first([&] { heard += L"1"; });
+    const Listener second([&] { heard += L"2"; });
+    for (int i = 0; i < 3; ++i) {
+        first.Post();
+        second.Post();
+    }
+    GiveTurn();
+    EXPECT_EQ(heard, L"121212");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(windows[i].Handled(), 1);
+        EXPECT_EQ(timers[i].Handled(), 1);
+    }
+}
+
+TEST_F(TurnTest, HandlesKeysThatWaitBehindPostedMessages) {
+    const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
+                                     nullptr, nullptr, nullptr, nullptr);
+    SetForegroundWindow(box);
+    SetFocus(box);
+    GiveTurn();
+    INPUT keys[2] = {};
+    for (INPUT& key : keys) {
+        key.type = INPUT_KEYBOARD;
+        key.ki.wVk = VK_HOME;
+    }
+    keys[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"text"));
+    SendMessageW(box, EM_SETSEL, 4, 4);
+    int heard = 0;
+    const Listener listener([&] { ++heard; });
+    listener.Post();
+    ASSERT_EQ(SendInput(2, keys, sizeof(INPUT)), 2u);
+    GiveTurn();
+    EXPECT_EQ(heard, 1);
+    EXPECT_EQ(SendMessageW(box, EM_GETSEL, 0, 0), 0) << "the caret has gone home";
+    DestroyWindow(box);
+}
+
+TEST_F(TurnTest, LeavesWhatAHandlerPostsForTheNext) {
+    int heard = 0;
+    const Listener later([&] { ++heard; });
+    const Listener listener([&] { later.Post(); });
+    listener.Post();
+    GiveTurn();
+    EXPECT_EQ(heard, 0);
+    GiveTurn();
+    EXPECT_EQ(heard, 1);
+}
+
+TEST_F(TurnTest, LeavesNoWindowBehind) {
+    const auto windows = [] {
+        int count = 0;
+        for (HWND one = FindWindowExW(HWND_MESSAGE, nullptr, nullptr, nullptr); one != nullptr;
+             one = FindWindowExW(HWND_MESSAGE, one, nullptr, nullptr)) {
+            count += GetWindowThreadProcessId(one, nullptr) == GetCurrentThreadId() ? 1 : 0;
+        }
+        return count;
+    };
+    const Reposter window;
+    const int before = windows();
+    ASSERT_GE(before, 1);
+    Add(L"1,2,3");
+    EXPECT_EQ(windows(), before);
+}
+
+// A message that posts itself again and loads would go ever deeper otherwise.
+TEST_F(TurnTest, GivesNoTurnInTheHandlerOfAMessage) {
+    int depth = 0;
+    int deepest = 0;
+    const Reposter window([&](int) {
+        deepest = std::max(deepest, ++depth);
+        if (depth < 50) {
+            Add(L"7,8,9");
+        }
+        --depth;
+    });
+    Add(L"1,2,3");
+    EXPECT_EQ(Shown(), L"7,8,9,1,2,3");
+    EXPECT_EQ(deepest, 1);
+    EXPECT_EQ(window.Handled(), 3);
+}
+
+/// Handles all that is posted, as the loop of a dialog does.
+void RunLoop() {
+    MSG message;
+    for (int i = 0; i < 10 && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE; ++i) {
+        DispatchMessageW(&message);
+    }
+}
+
+TEST_F(TurnTest, GivesATurnInALoopThatAHandlerRuns) {
+    for (const bool isTimer : {false, true}) {
+        int heard = 0;
+        const Listener listener([&] { ++heard; });
+        const Listener inDialog([&] {
+            listener.Post();
+            Add(L"7,8");
+            EXPECT_EQ(heard, 1);
+        });
+        bool isOpen = false;
+        const auto open = [&] {
+            if (!std::exchange(isOpen, true)) {
+                inDialog.Post();
+                RunLoop();
+            }
+        };
+        const Listener opening(open);
+        struct Timer final : HostWindow {
+            explicit Timer(std::function<void()> action) : action_(std::move(action)) {
+                SetTimer(Window(), 1, 10, nullptr);
+                Sleep(30);
+            }
+            UINT Message() const override { return WM_TIMER; }
+            void Handle() override { action_(); }
+            std::function<void()> action_;
+        };
+        std::optional<Timer> timer;
+        if (isTimer) {
+            timer.emplace(open);
+        } else {
+            opening.Post();
+        }
+        GiveTurn();
+        EXPECT_TRUE(isOpen);
+        EXPECT_EQ(heard, 1);
+    }
+}
+
+TEST_F(TurnTest, EndsWhenALoopThatAHandlerRanHasHandledWhatWaited) {
+    const Listener listener([] { RunLoop(); });
+    listener.Post();
+    const Reposter window;
+    GiveTurn();
+    EXPECT_GE(window.Handled(), 1);
+    EXPECT_LE(window.Handled(), 10) << "those of the loop";
+}
+
+TEST_F(TurnTest, LeavesTheEndOfTheHostsLoopToTheHost) {
+    int heard = 0;
+    const Listener listener([&] {
+        ++heard;
+        PostQuitMessage(7);
+    });
+    listener.Post();
+    Add(L"1,2,3");
+    EXPECT_EQ(Shown(), L"1,2,3") << "the list is read to its end";
+    EXPECT_EQ(heard, 1);
+    MSG message{};
+    ASSERT_NE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE), FALSE);
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 7U);
+    EXPECT_EQ(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), FALSE) << "once";
+}
+
+TEST_F(TurnTest, BearsAHostThatDropsTheList) {
+    com::Ref<IDispatch> copy;
+    com::Check(list.As<IClonable>()->Clone(copy.Put()));
+    List other = copy.As<ICompatibleSNVTs>();
+    copy.Reset();
+    ICompatibleSNVTs* const asked = other.Get();
+    const Listener dropping([&] { other.Reset(); });
+    dropping.Post();
+    EXPECT_EQ(asked->Add(com::Bstr(L"1,2,3").Get()), S_OK);
+    EXPECT_FALSE(other);
+}
+
+TEST_F(TurnTest, BearsAScriptThatChangesTheTextItGave) {
+    BSTR text = SysAllocString(L"1,2,3");
+    const Listener changing([&] {
+        wmemset(text, L'9', 5);
+        SysFreeString(std::exchange(text, nullptr));
+    });
+    changing.Post();
+    EXPECT_EQ(list->Add(text), S_OK);
+    EXPECT_EQ(Shown(), L"1,2,3");
+}
+
+} // namespace

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <utility>
+
+// Windows of a host that always have a message waiting. So that a loop which
+// waits for an end of them fails its test instead of hanging, each gives up.
+
+namespace support {
+
+/// A window with a procedure of its own.
+class HostWindow {
+  public:
+    HostWindow(const HostWindow&) = delete;
+    HostWindow& operator=(const HostWindow&) = delete;
+    HWND Window() const noexcept { return window_; }
+    /// How many of its messages it has handled.
+    int Handled() const noexcept { return handled_; }
+
+  protected:
+    explicit HostWindow(DWORD style = 0, HWND parent = HWND_MESSAGE)
+        : window_(CreateWindowExW(WS_EX_TOOLWINDOW, L"STATIC", L"", style, 0, 0, 50, 50, parent, nullptr,
+                                  nullptr, nullptr)) {
+        SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&HostWindow::Procedure));
+    }
+    virtual ~HostWindow() { DestroyWindow(window_); }
+    /// The message that it is about, counted already.
+    virtual void Handle() = 0;
+    virtual UINT Message() const { return WM_APP + 1; }
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        auto* self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (self != nullptr && message == self->Message()) {
+            ++self->handled_;
+            self->Handle();
+            return 0;
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+
+    HWND window_;
+    int handled_ = 0;
+};
+
+/// Posts its message to itself again whenever it handles it.
+class Reposter final : public HostWindow {
+  public:
+    static constexpr int kGivesUp = 1000;
+
+    /// Calls `each` with the count of its messages, behind the posting.
+    explicit Reposter(std::function<void(int)> each = {}) : each_(std::move(each)) { Post(); }
+
+  private:
+    void Post() const { PostMessageW(Window(), WM_APP + 1, 0, 0); }
+    void Handle() override {
+        if (Handled() < kGivesUp) {
+            Post();
+        }
+        if (each_) {
+            each_(Handled());
+        }
+    }
+    std::function<void(int)> each_;
+};
+
+/// A timer of 10 ms whose handler takes 20. It has expired when it is made.
+class SlowTimer final : public HostWindow {
+  public:
+    static constexpr int kGivesUp = 50;
+
+    SlowTimer() {
+        SetTimer(Window(), 1, 10, nullptr);
+        Sleep(30);
+    }
+
+  private:
+    UINT Message() const override { return WM_TIMER; }
+    void Handle() override {
+        Sleep(20);
+        if (Handled() == kGivesUp) {
+            KillTimer(Window(), 1);
+        }
+    }
+};
+
+/// A visible window that does not validate what it is asked to paint, before the
+/// message of this count.
+class Unpainted final : public HostWindow {
+  public:
+    explicit Unpainted(int validates = 1000)
+        : HostWindow(WS_POPUP | WS_VISIBLE, nullptr), validates_(validates) {
+        InvalidateRect(Window(), nullptr, FALSE);
+    }
+
+  private:
+    UINT Message() const override { return WM_PAINT; }
+    void Handle() override {
+        if (Handled() == validates_) {
+            ValidateRect(Window(), nullptr);
+        }
+    }
+    int validates_;
+};
+
+} // namespace support
