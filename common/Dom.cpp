@@ -106,10 +106,12 @@ std::wstring FirstChildTextOrEmpty(const Node& node) {
 std::wstring FirstChildValue(const Node& node) {
     const Node child = FirstChild(node);
     CheckFound(child);
-    if (!IsText(child)) {
+    com::Variant value;
+    Check(child->get_nodeValue(value.Put()));
+    if (value.Get().vt != VT_BSTR) {
         throw RunTimeError(RunTime::ObjectNotSet);
     }
-    return ValueOf(child);
+    return com::Text(value.Get().bstrVal);
 }
 
 DOMNodeType TypeOf(const Node& node) {

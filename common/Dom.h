@@ -44,8 +44,8 @@ std::wstring ValueOf(const Node& node);
 std::wstring FirstChildText(const Node& node);
 /// Text of the node's first child; empty when it has no child.
 std::wstring FirstChildTextOrEmpty(const Node& node);
-/// Value of the node's first child. "Object not set" when it has no child or one
-/// that is no text.
+/// Value of the node's first child, of whatever kind. "Object not set" when it has
+/// no child or one without a value, such as an element.
 std::wstring FirstChildValue(const Node& node);
 
 /// A text node's own value; of any other node its text, as the DOM gives it.

@@ -95,12 +95,22 @@ TEST_F(CDBAppObjectOddDocumentsTest, TakesTheFirstChildAloneForAProjectText) {
     EXPECT_EQ(UserNameOf(L"<UserName>Mine<b>bold</b></UserName>"), L"Mine");
 }
 
-// Decided: a first child that is no text has no value.
-TEST_F(CDBAppObjectOddDocumentsTest, ReportsAProjectTextBehindAnotherNode) {
-    for (const wchar_t* content : {L"<!-- c -->Mine", L"<?p c?>Mine", L"<b>Mine</b>"}) {
-        EXPECT_EQ(UserNameOf(std::wstring(L"<UserName>") + content + L"</UserName>"), L"Before");
-        ExpectLoadReport(kObjectNotSetText);
-    }
+TEST_F(CDBAppObjectOddDocumentsTest, TakesTheValueOfAFirstChildOfAnyKind) {
+    EXPECT_EQ(UserNameOf(L"<UserName><!-- c -->Mine</UserName>"), L" c ");
+    EXPECT_EQ(UserNameOf(L"<UserName><!----><b/></UserName>"), L"");
+    EXPECT_EQ(UserNameOf(L"<UserName><?p c d?>Mine</UserName>"), L"c d");
+    const auto module = NewModule();
+    LoadProject(module, L"<Valve><X_Position><!--12.5-->7</X_Position><Y_Position><![CDATA[3]]></Y_Position>"
+                        L"<TamObjID><?n 9?></TamObjID><DevKey><!--K--></DevKey></Valve>");
+    EXPECT_EQ(Double(module, &IAppObject::get_XPosition), 12.5);
+    EXPECT_EQ(Double(module, &IAppObject::get_YPosition), 3.0);
+    EXPECT_EQ(Short(module.As<ITamObject>(), &ITamObject::get_TamObjectID), 9);
+    EXPECT_EQ(Text(module.As<ITamObject>(), &ITamObject::get_DeviceKey), L"K");
+}
+
+TEST_F(CDBAppObjectOddDocumentsTest, ReportsAProjectTextBehindAnElement) {
+    EXPECT_EQ(UserNameOf(L"<UserName><b>Mine</b></UserName>"), L"Before");
+    ExpectLoadReport(kObjectNotSetText);
 }
 
 TEST_F(CDBAppObjectOddDocumentsTest, TakesOnlyElementsForProjectValues) {
