@@ -95,6 +95,7 @@ void TamInternalAppObject::SetUp(std::wstring internalObjectKey, IDispatch* devi
 }
 
 STDMETHODIMP TamInternalAppObject::Create() {
+    const auto kept = AsInternal(); // a message of the host may drop the last reference
     return Do([&] {
         if (!interceptor_) {
             interceptor_ = InterceptorLink::Make(*this);
@@ -110,13 +111,16 @@ STDMETHODIMP TamInternalAppObject::Create() {
 void TamInternalAppObject::WrapPoints() {
     com::Ref<IInputs> inputs;
     com::Call(inner_, &IAppObject::get_Inputs, inputs.Put());
-    inputs_ = TamInternalInputs::Make(inputs, *this);
+    auto newInputs = TamInternalInputs::Make(inputs, *this);
     com::Ref<IOutputs> outputs;
     com::Call(inner_, &IAppObject::get_Outputs, outputs.Put());
-    outputs_ = TamInternalOutputs::Make(outputs, *this);
+    auto newOutputs = TamInternalOutputs::Make(outputs, *this);
     com::Ref<IAttributes> attributes;
     com::Call(inner_, &IAppObject::get_Attributes, attributes.Put());
     attributes_ = TamInternalAttributes::Make(attributes, *this);
+    // All three are there: new inputs never stand beside old outputs.
+    inputs_ = std::move(newInputs);
+    outputs_ = std::move(newOutputs);
 }
 
 dom::Document TamInternalAppObject::DefinitionDocument() const {
@@ -148,13 +152,15 @@ void TamInternalAppObject::ApplyVisibility() {
 
 STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     return Do([&] {
+        // Asked first: an element is saved with both keys or not at all.
+        const std::wstring deviceKey = DeviceKey();
         com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
         dom::Node saved;
         com::Call(dom::NodeOf(parentNode), &IXMLDOMNode::get_lastChild, saved.Put());
         com::CheckSet(saved.Get());
         const dom::Document target = dom::DocumentOf(document);
         PrependText(target, saved, kObjectKeyElement, internalObjectKey_);
-        PrependText(target, saved, kDeviceKeyElement, DeviceKey());
+        PrependText(target, saved, kDeviceKeyElement, deviceKey);
     });
 }
 

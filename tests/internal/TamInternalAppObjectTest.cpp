@@ -275,6 +275,34 @@ TEST_F(TamInternalAppObjectTest, WrapsTheGenericObjectAnewAtASecondCreate) {
     EXPECT_TRUE(InputOf(object, L"In2"));
 }
 
+TEST_F(TamInternalAppObjectTest, KeepsItsThreeCollectionsWhenASecondCreateFails) {
+    const auto object = Created();
+    const auto inputs = support::Object(object, &IAppObject::get_Inputs);
+    const auto outputs = support::Object(object, &IAppObject::get_Outputs);
+    const auto attributes = support::Object(object, &IAppObject::get_Attributes);
+    const struct {
+        Double at;
+        const wchar_t* member;
+    } steps[] = {{generic.object, L"get Inputs"},
+                 {generic.inputs, L"get NewEnum"},
+                 {generic.object, L"get Outputs"},
+                 {generic.outputs, L"get NewEnum"},
+                 {alarm, L"get Name"},
+                 {generic.object, L"get Attributes"},
+                 {generic.attributes, L"get NewEnum"},
+                 {setup, L"get Name"}};
+    for (const auto& step : steps) {
+        SCOPED_TRACE(testing::PrintToString(std::wstring(step.member)));
+        step.at->Fail(step.member, E_FAIL);
+        EXPECT_EQ(object->Create(), E_FAIL);
+        step.at->FailNoMore();
+        EXPECT_TRUE(com::SameObject(support::Object(object, &IAppObject::get_Inputs).Get(), inputs.Get()));
+        EXPECT_TRUE(com::SameObject(support::Object(object, &IAppObject::get_Outputs).Get(), outputs.Get()));
+        EXPECT_TRUE(
+            com::SameObject(support::Object(object, &IAppObject::get_Attributes).Get(), attributes.Get()));
+    }
+}
+
 TEST_F(TamInternalAppObjectTest, StaysUsableAfterDestroyWhichIsForwarded) {
     const auto object = Created();
     EXPECT_EQ(object->Destroy(), S_OK);
