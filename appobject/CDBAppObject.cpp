@@ -88,6 +88,9 @@ STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
 }
 
 STDMETHODIMP CDBAppObject::Destroy() {
+    // A load that is under way does not bring the collections back.
+    streamLoads_.Begin();
+    attributesBefore_.reset();
     parent_.Reset();
     inputs_.Reset();
     outputs_.Reset();

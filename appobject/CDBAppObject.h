@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appobject/AppObjectFace.h"
+#include "common/LoadTurns.h"
 #include "points/CDBAttributes.h"
 #include "points/CDBInputs.h"
 #include "points/CDBOutputs.h"
@@ -10,6 +11,7 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -136,7 +138,7 @@ class CDBAppObject final
     com::Ref<IDispatch> OwnerUnitsManager() const override { return unitsManager_; }
     com::Ref<IDispatch> HostParent() const override { return parent_; }
     std::optional<std::wstring> OwnerDefaultValue(const std::wstring& attribute) const override {
-        return defaultValues_.Find(attribute);
+        return streamDefaultValues_ ? streamDefaultValues_->Find(attribute) : std::nullopt;
     }
 
     // Definition
@@ -147,8 +149,9 @@ class CDBAppObject final
 
     // Project XML
     void SaveOutputs(const dom::Document& document, const dom::Node& element) const;
-    void LoadChild(const dom::Node& child);
-    void LoadDisplayFlags(const dom::Node& element);
+    void LoadChild(const dom::Node& child, LoadTurns::Turn turn);
+    void LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn turn);
+    class StreamLoad;
     void LoadStreamHeader(const dom::Node& document);
 
     // Export
@@ -158,8 +161,10 @@ class CDBAppObject final
 
     com::Ref<IDispatch> parent_;
     dom::Document definition_;
-    /// Of the definition document; fills itself when asked.
-    mutable DefaultValues defaultValues_;
+    /// Of the definition document; empty without one. Fills itself when asked.
+    std::shared_ptr<DefaultValues> defaultValues_;
+    /// Those that the device stream began with, so that all its attributes have theirs of one definition.
+    std::shared_ptr<DefaultValues> streamDefaultValues_;
     com::Ref<IDispatch> ownerDeviceXml_;
     std::wstring definitionName_;
     bool plugInAvailable_ = false;
@@ -193,6 +198,10 @@ class CDBAppObject final
     long cdbDimension_ = 0;
     long ddbDimension_ = 0;
     bool isLastOnDev_ = false;
+    LoadTurns projectLoads_;
+    LoadTurns streamLoads_;
+    /// While a stream is loaded: how many attributes there were before.
+    std::optional<std::size_t> attributesBefore_;
 };
 
 } // namespace tam

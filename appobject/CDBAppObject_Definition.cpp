@@ -6,6 +6,8 @@
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 
+#include <memory>
+
 namespace tam {
 
 namespace {
@@ -66,6 +68,7 @@ std::wstring FirstDatasheet(const std::wstring& stem) {
 } // namespace
 
 STDMETHODIMP CDBAppObject::Init(BSTR name, VARIANT_BOOL* value) {
+    const auto kept = This<IAppObject>(); // a message of the host may drop the last reference
     return Get(value, [&] {
         bool loaded = false;
         Trap(L"IAppObject_Init Class Module CDBAppObject", L"Function IAppObject_Init",
@@ -76,7 +79,7 @@ STDMETHODIMP CDBAppObject::Init(BSTR name, VARIANT_BOOL* value) {
 
 bool CDBAppObject::LoadDefinition(const std::wstring& name) {
     definitionName_ = name;
-    defaultValues_ = DefaultValues();
+    defaultValues_.reset();
     definition_ = dom::NewDocument(dom::kDefinitionDocumentClass);
     const com::Variant file{std::wstring_view(State().AppPath + name + L".xml")};
     VARIANT_BOOL done = VARIANT_FALSE;
@@ -93,7 +96,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
             YieldToHost();
         }
     }
-    defaultValues_ = DefaultValues(definition_);
+    defaultValues_ = std::make_shared<DefaultValues>(definition_);
     plugInAvailable_ = false;
     GetBasicInfos();
     return true;

@@ -224,6 +224,8 @@ void CDBAppObject::TakeSizes(std::wstring_view cdb, std::wstring_view ddb) {
 }
 
 STDMETHODIMP CDBAppObject::ClearReferences() {
+    // A message of the host may drop the last reference to the object or to its collection.
+    const auto kept = This<IAppObject>();
     return Do([&] {
         if (!inputs_) {
             return;

@@ -7,7 +7,7 @@
 #include "common/Report.h"
 
 #include <algorithm>
-#include <utility>
+#include <functional>
 
 namespace tam {
 
@@ -56,26 +56,21 @@ bool HasItems(const com::Owned<Collection>& collection) {
     return collection && collection->All().Count() > 0;
 }
 
-/// Passes each reference element of a section to the collection, which is made
-/// if the host has dropped it meanwhile.
+/// Passes each reference element of a section to the collection. `goOn` throws
+/// when the load is over.
 template <class Collection>
-void LoadSection(const dom::Document& stream, const wchar_t* path, com::Owned<Collection>& collection,
-                 const OwnerRef& owner) {
+void LoadSection(const dom::Document& stream, const wchar_t* path, Collection& collection,
+                 const OwnerRef& owner, const std::function<void()>& goOn) {
     const dom::Node section = dom::FirstByTagName(stream, path);
     if (!section) {
         return;
     }
     dom::ForEachChild(section, [&](const dom::Node& child) {
         YieldToHost();
-        if (!dom::IsElement(child)) {
-            return;
+        goOn();
+        if (dom::IsElement(child)) {
+            collection.AddItem(dom::BaseName(child), child, owner, goOn);
         }
-        if (!collection) {
-            collection = Collection::Make(OwnerOf(owner));
-        }
-        // Adding yields and shows boxes: the host may drop the collection in the middle.
-        const com::Ref<Collection> kept = collection;
-        kept->AddItem(dom::BaseName(child), child, owner);
     });
 }
 
@@ -113,17 +108,20 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
 }
 
 STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
+    const auto kept = This<IAppObject>(); // a message of the host may drop the last reference
     Trap(kModule, L"Sub IAppObject_XmlLoad", [&] {
-        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
+        const dom::Node project = dom::NodeOf(element);
+        const LoadTurns::Turn turn = projectLoads_.Begin();
+        dom::ForEachChild(project, [&](const dom::Node& child) {
             if (dom::IsElement(child)) { // an instruction has a name too
-                LoadChild(child);
+                LoadChild(child, turn);
             }
         });
     });
     return S_OK;
 }
 
-void CDBAppObject::LoadChild(const dom::Node& child) {
+void CDBAppObject::LoadChild(const dom::Node& child, LoadTurns::Turn turn) {
     // Anything else, the host's "Environment" and the saved "Outputs" included, is not for this object.
     const std::wstring keyword = dom::BaseName(child);
     if (EqualIgnoringCase(keyword, kUserName)) {
@@ -137,13 +135,14 @@ void CDBAppObject::LoadChild(const dom::Node& child) {
     } else if (EqualIgnoringCase(keyword, kTamObjId)) {
         tamObjectId_ = ToInt16(Val(dom::FirstChildValue(child)));
     } else if (EqualIgnoringCase(keyword, kOutReferences)) {
-        LoadDisplayFlags(child);
+        LoadDisplayFlags(child, turn);
     }
 }
 
-void CDBAppObject::LoadDisplayFlags(const dom::Node& element) {
+void CDBAppObject::LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn turn) {
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         YieldToHost();
+        projectLoads_.Check(turn);
         if (dom::OwnText(child) != L"1") { // a blank beside it makes it another text
             return;
         }
@@ -191,16 +190,57 @@ STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDi
     });
 }
 
-STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
-    return Do([&] {
-        // All three before any is replaced: points of two streams never stand together.
-        com::Owned inputs(CDBInputs::Make(AsOwner()));
-        com::Owned outputs(CDBOutputs::Make(AsOwner()));
-        if (!attributes_) {
-            attributes_ = CDBAttributes::Make(AsOwner());
+/// A device stream on its way into the object, from the moment that the object
+/// has new collections for it. Another stream, and Destroy, end it.
+class CDBAppObject::StreamLoad {
+  public:
+    /// Throws before it changes anything.
+    explicit StreamLoad(CDBAppObject& object)
+        : object_(object)
+        , inputs_(CDBInputs::Make(object.AsOwner()))
+        , outputs_(CDBOutputs::Make(object.AsOwner()))
+        , attributes_(object.attributes_ ? com::Ref<CDBAttributes>(object.attributes_)
+                                         : CDBAttributes::Make(object.AsOwner()))
+        , turn_(object.streamLoads_.Begin()) {
+        // Attributes stay when another stream is loaded, but not those of a
+        // stream that is given up for it half-way.
+        if (object.attributesBefore_) {
+            attributes_->KeepFirst(*object.attributesBefore_);
         }
-        inputs_ = std::move(inputs);
-        outputs_ = std::move(outputs);
+        object.attributesBefore_ = attributes_->All().Count();
+        object.projectLoads_.Begin(); // its flags are those of the outputs that go
+        object.streamDefaultValues_ = object.defaultValues_;
+        object.inputs_ = inputs_;
+        object.outputs_ = outputs_;
+        object.attributes_ = attributes_;
+    }
+    ~StreamLoad() {
+        if (object_.streamLoads_.IsLast(turn_)) {
+            object_.attributesBefore_.reset();
+        }
+    }
+    StreamLoad(const StreamLoad&) = delete;
+    StreamLoad& operator=(const StreamLoad&) = delete;
+
+    void LoadSections(const dom::Document& stream) const {
+        const auto goOn = [this] { object_.streamLoads_.Check(turn_); };
+        LoadSection(stream, kStreamInputs, *inputs_.Get(), &object_.AsOwner(), goOn);
+        LoadSection(stream, kStreamOutputs, *outputs_.Get(), &object_.AsOwner(), goOn);
+        LoadSection(stream, kStreamAttributes, *attributes_.Get(), &object_.AsOwner(), goOn);
+    }
+
+  private:
+    CDBAppObject& object_;
+    com::Ref<CDBInputs> inputs_;
+    com::Ref<CDBOutputs> outputs_;
+    com::Ref<CDBAttributes> attributes_;
+    LoadTurns::Turn turn_;
+};
+
+STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
+    const auto kept = This<IAppObject>(); // a message of the host may drop the last reference
+    return Do([&] {
+        const StreamLoad load(*this);
         const dom::Document stream = dom::NewDocument(dom::kDocumentClass);
         const com::Bstr text(com::View(xml));
         VARIANT_BOOL done = VARIANT_FALSE;
@@ -212,9 +252,7 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         }
         LoadStreamHeader(dom::Node(stream));
         definitionName_ = kStreamDefinition;
-        LoadSection(stream, kStreamInputs, inputs_, this);
-        LoadSection(stream, kStreamOutputs, outputs_, this);
-        LoadSection(stream, kStreamAttributes, attributes_, this);
+        load.LoadSections(stream);
     });
 }
 

@@ -6,11 +6,12 @@
 namespace tam {
 
 com::Ref<CDBAttribute> CDBAttributes::AddItem(const std::wstring& name, const dom::Node& definition,
-                                              const OwnerRef& owner) {
+                                              const OwnerRef& owner, const std::function<void()>& mayAdd) {
     auto attribute = CDBAttribute::Make();
     attribute->SetParent(owner);
     attribute->SetAttributeName(name);
     attribute->LoadDefinition(definition);
+    mayAdd();
     items_.Add(name, attribute);
     // Without a type this fails, and the attribute stays where it is.
     attribute->CreateEditor();
@@ -18,12 +19,13 @@ com::Ref<CDBAttribute> CDBAttributes::AddItem(const std::wstring& name, const do
 }
 
 STDMETHODIMP CDBAttributes::XmlLoad(IDispatch* element) {
+    const auto kept = This<_CDBAttributes>(); // a message of the host may drop the last reference
     Trap(L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad", [&] {
         // Values are restored by the application object; this walk only checks
         // that each saved name is known.
-        dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
+        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
             YieldToHost();
-            if (!items_.FindName(dom::BaseName(child))) {
+            if (dom::IsElement(child) && !items_.FindName(dom::BaseName(child))) {
                 throw RunTimeError(RunTime::InvalidCall);
             }
         });

@@ -7,6 +7,7 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,8 +23,12 @@ class CDBAttributes final
     explicit CDBAttributes(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
+    /// Asks `mayAdd`, which throws if not, when the definition is read: reading
+    /// shows boxes.
     com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition,
-                                   const OwnerRef& owner);
+                                   const OwnerRef& owner, const std::function<void()>& mayAdd);
+    /// Takes away all behind the first ones.
+    void KeepFirst(std::size_t count) { items_.KeepFirst(count); }
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBAttribute> GetItem(std::wstring_view index) const { return items_.Find(index); }

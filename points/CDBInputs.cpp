@@ -12,9 +12,10 @@ constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBInputs";
 } // namespace
 
 com::Ref<CDBInput> CDBInputs::AddItem(const std::wstring& name, const dom::Node& definition,
-                                      const OwnerRef& owner) {
+                                      const OwnerRef& owner, const std::function<void()>& mayAdd) {
     auto input = CDBInput::Make(name);
     input->ReadDefinition(definition, OwnerOf(owner).OwnerName());
+    mayAdd();
     items_.Add(name, input);
     input->SetOwner(owner);
     input->SetIndex(items_.Count() - 1);
@@ -22,10 +23,14 @@ com::Ref<CDBInput> CDBInputs::AddItem(const std::wstring& name, const dom::Node&
 }
 
 STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
+    const auto kept = This<_CDBInputs>(); // a message of the host may drop the last reference
     Trap(kModule, L"Sub XmlLoad", [&] {
+        const dom::Node saved = dom::NodeOf(element);
+        const LoadTurns::Turn turn = loads_.Begin();
         std::size_t position = 1;
-        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
+        dom::ForEachChild(saved, [&](const dom::Node& child) {
             YieldToHost();
+            loads_.Check(turn);
             if (!dom::IsElement(child)) {
                 return;
             }

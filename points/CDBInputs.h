@@ -2,6 +2,7 @@
 
 #include "com/Owned.h"
 #include "common/Dom.h"
+#include "common/LoadTurns.h"
 #include "points/CDBInput.h"
 #include "points/PointItems.h"
 
@@ -9,6 +10,7 @@
 #include <OrvDBFaces.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,7 +25,10 @@ class CDBInputs final : public com::OwnedDualObject<CDBInputs, PointOwner, _CDBI
     explicit CDBInputs(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
-    com::Ref<CDBInput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner);
+    /// Asks `mayAdd`, which throws if not, when the definition is read: reading
+    /// yields and shows boxes.
+    com::Ref<CDBInput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner,
+                               const std::function<void()>& mayAdd);
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBInput> GetItem(std::wstring_view index) const { return items_.Find(index); }
@@ -48,6 +53,7 @@ class CDBInputs final : public com::OwnedDualObject<CDBInputs, PointOwner, _CDBI
     std::size_t GetPosition(const com::Ref<CDBInput>& input) const noexcept;
 
     PointItems<CDBInput> items_;
+    LoadTurns loads_;
 };
 
 } // namespace tam

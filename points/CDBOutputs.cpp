@@ -6,9 +6,10 @@
 namespace tam {
 
 com::Ref<CDBOutput> CDBOutputs::AddItem(const std::wstring& name, const dom::Node& definition,
-                                        const OwnerRef& owner) {
+                                        const OwnerRef& owner, const std::function<void()>& mayAdd) {
     auto output = CDBOutput::Make(name);
     output->ReadDefinition(definition, OwnerOf(owner).OwnerName());
+    mayAdd();
     items_.Add(name, output);
     output->SetOwner(owner);
     output->SetIndex(items_.Count() - 1);
@@ -16,9 +17,13 @@ com::Ref<CDBOutput> CDBOutputs::AddItem(const std::wstring& name, const dom::Nod
 }
 
 STDMETHODIMP CDBOutputs::XmlLoad(IDispatch* element) {
+    const auto kept = This<_CDBOutputs>(); // a message of the host may drop the last reference
     Trap(L"O_Tam_id Class Module CDBOutputs", L"Sub XmlLoad", [&] {
-        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
+        const dom::Node saved = dom::NodeOf(element);
+        const LoadTurns::Turn turn = loads_.Begin();
+        dom::ForEachChild(saved, [&](const dom::Node& child) {
             YieldToHost();
+            loads_.Check(turn);
             if (!dom::IsElement(child)) {
                 return;
             }

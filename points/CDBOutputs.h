@@ -1,12 +1,14 @@
 #pragma once
 
 #include "com/Owned.h"
+#include "common/LoadTurns.h"
 #include "points/CDBOutput.h"
 #include "points/PointItems.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -21,7 +23,10 @@ class CDBOutputs final : public com::OwnedDualObject<CDBOutputs, PointOwner, _CD
     explicit CDBOutputs(PointOwner& owner) { SetOwner(&owner); }
 
     // The component's own side.
-    com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner);
+    /// Asks `mayAdd`, which throws if not, when the definition is read: reading
+    /// shows boxes.
+    com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner,
+                                const std::function<void()>& mayAdd);
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBOutput> GetItem(std::wstring_view index) const { return items_.Find(index); }
@@ -42,6 +47,7 @@ class CDBOutputs final : public com::OwnedDualObject<CDBOutputs, PointOwner, _CD
 
   private:
     PointItems<CDBOutput> items_;
+    LoadTurns loads_;
 };
 
 } // namespace tam

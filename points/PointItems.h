@@ -45,6 +45,13 @@ class PointItems {
             items_.RemovePosition(items_.PositionOf(*found));
         }
     }
+    /// Removes all behind the first ones, the last one first.
+    void KeepFirst(std::size_t count) {
+        ItemsChange();
+        while (items_.Count() > count) {
+            items_.RemovePosition(items_.Count());
+        }
+    }
     void Clear() {
         ItemsChange();
         items_.Clear();

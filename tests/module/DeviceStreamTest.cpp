@@ -285,17 +285,6 @@ TEST_F(CDBAppObjectDeviceStreamTest, GivesTheHostATurnAtEachChild) {
     EXPECT_FALSE(turn.Ran()) << "without a child there is no turn";
 }
 
-TEST_F(CDBAppObjectDeviceStreamTest, MakesCollectionsThatTheHostDropsMeanwhile) {
-    const auto module = NewModule();
-    OnYield turn([&] { module->Destroy(); });
-    ASSERT_EQ(Load(module, Stream(L"<In1/><In2/>", L"<Out1/>", L"<Gain><SNVTTYPE>36</SNVTTYPE></Gain>")),
-              S_OK);
-    EXPECT_TRUE(turn.Ran());
-    EXPECT_EQ(InputCount(module), 2);
-    EXPECT_EQ(OutputCount(module), 1);
-    EXPECT_EQ(AttributeCount(module), 1);
-}
-
 TEST_F(CDBAppObjectDeviceStreamTest, LoadsByName) {
     const auto module = NewModule();
     const com::Variant stream{std::wstring_view(With({}))};

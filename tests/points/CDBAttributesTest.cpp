@@ -198,9 +198,13 @@ TEST_F(CDBAttributesTest, TakesNoPositionForASavedName) {
     ExpectStopped(kInvalidCallText);
 }
 
-TEST_F(CDBAttributesTest, ReportsStrayTextAsAnUnknownName) {
-    EXPECT_EQ(Three().As<_CDBAttributes>()->XmlLoad(Saved(L"<Attributes>text<Gain/></Attributes>").Get()),
+TEST_F(CDBAttributesTest, TakesOnlyElementsForSavedAttributes) {
+    const auto attributes = Three().As<_CDBAttributes>();
+    EXPECT_EQ(attributes->XmlLoad(
+                  Saved(L"<Attributes>text<?Nowhere no?><Gain/><![CDATA[Nowhere]]></Attributes>").Get()),
               S_OK);
+    EXPECT_TRUE(Boxes().empty());
+    EXPECT_EQ(attributes->XmlLoad(Saved(L"<Attributes>text<Nowhere/></Attributes>").Get()), S_OK);
     ExpectStopped(kInvalidCallText);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/points/Listener.h"
 #include "tests/points/Points.h"
+#include "tests/support/BusyHosts.h"
 
 #include <string>
 #include <vector>
@@ -69,13 +70,87 @@ TEST_F(YieldTest, BearsAHostThatDropsTheModuleMeanwhile) {
     EXPECT_EQ(Names(inputs.As<IInputs>()), (std::vector<std::wstring>{L"B", L"A"}));
 }
 
-TEST_F(YieldTest, BearsAHostThatReordersMeanwhile) {
+/// What is loaded must not be held by the caller alone: a script's variable, say,
+/// may get another object while a member runs.
+TEST_F(YieldTest, BearsAHostThatDropsTheLoadedCollectionItself) {
+    const auto saved = Saved(L"<Saved><B/><A/></Saved>");
+    auto inputs = Inputs(module).As<_CDBInputs>();
+    auto outputs = Outputs(module).As<_CDBOutputs>();
+    auto attributes = Attributes(module).As<_CDBAttributes>();
+    _CDBInputs* const askedInputs = inputs.Get();
+    const Listener dropping([&] {
+        module.Reset();
+        inputs.Reset();
+    });
+    dropping.Post();
+    EXPECT_EQ(askedInputs->XmlLoad(saved.Get()), S_OK);
+    const Listener droppingOutputs([&] { outputs.Reset(); });
+    droppingOutputs.Post();
+    _CDBOutputs* const askedOutputs = outputs.Get();
+    EXPECT_EQ(askedOutputs->XmlLoad(saved.Get()), S_OK);
+    const Listener droppingAttributes([&] { attributes.Reset(); });
+    droppingAttributes.Post();
+    _CDBAttributes* const askedAttributes = attributes.Get();
+    EXPECT_EQ(askedAttributes->XmlLoad(saved.Get()), S_OK);
+    EXPECT_FALSE(inputs || outputs || attributes);
+}
+
+/// Two loads of one collection are not mixed: the one that began last counts.
+class LoadInsideLoadTest : public PointsTest {
+  protected:
+    void SetUp() override {
+        PointsTest::SetUp();
+        module = Loaded(Stream(Named({L"A", L"B", L"C"}), Named({L"A", L"B"})));
+    }
+    void ExpectEnded(const wchar_t* className) {
+        const auto boxes = Boxes();
+        ASSERT_EQ(boxes.size(), 1u);
+        ExpectReport(boxes[0],
+                     L"The load was ended, because the object was loaded again or destroyed meanwhile",
+                     className, L"Sub XmlLoad");
+    }
+};
+
+TEST_F(LoadInsideLoadTest, LeavesInputsInTheOrderOfTheLast) {
     const auto inputs = Inputs(module).As<_CDBInputs>();
-    const auto turned = Saved(L"<Inputs><B/><A/></Inputs>");
-    const Listener reordering([&] { inputs->XmlLoad(turned.Get()); });
-    reordering.Post();
-    EXPECT_EQ(inputs->XmlLoad(Saved(L"<Inputs><A/><B/></Inputs>").Get()), S_OK);
-    EXPECT_EQ(Names(inputs.As<IInputs>()), (std::vector<std::wstring>{L"A", L"B"}));
+    const auto inner = Saved(L"<Inputs><B/><C/><A/></Inputs>");
+    for (const int turn : {1, 2, 3}) {
+        const Reposter loading([&](int count) {
+            if (count == turn) {
+                EXPECT_EQ(inputs->XmlLoad(inner.Get()), S_OK);
+            }
+        });
+        EXPECT_EQ(inputs->XmlLoad(Saved(L"<Inputs><C/><A/><B/></Inputs>").Get()), S_OK);
+        EXPECT_EQ(Names(Inputs(module)), (std::vector<std::wstring>{L"B", L"C", L"A"}));
+        ExpectEnded(L"O_Tam_id Class Module CDBInputs");
+    }
+}
+
+TEST_F(LoadInsideLoadTest, LeavesOutputsWithTheValuesOfTheLast) {
+    const auto outputs = Outputs(module).As<_CDBOutputs>();
+    const auto inner = Saved(L"<Outputs><A><IsDisplayable>True</IsDisplayable></A>"
+                             L"<B><IsDisplayable>True</IsDisplayable></B></Outputs>");
+    const Reposter loading([&](int count) {
+        if (count == 2) {
+            EXPECT_EQ(outputs->XmlLoad(inner.Get()), S_OK);
+        }
+    });
+    EXPECT_EQ(outputs->XmlLoad(Saved(L"<Outputs><A><IsDisplayable>False</IsDisplayable></A>"
+                                     L"<B><IsDisplayable>False</IsDisplayable></B></Outputs>")
+                                   .Get()),
+              S_OK);
+    EXPECT_TRUE(Flag(Output(module, L"A"), &IOutput::get_IsDisplayable));
+    EXPECT_TRUE(Flag(Output(module, L"B"), &IOutput::get_IsDisplayable));
+    ExpectEnded(L"O_Tam_id Class Module CDBOutputs");
+}
+
+TEST_F(LoadInsideLoadTest, GoesOnWhenTheOtherDoesNotBegin) {
+    const auto inputs = Inputs(module).As<_CDBInputs>();
+    const Listener loading([&] { EXPECT_EQ(inputs->XmlLoad(nullptr), S_OK); });
+    loading.Post();
+    EXPECT_EQ(inputs->XmlLoad(Saved(L"<Inputs><C/><A/><B/></Inputs>").Get()), S_OK);
+    EXPECT_EQ(Names(Inputs(module)), (std::vector<std::wstring>{L"C", L"A", L"B"}));
+    EXPECT_EQ(Boxes().size(), 1u) << "of the one that got no element";
 }
 
 } // namespace
