@@ -138,7 +138,7 @@ class CDBAppObject final
     com::Ref<IDispatch> OwnerUnitsManager() const override { return unitsManager_; }
     com::Ref<IDispatch> HostParent() const override { return parent_; }
     std::optional<std::wstring> OwnerDefaultValue(const std::wstring& attribute) const override {
-        return streamDefaultValues_ ? streamDefaultValues_->Find(attribute) : std::nullopt;
+        return defaultValues_.Find(attribute);
     }
 
     // Definition
@@ -161,10 +161,8 @@ class CDBAppObject final
 
     com::Ref<IDispatch> parent_;
     dom::Document definition_;
-    /// Of the definition document; empty without one. Fills itself when asked.
-    std::shared_ptr<DefaultValues> defaultValues_;
-    /// Those that the device stream began with, so that all its attributes have theirs of one definition.
-    std::shared_ptr<DefaultValues> streamDefaultValues_;
+    /// Of the definition document; fills itself when asked.
+    mutable DefaultValues defaultValues_;
     com::Ref<IDispatch> ownerDeviceXml_;
     std::wstring definitionName_;
     bool plugInAvailable_ = false;

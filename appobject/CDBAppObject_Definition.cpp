@@ -6,8 +6,6 @@
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 
-#include <memory>
-
 namespace tam {
 
 namespace {
@@ -79,7 +77,7 @@ STDMETHODIMP CDBAppObject::Init(BSTR name, VARIANT_BOOL* value) {
 
 bool CDBAppObject::LoadDefinition(const std::wstring& name) {
     definitionName_ = name;
-    defaultValues_.reset();
+    defaultValues_ = DefaultValues();
     definition_ = dom::NewDocument(dom::kDefinitionDocumentClass);
     const com::Variant file{std::wstring_view(State().AppPath + name + L".xml")};
     VARIANT_BOOL done = VARIANT_FALSE;
@@ -96,7 +94,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
             YieldToHost();
         }
     }
-    defaultValues_ = std::make_shared<DefaultValues>(definition_);
+    defaultValues_ = DefaultValues(definition_);
     plugInAvailable_ = false;
     GetBasicInfos();
     return true;

@@ -209,7 +209,6 @@ class CDBAppObject::StreamLoad {
         }
         object.attributesBefore_ = attributes_->All().Count();
         object.projectLoads_.Begin(); // its flags are those of the outputs that go
-        object.streamDefaultValues_ = object.defaultValues_;
         object.inputs_ = inputs_;
         object.outputs_ = outputs_;
         object.attributes_ = attributes_;
