@@ -98,9 +98,9 @@ class ModuleCommands {
         CommandSyntax rename =
             Command("rename", "Open the dialog that names a device, and show what the user chose",
                     "  tambench rename Tam_1                  confirmed as it is\n"
-                    "  tambench rename Tam_1 --keys \"{END}{BACKSPACE}2{ENTER}\"\n"
+                    "  tambench rename Tam_1 --keys \"{END}{BACKSPACE}2{ALT+o}\"\n"
                     "  tambench rename Tam_1 --keys \"{ESC}\"   cancelled\n"
-                    "  tambench rename --keys \"1st{ENTER}{ESC}\"   refused: see the box");
+                    "  tambench rename --keys \"1st{ALT+o}{ESC}\"   refused: see the box");
         rename.Text("NAME", options_.deviceName, "Name that stands in the dialog at first");
         rename.Text("--key", options_.deviceKey, "Key of the device, kept for the caller");
         rename.Keys();

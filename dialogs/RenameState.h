@@ -24,6 +24,9 @@ class RenameState {
 
     /// What the text box opens with: no more than it accepts.
     std::wstring ShownName() const { return deviceName_.substr(0, kMostCharacters); }
+    /// Whether a character that is typed into the name confirms it. The key code 0
+    /// does; any other, Enter's too, is left to the text box.
+    static bool IsConfirmedBy(wchar_t key) noexcept { return key == 0; }
     static bool IsOkEnabled(std::wstring_view text) noexcept { return !text.empty(); }
 
     /// Why a name is refused, as the user is told; empty for a good one. What

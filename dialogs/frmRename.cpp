@@ -11,6 +11,8 @@ namespace tam {
 
 namespace {
 
+constexpr int kButtons[] = {IDOK, IDCANCEL};
+
 /// The first character as the system's ANSI code page has it; 0 for none.
 wchar_t FirstInAnsi(const std::wstring& text) {
     char bytes[8] = {};
@@ -37,6 +39,11 @@ void frmRename::OnInit() {
     SetText(IDC_DEVICE_NAME, state_.ShownName());
     Enable(IDOK, RenameState::IsOkEnabled(state_.ShownName()));
     SendMessageW(text, EM_SETSEL, 0, -1);
+    for (const int id : kButtons) {
+        const HWND button = Control(id);
+        SetWindowLongPtrW(button, GWLP_USERDATA, GetWindowLongPtrW(button, GWLP_WNDPROC));
+        SetWindowLongPtrW(button, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&frmRename::ButtonProcedure));
+    }
 }
 
 bool frmRename::OnCommand(int control, int notification) {
@@ -57,12 +64,21 @@ bool frmRename::OnCommand(int control, int notification) {
     }
 }
 
-bool frmRename::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT&) {
-    if (message != WM_ACTIVATE || LOWORD(wParam) == WA_INACTIVE) {
+bool frmRename::OnMessage(UINT message, WPARAM wParam, LPARAM, LRESULT& result) {
+    switch (message) {
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE) {
+            return false;
+        }
+        SetFocus(Control(IDC_DEVICE_NAME));
+        return true;
+    case DM_GETDEFID:
+        // The system remembers the button that had the focus last.
+        result = 0;
+        return GetFocus() == Control(IDC_DEVICE_NAME);
+    default:
         return false;
     }
-    SetFocus(Control(IDC_DEVICE_NAME));
-    return true;
 }
 
 void frmRename::OnOk() {
@@ -79,12 +95,49 @@ void frmRename::OnOk() {
 
 LRESULT CALLBACK frmRename::TextProcedure(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
     auto* form = reinterpret_cast<frmRename*>(GetWindowLongPtrW(edit, GWLP_USERDATA));
-    if (message == WM_CHAR && wParam == 0) {
-        // The key code 0 is what confirms; Enter reaches the default button.
-        com::Attempt([&] { form->OnOk(); });
-        return 0;
+    LRESULT result = 0;
+    bool handled = true;
+    com::Attempt([&] { handled = form->HandleText(edit, message, wParam, lParam, result); });
+    return handled ? result : form->PlainText(edit, message, wParam, lParam);
+}
+
+LRESULT frmRename::PlainText(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) const noexcept {
+    return CallWindowProcW(plainText_, edit, message, wParam, lParam);
+}
+
+bool frmRename::HandleText(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+    switch (message) {
+    case WM_GETDLGCODE:
+        // Enter is for the text, not for a button.
+        result = PlainText(edit, message, wParam, lParam);
+        result |= lParam != 0 && wParam == VK_RETURN ? DLGC_WANTMESSAGE : 0;
+        return true;
+    case WM_SETFOCUS:
+        // A button that had the focus still looks like the default one.
+        for (const int id : kButtons) {
+            SendMessageW(Control(id), BM_SETSTYLE, BS_PUSHBUTTON, TRUE);
+        }
+        return false;
+    case WM_CHAR:
+        if (!RenameState::IsConfirmedBy(static_cast<wchar_t>(wParam))) {
+            return false;
+        }
+        OnOk();
+        return true;
+    default:
+        return false;
     }
-    return CallWindowProcW(form->plainText_, edit, message, wParam, lParam);
+}
+
+LRESULT CALLBACK frmRename::ButtonProcedure(HWND button, UINT message, WPARAM wParam,
+                                            LPARAM lParam) noexcept {
+    if (message == BM_SETSTYLE && (wParam & BS_TYPEMASK) == BS_DEFPUSHBUTTON && GetFocus() != button) {
+        // The system gives the look of the default button back to one of them
+        // whenever the focus leaves the buttons.
+        wParam = (wParam & ~static_cast<WPARAM>(BS_TYPEMASK)) | BS_PUSHBUTTON;
+    }
+    const auto plain = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(button, GWLP_USERDATA));
+    return CallWindowProcW(plain, button, message, wParam, lParam);
 }
 
 } // namespace tam

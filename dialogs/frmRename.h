@@ -7,7 +7,8 @@
 
 namespace tam {
 
-/// The dialog in which the user types the name of a device.
+/// The dialog in which the user types the name of a device. It has no default
+/// button while the name has the focus: Enter is the text box's there.
 class frmRename final : public ModalDialog {
   public:
     explicit frmRename(RenameState state) : state_(std::move(state)) {}
@@ -21,6 +22,9 @@ class frmRename final : public ModalDialog {
 
   private:
     static LRESULT CALLBACK TextProcedure(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    bool HandleText(HWND edit, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+    static LRESULT CALLBACK ButtonProcedure(HWND button, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+    LRESULT PlainText(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) const noexcept;
     void OnOk();
 
     RenameState state_;

@@ -124,7 +124,7 @@ TEST(KeysTest, AreNotForAUserWhoTypes) {
 
 TEST(RenameTest, TellsWhatTheUserChose) {
     const Json renamed =
-        Bench({L"rename", L"Tam_1", L"--key", L"K9", L"--keys", L"{END}{BACKSPACE}2{ENTER}"});
+        Bench({L"rename", L"Tam_1", L"--key", L"K9", L"--keys", L"{END}{BACKSPACE}2{ENTER}{TAB}{SPACE}"});
     EXPECT_EQ("confirmed", renamed["choice"]);
     EXPECT_EQ("Tam_1", renamed["before"]);
     EXPECT_EQ("Tam_2", renamed["after"]);
@@ -143,7 +143,7 @@ TEST(RenameTest, IsAnsweredWithOkWithoutKeys) {
 }
 
 TEST(RenameTest, ARefusedNameLeavesTheDialogOpen) {
-    const Json refused = Bench({L"rename", L"--keys", L"a-b{ENTER}{ESC}"}, 1);
+    const Json refused = Bench({L"rename", L"--keys", L"a-b{ALT+o}{ESC}"}, 1);
     EXPECT_EQ("cancelled", refused["choice"]);
     ASSERT_EQ(2U, refused["boxes"].size());
     EXPECT_EQ("The name haven't to contain special keys.", refused["boxes"][1]["text"]);
@@ -154,7 +154,7 @@ TEST(RenameTest, ARefusedNameLeavesTheDialogOpen) {
 }
 
 TEST(RenameTest, TakesSixCharacters) {
-    EXPECT_EQ("abcdef", Bench({L"rename", L"--keys", L"abcdefgh{ENTER}"})["after"]);
+    EXPECT_EQ("abcdef", Bench({L"rename", L"--keys", L"abcdefgh{ALT+o}"})["after"]);
 }
 
 TEST(AboutTest, ShowsTheVersion) {

@@ -50,6 +50,13 @@ TEST(RenameStateTest, IsCancelledUntilConfirmed) {
     EXPECT_EQ(state.RetValue(), RenameState::kCancelled);
 }
 
+TEST(RenameStateTest, IsConfirmedByTheKeyCodeZeroAndNotByEnter) {
+    EXPECT_TRUE(RenameState::IsConfirmedBy(0));
+    for (const wchar_t key : {L'\r', L'\n', L'0', L'a', L'\x1B'}) {
+        EXPECT_FALSE(RenameState::IsConfirmedBy(key));
+    }
+}
+
 TEST(RenameStateTest, EnablesOkForATextThatIsNotEmpty) {
     EXPECT_FALSE(RenameState::IsOkEnabled(L""));
     EXPECT_TRUE(RenameState::IsOkEnabled(L"1"));

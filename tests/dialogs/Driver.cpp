@@ -69,6 +69,11 @@ void Shown::PressKey(WORD key) const {
     Pump();
 }
 
+void Shown::PressAccessKey(wchar_t key) const {
+    PostMessageW(GetFocus(), WM_SYSCHAR, key, 0x20000001);
+    Pump();
+}
+
 void Shown::CloseByItsFrame() const {
     SendMessageW(window_, WM_CLOSE, 0, 0); // which posts the Cancel button's command
     Pump();

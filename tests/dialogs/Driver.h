@@ -36,6 +36,8 @@ class Shown {
     /// A key as it goes through the dialog's own handling, to the control with
     /// the focus.
     void PressKey(WORD key) const;
+    /// Alt with a character, to the control with the focus.
+    void PressAccessKey(wchar_t key) const;
     /// The closing button of the window's frame.
     void CloseByItsFrame() const;
     void Click(int id) const;

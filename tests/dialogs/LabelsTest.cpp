@@ -89,7 +89,7 @@ TEST_F(LabelsTest, ADevicesNameStandsBehindItsLabel) {
     VARIANT argument = name.Get(); // borrowed: Cancel leaves it
     short choice = 0;
     Next([](Shown& dialog) {
-        EXPECT_EQ(ControlsOf(dialog), (Texts{L" Device Name", L"Edit", L"OK", L"&Cancel"}));
+        EXPECT_EQ(ControlsOf(dialog), (Texts{L" Device Name", L"Edit", L"&OK", L"&Cancel"}));
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(NewModule().As<ITamDialogs>()->ShowRename(&argument, nullptr, &choice), S_OK);

@@ -34,6 +34,15 @@ class frmRenameTest : public DialogTest {
         VariantClear(&argument);
         return answer;
     }
+    static bool LooksLikeDefault(const Shown& dialog, int id) {
+        return (GetWindowLongW(dialog.Control(id), GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON;
+    }
+    /// Neither does the system press a button for Enter, nor does one look so.
+    static void ExpectNoDefaultButton(const Shown& dialog) {
+        EXPECT_EQ(SendMessageW(dialog.Window(), DM_GETDEFID, 0, 0), 0);
+        EXPECT_FALSE(LooksLikeDefault(dialog, IDOK));
+        EXPECT_FALSE(LooksLikeDefault(dialog, IDCANCEL));
+    }
 };
 
 TEST_F(frmRenameTest, OpensWithTheNameSelected) {
@@ -44,7 +53,7 @@ TEST_F(frmRenameTest, OpensWithTheNameSelected) {
         EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 4));
         EXPECT_TRUE(dialog.HasFocus(kBox));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
-        EXPECT_EQ(dialog.DefaultButton(), IDOK);
+        EXPECT_EQ(dialog.DefaultButton(), 0);
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(answer.choice, 2);
@@ -180,9 +189,76 @@ TEST_F(frmRenameTest, TakesNoMoreThanSixPastedCharacters) {
     EXPECT_EQ(answer.name, L"abcdef");
 }
 
-TEST_F(frmRenameTest, EnterPressesOkAndEscapeCancel) {
-    EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_RETURN); }).choice, 1);
+TEST_F(frmRenameTest, EnterIsLeftToTheName) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        dialog.Type(kBox, L"new");
+        ExpectNoDefaultButton(dialog);
+        dialog.PressKey(VK_RETURN);
+        EXPECT_TRUE(dialog.IsOpen());
+        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_EQ(dialog.Text(kBox), L"new");
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(answer.choice, 2);
+    EXPECT_EQ(answer.name, L"Dev1");
+}
+
+TEST_F(frmRenameTest, EscapePressesCancel) {
     EXPECT_EQ(Rename(L"Dev1", [](Shown& dialog) { dialog.PressKey(VK_ESCAPE); }).choice, 2);
+}
+
+TEST_F(frmRenameTest, OkIsPressedWithTheFocusOnIt) {
+    for (const WORD key : {WORD{VK_SPACE}, WORD{VK_RETURN}}) {
+        const auto answer = Rename(L"Dev1", [key](Shown& dialog) {
+            dialog.PressKey(VK_TAB);
+            EXPECT_TRUE(dialog.HasFocus(IDOK));
+            EXPECT_TRUE(LooksLikeDefault(dialog, IDOK));
+            dialog.PressKey(key);
+            EXPECT_FALSE(dialog.IsOpen());
+        });
+        EXPECT_EQ(answer.choice, 1);
+    }
+    EXPECT_EQ(Rename(L"Dev1",
+                     [](Shown& dialog) {
+                         dialog.PressKey(VK_TAB);
+                         dialog.PressKey(VK_TAB);
+                         EXPECT_TRUE(dialog.HasFocus(IDCANCEL));
+                         dialog.PressKey(VK_RETURN);
+                     })
+                  .choice,
+              2);
+}
+
+TEST_F(frmRenameTest, OkIsPressedByItsAccessKey) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDOK), L"&OK");
+        dialog.PressAccessKey(L'o');
+        EXPECT_FALSE(dialog.IsOpen());
+    });
+    EXPECT_EQ(answer.choice, 1);
+}
+
+TEST_F(frmRenameTest, NoButtonIsTheDefaultOneAfterARoundOfTheTabKey) {
+    const auto answer = Rename(L"Dev1", [](Shown& dialog) {
+        for (const int id : {IDOK, IDCANCEL, kBox}) {
+            dialog.PressKey(VK_TAB);
+            EXPECT_TRUE(dialog.HasFocus(id));
+        }
+        ExpectNoDefaultButton(dialog);
+        dialog.PressKey(VK_RETURN);
+        EXPECT_TRUE(dialog.IsOpen());
+        // The focus goes back without the Tab key, and by the dialog's own message.
+        SetFocus(dialog.Control(IDOK));
+        SetFocus(dialog.Control(kBox));
+        ExpectNoDefaultButton(dialog);
+        SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(IDOK)), TRUE);
+        SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(kBox)), TRUE);
+        ExpectNoDefaultButton(dialog);
+        SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
+        ExpectNoDefaultButton(dialog);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(answer.choice, 2);
 }
 
 TEST_F(frmRenameTest, IsReachedByNameWithAVariableByReference) {
