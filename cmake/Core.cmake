@@ -11,6 +11,7 @@ set(TAM_CORE_SOURCES
   dialogs/EditText.cpp
   dialogs/EnumEditorState.cpp
   dialogs/ErrorReportState.cpp
+  dialogs/LongText.cpp
   dialogs/NumericEditorState.cpp
   dialogs/RenameState.cpp
   dialogs/StructureEditorState.cpp

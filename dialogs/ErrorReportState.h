@@ -4,8 +4,8 @@
 
 namespace tam {
 
-/// What the error report shows, and whether its advanced part is open. Of each
-/// text it shows the first thousand characters.
+/// What the error report shows, and whether its advanced part is open. The texts
+/// are those that it was given, with each line break as CR LF.
 class ErrorReportState {
   public:
     ErrorReportState(const std::wstring& application, const std::wstring& description,

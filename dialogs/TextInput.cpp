@@ -2,33 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include "dialogs/Clipboard.h"
 
 namespace tam {
-
-namespace {
-
-struct CloseClipboardAtEnd {
-    ~CloseClipboardAtEnd() { CloseClipboard(); }
-};
-
-/// The clipboard's text; none when it holds none, or when another program keeps
-/// the clipboard open.
-std::optional<std::wstring> ClipboardText(HWND window) {
-    if (OpenClipboard(window) == FALSE) {
-        return std::nullopt;
-    }
-    const CloseClipboardAtEnd close;
-    const HANDLE data = GetClipboardData(CF_UNICODETEXT);
-    const auto* text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : nullptr;
-    if (text == nullptr) {
-        return std::nullopt;
-    }
-    std::wstring copy(text, wcsnlen(text, GlobalSize(data) / sizeof(wchar_t)));
-    GlobalUnlock(data);
-    return copy;
-}
-
-} // namespace
 
 void TextInput::Attach(HWND edit) {
     edit_ = edit;

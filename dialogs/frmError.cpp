@@ -13,8 +13,8 @@ void frmError::OnInit() {
     SetWindowTextW(Window(), state_.Caption().c_str());
     SendMessageW(Control(IDC_ERROR_ICON), STM_SETICON,
                  reinterpret_cast<WPARAM>(LoadIconW(nullptr, IDI_ERROR)), 0);
-    SetText(IDC_ERROR_DESCRIPTION, state_.Description());
-    SetText(IDC_ERROR_ADVANCED_INFO, state_.AdvancedInfo());
+    description_.Show(Control(IDC_ERROR_DESCRIPTION), state_.Description());
+    advancedInfo_.Show(Control(IDC_ERROR_ADVANCED_INFO), state_.AdvancedInfo());
 
     RECT window{};
     RECT advanced{};

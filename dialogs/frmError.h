@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dialogs/ErrorReportState.h"
+#include "dialogs/LongTextBox.h"
 #include "dialogs/ModalDialog.h"
 
 #include <utility>
@@ -22,6 +23,8 @@ class frmError final : public ModalDialog {
     void ApplyAdvanced();
 
     ErrorReportState state_;
+    LongTextBox description_;
+    LongTextBox advancedInfo_;
     int fullHeight_ = 0;
     int foldedHeight_ = 0;
 };

@@ -17,20 +17,21 @@ TEST(ErrorReportStateTest, ShowsItsTexts) {
                                       L"* Calling function: \r\n  Sub XmlLoad");
 }
 
-TEST(ErrorReportStateTest, ShowsAThousandCharactersOfEachText) {
-    const std::wstring most(1000, L'x');
-    const std::wstring cut = most + L"\x2026";
-    const ErrorReportState whole(L"Gateway Object", most, most, most, most);
-    EXPECT_EQ(whole.Description(), most);
-    EXPECT_EQ(whole.AdvancedInfo(), L"* Source application (Err.Source): \r\n  " + most +
-                                        L"\r\n* Calling object (Me.Name or module name): \r\n  " + most +
-                                        L"\r\n* Calling function: \r\n  " + most);
-    const ErrorReportState longer(L"Gateway Object", most + L"y", most + L"y", most + L"y",
-                                  std::wstring(1 << 20, L'x'));
-    EXPECT_EQ(longer.Description(), cut);
-    EXPECT_EQ(longer.AdvancedInfo(), L"* Source application (Err.Source): \r\n  " + cut +
-                                         L"\r\n* Calling object (Me.Name or module name): \r\n  " + cut +
-                                         L"\r\n* Calling function: \r\n  " + cut);
+TEST(ErrorReportStateTest, KeepsItsTextsWhole) {
+    const std::wstring most(1 << 20, L'x');
+    const ErrorReportState report(L"Gateway Object", most, most + L"a", most + L"b", most + L"c");
+    EXPECT_TRUE(report.Description() == most);
+    EXPECT_TRUE(report.AdvancedInfo() == L"* Source application (Err.Source): \r\n  " + most +
+                                             L"c\r\n* Calling object (Me.Name or module name): \r\n  " +
+                                             most + L"a\r\n* Calling function: \r\n  " + most + L"b");
+}
+
+TEST(ErrorReportStateTest, ShowsALineBreakOfOneCharacter) {
+    const ErrorReportState report(L"Gateway Object", L"a\nb\rc\r\nd", L"o\n", L"\rf", L"s\ns");
+    EXPECT_EQ(report.Description(), L"a\r\nb\r\nc\r\nd");
+    EXPECT_EQ(report.AdvancedInfo(), L"* Source application (Err.Source): \r\n  s\r\ns\r\n"
+                                     L"* Calling object (Me.Name or module name): \r\n  o\r\n\r\n"
+                                     L"* Calling function: \r\n  \r\nf");
 }
 
 TEST(ErrorReportStateTest, OpensFoldedAndTurnsItsArrows) {

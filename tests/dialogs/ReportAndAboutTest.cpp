@@ -1,10 +1,16 @@
 #include "component/resource.h"
 #include "tests/dialogs/Driver.h"
+#include "tests/dialogs/HostPoint.h"
+
+#include "common/RunTimeError.h"
 
 #include <utility>
 
 namespace dialogs {
 namespace {
+
+/// Milliseconds in which a user sees no wait, with room for a slow machine.
+constexpr ULONGLONG kAtOnce = 5000;
 
 class frmErrorTest : public DialogTest {
   protected:
@@ -13,6 +19,40 @@ class frmErrorTest : public DialogTest {
         const auto point = Attribute(kSigned, L"1").As<_CDBAttribute>();
         Next(std::move(script));
         EXPECT_EQ(point->XmlLoad(nullptr), S_OK);
+    }
+    /// A report on this text: a field of a structure that fails with it once.
+    void ReportText(const std::wstring& text, Script script) {
+        HostPoint field(L"Field", L"1", L"Float");
+        HostPoint structure(L"Structure", L"", L"Struct");
+        structure.SetFields({&field});
+        bool fails = false;
+        field.object->Replace(L"Value", [&](auto) {
+            if (fails) {
+                throw tam::RunTimeError(NamedObject::kRaised, L"Host", text);
+            }
+            return com::Variant(std::wstring_view(L"1"));
+        });
+        Next([&](Shown& dialog) {
+            fails = true;
+            Next(std::move(script));
+            dialog.DoubleClickRow(IDC_FIELDS, 0);
+            fails = false;
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    }
+    /// What Ctrl+C copies of a text box.
+    static std::wstring Copied(const Shown& dialog, int id, int start, int end) {
+        dialog.Select(id, start, end);
+        SendMessageW(dialog.Control(id), WM_COPY, 0, 0);
+        std::wstring text;
+        if (OpenClipboard(dialog.Window()) != FALSE) {
+            const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+            text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : L"";
+            GlobalUnlock(data);
+            CloseClipboard();
+        }
+        return text;
     }
 };
 
@@ -76,6 +116,85 @@ TEST_F(frmErrorTest, GrowsAndStaysOnTheScreen) {
         EXPECT_GE(place.left, work.left);
         dialog.Click(IDOK);
     });
+}
+
+TEST_F(frmErrorTest, ShowsATextOfAMegabyteWholeAndAtOnce) {
+    const std::wstring text(1 << 20, L'n');
+    const ULONGLONG begin = GetTickCount64();
+    ReportText(text, [&](Shown& dialog) {
+        RedrawWindow(dialog.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        EXPECT_TRUE(dialog.Text(IDC_ERROR_DESCRIPTION) == text);
+        dialog.Click(IDOK);
+    });
+    EXPECT_LT(GetTickCount64() - begin, kAtOnce);
+}
+
+TEST_F(frmErrorTest, ShowsAMegabyteOfWordsAtOnce) {
+    std::wstring text;
+    while (text.size() < 1 << 20) {
+        text += L"some words and ";
+    }
+    const ULONGLONG begin = GetTickCount64();
+    ReportText(text, [&](Shown& dialog) {
+        RedrawWindow(dialog.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        EXPECT_TRUE(dialog.Text(IDC_ERROR_DESCRIPTION) == text);
+        dialog.Click(IDOK);
+    });
+    EXPECT_LT(GetTickCount64() - begin, kAtOnce);
+}
+
+TEST_F(frmErrorTest, WhoReadsALongTextGetsIt) {
+    const std::wstring text = std::wstring(1200, L'x') + L" " + std::wstring(1200, L'y') + L"\r\nend";
+    ReportText(text, [&](Shown& dialog) {
+        const HWND box = dialog.Control(IDC_ERROR_DESCRIPTION);
+        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), text);
+        EXPECT_EQ(GetWindowTextLengthW(box), static_cast<int>(text.size()));
+        std::string narrow(text.size() + 1, 'z');
+        EXPECT_EQ(GetWindowTextA(box, narrow.data(), static_cast<int>(narrow.size())),
+                  static_cast<int>(text.size()));
+        EXPECT_EQ(narrow.substr(0, text.size()), std::string(text.begin(), text.end()));
+        std::array<wchar_t, 8> part{};
+        part.fill(L'z');
+        EXPECT_EQ(SendMessageW(box, WM_GETTEXT, 5, reinterpret_cast<LPARAM>(part.data())), 4);
+        EXPECT_EQ(std::wstring(part.data(), part.size()),
+                  (std::wstring{L'x', L'x', L'x', L'x', 0, L'z', L'z', L'z'}));
+        EXPECT_EQ(SendMessageW(box, WM_GETTEXT, 0, 0), 0);
+        EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 0, -1), text);
+        EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 400, 600), std::wstring(197, L'x'))
+            << "the break of the display between them is three characters long";
+        EXPECT_GT(SendMessageW(box, EM_GETLINECOUNT, 0, 0), 6);
+        dialog.Click(IDOK);
+    });
+}
+
+TEST_F(frmErrorTest, ALineBreakOfOneCharacterIsOne) {
+    ReportText(L"a\nb\rc\r\nd", [](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), L"a\r\nb\r\nc\r\nd");
+        EXPECT_EQ(SendMessageW(dialog.Control(IDC_ERROR_DESCRIPTION), EM_GETLINECOUNT, 0, 0), 4);
+        dialog.Click(IDOK);
+    });
+}
+
+TEST_F(frmErrorTest, OpensOnTheScreenOverAWindowThatIsHalfOffIt) {
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    const POINT corners[] = {{work.right - 60, work.bottom - 40}, {work.left - 340, work.top - 260}};
+    for (const POINT& corner : corners) {
+        const HWND owner = CreateWindowExW(0, L"Static", L"host", WS_POPUP | WS_VISIBLE, corner.x, corner.y,
+                                           400, 300, nullptr, nullptr, nullptr, nullptr);
+        SetActiveWindow(owner);
+        ASSERT_EQ(GetActiveWindow(), owner);
+        Report([&](Shown& dialog) {
+            EXPECT_EQ(GetWindow(dialog.Window(), GW_OWNER), owner);
+            RECT place{};
+            GetWindowRect(dialog.Window(), &place);
+            const bool isRight = corner.x > work.left;
+            EXPECT_EQ(isRight ? place.right : place.left, isRight ? work.right : work.left);
+            EXPECT_EQ(isRight ? place.bottom : place.top, isRight ? work.bottom : work.top);
+            dialog.Click(IDOK);
+        });
+        DestroyWindow(owner);
+    }
 }
 
 class frmAboutTest : public DialogTest {

@@ -3,6 +3,7 @@
 #include "dialogs/BitEditorState.h"
 #include "dialogs/EnumEditorState.h"
 #include "dialogs/ErrorReportState.h"
+#include "dialogs/LongText.h"
 #include "dialogs/StructureEditorState.h"
 #include "dialogs/TextEditorState.h"
 #include "Editing.h"
@@ -171,7 +172,10 @@ void RunEnumeration(Input& input) {
 void RunReport(Input& input) {
     const std::wstring text = input.Word(20);
     ErrorReportState state(text, text, text, text, text);
-    Require(state.Description() == text && state.Caption().starts_with(text));
+    const std::wstring& shown = state.Description();
+    Require(shown == WithLineBreaks(text) && WithLineBreaks(shown) == shown &&
+            state.Caption().starts_with(text));
+    Require(WithoutSoftBreaks(WithSoftBreaks(shown)) == shown);
     bool isShown = false;
     while (!input.IsAtEnd()) {
         if (input.Byte() % 2 == 0) {
