@@ -29,6 +29,32 @@ BitEditorState::BitEditorState(std::wstring_view value, std::int32_t length)
     }
 }
 
+std::size_t BitEditorState::After(std::size_t bit, BitMove move) const noexcept {
+    constexpr std::size_t kRow = 8;
+    std::size_t next = bit; // a step below bit 0 is past the highest one, too
+    switch (move) {
+    case BitMove::Left:
+        next = bit + 1;
+        break;
+    case BitMove::Right:
+        next = bit - 1;
+        break;
+    case BitMove::Up:
+        next = bit + kRow;
+        break;
+    case BitMove::Down:
+        next = bit - kRow;
+        break;
+    case BitMove::First:
+        next = First();
+        break;
+    case BitMove::Last:
+        next = 0;
+        break;
+    }
+    return next < count_ ? next : bit;
+}
+
 std::uint32_t BitEditorState::Number() const noexcept {
     std::uint32_t sum = 0;
     for (std::size_t bit = 0; bit < count_; ++bit) {

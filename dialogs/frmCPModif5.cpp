@@ -3,6 +3,8 @@
 #include "component/resource.h"
 #include "dialogs/BitAccessible.h"
 
+#include <algorithm>
+
 namespace tam {
 
 namespace {
@@ -12,6 +14,30 @@ int BitControl(std::size_t bit) {
 }
 int NumberControl(std::size_t bit) {
     return IDC_BIT_NUMBER + static_cast<int>(bit);
+}
+
+void SetTabStop(HWND control, bool stops) noexcept {
+    const LONG_PTR style = GetWindowLongPtrW(control, GWL_STYLE);
+    SetWindowLongPtrW(control, GWL_STYLE, stops ? style | WS_TABSTOP : style & ~LONG_PTR{WS_TABSTOP});
+}
+
+std::optional<BitMove> MoveOf(WPARAM key) noexcept {
+    switch (key) {
+    case VK_LEFT:
+        return BitMove::Left;
+    case VK_RIGHT:
+        return BitMove::Right;
+    case VK_UP:
+        return BitMove::Up;
+    case VK_DOWN:
+        return BitMove::Down;
+    case VK_HOME:
+        return BitMove::First;
+    case VK_END:
+        return BitMove::Last;
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -36,7 +62,8 @@ void frmCPModif5::OnInit() {
     if (state_->Count() < BitEditorState::kMostBits) {
         HideUpperByte();
     }
-    StartAt(BitControl(state_->Count() - 1));
+    MoveTabStop(state_->First());
+    StartAt(BitControl(tabStop_));
 }
 
 void frmCPModif5::HideUpperByte() const {
@@ -57,6 +84,8 @@ void frmCPModif5::HideUpperByte() const {
 
 void frmCPModif5::ShowBit(std::size_t bit) const {
     SetText(BitControl(bit), state_->Label(bit));
+    // The label draws its new text at once, over the frame of the focus.
+    InvalidateRect(Control(BitControl(bit)), nullptr, TRUE);
 }
 
 bool frmCPModif5::OnCommand(int control, int notification) {
@@ -77,15 +106,43 @@ bool frmCPModif5::OnCommand(int control, int notification) {
 }
 
 bool frmCPModif5::OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-    if (message != WM_CTLCOLORSTATIC || reinterpret_cast<HWND>(lParam) != GetFocus()) {
+    if (message != WM_CTLCOLORSTATIC) {
         return false;
     }
-    // Of the static controls only a bit takes the focus.
+    const int bit = GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) - IDC_BIT;
+    if (bit < 0 || bit >= static_cast<int>(state_->Count())) {
+        return false;
+    }
+    // A bit that is set is filled, whether it has the focus or not.
+    const bool isSet = state_->IsSet(static_cast<std::size_t>(bit));
+    const int back = isSet ? COLOR_HIGHLIGHT : COLOR_WINDOW;
     auto* const context = reinterpret_cast<HDC>(wParam);
-    SetTextColor(context, GetSysColor(COLOR_HIGHLIGHTTEXT));
-    SetBkColor(context, GetSysColor(COLOR_HIGHLIGHT));
-    result = reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_HIGHLIGHT));
+    SetTextColor(context, GetSysColor(isSet ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
+    SetBkColor(context, GetSysColor(back));
+    result = reinterpret_cast<LRESULT>(GetSysColorBrush(back));
     return true;
+}
+
+void frmCPModif5::DrawFocus(std::size_t bit) const {
+    // A frame inside the label, in the colour of its digit.
+    const HWND label = Control(BitControl(bit));
+    RECT frame{};
+    GetClientRect(label, &frame);
+    const HDC context = GetDC(label);
+    const HBRUSH brush = GetSysColorBrush(state_->IsSet(bit) ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
+    const int thickness = std::max(1, GetDeviceCaps(context, LOGPIXELSY) / USER_DEFAULT_SCREEN_DPI);
+    InflateRect(&frame, -thickness, -thickness);
+    for (int line = 0; line < thickness; ++line) {
+        FrameRect(context, &frame, brush);
+        InflateRect(&frame, -1, -1);
+    }
+    ReleaseDC(label, context);
+}
+
+void frmCPModif5::MoveTabStop(std::size_t bit) {
+    SetTabStop(Control(BitControl(tabStop_)), false);
+    tabStop_ = bit;
+    SetTabStop(Control(BitControl(tabStop_)), true);
 }
 
 void frmCPModif5::Flip(std::size_t bit) {
@@ -110,9 +167,18 @@ bool frmCPModif5::HandleBit(HWND label, UINT message, WPARAM wParam, LPARAM lPar
         result = DLGC_WANTARROWS | DLGC_WANTCHARS;
         return true;
     case WM_SETFOCUS:
+        MoveTabStop(bit);
+        InvalidateRect(label, nullptr, TRUE);
+        return false;
     case WM_KILLFOCUS:
         InvalidateRect(label, nullptr, TRUE);
         return false;
+    case WM_PAINT:
+        result = CallWindowProcW(plainLabel_, label, message, wParam, lParam);
+        if (GetFocus() == label) {
+            DrawFocus(bit);
+        }
+        return true;
     case WM_KEYDOWN:
         return HandleKey(bit, wParam);
     case WM_GETOBJECT:
@@ -124,29 +190,16 @@ bool frmCPModif5::HandleBit(HWND label, UINT message, WPARAM wParam, LPARAM lPar
 }
 
 bool frmCPModif5::HandleKey(std::size_t bit, WPARAM key) {
-    const std::size_t count = state_->Count();
-    // The highest bit stands on the left, eight to a row.
-    std::size_t next = bit;
-    switch (key) {
-    case VK_SPACE:
+    if (key == VK_SPACE) {
         Flip(bit);
         return true;
-    case VK_LEFT:
-        next = bit + 1;
-        break;
-    case VK_RIGHT:
-        next = bit - 1;
-        break;
-    case VK_UP:
-        next = bit + 8;
-        break;
-    case VK_DOWN:
-        next = bit - 8;
-        break;
-    default:
+    }
+    const auto move = MoveOf(key);
+    if (!move) {
         return false;
     }
-    if (next < count) {
+    const std::size_t next = state_->After(bit, *move);
+    if (next != bit) {
         Focus(BitControl(next));
     }
     return true;

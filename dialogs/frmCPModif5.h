@@ -9,7 +9,8 @@
 namespace tam {
 
 /// The bit-field value editor. A bit is flipped by a double-click, or, for a
-/// hand on the keyboard, by the space bar; the arrow keys go from bit to bit.
+/// hand on the keyboard, by the space bar. All bits are one stop of the Tab key;
+/// the arrow keys, Home and End go from bit to bit.
 class frmCPModif5 final : public ValueForm {
   public:
     frmCPModif5() noexcept;
@@ -26,11 +27,16 @@ class frmCPModif5 final : public ValueForm {
     bool HandleKey(std::size_t bit, WPARAM key);
     /// Leaves the grid of a type of one byte without its upper half.
     void HideUpperByte() const;
+    /// The Tab key now stops at this bit, and no more at the one before.
+    void MoveTabStop(std::size_t bit);
+    void DrawFocus(std::size_t bit) const;
     void ShowBit(std::size_t bit) const;
     void Flip(std::size_t bit);
     void OkStep();
 
     std::optional<BitEditorState> state_;
+    /// The bit that had the focus last.
+    std::size_t tabStop_ = 0;
     WNDPROC plainLabel_ = nullptr;
 };
 

@@ -53,6 +53,43 @@ TEST(BitEditorStateTest, HasNoBitSetWhenTheValueIsNoNumber) {
     EXPECT_EQ(BitEditorState(L"1e999", 2).Value(), L"0");
 }
 
+TEST(BitEditorStateTest, GoesFromBitToBitAsTheyStand) {
+    const BitEditorState word(L"0", 2);
+    EXPECT_EQ(word.First(), 15U);
+    EXPECT_EQ(word.After(12, BitMove::Left), 13U);
+    EXPECT_EQ(word.After(12, BitMove::Right), 11U);
+    EXPECT_EQ(word.After(12, BitMove::Down), 4U);
+    EXPECT_EQ(word.After(4, BitMove::Up), 12U);
+    EXPECT_EQ(word.After(7, BitMove::Left), 8U) << "the end of the row above";
+    EXPECT_EQ(word.After(8, BitMove::Right), 7U) << "the beginning of the row below";
+    EXPECT_EQ(word.After(4, BitMove::First), 15U);
+    EXPECT_EQ(word.After(12, BitMove::Last), 0U);
+    const BitEditorState byte(L"0", 1);
+    EXPECT_EQ(byte.First(), 7U);
+    EXPECT_EQ(byte.After(3, BitMove::First), 7U);
+    EXPECT_EQ(byte.After(3, BitMove::Last), 0U);
+}
+
+TEST(BitEditorStateTest, StaysWhereThereIsNoFurtherBit) {
+    const BitEditorState word(L"0", 2);
+    EXPECT_EQ(word.After(15, BitMove::Left), 15U);
+    EXPECT_EQ(word.After(0, BitMove::Right), 0U);
+    EXPECT_EQ(word.After(9, BitMove::Up), 9U);
+    EXPECT_EQ(word.After(3, BitMove::Down), 3U);
+    const BitEditorState byte(L"0", 1);
+    EXPECT_EQ(byte.After(7, BitMove::Left), 7U);
+    EXPECT_EQ(byte.After(3, BitMove::Up), 3U);
+    EXPECT_EQ(byte.After(3, BitMove::Down), 3U);
+}
+
+TEST(BitEditorStateTest, SaysWhichBitsAreSet) {
+    BitEditorState state(L"5", 1);
+    EXPECT_TRUE(state.IsSet(0));
+    EXPECT_FALSE(state.IsSet(1));
+    state.Flip(1);
+    EXPECT_TRUE(state.IsSet(1));
+}
+
 TEST(BitEditorStateTest, SumsTheBitsThatAreSet) {
     BitEditorState state(L"5", 1);
     state.Flip(1);

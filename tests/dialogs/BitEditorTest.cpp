@@ -19,6 +19,16 @@ class frmCPModif5Test : public DialogTest {
         }
         return bits;
     }
+    /// What is drawn of a bit: its ground, and where the frame of the focus goes.
+    using Look = std::pair<COLORREF, COLORREF>;
+    static Look LookOf(const Shown& dialog, int bit) {
+        const HWND label = dialog.Control(IDC_BIT + bit);
+        UpdateWindow(label);
+        const HDC context = GetDC(label);
+        const Look look{GetPixel(context, 4, 4), GetPixel(context, 1, 1)};
+        ReleaseDC(label, context);
+        return look;
+    }
     /// A bit's label as a screen reader has it.
     static com::Ref<IAccessible> AccessibleOf(HWND label) {
         com::Ref<IAccessible> accessible;
@@ -204,6 +214,70 @@ TEST_F(frmCPModif5Test, OtherKeysFlipNothing) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"5");
+}
+
+TEST_F(frmCPModif5Test, TheBitsAreOneStopOfTheTabKey) {
+    Edit(Attribute(kBits16, L"0"), [](Shown& dialog) {
+        for (const int id : {IDOK, IDCANCEL, IDC_BIT + 15}) {
+            dialog.PressKey(VK_TAB);
+            EXPECT_TRUE(dialog.HasFocus(id));
+        }
+        dialog.PressKey(VK_DOWN);
+        dialog.PressKey(VK_RIGHT);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 6));
+        for (const int id : {IDOK, IDCANCEL, IDC_BIT + 6}) {
+            dialog.PressKey(VK_TAB);
+            EXPECT_TRUE(dialog.HasFocus(id)) << "back to the bit that was left";
+        }
+        SendMessageW(dialog.Control(IDC_BIT + 1), WM_LBUTTONDOWN, MK_LBUTTON, 0);
+        SendMessageW(dialog.Control(IDC_BIT + 1), WM_LBUTTONUP, 0, 0);
+        EXPECT_TRUE(dialog.HasFocus(IDC_BIT + 1));
+        int stops = 0;
+        for (int bit = 0; bit < 16; ++bit) {
+            stops += (GetWindowLongW(dialog.Control(IDC_BIT + bit), GWL_STYLE) & WS_TABSTOP) != 0 ? 1 : 0;
+        }
+        EXPECT_EQ(stops, 1);
+        EXPECT_EQ(GetNextDlgTabItem(dialog.Window(), dialog.Control(IDOK), TRUE),
+                  dialog.Control(IDC_BIT + 1));
+        dialog.Click(IDCANCEL);
+    });
+}
+
+TEST_F(frmCPModif5Test, HomeAndEndGoToTheOuterBits) {
+    for (const wchar_t* type : {kBits8, kBits16}) {
+        const int highest = type == kBits8 ? 7 : 15;
+        Edit(Attribute(type, L"0"), [highest](Shown& dialog) {
+            EXPECT_TRUE(dialog.HasFocus(IDC_BIT + highest));
+            dialog.PressKey(VK_END);
+            EXPECT_TRUE(dialog.HasFocus(IDC_BIT));
+            dialog.PressKey(VK_END);
+            EXPECT_TRUE(dialog.HasFocus(IDC_BIT));
+            dialog.PressKey(VK_HOME);
+            EXPECT_TRUE(dialog.HasFocus(IDC_BIT + highest));
+            dialog.Click(IDCANCEL);
+        });
+    }
+}
+
+TEST_F(frmCPModif5Test, ABitThatIsSetIsFilledAndTheFocusIsAFrame) {
+    Edit(Attribute(kBits8, L"128"), [](Shown& dialog) {
+        const Look set{GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHT)};
+        const Look setWithFocus{GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT)};
+        const Look unset{GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOW)};
+        const Look unsetWithFocus{GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT)};
+        EXPECT_EQ(LookOf(dialog, 7), setWithFocus);
+        EXPECT_EQ(LookOf(dialog, 6), unset);
+        dialog.PressKey(VK_RIGHT);
+        EXPECT_EQ(LookOf(dialog, 7), set);
+        EXPECT_EQ(LookOf(dialog, 6), unsetWithFocus);
+        dialog.PressKey(VK_SPACE);
+        EXPECT_EQ(LookOf(dialog, 6), setWithFocus);
+        dialog.PressKey(VK_SPACE);
+        EXPECT_EQ(LookOf(dialog, 6), unsetWithFocus);
+        dialog.PressKey(VK_TAB);
+        EXPECT_EQ(LookOf(dialog, 6), unset);
+        dialog.Click(IDCANCEL);
+    });
 }
 
 TEST_F(frmCPModif5Test, TheKeyboardFlipsBits) {
