@@ -14,6 +14,7 @@ set(TAM_CORE_SOURCES
   dialogs/LongText.cpp
   dialogs/NumericEditorState.cpp
   dialogs/RenameState.cpp
+  dialogs/ShownValue.cpp
   dialogs/StructureEditorState.cpp
   dialogs/TextEditorState.cpp
   dialogs/ValueNumber.cpp

@@ -34,11 +34,11 @@
 #define IDC_NAME 1201
 #define IDC_TYPE 1202
 #define IDC_NEW_VALUE 1203
+#define IDC_CURRENT 1213
 
 #define IDD_NUMERIC 202
 #define IDC_MIN 1211
 #define IDC_MAX 1212
-#define IDC_CURRENT 1213
 #define IDC_UNIT 1214
 #define IDC_INVALID 1215
 

@@ -86,6 +86,15 @@ std::wstring DataPoint::Value() const {
     return std::wstring(value.View());
 }
 
+std::wstring DataPoint::DispValue() const {
+    if (!attribute_) {
+        return TextOfResult(MemberOrNone(*object_.Get(), L"DispValue"));
+    }
+    com::Bstr shown;
+    com::Check(attribute_->get_DispValue(shown.Put()));
+    return std::wstring(shown.View());
+}
+
 void DataPoint::SetValue(const std::wstring& value) const {
     if (!attribute_) {
         com::PutMember(*object_.Get(), L"Value", com::Variant(value).Get());

@@ -45,6 +45,8 @@ class DataPoint {
     IDispatch* Object() const noexcept { return object_.Get(); }
     std::wstring Name() const;
     std::wstring Value() const;
+    /// The value as the data point itself shows it; empty when it has no such member.
+    std::wstring DispValue() const;
     void SetValue(const std::wstring& value) const;
     /// Throws "object not set" when the data point has no type.
     DataPointType Type() const;

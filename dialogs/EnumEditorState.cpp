@@ -8,7 +8,7 @@
 namespace tam {
 
 EnumEditorState::EnumEditorState(std::wstring_view value, std::wstring_view description)
-    : entries_(EnumEntries(description)) {
+    : value_(value), entries_(EnumEntries(description)) {
     const auto number = ValueNumber(value);
     if (!number) {
         return;

@@ -20,12 +20,16 @@ class EnumEditorState {
     /// The first entry with the current value; none when there is no such
     /// entry, or when the value is no number.
     std::optional<std::size_t> Selected() const noexcept { return selected_; }
+    /// The current value as it is shown: the text of its entry, or the value text
+    /// when no entry has it.
+    const std::wstring& Current() const noexcept { return selected_ ? entries_[*selected_].text : value_; }
 
     /// The value text of the first entry that shows this text; none when no
     /// entry does.
     std::optional<std::wstring> ValueOf(std::wstring_view shown) const;
 
   private:
+    std::wstring value_;
     std::vector<EnumEntry> entries_;
     std::optional<std::size_t> selected_;
 };

@@ -2,6 +2,8 @@
 
 #include "com/Boundary.h"
 #include "com/LateBound.h"
+#include "common/ComponentState.h"
+#include "dialogs/ShownValue.h"
 
 #include <cstddef>
 #include <span>
@@ -110,10 +112,25 @@ com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long positio
     return named ? std::move(byName) : com::Variant();
 }
 
-std::wstring GenTypeOf(const DataPoint& field) {
-    std::wstring genType;
-    com::Attempt([&] { genType = field.Type().GenType(); });
-    return genType;
+/// Empty when the field has no type, or no such text in it.
+std::wstring TypeTextOf(const DataPoint& field, std::wstring (DataPointType::*member)() const) {
+    std::wstring text;
+    com::Attempt([&] { text = (field.Type().*member)(); });
+    return text;
+}
+
+/// As the field says, or by its type where the field says nothing.
+std::wstring ShownTextOf(const DataPoint& field, const std::wstring& value, const std::wstring& genType) {
+    std::wstring shown;
+    com::Attempt([&] { shown = field.DispValue(); });
+    if (!shown.empty()) {
+        return shown;
+    }
+    const std::wstring unit = TypeTextOf(field, &DataPointType::Units);
+    const std::wstring entries = TypeTextOf(field, &DataPointType::EnumDesc);
+    shown = value;
+    com::Attempt([&] { shown = ShownValue({value, genType, unit, entries, State().DecimalSeparator}); });
+    return shown;
 }
 
 Entries EntriesOf(IDispatch& collection) {
@@ -150,12 +167,24 @@ void KeepFirst(std::optional<com::Failure>& first, std::optional<com::Failure> f
 std::vector<FieldRow> ReadFields(const DataPoint& structure) {
     std::vector<FieldRow> rows;
     for (FieldPlace& place : PlacesOf(structure)) {
-        std::wstring name = place.field.Name();
-        const std::wstring value = place.field.Value();
-        std::wstring genType = GenTypeOf(place.field);
-        rows.push_back({std::move(place), std::move(name), value, value, std::move(genType)});
+        FieldRow row{std::move(place), {}, {}, {}, {}, {}, {}};
+        const DataPoint& field = row.place.field;
+        row.name = field.Name();
+        row.genType = TypeTextOf(field, &DataPointType::GenType);
+        row.type = TypeTextOf(field, &DataPointType::Name);
+        if (row.type.empty()) {
+            row.type = row.genType;
+        }
+        row.ReadValue(field);
+        row.openingValue = row.value;
+        rows.push_back(std::move(row));
     }
     return rows;
+}
+
+void FieldRow::ReadValue(const DataPoint& field) {
+    value = field.Value();
+    shown = ShownTextOf(field, value, genType);
 }
 
 DataPoint FetchField(const DataPoint& structure, const FieldPlace& place) {

@@ -23,10 +23,18 @@ struct FieldRow {
     FieldPlace place;
     std::wstring name;
     std::wstring value;
+    /// The value as a person reads it.
+    std::wstring shown;
     /// The value when the rows were read.
     std::wstring openingValue;
     /// General type of the field; empty when it has no type.
     std::wstring genType;
+    /// Name of the field's type, or the general type where it has none.
+    std::wstring type;
+
+    /// Reads the value again. What the value throws goes through; how it is shown
+    /// can always be told.
+    void ReadValue(const DataPoint& field);
 };
 
 /// The fields of a structured data point, in the order of its collection; none

@@ -4,6 +4,7 @@
 #include "common/ComponentState.h"
 #include "common/Report.h"
 #include "component/resource.h"
+#include "dialogs/ShownValue.h"
 #include "points/mSNVTDataConversion.h"
 
 namespace tam {
@@ -11,10 +12,6 @@ namespace tam {
 namespace {
 
 constexpr const wchar_t* kFailure = L"error in calculating the value";
-
-std::wstring WithUnit(const std::wstring& number, const std::wstring& unit) {
-    return number.empty() || unit.empty() ? number : number + L" " + unit;
-}
 
 } // namespace
 

@@ -16,6 +16,7 @@ void frmCPModif3::ReadDataPoint() {
 void frmCPModif3::OnInit() {
     SetText(IDC_NAME, Point().Name());
     SetText(IDC_TYPE, Label(&DataPointType::Name));
+    SetText(IDC_CURRENT, state_->Current());
     const HWND list = Control(IDC_ENUM);
     for (const EnumEntry& entry : state_->Entries()) {
         const LRESULT item =

@@ -1,5 +1,6 @@
 #include "dialogs/frmCPModif4.h"
 
+#include "common/ComponentState.h"
 #include "common/Report.h"
 #include "component/resource.h"
 #include "dialogs/StructureEditorState.h"
@@ -8,14 +9,19 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string>
 
 namespace tam {
 
 namespace {
 
-constexpr int kNameColumn = 0;
+// The first column is the row's own text, the field's name.
 constexpr int kValueColumn = 1;
+constexpr int kShownColumn = 2;
+constexpr int kTypeColumn = 3;
+
+constexpr const wchar_t* kHeadings[] = {L"Field", L"Value", L"Displayed", L"Type"};
 
 void AddColumn(HWND list, int index, const wchar_t* heading) {
     std::wstring text = heading;
@@ -38,6 +44,7 @@ void SetCell(HWND list, int row, int column, std::wstring text) {
 frmCPModif4::frmCPModif4() noexcept : ValueForm(IDD_STRUCTURE) {}
 
 void frmCPModif4::ReadDataPoint() {
+    InitDecimalSeparator();
     rows_ = ReadFields(Point());
     opening_.emplace(Point());
     confirmed_ = false;
@@ -47,9 +54,11 @@ void frmCPModif4::OnInit() {
     SetText(IDC_NAME, Point().Name());
     const HWND list = Control(IDC_FIELDS);
     SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT, LVS_EX_FULLROWSELECT);
-    AddColumn(list, kNameColumn, L"Field");
-    AddColumn(list, kValueColumn, L"Value");
+    for (int column = 0; column < static_cast<int>(std::size(kHeadings)); ++column) {
+        AddColumn(list, column, kHeadings[column]);
+    }
     FillList();
+    FitRows();
     FitColumns();
     Enable(IDC_EDIT_FIELD, SelectedRow() >= 0);
 }
@@ -67,24 +76,58 @@ void frmCPModif4::FillList() const {
         item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
         item.state = index == 0 ? item.stateMask : 0;
         SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-        SetCell(list, index, kValueColumn, row.value);
+        ShowRow(index, row);
         ++index;
     }
 }
 
+void frmCPModif4::ShowRow(int index, const FieldRow& row) const {
+    const HWND list = Control(IDC_FIELDS);
+    SetCell(list, index, kValueColumn, row.value);
+    SetCell(list, index, kShownColumn, row.shown);
+    SetCell(list, index, kTypeColumn, row.type);
+}
+
+void frmCPModif4::FitRows() const {
+    const HWND list = Control(IDC_FIELDS);
+    const auto heightOf = [list](WPARAM rows) {
+        return static_cast<int>(HIWORD(SendMessageW(list, LVM_APPROXIMATEVIEWRECT, rows, -1)));
+    };
+    RECT client{};
+    RECT heading{};
+    GetClientRect(list, &client);
+    GetWindowRect(ListView_GetHeader(list), &heading);
+    const int cut = CutRowHeight(client.bottom - (heading.bottom - heading.top), heightOf(2) - heightOf(1));
+    RECT place{};
+    GetWindowRect(list, &place);
+    SetWindowPos(list, nullptr, 0, 0, place.right - place.left, place.bottom - place.top - cut,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
+    Shorten(place.bottom - cut, cut);
+}
+
 void frmCPModif4::FitColumns() const {
     const HWND list = Control(IDC_FIELDS);
-    SendMessageW(list, LVM_SETCOLUMNWIDTH, kNameColumn, MAKELPARAM(LVSCW_AUTOSIZE, 0));
-    const int widest = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, kNameColumn, 0));
+    std::vector<int> wanted;
+    for (int column = 0; column < static_cast<int>(std::size(kHeadings)); ++column) {
+        // Beside the heading's text stands as much as two letters are wide.
+        const std::wstring heading = kHeadings[column] + std::wstring(L"nn");
+        SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(LVSCW_AUTOSIZE, 0));
+        wanted.push_back(std::max(ListView_GetColumnWidth(list, column),
+                                  static_cast<int>(SendMessageW(list, LVM_GETSTRINGWIDTHW, 0,
+                                                                reinterpret_cast<LPARAM>(heading.c_str())))));
+    }
     RECT client{};
     GetClientRect(list, &client);
     // A scroll bar that is still to come takes its room from the columns.
     const bool scrolls = SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0) < static_cast<LRESULT>(rows_.size());
     const bool isThere = (GetWindowLongW(list, GWL_STYLE) & WS_VSCROLL) != 0;
     const int room = client.right - (scrolls && !isThere ? GetSystemMetrics(SM_CXVSCROLL) : 0);
-    const int name = std::clamp(widest, room * 2 / 5, room * 2 / 3);
-    SendMessageW(list, LVM_SETCOLUMNWIDTH, kNameColumn, name);
-    SendMessageW(list, LVM_SETCOLUMNWIDTH, kValueColumn, room - name);
+    int column = 0;
+    for (const int width : ColumnWidths(wanted, room)) {
+        SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), width);
+        ++column;
+    }
 }
 
 bool frmCPModif4::OnCommand(int control, int) {
@@ -158,8 +201,8 @@ void frmCPModif4::RefreshValues() {
     // All of them: a field may follow another one.
     int index = 0;
     for (FieldRow& row : rows_) {
-        row.value = FetchField(Point(), row.place).Value();
-        SetCell(Control(IDC_FIELDS), index, kValueColumn, row.value);
+        row.ReadValue(FetchField(Point(), row.place));
+        ShowRow(index, row);
         ++index;
     }
 }
@@ -171,12 +214,28 @@ void frmCPModif4::OkStep() {
                 FetchField(Point(), row.place).SetValue(row.value);
             }
         }
-        // Written as it reads by now, so that a host that watches the data
-        // point alone learns of the change.
-        Point().SetValue(Point().Value());
+        WriteStructure();
         confirmed_ = true;
         Close();
     });
+}
+
+void frmCPModif4::WriteStructure() {
+    struct KeepFieldsUnlessWritten {
+        frmCPModif4& form;
+        bool written = false;
+        ~KeepFieldsUnlessWritten() {
+            // The fields are as the user confirmed them. A host whose structure
+            // cannot be written as a whole could keep no edit at all otherwise.
+            if (!written) {
+                com::Attempt([&] { form.opening_ = ValueSnapshot(form.Point()); });
+            }
+        }
+    } guard{*this};
+    // Written as it reads by now, so that a host that watches the data point
+    // alone learns of the change.
+    Point().SetValue(Point().Value());
+    guard.written = true;
 }
 
 void frmCPModif4::OnFinished() {

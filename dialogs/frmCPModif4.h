@@ -26,15 +26,20 @@ class frmCPModif4 final : public ValueForm {
     bool OnListNotification(const NMHDR& header);
     void FillList() const;
     void FitColumns() const;
+    /// Takes off the list what would show a row cut through.
+    void FitRows() const;
+    void ShowRow(int index, const FieldRow& row) const;
     int SelectedRow() const noexcept;
     /// Opens the editor of a row's field; nothing for -1.
     void EditRow(int row);
     void OpenEditor(const FieldRow& row);
     void RefreshValues();
+    void WriteStructure();
     void OkStep();
 
     std::vector<FieldRow> rows_;
-    /// What Cancel goes back to.
+    /// What Cancel goes back to: the opening, or the last OK that failed when all
+    /// fields had been written.
     std::optional<ValueSnapshot> opening_;
     bool confirmed_ = false;
 };

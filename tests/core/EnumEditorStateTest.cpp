@@ -45,6 +45,13 @@ TEST(EnumEditorStateTest, GivesTheValueOfTheFirstEntryWithTheTextShown) {
     EXPECT_EQ(state.ValueOf(L"on"), std::nullopt);
 }
 
+TEST(EnumEditorStateTest, ShowsTheCurrentValueByItsText) {
+    EXPECT_EQ(EnumEditorState(L"1", L"0,Off;1,On").Current(), L"On");
+    EXPECT_EQ(EnumEditorState(L"0.6", L"0,Off;1,On").Current(), L"On");
+    EXPECT_EQ(EnumEditorState(L"7", L"0,Off;1,On").Current(), L"7") << "no entry has it";
+    EXPECT_EQ(EnumEditorState(L"", L"0,Off;1,On").Current(), L"");
+}
+
 TEST(EnumEditorStateTest, RefusesADescriptionWithAValuePast16Bits) {
     EXPECT_EQ(ErrorOf([] { EnumEditorState(L"0", L"70000,Far;"); }), kOverflow);
 }

@@ -24,6 +24,7 @@ TEST_F(frmCPModif3Test, OffersTheEntriesWithTheirValues) {
     const auto value = Edit(EnumAttribute(L"0", L"0,Off;1,On;"), [](Shown& dialog) {
         EXPECT_EQ(dialog.Text(IDC_NAME), L"Point");
         EXPECT_EQ(dialog.Text(IDC_TYPE), L"SNVT_switch_state");
+        EXPECT_EQ(dialog.Text(IDC_CURRENT), L"Off");
         EXPECT_EQ(Send(dialog, CB_GETCOUNT), 2);
         EXPECT_EQ(Send(dialog, CB_GETITEMDATA, 0), 0);
         EXPECT_EQ(Send(dialog, CB_GETITEMDATA, 1), 1);
@@ -31,6 +32,7 @@ TEST_F(frmCPModif3Test, OffersTheEntriesWithTheirValues) {
         EXPECT_TRUE(dialog.HasFocus(IDC_ENUM));
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         dialog.Choose(IDC_ENUM, 1);
+        EXPECT_EQ(dialog.Text(IDC_CURRENT), L"Off") << "until OK";
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"1");
@@ -47,6 +49,7 @@ TEST_F(frmCPModif3Test, CancelLeavesTheValue) {
 TEST_F(frmCPModif3Test, ShowsNothingUntilOneIsChosenWhenNoEntryHasTheValue) {
     const auto value = Edit(EnumAttribute(L"7", L"0,Off;-1,None"), [](Shown& dialog) {
         EXPECT_EQ(Send(dialog, CB_GETCURSEL), CB_ERR);
+        EXPECT_EQ(dialog.Text(IDC_CURRENT), L"7");
         EXPECT_FALSE(dialog.IsEnabled(IDOK));
         dialog.Choose(IDC_ENUM, 1);
         EXPECT_TRUE(dialog.IsEnabled(IDOK));

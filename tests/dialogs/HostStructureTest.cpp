@@ -55,6 +55,15 @@ class HostStructureTest : public DialogTest {
         support::ExpectBox(messages[0], text, caption, MB_ICONEXCLAMATION);
     }
 
+    /// Confirms a new number in the editor of the first field.
+    void EditFirst(Shown& dialog, const std::wstring& number) {
+        Next([number](Shown& field) {
+            field.Type(IDC_NEW_VALUE, number);
+            field.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+    }
+
     static constexpr HRESULT kRaised = NamedObject::kRaised;
 
     HostPoint speed_{L"Speed", L"40", L"UnsignedNumeric"};
@@ -179,6 +188,81 @@ TEST_F(HostStructureTest, ARowThatCannotBeReadAgainIsReported) {
               S_OK);
     ExpectOneReport(L"Value is out of order");
     EXPECT_EQ(speed_.value, L"55");
+}
+
+TEST_F(HostStructureTest, FieldsStayAfterTheirStructureCouldNotBeWritten) {
+    for (const bool hasNoValue : {false, true}) {
+        speed_.value = L"40";
+        deep_.value = L"1";
+        Fill(HostPoint::Walk::ByEnumerator);
+        structure_.refusesWrites = true;
+        if (hasNoValue) {
+            structure_.object->Break(L"Value");
+        }
+        EXPECT_EQ(Edit([this](Shown& dialog) {
+                      EditFirst(dialog, L"55");
+                      Next([this](Shown& nested) {
+                          EditFirst(nested, L"7");
+                          nested.Click(IDOK);
+                      });
+                      dialog.DoubleClickRow(IDC_FIELDS, 1);
+                      dialog.Click(IDOK);
+                      EXPECT_TRUE(dialog.IsOpen());
+                      dialog.Click(IDCANCEL);
+                  }),
+                  S_OK);
+        ExpectOneMessage(L"error calculating CP value", L"Gateway Object");
+        EXPECT_EQ(speed_.value, L"55");
+        EXPECT_EQ(deep_.value, L"7");
+        EXPECT_TRUE(mode_.writes.empty());
+    }
+}
+
+TEST_F(HostStructureTest, CancelTakesBackWhatWasEditedAfterTheFailure) {
+    Fill(HostPoint::Walk::ByEnumerator);
+    structure_.refusesWrites = true;
+    EXPECT_EQ(Edit([this](Shown& dialog) {
+                  EditFirst(dialog, L"55");
+                  dialog.Click(IDOK);
+                  EditFirst(dialog, L"66");
+                  EXPECT_EQ(speed_.value, L"66");
+                  dialog.Click(IDCANCEL);
+              }),
+              S_OK);
+    ExpectOneMessage(L"error calculating CP value", L"Gateway Object");
+    EXPECT_EQ(speed_.value, L"55");
+}
+
+TEST_F(HostStructureTest, CancelRestoresAllWhenAFieldCouldNotBeWritten) {
+    Fill(HostPoint::Walk::ByEnumerator);
+    EXPECT_EQ(Edit([this](Shown& dialog) {
+                  EditFirst(dialog, L"55");
+                  speed_.refusesWrites = true;
+                  dialog.Click(IDOK);
+                  EXPECT_TRUE(dialog.IsOpen());
+                  speed_.refusesWrites = false;
+                  dialog.Click(IDCANCEL);
+              }),
+              S_OK);
+    ExpectOneMessage(L"error calculating CP value", L"Gateway Object");
+    EXPECT_EQ(speed_.value, L"40");
+    EXPECT_TRUE(structure_.writes.empty());
+}
+
+TEST_F(HostStructureTest, AnOkAfterAFailedOneWritesAll) {
+    Fill(HostPoint::Walk::ByEnumerator);
+    structure_.refusesWrites = true;
+    EXPECT_EQ(Edit([this](Shown& dialog) {
+                  EditFirst(dialog, L"55");
+                  dialog.Click(IDOK);
+                  structure_.refusesWrites = false;
+                  dialog.Click(IDOK);
+                  EXPECT_FALSE(dialog.IsOpen());
+              }),
+              S_OK);
+    ExpectOneMessage(L"error calculating CP value", L"Gateway Object");
+    EXPECT_EQ(speed_.value, L"55");
+    EXPECT_EQ(structure_.writes, std::vector<std::wstring>{L"whole"});
 }
 
 TEST_F(HostStructureTest, AValueThatCannotBeWrittenLeavesTheFormOpen) {

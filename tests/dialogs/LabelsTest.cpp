@@ -54,8 +54,8 @@ TEST_F(LabelsTest, ATextStandsBehindItsLength) {
 }
 
 TEST_F(LabelsTest, AnEnumerationStandsBehindItsType) {
-    EXPECT_EQ(ControlsFor(kEnum, L"0"), (Texts{L"Point", L"Type:", L"SNVT_switch_state", L"&New value:",
-                                               L"ComboBox", L"OK", L"&Cancel"}));
+    EXPECT_EQ(ControlsFor(kEnum, L"0"), (Texts{L"Point", L"Type:", L"SNVT_switch_state", L"Current value:",
+                                               L"0", L"&New value:", L"ComboBox", L"OK", L"&Cancel"}));
 }
 
 TEST_F(LabelsTest, BitsStandBehindTheirNumbers) {

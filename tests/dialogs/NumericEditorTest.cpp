@@ -215,6 +215,38 @@ TEST_F(frmCPModif1Test, TicksStoreTheInvalidValueAndClearingGivesTheTextBack) {
     });
 }
 
+/// What a dialog answered to WM_INITDIALOG, and which of its controls had the
+/// focus by then.
+struct Opening {
+    LRESULT answer = -1;
+    int focus = 0;
+
+    static Opening last;
+    static LRESULT CALLBACK Hook(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& call = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+        if (code >= 0 && call.message == WM_INITDIALOG) {
+            last = {call.lResult, GetDlgCtrlID(GetFocus())};
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+};
+
+Opening Opening::last;
+
+TEST_F(frmCPModif1Test, TheTickHasTheFocusAtFirstWhereTheBoxIsGrey) {
+    // The system gives the focus to the control that came first before the form
+    // greyed it, unless the form does so itself and says it.
+    const HHOOK hook = SetWindowsHookExW(WH_CALLWNDPROCRET, &Opening::Hook, nullptr, GetCurrentThreadId());
+    Edit(Attribute(kSigned, Local(L"327.67")), [](Shown& dialog) {
+        EXPECT_TRUE(dialog.HasFocus(IDC_INVALID));
+        EXPECT_FALSE(dialog.IsEnabled(IDC_NEW_VALUE));
+        dialog.Click(IDCANCEL);
+    });
+    UnhookWindowsHookEx(hook);
+    EXPECT_EQ(Opening::last.answer, FALSE);
+    EXPECT_EQ(Opening::last.focus, IDC_INVALID);
+}
+
 TEST_F(frmCPModif1Test, StoresAnInvalidValueBelowTheMinimum) {
     const auto value = Edit(Attribute(kPositive, L"12"), [](Shown& dialog) {
         dialog.Click(IDC_INVALID);
