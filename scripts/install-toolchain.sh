@@ -16,6 +16,7 @@ build_packages=(
     libwine-dev                # the IDL files that widl imports
     wine
     wine32:i386                # runs the 32-bit programs; brings stdole2.tlb for widl
+    fonts-wine                 # Wine's own fonts, among them the symbols of the frames' buttons
     xvfb                       # a display for the dialogs
     xauth                      # xvfb-run, for single programs by hand
     ninja-build

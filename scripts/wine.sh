@@ -89,7 +89,14 @@ stop_server() {
 }
 
 # What a prefix is made from; a prefix with another stamp is made anew.
-prefix_recipe() { printf '%s, %s, recipe 2\n' "$(wine --version)" "$1"; }
+prefix_recipe() { printf '%s, %s, recipe 3\n' "$(wine --version)" "$1"; }
+
+# The font of the symbols on the frames' buttons. Debian's Wine looks for its own
+# fonts in another folder than Debian's package puts them into.
+take_symbols() {
+    local font=/usr/share/wine/fonts/marlett.ttf
+    [[ ! -f $font ]] || cp "$font" "$1/drive_c/windows/Fonts/"
+}
 
 # Makes one prefix: no crash dialog that waits for a click, and the number
 # format. The server is ended last because that writes the registry out.
@@ -102,6 +109,7 @@ make_prefix() {
     local status=0
     {
         wine wineboot -i &&
+            take_symbols "$folder" &&
             wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
             # Without a window manager Wine waits two seconds for one at each box.
             wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&

@@ -25,7 +25,8 @@ class frmCPModif5Test : public DialogTest {
         const HWND label = dialog.Control(IDC_BIT + bit);
         UpdateWindow(label);
         const HDC context = GetDC(label);
-        const Look look{GetPixel(context, 4, 4), GetPixel(context, 1, 1)};
+        const int scale = GetDeviceCaps(context, LOGPIXELSY) / USER_DEFAULT_SCREEN_DPI;
+        const Look look{GetPixel(context, 4 * scale, 4 * scale), GetPixel(context, scale, scale)};
         ReleaseDC(label, context);
         return look;
     }

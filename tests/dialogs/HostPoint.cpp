@@ -45,8 +45,12 @@ void NamedObject::Replace(const std::wstring& name, Get get) {
 }
 
 void NamedObject::Break(const std::wstring& name, std::int32_t code) {
+    Break(name, code, name + L" is out of order");
+}
+
+void NamedObject::Break(const std::wstring& name, std::int32_t code, const std::wstring& text) {
     Member& member = Find(name);
-    const auto raise = [name, code] { throw tam::RunTimeError(code, L"Host", name + L" is out of order"); };
+    const auto raise = [text, code] { throw tam::RunTimeError(code, L"Host", text); };
     member.get = [raise](auto) -> com::Variant {
         raise();
         return {};

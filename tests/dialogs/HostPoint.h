@@ -30,6 +30,8 @@ class NamedObject final : public IDispatch {
     /// A member of this name that fails from now on, with an error text as
     /// a script's object raises it.
     void Break(const std::wstring& name, std::int32_t code = kRaised);
+    /// The same with a text of its own.
+    void Break(const std::wstring& name, std::int32_t code, const std::wstring& text);
     /// A member that always has this text.
     void AddText(std::wstring name, const std::wstring& text);
 

@@ -129,13 +129,9 @@ TEST_F(Pictures, Enumeration) {
     HostPoint point(L"Mode", L"1", L"Enum");
     point.type->AddText(L"Name", L"SNVT_hvac_mode");
     point.type->AddText(L"EnumDesc", L"0,HVAC_AUTO;1,HVAC_HEAT;2,HVAC_MRNG_WRMUP;3,HVAC_COOL;4,HVAC_OFF;");
-    Show(point, [](Shown& dialog) {
-        Take(dialog, L"enumeration");
-        SendMessageW(dialog.Control(IDC_ENUM), CB_SETCURSEL, static_cast<WPARAM>(-1), 0);
-        SendMessageW(dialog.Window(), WM_COMMAND, MAKEWPARAM(IDC_ENUM, CBN_SELCHANGE), 0);
-        Take(dialog, L"enumeration-none");
-        dialog.Click(IDCANCEL);
-    });
+    Show(point, Picture(L"enumeration"));
+    point.value = L"9";
+    Show(point, Picture(L"enumeration-none"));
 }
 
 TEST_F(Pictures, Bits) {
@@ -156,7 +152,14 @@ TEST_F(Pictures, Structure) {
     HostPoint flags(L"Flags", L"5", L"Bitfield");
     HostPoint label(L"Label", L"Hall_2", L"Textual");
     HostPoint structure(L"Setpoints", L"", L"Struct");
-    cool.type->AddText(L"Name", L"SNVT_temp_p");
+    for (HostPoint* setpoint : {&cool, &heat}) {
+        setpoint->type->AddText(L"Name", L"SNVT_temp_p");
+        setpoint->type->AddText(L"Units", L"\u00B0C");
+    }
+    mode.type->AddText(L"Name", L"SNVT_hvac_mode");
+    mode.type->AddText(L"EnumDesc", L"0,HVAC_AUTO;1,HVAC_HEAT;");
+    flags.type->AddText(L"Name", L"SNVT_state");
+    label.type->AddText(L"Name", L"SNVT_str_asc");
     structure.SetFields({&cool, &heat, &mode, &flags, &label});
     Show(structure, [this](Shown& dialog) {
         Take(dialog, L"structure");
@@ -195,6 +198,19 @@ TEST_F(Pictures, ReportAndAbout) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(point->XmlLoad(nullptr), S_OK);
+    HostPoint broken(L"Field", L"1", L"Float");
+    HostPoint structure(L"Structure", L"", L"Struct");
+    structure.SetFields({&broken});
+    Show(structure, [&](Shown& dialog) {
+        broken.object->Break(L"Value", NamedObject::kRaised, std::wstring(1 << 20, L'n'));
+        Next([](Shown& report) {
+            Take(report, L"report-long");
+            report.Click(IDOK);
+        });
+        dialog.DoubleClickRow(IDC_FIELDS, 0);
+        Next([](Shown& report) { report.Click(IDOK); });
+        dialog.Click(IDCANCEL);
+    });
     const auto module = NewModule().As<ITamDialogs>();
     Next([](Shown& dialog) {
         Take(dialog, L"about");
