@@ -39,6 +39,13 @@ std::wstring WithBackslashes(std::wstring path) {
     return path.ends_with(L'\\') ? path : path + L'\\';
 }
 
+/// The folder that the environment names, else the one of the build.
+std::wstring FolderIn(const wchar_t* variable, const wchar_t* built) {
+    wchar_t given[MAX_PATH] = {};
+    const DWORD length = GetEnvironmentVariableW(variable, given, MAX_PATH);
+    return WithBackslashes(length > 0 && length < MAX_PATH ? given : built);
+}
+
 } // namespace
 
 std::wstring FullDevice() {
@@ -108,13 +115,11 @@ Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
 }
 
 std::wstring ProgramFolder() {
-    return WithBackslashes(TAM_PROGRAM_FOLDER);
+    return FolderIn(L"TAM_PROGRAMS", TAM_PROGRAM_FOLDER);
 }
 
 std::wstring SamplesFolder() {
-    wchar_t given[MAX_PATH] = {};
-    const DWORD length = GetEnvironmentVariableW(L"TAM_SAMPLES", given, MAX_PATH);
-    return WithBackslashes(length > 0 && length < MAX_PATH ? given : TAM_SAMPLES_FOLDER);
+    return FolderIn(L"TAM_SAMPLES", TAM_SAMPLES_FOLDER);
 }
 
 std::wstring ScratchFolder() {

@@ -1,0 +1,110 @@
+"""What the build folders know of one source: which objects read it, how they are compiled, how a program is linked."""
+
+import json
+import re
+import shlex
+import subprocess
+from pathlib import Path
+
+
+class Build:
+    """One configured and finished build folder."""
+
+    def __init__(self, root, folder):
+        self.root, self.folder = Path(root), Path(folder)
+        entries = json.loads((self.folder / "compile_commands.json").read_text(encoding="utf-8"))
+        self.commands = {}
+        self.source_of = {}
+        for entry in entries:
+            command = shlex.split(entry["command"])
+            if "-o" not in command:
+                continue  # a resource
+            output = command[command.index("-o") + 1]
+            source = Path(entry["directory"], entry["file"]).resolve()
+            self.commands[output] = command
+            if source.is_relative_to(self.root):
+                self.source_of[output] = str(source.relative_to(self.root))
+        self.readers = {}
+        output = None
+        for line in self._ninja("deps").splitlines():
+            if line and not line[0].isspace():
+                output = line.split(":")[0]
+            elif line.strip() and output in self.source_of:
+                path = (self.folder / line.strip()).resolve()
+                if path.is_relative_to(self.root):
+                    self.readers.setdefault(str(path.relative_to(self.root)), []).append(output)
+        self.links, self.named = {}, {}
+
+    def _ninja(self, tool, *arguments):
+        return subprocess.run(["ninja", "-C", str(self.folder), "-t", tool, *arguments],
+                              check=True, capture_output=True, text=True).stdout  # fmt: skip
+
+    def link_of(self, output):
+        """The command that links this file, without what is done before and after it."""
+        if output not in self.links:
+            for line in reversed(self._ninja("commands", output).splitlines()):
+                words = shlex.split(line)
+                if "-o" in words and words[words.index("-o") + 1] == output:
+                    steps = [[]]
+                    for word in words:
+                        if word == "&&":
+                            steps.append([])
+                        else:
+                            steps[-1].append(word)
+                    self.links[output] = next(step for step in steps if output in step)
+                    break
+            else:
+                raise SystemExit(f"mutate: no command links {output}")
+        return self.links[output]
+
+    def parts_of(self, output):
+        """Every object of the project in a linked file, those of its libraries too."""
+        parts = set()
+        for word in self.link_of(output):
+            library = re.fullmatch(r"(.*?)lib(\w+)\.a", word)
+            if word in self.commands:
+                parts.add(word)
+            elif library:
+                folder = f"{library.group(1)}CMakeFiles/{library.group(2)}.dir/"
+                parts.update(each for each in self.commands if each.startswith(folder))
+        return parts
+
+    def tests_of(self, header):
+        """The few test sources that include a header by its name, and so may test it by itself."""
+        if not self.named:
+            for output, source in self.source_of.items():
+                if source.startswith("tests/"):
+                    text = (self.root / source).read_text(encoding="utf-8")
+                    for name in re.findall(r'^#include "([^"]+)"', text, re.MULTILINE):
+                        self.named.setdefault(name, []).append(output)
+        outputs = self.named.get(header, [])
+        return outputs if len(outputs) <= 3 else []
+
+    def compile_command(self, output, tree, target):
+        """The command that compiles an object from the sources in another tree into another file."""
+        command = []
+        for word in self.commands[output]:
+            flag = "-I" if word.startswith("-I") else ""
+            path = Path(word[len(flag) :])
+            if path.is_absolute() and path.is_relative_to(self.root) and not path.is_relative_to(self.folder):
+                word = flag + str(Path(tree) / path.relative_to(self.root))
+            command.append(word)
+        command[command.index("-o") + 1] = str(target)
+        # A changed source may leave something unused: that is no reason against it.
+        return command + ["-w"]
+
+    def link_command(self, output, objects, target):
+        """The command that links a file with some objects replaced; objects maps each one to its file."""
+        command, extra = [], [str(file) for object_, file in objects.items() if object_ not in self.link_of(output)]
+        for word in self.link_of(output):
+            if word in objects:
+                word = str(objects[word])
+            elif extra and word.endswith(".a") and not word.startswith("-"):
+                # In front of the library that has the same object.
+                command += extra
+                extra = []
+            elif word.startswith("-Wl,--out-implib,"):
+                word = f"-Wl,--out-implib,{target}.a"
+            command.append(word)
+        command[command.index("-o") + 1] = str(target)
+        return command

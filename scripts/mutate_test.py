@@ -1,0 +1,91 @@
+#!/usr/bin/env python3
+"""Tests of the tool behind "./tam mutate", which runs them first; "./tam check" runs them too."""
+
+import sys
+import unittest
+
+from cpp_changes import described, sites_of, tokens_of
+from mutate_lane import Change
+
+
+def changes_of(source):
+    """Every change of a source as (line, what stood there, what stands there then)."""
+    return [(site.line, site.old, new) for site in sites_of(source) for new in site.choices]
+
+
+class SitesTest(unittest.TestCase):
+    def test_swaps_operators(self):
+        self.assertEqual([(1, "<", "<="), (1, "<", ">="), (1, "&&", "||"), (1, "!", "")],
+                         changes_of("if (a < b && !c) {"))  # fmt: skip
+
+    def test_leaves_templates_pointers_and_references(self):
+        self.assertEqual([], changes_of("std::vector<int>* F(const T& a, U&& b, X<Y<int>> c);"))
+
+    def test_leaves_comments_directives_and_what_only_the_compiler_reads(self):
+        source = '// a == b\n/* 1 */\n#include "x.h"\n#define A \\\n  1\nstatic_assert(A == 1, "one");\n[[nodiscard("x")]] int f;\n'
+        self.assertEqual([], changes_of(source))
+        self.assertEqual([], changes_of("bool operator==(const X& a) const;\nvirtual void F() = 0;"))
+
+    def test_counts_lines(self):
+        self.assertEqual([(4, "true", "false")], changes_of("// one\n/* two\n three */\nx = true;"))
+
+    def test_changes_numbers_by_one(self):
+        self.assertEqual([(1, "10u", "11u"), (1, "10u", "9u")], changes_of("x = 10u;"))
+        self.assertEqual([(1, "0", "1")], changes_of("x = 0;"))
+        self.assertEqual([(1, "0xFF", "0x100"), (1, "0xFF", "0xFE")], changes_of("x = 0xFF;"))
+        self.assertEqual([(1, "1'000", "1001"), (1, "1'000", "999")], changes_of("x = 1'000;"))
+        self.assertEqual([(1, "0.5", "1.5")], changes_of("x = 0.5;"))
+        self.assertEqual([(1, "-", ""), (1, "1", "2"), (1, "1", "0")], changes_of("x = -1;"))
+
+    def test_changes_one_character_of_a_text(self):
+        self.assertEqual([(1, 'L"abc"', 'L"acc"')], changes_of('x = L"abc";'))
+        self.assertEqual([(1, 'L""', 'L"x"')], changes_of('x = L"";'))
+        self.assertEqual([(1, 'L"\\n"', 'L"\\nx"')], changes_of('x = L"\\n";'))
+        self.assertEqual([(1, 'L"a\\x41"', 'L"a\\x41x"')], changes_of('x = L"a\\x41";'))
+        self.assertEqual([(1, "L'9'", "L'0'")], changes_of("x = L'9';"))
+        self.assertEqual([(1, "L'\\0'", "L'\\1'")], changes_of("x = L'\\0';"))
+
+    def test_drops_calls(self):
+        source = "{ a.b(1)->c(d); }"
+        self.assertIn((1, "a.b(1)->c(d)", ""), changes_of(source))
+        self.assertEqual([], changes_of("{ Type name(value); }"))
+        self.assertEqual([], changes_of("{ a = b(c); }"))
+
+    def test_empties_returned_values(self):
+        self.assertEqual([(1, "return a(b)", "return {}")], changes_of("return a(b);"))
+        self.assertEqual([(1, "return true", "return {}"), (1, "true", "false")], changes_of("return true;"))
+        self.assertEqual([(1, "0", "1")], changes_of("return 0;"))
+        self.assertEqual([], changes_of("return;"))
+
+    def test_turns_jumps(self):
+        self.assertEqual([(1, "break", "continue"), (1, "break", "")], changes_of("{ break; }"))
+
+    def test_turns_results(self):
+        self.assertEqual([(1, "E_POINTER", "E_FAIL")], changes_of("x = E_POINTER;"))
+        self.assertEqual([(1, "S_OK", "S_FALSE")], changes_of("return S_OK;"))
+        self.assertEqual([(1, "min", "max")], changes_of("x = std::min(a, b);"))
+        self.assertEqual([], changes_of("x = min;"))
+
+    def test_knows_raw_texts(self):
+        self.assertEqual(["raw", "sign"], [token.kind for token in tokens_of('LR"(a "b" // c)";')])
+
+
+class ChangeTest(unittest.TestCase):
+    def test_changes_the_one_place(self):
+        source = "a == b;\nc == d;\n"
+        change = Change(1, "x/y.cpp", sites_of(source)[1], "!=")
+        self.assertEqual("a == b;\nc != d;\n", change.applied(source))
+        self.assertEqual("x/y.cpp:2  == -> !=", str(change))
+
+    def test_is_told_in_a_few_words(self):
+        self.assertEqual("Draw(a, b) dropped", described("Draw(a,\n     b)", ""))
+        self.assertEqual("return x -> return {}", described("return x", "return {}"))
+
+
+def passes():
+    suite = unittest.defaultTestLoader.loadTestsFromModule(sys.modules[__name__])
+    return unittest.TextTestRunner(verbosity=0, stream=sys.stderr).run(suite).wasSuccessful()
+
+
+if __name__ == "__main__":
+    sys.exit(0 if passes() else 1)
