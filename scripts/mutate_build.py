@@ -70,7 +70,7 @@ class Build:
         return parts
 
     def tests_of(self, header):
-        """The few test sources that include a header by its name, and so may test it by itself."""
+        """The test sources that include a header to test it by itself: those named after it; all, where they are few."""
         if not self.named:
             for output, source in self.source_of.items():
                 if source.startswith("tests/"):
@@ -78,7 +78,8 @@ class Build:
                     for name in re.findall(r'^#include "([^"]+)"', text, re.MULTILINE):
                         self.named.setdefault(name, []).append(output)
         outputs = self.named.get(header, [])
-        return outputs if len(outputs) <= 3 else []
+        own = f"/{Path(header).stem}Test.cpp"
+        return outputs if len(outputs) <= 3 else [each for each in outputs if self.source_of[each].endswith(own)]
 
     def compile_command(self, output, tree, target):
         """The command that compiles an object from the sources in another tree into another file."""

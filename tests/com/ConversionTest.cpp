@@ -1,0 +1,68 @@
+#include "com/Conversion.h"
+
+#include "tests/support/ImportPatch.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using support::ImportPatch;
+
+std::vector<std::wstring> freed;
+void(STDAPICALLTYPE* realFree)(BSTR text);
+
+void STDAPICALLTYPE CountFree(BSTR text) {
+    if (text != nullptr) {
+        freed.emplace_back(text);
+    }
+    realFree(text);
+}
+
+/// Texts that this program gives back to the system.
+class BstrTest : public testing::Test {
+  protected:
+    BstrTest() {
+        patch_.emplace(GetModuleHandleW(nullptr), "SysFreeString", reinterpret_cast<const void*>(&CountFree));
+        realFree = patch_->Original<void(STDAPICALLTYPE*)(BSTR)>();
+        freed.clear();
+    }
+    void SetUp() override { ASSERT_TRUE(patch_->IsImported()); }
+
+  private:
+    std::optional<ImportPatch> patch_;
+};
+
+TEST_F(BstrTest, GivesBackWhatItHeldBeforeACalleeFillsIt) {
+    com::Bstr text(L"one");
+    *text.Put() = SysAllocString(L"two");
+    EXPECT_EQ(freed, std::vector<std::wstring>{L"one"});
+    EXPECT_EQ(text.View(), L"two");
+}
+
+TEST_F(BstrTest, GivesItsTextBackOnce) {
+    {
+        com::Bstr text(L"one");
+        com::Bstr other(L"two");
+        text = std::move(other);
+        EXPECT_EQ(text.View(), L"two");
+    }
+    EXPECT_EQ(freed.size(), 2U);
+}
+
+TEST_F(BstrTest, ADetachedTextIsTheCallersOwn) {
+    BSTR taken = nullptr;
+    {
+        com::Bstr text(L"one");
+        taken = text.Detach();
+        EXPECT_EQ(text.View(), L"");
+    }
+    EXPECT_TRUE(freed.empty());
+    SysFreeString(taken);
+}
+
+} // namespace

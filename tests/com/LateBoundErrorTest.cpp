@@ -1,0 +1,75 @@
+// What a call by name does with the texts of the error that the called object
+// raised: they are the caller's to give back.
+
+#include "com/Conversion.h"
+#include "tests/support/Fixture.h"
+#include "tests/support/ImportPatch.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+std::vector<BSTR> raised;
+std::vector<BSTR> freed;
+void(STDAPICALLTYPE* realFree)(BSTR text);
+
+void STDAPICALLTYPE NoteFree(BSTR text) {
+    freed.push_back(text);
+    realFree(text);
+}
+
+BSTR Raised(const wchar_t* text) {
+    raised.push_back(SysAllocString(text));
+    return raised.back();
+}
+
+/// Every member raises an error with all of its texts.
+class Raiser final : public IDispatch {
+  public:
+    virtual ~Raiser() = default;
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+        *out = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    // It lives on the test's stack.
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
+        *ids = 1;
+        return S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
+                        UINT*) override {
+        exception->bstrSource = Raised(L"Host");
+        exception->bstrDescription = Raised(L"The member is out of order");
+        exception->bstrHelpFile = Raised(L"host.hlp");
+        exception->scode = E_ACCESSDENIED;
+        return DISP_E_EXCEPTION;
+    }
+};
+
+class LateBoundErrorTest : public support::ComponentTest {};
+
+TEST_F(LateBoundErrorTest, GivesBackTheTextsOfAnError) {
+    const auto dialogs = NewModule().As<ITamDialogs>();
+    const support::ImportPatch patch(Dll().Module(), "SysFreeString",
+                                     reinterpret_cast<const void*>(&NoteFree));
+    ASSERT_TRUE(patch.IsImported());
+    realFree = patch.Original<void(STDAPICALLTYPE*)(BSTR)>();
+    raised.clear();
+    freed.clear();
+    Raiser object;
+    EXPECT_EQ(dialogs->EditValue(&object), E_ACCESSDENIED);
+    ASSERT_FALSE(raised.empty());
+    for (const BSTR text : raised) {
+        // Its place may be used again, and so come up more than once.
+        EXPECT_GE(std::count(freed.begin(), freed.end(), text), 1);
+    }
+}
+
+} // namespace
