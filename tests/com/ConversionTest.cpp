@@ -1,9 +1,12 @@
 #include "com/Conversion.h"
 
+#include "common/RunTimeError.h"
 #include "tests/support/ImportPatch.h"
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -63,6 +66,20 @@ TEST_F(BstrTest, ADetachedTextIsTheCallersOwn) {
     }
     EXPECT_TRUE(freed.empty());
     SysFreeString(taken);
+}
+
+TEST(CheckConversionTest, TellsWhatKeptANumberFromBeingRead) {
+    EXPECT_NO_THROW(com::CheckConversion(S_OK));
+    EXPECT_THROW(com::CheckConversion(E_OUTOFMEMORY), std::bad_alloc);
+    for (const auto& [result, number] :
+         {std::pair{DISP_E_OVERFLOW, 6}, std::pair{DISP_E_TYPEMISMATCH, 13}, std::pair{E_FAIL, 13}}) {
+        try {
+            com::CheckConversion(result);
+            ADD_FAILURE() << "no error for " << result;
+        } catch (const tam::RunTimeError& error) {
+            EXPECT_EQ(error.Code(), static_cast<std::int32_t>(0x800A0000U + static_cast<unsigned>(number)));
+        }
+    }
 }
 
 } // namespace
