@@ -27,18 +27,18 @@ BINARY = {
     "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "%": ("*",),
     "+=": ("-=",), "-=": ("+=",), "*=": ("/=",), "/=": ("*=",), "|=": ("&=",), "&=": ("|=",),
     "<<": (">>",), ">>": ("<<",), "&": ("|",), "|": ("&",),
-}  # fmt: skip
+}
 STEPS = {"++": ("--",), "--": ("++",)}
 NAMES = {
     "true": ("false",), "false": ("true",), "TRUE": ("FALSE",), "FALSE": ("TRUE",),
     "VARIANT_TRUE": ("VARIANT_FALSE",), "VARIANT_FALSE": ("VARIANT_TRUE",),
     "S_OK": ("S_FALSE",), "S_FALSE": ("S_OK",), "min": ("max",), "max": ("min",),
-}  # fmt: skip
+}
 FAILURE = re.compile(r"(?:E|DISP_E|CLASS_E|SELFREG_E)_[A-Z]+")
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)")
 # No statement that begins with one of these is a call.
 NO_CALL = {"return", "if", "for", "while", "switch", "throw", "delete", "using", "static_assert", "catch", "operator",
-           "sizeof", "else", "do", "case", "new", "goto", "template", "friend", "explicit", "noexcept"}  # fmt: skip
+           "sizeof", "else", "do", "case", "new", "goto", "template", "friend", "explicit", "noexcept"}
 CLOSING = {"(": ")", "[": "]", "{": "}"}
 
 
@@ -68,7 +68,7 @@ def tokens_of(source):
     """The source's tokens without blanks, comments and preprocessor lines."""
     return [Token(match.lastgroup if match.lastgroup != "mark" else "raw", match.group(), match.start())
             for match in TOKEN.finditer(source)
-            if match.lastgroup not in ("space", "comment", "directive")]  # fmt: skip
+            if match.lastgroup not in ("space", "comment", "directive")]
 
 
 def after_bracket(tokens, at):
@@ -88,7 +88,8 @@ def after_bracket(tokens, at):
 
 def other_character(text):
     """The text with one character changed: the letter or digit nearest to its middle."""
-    plain = [match for match in re.finditer(r"\\.|[^\\]", text, re.DOTALL) if re.fullmatch(r"[A-Za-z0-9]", match.group())]
+    plain = [match for match in re.finditer(r"\\.|[^\\]", text, re.DOTALL)
+             if re.fullmatch(r"[A-Za-z0-9]", match.group())]
     if not plain:
         return text + "x"
     match = min(plain, key=lambda each: (abs(2 * each.start() + 1 - len(text)), each.start()))
@@ -101,7 +102,7 @@ def other_literal(token):
     quote = '"' if token.kind == "string" else "'"
     prefix, inside = token.text[: token.text.index(quote)], token.text[token.text.index(quote) + 1 : -1]
     if token.kind == "char":
-        changed = other_character(inside) if re.fullmatch(r"[A-Za-z0-9]", inside) else ("\\1" if inside == "\\0" else "x")
+        changed = {"\\0": "\\1"}.get(inside) or (other_character(inside) if inside.isalnum() else "x")
     else:
         # An escape with digits, such as \x41, is left whole: its end is not seen here.
         changed = inside + "x" if re.search(r"\\[xuU0-7]", inside) else other_character(inside)

@@ -44,7 +44,7 @@ def digest(*files):
 
 def component_sources(root):
     return sorted(str(file.relative_to(root)) for folder in FOLDERS for pattern in ("*.cpp", "*.h")
-                  for file in (root / folder).glob(pattern))  # fmt: skip
+                  for file in (root / folder).glob(pattern))
 
 
 def drawn_changes(root, files, seed):
@@ -79,7 +79,7 @@ class Journal:
     def add(self, change, outcome):
         entry = dict(self.head, number=change.number, file=change.file, line=change.site.line,
                      change=described(change.site.old, change.new), verdict=outcome.verdict, by=outcome.by,
-                     test=outcome.test, seconds=round(outcome.seconds, 1), passed=outcome.passed)  # fmt: skip
+                     test=outcome.test, seconds=round(outcome.seconds, 1), passed=outcome.passed)
         self.entries[change.number] = entry
         with open(self.path, "a", encoding="utf-8") as file:
             file.write(json.dumps(entry) + "\n")
@@ -134,15 +134,16 @@ class Run:
 
     def prepare(self):
         # Beside the programs lies what they load.
-        built = sorted(str(path.relative_to(self.windows.folder)) for path in (self.windows.folder / "tests").rglob("*")
-                       if path.is_file() and path.suffix not in (".a", ".cmake") and "CMakeFiles" not in path.parts)  # fmt: skip
+        built = sorted(str(path.relative_to(self.windows.folder))
+                       for path in (self.windows.folder / "tests").rglob("*")
+                       if path.is_file() and path.suffix not in (".a", ".cmake") and "CMakeFiles" not in path.parts)
         copied = sorted(str(path.relative_to(self.root)) for pattern in ("*.cpp", "*.h")
                         for path in self.root.rglob(pattern) if not path.is_relative_to(self.build)
-                        and path.relative_to(self.root).parts[0] not in ("build", ".git"))  # fmt: skip
+                        and path.relative_to(self.root).parts[0] not in ("build", ".git"))
         self.in_lanes(lambda lane: lane.prepare(copied, built))
         places = listed_places(self.root)
         tests = [each for each in built
-                 if each.endswith("_tests.exe") and "point" in places.get(Path(each).stem, ["point"])]  # fmt: skip
+                 if each.endswith("_tests.exe") and "point" in places.get(Path(each).stem, ["point"])]
         self.measure(tests)
 
     def measure(self, tests):
@@ -220,7 +221,7 @@ class Run:
         with self.lock:
             while self.next < len(self.changes):
                 known = [self.journal.entries.get(each.number, {}).get("verdict") in COUNTED
-                         for each in self.changes[: self.next]]  # fmt: skip
+                         for each in self.changes[: self.next]]
                 if sum(known) >= self.count:
                     return None
                 change = self.changes[self.next]
@@ -240,7 +241,7 @@ class Run:
                 self.journal.add(change, outcome)
                 by = f" by {outcome.by}, {outcome.test}" if outcome.by else ""
                 print(f"{len(self.counted()):4}/{self.count}  {change}  {outcome.verdict}{by}  "
-                      f"{outcome.seconds:.1f} s", flush=True)  # fmt: skip
+                      f"{outcome.seconds:.1f} s", flush=True)
 
     def report(self):
         """The table in the order of the changes, and the count on the last line."""

@@ -37,7 +37,7 @@ class Build:
 
     def _ninja(self, tool, *arguments):
         return subprocess.run(["ninja", "-C", str(self.folder), "-t", tool, *arguments],
-                              check=True, capture_output=True, text=True).stdout  # fmt: skip
+                              check=True, capture_output=True, text=True).stdout
 
     def link_of(self, output):
         """The command that links this file, without what is done before and after it."""
@@ -70,7 +70,7 @@ class Build:
         return parts
 
     def tests_of(self, header):
-        """The test sources that include a header to test it by itself: those named after it; all, where they are few."""
+        """The sources that test a header by itself: those named after it; where few include it, all of those."""
         if not self.named:
             for output, source in self.source_of.items():
                 if source.startswith("tests/"):

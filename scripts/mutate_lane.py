@@ -26,7 +26,7 @@ class Stopped(Exception):
 
 
 def replace_file(source, target):
-    """A second name for a file; a copy where the file system knows no such thing. What stood there is not written to."""
+    """A second name for a file; a copy where there is no such thing. What stood there is not written to."""
     target.parent.mkdir(parents=True, exist_ok=True)
     target.unlink(missing_ok=True)
     try:
@@ -45,7 +45,7 @@ class Lane:
         self.child = None
         self.stopping = False
         self.environment = {name: value for name, value in os.environ.items()
-                            if not name.startswith(("GTEST_", "TAM_FUZZ_", "TAM_SOAK_"))}  # fmt: skip
+                            if not name.startswith(("GTEST_", "TAM_FUZZ_", "TAM_SOAK_"))}
         self.environment.update(
             DISPLAY=display,
             WINEPREFIX=str(self.prefix),
@@ -103,7 +103,7 @@ class Lane:
         drive.symlink_to(self.win32)
         # The server stays, so it may hold no pipe of ours.
         subprocess.run(["wineserver", "-p"], env=self.environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                       stderr=subprocess.DEVNULL, check=False)  # fmt: skip
+                       stderr=subprocess.DEVNULL, check=False)
 
     def put_dll(self, file):
         replace_file(file, self.win32 / DLL)
@@ -114,7 +114,7 @@ class Lane:
             raise Stopped
         with open(output or os.devnull, "wb") as log:
             self.child = subprocess.Popen(command, cwd=folder, env=self.environment, stdin=subprocess.DEVNULL,
-                                          stdout=log, stderr=subprocess.STDOUT, start_new_session=True)  # fmt: skip
+                                          stdout=log, stderr=subprocess.STDOUT, start_new_session=True)
             try:
                 status = self.child.wait(limit)
             except subprocess.TimeoutExpired:
@@ -207,6 +207,12 @@ class Lane:
         def outcome(verdict, by="", test=""):
             return Outcome(verdict, by, test, time.monotonic() - start, passed)
 
+        header = change.file.endswith(".h")
+        if header:
+            # Dozens of the DLL's sources may read it, but few of the pure code's.
+            noticed = self.run_native(change.file)
+            if noticed:
+                return outcome(*noticed)
         objects = self.changed_objects(self.windows, change.file, self.windows.parts_of(DLL), "dll")
         if objects is None:
             return outcome("does not compile")
@@ -222,9 +228,9 @@ class Lane:
             return outcome("does not compile")
         if dll.read_bytes() == self.good_dll:
             return outcome("same code")
-        noticed = self.run_native(change.file)
+        noticed = None if header else self.run_native(change.file)
         if noticed:
-            return outcome("noticed", *noticed)
+            return outcome(*noticed)
         self.put_dll(dll)
         for program, seconds, key in programs:
             if passed.get(Path(program).stem) == key:
@@ -244,20 +250,20 @@ class Lane:
         return (self.windows.folder / output).read_bytes()
 
     def run_native(self, file):
-        """(program, test) when a native program over the pure code notices the change; None else."""
+        """(verdict, program, test) when a native program over the pure code tells the change; None else."""
         for program in NATIVE:
             parts = self.native.parts_of(program)
             if program != NATIVE[0]:
                 parts = {output for output in parts if not output.startswith("tests/")}
             objects = self.changed_objects(self.native, file, parts, "native")
             if objects is None:
-                return Path(program).name, "does not compile for this machine"
+                return ("does not compile",)
             if not objects:
                 continue
             changed = self.link(self.native, program, objects, self.work / "native" / Path(program).name)
             log = self.work / f"{changed.name}.log"
             if self.run([str(changed), "--gtest_fail_fast"], changed.parent, 60, log) != 0:
-                return changed.name, failing_test(log) or "no test finished"
+                return "noticed", changed.name, failing_test(log) or "no test finished"
         return None
 
 
