@@ -11,7 +11,6 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <type_traits>
 #include <utility>
 
 namespace com {

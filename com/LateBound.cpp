@@ -2,7 +2,6 @@
 
 #include "com/Boundary.h"
 
-#include <cstdint>
 #include <vector>
 
 namespace com {

@@ -1,5 +1,7 @@
 #include "dialogs/LongText.h"
 
+#include <cstddef>
+
 namespace tam {
 
 namespace {

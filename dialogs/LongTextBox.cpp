@@ -5,6 +5,8 @@
 #include "dialogs/LongText.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string_view>
 
 namespace tam {
 

@@ -1,6 +1,7 @@
 #include "dialogs/StructureEditorState.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
 #include <utility>
 

@@ -1,8 +1,9 @@
 #include "dialogs/TextInput.h"
 
+#include "dialogs/Clipboard.h"
+
 #include <algorithm>
 #include <cstddef>
-#include "dialogs/Clipboard.h"
 
 namespace tam {
 

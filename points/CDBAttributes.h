@@ -7,6 +7,7 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>

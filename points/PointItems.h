@@ -6,6 +6,7 @@
 #include "common/KeyedCollection.h"
 #include "points/SideKey.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>

@@ -2,6 +2,7 @@
 #include "tests/com/Subjects.h"
 
 #include <functional>
+#include <utility>
 
 // Who keeps whom: an object that somebody outside holds keeps its owner, and
 // the owner's own hold keeps the object without keeping itself.

@@ -4,6 +4,9 @@
 
 #include "common/RunTimeError.h"
 
+#include <array>
+#include <string>
+#include <string_view>
 #include <utility>
 
 namespace dialogs {

@@ -6,7 +6,12 @@
 
 #include <commctrl.h>
 
+#include <cstddef>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace dialogs {
 namespace {

@@ -1,6 +1,11 @@
 #include "tests/module/Module.h"
 #include "tests/support/BusyHosts.h"
 
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
 using namespace support;
 using namespace modules;
 

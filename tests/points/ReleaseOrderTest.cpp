@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <numeric>
+#include <string>
+#include <vector>
 
 // Whoever of a module's objects is let go of first: as long as the host holds a
 // point or a collection the module answers, and at the end nothing is left.
