@@ -1,25 +1,23 @@
 #include "dialogs/ErrorReportState.h"
 
-#include "dialogs/LongText.h"
-
 namespace tam {
 
 ErrorReportState::ErrorReportState(const std::wstring& application, const std::wstring& description,
                                    const std::wstring& callingObject, const std::wstring& callingFunction,
                                    const std::wstring& source)
     : caption_(application + L" - Error report")
-    , description_(WithLineBreaks(description))
+    , description_(description)
     , advancedInfo_(L"* Source application (Err.Source): \r\n"
                     L"  " +
-                    WithLineBreaks(source) +
+                    source +
                     L"\r\n"
                     L"* Calling object (Me.Name or module name): \r\n"
                     L"  " +
-                    WithLineBreaks(callingObject) +
+                    callingObject +
                     L"\r\n"
                     L"* Calling function: \r\n"
                     L"  " +
-                    WithLineBreaks(callingFunction)) {}
+                    callingFunction) {}
 
 const wchar_t* ErrorReportState::AdvancedCaption() const noexcept {
     return advancedShown_ ? L"Advanced Information  < <" : L"Advanced Information  > >";

@@ -5,7 +5,7 @@
 namespace tam {
 
 /// What the error report shows, and whether its advanced part is open. The texts
-/// are those that it was given, with each line break as CR LF.
+/// are those that it was given.
 class ErrorReportState {
   public:
     ErrorReportState(const std::wstring& application, const std::wstring& description,

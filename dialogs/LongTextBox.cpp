@@ -11,9 +11,9 @@
 namespace tam {
 
 void LongTextBox::Show(HWND edit, const std::wstring& text) {
-    const std::wstring shown = WithSoftBreaks(text);
+    const std::wstring shown = WithSoftBreaks(WithLineBreaks(text));
     SetWindowTextW(edit, shown.c_str());
-    if (shown.size() == text.size()) {
+    if (shown == text) {
         return; // the box has the text itself
     }
     text_ = &text;

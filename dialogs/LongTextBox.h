@@ -7,16 +7,16 @@
 namespace tam {
 
 /// A read-only text box of several lines that shows a text of any length at
-/// once. It draws the text with soft breaks in its long lines; who reads the box
-/// or copies from it gets the text without them. It lives as long as its dialog
-/// shows.
+/// once, with a line break for each CR or LF. It draws the text with soft breaks
+/// in its long lines; who reads the box gets the text as it was given, and who
+/// copies from it gets it without them. It lives as long as its dialog shows.
 class LongTextBox {
   public:
     LongTextBox() = default;
     LongTextBox(const LongTextBox&) = delete;
     LongTextBox& operator=(const LongTextBox&) = delete;
 
-    /// Shows a text whose line breaks are CR LF. It must live as long as the box.
+    /// Shows a text, which must live as long as the box.
     void Show(HWND edit, const std::wstring& text);
 
   private:

@@ -26,12 +26,12 @@ TEST(ErrorReportStateTest, KeepsItsTextsWhole) {
                                              most + L"a\r\n* Calling function: \r\n  " + most + L"b");
 }
 
-TEST(ErrorReportStateTest, ShowsALineBreakOfOneCharacter) {
-    const ErrorReportState report(L"Gateway Object", L"a\nb\rc\r\nd", L"o\n", L"\rf", L"s\ns");
-    EXPECT_EQ(report.Description(), L"a\r\nb\r\nc\r\nd");
-    EXPECT_EQ(report.AdvancedInfo(), L"* Source application (Err.Source): \r\n  s\r\ns\r\n"
-                                     L"* Calling object (Me.Name or module name): \r\n  o\r\n\r\n"
-                                     L"* Calling function: \r\n  \r\nf");
+TEST(ErrorReportStateTest, KeepsLineBreaksAsTheyWereGiven) {
+    const ErrorReportState report(L"Gateway Object", L"a\nb\rc\r\nd", L"o\n", L"\rf", L"s");
+    EXPECT_EQ(report.Description(), L"a\nb\rc\r\nd");
+    EXPECT_EQ(report.AdvancedInfo(), L"* Source application (Err.Source): \r\n  s\r\n"
+                                     L"* Calling object (Me.Name or module name): \r\n  o\n\r\n"
+                                     L"* Calling function: \r\n  \rf");
 }
 
 TEST(ErrorReportStateTest, OpensFoldedAndTurnsItsArrows) {

@@ -171,9 +171,11 @@ TEST_F(frmErrorTest, WhoReadsALongTextGetsIt) {
 }
 
 TEST_F(frmErrorTest, ALineBreakOfOneCharacterIsOne) {
-    ReportText(L"a\nb\rc\r\nd", [](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), L"a\r\nb\r\nc\r\nd");
+    const std::wstring text = L"a\nb\rc\r\nd";
+    ReportText(text, [&](Shown& dialog) {
         EXPECT_EQ(SendMessageW(dialog.Control(IDC_ERROR_DESCRIPTION), EM_GETLINECOUNT, 0, 0), 4);
+        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), text) << "a reader has the text as it was given";
+        EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 0, -1), L"a\r\nb\r\nc\r\nd");
         dialog.Click(IDOK);
     });
 }

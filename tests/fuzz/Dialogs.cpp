@@ -172,9 +172,9 @@ void RunEnumeration(Input& input) {
 void RunReport(Input& input) {
     const std::wstring text = input.Word(20);
     ErrorReportState state(text, text, text, text, text);
-    const std::wstring& shown = state.Description();
-    Require(shown == WithLineBreaks(text) && WithLineBreaks(shown) == shown &&
-            state.Caption().starts_with(text));
+    Require(state.Description() == text && state.Caption().starts_with(text));
+    const std::wstring shown = WithLineBreaks(text);
+    Require(WithLineBreaks(shown) == shown);
     Require(WithoutSoftBreaks(WithSoftBreaks(shown)) == shown);
     bool isShown = false;
     while (!input.IsAtEnd()) {
