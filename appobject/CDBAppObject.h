@@ -38,9 +38,9 @@ class CDBAppObject final
     // The component's own side.
 
     /// The collections as what they are; empty after Destroy.
-    const com::Ref<CDBInputs>& Inputs() const noexcept { return inputs_; }
-    const com::Ref<CDBOutputs>& Outputs() const noexcept { return outputs_; }
-    const com::Ref<CDBAttributes>& Attributes() const noexcept { return attributes_; }
+    com::Ref<CDBInputs> Inputs() const noexcept { return inputs_; }
+    com::Ref<CDBOutputs> Outputs() const noexcept { return outputs_; }
+    com::Ref<CDBAttributes> Attributes() const noexcept { return attributes_; }
     /// The host's unit converter, made with the object.
     const com::Ref<IDispatch>& UnitsManager() const noexcept { return unitsManager_; }
     std::uint8_t ChannelNumber() const noexcept { return channelNumber_; }
