@@ -96,16 +96,26 @@ class Build:
 
     def link_command(self, output, objects, target):
         """The command that links a file with some objects replaced; objects maps each one to its file."""
-        command, extra = [], [str(file) for object_, file in objects.items() if object_ not in self.link_of(output)]
-        for word in self.link_of(output):
-            if word in objects:
-                word = str(objects[word])
-            elif extra and word.endswith(".a") and not word.startswith("-"):
-                # In front of the library that has the same object.
-                command += extra
-                extra = []
+        words = self.link_of(output)
+        own = {object_: str(file) for object_, file in objects.items() if object_ in words}
+        # In front of the library that has the same object, which is not taken from there then.
+        for_library = [str(file) for object_, file in objects.items() if object_ not in words]
+        command = []
+        for word in words:
+            if word.endswith(".a") and not word.startswith("-"):
+                command += for_library
+                for_library = []
             elif word.startswith("-Wl,--out-implib,"):
                 word = f"-Wl,--out-implib,{target}.a"
-            command.append(word)
+            command.append(own.get(word, word))
         command[command.index("-o") + 1] = str(target)
         return command
+
+    def test_link_command(self, output, objects, target):
+        """The same for a test program, with the replaced objects in front of all others: an inline function of a
+        changed header stands in many objects, of which the linker takes the first."""
+        command = self.link_command(output, objects, target)
+        front = [word for word in command if word in map(str, objects.values())]
+        rest = [word for word in command if word not in front]
+        at = next(index for index, word in enumerate(rest) if word in self.commands)
+        return rest[:at] + front + rest[at:]

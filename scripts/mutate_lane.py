@@ -136,11 +136,11 @@ class Lane:
         target.parent.mkdir(parents=True, exist_ok=True)
         return self.run(build.compile_command(output, self.tree, target), build.folder, 300) == 0
 
-    def link(self, build, output, objects, target):
+    def link(self, build, output, objects, target, command=None):
         target.parent.mkdir(parents=True, exist_ok=True)
         target.unlink(missing_ok=True)
         log = self.work / "link.log"
-        if self.run(build.link_command(output, objects, target), build.folder, 300, log) != 0:
+        if self.run(command or build.link_command(output, objects, target), build.folder, 300, log) != 0:
             raise RuntimeError(f"{output} could not be linked:\n" + log.read_text(encoding="utf-8", errors="replace"))
         return target
 
@@ -182,7 +182,8 @@ class Lane:
             done = self.work / "dll" / output
             if done.is_file():
                 objects[output] = done
-        self.link(build, program, objects, self.win32 / program)
+        target = self.win32 / program
+        self.link(build, program, objects, target, build.test_link_command(program, objects, target))
         return True
 
     def judge(self, change, programs, passed):

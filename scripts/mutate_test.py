@@ -5,6 +5,7 @@ import sys
 import unittest
 
 from cpp_changes import described, sites_of, tokens_of
+from mutate_build import Build
 from mutate_lane import Change
 
 
@@ -80,6 +81,22 @@ class ChangeTest(unittest.TestCase):
     def test_is_told_in_a_few_words(self):
         self.assertEqual("Draw(a, b) dropped", described("Draw(a,\n     b)", ""))
         self.assertEqual("return x -> return {}", described("return x", "return {}"))
+
+
+class LinkTest(unittest.TestCase):
+    def setUp(self):
+        self.build = Build.__new__(Build)
+        self.build.links = {"a.exe": ["g++", "-s", "x.obj", "y.obj", "-o", "a.exe", "libcom.a", "libcore.a"]}
+        self.build.commands = {"x.obj": [], "y.obj": [], "core/z.obj": []}
+        self.objects = {"y.obj": "/new/y", "core/z.obj": "/new/z"}
+
+    def test_replaces_objects_and_those_of_libraries(self):
+        self.assertEqual(["g++", "-s", "x.obj", "/new/y", "-o", "/b.exe", "/new/z", "libcom.a", "libcore.a"],
+                         self.build.link_command("a.exe", self.objects, "/b.exe"))
+
+    def test_puts_them_first_in_a_test_program(self):
+        self.assertEqual(["g++", "-s", "/new/y", "/new/z", "x.obj", "-o", "/b.exe", "libcom.a", "libcore.a"],
+                         self.build.test_link_command("a.exe", self.objects, "/b.exe"))
 
 
 def passes():
