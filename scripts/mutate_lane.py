@@ -272,7 +272,7 @@ def failing_test(log):
     """The first failing test of a program's output; the running one when it ended in the middle."""
     running = ""
     for line in log.read_text(encoding="utf-8", errors="replace").splitlines():
-        match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] (\w+\.[^\s,]+)", line)
+        match = re.match(r"\[ +(RUN|OK|FAILED|SKIPPED) +\] ([\w/]+\.[^\s,]+)", line)
         if match and match.group(1) in ("FAILED", "SKIPPED"):
             return match.group(2)
         if match:

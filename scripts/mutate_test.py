@@ -2,11 +2,13 @@
 """Tests of the tool behind "./tam mutate", which runs them first; "./tam check" runs them too."""
 
 import sys
+import tempfile
 import unittest
+from pathlib import Path
 
 from cpp_changes import described, sites_of, tokens_of
 from mutate_build import Build
-from mutate_lane import Change
+from mutate_lane import Change, failing_test
 
 
 def changes_of(source):
@@ -97,6 +99,24 @@ class LinkTest(unittest.TestCase):
     def test_puts_them_first_in_a_test_program(self):
         self.assertEqual(["g++", "-s", "/new/y", "/new/z", "x.obj", "-o", "/b.exe", "libcom.a", "libcore.a"],
                          self.build.test_link_command("a.exe", self.objects, "/b.exe"))
+
+
+class FailingTest(unittest.TestCase):
+    def told(self, log):
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder, "log")
+            file.write_text(log, encoding="utf-8")
+            return failing_test(file)
+
+    def test_finds_the_first_that_failed(self):
+        self.assertEqual("A/BTest.C/3", self.told("[ RUN      ] A/BTest.C/3\n[  FAILED  ] A/BTest.C/3, where x (1 ms)\n"))
+        self.assertEqual("B.C", self.told("[ RUN      ] B.C\n[  SKIPPED ] B.C (0 ms)\n"))
+
+    def test_finds_the_one_that_ended_the_program(self):
+        self.assertEqual("B.D", self.told("[ RUN      ] B.C\n[       OK ] B.C (0 ms)\n[ RUN      ] B.D\nwine: fault\n"))
+
+    def test_finds_none_where_all_passed(self):
+        self.assertEqual("", self.told("[ RUN      ] B.C\n[       OK ] B.C (0 ms)\n[  PASSED  ] 1 test.\n"))
 
 
 def passes():
