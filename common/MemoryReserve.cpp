@@ -2,6 +2,10 @@
 
 #include "com/Boundary.h"
 
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdlib>
 #include <cxxabi.h>
@@ -27,6 +31,70 @@ void* __wrap_malloc(std::size_t size) {
 }
 }
 // NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
+
+// The thread library takes a slot for each thread's own values when it is first
+// used and never gives it back. A process has 1,088 of them, and the run-time
+// library ends it when there is none: so it would end with the 1,083rd load of this
+// DLL. What is taken through these two pointers, which stand in place of the
+// system's import pointers, is given back when the DLL goes.
+namespace {
+
+constexpr std::size_t kMostSlots = 8;
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): taken before anything is constructed
+std::array<DWORD, kMostSlots> slots{};
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): likewise
+std::size_t slotCount = 0;
+
+template <class Function>
+Function SystemFunction(const char* name) noexcept {
+    return reinterpret_cast<Function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
+}
+
+DWORD WINAPI TakeSlot() {
+    const DWORD slot = SystemFunction<DWORD(WINAPI*)()>("TlsAlloc")();
+    if (slot != TLS_OUT_OF_INDEXES && slotCount < slots.size()) {
+        slots[slotCount++] = slot;
+    }
+    return slot;
+}
+
+BOOL WINAPI GiveSlotBack(DWORD slot) {
+    const auto end = slots.begin() + slotCount;
+    const auto found = std::find(slots.begin(), end, slot);
+    if (found != end) {
+        *found = slots[--slotCount];
+    }
+    return SystemFunction<BOOL(WINAPI*)(DWORD)>("TlsFree")(slot);
+}
+
+void GiveAllSlotsBack() {
+    while (slotCount > 0) {
+        GiveSlotBack(slots[slotCount - 1]);
+    }
+}
+
+// What is handed to atexit first is called last: whatever else ends may still use
+// its slot.
+constexpr int kFirstOfAll = 101;
+[[gnu::constructor(kFirstOfAll)]] void GiveSlotsBackAtTheEnd() {
+    std::atexit(&GiveAllSlotsBack);
+}
+
+} // namespace
+
+#ifdef _WIN64
+#define TAM_IMPORT(name, bytes) asm("__imp_" name)
+#else
+#define TAM_IMPORT(name, bytes) asm("__imp__" name "@" bytes)
+#endif
+extern "C" {
+extern DWORD(WINAPI* const importOfTlsAlloc)() TAM_IMPORT("TlsAlloc", "0");
+extern BOOL(WINAPI* const importOfTlsFree)(DWORD) TAM_IMPORT("TlsFree", "4");
+DWORD(WINAPI* const importOfTlsAlloc)() = &TakeSlot;
+BOOL(WINAPI* const importOfTlsFree)(DWORD) = &GiveSlotBack;
+}
+#undef TAM_IMPORT
 
 namespace tam {
 

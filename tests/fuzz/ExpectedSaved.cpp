@@ -91,7 +91,7 @@ void ExpectedSaved::ReadOutputs(const Node& section) {
 }
 
 void ExpectedSaved::ReadAttributes(const Node& section) {
-    for (const Node& child : Children(section, false)) {
+    for (const Node& child : Children(section, true)) {
         if (Find(attributes, child) == attributes.end()) {
             ++reports;
             return;
