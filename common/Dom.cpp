@@ -107,7 +107,7 @@ std::wstring FirstChildValue(const Node& node) {
     const Node child = FirstChild(node);
     CheckFound(child);
     com::Variant value;
-    Check(child->get_nodeValue(value.Put()));
+    Call(child, &IXMLDOMNode::get_nodeValue, value.Put());
     if (value.Get().vt != VT_BSTR) {
         throw RunTimeError(RunTime::ObjectNotSet);
     }

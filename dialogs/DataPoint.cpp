@@ -91,7 +91,7 @@ std::wstring DataPoint::DispValue() const {
         return TextOfResult(MemberOrNone(*object_.Get(), L"DispValue"));
     }
     com::Bstr shown;
-    com::Check(attribute_->get_DispValue(shown.Put()));
+    com::Call(attribute_, &IAttribute::get_DispValue, shown.Put());
     return std::wstring(shown.View());
 }
 

@@ -66,10 +66,14 @@ std::vector<Node> ChildrenButComments(const Node& node) {
     return children;
 }
 
-/// "Object not set" without a first child that is a text.
+bool HasValue(const Node& node) {
+    return IsText(node) || TypeOf(node) == NODE_COMMENT || TypeOf(node) == NODE_PROCESSING_INSTRUCTION;
+}
+
+/// "Object not set" without a first child that has a value.
 std::wstring FirstValue(const Node& node) {
     const auto children = Children(node);
-    if (children.empty() || !IsText(children.front())) {
+    if (children.empty() || !HasValue(children.front())) {
         throw RunTimeError(RunTime::ObjectNotSet);
     }
     return ValueOf(children.front());
