@@ -3,12 +3,13 @@
 
     count_results.py XML LOG STATUS [REASON]
 
-XML is the program's GoogleTest report, LOG what it printed, STATUS its exit
-status; REASON says why it was ended from outside, if it was.
+XML is the program's GoogleTest report, LOG its output and STATUS its exit status.
+REASON says why the program was stopped from outside, if it was.
 
 Prints "PASSED FAILED" and then the name of each failure on a line of its own.
-A skipped or disabled test is a failure: it shows nothing. So is a program that
-ran no test, ended without a report, or reported success and then failed.
+A skipped or disabled test counts as a failure, because it proves nothing. So does
+a program that ran no test, ended without a report, or reported success and then
+failed.
 """
 
 import re

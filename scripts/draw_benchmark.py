@@ -57,7 +57,7 @@ class Drawing:
 
 
 def times(row):
-    """Microseconds a unit: of the job, its floor and its script; None for what there is none of."""
+    """Microseconds for a unit: of the job, its floor and its script. None where there is no floor or script."""
     return [row[key] / row["units"] if row[key] > 0 else None for key in ("job_us", "floor_us", "script_us")]
 
 

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# Long runs with inputs that nobody wrote. Sourced by tam.
+# Long runs with generated inputs. Sourced by tam.
 : "${root:?}" "${build:?}"
 
-# What runs find is kept here: a test run empties build/results.
+# Findings are not kept in build/results, because a test run empties that folder.
 findings=$build/findings
 
-# longest_input SUBJECT: the models of most subjects take the square of their
-# input's length.
+# longest_input SUBJECT: the longest input in bytes. Most subjects have a short one:
+# the time of their models grows with the square of the length.
 longest_input() {
     case $1 in
     export | fields | marks | names | values) printf 100000 ;;
@@ -14,8 +14,8 @@ longest_input() {
     esac
 }
 
-# Runs each libFuzzer program for so many seconds, from the kept corpus and what
-# earlier runs found on. Fails when an input breaks one.
+# fuzz_pure_code SECONDS: runs each libFuzzer program for so long. It starts from the
+# kept corpus and the inputs that earlier runs found. Fails when an input breaks one.
 fuzz_pure_code() {
     local seconds=$1 path name folder log status broken=()
     for path in "$root"/tests/fuzz/corpus/*/; do
@@ -39,8 +39,8 @@ fuzz_pure_code() {
     [[ ${#broken[@]} -eq 0 ]]
 }
 
-# Runs one of the Windows test programs with settings for a long run. Its output
-# is shown as it comes.
+# run_long PROGRAM VARIABLE=VALUE...: runs a Windows test program with settings for a
+# long run, and shows its output at once.
 run_long() {
     local program=$1
     shift
@@ -52,7 +52,7 @@ run_long() {
 # is_number TEXT: a whole number from 1 on, within reason.
 is_number() { [[ $1 =~ ^[1-9][0-9]{0,8}$ ]]; }
 
-# share_of SECONDS PARTS: one part of the seconds, and at least one of them.
+# share_of SECONDS PARTS: one part of the seconds, but at least one second.
 share_of() { printf '%d' $(($1 / $2 > 0 ? $1 / $2 : 1)); }
 
 command_fuzz() {

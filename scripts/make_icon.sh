@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Draws the icon of the module, samples/O_Tam_id.ico, and the plain one that the library carries for a folder without
-# it, component/a_logo.ico. Needs ImageMagick. Every size is drawn on its own pixels: a reduced picture of a terminal
-# strip is a grey smear at 16. With a folder as argument, also leaves each size there as a PNG to look at.
+# Draws two icons: samples/O_Tam_id.ico, the icon of the module, and component/a_logo.ico, which the DLL contains and
+# uses when its folder has no icon. Needs ImageMagick. Each size is drawn separately, because a terminal strip that is
+# scaled down to 16 pixels becomes a grey spot. With a folder as argument, each size is also written there as a PNG.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")/.." && pwd)

@@ -17,9 +17,9 @@ folder=${TAM_PICTURE_FOLDER:-$root/docs/images}
 bitmaps=$(mktemp -d)
 trap 'rm -rf "$bitmaps"' EXIT
 
-# Wine draws title bars only on a desktop of its own. The desktop's process
-# answers before the program has ended and hides its status, so the program
-# writes its report to a file.
+# Wine draws title bars only on a virtual desktop of its own. The desktop's process
+# returns before the program has ended, and hides the program's exit status. So the
+# program writes a report to a file, and this script waits for it.
 cd "$(dirname "$program")"
 TAM_PICTURES="Z:${bitmaps//\//\\}" timeout 120 wine explorer /desktop=tam_pictures,1280x1024 \
     "$(basename "$program")" "--gtest_output=xml:Z:${bitmaps//\//\\}\\report.xml"

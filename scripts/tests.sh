@@ -12,16 +12,16 @@ total_passed=0
 total_failed=0
 failures=()
 
-# What runs at the same time: each lane has its places one after the other, its
-# own core and its own display. A Wine prefix is in one lane only.
+# Two lanes of tests run at the same time. Each lane has its own core and display
+# and runs its places one after the other. A Wine prefix belongs to one lane only.
 test_lanes=("point" "native comma")
 lane_pids=()
 
-# Where each program runs: program name -> "native", "point", "comma", joined
-# by commas; and its own time limit, where it has one.
+# runs_in: program name -> the places where it runs ("native", "point", "comma"),
+# joined by commas. time_limit: program name -> its own limit in seconds.
 declare -A runs_in
 declare -A time_limit
-# "native/NAME" or "windows/NAME" -> the program's path.
+# programs: "native/NAME" or "windows/NAME" -> the program's path.
 declare -A programs
 
 read_test_list() {
@@ -38,8 +38,9 @@ read_test_list() {
     done <"$list"
 }
 
-# Records every program under a folder. The list adds places to a program and
-# takes none away: each one runs natively, or in Wine, at least once.
+# find_programs KIND FOLDER SUFFIX PLACES: records every test program in a folder.
+# The test list can only add places to a program: each one runs at least once in
+# one of PLACES.
 find_programs() {
     local kind=$1 folder=$2 suffix=$3 own_places=$4 path name
     [[ -d $folder ]] || return 0
@@ -64,8 +65,8 @@ fail() {
     failures+=("$1")
 }
 
-# Runs one program in one place, prints a line and, of a failing one, what it
-# said.
+# Runs one program in one place and prints a line. If the program failed, its
+# output follows.
 run_program() {
     local name=$1 place=$2 path kind=windows
     [[ $place == native ]] && kind=native
@@ -91,7 +92,7 @@ run_program() {
             timeout -k 10 "$limit" wine "$path" "--gtest_output=xml:$(windows_path "$report.part")" \
             >"$log" 2>&1 || status=$?
     fi
-    # A report that the program could not finish is none.
+    # A report that the program did not finish does not count.
     if [[ $(tail -c 20 "$report.part" 2>/dev/null) == *'</testsuites>'* ]]; then
         mv -f "$report.part" "$report"
     fi
@@ -99,7 +100,7 @@ run_program() {
     # 124 from timeout itself, 137 when the program had to be killed.
     if [[ $status -eq 124 || $status -eq 137 ]] && ((${EPOCHREALTIME/./} - ${start/./} >= limit * 1000000)); then
         reason="stopped after $limit s"
-        # What the program started may still hang in the prefix.
+        # Processes that the program started may still hang in the prefix.
         if [[ $kind == windows ]]; then
             start_server "$place"
         fi
@@ -121,8 +122,8 @@ run_program() {
 }
 
 # run_lane NUMBER NAME...
-# Runs the programs that belong to a lane's places and leaves its counts in a
-# file. In a process of its own.
+# Runs the programs that belong to a lane's places, in a process of its own, and
+# writes the lane's counts to a file.
 run_lane() {
     local lane=$1 name place served=
     shift
@@ -131,7 +132,7 @@ run_lane() {
     for place in ${test_lanes[lane]}; do
         for name in "$@"; do
             if [[ ,${runs_in[$name]}, == *,$place,* ]]; then
-                # On this core and display from its first program on.
+                # The server stays on this core and display from its first program on.
                 [[ $place == native || $place == "$served" ]] || start_server "$place"
                 served=$place
                 run_program "$name" "$place"
@@ -141,10 +142,10 @@ run_lane() {
     write_whole "$build/results/lane-$lane" write_lane
 }
 
-# write_lane FILE: this lane's counts, and its failures below them.
+# write_lane FILE: writes this lane's counts, and its failures below them.
 write_lane() { printf '%s\n' "$total_passed $total_failed" "${failures[@]}" >"$1"; }
 
-# Takes over what a lane has counted.
+# Adds the counts of a lane to the total.
 add_lane() {
     local lane=$1 lines=() passed failed
     mapfile -t lines <"$build/results/lane-$lane" || true
@@ -161,7 +162,7 @@ add_lane() {
 # Runs the named programs, or all of them.
 run_test_programs() {
     local wanted=("$@") names=() name place
-    # Variables that filter, shard or repeat would change what is counted.
+    # GoogleTest's variables that filter, shard or repeat would change the counts.
     for name in "${!GTEST_@}"; do
         unset "$name"
     done
@@ -185,7 +186,7 @@ run_test_programs() {
     for lane in "${!test_lanes[@]}"; do
         run_lane "$lane" "${names[@]}" &
         lane_pids+=($!)
-        # With one core there is nothing to gain.
+        # On one core, lanes gain nothing.
         has_two_cores || wait $! || true
     done
     for lane in "${!test_lanes[@]}"; do

@@ -46,103 +46,104 @@ step() {
     fi
 }
 
-say "O_Tam_id.dll is a COM component for a programming tool of building-automation controllers. Its \
-object stands for a remote input/output module. In this tour the tool is tambench: it activates the \
-component from the DLL beside it, nothing being registered, and lends it the services of a tool from \
-OrvHost.dll. The samples it reads are explained in samples/README.md."
+say "O_Tam_id.dll is a COM component. Its host is a programming tool for building-automation controllers, and \
+its objects stand for remote input/output modules. In this tour the host is tambench. It loads the component from \
+the DLL beside it, so nothing is registered, and takes the host services from OrvHost.dll. samples/README.md explains \
+the samples."
 
 step "What a module is" \
-    "A device stream (XML) describes one module. The component builds from it inputs, which other \
-objects' values are wired to, outputs, which publish values, and attributes, which configure it. Each \
-has a network variable type, looked up in the catalogue that the tool hands over." \
+    "A device stream (XML) describes one module. The component builds the module's points from it: inputs, \
+which are wired to values of other objects; outputs, which publish values; and attributes, which configure the \
+module. Each point has a network variable type from the catalogue that the host hands over." \
     inspect channels --wire
 
 step "Setting values" \
-    "Values are stored as numbers with a point. The component turns them into what a user sees: with \
-the unit, converted by the tool (here into US units), or with the label of an enumeration." \
+    "Values are stored as numbers with a decimal point. A user sees them with their unit, converted by the host \
+(here into US units), or as the label of an enumeration." \
     set channels AI1_Offset=1.5 AO1_Setup=2 --us
 
 step "Saving into a project" \
-    "The user calls the module \"Reading room 2\", places it at 12.5, 4 and has its temperature shown \
-in a display. The component writes its element into the tool's project document." \
+    "The user calls the module \"Reading room 2\", places it at 12.5, 4 and shows its temperature in a display. \
+The component writes its element into the host's project document." \
     save channels --name "Reading room 2" --at 12.5 4 --display AI1_Out -o "$TAM_TOUR_DIR/project.xml"
 
 step "Loading the project again" \
-    "A fresh object takes its points from the stream and the rest from the project. Which outputs are \
-displayed is written but not read back: tools have always set that themselves." \
+    "A new object takes its points from the stream and the rest from the project. The flags of displayed \
+outputs are written but not read back: hosts set these flags themselves." \
     load channels "$TAM_TOUR_DIR/project.xml"
 
 step "The database image" \
-    "For the controller the object describes itself in an export document, which the tool's compiler \
-turns into a database image and two sizes. This is a full module of 103 points and attributes." \
+    "For the controller, the object describes itself in an export document. The host's compiler turns it into a \
+database image and two sizes. This is a full module with 103 points." \
     export full --wire -o "$TAM_TOUR_DIR/full.image"
 
 step "Without the compiler" \
-    "On a machine without the compiler the user gets a message box, both sizes are 0, and the export \
-document itself is the answer." \
+    "On a machine without the compiler the user sees a message box. Both sizes are 0, and the export document \
+itself is the answer." \
     export channels --wire --no-compiler
 
 step "A stream with faults" \
-    "Faults in a stream are shown to the user in boxes, and loading goes on. The bench reads the boxes, \
-answers them, and ends with status 1 unless it is told to tolerate them, as here. (Contains tells whether the module holds the points of a channel object.)" \
+    "Faults in a stream are shown to the user in message boxes, and loading goes on. The bench reads the boxes \
+and answers them. Its exit status would be 1, but here it is told to tolerate boxes. (Contains tells whether the \
+module has the points of a channel.)" \
     contains oddities K8 AI6 --tolerate-boxes
 
 expected_status=1
 step "A stream that is no XML" \
-    "What cannot be loaded at all fails as a COM call does: with a number and a description." \
+    "A stream that cannot be loaded at all is a failed COM call, with a number and a description." \
     inspect damaged
 expected_status=0
 
 step "A device with the objects of its channels" \
-    "So far the module stood alone. In a device each of its channels (AI1 is its first analogue input) is \
-an object of its own, made by the component's manager where the device's firmware has such objects. It \
-wraps the tool's generic block, which takes its points from a definition. The definition's TAMConfig \
-has the last word on which of them are visible. A point of a channel belongs to the module's item that is \
-named after both: Offset of AI1 to AI1_Offset. Not every point has one." \
+    "So far the module was alone. In a device each channel (AI1 is the first analogue input) has a channel \
+object, if the firmware of the device has such objects. The component's object manager creates it. It wraps a \
+generic object of the host, which takes its points from a definition. The section TAMConfig of the definition \
+decides which of them are visible. A point of a channel object may have a counterpart on the module, which is named \
+after both: Offset of AI1 and AI1_Offset." \
     device tree
 
 step "Placing another channel" \
-    "The user places a second analogue input. The manager makes its object by the identifier of its kind. \
-This module was described without a second input, so it has no items for it." \
+    "The user places a second analogue input. The object manager creates its channel object by the identifier of \
+its kind. The stream of this module describes no second input, so the module has no counterparts for its points." \
     device place ai AI2
 
 step "Getting a channel's data from the device" \
-    "The device knows which of its terminals a channel uses and what can be connected there. Channel \
-takes the one, Setup the other: as its value the first setup, as its enumeration all of them. The module's \
-items get the same values." \
+    "The device knows which terminal a channel uses and what can be connected there. The attribute Channel takes \
+the terminal. The attribute Setup takes the first possible setup as its value and all of them as its enumeration. \
+The module's attributes get the same values." \
     device fetch AI1
 
 step "Setting a channel's values" \
-    "What is set at the channel goes on to the module's item, where there is one." \
+    "A value that is set at the channel object is passed on to the module's point, if there is one." \
     device set AI1 Offset=1.5 Filter=4
 
 step "Saving the whole device" \
-    "The device becomes one project document: an element for the module and one for each channel, which \
-begins with the keys of the device (DevKey) and of the channel (TamObjectKey). Before that the channels \
-get their data from the device, AI1 gets two values, and its output is put into the displays." \
+    "The device becomes one project document. It has an element for the module and one for each channel object, \
+which begins with the keys of the device (DevKey) and of the channel (TamObjectKey). Before that, the channel \
+objects get their data from the device, AI1 gets two values, and its output is displayed." \
     device save --fetch --display AI1.Out AI1.Offset=1.5 AI1.Filter=4 --name "Reading room 2" --at 12.5 4 \
     -o "$TAM_TOUR_DIR/device.xml"
 
 step "Loading the whole device" \
-    "Everything is made anew: the module from its stream, the channels from the definitions and keys that \
-the project names. Each takes back what the project says of it. Then the tool writes the channels' values \
-once more where the module's items differ, so that these follow." \
+    "All objects are created again: the module from its stream, the channel objects from the definitions and keys \
+that the project names. Each loads its element of the project. Then the host writes the values of the channel \
+objects once more where the module's points differ, so that these follow." \
     device load "$TAM_TOUR_DIR/device.xml"
 
 step "Exporting the device's module" \
-    "Channels have no database of their own. What was set at them is in the image of the module, here of \
-the device that was just saved." \
+    "Channel objects have no database of their own. Their values are in the image of the module. This is the \
+device that was just saved." \
     device export --project "$TAM_TOUR_DIR/device.xml"
 
 expected_status=1
 step "A project without the module" \
-    "A project is loaded whole or not at all. This document is the catalogue, which is no project." \
+    "A project is loaded completely or not at all. This document is the catalogue, which is no project." \
     device load samples/catalogue.xml
 expected_status=0
 
 printf '\n\n'
-say "That was the tour: $steps steps. What they wrote lies in $TAM_TOUR_DIR. Go on with" \
+say "That was the tour of $steps steps. Their files are in $TAM_TOUR_DIR. Go on with" \
     "" \
     "  ./tam wine $(realpath --relative-to=. "$TAM_BENCH" 2>/dev/null || printf '%s' "$TAM_BENCH") --help" \
     "" \
-    "for all that the bench can do, and with ./tam test for the tests."
+    "for all commands of the bench, and with ./tam test for the tests."

@@ -11,7 +11,7 @@ xvfb_pids=()
 displays=()
 started_prefixes=()
 
-# The cores that this command may use, as a list, before it keeps to one.
+# The cores that this command may use, as a list, before it binds itself to one.
 cores=0
 
 find_cores() {
@@ -22,18 +22,18 @@ find_cores() {
 
 has_two_cores() { [[ $cores == *[-,]* ]]; }
 
-# use_core 0|1: keeps to the first core or to the last one. A Wine program and its
-# server answer each other in turn. On one core that is a switch; on two, each
-# waits for an idle core to wake up, which takes several times as long on a
-# virtual machine. Called after everything is built.
+# use_core 0|1: binds this process to the first or the last core. Called after
+# everything is built. A Wine program and its server work in turn: on one core each
+# turn is a task switch; on two cores each turn waits until an idle core wakes up,
+# which takes several times as long on a virtual machine.
 use_core() {
     local core=${cores%%[-,]*}
     [[ $1 == 0 ]] || core=${cores##*[-,]}
     taskset -cp "$core" "$BASHPID" >/dev/null 2>&1 || true
 }
 
-# use_lane 0|1: keeps to a core and a display, so that two lanes of tests take no
-# focus from each other.
+# use_lane 0|1: binds this process to a core and a display. Two lanes of tests on one
+# display would take the focus from each other.
 use_lane() {
     use_core "$1"
     export DISPLAY=${displays[$1]}
@@ -73,12 +73,12 @@ start_display() {
     export DISPLAY=":$number"
 }
 
-# A server that outlives its programs: the first program of a cold one costs
-# some seconds.
+# Starts a server that outlives its programs, because the first program after a
+# server's start takes some seconds.
 start_server() {
     local folder
     folder=$(prefix_folder "$1")
-    # One left by a command that was killed would hold old settings.
+    # A server that a killed command left behind would still have old settings.
     WINEPREFIX=$folder wineserver -k >/dev/null 2>&1 || true
     WINEPREFIX=$folder wineserver -p </dev/null >/dev/null 2>&1 {lock_fd}>&-
     started_prefixes+=("$1")
