@@ -25,14 +25,16 @@ die() {
 # The archive that this machine's apt uses has other releases beside its own.
 archive() {
     local site
+    # shellcheck disable=SC2016  # apt replaces $(SITE), not this shell
     site=$(apt-get indextargets --format '$(SITE)' 'Created-By: Packages' 2>/dev/null |
         grep -m 1 '/debian$' || true)
     printf '%s' "${TAM_DEBIAN_ARCHIVE:-${site:-http://deb.debian.org/debian}}"
 }
 
-# What lies in the namespaces made below ends with them: mounts, and whatever a
-# command left running.
+# inside SYSTEM COMMAND: runs ./tam COMMAND in the bare system, in namespaces of its
+# own. Mounts and processes that are left over end with the namespaces.
 inside() {
+    # shellcheck disable=SC2016  # the inner shell expands its own arguments
     unshare --mount --pid --fork --kill-child --propagation private \
         bash -euc '
             mount -t proc proc "$1/proc"
