@@ -22,7 +22,7 @@ std::vector<std::wstring> Tolerant(std::vector<std::wstring> arguments) {
 TEST(BoxStatusTest, ARefusedInputIsAFailure) {
     const Json edited = Bench(kAboveTheLimit, 1);
     EXPECT_EQ((Json{false, true}), Pluck(edited["boxes"], "fault")) << "the editor is none, its message is";
-    EXPECT_EQ(Local("The value is greater than 327.66"), edited["boxes"][1]["text"]);
+    EXPECT_EQ(Json(Local("The value is greater than 327.66")), edited["boxes"][1]["text"]);
     EXPECT_EQ(nullptr, edited["error"]);
     const Outcome run = RunBench(kAboveTheLimit);
     EXPECT_EQ(1U, run.status);

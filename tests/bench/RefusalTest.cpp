@@ -40,8 +40,8 @@ TEST(ExportRefusalTest, FailsAndLeavesTheFileAsItWas) {
     EXPECT_EQ("nothing", failed["kind"]);
     EXPECT_EQ("Stream", failed["error"]["step"]);
     EXPECT_EQ("0x80040402", failed["error"]["hresult"]);
-    EXPECT_EQ("the compiler refused the export document: line " + failed["refusal"]["line"].dump() +
-                  ", column " + failed["refusal"]["column"].dump() + ": " + kReason,
+    EXPECT_EQ(Json("the compiler refused the export document: line " + failed["refusal"]["line"].dump() +
+                   ", column " + failed["refusal"]["column"].dump() + ": " + kReason),
               failed["error"]["description"]);
     EXPECT_EQ(Json::array(), failed["boxes"]) << "asking why shows nobody a box";
 }
