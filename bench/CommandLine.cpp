@@ -40,8 +40,9 @@ Message boxes, error reports and dialogs that the component shows are read, prin
 answered with OK; --keys types into the dialogs of edit and rename, and --interactive leaves
 all of them to you.
 
-Files are written beside and put in place when they are whole: after a failure the old file
-stands there as it was.
+Files are written beside and put in place when they are whole: when a command fails, the old
+file stands there as it was. A box with a fault does not end a command: what the command was
+told to write is written, and the exit status is 1.
 
 Exit status
   0  done

@@ -205,12 +205,14 @@ void frmCPModif4::RefreshValues() {
         ShowRow(index, row);
         ++index;
     }
+    FitColumns(); // a value may have grown
 }
 
 void frmCPModif4::OkStep() {
     RunOkStep(L"error calculating CP value", [&] {
         for (const FieldRow& row : rows_) {
-            if (row.value != row.openingValue) {
+            // A structure's own editor has written it, or has told that it cannot be.
+            if (row.value != row.openingValue && row.genType != L"Struct") {
                 FetchField(Point(), row.place).SetValue(row.value);
             }
         }

@@ -56,7 +56,7 @@ is_number() { [[ $1 =~ ^[1-9][0-9]{0,8}$ ]]; }
 share_of() { printf '%d' $(($1 / $2 > 0 ? $1 / $2 : 1)); }
 
 command_fuzz() {
-    local seconds=${1:-120} seed=${2:-$((RANDOM * 32768 + RANDOM + 1))} subjects status=0
+    local seconds=${1:-120} seed=${2:-$(((RANDOM * 32768 + RANDOM) % 999999999 + 1))} subjects status=0
     if [[ $# -gt 2 ]] || ! is_number "$seconds" || ! is_number "$seed"; then
         die "fuzz takes the seconds that it may run, and a seed."
     fi

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what building and testing need on Debian 12. Says nothing and
+# Installs what building and testing need on Debian 12 and 13. Says nothing and
 # touches nothing when everything is there.
 #
 #   scripts/install-toolchain.sh           what build, run and test need

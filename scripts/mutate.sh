@@ -10,7 +10,7 @@ command_mutate() {
         options+=(--quick)
         shift
     fi
-    local count=${1:-40} seed=${2:-$((RANDOM * 32768 + RANDOM + 1))}
+    local count=${1:-40} seed=${2:-$(((RANDOM * 32768 + RANDOM) % 999999999 + 1))}
     if [[ $# -gt 2 ]] || ! is_number "$count" || ! is_number "$seed"; then
         die "mutate takes the number of changes, and a seed."
     fi

@@ -63,10 +63,14 @@ if ! $keep || [[ ! -d $system/etc ]]; then
     rm -rf "$system"
     mkdir -p "$system"
     printf 'Making a bare %s from %s\n' "$release" "$(archive)" >&2
-    if ! debootstrap --variant=minbase "$release" "$system" "$(archive)" >"$system.log" 2>&1; then
+    # Beside its place until it is whole: --keep takes no half system.
+    rm -rf "$system.part"
+    if ! debootstrap --variant=minbase "$release" "$system.part" "$(archive)" >"$system.log" 2>&1; then
         tail -n 20 "$system.log" >&2
         die "debootstrap could not make $release; all it said: $system.log"
     fi
+    rmdir "$system"
+    mv "$system.part" "$system"
 fi
 cp -L /etc/resolv.conf "$system/etc/resolv.conf"
 rm -rf "$system/root/clone"

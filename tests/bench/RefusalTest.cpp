@@ -89,7 +89,7 @@ TEST(ExportRefusalTest, ADumpThatIsNotWrittenIsAFailure) {
     const Json failed = Bench({L"export", SmallStream(), L"--debug-dump", L"--wire"}, 1);
     RemoveDirectoryW(dump.c_str());
     EXPECT_EQ(Json(), failed["dump"]);
-    EXPECT_EQ("the component did not write " + Narrow(dump), failed["error"]["description"]);
+    EXPECT_EQ(Json("the component did not write " + Narrow(dump)), failed["error"]["description"]);
 }
 
 } // namespace
