@@ -90,6 +90,7 @@ STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
 STDMETHODIMP CDBAppObject::Destroy() {
     // A load that is under way does not bring the collections back.
     streamLoads_.Begin();
+    projectLoads_.Begin();
     attributesBefore_.reset();
     parent_.Reset();
     inputs_.Reset();

@@ -176,6 +176,7 @@ dom::Document CDBAppObject::BuildExport() const {
 }
 
 STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
+    const auto kept = This<IAppObject>(); // the box and the compiler may drop the last reference
     return Get(value, [&] {
         const std::wstring path = DatabasePath();
         com::Ref<IDispatch> compiler;

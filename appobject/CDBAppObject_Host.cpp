@@ -40,6 +40,7 @@ HWND WindowOf(const VARIANT& handle) {
 } // namespace
 
 STDMETHODIMP CDBAppObject::Show() {
+    const auto kept = This<IAppObject>(); // what the host shows may drop the last reference
     isPlugInActive_ = true;
     Trap(L"IAppObject_Show Class Module CDBAppObject", L"Sub IAppObject_Show", [&] {
         if (!parent_) {

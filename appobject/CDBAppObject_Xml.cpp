@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 namespace tam {
 
@@ -209,9 +210,11 @@ class CDBAppObject::StreamLoad {
         }
         object.attributesBefore_ = attributes_->All().Count();
         object.projectLoads_.Begin(); // its flags are those of the outputs that go
-        object.inputs_ = inputs_;
-        object.outputs_ = outputs_;
-        object.attributes_ = attributes_;
+        // The old ones end when all three are replaced: ending a point lets go of
+        // objects of the host, which may load another stream then.
+        const com::Owned<CDBInputs> oldInputs = std::exchange(object.inputs_, inputs_);
+        const com::Owned<CDBOutputs> oldOutputs = std::exchange(object.outputs_, outputs_);
+        const com::Owned<CDBAttributes> oldAttributes = std::exchange(object.attributes_, attributes_);
     }
     ~StreamLoad() {
         if (object_.streamLoads_.IsLast(turn_)) {
@@ -221,8 +224,11 @@ class CDBAppObject::StreamLoad {
     StreamLoad(const StreamLoad&) = delete;
     StreamLoad& operator=(const StreamLoad&) = delete;
 
+    /// Throws when the load is over.
+    void GoOn() const { object_.streamLoads_.Check(turn_); }
+
     void LoadSections(const dom::Document& stream) const {
-        const auto goOn = [this] { object_.streamLoads_.Check(turn_); };
+        const auto goOn = [this] { GoOn(); };
         LoadSection(stream, kStreamInputs, *inputs_.Get(), &object_.AsOwner(), goOn);
         LoadSection(stream, kStreamOutputs, *outputs_.Get(), &object_.AsOwner(), goOn);
         LoadSection(stream, kStreamAttributes, *attributes_.Get(), &object_.AsOwner(), goOn);
@@ -249,6 +255,7 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         if (dom::HasDocumentType(stream)) {
             throw RunTimeError(RunTime::ObjectNotSet);
         }
+        load.GoOn();
         LoadStreamHeader(dom::Node(stream));
         definitionName_ = kStreamDefinition;
         load.LoadSections(stream);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <tuple>
 #include <utility>
 
 namespace tam {
@@ -64,7 +65,8 @@ class Mark {
     Mark& operator=(const Mark&) = delete;
 
     /// Puts it behind all that is posted by now.
-    void Post() const noexcept {
+    void Post() noexcept {
+        posted_ = GetTickCount();
         if (window_ != nullptr && PostMessageW(window_, WM_CLOSE, 0, 0) == FALSE) {
             DestroyWindow(window_);
         }
@@ -72,8 +74,12 @@ class Mark {
     /// False when another loop has come by it.
     bool Stands() const noexcept { return IsWindow(window_) != FALSE; }
     bool Is(const MSG& message) const noexcept { return message.hwnd == window_; }
+    /// Posted behind the mark, as its time tells. A loop that takes everything and
+    /// gives none of it to its window can lose the mark while the window stands.
+    bool IsBefore(const MSG& message) const noexcept { return static_cast<LONG>(message.time - posted_) > 0; }
 
   private:
+    DWORD posted_ = 0;
     HWND window_;
     HWND outer_;
 };
@@ -85,7 +91,7 @@ class Served {
   public:
     /// False when it has had its turn, and when too many have.
     bool Add(const MSG& message) noexcept {
-        const Entry entry(message.hwnd, message.message == WM_PAINT ? 0 : message.wParam);
+        const Entry entry(message.hwnd, message.message, message.message == WM_PAINT ? 0 : message.wParam);
         const auto end = entries_.begin() + static_cast<std::ptrdiff_t>(count_);
         if (count_ == entries_.size() || std::find(entries_.begin(), end, entry) != end) {
             return false;
@@ -95,7 +101,7 @@ class Served {
     }
 
   private:
-    using Entry = std::pair<HWND, WPARAM>;
+    using Entry = std::tuple<HWND, UINT, WPARAM>;
     std::array<Entry, kMost> entries_{};
     std::size_t count_ = 0;
 };
@@ -104,14 +110,39 @@ class Served {
 /// `time` is then the mark's.
 bool HandlePosted(const Mark& mark, DWORD& time) {
     MSG message;
-    while (mark.Stands() && Take(message, kPosted)) {
+    bool isBehind = false;
+    while (!isBehind && mark.Stands() && Take(message, kPosted)) {
         if (mark.Is(message)) {
             time = message.time;
             return true;
         }
+        isBehind = mark.IsBefore(message);
         Handle(message);
     }
     return false;
+}
+
+/// Handles a message, and the characters that a key makes right behind it: they
+/// are posted, and would come after all other keys that wait.
+void HandleWithCharacters(const MSG& message) {
+    Handle(message);
+    constexpr int kMostCharacters = 4;
+    constexpr std::array<std::pair<UINT, UINT>, 2> kKinds{
+        {{WM_KEYDOWN, WM_CHAR}, {WM_SYSKEYDOWN, WM_SYSCHAR}}};
+    for (const auto& [key, first] : kKinds) {
+        const bool makesThem = message.message == key;
+        MSG character;
+        for (int i = 0; makesThem && i < kMostCharacters; ++i) {
+            if (PeekMessageW(&character, message.hwnd, first, first + 1, PM_REMOVE | kPosted) == FALSE) {
+                break;
+            }
+            if (character.message == WM_QUIT) {
+                PostQuitMessage(static_cast<int>(character.wParam));
+                break;
+            }
+            DispatchMessageW(&character);
+        }
+    }
 }
 
 /// Keys and mouse come with their time. The clock is a coarse one, and a program
@@ -119,7 +150,7 @@ bool HandlePosted(const Mark& mark, DWORD& time) {
 void HandleInput(DWORD until) {
     MSG message;
     for (std::size_t i = 0; i < kMost && Take(message, kInput); ++i) {
-        Handle(message);
+        HandleWithCharacters(message);
         if (static_cast<LONG>(message.time - until) > 0) {
             return;
         }
@@ -144,12 +175,12 @@ void YieldToHost() {
     if (!Take(first, kAnything)) { // a call to the system, and the only one where nothing waits
         return;
     }
-    const Mark mark; // before anything is handled: what a handler posts stands behind it
+    Mark mark; // before anything is handled: what a handler posts stands behind it
     Served served;
     if (first.message == WM_PAINT || first.message == WM_TIMER) {
         served.Add(first);
     }
-    Handle(first);
+    HandleWithCharacters(first);
     DWORD time = 0;
     if (!HandlePosted(mark, time)) {
         return; // the loop that came by the mark has handled what waited

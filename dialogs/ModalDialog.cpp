@@ -63,6 +63,9 @@ bool ModalDialog::Show(int resource) noexcept {
 void ModalDialog::ShowOrThrow(int resource) {
     const bool shown = Show(resource);
     const HRESULT result = HRESULT_FROM_WIN32(GetLastError());
+    if (openingFailure_ && openingFailure_->isCallees) {
+        throw com::CallError(openingFailure_->code, openingFailure_->info); // as the callee told it, or not
+    }
     if (openingFailure_) {
         throw RunTimeError(static_cast<std::int32_t>(openingFailure_->code), openingFailure_->Source(),
                            openingFailure_->Description());

@@ -44,14 +44,14 @@ STDMETHODIMP InterceptorLink::GetTypeInfo(UINT index, LCID locale, ITypeInfo** i
 STDMETHODIMP InterceptorLink::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
                                             DISPID* ids) {
     const auto target = Target();
-    return target ? target->GetIDsOfNames(iid, names, count, locale, ids) : CO_E_OBJNOTCONNECTED;
+    return target ? target->GetIDsOfNames(iid, names, count, locale, ids) : com::Refuse(CO_E_OBJNOTCONNECTED);
 }
 
 STDMETHODIMP InterceptorLink::Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* params,
                                      VARIANT* result, EXCEPINFO* exception, UINT* argumentError) {
     const auto target = Target();
     return target ? target->Invoke(id, iid, locale, flags, params, result, exception, argumentError)
-                  : CO_E_OBJNOTCONNECTED;
+                  : com::Refuse(CO_E_OBJNOTCONNECTED);
 }
 
 STDMETHODIMP InterceptorLink::InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) {

@@ -22,20 +22,24 @@ constexpr const wchar_t* kConfiguration = L"AppObject/TAMConfig";
 constexpr const wchar_t* kName = L"Name";
 constexpr const wchar_t* kVisible = L"Visible";
 
-/// Puts an element with a text node before the first child of another.
-void PrependText(const dom::Document& document, const dom::Node& parent, const wchar_t* name,
-                 const std::wstring& text) {
+/// An element with a text node, in no place yet.
+dom::Element NewText(const dom::Document& document, const wchar_t* name, const std::wstring& text) {
     dom::Element element;
     com::Call(document, &IXMLDOMDocument::createElement, com::Bstr(name).Get(), element.Put());
+    com::Ref<IXMLDOMText> content;
+    com::Call(document, &IXMLDOMDocument::createTextNode, com::Bstr(text).Get(), content.Put());
+    com::Call(element, &IXMLDOMNode::appendChild, content.Get(), nullptr);
+    return element;
+}
+
+/// Puts an element before the first child of another.
+void Prepend(const dom::Node& parent, const dom::Element& element) {
     dom::Node first;
     com::Call(parent, &IXMLDOMNode::get_firstChild, first.Put());
     VARIANT before{};                         // borrowed for the call
     before.vt = first ? VT_UNKNOWN : VT_NULL; // nothing there: at the end
     before.punkVal = first.Get();
     com::Call(parent, &IXMLDOMNode::insertBefore, element.Get(), before, nullptr);
-    com::Ref<IXMLDOMText> content;
-    com::Call(document, &IXMLDOMDocument::createTextNode, com::Bstr(text).Get(), content.Put());
-    com::Call(element, &IXMLDOMNode::appendChild, content.Get(), nullptr);
 }
 
 void SetVisible(IDispatch& item, bool visible) {
@@ -159,8 +163,10 @@ STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* doc
         com::Call(dom::NodeOf(parentNode), &IXMLDOMNode::get_lastChild, saved.Put());
         com::CheckSet(saved.Get());
         const dom::Document target = dom::DocumentOf(document);
-        PrependText(target, saved, kObjectKeyElement, internalObjectKey_);
-        PrependText(target, saved, kDeviceKeyElement, deviceKey);
+        const dom::Element objectKey = NewText(target, kObjectKeyElement, internalObjectKey_);
+        const dom::Element ownDeviceKey = NewText(target, kDeviceKeyElement, deviceKey);
+        Prepend(saved, objectKey);
+        Prepend(saved, ownDeviceKey);
     });
 }
 

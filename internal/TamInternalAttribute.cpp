@@ -9,6 +9,7 @@ STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
 }
 
 STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
+    const auto kept = This<IAttribute>(); // the inner attribute may drop the last reference
     return Do([&] {
         com::Call(inner_, &IAttribute::put_Value, value);
         const auto parent = ParentOf(Owner());

@@ -24,6 +24,7 @@ void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR va
 } // namespace
 
 STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
+    const auto kept = This<IInput>(); // the inner input may drop the last reference
     return Do([&] {
         com::Call(inner_, &IInput::put_Value, value);
         const auto parent = ParentOf(Owner());

@@ -123,6 +123,7 @@ STDMETHODIMP CDBAttribute::put_Value(BSTR value) {
 }
 
 STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
+    const auto kept = This<_CDBAttribute>(); // a box that a type shows may drop the last reference
     Trap(kModule, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
             if (UpperCase(dom::BaseName(child)) == kSavedType) {
@@ -175,6 +176,7 @@ STDMETHODIMP CDBAttribute::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
+    const auto kept = This<_CDBAttribute>(); // the host that is asked may drop the last reference
     return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 

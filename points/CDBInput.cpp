@@ -92,6 +92,7 @@ STDMETHODIMP CDBInput::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {
+    const auto kept = This<_CDBInput>(); // the host that is asked may drop the last reference
     return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 

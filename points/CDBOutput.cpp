@@ -117,6 +117,7 @@ STDMETHODIMP CDBOutput::get_ExtendedKey(BSTR* value) {
 }
 
 STDMETHODIMP CDBOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
+    const auto kept = This<_CDBOutput>(); // the host that is asked may drop the last reference
     return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 

@@ -216,8 +216,12 @@ TEST(InspectTest, RefusesDocumentsWithADocumentType) {
     EXPECT_EQ("LoadFromXmlStream", failed["error"]["step"]);
     const std::wstring catalogue =
         WrittenFile(L"growing.cat", type + "<C><SNVT_105><Name>" + references + "</Name></SNVT_105></C>");
-    EXPECT_EQ(Json(Narrow(catalogue) + " has a document type (DTD), which is not accepted"),
-              Bench({L"types", L"--catalogue", catalogue}, 1)["error"]["description"]);
+    const auto told =
+        Bench({L"types", L"--catalogue", catalogue}, 1)["error"]["description"].get<std::string>();
+    // Some parsers refuse entities that grow before the bench can, in words of their own.
+    const bool byParser = told.starts_with(Narrow(catalogue) + " is no XML document: ");
+    EXPECT_TRUE(byParser || told == Narrow(catalogue) + " has a document type (DTD), which is not accepted")
+        << told;
 }
 
 TEST(TypesTest, ReadsAnotherCatalogue) {

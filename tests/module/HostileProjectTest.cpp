@@ -159,6 +159,16 @@ TEST_F(HostileProjectTest, EndsWhenAnotherIsReadMeanwhile) {
     ExpectLoadReport(L"The load was ended, because the object was loaded again or destroyed meanwhile");
 }
 
+TEST_F(HostileProjectTest, EndsWithDestroy) {
+    const auto module = WithOutputs();
+    const OnYield loading([&] { EXPECT_EQ(module->Destroy(), S_OK); });
+    LoadProject(module,
+                L"<Valve><OutReferences><Out1>0</Out1></OutReferences><UserName>Late</UserName></Valve>");
+    EXPECT_TRUE(loading.Ran());
+    EXPECT_NE(UserName(module), L"Late");
+    ExpectLoadReport(L"The load was ended, because the object was loaded again or destroyed meanwhile");
+}
+
 TEST_F(HostileProjectTest, MayBeDeep) {
     const Document document = Parse(L"<Valve><UserName/><OutReferences><Out1/></OutReferences></Valve>");
     for (const wchar_t* path : {L"Valve/UserName", L"Valve/OutReferences/Out1"}) {

@@ -167,13 +167,13 @@ TEST_F(CDBAppObjectXmlLoadTest, ReportsAReferenceAfterDestroy) {
     ExpectLoadReport(kObjectNotSetText);
 }
 
-TEST_F(CDBAppObjectXmlLoadTest, ReportsAReferenceWhenTheHostDropsTheOutputsMeanwhile) {
+TEST_F(CDBAppObjectXmlLoadTest, EndsWhenTheHostDestroysTheObjectMeanwhile) {
     const auto module = WithOutputs();
     OnYield turn([&] { module->Destroy(); });
     LoadProject(module, L"<Valve><UserName>Mine</UserName><OutReferences><Out1>1</Out1></OutReferences>"
                         L"<DevKey>D1</DevKey></Valve>");
     EXPECT_TRUE(turn.Ran());
-    ExpectLoadReport(kObjectNotSetText);
+    ExpectLoadReport(L"The load was ended, because the object was loaded again or destroyed meanwhile");
     EXPECT_EQ(Text(module, &IAppObject::get_UserName), L"Mine");
     EXPECT_EQ(Text(module.As<ITamObject>(), &ITamObject::get_DeviceKey), L"");
 }

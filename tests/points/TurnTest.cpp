@@ -3,6 +3,8 @@
 #include "tests/support/BusyHosts.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,6 +14,13 @@ using namespace support;
 using namespace points;
 
 namespace {
+
+int expired = 0;
+
+LRESULT CALLBACK CountTimer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    expired += message == WM_TIMER ? 1 : 0;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
 
 using List = com::Ref<ICompatibleSNVTs>;
 
@@ -114,6 +123,42 @@ TEST_F(TurnTest, HandlesKeysThatWaitBehindPostedMessages) {
     EXPECT_EQ(heard, 1);
     EXPECT_EQ(SendMessageW(box, EM_GETSEL, 0, 0), 0) << "the caret has gone home";
     DestroyWindow(box);
+}
+
+TEST_F(TurnTest, HandlesEachKeysCharacterBeforeTheNextKey) {
+    const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
+                                     nullptr, nullptr, nullptr, nullptr);
+    SetForegroundWindow(box);
+    SetFocus(box);
+    GiveTurn();
+    std::array<INPUT, 6> keys{};
+    const std::array<WORD, 3> typed{'A', VK_HOME, 'B'};
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        keys[i].type = INPUT_KEYBOARD;
+        keys[i].ki.wVk = typed[i / 2];
+        keys[i].ki.dwFlags = i % 2 == 0 ? 0 : KEYEVENTF_KEYUP;
+    }
+    ASSERT_EQ(SendInput(static_cast<UINT>(keys.size()), keys.data(), sizeof(INPUT)), keys.size());
+    GiveTurn();
+    GiveTurn();
+    std::array<wchar_t, 8> text{};
+    GetWindowTextW(box, text.data(), static_cast<int>(text.size()));
+    EXPECT_EQ(std::wstring(text.data()), L"ba");
+    DestroyWindow(box);
+}
+
+TEST_F(TurnTest, GivesATimerWithoutANumberItsTurnBesideThePaintOfItsWindow) {
+    expired = 0;
+    const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
+                                        nullptr, nullptr, nullptr, nullptr);
+    GiveTurn();
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountTimer));
+    SetTimer(window, 0, 10, nullptr);
+    Sleep(30);
+    InvalidateRect(window, nullptr, TRUE);
+    GiveTurn();
+    EXPECT_EQ(expired, 1);
+    DestroyWindow(window);
 }
 
 TEST_F(TurnTest, LeavesWhatAHandlerPostsForTheNext) {
