@@ -74,11 +74,15 @@ class Mark {
     /// False when another loop has come by it.
     bool Stands() const noexcept { return IsWindow(window_) != FALSE; }
     bool Is(const MSG& message) const noexcept { return message.hwnd == window_; }
-    /// Posted behind the mark, as its time tells. A loop that takes everything and
-    /// gives none of it to its window can lose the mark while the window stands.
-    bool IsBefore(const MSG& message) const noexcept { return static_cast<LONG>(message.time - posted_) > 0; }
+    /// Posted well behind the mark, as its time tells: the clocks of messages and
+    /// of GetTickCount may be a step apart, and what waited must not be left. A loop that takes everything
+    /// and gives none of it to its window can lose the mark while the window stands.
+    bool IsBefore(const MSG& message) const noexcept {
+        return static_cast<LONG>(message.time - posted_) > kClockStep;
+    }
 
   private:
+    static constexpr LONG kClockStep = 50; // milliseconds
     DWORD posted_ = 0;
     HWND window_;
     HWND outer_;
