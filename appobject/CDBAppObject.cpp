@@ -2,8 +2,8 @@
 
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
-#include "common/Numbers.h"
-#include "points/PointKeys.h"
+#include "core/Numbers.h"
+#include "core/PointKeys.h"
 
 #include <algorithm>
 #include <memory>
@@ -48,7 +48,7 @@ CDBAppObject::CDBAppObject()
     : inputs_(CDBInputs::Make(AsOwner()))
     , outputs_(CDBOutputs::Make(AsOwner()))
     , attributes_(CDBAttributes::Make(AsOwner())) {
-    State().AppPath = com::ThisModule().Folder();
+    State().AppPath = com::ThisDll().Folder();
     InitDecimalSeparator();
     unitsManager_ = com::CreateByProgId(kConverterProgId);
 }
@@ -100,7 +100,7 @@ STDMETHODIMP CDBAppObject::Destroy() {
 }
 
 STDMETHODIMP CDBAppObject::get_ProgrammaticID(BSTR* value) {
-    return Get(value, [&] { return com::ThisModule().Name() + L".CDBAppObject"; });
+    return Get(value, [&] { return com::ThisDll().Name() + L".CDBAppObject"; });
 }
 
 STDMETHODIMP CDBAppObject::putref_XmlSNVTDoc(IDispatch* value) {

@@ -1,16 +1,16 @@
 #include "appobject/CDBAppObject.h"
 
-#include "common/Case.h"
+#include "com/DocumentType.h"
 #include "common/ComponentState.h"
-#include "common/DocumentType.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
+#include "core/Case.h"
 
 namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAppObject";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAppObject";
 constexpr std::int32_t kDefinitionError = static_cast<std::int32_t>(0x80040201u);
 constexpr long kReadyStateComplete = 4;
 
@@ -25,7 +25,7 @@ constexpr const wchar_t* kDataSizes = L"DATASIZES";
 constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
 
 [[noreturn]] void ThrowDefinitionError(std::wstring_view line, std::wstring_view reason) {
-    throw RunTimeError(kDefinitionError, com::ThisModule().Name(),
+    throw RunTimeError(kDefinitionError, com::ThisDll().Name(),
                        std::wstring(line) + L"\r" + std::wstring(reason));
 }
 
@@ -101,7 +101,7 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
 }
 
 void CDBAppObject::GetBasicInfos() noexcept {
-    Trap(kModule, L"Sub pGetBasicInfos", [&] {
+    Trap(kReportClass, L"Sub pGetBasicInfos", [&] {
         const dom::Node root = dom::FirstByTagName(definition_, kAppObject);
         com::CheckSet(root.Get());
         dom::ForEachChildButComments(root, [&](const dom::Node& child) {
@@ -126,7 +126,7 @@ void CDBAppObject::GetBasicInfos() noexcept {
 }
 
 void CDBAppObject::GetDataSizes(const dom::Node& element) noexcept {
-    Trap(kModule, L"Sub pGetDataSizes", [&] {
+    Trap(kReportClass, L"Sub pGetDataSizes", [&] {
         DataSizeTable& table = State().DataSizes;
         table.Begin();
         // A comment is no row: its name has no number, which ends the reading.

@@ -3,9 +3,9 @@
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
 #include "common/MessageLoop.h"
-#include "common/Numbers.h"
 #include "common/Report.h"
-#include "points/PointKeys.h"
+#include "core/Numbers.h"
+#include "core/PointKeys.h"
 
 #include <array>
 #include <set>

@@ -1,11 +1,11 @@
 #include "appobject/CDBAppObject.h"
 
 #include "appobject/Pictures.h"
+#include "com/Required.h"
 #include "com/VariantReference.h"
 #include "common/ComponentState.h"
 #include "common/Report.h"
-#include "common/Required.h"
-#include "component/resource.h"
+#include "common/resource.h"
 
 #include <shellapi.h>
 

@@ -1,10 +1,10 @@
 #include "appobject/CDBAppObject.h"
 
-#include "common/Case.h"
-#include "common/DocumentType.h"
+#include "com/DocumentType.h"
 #include "common/MessageLoop.h"
-#include "common/Numbers.h"
 #include "common/Report.h"
+#include "core/Case.h"
+#include "core/Numbers.h"
 
 #include <algorithm>
 #include <functional>
@@ -14,7 +14,7 @@ namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAppObject";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAppObject";
 /// The component's name, which an object loaded from a stream takes as its definition's.
 constexpr const wchar_t* kStreamDefinition = L"O_Tam_id";
 
@@ -78,7 +78,7 @@ void LoadSection(const dom::Document& stream, const wchar_t* path, Collection& c
 } // namespace
 
 STDMETHODIMP CDBAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
-    Trap(kModule, L"Sub IAppObject_XMLSave", [&] {
+    Trap(kReportClass, L"Sub IAppObject_XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
         const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), definitionName_));
         dom::AppendText(target, element, kUserName, userName_);
@@ -110,7 +110,7 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
 
 STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
     const auto kept = This<IAppObject>(); // a message of the host may drop the last reference
-    Trap(kModule, L"Sub IAppObject_XmlLoad", [&] {
+    Trap(kReportClass, L"Sub IAppObject_XmlLoad", [&] {
         const dom::Node project = dom::NodeOf(element);
         const LoadTurns::Turn turn = projectLoads_.Begin();
         dom::ForEachChild(project, [&](const dom::Node& child) {

@@ -1,7 +1,7 @@
 #include "appobject/Pictures.h"
 
 #include "com/Boundary.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 
 #include <olectl.h>
 #include <shlwapi.h>
@@ -31,7 +31,7 @@ com::Ref<IDispatch> PictureFromFile(const std::wstring& path) {
 }
 
 com::Ref<IDispatch> PictureFromIcon(const wchar_t* resource) {
-    const HICON icon = LoadIconW(com::ThisModule().Instance(), resource);
+    const HICON icon = LoadIconW(com::ThisDll().Instance(), resource);
     if (icon == nullptr) {
         com::Check(HRESULT_FROM_WIN32(GetLastError()));
     }

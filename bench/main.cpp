@@ -7,7 +7,7 @@
 #include "bench/Report.h"
 #include "bench/Text.h"
 #include "com/Boundary.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 
 #include <windows.h>
 
@@ -123,7 +123,7 @@ int main() {
     _setmode(_fileno(stderr), _O_BINARY);
     int status = bench::kFailed;
     const auto failure = com::Attempt([&] {
-        com::ThisModule().Attach(GetModuleHandleW(nullptr));
+        com::ThisDll().Attach(GetModuleHandleW(nullptr));
         if (const auto options = bench::ReadCommandLine(status)) {
             status = bench::Run(*options);
         }

@@ -1,7 +1,7 @@
 #include "com/Boundary.h"
 
-#include "com/Module.h"
-#include "common/RunTimeError.h"
+#include "com/Dll.h"
+#include "core/RunTimeError.h"
 
 #include <new>
 
@@ -86,7 +86,7 @@ std::wstring Failure::Description() const {
 }
 
 std::wstring Failure::Source() const {
-    return source.empty() ? ThisModule().Name() : source;
+    return source.empty() ? ThisDll().Name() : source;
 }
 
 HRESULT Publish(const Failure& failure, REFIID iid) noexcept {

@@ -1,7 +1,7 @@
 #include "com/Conversion.h"
 
 #include "com/Boundary.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "com/Ref.h"
 
 #include <windows.h>

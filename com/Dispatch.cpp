@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/CallArguments.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 
 namespace com {
 
@@ -73,7 +73,7 @@ HRESULT InvokeAs(const FaceEntry& face, const TypeEntry& type, DISPID id, WORD f
 /// also found by a plain assignment, and the other way round: script languages
 /// do not agree on which of the two they use for objects.
 HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Request& call) {
-    const TypeEntry& type = ThisModule().Type(*face.iid);
+    const TypeEntry& type = ThisDll().Type(*face.iid);
     if (!type.info) {
         return type.result;
     }
@@ -88,7 +88,7 @@ HRESULT InvokeOne(const FaceEntry& face, DISPID id, const Request& call) {
 /// The name of member `id` in whichever interface has it; empty when none has.
 Bstr NameOf(std::span<const FaceEntry> faces, DISPID id) {
     for (const FaceEntry& face : faces) {
-        const TypeEntry& type = ThisModule().Type(*face.iid);
+        const TypeEntry& type = ThisDll().Type(*face.iid);
         Bstr name;
         UINT count = 0;
         if (type.info && SUCCEEDED(type.info->GetNames(id, name.Put(), 1, &count)) && count == 1) {
@@ -106,7 +106,7 @@ HRESULT InvokeByName(std::span<const FaceEntry> faces, DISPID id, const Request&
         return DISP_E_MEMBERNOTFOUND;
     }
     for (const FaceEntry& face : faces) {
-        const TypeEntry& type = ThisModule().Type(*face.iid);
+        const TypeEntry& type = ThisDll().Type(*face.iid);
         DISPID other = DISPID_UNKNOWN;
         BSTR text = name.Get();
         if (!type.info || FAILED(type.info->GetIDsOfNames(&text, 1, &other)) || other == id) {
@@ -144,7 +144,7 @@ HRESULT GetFaceTypeInfo(const IID& iid, UINT index, ITypeInfo** info) noexcept {
         return E_POINTER;
     }
     *info = nullptr;
-    return index != 0 ? DISP_E_BADINDEX : ThisModule().TypeInfo(iid, info);
+    return index != 0 ? DISP_E_BADINDEX : ThisDll().TypeInfo(iid, info);
 }
 
 HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID reserved, LPOLESTR* names,
@@ -158,7 +158,7 @@ HRESULT GetFaceIds(std::span<const FaceEntry> faces, std::size_t own, REFIID res
     HRESULT answer = E_UNEXPECTED;
     const auto failure = Attempt([&] {
         answer = OwnFirst(faces, own, DISP_E_UNKNOWNNAME, [&](const FaceEntry& face) {
-            const TypeEntry& type = ThisModule().Type(*face.iid);
+            const TypeEntry& type = ThisDll().Type(*face.iid);
             if (!type.info) {
                 return type.result;
             }

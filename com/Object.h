@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Dispatch.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "com/Ref.h"
 
 #include <windows.h>
@@ -90,7 +90,7 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         return ((iid == __uuidof(typename Faces_::Interface)) || ...) ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override {
-        return info == nullptr ? E_POINTER : ThisModule().TypeInfo(Derived::ClassId(), info);
+        return info == nullptr ? E_POINTER : ThisDll().TypeInfo(Derived::ClassId(), info);
     }
 
     std::array<FaceEntry, sizeof...(Faces_)> Faces() noexcept {

@@ -1,7 +1,7 @@
 #include "com/Registration.h"
 
 #include "com/Boundary.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "com/Registry.h"
 
 #include <set>
@@ -160,7 +160,7 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
     plan.Value(library.key + L"\\1.0", std::wstring(help.View()));
     plan.Value(library.key + L"\\1.0\\0\\win32", library.path);
     plan.Value(library.key + L"\\1.0\\FLAGS", L"0");
-    plan.Value(library.key + L"\\1.0\\HELPDIR", ThisModule().Folder());
+    plan.Value(library.key + L"\\1.0\\HELPDIR", ThisDll().Folder());
     const std::wstring id = IdOf(types);
     for (UINT i = 0; i < types.GetTypeInfoCount(); ++i) {
         Ref<ITypeInfo> info;
@@ -181,7 +181,7 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
 
 Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
     Plan plan;
-    const std::wstring file = ThisModule().FilePath();
+    const std::wstring file = ThisDll().FilePath();
     std::vector<Library> libraries;
     for (int resource = 1; resource <= server.libraries; ++resource) {
         libraries.push_back(LoadLibraryResource(file, resource));

@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Counted.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 
 #include <string_view>
 
@@ -26,9 +26,9 @@ class ClassFactory final : public Counted<IClassFactory> {
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
         if (lock == FALSE) {
-            return ThisModule().Unlock() ? S_OK : E_UNEXPECTED;
+            return ThisDll().Unlock() ? S_OK : E_UNEXPECTED;
         }
-        ThisModule().Lock();
+        ThisDll().Lock();
         return S_OK;
     }
 
@@ -58,7 +58,7 @@ HRESULT GetClassObject(const ServerInfo& server, REFCLSID clsid, REFIID iid, voi
 }
 
 HRESULT CanUnloadNow() noexcept {
-    return ThisModule().CanUnload() ? S_OK : S_FALSE;
+    return ThisDll().CanUnload() ? S_OK : S_FALSE;
 }
 
 HRESULT RegisterServer(const ServerInfo& server, Scope scope) noexcept {

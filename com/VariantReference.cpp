@@ -1,7 +1,7 @@
 #include "com/VariantReference.h"
 
 #include "com/Boundary.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace com {
 

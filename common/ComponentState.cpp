@@ -2,8 +2,8 @@
 
 #include "com/Boundary.h"
 #include "com/Conversion.h"
-#include "com/Module.h"
-#include "points/ValueText.h"
+#include "com/Dll.h"
+#include "core/ValueText.h"
 
 #include <cstddef>
 #include <new>
@@ -34,7 +34,7 @@ void InitDecimalSeparator() {
 
 std::wstring ResourceText(unsigned id) {
     const wchar_t* text = nullptr;
-    const int length = LoadStringW(com::ThisModule().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
+    const int length = LoadStringW(com::ThisDll().Instance(), id, reinterpret_cast<wchar_t*>(&text), 0);
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "com/Ref.h"
-#include "common/DataSizeTable.h"
+#include "core/DataSizeTable.h"
 
 #include <windows.h>
 

@@ -6,6 +6,14 @@
 
 namespace tam {
 
+namespace {
+ErrorReportDialog showErrorReport = nullptr;
+} // namespace
+
+void SetErrorReportDialog(ErrorReportDialog show) noexcept {
+    showErrorReport = show;
+}
+
 void Report(const com::Failure& failure, std::wstring_view callingObject,
             std::wstring_view callingFunction) noexcept {
     com::Attempt([&] {
@@ -15,7 +23,7 @@ void Report(const com::Failure& failure, std::wstring_view callingObject,
         report.callingObject = callingObject;
         report.callingFunction = callingFunction;
         report.source = failure.Source();
-        ShowErrorReport(report);
+        showErrorReport(report);
     });
 }
 

@@ -19,9 +19,13 @@ struct ErrorReport {
     std::wstring source;
 };
 
-/// Shows the report as a modal dialog. Traps nothing and throws nothing: it is
-/// the end of every error path. Lies with the dialogs.
-void ShowErrorReport(const ErrorReport& report) noexcept;
+/// Shows a report as a modal dialog. Traps nothing and throws nothing: it is the
+/// end of every error path.
+using ErrorReportDialog = void (*)(const ErrorReport& report) noexcept;
+
+/// Hands the dialog down to the reports, which lie below the dialogs. Called once,
+/// before any other code of the component runs.
+void SetErrorReportDialog(ErrorReportDialog show) noexcept;
 
 /// Shows what was trapped in a member.
 void Report(const com::Failure& failure, std::wstring_view callingObject,

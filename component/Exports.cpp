@@ -1,7 +1,9 @@
-#include "com/Module.h"
+#include "com/Dll.h"
+#include "com/LackOfMemory.h"
 #include "com/Server.h"
-#include "common/MemoryReserve.h"
+#include "common/Report.h"
 #include "component/Classes.h"
+#include "dialogs/frmError.h"
 
 #include <windows.h>
 
@@ -9,8 +11,9 @@
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void*) {
     if (reason == DLL_PROCESS_ATTACH) {
-        com::ThisModule().Attach(instance);
+        com::ThisDll().Attach(instance);
         tam::PrepareForLackOfMemory();
+        tam::SetErrorReportDialog(&tam::ShowErrorReport);
         DisableThreadLibraryCalls(instance);
     }
     return TRUE;

@@ -3,7 +3,7 @@
 #include "com/Boundary.h"
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
-#include "dialogs/ShownValue.h"
+#include "core/ShownValue.h"
 
 #include <cstddef>
 #include <span>

@@ -1,8 +1,8 @@
 #include "dialogs/LongTextBox.h"
 
 #include "com/Boundary.h"
+#include "core/LongText.h"
 #include "dialogs/Clipboard.h"
-#include "dialogs/LongText.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "dialogs/ModalDialog.h"
 
-#include "com/Module.h"
-#include "common/RunTimeError.h"
+#include "com/Dll.h"
+#include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -22,7 +22,7 @@ HANDLE ComponentContext() noexcept {
         ACTCTXW request{};
         request.cbSize = sizeof(request);
         request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
-        request.hModule = com::ThisModule().Instance();
+        request.hModule = com::ThisDll().Instance();
         request.lpResourceName = MAKEINTRESOURCEW(kManifest);
         return CreateActCtxW(&request);
     }();
@@ -54,7 +54,7 @@ bool ModalDialog::Show(int resource) noexcept {
     firstFocus_ = 0;
     openingFailure_.reset();
     const INT_PTR result =
-        DialogBoxParamW(com::ThisModule().Instance(), MAKEINTRESOURCEW(resource), GetActiveWindow(),
+        DialogBoxParamW(com::ThisDll().Instance(), MAKEINTRESOURCEW(resource), GetActiveWindow(),
                         &ModalDialog::Procedure, reinterpret_cast<LPARAM>(this));
     window_ = nullptr;
     return result != -1;

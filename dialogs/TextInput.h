@@ -1,7 +1,7 @@
 #pragma once
 
 #include "com/Boundary.h"
-#include "dialogs/EditText.h"
+#include "core/EditText.h"
 
 #include <windows.h>
 

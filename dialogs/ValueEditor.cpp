@@ -1,11 +1,11 @@
 #include "dialogs/ValueEditor.h"
 
+#include "core/StructureEditorState.h"
 #include "dialogs/frmCPModif1.h"
 #include "dialogs/frmCPModif2.h"
 #include "dialogs/frmCPModif3.h"
 #include "dialogs/frmCPModif4.h"
 #include "dialogs/frmCPModif5.h"
-#include "dialogs/StructureEditorState.h"
 
 namespace tam {
 

@@ -2,7 +2,7 @@
 
 #include "common/ComponentState.h"
 #include "common/Report.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace tam {
 

@@ -1,8 +1,8 @@
 #include "dialogs/frmAbout.h"
 
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "common/ComponentState.h"
-#include "component/resource.h"
+#include "common/resource.h"
 #include "dialogs/ModalDialog.h"
 
 #include <string>
@@ -15,7 +15,7 @@ namespace {
 /// The fixed part of the component's own version resource.
 VS_FIXEDFILEINFO FileVersion() {
     VS_FIXEDFILEINFO version{};
-    const std::wstring path = com::ThisModule().FilePath();
+    const std::wstring path = com::ThisDll().FilePath();
     DWORD ignored = 0;
     const DWORD size = GetFileVersionInfoSizeW(path.c_str(), &ignored);
     std::vector<BYTE> data(size);
@@ -41,7 +41,7 @@ class frmAbout final : public ModalDialog {
         SetWindowTextW(Window(), (L"About " + ComponentTitle()).c_str());
         SetText(IDC_ABOUT_TITLE, ComponentTitle());
         SetText(IDC_ABOUT_VERSION, VersionText());
-        const HICON logo = LoadIconW(com::ThisModule().Instance(), TAM_ICON_LOGO);
+        const HICON logo = LoadIconW(com::ThisDll().Instance(), TAM_ICON_LOGO);
         SendMessageW(Control(IDC_ABOUT_LOGO), STM_SETICON, reinterpret_cast<WPARAM>(logo), 0);
     }
     bool OnCommand(int control, int) override {

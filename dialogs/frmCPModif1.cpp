@@ -2,10 +2,10 @@
 
 #include "com/Conversion.h"
 #include "common/ComponentState.h"
+#include "common/mSNVTDataConversion.h"
 #include "common/Report.h"
-#include "component/resource.h"
-#include "dialogs/ShownValue.h"
-#include "points/mSNVTDataConversion.h"
+#include "common/resource.h"
+#include "core/ShownValue.h"
 
 namespace tam {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/NumericEditorState.h"
+#include "core/NumericEditorState.h"
 #include "dialogs/TextInput.h"
 #include "dialogs/ValueForm.h"
 

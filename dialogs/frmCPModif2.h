@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/TextEditorState.h"
+#include "core/TextEditorState.h"
 #include "dialogs/TextInput.h"
 #include "dialogs/ValueForm.h"
 

@@ -1,7 +1,7 @@
 #include "dialogs/frmCPModif3.h"
 
-#include "common/RunTimeError.h"
-#include "component/resource.h"
+#include "common/resource.h"
+#include "core/RunTimeError.h"
 
 #include <cstddef>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/EnumEditorState.h"
+#include "core/EnumEditorState.h"
 #include "dialogs/ValueForm.h"
 
 #include <optional>

@@ -2,8 +2,8 @@
 
 #include "common/ComponentState.h"
 #include "common/Report.h"
-#include "component/resource.h"
-#include "dialogs/StructureEditorState.h"
+#include "common/resource.h"
+#include "core/StructureEditorState.h"
 
 #include <commctrl.h>
 

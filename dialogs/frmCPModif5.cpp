@@ -1,6 +1,6 @@
 #include "dialogs/frmCPModif5.h"
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "dialogs/BitAccessible.h"
 
 #include <algorithm>

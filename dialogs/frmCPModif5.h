@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dialogs/BitEditorState.h"
+#include "core/BitEditorState.h"
 #include "dialogs/ValueForm.h"
 
 #include <cstddef>

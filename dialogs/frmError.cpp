@@ -1,7 +1,7 @@
 #include "dialogs/frmError.h"
 
 #include "common/Report.h"
-#include "component/resource.h"
+#include "common/resource.h"
 
 namespace tam {
 

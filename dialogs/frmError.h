@@ -1,6 +1,7 @@
 #pragma once
 
-#include "dialogs/ErrorReportState.h"
+#include "common/Report.h"
+#include "core/ErrorReportState.h"
 #include "dialogs/LongTextBox.h"
 #include "dialogs/ModalDialog.h"
 
@@ -28,5 +29,8 @@ class frmError final : public ModalDialog {
     int fullHeight_ = 0;
     int foldedHeight_ = 0;
 };
+
+/// Shows a report; what SetErrorReportDialog is given.
+void ShowErrorReport(const ErrorReport& report) noexcept;
 
 } // namespace tam

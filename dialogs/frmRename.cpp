@@ -3,7 +3,7 @@
 #include "com/Boundary.h"
 #include "common/ComponentState.h"
 #include "common/Report.h"
-#include "component/resource.h"
+#include "common/resource.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/RenameState.h"
 #include "dialogs/ModalDialog.h"
-#include "dialogs/RenameState.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "host/BlockDefinition.h"
 
-#include "common/Case.h"
-#include "common/Numbers.h"
+#include "core/Case.h"
+#include "core/Numbers.h"
 
 namespace orv {
 

@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/VariantReference.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace orv {
 

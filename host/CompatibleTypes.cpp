@@ -1,6 +1,6 @@
 #include "host/CompatibleTypes.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <cstddef>

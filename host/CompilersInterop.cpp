@@ -1,7 +1,7 @@
 #include "host/CompilersInterop.h"
 
 #include "com/Conversion.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/Folders.h"
 #include "host/Image.h"
 #include "host/VariantText.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "com/Object.h"
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 
 #include <OrvDBFaces.h>
 #include <OrvHost.h>

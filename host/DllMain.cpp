@@ -1,6 +1,6 @@
-#include "com/Module.h"
+#include "com/Dll.h"
+#include "com/LackOfMemory.h"
 #include "com/Server.h"
-#include "common/MemoryReserve.h"
 #include "host/Classes.h"
 
 #include <windows.h>
@@ -9,7 +9,7 @@ extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
-        com::ThisModule().Attach(instance);
+        com::ThisDll().Attach(instance);
         tam::PrepareForLackOfMemory();
         DisableThreadLibraryCalls(instance);
     }

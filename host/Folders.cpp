@@ -1,7 +1,7 @@
 #include "host/Folders.h"
 
 #include "com/Boundary.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <OrvHost.h>
 

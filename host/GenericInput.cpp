@@ -1,6 +1,6 @@
 #include "host/GenericInput.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace orv {
 

@@ -1,6 +1,6 @@
 #include "host/GenericObject.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/Library.h"
 
 #include <utility>

@@ -1,4 +1,4 @@
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/GenericObject.h"
 
 #include <utility>

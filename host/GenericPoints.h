@@ -1,7 +1,7 @@
 #pragma once
 
 #include "com/Enumerator.h"
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 #include "host/GenericAttribute.h"
 #include "host/GenericInput.h"
 #include "host/GenericOutput.h"

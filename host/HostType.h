@@ -1,7 +1,7 @@
 #pragma once
 
+#include "com/Dom.h"
 #include "com/Object.h"
-#include "common/Dom.h"
 
 #include <OrvDBFaces.h>
 #include <OrvHost.h>

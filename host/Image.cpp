@@ -1,6 +1,6 @@
 #include "host/Image.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <array>
 #include <cstddef>

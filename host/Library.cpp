@@ -1,7 +1,7 @@
 #include "host/Library.h"
 
-#include "com/Module.h"
-#include "common/RunTimeError.h"
+#include "com/Dll.h"
+#include "core/RunTimeError.h"
 #include "host/Folders.h"
 #include "host/XmlDocument.h"
 
@@ -64,7 +64,7 @@ std::wstring LibraryFolder() {
         return SetFolder();
     }
     const std::wstring given = Variable();
-    return FullFolder(given.empty() ? com::ThisModule().Folder() + kBesideDll : given);
+    return FullFolder(given.empty() ? com::ThisDll().Folder() + kBesideDll : given);
 }
 
 void SetLibraryFolder(std::wstring_view folder) {

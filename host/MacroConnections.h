@@ -3,7 +3,7 @@
 #include "com/Conversion.h"
 #include "com/Enumerator.h"
 #include "com/Object.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <OrvDBFaces.h>
 #include <OrvHost.h>

@@ -1,7 +1,7 @@
 #include "host/SavedBlock.h"
 
-#include "common/Case.h"
-#include "common/Numbers.h"
+#include "core/Case.h"
+#include "core/Numbers.h"
 
 #include <array>
 #include <charconv>

@@ -1,6 +1,6 @@
 #include "host/UnitConverter.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/NumberText.h"
 #include "host/UserMarks.h"
 

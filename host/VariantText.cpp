@@ -1,6 +1,6 @@
 #include "host/VariantText.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace orv {
 

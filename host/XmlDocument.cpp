@@ -1,7 +1,7 @@
 #include "host/XmlDocument.h"
 
-#include "common/DocumentType.h"
-#include "common/RunTimeError.h"
+#include "com/DocumentType.h"
+#include "core/RunTimeError.h"
 
 namespace orv {
 

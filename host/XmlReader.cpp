@@ -1,6 +1,6 @@
 #include "host/XmlReader.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/ExportDocument.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "com/Boundary.h"
 #include "com/Object.h"
 #include "com/Ref.h"
-#include "common/Required.h"
+#include "com/Required.h"
 
 #include <type_traits>
 

@@ -2,7 +2,7 @@
 
 #include "com/Enumerator.h"
 #include "com/Owned.h"
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 #include "internal/InternalParent.h"
 
 namespace tam {

@@ -3,7 +3,7 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Ref.h"
-#include "common/Case.h"
+#include "core/Case.h"
 #include "internal/Forward.h"
 
 #include <OrvDBFaces.h>

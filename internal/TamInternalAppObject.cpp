@@ -1,8 +1,8 @@
 #include "internal/TamInternalAppObject.h"
 
 #include "com/LateBound.h"
-#include "common/Case.h"
 #include "common/MessageLoop.h"
+#include "core/Case.h"
 
 #include <utility>
 

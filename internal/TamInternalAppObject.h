@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Dom.h"
+#include "com/Dom.h"
 #include "internal/ForwardAppObject.h"
 #include "internal/InterceptorLink.h"
 #include "internal/TamInternalAttribute.h"

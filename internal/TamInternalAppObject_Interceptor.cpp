@@ -1,7 +1,7 @@
 #include "internal/TamInternalAppObject.h"
 
-#include "common/Case.h"
-#include "common/FieldParser.h"
+#include "core/Case.h"
+#include "core/FieldParser.h"
 
 namespace tam {
 

@@ -1,7 +1,7 @@
 #include "internal/TamInternalOutput.h"
 
 #include "com/LateBound.h"
-#include "common/Numbers.h"
+#include "core/Numbers.h"
 
 #include <limits>
 #include <string>

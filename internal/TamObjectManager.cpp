@@ -1,10 +1,10 @@
 #include "internal/TamObjectManager.h"
 
-#include "common/Case.h"
+#include "com/Dom.h"
 #include "common/ComponentState.h"
-#include "common/Dom.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
+#include "core/Case.h"
 #include "internal/TamInternalAppObject.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 
 #include "com/Enumerator.h"
 #include "common/MessageLoop.h"
-#include "common/Numbers.h"
 #include "common/Report.h"
-#include "common/RunTimeError.h"
+#include "core/Numbers.h"
+#include "core/RunTimeError.h"
 
 #include <vector>
 
@@ -12,7 +12,7 @@ namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CCompatibleSNVTs";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CCompatibleSNVTs";
 
 /// The identifiers of a list that may be another component's.
 CompatibleList ListOf(ICompatibleSNVTs& other) {
@@ -33,7 +33,7 @@ CompatibleList ListOf(ICompatibleSNVTs& other) {
 } // namespace
 
 void CCompatibleSNVTs::AddList(std::wstring_view text) noexcept {
-    Trap(kModule, L"Sub Add", [&] {
+    Trap(kReportClass, L"Sub Add", [&] {
         const std::wstring own(text); // a script may change its variable meanwhile
         list_.Add(own, YieldToHost);
     });
@@ -41,7 +41,7 @@ void CCompatibleSNVTs::AddList(std::wstring_view text) noexcept {
 
 std::wstring CCompatibleSNVTs::GetList() const noexcept {
     std::wstring text;
-    Trap(kModule, L"Function GetList", [&] { text = list_.GetList(); });
+    Trap(kReportClass, L"Function GetList", [&] { text = list_.GetList(); });
     return text;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "com/Object.h"
+#include "core/CompatibleList.h"
 #include "points/CCompatibleSNVT.h"
-#include "points/CompatibleList.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>

@@ -1,19 +1,19 @@
 #include "points/CDBAttribute.h"
 
-#include "common/Case.h"
 #include "common/ComponentState.h"
+#include "common/mSNVTDataConversion.h"
 #include "common/Report.h"
-#include "common/RunTimeError.h"
-#include "points/EnumDescription.h"
+#include "core/Case.h"
+#include "core/EnumDescription.h"
+#include "core/RunTimeError.h"
 #include "points/MacroConnections.h"
-#include "points/mSNVTDataConversion.h"
 #include "points/UnitConversion.h"
 
 namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAttribute";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAttribute";
 
 // Keywords of the definition element, compared in upper case.
 constexpr const wchar_t* kDescription = L"DESCRIPTION";
@@ -124,7 +124,7 @@ STDMETHODIMP CDBAttribute::put_Value(BSTR value) {
 
 STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
     const auto kept = This<_CDBAttribute>(); // a box that a type shows may drop the last reference
-    Trap(kModule, L"Sub XmlLoad", [&] {
+    Trap(kReportClass, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
             if (UpperCase(dom::BaseName(child)) == kSavedType) {
                 if (!type_) {
@@ -138,7 +138,7 @@ STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
 }
 
 STDMETHODIMP CDBAttribute::XMLSave(IDispatch* parentNode, IDispatch* document) {
-    Trap(kModule, L"Sub XMLSave",
+    Trap(kReportClass, L"Sub XMLSave",
          [&] { dom::Append(dom::DocumentOf(document), dom::NodeOf(parentNode), name_); });
     return S_OK;
 }

@@ -1,7 +1,7 @@
 #include "points/CDBInput.h"
 
-#include "common/Case.h"
 #include "common/Report.h"
+#include "core/Case.h"
 #include "points/MacroConnections.h"
 #include "points/PointWarnings.h"
 
@@ -9,7 +9,7 @@ namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBInput";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBInput";
 
 // Keywords of the definition element, compared in upper case.
 constexpr const wchar_t* kMandatory = L"MANDATORY";
@@ -52,7 +52,7 @@ void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& owne
 }
 
 STDMETHODIMP CDBInput::XMLSave(IDispatch* document, IDispatch* parentNode) {
-    Trap(kModule, L"Sub XMLSave", [&] {
+    Trap(kReportClass, L"Sub XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
         const dom::Element element = dom::Append(target, dom::NodeOf(parentNode), name_);
         dom::AppendText(target, dom::Node(element), kSavedList, compatible_->GetList());
@@ -61,7 +61,7 @@ STDMETHODIMP CDBInput::XMLSave(IDispatch* document, IDispatch* parentNode) {
 }
 
 STDMETHODIMP CDBInput::XmlLoad(IDispatch* element) {
-    Trap(kModule, L"Sub XmlLoad", [&] {
+    Trap(kReportClass, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
             if (UpperCase(dom::BaseName(child)) == kSavedType) {
                 snvtType_ = dom::TextOf(child);
@@ -109,7 +109,7 @@ STDMETHODIMP CDBInput::putref_ConnectedType(IDispatch* value) {
 STDMETHODIMP CDBInput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {
     return Get(value, [&] {
         bool compatible = false;
-        Trap(kModule, L"Function ISubItemConnable_IsSNVTCompatible",
+        Trap(kReportClass, L"Function ISubItemConnable_IsSNVTCompatible",
              [&] { compatible = compatible_->List().Exists(com::View(identifier)); });
         return compatible;
     });

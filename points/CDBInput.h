@@ -1,9 +1,9 @@
 #pragma once
 
+#include "com/Dom.h"
 #include "com/Owned.h"
-#include "common/Dom.h"
+#include "core/PointKeys.h"
 #include "points/CCompatibleSNVTs.h"
-#include "points/PointKeys.h"
 #include "points/PointOwner.h"
 
 #include <O_Tam_id.h>

@@ -7,7 +7,7 @@ namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBInputs";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBInputs";
 
 } // namespace
 
@@ -24,7 +24,7 @@ com::Ref<CDBInput> CDBInputs::AddItem(const std::wstring& name, const dom::Node&
 
 STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
     const auto kept = This<_CDBInputs>(); // a message of the host may drop the last reference
-    Trap(kModule, L"Sub XmlLoad", [&] {
+    Trap(kReportClass, L"Sub XmlLoad", [&] {
         const dom::Node saved = dom::NodeOf(element);
         const LoadTurns::Turn turn = loads_.Begin();
         std::size_t position = 1;
@@ -46,7 +46,7 @@ STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
 }
 
 void CDBInputs::CheckPosition(const com::Ref<CDBInput>& input, std::size_t wanted) noexcept {
-    Trap(kModule, L"Sub pCheckPosition", [&] {
+    Trap(kReportClass, L"Sub pCheckPosition", [&] {
         auto& items = items_.All();
         if (wanted > items.Count() || items.ItemAt(wanted - 1) == input) {
             return;
@@ -57,7 +57,8 @@ void CDBInputs::CheckPosition(const com::Ref<CDBInput>& input, std::size_t wante
 
 std::size_t CDBInputs::GetPosition(const com::Ref<CDBInput>& input) const noexcept {
     std::size_t position = 0;
-    Trap(kModule, L"Sub pGetPosition", [&] { position = items_.All().PositionOfKey(input->PointName()); });
+    Trap(kReportClass, L"Sub pGetPosition",
+         [&] { position = items_.All().PositionOfKey(input->PointName()); });
     return position;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "com/Dom.h"
 #include "com/Owned.h"
-#include "common/Dom.h"
 #include "common/LoadTurns.h"
 #include "points/CDBInput.h"
 #include "points/PointItems.h"

@@ -1,11 +1,11 @@
 #include "points/CDBOutput.h"
 
-#include "common/Case.h"
+#include "com/Required.h"
 #include "common/Report.h"
-#include "common/Required.h"
+#include "core/Case.h"
+#include "core/ValueText.h"
 #include "points/MacroConnections.h"
 #include "points/PointWarnings.h"
-#include "points/ValueText.h"
 
 #include <cstdint>
 
@@ -13,7 +13,7 @@ namespace tam {
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBOutput";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBOutput";
 
 // Keywords of the definition element, compared in upper case.
 constexpr const wchar_t* kTypeDependent = L"TYPEDEPENDENT";
@@ -77,7 +77,7 @@ void CDBOutput::ReadDefinition(const dom::Node& element, const std::wstring& own
 }
 
 STDMETHODIMP CDBOutput::XMLSave(IDispatch* document, IDispatch* parentNode) {
-    Trap(kModule, L"Sub XMLSave", [&] {
+    Trap(kReportClass, L"Sub XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
         const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), name_));
         dom::AppendText(target, element, kSavedType, CompatibleId());
@@ -89,7 +89,7 @@ STDMETHODIMP CDBOutput::XMLSave(IDispatch* document, IDispatch* parentNode) {
 }
 
 STDMETHODIMP CDBOutput::XmlLoad(IDispatch* element) {
-    Trap(kModule, L"Sub XmlLoad", [&] {
+    Trap(kReportClass, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
             const std::wstring keyword = dom::BaseName(child);
             if (EqualIgnoringCase(keyword, kSavedConnected)) {

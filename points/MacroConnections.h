@@ -1,6 +1,6 @@
 #pragma once
 
-#include "points/PointKeys.h"
+#include "core/PointKeys.h"
 #include "points/PointOwner.h"
 
 #include <string>

@@ -3,8 +3,8 @@
 #include "com/Enumerator.h"
 #include "com/Owned.h"
 #include "com/Ref.h"
-#include "common/KeyedCollection.h"
-#include "points/SideKey.h"
+#include "core/KeyedCollection.h"
+#include "core/SideKey.h"
 
 #include <cstddef>
 #include <string>

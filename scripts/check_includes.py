@@ -4,7 +4,7 @@
     check_includes.py [--fix] FILE...
 
 A header or source that leans on another header for <cstdint> compiles here and fails with the next release of a
-compiler. A source may lean on its own header (common/Dom.h for common/Dom.cpp and common/Dom_Write.cpp) and on
+compiler. A source may lean on its own header (com/Dom.h for com/Dom.cpp and common/Dom_Write.cpp) and on
 nothing else. Names in comments, in texts and behind no "std::" do not count, but for the macros and types of C.
 With --fix the include lines are put in or taken out; clang-format puts them in order. Exits 1 when there are findings.
 """

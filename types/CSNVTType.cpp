@@ -1,10 +1,10 @@
 #include "types/CSNVTType.h"
 
-#include "common/Case.h"
 #include "common/ComponentState.h"
-#include "common/Numbers.h"
+#include "common/mSNVTDataConversion.h"
 #include "common/Report.h"
-#include "points/mSNVTDataConversion.h"
+#include "core/Case.h"
+#include "core/Numbers.h"
 
 #include <cstddef>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "types/CatalogueFields.h"
 
-#include "common/Case.h"
+#include "core/Case.h"
 
 namespace tam {
 

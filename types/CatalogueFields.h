@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Dom.h"
+#include "com/Dom.h"
 
 #include <cstddef>
 #include <deque>

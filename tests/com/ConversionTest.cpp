@@ -1,6 +1,6 @@
 #include "com/Conversion.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "tests/support/ImportPatch.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "com/Module.h"
+#include "com/Dll.h"
 
 #include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"

@@ -51,7 +51,7 @@ Owner::~Owner() {
 class OwnedTest : public testing::Test {
   protected:
     void SetUp() override {
-        before = com::ThisModule().Objects();
+        before = com::ThisDll().Objects();
         owner = Owner::Make(owners);
         item = Item::Make(items);
         item->SetOwner(owner.Get());
@@ -62,7 +62,7 @@ class OwnedTest : public testing::Test {
         item.Reset();
         EXPECT_EQ(owners, 0);
         EXPECT_EQ(items, 0);
-        EXPECT_EQ(com::ThisModule().Objects(), before);
+        EXPECT_EQ(com::ThisDll().Objects(), before);
     }
     /// References that an object has beside the one of the test.
     template <class T>

@@ -1,4 +1,4 @@
-#include "dialogs/BitEditorState.h"
+#include "core/BitEditorState.h"
 
 #include <gtest/gtest.h>
 

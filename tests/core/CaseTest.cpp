@@ -1,4 +1,4 @@
-#include "common/Case.h"
+#include "core/Case.h"
 
 #include <gtest/gtest.h>
 

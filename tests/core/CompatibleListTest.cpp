@@ -1,4 +1,4 @@
-#include "points/CompatibleList.h"
+#include "core/CompatibleList.h"
 
 #include "AllocationFault.h"
 

@@ -1,4 +1,4 @@
-#include "common/DataSizeTable.h"
+#include "core/DataSizeTable.h"
 #include "tests/core/Thrown.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "dialogs/EditText.h"
+#include "core/EditText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "points/EnumDescription.h"
+#include "core/EnumDescription.h"
 
 #include "Thrown.h"
 

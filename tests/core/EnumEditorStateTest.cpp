@@ -1,4 +1,4 @@
-#include "dialogs/EnumEditorState.h"
+#include "core/EnumEditorState.h"
 
 #include "Thrown.h"
 

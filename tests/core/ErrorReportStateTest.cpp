@@ -1,4 +1,4 @@
-#include "dialogs/ErrorReportState.h"
+#include "core/ErrorReportState.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/FieldParser.h"
+#include "core/FieldParser.h"
 
 #include <gtest/gtest.h>
 

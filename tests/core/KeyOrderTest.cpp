@@ -1,4 +1,4 @@
-#include "common/KeyOrder.h"
+#include "core/KeyOrder.h"
 
 #include "AllocationFault.h"
 #include "Thrown.h"

@@ -1,4 +1,4 @@
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 
 #include "Thrown.h"
 

@@ -1,4 +1,4 @@
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 
 #include "AllocationFault.h"
 #include "Thrown.h"

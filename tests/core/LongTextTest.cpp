@@ -1,4 +1,4 @@
-#include "dialogs/LongText.h"
+#include "core/LongText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "common/Numbers.h"
+#include "core/Numbers.h"
 
 #include "Thrown.h"
 

@@ -1,7 +1,7 @@
-#include "dialogs/NumericEditorState.h"
+#include "core/NumericEditorState.h"
 
-#include "common/Numbers.h"
-#include "common/RunTimeError.h"
+#include "core/Numbers.h"
+#include "core/RunTimeError.h"
 #include "Thrown.h"
 
 #include <gtest/gtest.h>

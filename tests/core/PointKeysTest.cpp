@@ -1,4 +1,4 @@
-#include "points/PointKeys.h"
+#include "core/PointKeys.h"
 
 #include "Thrown.h"
 

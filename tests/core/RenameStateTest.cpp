@@ -1,4 +1,4 @@
-#include "dialogs/RenameState.h"
+#include "core/RenameState.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "dialogs/ShownValue.h"
+#include "core/ShownValue.h"
 
 #include "Thrown.h"
 

@@ -1,4 +1,4 @@
-#include "points/SideKey.h"
+#include "core/SideKey.h"
 
 #include "AllocationFault.h"
 

@@ -1,4 +1,4 @@
-#include "dialogs/StructureEditorState.h"
+#include "core/StructureEditorState.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "dialogs/TextEditorState.h"
+#include "core/TextEditorState.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "points/ValueText.h"
+#include "core/ValueText.h"
 
 #include "Thrown.h"
 

@@ -1,7 +1,7 @@
 // What a bit does not answer itself it answers as the label that it is: each
 // member beside the same one of the system's object for that label.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 
 #include <oleacc.h>

@@ -1,6 +1,6 @@
 // Editors whose data point fails while they are open.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

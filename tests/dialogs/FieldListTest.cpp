@@ -1,6 +1,6 @@
 // The walk over a structure's fields, when the host's collection stops half-way.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

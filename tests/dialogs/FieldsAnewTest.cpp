@@ -1,7 +1,7 @@
 // Structures of a host that makes an object for each caller, with the value that
 // the field has at that moment.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Enumerator.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,7 +1,7 @@
 // A structure of a host's own objects, reached by name alone, some of whose
 // members fail.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

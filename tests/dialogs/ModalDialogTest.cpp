@@ -1,7 +1,7 @@
 // Where a dialog that centres itself opens: the bit editor, which first leaves
 // out the bits that its type has not.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 // What the numeric editor corrects, whichever way a text gets into its box.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

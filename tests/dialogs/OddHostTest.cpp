@@ -1,7 +1,7 @@
 // Data points as scripts and other hosts make them: numbers instead of texts,
 // dictionaries of fields, objects made anew for each caller.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 #include "tests/dialogs/SlotPoint.h"

@@ -1,6 +1,6 @@
 // Editors that cannot open, and what stays closed while one is open.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

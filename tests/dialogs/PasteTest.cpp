@@ -1,6 +1,6 @@
 // Pasting when the clipboard has nothing for the box: what is there stays.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 
 #include <functional>

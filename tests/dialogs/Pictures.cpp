@@ -2,7 +2,7 @@
 // folder that TAM_PICTURES names. Built on the tests' driver; not a test.
 
 #include "bench/WholeFile.h"
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

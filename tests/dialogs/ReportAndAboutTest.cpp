@@ -1,8 +1,8 @@
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <array>
 #include <string>

@@ -1,6 +1,6 @@
 // What the list of a structure's fields shows of each.
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 

@@ -1,7 +1,7 @@
 #include "tests/fault/EditFaultTest.h"
 
-#include "component/resource.h"
-#include "dialogs/StructureEditorState.h"
+#include "common/resource.h"
+#include "core/StructureEditorState.h"
 #include "tests/dialogs/Driver.h"
 
 #include <commctrl.h>

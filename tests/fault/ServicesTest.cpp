@@ -1,5 +1,5 @@
+#include "com/Dom.h"
 #include "com/LateBound.h"
-#include "common/Dom.h"
 #include "tests/fault/FaultLoop.h"
 #include "tests/fault/ModuleFaultTest.h"
 

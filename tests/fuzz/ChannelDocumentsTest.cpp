@@ -1,4 +1,4 @@
-#include "common/Case.h"
+#include "core/Case.h"
 #include "tests/fuzz/DocumentMutator.h"
 #include "tests/fuzz/DocumentRounds.h"
 #include "tests/fuzz/Rounds.h"

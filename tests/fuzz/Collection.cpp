@@ -1,5 +1,5 @@
 // Input: operations on a keyed collection, each checked against a plain list.
-#include "common/KeyedCollection.h"
+#include "core/KeyedCollection.h"
 #include "Subjects.h"
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // Input: two lists, each a text up to a line feed, then operations on the first.
-#include "points/CompatibleList.h"
+#include "core/CompatibleList.h"
 #include "Subjects.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 // Input: a setup, then events in each of the dialogs: keys, pastes, carets set,
 // OK pressed. What the text box holds stays what the editor promises.
-#include "dialogs/BitEditorState.h"
-#include "dialogs/EnumEditorState.h"
-#include "dialogs/ErrorReportState.h"
-#include "dialogs/LongText.h"
-#include "dialogs/StructureEditorState.h"
-#include "dialogs/TextEditorState.h"
+#include "core/BitEditorState.h"
+#include "core/EnumEditorState.h"
+#include "core/ErrorReportState.h"
+#include "core/LongText.h"
+#include "core/StructureEditorState.h"
+#include "core/TextEditorState.h"
 #include "Editing.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "common/Numbers.h"
-#include "common/RunTimeError.h"
-#include "dialogs/NumericEditorState.h"
-#include "points/ValueText.h"
+#include "core/Numbers.h"
+#include "core/NumericEditorState.h"
+#include "core/RunTimeError.h"
+#include "core/ValueText.h"
 #include "Subjects.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Input: a value, a line feed, an enumeration description.
-#include "common/RunTimeError.h"
-#include "points/EnumDescription.h"
+#include "core/EnumDescription.h"
+#include "core/RunTimeError.h"
 #include "Subjects.h"
 
 #include <cstddef>

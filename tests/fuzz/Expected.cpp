@@ -1,8 +1,8 @@
 #include "tests/fuzz/Expected.h"
 
-#include "common/Case.h"
-#include "common/Numbers.h"
-#include "common/RunTimeError.h"
+#include "core/Case.h"
+#include "core/Numbers.h"
+#include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <functional>

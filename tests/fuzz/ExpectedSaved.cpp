@@ -1,6 +1,6 @@
 #include "tests/fuzz/ExpectedSaved.h"
 
-#include "common/Case.h"
+#include "core/Case.h"
 
 #include <algorithm>
 #include <optional>

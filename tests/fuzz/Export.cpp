@@ -1,6 +1,6 @@
 // Input: an export document. What the reader takes stands in the image, byte by
 // byte; what it refuses, it refuses at a place of the text.
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "host/Image.h"
 #include "host/XmlReader.h"
 #include "ImageReader.h"

@@ -1,5 +1,5 @@
 // Input: a delimiter, a line feed, a text.
-#include "common/FieldParser.h"
+#include "core/FieldParser.h"
 #include "Subjects.h"
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // Input: a setup, the text of a text box, its selection, then keys, each of
 // which is answered for that same text. The text need not be a number.
-#include "dialogs/TextEditorState.h"
+#include "core/TextEditorState.h"
 #include "Editing.h"
 
 #include <optional>

@@ -1,8 +1,8 @@
 // Input: a device's name, a line feed, the name typed. And what a name makes of
 // itself: keys of items, references, letter case.
-#include "common/Case.h"
-#include "dialogs/RenameState.h"
-#include "points/PointKeys.h"
+#include "core/Case.h"
+#include "core/PointKeys.h"
+#include "core/RenameState.h"
 #include "Subjects.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/fuzz/DocumentRounds.h"
 #include "tests/fuzz/Resources.h"
 #include "tests/internal/Channel.h"

@@ -1,7 +1,7 @@
 // Input: a number text. Numbers, decimal marks, hexadecimal texts.
-#include "common/Numbers.h"
-#include "common/RunTimeError.h"
-#include "points/ValueText.h"
+#include "core/Numbers.h"
+#include "core/RunTimeError.h"
+#include "core/ValueText.h"
 #include "Subjects.h"
 
 #include <cmath>

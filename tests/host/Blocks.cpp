@@ -1,6 +1,6 @@
 #include "tests/host/Blocks.h"
 
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 namespace hosttest {
 

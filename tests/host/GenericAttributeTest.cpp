@@ -1,4 +1,4 @@
-#include "common/Dom.h"
+#include "com/Dom.h"
 #include "tests/host/Blocks.h"
 
 #include "com/Boundary.h"

@@ -101,7 +101,7 @@ void HostObject::Fill(const std::wstring& label, const Doubles& inputPoints, con
 
 void InternalTest::SetUp() {
     ComponentTest::SetUp();
-    doublesBefore_ = com::ThisModule().Objects();
+    doublesBefore_ = com::ThisDll().Objects();
     Calls().clear();
     MakeDoubles();
 }

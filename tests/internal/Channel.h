@@ -63,7 +63,7 @@ class InternalTest : public support::ComponentTest {
     void ForgetDoubles();
     /// The doubles let go of what they were given, each other included.
     void ForgetWhatWasPut();
-    long DoublesAlive() const { return com::ThisModule().Objects() - doublesBefore_; }
+    long DoublesAlive() const { return com::ThisDll().Objects() - doublesBefore_; }
 
     HostObject generic;
     /// Points of the generic object: inputs In1, In2, outputs Out, Alarm,

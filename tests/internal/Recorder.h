@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Conversion.h"
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "com/Ref.h"
 #include "tests/internal/Faces.h"
 

@@ -1,18 +1,18 @@
 #include "tests/members/Members.h"
 
-#include "com/Module.h"
+#include "com/Dll.h"
 #include "common/ComponentState.h"
 
 namespace members {
 
 void MembersTest::SetUp() {
-    com::ThisModule().Attach(GetModuleHandleW(nullptr));
+    com::ThisDll().Attach(GetModuleHandleW(nullptr));
     ComponentTest::SetUp();
-    objectsBefore_ = com::ThisModule().Objects();
+    objectsBefore_ = com::ThisDll().Objects();
 }
 
 void MembersTest::TearDown() {
-    EXPECT_EQ(objectsBefore_, com::ThisModule().Objects()) << "objects are still alive";
+    EXPECT_EQ(objectsBefore_, com::ThisDll().Objects()) << "objects are still alive";
     tam::State().SnvtCatalogueDocument.Reset();
     ComponentTest::TearDown();
 }

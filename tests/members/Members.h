@@ -1,7 +1,7 @@
 #pragma once
 
 #include "appobject/CDBAppObject.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 #include "tests/support/Fixture.h"
 
 #include <string>

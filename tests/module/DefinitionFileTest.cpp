@@ -3,7 +3,7 @@
 
 #include "tests/module/Module.h"
 
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/support/ImportPatch.h"
 
 #include <array>

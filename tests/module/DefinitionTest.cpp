@@ -1,7 +1,7 @@
 #include "tests/module/Module.h"
 
 #include "com/LateBound.h"
-#include "component/resource.h"
+#include "common/resource.h"
 
 #include <span>
 #include <string>

@@ -1,7 +1,7 @@
 #include "tests/module/Module.h"
 
-#include "common/Dom.h"
-#include "component/resource.h"
+#include "com/Dom.h"
+#include "common/resource.h"
 
 #include <cstddef>
 #include <string>

@@ -3,7 +3,7 @@
 #include "tests/module/ShellPatch.h"
 
 #include "com/LateBound.h"
-#include "component/resource.h"
+#include "common/resource.h"
 #include "tests/support/CalledFrom.h"
 
 #include <span>

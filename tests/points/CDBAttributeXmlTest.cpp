@@ -8,7 +8,7 @@ using namespace points;
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBAttribute";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAttribute";
 
 class CDBAttributeXmlTest : public PointsTest {
   protected:
@@ -37,7 +37,7 @@ TEST_F(CDBAttributeXmlTest, ReportsASaveWithoutDocument) {
     EXPECT_EQ(One().As<_CDBAttribute>()->XMLSave(Root(document).Get(), nullptr), S_OK);
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kModule, L"Sub XMLSave");
+    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XMLSave");
     EXPECT_EQ(ChildNames(document, L"Host"), std::vector<std::wstring>{});
 }
 
@@ -46,7 +46,7 @@ TEST_F(CDBAttributeXmlTest, ReportsASaveWithoutParentNode) {
     EXPECT_EQ(One().As<_CDBAttribute>()->XMLSave(nullptr, document.Get()), S_OK);
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kModule, L"Sub XMLSave");
+    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XMLSave");
 }
 
 TEST_F(CDBAttributeXmlTest, LoadsOnlyTheType) {
@@ -111,7 +111,7 @@ TEST_F(CDBAttributeXmlTest, ReportsATypeWithoutTextAndKeepsWhatWasLoaded) {
               S_OK);
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kModule, L"Sub XmlLoad");
+    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XmlLoad");
     EXPECT_EQ(TypeOf(gain), L"95");
 }
 
@@ -120,7 +120,7 @@ TEST_F(CDBAttributeXmlTest, ReportsALoadWithoutElement) {
     EXPECT_EQ(gain.As<_CDBAttribute>()->XmlLoad(nullptr), S_OK);
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kModule, L"Sub XmlLoad");
+    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XmlLoad");
 }
 
 TEST_F(CDBAttributeXmlTest, ReportsALoadFromAnObjectThatIsNoNode) {
@@ -128,7 +128,7 @@ TEST_F(CDBAttributeXmlTest, ReportsALoadFromAnObjectThatIsNoNode) {
     EXPECT_EQ(gain.As<_CDBAttribute>()->XmlLoad(module.Get()), S_OK);
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kTypeMismatchText, kModule, L"Sub XmlLoad");
+    ExpectReport(boxes[0], kTypeMismatchText, kReportClass, L"Sub XmlLoad");
 }
 
 TEST_F(CDBAttributeXmlTest, LoadsWhatItSavedWithoutAChange) {

@@ -8,7 +8,7 @@ using namespace points;
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBInput";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBInput";
 
 class CDBInputXmlTest : public PointsTest {
   protected:
@@ -21,7 +21,7 @@ class CDBInputXmlTest : public PointsTest {
                          const CalledFrom& = {}) {
         const auto boxes = Boxes();
         ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, kModule, procedure);
+        ExpectReport(boxes[0], description, kReportClass, procedure);
     }
 };
 

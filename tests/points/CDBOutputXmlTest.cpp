@@ -8,7 +8,7 @@ using namespace points;
 
 namespace {
 
-constexpr const wchar_t* kModule = L"O_Tam_id Class Module CDBOutput";
+constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBOutput";
 
 class CDBOutputXmlTest : public PointsTest {
   protected:
@@ -29,7 +29,7 @@ class CDBOutputXmlTest : public PointsTest {
                          const CalledFrom& = {}) {
         const auto boxes = Boxes();
         ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, kModule, procedure);
+        ExpectReport(boxes[0], description, kReportClass, procedure);
     }
 };
 

@@ -17,7 +17,7 @@ using namespace points;
 namespace {
 
 /// What a host may hold of one module.
-enum Held : std::size_t { kModule, kCollections, kInput, kAttribute, kEnumerators, kTypes, kHeldCount };
+enum Held : std::size_t { kReportClass, kCollections, kInput, kAttribute, kEnumerators, kTypes, kHeldCount };
 constexpr std::array<const char*, kHeldCount> kHeldNames = {"module",    "collections", "input",
                                                             "attribute", "enumerators", "types"};
 
@@ -46,7 +46,7 @@ class ModuleReleaseOrderTest : public PointsTest {
         held[kTypes] = {Object(output, &IOutput::get_SNVTType), Object(output, &IOutput::get_SNVTCompatible),
                         Object(Input(object, L"In1"), &IInput::get_SNVTCompatibles)};
         held[kCollections] = {inputs, outputs, attributes};
-        held[kModule] = {object, object.As<ITamObject>()};
+        held[kReportClass] = {object, object.As<ITamObject>()};
         change(object);
         return held;
     }

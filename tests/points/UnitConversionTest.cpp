@@ -1,7 +1,7 @@
 #include "tests/points/Points.h"
 
 #include "com/LateBound.h"
-#include "common/RunTimeError.h"
+#include "core/RunTimeError.h"
 
 #include <cstdint>
 #include <functional>

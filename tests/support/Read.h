@@ -2,8 +2,8 @@
 
 #include "com/Boundary.h"
 #include "com/Conversion.h"
+#include "com/Dom.h"
 #include "com/Ref.h"
-#include "common/Dom.h"
 
 #include <string>
 

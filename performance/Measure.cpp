@@ -1,0 +1,72 @@
+#include "performance/Measure.h"
+
+#include "performance/Floor.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace benchmark {
+
+namespace {
+
+constexpr int kLeastRounds = 7;
+constexpr int kMostRounds = 60;
+constexpr double kEnough = 1.5e6;       // microseconds over all rounds of a trial
+constexpr double kEnoughScript = 3.0e6; // of them for the script
+
+double Microseconds(const Timed& timed) {
+    if (timed.prepare) {
+        timed.prepare();
+    }
+    LARGE_INTEGER frequency;
+    LARGE_INTEGER start;
+    LARGE_INTEGER end;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&start);
+    timed.run();
+    QueryPerformanceCounter(&end);
+    return static_cast<double>(end.QuadPart - start.QuadPart) * 1e6 / static_cast<double>(frequency.QuadPart);
+}
+
+/// Runs once and keeps the least; the time that it took.
+double Round(const Timed& timed, double& least) {
+    if (!timed) {
+        return 0;
+    }
+    const double time = Microseconds(timed);
+    least = least == 0 ? time : std::min(least, time);
+    return time;
+}
+
+} // namespace
+
+Row Measure(const Trial& trial) {
+    Row row;
+    row.job = trial.job;
+    row.points = trial.points;
+    row.units = trial.units != 0 ? trial.units : trial.points;
+    row.yields = trial.yields;
+    double spent = 0;
+    double scripted = 0;
+    while (row.rounds < kLeastRounds || (spent < kEnough && row.rounds < kMostRounds)) {
+        spent += Round(trial.component, row.component);
+        spent += Round(trial.floor, row.floor);
+        if (scripted < kEnoughScript) {
+            scripted += Round(trial.script, row.script);
+        }
+        ++row.rounds;
+    }
+    return row;
+}
+
+double YieldCost() {
+    constexpr long kYields = 1000;
+    double least = 0;
+    for (int i = 0; i < kLeastRounds; ++i) {
+        Round({{}, [] { YieldTimes(kYields); }}, least);
+    }
+    return least / kYields;
+}
+
+} // namespace benchmark

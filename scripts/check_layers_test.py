@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""Tests of check_layers.py, over trees made for them."""
+import contextlib
+import io
+import pathlib
+import sys
+import tempfile
+import unittest
+from unittest import mock
+
+import check_layers
+
+TABLE = f"""Before.
+{check_layers.BEGIN}
+{check_layers.draw({"com": {"core"}})}
+{check_layers.END}
+"""
+
+
+class CheckLayersTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name)
+        self.write("docs/architecture.md", TABLE)
+        self.write("com/Dll.cpp", '#include "com/Dll.h"\n#include "core/Case.h"\n#include <windows.h>\n')
+
+    def write(self, name, text):
+        path = self.root / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+
+    def run_check(self, *arguments):
+        """(status, what was printed)"""
+        printed = io.StringIO()
+        with mock.patch.object(check_layers, "ROOT", self.root), \
+                mock.patch.object(sys, "argv", ["check_layers.py", *arguments]), \
+                contextlib.redirect_stdout(printed):
+            return check_layers.main(), printed.getvalue()
+
+    def test_passes_what_runs_downward(self):
+        self.assertEqual(self.run_check(), (0, ""))
+
+    def test_finds_an_upward_include(self):
+        self.write("core/Case.h", '#include "com/Dll.h"\n')
+        status, printed = self.run_check()
+        self.assertEqual(status, 1)
+        self.assertIn("core/Case.h: core/ may not see com/Dll.h\n", printed)
+
+    def test_finds_a_path_around_the_layers(self):
+        self.write("core/Case.h", '#include "../com/Dll.h"\n')
+        self.assertEqual(self.run_check(), (1, "core/Case.h: ../com/Dll.h goes around the layers\n"))
+
+    def test_finds_a_table_of_yesterday(self):
+        self.write("types/CSNVTType.h", '#include "common/Report.h"\n')
+        self.assertEqual(self.run_check(),
+                         (1, "docs/architecture.md: the table of layers is not today's (--draw prints it)\n"))
+
+    def test_draws_the_table(self):
+        status, printed = self.run_check("--draw")
+        self.assertEqual(status, 0)
+        self.assertIn("| `com/` | `core/` |\n", printed)
+
+
+if __name__ == "__main__":
+    unittest.main()
