@@ -11,23 +11,6 @@ namespace component_fuzz {
 
 namespace {
 
-void CountBlocks(Resources& resources) {
-    std::array<HANDLE, 64> heaps{};
-    const DWORD count = std::min<DWORD>(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()),
-                                        static_cast<DWORD>(heaps.size()));
-    for (DWORD i = 0; i < count; ++i) {
-        PROCESS_HEAP_ENTRY entry{};
-        HeapLock(heaps.at(i));
-        while (HeapWalk(heaps.at(i), &entry) != FALSE) {
-            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) {
-                ++resources.blocks;
-                resources.bytes += entry.cbData;
-            }
-        }
-        HeapUnlock(heaps.at(i));
-    }
-}
-
 /// A graphics object has the lowest number that is free, so that the highest of
 /// many made at once says how many others there are.
 std::size_t HighestGraphicsNumber() {
@@ -71,7 +54,7 @@ BOOL CALLBACK CountWindowAndChildren(HWND window, LPARAM count) {
 
 Resources Resources::Now() {
     Resources now;
-    CountBlocks(now);
+    now.heap = HeapBlocks::Now();
     PROCESS_MEMORY_COUNTERS memory{};
     memory.cb = sizeof memory;
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);

@@ -1,15 +1,14 @@
 #pragma once
 
+#include "tests/fuzz/HeapBlocks.h"
+
 #include <cstddef>
 
 namespace component_fuzz {
 
 /// What this process holds of the system.
 struct Resources {
-    /// Blocks in use and their bytes, over all heaps of the process: its own,
-    /// that of the C library, those of system libraries.
-    std::size_t blocks = 0;
-    std::size_t bytes = 0;
+    HeapBlocks heap;
     /// Memory that is the process's alone.
     std::size_t privateBytes = 0;
     /// Handles of the kernel and graphics objects, each told by the highest

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 namespace support {
 
 /// Puts a function of the test's in the place of one that a DLL imports; the
@@ -25,6 +27,9 @@ class ImportPatch {
     ULONG_PTR* slot_ = nullptr;
     ULONG_PTR original_ = 0;
 };
+
+/// Calls `each` with the place of every address that a DLL imports.
+void ForEachImport(HMODULE dll, const std::function<void(ULONG_PTR* slot)>& each);
 
 /// Writes a word of a loaded image that is not meant to be written.
 void WriteProtected(ULONG_PTR* place, ULONG_PTR value) noexcept;
