@@ -21,6 +21,10 @@ class Outcome:
         self.verdict, self.by, self.test, self.seconds, self.passed = verdict, by, test, seconds, dict(passed)
 
 
+class LinkError(RuntimeError):
+    """A program or the DLL could not be linked."""
+
+
 class Stopped(Exception):
     """The run is being ended."""
 
@@ -137,11 +141,12 @@ class Lane:
         return self.run(build.compile_command(output, self.tree, target), build.folder, 300) == 0
 
     def link(self, build, output, objects, target, command=None):
+        """Links a program or the DLL into the target. Raises LinkError with what the linker said."""
         target.parent.mkdir(parents=True, exist_ok=True)
         target.unlink(missing_ok=True)
         log = self.work / "link.log"
         if self.run(command or build.link_command(output, objects, target), build.folder, 300, log) != 0:
-            raise RuntimeError(f"{output} could not be linked:\n" + log.read_text(encoding="utf-8", errors="replace"))
+            raise LinkError(f"{output} could not be linked:\n" + log.read_text(encoding="utf-8", errors="replace"))
         return target
 
     def run_program(self, program, limit):
@@ -163,28 +168,29 @@ class Lane:
             objects[output] = target
         return objects
 
-    def changed_program(self, file, program):
-        """Links a test program anew when it has the changed source in it, or a test of it by its name."""
+    def changed_program(self, file, program, relinked):
+        """Links a test program anew when it has the changed source in it, or a test of it by its name. Adds it to
+        `relinked` first: the program that was there goes, whether the link succeeds or not."""
         build = self.windows
         own = {output for output in build.link_of(program) if build.source_of.get(output) == file}
         header = file if file.endswith(".h") else re.sub(r"\.cpp$", ".h", file)
         named = set(build.tests_of(header)) & set(build.link_of(program))
         if not own and not named:
-            return False
+            return
         objects = {}
         for output in own | named:
             target = self.work / "tests" / output
             if file.endswith(".h") or output in own:
                 if not self.compile(build, output, target):
-                    return False
+                    return
                 objects[output] = target
         for output in build.parts_of(program) - set(build.link_of(program)):
             done = self.work / "dll" / output
             if done.is_file():
                 objects[output] = done
         target = self.win32 / program
+        relinked.append(program)
         self.link(build, program, objects, target, build.test_link_command(program, objects, target))
-        return True
 
     def judge(self, change, programs, passed):
         """What becomes of one change. programs: (name, seconds, key) in order; passed: name -> key, known to pass."""
@@ -194,8 +200,11 @@ class Lane:
         shutil.rmtree(self.work / "native", ignore_errors=True)
         file.write_bytes(change.applied(original.decode("utf-8")).encode("utf-8"))
         relinked = []
+        start = time.monotonic()
         try:
             return self._judge(change, programs, dict(passed), relinked)
+        except LinkError:
+            return Outcome("does not compile", "", "", time.monotonic() - start, passed)
         finally:
             file.write_bytes(original)
             self.put_dll(self.work / "good" / "O_Tam_id.dll")
@@ -223,10 +232,7 @@ class Lane:
                 target.unlink()
         if not objects:
             return outcome("same code")
-        try:
-            dll = self.link(self.windows, DLL, objects, self.work / "changed" / "O_Tam_id.dll")
-        except RuntimeError:
-            return outcome("does not compile")
+        dll = self.link(self.windows, DLL, objects, self.work / "changed" / "O_Tam_id.dll")
         if dll.read_bytes() == self.good_dll:
             return outcome("same code")
         noticed = None if header else self.run_native(change.file)
@@ -236,8 +242,7 @@ class Lane:
         for program, seconds, key in programs:
             if passed.get(Path(program).stem) == key:
                 continue
-            if self.changed_program(change.file, program):
-                relinked.append(program)
+            self.changed_program(change.file, program, relinked)
             status, _, test = self.run_program(program, seconds * SLOWER + AND_SECONDS)
             if status != 0:
                 self.fresh_wine()

@@ -8,7 +8,7 @@ from pathlib import Path
 
 from cpp_changes import described, sites_of, tokens_of
 from mutate_build import Build
-from mutate_lane import Change, failing_test
+from mutate_lane import DLL, NATIVE, Change, Lane, LinkError, failing_test
 
 
 def changes_of(source):
@@ -99,6 +99,85 @@ class LinkTest(unittest.TestCase):
     def test_puts_them_first_in_a_test_program(self):
         self.assertEqual(["g++", "-s", "/new/y", "/new/z", "x.obj", "-o", "/b.exe", "libcom.a", "libcore.a"],
                          self.build.test_link_command("a.exe", self.objects, "/b.exe"))
+
+
+class BuildDouble:
+    """A build of a DLL and a test program, of one source each."""
+
+    def __init__(self, folder):
+        self.root = self.folder = folder
+        self.source_of, self.readers = {"x.obj": "x.cpp"}, {"x.cpp": ["x.obj"]}
+
+    def parts_of(self, output):
+        return {"x.obj"} if output in (DLL, "tests/a.exe") else set()
+
+    def link_of(self, output):
+        return ["x.obj"] if output == "tests/a.exe" else []
+
+    def tests_of(self, _header):
+        return []
+
+    def test_link_command(self, _output, _objects, _target):
+        return ["link"]
+
+
+class LaneDouble(Lane):
+    """A lane in which everything but the link of one output works."""
+
+    def __init__(self, folder, failing):
+        self.failing = failing
+        self.tree, self.work, self.win32 = folder / "source", folder / "work", folder / "win32"
+        self.windows, self.native = BuildDouble(folder / "build"), BuildDouble(folder / "native")
+        self.native.parts_of = lambda output: {"x.obj"} if output == NATIVE[0] else set()
+        self.good_dll = b"good"
+        for file, text in (("source/x.cpp", "x = 1;"), ("work/good/O_Tam_id.dll", "good"), ("build/x.obj", "old"),
+                           ("build/tests/a.exe", "test"), ("win32/tests/a.exe", "test")):
+            (folder / file).parent.mkdir(parents=True, exist_ok=True)
+            (folder / file).write_text(text, encoding="utf-8")
+
+    def compile(self, _build, _output, target):
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text("new", encoding="utf-8")
+        return True
+
+    def run(self, command, _folder, _limit, output=None):
+        if output:
+            Path(output).write_text("undefined reference", encoding="utf-8")
+        return 0
+
+    def link(self, build, output, objects, target, command=None):
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.unlink(missing_ok=True)
+        if output == self.failing:
+            raise LinkError(f"{output} could not be linked")
+        target.write_text("linked", encoding="utf-8")
+        return target
+
+    def run_program(self, _program, _limit):
+        return 0, 1.0, ""
+
+    def fresh_wine(self):
+        pass
+
+
+class JudgeTest(unittest.TestCase):
+    def verdict(self, failing):
+        with tempfile.TemporaryDirectory() as folder:
+            lane = LaneDouble(Path(folder), failing)
+            change = Change(1, "x.cpp", sites_of("x = 1;")[0], "2")
+            outcome = lane.judge(change, [("tests/a.exe", 1.0, "key")], {})
+            self.assertEqual("x = 1;", (lane.tree / "x.cpp").read_text(encoding="utf-8"))
+            self.assertEqual("test", (lane.win32 / "tests/a.exe").read_text(encoding="utf-8"))
+            self.assertEqual("good", (lane.win32 / DLL).read_text(encoding="utf-8"))
+            return outcome.verdict
+
+    def test_asks_the_programs_about_what_links(self):
+        self.assertEqual("lived", self.verdict(None))
+
+    def test_does_not_count_what_does_not_link(self):
+        for output in (DLL, "tests/a.exe", NATIVE[0]):
+            with self.subTest(output):
+                self.assertEqual("does not compile", self.verdict(output))
 
 
 class FailingTest(unittest.TestCase):
