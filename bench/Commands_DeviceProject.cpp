@@ -95,7 +95,7 @@ void DeviceSave(Host& host, const Options& options, Report& report) {
 
 void DeviceLoad(Host& host, const Options& options, Report& report) {
     SampleDevice device(host, options, report);
-    const Json result = LoadProject(device, options.project, report);
+    const Json result = LoadProject(device, options, report);
     Json channels = Json::array();
     std::string keys;
     for (const Channel& channel : device.Channels()) {

@@ -11,16 +11,17 @@ namespace bench {
 /// without a project.
 Json OpenDevice(SampleDevice& device, const Options& options, Report& report);
 
-/// Loads the module's part of a project, and an object for each channel of the
-/// device in it, then brings the module's items in line with the channels. A
-/// document that cannot be taken whole is refused before anything is loaded;
-/// where the component reports an error in it, the device is not to be used on.
+/// Loads the module's part of the project that the options name, and an object
+/// for each channel of the device in it, then brings the module's items in line
+/// with the channels. A document that cannot be taken whole is refused before
+/// anything is loaded; where the component reports an error in it, the device is
+/// not to be used on, unless the options tolerate that.
 ///
 /// "loaded" and "passedOver": the elements, "restored": the channels' points
 /// that are no longer as their definitions make them, "broughtInLine": items of
 /// the module that a channel changed, "notes": what a user may wonder about.
 /// Throws BenchError.
-Json LoadProject(SampleDevice& device, const std::wstring& file, const Report& report);
+Json LoadProject(SampleDevice& device, const Options& options, const Report& report);
 
 /// The module and the channels as one project document.
 xml::Node SaveProject(const SampleDevice& device);

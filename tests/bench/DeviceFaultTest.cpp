@@ -144,6 +144,17 @@ TEST(DeviceFaultTest, GoesNoFurtherThanTheComponentsErrorReport) {
     }
 }
 
+TEST(DeviceFaultTest, GoesOnAfterAReportThatIsTolerated) {
+    const std::wstring file =
+        DamagedDevice(L"tolerated.xml", "<TamObjID>1</TamObjID>", "<TamObjID>70000</TamObjID>");
+    const Json loaded = Bench({L"device", L"load", file, L"--tolerate-boxes"});
+    EXPECT_EQ(1U, loaded["boxes"].size());
+    EXPECT_EQ(nullptr, loaded["error"]);
+    EXPECT_EQ(6U, loaded["loaded"].size()) << "the module and its five channels";
+    EXPECT_EQ(5U, loaded["channels"].size());
+    EXPECT_EQ("Reading room", loaded["module"]["userName"]);
+}
+
 TEST(DeviceFaultTest, CallsWrongUsageSo) {
     for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{L"device"},
                                                        {L"device", L"nope"},
