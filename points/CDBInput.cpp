@@ -72,7 +72,7 @@ STDMETHODIMP CDBInput::XmlLoad(IDispatch* element) {
 }
 
 STDMETHODIMP CDBInput::get_ConnectedType(ISNVType** value) {
-    return Get(value, [&] { return connectedType_.As<ISNVType>(); });
+    return Get(value, [&] { return connectedType_; });
 }
 
 STDMETHODIMP CDBInput::put_Value(BSTR value) {
@@ -102,7 +102,9 @@ STDMETHODIMP CDBInput::put_IsConnected(VARIANT_BOOL value) {
 }
 
 STDMETHODIMP CDBInput::putref_ConnectedType(IDispatch* value) {
-    connectedType_ = com::Ref<IDispatch>(value);
+    // Nothing of another object: a point of the own module would keep the module,
+    // which keeps this input.
+    connectedType_ = com::Query<ISNVType>(value);
     return S_OK;
 }
 

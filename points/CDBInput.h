@@ -77,7 +77,7 @@ class CDBInput final
     std::wstring name_;
     com::Ref<CCompatibleSNVTs> compatible_;
     bool connected_ = false;
-    com::Ref<IDispatch> connectedType_;
+    com::Ref<ISNVType> connectedType_;
     std::wstring value_;
     std::wstring snvtType_;
     std::wstring protocolReference_;

@@ -103,6 +103,23 @@ TEST_F(CDBInputTest, AnswersNoConnectedTypeForAnObjectThatIsNone) {
     EXPECT_EQ(Connable(input)->putref_ConnectedType(nullptr), S_OK);
 }
 
+TEST_F(CDBInputTest, KeepsNothingOfAnObjectThatIsNoType) {
+    const auto input = One();
+    const auto target = Held::Make();
+    EXPECT_EQ(Connable(input)->putref_ConnectedType(target.Get()), S_OK);
+    EXPECT_EQ(target->Others(), 0u);
+}
+
+// A point of its own module would keep the module, and the module the input.
+TEST_F(CDBInputTest, DoesNotKeepItsModuleByAPointThatIsGivenAsItsType) {
+    auto input = One();
+    EXPECT_EQ(Connable(input)->putref_ConnectedType(input.Get()), S_OK);
+    EXPECT_EQ(Connable(Input(module, L"In1"))->putref_ConnectedType(Inputs(module).Get()), S_OK);
+    input.Reset();
+    module.Reset();
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(CDBInputTest, KeepsAWrittenValueAsItIs) {
     const auto input = One();
     for (const std::wstring value : {L"0000", L"000000", L"1.5", L" x ", L"", L"Dev_1\\Out"}) {
