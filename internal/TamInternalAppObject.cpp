@@ -156,15 +156,16 @@ void TamInternalAppObject::ApplyVisibility() {
 
 STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     return Do([&] {
-        // Asked first: an element is saved with both keys or not at all.
+        // All that may be refused comes first: an element is saved with both keys or not at all.
         const std::wstring deviceKey = DeviceKey();
-        com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
-        dom::Node saved;
-        com::Call(dom::NodeOf(parentNode), &IXMLDOMNode::get_lastChild, saved.Put());
-        com::CheckSet(saved.Get());
+        const dom::Node parent = dom::NodeOf(parentNode);
         const dom::Document target = dom::DocumentOf(document);
         const dom::Element objectKey = NewText(target, kObjectKeyElement, internalObjectKey_);
         const dom::Element ownDeviceKey = NewText(target, kDeviceKeyElement, deviceKey);
+        com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
+        dom::Node saved;
+        com::Call(parent, &IXMLDOMNode::get_lastChild, saved.Put());
+        com::CheckSet(saved.Get());
         Prepend(saved, objectKey);
         Prepend(saved, ownDeviceKey);
     });

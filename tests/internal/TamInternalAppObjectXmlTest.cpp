@@ -163,6 +163,17 @@ TEST_F(TamInternalAppObjectXmlTest, NeedsAnElementFromTheGenericObject) {
     ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), 91, kObjectNotSet);
 }
 
+TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
+    const auto object = Created();
+    SavesAs(generic.object, L"<AI/>");
+    const Document document = support::Parse(L"<Project/>");
+    const auto root = support::Root(document);
+    ExpectRaised(object->XMLSave(root.Get(), nullptr), 91, kObjectNotSet);
+    ExpectRaised(object->XMLSave(root.Get(), Device().Get()), 13, L"Type mismatch");
+    ExpectRaised(object->XMLSave(root.Get(), root.Get()), 13, L"Type mismatch");
+    EXPECT_EQ(Flat(root.Get()), L"<Project/>");
+}
+
 TEST_F(TamInternalAppObjectXmlTest, DoesNotReadItsKeysBack) {
     const auto object = Created();
     const Document saved =
