@@ -161,10 +161,41 @@ void HandleInput(DWORD until) {
     }
 }
 
-void HandleEachOnce(UINT kind, Served& served) {
+/// False when it ended at a message that had its turn.
+bool HandleEachOnce(UINT kind, Served& served) {
     MSG message;
-    while (Take(message, kind) && served.Add(message)) {
+    while (Take(message, kind)) {
+        if (!served.Add(message)) {
+            return false;
+        }
         Handle(message);
+    }
+    return true;
+}
+
+BOOL CALLBACK PaintOne(HWND window, LPARAM served) {
+    MSG paint{};
+    paint.hwnd = window;
+    paint.message = WM_PAINT;
+    if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId() &&
+        IsWindowVisible(window) != FALSE && GetUpdateRect(window, nullptr, FALSE) != FALSE &&
+        reinterpret_cast<Served*>(served)->Add(paint)) {
+        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_NOCHILDREN);
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK PaintWithChildren(HWND window, LPARAM served) {
+    PaintOne(window, served);
+    EnumChildWindows(window, &PaintOne, served);
+    return TRUE;
+}
+
+/// The system names the first window with something to paint, and no other until
+/// that one is validated. Beside a window that never is, the others are looked for.
+void PaintEachOnce(Served& served) {
+    if (!HandleEachOnce(kPaint, served)) {
+        EnumThreadWindows(GetCurrentThreadId(), &PaintWithChildren, reinterpret_cast<LPARAM>(&served));
     }
 }
 
@@ -192,7 +223,7 @@ void YieldToHost() {
     mark.Post(); // for loops that handlers run from here on
     // Each kind by itself: posted messages would always come first.
     HandleInput(time);
-    HandleEachOnce(kPaint, served);
+    PaintEachOnce(served);
     HandleEachOnce(kTimer, served);
 }
 

@@ -73,6 +73,35 @@ TEST_F(TurnTest, EndsForAWindowThatIsNeverValidated) {
     EXPECT_LE(window.Handled(), 3);
 }
 
+// The system names one window until it is validated, and no other meanwhile.
+TEST_F(TurnTest, PaintsTheOthersBesideAWindowThatIsNeverValidated) {
+    const Unpainted below(1);
+    const Unpainted never;
+    const Unpainted above(1);
+    const Unpainted firstChild(1, never.Window());
+    const Unpainted neverChild(1000, never.Window());
+    const Unpainted lastChild(1, never.Window());
+    GiveTurn();
+    for (const Unpainted* window : {&below, &never, &above, &firstChild, &neverChild, &lastChild}) {
+        EXPECT_EQ(window->Handled(), 1);
+    }
+    GiveTurn();
+    for (const Unpainted* window : {&below, &above, &firstChild, &lastChild}) {
+        EXPECT_EQ(window->Handled(), 1) << "nothing to paint any more";
+    }
+    EXPECT_EQ(never.Handled(), 2);
+    EXPECT_EQ(neverChild.Handled(), 2);
+}
+
+TEST_F(TurnTest, LeavesTheEndOfTheHostsLoopBesideAWindowThatIsNeverValidated) {
+    const Unpainted never;
+    PostQuitMessage(7);
+    Add(L"1,2,3");
+    MSG message{};
+    ASSERT_NE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE), FALSE);
+    EXPECT_EQ(message.wParam, 7U);
+}
+
 TEST_F(TurnTest, EndsForAllOfThemAtOnce) {
     const Unpainted window;
     const SlowTimer timer;

@@ -91,8 +91,8 @@ class SlowTimer final : public HostWindow {
 /// message of this count.
 class Unpainted final : public HostWindow {
   public:
-    explicit Unpainted(int validates = 1000)
-        : HostWindow(WS_POPUP | WS_VISIBLE, nullptr), validates_(validates) {
+    explicit Unpainted(int validates = 1000, HWND parent = nullptr)
+        : HostWindow((parent == nullptr ? WS_POPUP : WS_CHILD) | WS_VISIBLE, parent), validates_(validates) {
         InvalidateRect(Window(), nullptr, FALSE);
     }
 
