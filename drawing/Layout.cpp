@@ -1,0 +1,129 @@
+#include "drawing/Layout.h"
+
+#include "drawing/BlockBox.h"
+#include "drawing/Mirrors.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace drawing {
+
+namespace {
+
+/// Around everything.
+constexpr double kBorder = 8;
+constexpr double kBetweenChannels = 20;
+/// Rows of all blocks are equally high, so that a channel that is moved by less
+/// than a row has none at the height of a row of the module.
+constexpr double kOutOfTheWay = 8;
+
+/// The channels of one side from top to bottom, in the order of the module's
+/// items that they are joined to.
+std::vector<std::size_t> Ordered(const Sheet& sheet, const std::vector<Place>& places, Place place) {
+    std::vector<std::size_t> first(sheet.channels.size(), static_cast<std::size_t>(-1));
+    for (const Mirror& mirror : sheet.mirrors) {
+        const std::size_t channel = mirror.channel.block - 1;
+        if (channel < first.size()) {
+            first[channel] = std::min(first[channel], mirror.module.index);
+        }
+    }
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (places[i] == place) {
+            order.push_back(i);
+        }
+    }
+    std::stable_sort(order.begin(), order.end(),
+                     [&first](std::size_t one, std::size_t other) { return first[one] < first[other]; });
+    return order;
+}
+
+/// The widest channel of a side, from stub to stub.
+double WidthOf(const std::vector<std::size_t>& order, const std::vector<BlockBox>& channels) {
+    double width = 0;
+    for (const std::size_t channel : order) {
+        const BlockBox& box = channels[channel];
+        width = std::max(width, box.Margin(Side::input) + box.Width() + box.Margin(Side::output));
+    }
+    return width;
+}
+
+} // namespace
+
+Drawing Draw(const Sheet& sheet, const Measure& measure, Format format) {
+    const std::vector<Place> places = PlacesOf(sheet);
+    const Mirrors mirrors(sheet, places);
+    const bool isNarrow = format == Format::narrow && sheet.channels.empty();
+    BlockBox module(sheet.module, 0, isNarrow ? BlockBox::Rows::belowEachOther : BlockBox::Rows::sideBySide,
+                    measure);
+    std::vector<BlockBox> channels;
+    channels.reserve(sheet.channels.size());
+    for (std::size_t i = 0; i < sheet.channels.size(); ++i) {
+        channels.emplace_back(sheet.channels[i], i + 1, BlockBox::Rows::belowEachOther, measure);
+    }
+
+    const std::vector<std::size_t> left = Ordered(sheet, places, Place::left);
+    const std::vector<std::size_t> right = Ordered(sheet, places, Place::right);
+    const double leftWidth = WidthOf(left, channels);
+    const auto stack = [&](const std::vector<std::size_t>& order, double x, double width) {
+        double y = kBorder;
+        for (const std::size_t channel : order) {
+            BlockBox& box = channels[channel];
+            // Towards the module, where its lines come from.
+            const double inset = places[channel] == Place::left
+                                     ? width - box.Margin(Side::output) - box.Width()
+                                     : box.Margin(Side::input);
+            box.MoveTo({x + inset, y});
+            if (mirrors.Collides(module, box, channel + 1)) {
+                y += kOutOfTheWay;
+                box.MoveTo({x + inset, y});
+            }
+            y += box.Height() + kBetweenChannels;
+        }
+    };
+    const double x = kBorder + leftWidth + mirrors.Gutter(Place::left) + module.Margin(Side::input);
+    module.MoveTo({x, kBorder});
+    stack(left, kBorder, leftWidth);
+    const double behind = module.Right() + module.Margin(Side::output) + mirrors.Gutter(Place::right);
+    const double rightWidth = WidthOf(right, channels);
+    stack(right, behind, rightWidth);
+
+    Drawing drawing;
+    drawing.width = behind + rightWidth + kBorder;
+    double bottom = module.Bottom() + mirrors.Below();
+    for (const BlockBox& channel : channels) {
+        bottom = std::max(bottom, channel.Bottom());
+    }
+    drawing.height = bottom + kBorder;
+    mirrors.PaintLines(drawing, module, channels);
+    module.Paint(drawing);
+    for (const BlockBox& channel : channels) {
+        channel.Paint(drawing);
+    }
+    mirrors.PaintPorts(drawing, module, channels);
+    return drawing;
+}
+
+const Pin* Find(const Sheet& sheet, const PinId& id) noexcept {
+    if (id.block > sheet.channels.size()) {
+        return nullptr;
+    }
+    const Block& block = id.block == 0 ? sheet.module : sheet.channels[id.block - 1];
+    const std::vector<Pin>& pins = id.side == Side::input ? block.inputs : block.outputs;
+    return id.index < pins.size() ? &pins[id.index] : nullptr;
+}
+
+std::optional<PinId> PinAt(const Drawing& drawing, const Point& place) noexcept {
+    const auto found = std::find_if(drawing.spots.begin(), drawing.spots.end(),
+                                    [&place](const Spot& spot) { return spot.area.Holds(place); });
+    return found != drawing.spots.end() ? std::optional(found->pin) : std::nullopt;
+}
+
+const Rectangle* AreaOf(const Drawing& drawing, const PinId& pin) noexcept {
+    const auto found = std::find_if(drawing.spots.begin(), drawing.spots.end(),
+                                    [&pin](const Spot& spot) { return spot.pin == pin; });
+    return found != drawing.spots.end() ? &found->area : nullptr;
+}
+
+} // namespace drawing

@@ -1,0 +1,175 @@
+#include "drawing/Mirrors.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace drawing {
+
+namespace {
+
+constexpr double kTrack = 9;
+constexpr double kPort = 4;
+
+Side SideOf(Place place) noexcept {
+    return place == Place::left ? Side::input : Side::output;
+}
+
+/// The part of a gutter between the blocks and the first track.
+constexpr double kMargin = 14;
+
+bool IsDrawn(const Sheet& sheet, const Mirror& mirror) noexcept {
+    return mirror.module.block == 0 && mirror.channel.block > 0 && Find(sheet, mirror.module) != nullptr &&
+           Find(sheet, mirror.channel) != nullptr;
+}
+
+} // namespace
+
+std::vector<Place> PlacesOf(const Sheet& sheet) {
+    std::vector<std::ptrdiff_t> inputs(sheet.channels.size(), 0);
+    for (const Mirror& mirror : sheet.mirrors) {
+        if (IsDrawn(sheet, mirror)) {
+            inputs[mirror.channel.block - 1] += mirror.module.side == Side::input ? 1 : -1;
+        }
+    }
+    std::vector<Place> places;
+    for (const std::ptrdiff_t more : inputs) {
+        places.push_back(more > 0 ? Place::left : Place::right);
+    }
+    return places;
+}
+
+Mirrors::Mirrors(const Sheet& sheet, const std::vector<Place>& places) {
+    for (const Mirror& mirror : sheet.mirrors) {
+        if (IsDrawn(sheet, mirror)) {
+            const Place place = places[mirror.channel.block - 1];
+            routes_.push_back({mirror, place, SideOf(place) != mirror.module.side});
+        }
+    }
+}
+
+std::size_t Mirrors::Count(Place place, bool isAround) const noexcept {
+    return static_cast<std::size_t>(std::count_if(routes_.begin(), routes_.end(), [&](const Route& route) {
+        return route.place == place && route.isAround == isAround;
+    }));
+}
+
+double Mirrors::Gutter(Place place) const noexcept {
+    const Place other = place == Place::left ? Place::right : Place::left;
+    // A line that goes around takes a track on each side.
+    const std::size_t tracks = Count(place, false) + Count(place, true) + Count(other, true);
+    return tracks == 0 ? 0 : 2 * kMargin + kTrack * static_cast<double>(tracks - 1);
+}
+
+double Mirrors::Below() const noexcept {
+    const std::size_t tracks = Count(Place::left, true) + Count(Place::right, true);
+    return tracks == 0 ? 0 : kMargin + kTrack * static_cast<double>(tracks);
+}
+
+bool Mirrors::Collides(const BlockBox& module, const BlockBox& channel, std::size_t number) const noexcept {
+    const auto heightAtModule = [&module](const Route& route) {
+        return module.HeightOf(route.mirror.module.side, route.mirror.module.index);
+    };
+    return std::any_of(routes_.begin(), routes_.end(), [&](const Route& arriving) {
+        const PinId& pin = arriving.mirror.channel;
+        return pin.block == number && std::any_of(routes_.begin(), routes_.end(), [&](const Route& leaving) {
+                   return &leaving != &arriving && SideOf(arriving.place) == leaving.mirror.module.side &&
+                          heightAtModule(leaving) == channel.HeightOf(pin.side, pin.index);
+               });
+    });
+}
+
+Mirrors::Ends Mirrors::EndsOf(const Route& route, const BlockBox& module,
+                              const BlockBox& channel) const noexcept {
+    const PinId& own = route.mirror.module;
+    const PinId& far = route.mirror.channel;
+    // The edge of the channel that faces the module. A pin that leaves the channel
+    // there has a stub; another one is met at the edge.
+    const Side facing = route.place == Place::left ? Side::output : Side::input;
+    const double edge = facing == Side::output ? channel.Right() : channel.Left();
+    const double stub = far.side != facing ? 0 : channel.Stub(facing) * (facing == Side::output ? 1 : -1);
+    const double start = own.side == Side::input ? module.Left() - module.Stub(Side::input)
+                                                 : module.Right() + module.Stub(Side::output);
+    return {{start, module.HeightOf(own.side, own.index)},
+            {edge + stub, channel.HeightOf(far.side, far.index)}};
+}
+
+void Mirrors::PaintLines(Drawing& drawing, const BlockBox& module,
+                         const std::vector<BlockBox>& channels) const {
+    PaintDirect(drawing, Place::left, module, channels);
+    PaintDirect(drawing, Place::right, module, channels);
+    PaintAround(drawing, module, channels);
+}
+
+void Mirrors::PaintPorts(Drawing& drawing, const BlockBox& module,
+                         const std::vector<BlockBox>& channels) const {
+    for (const Route& route : routes_) {
+        const Point end = EndsOf(route, module, channels[route.mirror.channel.block - 1]).channel;
+        drawing.items.push_back({Paint::mirrorPort,
+                                 Polygon{{{end.x - kPort, end.y},
+                                          {end.x, end.y - kPort},
+                                          {end.x + kPort, end.y},
+                                          {end.x, end.y + kPort}}},
+                                 route.mirror.channel});
+    }
+}
+
+void Mirrors::PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
+                          const std::vector<BlockBox>& channels) const {
+    struct Wanted {
+        const Route* route;
+        Ends ends;
+    };
+    std::vector<Wanted> rising;
+    std::vector<Wanted> falling;
+    for (const Route& route : routes_) {
+        if (route.place == place && !route.isAround) {
+            const Ends ends = EndsOf(route, module, channels[route.mirror.channel.block - 1]);
+            (ends.channel.y < ends.module.y ? rising : falling).push_back({&route, ends});
+        }
+    }
+    // Lines of one direction do not cross when a rising line turns before those below
+    // it, and a falling line behind them.
+    const auto byHeight = [](const Wanted& one, const Wanted& other) {
+        return one.ends.module.y < other.ends.module.y;
+    };
+    std::stable_sort(rising.begin(), rising.end(), byHeight);
+    std::stable_sort(falling.begin(), falling.end(), byHeight);
+    std::reverse(falling.begin(), falling.end());
+    const double out = place == Place::left ? -1 : 1;
+    const double edge = place == Place::left ? module.Left() : module.Right();
+    double track = edge + out * (module.Margin(SideOf(place)) + kMargin);
+    for (const auto* const lines : {&rising, &falling}) {
+        for (const Wanted& line : *lines) {
+            const auto& [from, to] = line.ends;
+            drawing.items.push_back(
+                {Paint::mirror, Line{{from, {track, from.y}, {track, to.y}, to}}, line.route->mirror.module});
+            track += out * kTrack;
+        }
+    }
+}
+
+void Mirrors::PaintAround(Drawing& drawing, const BlockBox& module,
+                          const std::vector<BlockBox>& channels) const {
+    // Behind the tracks of the direct lines, on both sides.
+    double left = module.Left() - module.Margin(Side::input) - kMargin -
+                  kTrack * static_cast<double>(Count(Place::left, false));
+    double right = module.Right() + module.Margin(Side::output) + kMargin +
+                   kTrack * static_cast<double>(Count(Place::right, false));
+    double level = module.Bottom() + kMargin;
+    for (const Route& route : routes_) {
+        if (!route.isAround) {
+            continue;
+        }
+        const auto [from, to] = EndsOf(route, module, channels[route.mirror.channel.block - 1]);
+        const double near = route.place == Place::left ? right : left;
+        const double far = route.place == Place::left ? left : right;
+        drawing.items.push_back({Paint::mirror,
+                                 Line{{from, {near, from.y}, {near, level}, {far, level}, {far, to.y}, to}},
+                                 route.mirror.module});
+        left -= kTrack;
+        right += kTrack;
+        level += kTrack;
+    }
+}
+
+} // namespace drawing

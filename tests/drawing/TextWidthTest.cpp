@@ -1,0 +1,75 @@
+#include "drawing/TextWidth.h"
+#include "tests/drawing/Sheets.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace drawingtest {
+
+using namespace drawing;
+
+namespace {
+
+std::vector<char32_t> CharactersOf(const std::string& text) {
+    std::vector<char32_t> characters;
+    for (std::size_t at = 0; at < text.size();) {
+        characters.push_back(NextCharacter(text, at));
+        EXPECT_LE(at, text.size());
+    }
+    return characters;
+}
+
+using Characters = std::vector<char32_t>;
+
+TEST(NextCharacterTest, ReadsCharactersOfEveryLength) {
+    EXPECT_EQ((Characters{U'a', 0xB0, 0x20AC, 0x1F600, U'z'}),
+              CharactersOf("a\xC2\xB0\xE2\x82\xAC\xF0\x9F\x98\x80z"));
+}
+
+TEST(NextCharacterTest, TakesABrokenByteForOneReplacement) {
+    EXPECT_EQ((Characters{0xFFFD, U'a'}), CharactersOf("\xFF"
+                                                       "a"));
+    EXPECT_EQ((Characters{0xFFFD, U'a'}), CharactersOf("\xC2"
+                                                       "a"));
+    EXPECT_EQ((Characters{0xFFFD}), CharactersOf("\xC2"));
+    EXPECT_EQ((Characters{0xFFFD, 0xFFFD}), CharactersOf("\xE2\x82"));
+    // Longer than need be, half a surrogate pair, past the last character.
+    EXPECT_EQ((Characters{0xFFFD, 0xFFFD}), CharactersOf("\xC0\x80"));
+    EXPECT_EQ((Characters{0xFFFD, 0xFFFD, 0xFFFD}), CharactersOf("\xE0\x80\x80"));
+    EXPECT_EQ((Characters{0xFFFD, 0xFFFD, 0xFFFD}), CharactersOf("\xED\xA0\x80"));
+    EXPECT_EQ((Characters{0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD}), CharactersOf("\xF4\x90\x80\x80"));
+}
+
+TEST(ShortenedTest, LeavesWhatFits) {
+    EXPECT_EQ("AI1_Out", Shortened("AI1_Out", Font::tag, 7 * 5.5, EvenWidth));
+    EXPECT_EQ("", Shortened("", Font::tag, 0, EvenWidth));
+}
+
+TEST(ShortenedTest, KeepsTheLongestBeginningThatFits) {
+    // The ellipsis is three bytes long, so three letters wide here.
+    EXPECT_EQ("AI1\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5, EvenWidth));
+    EXPECT_EQ("AI\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5 - 0.1, EvenWidth));
+    EXPECT_EQ("\u2026", Shortened("AI1_Out", Font::tag, 1, EvenWidth));
+}
+
+TEST(ShortenedTest, CutsBetweenCharacters) {
+    const std::string degrees = "\u00B0\u00B0\u00B0\u00B0\u00B0";
+    EXPECT_EQ("\u00B0\u2026", Shortened(degrees, Font::tag, 6 * 5.5, EvenWidth));
+}
+
+TEST(WidthByTableTest, GrowsWithTheTextAndTheFont) {
+    EXPECT_EQ(0, WidthByTable("", Font::name));
+    EXPECT_LT(WidthByTable("il", Font::name), WidthByTable("WM", Font::name));
+    EXPECT_DOUBLE_EQ(2 * WidthByTable("AI1", Font::name), WidthByTable("AI1AI1", Font::name));
+    EXPECT_LT(WidthByTable("AI1", Font::note), WidthByTable("AI1", Font::name));
+    // A combining mark takes no room, an ideograph that of a letter's height at least.
+    EXPECT_DOUBLE_EQ(WidthByTable("a", Font::name), WidthByTable("a\u0301", Font::name));
+    EXPECT_GE(WidthByTable("\u6C34", Font::name), 13);
+}
+
+} // namespace
+
+} // namespace drawingtest
