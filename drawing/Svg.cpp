@@ -3,13 +3,12 @@
 #include "drawing/Palette.h"
 #include "drawing/TextWidth.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <optional>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace drawing {
 

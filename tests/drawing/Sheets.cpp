@@ -1,6 +1,5 @@
 #include "tests/drawing/Sheets.h"
 
-#include <cstddef>
 #include <variant>
 
 namespace drawingtest {
