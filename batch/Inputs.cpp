@@ -1,0 +1,119 @@
+#include "batch/Inputs.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace batch {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kEnding = ".xml";
+
+/// File systems that take "A.xml" and "a.xml" for one file are common.
+std::string Lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
+}
+
+std::string KeyOf(const fs::path& path) {
+    std::error_code ignored;
+    const fs::path whole = fs::absolute(path, ignored);
+    return Lower(NameOf((ignored ? path : whole).lexically_normal()));
+}
+
+bool IsFolder(const fs::path& path) {
+    std::error_code none;
+    return fs::is_directory(path, none);
+}
+
+void AddFolder(const fs::path& folder, std::vector<Input>& inputs) {
+    std::vector<fs::path> found;
+    std::error_code error;
+    fs::recursive_directory_iterator at(folder, fs::directory_options::skip_permission_denied, error);
+    while (!error && at != fs::recursive_directory_iterator()) {
+        if (Lower(NameOf(at->path().extension())) == kEnding && !IsFolder(at->path())) {
+            found.push_back(at->path());
+        }
+        at.increment(error);
+    }
+    if (error || found.empty()) {
+        inputs.push_back({folder, folder.filename(),
+                          error ? "the folder cannot be read: " + error.message()
+                                : "the folder holds no file whose name ends in .xml"});
+        return;
+    }
+    std::sort(found.begin(), found.end());
+    for (const fs::path& file : found) {
+        inputs.push_back({file, file.lexically_relative(folder), ""});
+    }
+}
+
+} // namespace
+
+std::vector<Input> FindInputs(const std::vector<fs::path>& given) {
+    std::vector<Input> all;
+    for (const fs::path& path : given) {
+        if (IsFolder(path)) {
+            AddFolder(path, all);
+        } else {
+            all.push_back({path, path.filename(), ""});
+        }
+    }
+    std::set<std::string> known;
+    std::vector<Input> inputs;
+    for (Input& input : all) {
+        if (known.insert(KeyOf(input.file)).second) {
+            inputs.push_back(std::move(input));
+        }
+    }
+    return inputs;
+}
+
+bool IsMany(const std::vector<fs::path>& given) {
+    return given.size() > 1 || std::any_of(given.begin(), given.end(), IsFolder);
+}
+
+std::vector<fs::path> OutputsIn(const fs::path& folder, const std::vector<Input>& inputs,
+                                std::string_view ending) {
+    std::map<std::string, fs::path> sources;
+    std::set<std::string> read;
+    for (const Input& input : inputs) {
+        read.insert(KeyOf(input.file));
+    }
+    std::vector<fs::path> outputs;
+    for (const Input& input : inputs) {
+        fs::path output = folder / input.below;
+        output.replace_extension(PathOf(ending));
+        const std::string key = KeyOf(output);
+        const auto [entry, isNew] = sources.emplace(key, input.file);
+        if (!isNew) {
+            throw std::invalid_argument(NameOf(entry->second) + " and " + NameOf(input.file) +
+                                        " would both be written to " + NameOf(output) +
+                                        "; name the folder above them instead");
+        }
+        if (read.contains(key)) {
+            throw std::invalid_argument(NameOf(output) +
+                                        " is read and would be written over; choose another folder");
+        }
+        outputs.push_back(std::move(output));
+    }
+    return outputs;
+}
+
+std::string NameOf(const fs::path& path) {
+    const std::u8string name = path.u8string();
+    return {name.begin(), name.end()};
+}
+
+fs::path PathOf(std::string_view name) {
+    return {std::u8string(name.begin(), name.end())};
+}
+
+} // namespace batch
