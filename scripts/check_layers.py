@@ -18,6 +18,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 MAY_SEE = {
     "core": [],
     "drawing": [],
+    "batch": ["core"],
     "com": ["core"],
     "common": ["core", "com"],
     "types": ["core", "com", "common"],
@@ -27,7 +28,7 @@ MAY_SEE = {
     "internal": ["core", "com", "common"],
     "component": ["core", "com", "common", "types", "dialogs", "points", "appobject", "internal"],
     "host": ["core", "com"],
-    "bench": ["core", "com", "drawing"],
+    "bench": ["core", "com", "batch", "drawing"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"
