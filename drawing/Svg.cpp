@@ -51,7 +51,11 @@ const char* NameOf(const std::pair<Key, const char*> (&names)[n], Key key) {
 std::string Number(double number) {
     const long long hundredths = std::llround(number * 100);
     const long long size = hundredths < 0 ? -hundredths : hundredths;
-    std::string text = (hundredths < 0 ? "-" : "") + std::to_string(size / 100);
+    std::string text;
+    if (hundredths < 0) {
+        text = '-';
+    }
+    text += std::to_string(size / 100);
     if (size % 100 != 0) {
         text += '.';
         text += static_cast<char>('0' + size % 100 / 10);
