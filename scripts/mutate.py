@@ -28,7 +28,7 @@ from cpp_changes import described, sites_of
 from mutate_build import Build
 from mutate_lane import DLL, Change, Lane, Stopped
 
-FOLDERS = ("appobject", "points", "types", "dialogs", "internal", "common", "com", "component")
+FOLDERS = ("core", "appobject", "points", "types", "dialogs", "internal", "common", "com", "component")
 # The tests of these folders stand under another name.
 TESTED_IN = {"appobject": "module", "component": "package"}
 COUNTED = ("noticed", "lived")

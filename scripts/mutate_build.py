@@ -69,6 +69,14 @@ class Build:
                 parts.update(each for each in self.commands if each.startswith(folder))
         return parts
 
+    def link_includes(self, tree):
+        """Beside another tree, the folders of links by which a layer sees another one there."""
+        for link in (self.folder / "include").glob("*/*"):
+            target = Path(tree).parent / "include" / link.parent.name / link.name
+            target.parent.mkdir(parents=True, exist_ok=True)
+            target.unlink(missing_ok=True)
+            target.symlink_to(Path(tree) / link.resolve().relative_to(self.root))
+
     def tests_of(self, header):
         """The sources that test a header by itself: those named after it; where few include it, all of those."""
         if not self.named:
@@ -83,11 +91,13 @@ class Build:
 
     def compile_command(self, output, tree, target):
         """The command that compiles an object from the sources in another tree into another file."""
-        command = []
+        command, includes = [], self.folder / "include"
         for word in self.commands[output]:
             flag = "-I" if word.startswith("-I") else ""
             path = Path(word[len(flag) :])
-            if path.is_absolute() and path.is_relative_to(self.root) and not path.is_relative_to(self.folder):
+            if path.is_relative_to(includes):
+                word = flag + str(Path(tree).parent / "include" / path.relative_to(includes))
+            elif path.is_absolute() and path.is_relative_to(self.root) and not path.is_relative_to(self.folder):
                 word = flag + str(Path(tree) / path.relative_to(self.root))
             command.append(word)
         command[command.index("-o") + 1] = str(target)

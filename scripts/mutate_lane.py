@@ -76,6 +76,8 @@ class Lane:
             target = self.tree / source
             target.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy2(self.windows.root / source, target)
+        for build in (self.windows, self.native):
+            build.link_includes(self.tree)
         shutil.copytree(self.windows.folder / "bin", self.win32 / "bin")
         for file in files:
             replace_file(self.windows.folder / file, self.win32 / file)
@@ -172,7 +174,11 @@ class Lane:
         """Links a test program anew when it has the changed source in it, or a test of it by its name. Adds it to
         `relinked` first: the program that was there goes, whether the link succeeds or not."""
         build = self.windows
-        own = {output for output in build.link_of(program) if build.source_of.get(output) == file}
+        parts = build.parts_of(program)
+        # One program stands in the DLL's place and has all of the component in itself.
+        holds = any(build.source_of.get(output) == "component/Classes.cpp" for output in parts)
+        own = {output for output in (parts if holds else build.link_of(program))
+               if build.source_of.get(output) == file}
         header = file if file.endswith(".h") else re.sub(r"\.cpp$", ".h", file)
         named = set(build.tests_of(header)) & set(build.link_of(program))
         if not own and not named:

@@ -101,6 +101,33 @@ class LinkTest(unittest.TestCase):
                          self.build.test_link_command("a.exe", self.objects, "/b.exe"))
 
 
+class TreeTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root, self.tree = Path(folder.name) / "root", Path(folder.name) / "lane/source"
+        self.build = Build.__new__(Build)
+        self.build.root, self.build.folder = self.root, self.root / "build/win32"
+        for name in ("core", "com"):
+            (self.root / name).mkdir(parents=True)
+            (self.build.folder / "include" / name).mkdir(parents=True)
+            (self.build.folder / "include" / name / name).symlink_to(self.root / name)
+
+    def test_compiles_with_the_headers_of_the_other_tree(self):
+        include = self.build.folder / "include/core"
+        self.build.commands = {"x.obj": ["g++", f"-I{include}", f"-I{self.build.folder}/idl", "-o", "x.obj",
+                                         f"{self.root}/com/x.cpp"]}
+        self.assertEqual(["g++", f"-I{self.tree.parent}/include/core", f"-I{self.build.folder}/idl", "-o", "y.obj",
+                          f"{self.tree}/com/x.cpp", "-w"],
+                         self.build.compile_command("x.obj", self.tree, "y.obj"))
+
+    def test_links_the_layers_of_the_other_tree(self):
+        self.build.link_includes(self.tree)
+        self.build.link_includes(self.tree)
+        for name in ("core", "com"):
+            self.assertEqual(self.tree / name, (self.tree.parent / "include" / name / name).readlink())
+
+
 class BuildDouble:
     """A build of a DLL and a test program, of one source each."""
 
