@@ -24,7 +24,7 @@ std::string Refusal(const std::wstring& keys) {
 }
 
 // The editor keeps the text that it shows, in the user's form.
-TEST(EditTest, AnswersTheEditorWithItsText) {
+TEST(DialogsEditTest, AnswersTheEditorWithItsText) {
     const Json edited = Bench({L"edit", L"channels", L"AI1_Offset"});
     EXPECT_EQ("-0.50", edited["before"]["value"]);
     EXPECT_EQ(Json(Local("-0.50")), edited["after"]["value"]);
@@ -35,12 +35,12 @@ TEST(EditTest, AnswersTheEditorWithItsText) {
     EXPECT_EQ(Json{Local("-0.50")}, edited["boxes"][0]["fields"]);
 }
 
-TEST(EditTest, FailsWithoutAnEditor) {
+TEST(DialogsEditTest, FailsWithoutAnEditor) {
     EXPECT_EQ("0x800A005B", Bench({L"edit", SmallStream(), L"AI6_Label"}, 1)["error"]["hresult"]);
     EXPECT_EQ("0x80070057", Bench({L"edit", L"channels", L"Nope"}, 1)["error"]["hresult"]);
 }
 
-TEST(EditTest, TypesIntoTheEditor) {
+TEST(DialogsEditTest, TypesIntoTheEditor) {
     const Json edited = Edited(L"AI1_Offset", IsCommaUser() ? L"1,5{ENTER}" : L"1.5{ENTER}");
     EXPECT_EQ((Json{{"value", "-0.50"}, {"display", Local("-0.50 \u00B0C")}}), edited["before"]);
     EXPECT_EQ((Json{{"value", Local("1.5")}, {"display", Local("1.5 \u00B0C")}}), edited["after"]);
@@ -50,7 +50,7 @@ TEST(EditTest, TypesIntoTheEditor) {
     EXPECT_EQ(Json::array(), edited["leftOpen"]);
 }
 
-TEST(EditTest, KeysGoToTheControlWithTheFocus) {
+TEST(DialogsEditTest, KeysGoToTheControlWithTheFocus) {
     const Json ticked = Edited(L"AI1_Offset", L"{TAB}{SPACE}{ENTER}");
     EXPECT_EQ(Json(Local("327.67")), ticked["after"]["value"]) << "the invalid value";
     EXPECT_EQ(ticked["after"], Edited(L"AI1_Offset", L"{alt+I}{enter}")["after"]);
@@ -59,22 +59,22 @@ TEST(EditTest, KeysGoToTheControlWithTheFocus) {
     EXPECT_EQ("-0.50", Edited(L"AI1_Offset", L"7{ALT+c}")["after"]["value"]);
 }
 
-TEST(EditTest, EscTakesTheTypedTextBack) {
+TEST(DialogsEditTest, EscTakesTheTypedTextBack) {
     EXPECT_EQ(Json(Local("-0.50")), Edited(L"AI1_Offset", L"7{ESC}{ENTER}")["after"]["value"]);
 }
 
-TEST(EditTest, KeysMoveTheCaretAndDelete) {
+TEST(DialogsEditTest, KeysMoveTheCaretAndDelete) {
     EXPECT_EQ("35", Edited(L"AI1_Offset", L"123{HOME}{DEL 2}{RIGHT}5{ENTER}")["after"]["value"]);
     EXPECT_EQ("102", Edited(L"AI1_Offset", L"123{BACKSPACE}{LEFT}0{ENTER}")["after"]["value"]);
 }
 
-TEST(EditTest, ArrowKeysChooseFromAList) {
+TEST(DialogsEditTest, ArrowKeysChooseFromAList) {
     const Json edited = Edited(L"AO1_Setup", L"{DOWN 2}{UP}{ENTER}");
     EXPECT_EQ((Json{{"value", "21"}, {"display", "DCM_LINEAR"}}), edited["before"]);
     EXPECT_EQ((Json{{"value", "22"}, {"display", "DCM_EQUAL_PERCENT"}}), edited["after"]);
 }
 
-TEST(EditTest, AMessageBoxGetsNoKey) {
+TEST(DialogsEditTest, AMessageBoxGetsNoKey) {
     const Json edited = Edited(L"AI1_Offset", L"999{ENTER}", 1);
     ASSERT_EQ(2U, edited["boxes"].size());
     EXPECT_EQ(Json(Local("The value is greater than 327.66")), edited["boxes"][1]["text"]);
@@ -82,7 +82,7 @@ TEST(EditTest, AMessageBoxGetsNoKey) {
     EXPECT_EQ(Json(Local("327.66")), edited["after"]["value"]);
 }
 
-TEST(EditTest, FailsWhenADialogIsStillOpen) {
+TEST(DialogsEditTest, FailsWhenADialogIsStillOpen) {
     const Json edited = Edited(L"AI1_Offset", L"5", 1);
     EXPECT_EQ(Json{"Edit Value"}, edited["leftOpen"]);
     EXPECT_EQ("-0.50", edited["after"]["value"]);
@@ -91,7 +91,7 @@ TEST(EditTest, FailsWhenADialogIsStillOpen) {
               edited["error"]["description"]);
 }
 
-TEST(EditTest, FailsWhenKeysAreLeft) {
+TEST(DialogsEditTest, FailsWhenKeysAreLeft) {
     const Json edited = Edited(L"AI1_Offset", L"5{ENTER}{tab 2}{{}x", 1);
     EXPECT_EQ("5", edited["after"]["value"]);
     EXPECT_EQ("{TAB}{TAB}{{}x", edited["keysLeft"]);
@@ -99,7 +99,7 @@ TEST(EditTest, FailsWhenKeysAreLeft) {
               edited["error"]["description"]);
 }
 
-TEST(KeysTest, AFaultInThemIsWrongUsage) {
+TEST(DialogsKeysTest, AFaultInThemIsWrongUsage) {
     EXPECT_EQ("tambench: --keys: there is no key in it", Refusal(L""));
     EXPECT_EQ("tambench: --keys: the { at character 2 is not closed; the brace itself is written {{}",
               Refusal(L"1{ENTER"));
@@ -117,12 +117,12 @@ TEST(KeysTest, AFaultInThemIsWrongUsage) {
     EXPECT_EQ("tambench: --keys: character 2 is a control character; write the key's name", Refusal(L"1\t"));
 }
 
-TEST(KeysTest, AreNotForAUserWhoTypes) {
+TEST(DialogsKeysTest, AreNotForAUserWhoTypes) {
     const Outcome run = RunBench({L"edit", L"channels", L"AI1_Offset", L"--keys", L"1", L"--interactive"});
     EXPECT_EQ(2U, run.status);
 }
 
-TEST(RenameTest, TellsWhatTheUserChose) {
+TEST(DialogsRenameTest, TellsWhatTheUserChose) {
     const Json renamed =
         Bench({L"rename", L"Tam_1", L"--key", L"K9", L"--keys", L"{END}{BACKSPACE}2{ENTER}{TAB}{SPACE}"});
     EXPECT_EQ("confirmed", renamed["choice"]);
@@ -137,12 +137,12 @@ TEST(RenameTest, TellsWhatTheUserChose) {
     EXPECT_EQ("Tam_1", cancelled["after"]);
 }
 
-TEST(RenameTest, IsAnsweredWithOkWithoutKeys) {
+TEST(DialogsRenameTest, IsAnsweredWithOkWithoutKeys) {
     EXPECT_EQ("confirmed", Bench({L"rename", L"Hall"})["choice"]);
     EXPECT_EQ("cancelled", Bench({L"rename"})["choice"]) << "without a name its OK is grey";
 }
 
-TEST(RenameTest, ARefusedNameLeavesTheDialogOpen) {
+TEST(DialogsRenameTest, ARefusedNameLeavesTheDialogOpen) {
     const Json refused = Bench({L"rename", L"--keys", L"a-b{ALT+o}{ESC}"}, 1);
     EXPECT_EQ("cancelled", refused["choice"]);
     ASSERT_EQ(2U, refused["boxes"].size());
@@ -153,11 +153,11 @@ TEST(RenameTest, ARefusedNameLeavesTheDialogOpen) {
               plain["error"]["description"]);
 }
 
-TEST(RenameTest, TakesSixCharacters) {
+TEST(DialogsRenameTest, TakesSixCharacters) {
     EXPECT_EQ("abcdef", Bench({L"rename", L"--keys", L"abcdefgh{ALT+o}"})["after"]);
 }
 
-TEST(AboutTest, ShowsTheVersion) {
+TEST(DialogsAboutTest, ShowsTheVersion) {
     const Json boxes = Bench({L"about"})["boxes"];
     ASSERT_EQ(1U, boxes.size());
     EXPECT_EQ("dialog", boxes[0]["kind"]);

@@ -24,7 +24,7 @@ std::size_t Places(const std::string& line) {
         line.begin(), line.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-TEST(HelpTest, StandsOnTheOutputWithStatus0) {
+TEST(ProgramHelpTest, StandsOnTheOutputWithStatus0) {
     for (const std::vector<std::wstring>& arguments : {std::vector<std::wstring>{}, {L"--help"}, {L"-h"}}) {
         const Outcome run = RunBench(arguments);
         EXPECT_EQ(0U, run.status);
@@ -34,7 +34,7 @@ TEST(HelpTest, StandsOnTheOutputWithStatus0) {
     }
 }
 
-TEST(HelpTest, EveryCommandHasExamples) {
+TEST(ProgramHelpTest, EveryCommandHasExamples) {
     for (const std::wstring command :
          {L"inspect", L"types", L"save", L"load", L"interop", L"export", L"set", L"clear-refs", L"contains",
           L"edit", L"icon", L"datasheet", L"about"}) {
@@ -45,7 +45,7 @@ TEST(HelpTest, EveryCommandHasExamples) {
     }
 }
 
-TEST(UsageTest, WrongUsageIsStatus2WithAReason) {
+TEST(ProgramUsageTest, WrongUsageIsStatus2WithAReason) {
     const std::pair<std::vector<std::wstring>, std::string> wrong[] = {
         {{L"bogus"}, "there is no command bogus"},
         {{L"inspect"}, "STREAM is required"},
@@ -65,20 +65,20 @@ TEST(UsageTest, WrongUsageIsStatus2WithAReason) {
     }
 }
 
-TEST(FailureTest, IsStatus1WithTheNumberAndTheDescription) {
+TEST(ProgramFailureTest, IsStatus1WithTheNumberAndTheDescription) {
     const Outcome run = RunBench({L"inspect", L"damaged"});
     EXPECT_EQ(1U, run.status);
     EXPECT_EQ("tambench: LoadFromXmlStream: 0x800A005B Object variable or With block variable not set\n",
               run.err);
 }
 
-TEST(FailureTest, AStreamThatIsNotThereIsNamed) {
+TEST(ProgramFailureTest, AStreamThatIsNotThereIsNamed) {
     const Outcome run = RunBench({L"inspect", L"nowhere.xml"});
     EXPECT_EQ(1U, run.status);
     EXPECT_TRUE(Has(run.err, "0x80070002 nowhere.xml cannot be read")) << run.err;
 }
 
-TEST(TextTest, FitsAHundredColumns) {
+TEST(ProgramTextTest, FitsAHundredColumns) {
     for (const std::vector<std::wstring>& arguments :
          {std::vector<std::wstring>{L"inspect", L"full", L"--wire"}, {L"types"}, {L"export", L"full"}}) {
         const Outcome run = RunBench(arguments);
@@ -90,7 +90,7 @@ TEST(TextTest, FitsAHundredColumns) {
     }
 }
 
-TEST(TextTest, SaysWhatWasLoadedAndWhichBoxesCame) {
+TEST(ProgramTextTest, SaysWhatWasLoadedAndWhichBoxesCame) {
     const Outcome silent = RunBench({L"clear-refs", L"channels"});
     EXPECT_TRUE(
         Has(silent.out, "Loaded channels: \"Reading room\" with 3 inputs, 5 outputs and 11 attributes.\n"));
@@ -102,11 +102,11 @@ TEST(TextTest, SaysWhatWasLoadedAndWhichBoxesCame) {
         << boxed.out;
 }
 
-TEST(TextTest, IsUtf8) {
+TEST(ProgramTextTest, IsUtf8) {
     EXPECT_TRUE(Has(RunBench({L"inspect", L"channels"}).out, Local("-0.50 \u00B0C\n")));
 }
 
-TEST(OptionsTest, StandBeforeOrBehindTheCommand) {
+TEST(ProgramOptionsTest, StandBeforeOrBehindTheCommand) {
     const Outcome before = RunBench({L"--us", L"--json", L"set", L"channels", L"AI1_Offset=1.5"});
     const Outcome behind = RunBench({L"set", L"channels", L"AI1_Offset=1.5", L"--json", L"--us"});
     EXPECT_EQ(0U, before.status);

@@ -35,31 +35,31 @@ std::string SavedElement() {
            "</O_Tam_id>\n";
 }
 
-TEST(SaveTest, ShowsWhatTheComponentWrote) {
+TEST(ProjectSaveTest, ShowsWhatTheComponentWrote) {
     const Json saved = SavePlaced();
     EXPECT_EQ(Json(SavedElement()), saved["element"]);
     EXPECT_EQ(Json::array(), saved["boxes"]);
 }
 
-TEST(SaveTest, WritesAProject) {
+TEST(ProjectSaveTest, WritesAProject) {
     SavePlaced();
     const std::string file = ReadFileBytes(ProjectFile());
     EXPECT_EQ(0U, file.find("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Project>\n  <O_Tam_id>\n"));
     EXPECT_NE(std::string::npos, file.find("<UserName>Lesesaal \u00C4</UserName>"));
 }
 
-TEST(SaveTest, WritesNoOutputsWhenNoneIsDisplayed) {
+TEST(ProjectSaveTest, WritesNoOutputsWhenNoneIsDisplayed) {
     const std::string element = Bench({L"save", L"channels"})["element"];
     EXPECT_EQ(std::string::npos, element.find("Outputs"));
     EXPECT_NE(std::string::npos, element.find("<UserName>Reading room</UserName>"));
 }
 
-TEST(SaveTest, RefusesToDisplayAnOutputThatIsNotThere) {
+TEST(ProjectSaveTest, RefusesToDisplayAnOutputThatIsNotThere) {
     const Json failed = Bench({L"save", L"channels", L"--display", L"Nope"}, 1);
     EXPECT_EQ("there is no output \"Nope\"", failed["error"]["description"]);
 }
 
-TEST(LoadTest, RestoresWhatAProjectKeeps) {
+TEST(ProjectLoadTest, RestoresWhatAProjectKeeps) {
     SavePlaced();
     const Json loaded = Bench({L"load", L"channels", ProjectFile()});
     EXPECT_EQ((Json{{"userName", "Reading room"},
@@ -81,19 +81,19 @@ TEST(LoadTest, RestoresWhatAProjectKeeps) {
     EXPECT_EQ(Json::array(), loaded["boxes"]);
 }
 
-TEST(LoadTest, FailsOnAFileThatIsNoProject) {
+TEST(ProjectLoadTest, FailsOnAFileThatIsNoProject) {
     const Json none = Bench({L"load", L"channels", ScratchFolder() + L"none.xml"}, 1);
     EXPECT_EQ("0x80070002", none["error"]["hresult"]);
     const Json other = Bench({L"load", L"channels", SamplesFolder() + L"catalogue.xml"}, 1);
     EXPECT_EQ("0x80070057", other["error"]["hresult"]);
 }
 
-TEST(InteropTest, DescribesEveryPoint) {
+TEST(ProjectInteropTest, DescribesEveryPoint) {
     const Json full = Bench({L"interop", L"full"});
     EXPECT_EQ((Json{{"inputs", 13}, {"outputs", 25}, {"attributes", 65}}), full["counts"]);
 }
 
-TEST(InteropTest, WritesTheElementsOfThePoints) {
+TEST(ProjectInteropTest, WritesTheElementsOfThePoints) {
     const std::string element = Bench({L"interop", L"channels"})["element"];
     EXPECT_EQ(0U, element.find("<O_Tam_id>\n"
                                "  <UserName>Reading room</UserName>\n"

@@ -13,7 +13,7 @@ namespace benchtest {
 
 namespace {
 
-TEST(InspectTest, TellsWhatTheModuleIs) {
+TEST(ReadingInspectTest, TellsWhatTheModuleIs) {
     const Json module = Bench({L"inspect", L"channels"})["module"];
     EXPECT_EQ("O_Tam_id.CDBAppObject", module["programmaticId"]);
     EXPECT_EQ("O_Tam_id", module["definition"]);
@@ -29,7 +29,7 @@ TEST(InspectTest, TellsWhatTheModuleIs) {
     EXPECT_EQ(true, module["datasheetAvailable"]);
 }
 
-TEST(InspectTest, ShowsTheInputsOfTheStream) {
+TEST(ReadingInspectTest, ShowsTheInputsOfTheStream) {
     const Json inputs = Bench({L"inspect", L"channels"})["inputs"];
     EXPECT_EQ((Json{"AO1_In1", "DO1_In1", "CTX1_In1"}), Pluck(inputs, "name"));
     EXPECT_EQ((Json{0, 1, 2}), Pluck(inputs, "index"));
@@ -43,7 +43,7 @@ TEST(InspectTest, ShowsTheInputsOfTheStream) {
     EXPECT_EQ("PROJECT\\SHEET1\\MODULE1\\RIN\\AO1_In1", inputs[0]["extendedKey"]);
 }
 
-TEST(InspectTest, ShowsTheOutputsWithTheirTypes) {
+TEST(ReadingInspectTest, ShowsTheOutputsWithTheirTypes) {
     const Json outputs = Bench({L"inspect", L"channels"})["outputs"];
     EXPECT_EQ((Json{"AI1_Out", "AO1_Out", "DI1_Out", "DO1_Out", "CTX1_Out"}), Pluck(outputs, "name"));
     EXPECT_EQ((Json{"4000", "4001", "4002", "4003", "4004"}), Pluck(outputs, "reference"));
@@ -60,7 +60,7 @@ TEST(InspectTest, ShowsTheOutputsWithTheirTypes) {
     EXPECT_EQ("SHEET1\\MODULE1\\ROU\\AI1_Out", outputs[0]["globalKey"]);
 }
 
-TEST(InspectTest, ShowsAttributesAsAUserSeesThem) {
+TEST(ReadingInspectTest, ShowsAttributesAsAUserSeesThem) {
     const Json attributes = Bench({L"inspect", L"channels"})["attributes"];
     ASSERT_EQ(11U, attributes.size());
     EXPECT_EQ("-0.50", Named(attributes, "AI1_Offset")["value"]);
@@ -75,13 +75,13 @@ TEST(InspectTest, ShowsAttributesAsAUserSeesThem) {
     EXPECT_EQ("SHEET1\\MODULE1\\ATT\\AI1_Offset", Named(attributes, "AI1_Offset")["globalKey"]);
 }
 
-TEST(InspectTest, ShowsValuesInUsUnits) {
+TEST(ReadingInspectTest, ShowsValuesInUsUnits) {
     const Json attributes = Bench({L"inspect", L"channels", L"--us"})["attributes"];
     EXPECT_EQ("-0.50", Named(attributes, "AI1_Offset")["value"]);
     EXPECT_EQ(Json(Local("-0.9 \u00B0F")), Named(attributes, "AI1_Offset")["display"]);
 }
 
-TEST(InspectTest, LoadsAFullModuleSilently) {
+TEST(ReadingInspectTest, LoadsAFullModuleSilently) {
     const Json full = Bench({L"inspect", L"full"});
     EXPECT_EQ(13U, full["inputs"].size());
     EXPECT_EQ(25U, full["outputs"].size());
@@ -98,7 +98,7 @@ TEST(InspectTest, LoadsAFullModuleSilently) {
               kinds);
 }
 
-TEST(InspectTest, WiresWhatFitsAndRefusesTheRest) {
+TEST(ReadingInspectTest, WiresWhatFitsAndRefusesTheRest) {
     const Json full = Bench({L"inspect", L"full", L"--wire"});
     std::map<std::string, std::string> results;
     for (const Json& wire : full["wires"]) {
@@ -118,7 +118,7 @@ TEST(InspectTest, WiresWhatFitsAndRefusesTheRest) {
     EXPECT_EQ("", Named(inputs, "AO3_In1")["value"]);
 }
 
-TEST(InspectTest, TellsTheBoxesOfAFaultyStreamInTheirOrder) {
+TEST(ReadingInspectTest, TellsTheBoxesOfAFaultyStreamInTheirOrder) {
     const Json oddities = Bench({L"inspect", L"oddities"}, 1);
     EXPECT_EQ(7U, oddities["inputs"].size());
     EXPECT_EQ(7U, oddities["outputs"].size());
@@ -141,12 +141,12 @@ TEST(InspectTest, TellsTheBoxesOfAFaultyStreamInTheirOrder) {
     }
 }
 
-TEST(InspectTest, TakesTheFileOfAStream) {
+TEST(ReadingInspectTest, TakesTheFileOfAStream) {
     const Json channels = Bench({L"inspect", SamplesFolder() + L"streams\\channels.xml"});
     EXPECT_EQ("Reading room", channels["module"]["name"]);
 }
 
-TEST(InspectTest, FailsOnAStreamThatIsNoXml) {
+TEST(ReadingInspectTest, FailsOnAStreamThatIsNoXml) {
     for (const wchar_t* const stream : {L"damaged", L"missing_name"}) {
         const Json failed = Bench({L"inspect", stream}, 1);
         EXPECT_EQ("LoadFromXmlStream", failed["error"]["step"]);
@@ -155,13 +155,13 @@ TEST(InspectTest, FailsOnAStreamThatIsNoXml) {
     }
 }
 
-TEST(InspectTest, FailsOnTwoAttributesOfOneName) {
+TEST(ReadingInspectTest, FailsOnTwoAttributesOfOneName) {
     const Json error = Bench({L"inspect", L"duplicate_attribute"}, 1)["error"];
     EXPECT_EQ("0x800A01C9", error["hresult"]);
     EXPECT_EQ("This key is already associated with an element of this collection", error["description"]);
 }
 
-TEST(TypesTest, ListsEveryTypeOfTheCatalogue) {
+TEST(ReadingTypesTest, ListsEveryTypeOfTheCatalogue) {
     const Json types = Bench({L"types"});
     EXPECT_EQ(221, types["inCatalogue"]);
     EXPECT_EQ(221U, types["types"].size());
@@ -170,7 +170,7 @@ TEST(TypesTest, ListsEveryTypeOfTheCatalogue) {
     EXPECT_EQ(Json::array(), types["boxes"]);
 }
 
-TEST(TypesTest, FiltersByNumberNameKindAndUnit) {
+TEST(ReadingTypesTest, FiltersByNumberNameKindAndUnit) {
     const Json byName = Bench({L"types", L"--filter", L"TEMP_P"})["types"];
     EXPECT_EQ(Json{"105"}, Pluck(byName, "id"));
     EXPECT_EQ(Json{"213"}, Pluck(Bench({L"types", L"--filter", L"213"})["types"], "id"));
@@ -180,7 +180,7 @@ TEST(TypesTest, FiltersByNumberNameKindAndUnit) {
     EXPECT_EQ(Json::array(), Bench({L"types", L"--filter", L"no such type"})["types"]);
 }
 
-TEST(TypesTest, ShowsTheTextsOfEnumerations) {
+TEST(ReadingTypesTest, ShowsTheTextsOfEnumerations) {
     const Json type = Named(Bench({L"types"})["types"], "SNVT_lev_disc");
     EXPECT_EQ("22", type["id"]);
     EXPECT_EQ("Enum", type["generalType"]);
@@ -189,7 +189,7 @@ TEST(TypesTest, ShowsTheTextsOfEnumerations) {
     EXPECT_EQ("0,ST_OFF;1,ST_LOW;2,ST_MED;3,ST_HIGH;4,ST_ON;-1,ST_NUL;", type["enumDesc"]);
 }
 
-TEST(InspectTest, ShowsTypesWhoseTextIsNoName) {
+TEST(ReadingInspectTest, ShowsTypesWhoseTextIsNoName) {
     const std::wstring stream =
         WrittenFile(L"types.xml",
                     "<Tam><Name>N</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>7</TamObjID>"
@@ -201,7 +201,7 @@ TEST(InspectTest, ShowsTypesWhoseTextIsNoName) {
     EXPECT_EQ((Json{{"id", "105"}, {"name", "SNVT_temp_p"}}), Named(inputs, "or")["type"]);
 }
 
-TEST(InspectTest, RefusesDocumentsWithADocumentType) {
+TEST(ReadingInspectTest, RefusesDocumentsWithADocumentType) {
     // Two and a half gigabytes, read as text.
     std::string references;
     for (int i = 0; i < 50000; ++i) {
@@ -224,7 +224,7 @@ TEST(InspectTest, RefusesDocumentsWithADocumentType) {
         << told;
 }
 
-TEST(TypesTest, ReadsAnotherCatalogue) {
+TEST(ReadingTypesTest, ReadsAnotherCatalogue) {
     const Json types = Bench({L"types", L"--catalogue", SamplesFolder() + L"catalogue.xml"});
     EXPECT_EQ(221, types["inCatalogue"]);
     const Json missing = Bench({L"types", L"--catalogue", ScratchFolder() + L"none.xml"}, 1);

@@ -32,7 +32,7 @@ std::string LineOf(const std::string& text, std::size_t number) {
     return text.substr(begin, text.find('\n', begin) - begin);
 }
 
-TEST(ExportRefusalTest, FailsAndLeavesTheFileAsItWas) {
+TEST(RefusalExportTest, FailsAndLeavesTheFileAsItWas) {
     const std::wstring file = WrittenFile(L"keep.txt", "kept");
     const Json failed = Bench({L"export", RefusedStream(), L"-o", file}, 1);
     EXPECT_EQ("kept", ReadFileBytes(file));
@@ -46,14 +46,14 @@ TEST(ExportRefusalTest, FailsAndLeavesTheFileAsItWas) {
     EXPECT_EQ(Json::array(), failed["boxes"]) << "asking why shows nobody a box";
 }
 
-TEST(ExportRefusalTest, WritesNoFileWhereThereWasNone) {
+TEST(RefusalExportTest, WritesNoFileWhereThereWasNone) {
     const std::wstring file = ScratchFolder() + L"never.txt";
     DeleteFileW(file.c_str());
     EXPECT_EQ(1U, RunBench({L"export", RefusedStream(), L"-o", file}).status);
     EXPECT_EQ(INVALID_FILE_ATTRIBUTES, GetFileAttributesW(file.c_str()));
 }
 
-TEST(ExportRefusalTest, TellsThePlaceInTheExportDocument) {
+TEST(RefusalExportTest, TellsThePlaceInTheExportDocument) {
     const Json failed = Bench({L"export", RefusedStream()}, 1);
     const Json refusal = failed["refusal"];
     const std::string line = LineOf(refusal["document"], refusal["line"]);
@@ -62,7 +62,7 @@ TEST(ExportRefusalTest, TellsThePlaceInTheExportDocument) {
     EXPECT_EQ(failed["sizesBefore"], failed["sizes"]) << "the sizes stay when nothing is compiled";
 }
 
-TEST(ExportRefusalTest, ShowsThePlaceToPeople) {
+TEST(RefusalExportTest, ShowsThePlaceToPeople) {
     const Outcome run = RunBench({L"export", RefusedStream()});
     EXPECT_EQ(1U, run.status);
     EXPECT_EQ(0U,
@@ -76,13 +76,13 @@ TEST(ExportRefusalTest, ShowsThePlaceToPeople) {
     EXPECT_EQ(place - run.out.rfind('\n', place), caret - run.out.rfind('\n', caret)) << run.out;
 }
 
-TEST(ExportRefusalTest, WithoutACompilerTheSameDocumentIsAnAnswer) {
+TEST(RefusalExportTest, WithoutACompilerTheSameDocumentIsAnAnswer) {
     const Json exported = Bench({L"export", RefusedStream(), L"--no-compiler"});
     EXPECT_EQ("export document", exported["kind"]);
     EXPECT_EQ(Bench({L"export", RefusedStream()}, 1)["refusal"]["document"], exported["streamText"]);
 }
 
-TEST(ExportRefusalTest, ADumpThatIsNotWrittenIsAFailure) {
+TEST(RefusalExportTest, ADumpThatIsNotWrittenIsAFailure) {
     const std::wstring dump = L"C:\\interop_K9_7.xml";
     DeleteFileW(dump.c_str());
     CreateDirectoryW(dump.c_str(), nullptr);

@@ -155,7 +155,7 @@ void AddManifestClasses(const std::wstring& manifest, Classes& classes) {
     }
 }
 
-TEST(ManifestTest, NamesTheClassesThatTheDllsRegister) {
+TEST(RegistrationManifestTest, NamesTheClassesThatTheDllsRegister) {
     constexpr int kProgram = 1;
     constexpr int kCompiler = 10;
     Classes named;
@@ -202,7 +202,7 @@ std::vector<std::string> ResultLines(const std::wstring& path) {
 
 // For the machine: Wine's class look-up does not see what is registered for
 // the user. The prefix is the tests' own.
-TEST(ScriptTest, AScriptUsesTheRegisteredComponent) {
+TEST(RegistrationScriptTest, AScriptUsesTheRegisteredComponent) {
     const std::wstring project = ScratchFolder() + L"script.xml";
     const std::wstring result = ScratchFolder() + L"script.txt";
     DeleteFileW(result.c_str());
@@ -235,7 +235,7 @@ TEST(ScriptTest, AScriptUsesTheRegisteredComponent) {
 }
 
 // A compiler in the registry is no hindrance: the bench's own is taken, or none.
-TEST(RegisteredCompilerTest, IsLeftOutWhereThereIsToBeNone) {
+TEST(RegistrationCompilerTest, IsLeftOutWhereThereIsToBeNone) {
     const std::wstring refused = WrittenFile(
         L"refused_registered.xml",
         "<Tam><Name>Small</Name><DevKey>K9</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>7</TamObjID>"

@@ -32,7 +32,7 @@ Json BareBench(std::vector<std::wstring> arguments, DWORD expectedStatus = 0) {
     return Json::parse(run.out, nullptr, false);
 }
 
-TEST(IconTest, ShowsAndKeepsThePicture) {
+TEST(ServicesIconTest, ShowsAndKeepsThePicture) {
     const std::wstring file = ScratchFolder() + L"module.ico";
     const Json icon = Bench({L"icon", L"-o", file});
     EXPECT_EQ((Json{{"kind", "icon"}, {"width", 32}, {"height", 32}}), icon["picture"]);
@@ -41,17 +41,17 @@ TEST(IconTest, ShowsAndKeepsThePicture) {
     EXPECT_EQ(0U, bytes.find(std::string("\0\0\1\0", 4)));
 }
 
-TEST(IconTest, ThereIsOneInTheComponentItself) {
+TEST(ServicesIconTest, ThereIsOneInTheComponentItself) {
     EXPECT_EQ((Json{{"kind", "icon"}, {"width", 32}, {"height", 32}}), BareBench({L"icon"})["picture"]);
 }
 
-TEST(DatasheetTest, IsFoundBesideTheComponent) {
+TEST(ServicesDatasheetTest, IsFoundBesideTheComponent) {
     const Json datasheet = Bench({L"datasheet"});
     EXPECT_EQ(true, datasheet["available"]);
     EXPECT_EQ(Json::array(), datasheet["boxes"]);
 }
 
-TEST(DatasheetTest, ABoxSaysWhenThereIsNone) {
+TEST(ServicesDatasheetTest, ABoxSaysWhenThereIsNone) {
     const Json datasheet = BareBench({L"datasheet", L"--open"}, 1);
     EXPECT_EQ(false, datasheet["available"]);
     ASSERT_EQ(1U, datasheet["boxes"].size());
@@ -60,7 +60,7 @@ TEST(DatasheetTest, ABoxSaysWhenThereIsNone) {
     EXPECT_EQ("ViewDatasheet", datasheet["boxes"][0]["during"]);
 }
 
-TEST(DefinitionTest, OneThatIsNotThereIsReportedAndFails) {
+TEST(ServicesDefinitionTest, OneThatIsNotThereIsReportedAndFails) {
     const Json failed = Bench({L"inspect", L"channels", L"--definition", L"Nope"}, 1);
     EXPECT_EQ("Init", failed["error"]["step"]);
     ASSERT_EQ(1U, failed["boxes"].size());

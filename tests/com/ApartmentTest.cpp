@@ -1,6 +1,6 @@
 #include "com/LateBound.h"
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 #include "tests/support/ImportPatch.h"
 
 #include <algorithm>
@@ -33,7 +33,7 @@ class Witness final : public com::DualObject<Witness, IDeviceContext> {
     }
 
   private:
-    com::Ref<Context> context_ = Context::Make();
+    com::Ref<IDeviceContext> context_ = HostContext();
 };
 
 /// Keeps on which threads members of a DLL's objects run: each begins with
@@ -120,8 +120,8 @@ class ApartmentTest : public ContractTest {
     static void ExpectCalled(const Interface& face, const Member& member, const com::Ref<IDispatch>& script,
                              std::vector<VARIANT> arguments) {
         com::Variant result;
-        const HRESULT answer = contract::Invoke(script.Get(), member.id, static_cast<WORD>(member.kind),
-                                                arguments, result.Put(), nullptr);
+        const HRESULT answer = support::Invoke(script.Get(), member.id, static_cast<WORD>(member.kind),
+                                               arguments, result.Put(), nullptr);
         EXPECT_TRUE(answer == S_OK || answer == DISP_E_EXCEPTION) << Title(face, member);
     }
     static HRESULT Call(const com::Ref<IDispatch>& script, const wchar_t* name, const std::wstring& argument,
@@ -132,7 +132,7 @@ class ApartmentTest : public ContractTest {
         std::vector<VARIANT> values{text.Get()};
         return FAILED(known)
                    ? known
-                   : contract::Invoke(script.Get(), id, DISPATCH_METHOD, values, result.Put(), exception);
+                   : support::Invoke(script.Get(), id, DISPATCH_METHOD, values, result.Put(), exception);
     }
 
   private:
@@ -162,7 +162,7 @@ TEST_F(ApartmentTest, ShowsItsBoxesOnTheThreadOfTheObject) {
         DISPID id = DISPID_UNKNOWN;
         EXPECT_EQ(IdOf(script.Get(), L"ShowAbout", id), S_OK);
         std::vector<VARIANT> none;
-        EXPECT_EQ(contract::Invoke(script.Get(), id, DISPATCH_METHOD, none, nullptr, nullptr), S_OK);
+        EXPECT_EQ(support::Invoke(script.Get(), id, DISPATCH_METHOD, none, nullptr, nullptr), S_OK);
     });
     EXPECT_EQ(Boxes().size(), 2u) << "the watcher sees this thread's boxes alone";
 }
@@ -172,8 +172,8 @@ TEST_F(ApartmentTest, TellsAFailureToTheOtherApartment) {
         com::Variant result;
         EXCEPINFO exception{};
         EXPECT_EQ(Call(script, L"LoadFromXmlStream", L"no XML", result, &exception), DISP_E_EXCEPTION);
-        EXPECT_EQ(exception.scode, static_cast<HRESULT>(0x800A005B));
-        EXPECT_EQ(com::Text(exception.bstrDescription), L"Object variable or With block variable not set");
+        EXPECT_EQ(exception.scode, kObjectNotSet);
+        EXPECT_EQ(com::Text(exception.bstrDescription), kObjectNotSetText);
         EXPECT_EQ(com::Text(exception.bstrSource), L"O_Tam_id");
         SysFreeString(exception.bstrDescription);
         SysFreeString(exception.bstrSource);
@@ -203,8 +203,8 @@ TEST_F(ApartmentTest, EnumeratesInAnotherApartment) {
         ElsewhereInEachKind(subject.object.As<IDispatch>(), [](const com::Ref<IDispatch>& script) {
             std::vector<VARIANT> none;
             com::Variant result;
-            ASSERT_EQ(contract::Invoke(script.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                       none, result.Put(), nullptr),
+            ASSERT_EQ(support::Invoke(script.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                      none, result.Put(), nullptr),
                       S_OK);
             const auto loop = com::Query<IEnumVARIANT>(result.Get().punkVal);
             ASSERT_TRUE(loop);

@@ -1,5 +1,5 @@
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <string>
 #include <vector>
@@ -7,12 +7,6 @@
 using namespace contract;
 
 namespace {
-
-constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
-constexpr auto kDuplicateKey = static_cast<HRESULT>(0x800A01C9);
-constexpr const wchar_t* kObjectNotSetText = L"Object variable or With block variable not set";
-constexpr const wchar_t* kDuplicateKeyText =
-    L"This key is already associated with an element of this collection";
 
 class BoundaryTest : public ContractTest {
   protected:
@@ -31,7 +25,7 @@ class BoundaryTest : public ContractTest {
         std::vector<VARIANT> values{text.Get()};
         ByName answer;
         answer.result =
-            contract::Invoke(module.Get(), 0x203, DISPATCH_METHOD, values, nullptr, &answer.exception);
+            support::Invoke(module.Get(), 0x203, DISPATCH_METHOD, values, nullptr, &answer.exception);
         *answer.description.Put() = answer.exception.bstrDescription;
         *answer.source.Put() = answer.exception.bstrSource;
         SysFreeString(answer.exception.bstrHelpFile);
@@ -67,7 +61,7 @@ TEST_F(BoundaryTest, TakesACallByNameWithoutAPlaceForTheException) {
     const auto module = NewModule();
     com::Variant text(L"no XML");
     std::vector<VARIANT> values{text.Get()};
-    EXPECT_EQ(contract::Invoke(module.Get(), 0x203, DISPATCH_METHOD, values, nullptr, nullptr),
+    EXPECT_EQ(support::Invoke(module.Get(), 0x203, DISPATCH_METHOD, values, nullptr, nullptr),
               DISP_E_EXCEPTION);
 }
 
@@ -116,11 +110,9 @@ TEST_F(BoundaryTest, EmptiesTheResultBesideAMissingArgumentByReference) {
     short choice = 7;
     EXPECT_EQ(Module().As<ITamDialogs>()->ShowRename(nullptr, nullptr, &choice), E_POINTER);
     EXPECT_EQ(choice, 0);
-    const auto device = Context::Make();
+    const auto device = HostContext();
     IAppObject* channel = reinterpret_cast<IAppObject*>(&choice);
-    EXPECT_EQ(
-        Manager()->CreateTamInternalAppObject(nullptr, static_cast<IDeviceContext*>(device.Get()), &channel),
-        E_POINTER);
+    EXPECT_EQ(Manager()->CreateTamInternalAppObject(nullptr, device.Get(), &channel), E_POINTER);
     EXPECT_EQ(channel, nullptr);
 }
 

@@ -1,7 +1,7 @@
 #include "com/CallArguments.h"
 
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <string>
 #include <string_view>
@@ -11,7 +11,6 @@ using namespace contract;
 
 namespace {
 
-constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
 constexpr const wchar_t* kManagerCall = L"CreateTamInternalAppObject";
 
 VARIANT TextValue(const com::Bstr& text) {
@@ -48,8 +47,8 @@ class CallVariablesTest : public ContractTest {
                         VARIANT* result = nullptr, UINT* wrong = nullptr) {
         DISPID id = DISPID_UNKNOWN;
         com::Check(IdOf(object, name, id));
-        return contract::Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result, nullptr,
-                                wrong);
+        return support::Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result, nullptr,
+                               wrong);
     }
 
     /// What the member itself answers.
@@ -58,7 +57,7 @@ class CallVariablesTest : public ContractTest {
         com::Check(IdOf(object, name, id));
         EXCEPINFO exception{};
         com::Variant result;
-        EXPECT_EQ(contract::Invoke(object, id, DISPATCH_METHOD, values, result.Put(), &exception),
+        EXPECT_EQ(support::Invoke(object, id, DISPATCH_METHOD, values, result.Put(), &exception),
                   DISP_E_EXCEPTION);
         SysFreeString(exception.bstrSource);
         SysFreeString(exception.bstrDescription);
@@ -69,7 +68,7 @@ class CallVariablesTest : public ContractTest {
         DISPID id = DISPID_UNKNOWN;
         com::Check(IdOf(object, name, id));
         std::vector<VARIANT> values{value};
-        return contract::Invoke(object, id, DISPATCH_PROPERTYPUT, values, nullptr, nullptr);
+        return support::Invoke(object, id, DISPATCH_PROPERTYPUT, values, nullptr, nullptr);
     }
 
     com::Ref<ICompatibleSNVTs> List(const com::Ref<IAppObject>& module) {
@@ -114,7 +113,7 @@ TEST_F(CallVariablesTest, LeavesTheCallersObjectsAsTheyAre) {
     DISPID id = DISPID_UNKNOWN;
     ASSERT_EQ(IdOf(list.Get(), L"Merge", id), S_OK);
     com::Variant result;
-    EXPECT_EQ(contract::Invoke(list.Get(), id, DISPATCH_METHOD, values, result.Put(), nullptr), S_OK);
+    EXPECT_EQ(support::Invoke(list.Get(), id, DISPATCH_METHOD, values, result.Put(), nullptr), S_OK);
     EXPECT_EQ(values[0].pdispVal, static_cast<IDispatch*>(script.Get()));
     EXPECT_EQ(CountOf(script.Get()), before);
 }

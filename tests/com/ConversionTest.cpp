@@ -27,9 +27,9 @@ void STDAPICALLTYPE CountFree(BSTR text) {
 }
 
 /// Texts that this program gives back to the system.
-class BstrTest : public testing::Test {
+class ConversionBstrTest : public testing::Test {
   protected:
-    BstrTest() {
+    ConversionBstrTest() {
         patch_.emplace(GetModuleHandleW(nullptr), "SysFreeString", reinterpret_cast<const void*>(&CountFree));
         realFree = patch_->Original<void(STDAPICALLTYPE*)(BSTR)>();
         freed.clear();
@@ -40,14 +40,14 @@ class BstrTest : public testing::Test {
     std::optional<ImportPatch> patch_;
 };
 
-TEST_F(BstrTest, GivesBackWhatItHeldBeforeACalleeFillsIt) {
+TEST_F(ConversionBstrTest, GivesBackWhatItHeldBeforeACalleeFillsIt) {
     com::Bstr text(L"one");
     *text.Put() = SysAllocString(L"two");
     EXPECT_EQ(freed, std::vector<std::wstring>{L"one"});
     EXPECT_EQ(text.View(), L"two");
 }
 
-TEST_F(BstrTest, GivesItsTextBackOnce) {
+TEST_F(ConversionBstrTest, GivesItsTextBackOnce) {
     {
         com::Bstr text(L"one");
         com::Bstr other(L"two");
@@ -57,7 +57,7 @@ TEST_F(BstrTest, GivesItsTextBackOnce) {
     EXPECT_EQ(freed.size(), 2U);
 }
 
-TEST_F(BstrTest, ADetachedTextIsTheCallersOwn) {
+TEST_F(ConversionBstrTest, ADetachedTextIsTheCallersOwn) {
     BSTR taken = nullptr;
     {
         com::Bstr text(L"one");
@@ -68,7 +68,7 @@ TEST_F(BstrTest, ADetachedTextIsTheCallersOwn) {
     SysFreeString(taken);
 }
 
-TEST(CheckConversionTest, TellsWhatKeptANumberFromBeingRead) {
+TEST(ConversionCheckTest, TellsWhatKeptANumberFromBeingRead) {
     EXPECT_NO_THROW(com::CheckConversion(S_OK));
     EXPECT_THROW(com::CheckConversion(E_OUTOFMEMORY), std::bad_alloc);
     for (const auto& [result, number] :

@@ -1,8 +1,8 @@
 // A property that one interface reads and another one writes, found by name:
 // what keeps the write from being done reaches the script.
 
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <vector>
 

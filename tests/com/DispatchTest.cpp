@@ -1,5 +1,5 @@
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <array>
 #include <cstddef>
@@ -184,7 +184,7 @@ TEST_F(DispatchTest, HasNoWriteOfAPropertyThatIsOnlyRead) {
             value.vt = VT_BSTR;
             value.bstrVal = text.Get();
             std::vector<VARIANT> values{value};
-            EXPECT_EQ(contract::Invoke(module.Get(), id, static_cast<WORD>(flags), values, nullptr, nullptr),
+            EXPECT_EQ(support::Invoke(module.Get(), id, static_cast<WORD>(flags), values, nullptr, nullptr),
                       DISP_E_MEMBERNOTFOUND)
                 << Narrow(name);
         }
@@ -227,11 +227,11 @@ TEST_F(DispatchTest, NamesTheWrongArgumentInTheCallersOrder) {
     // Arguments stand last one first: the first one of two has index 1.
     std::vector<VARIANT> firstWrong{node, number};
     UINT wrong = 99;
-    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_METHOD, firstWrong, nullptr, nullptr, &wrong),
+    EXPECT_EQ(support::Invoke(module.Get(), id, DISPATCH_METHOD, firstWrong, nullptr, nullptr, &wrong),
               DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 1u);
     std::vector<VARIANT> lastWrong{number, node};
-    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_METHOD, lastWrong, nullptr, nullptr, &wrong),
+    EXPECT_EQ(support::Invoke(module.Get(), id, DISPATCH_METHOD, lastWrong, nullptr, nullptr, &wrong),
               DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 0u);
     EXPECT_EQ(support::Xml(document.Get()).find(L"O_Tam_id"), std::wstring::npos);
@@ -245,7 +245,7 @@ TEST_F(DispatchTest, LeavesTheArgumentIndexAloneWhenTheTypesAreRight) {
     value.bstrVal = text.Get();
     std::vector<VARIANT> values{value};
     UINT wrong = 99;
-    EXPECT_EQ(contract::Invoke(module.Get(), 0x105, DISPATCH_PROPERTYPUT, values, nullptr, nullptr, &wrong),
+    EXPECT_EQ(support::Invoke(module.Get(), 0x105, DISPATCH_PROPERTYPUT, values, nullptr, nullptr, &wrong),
               S_OK)
         << "a text that is a number is taken for one";
     EXPECT_EQ(wrong, 99u);
@@ -254,7 +254,7 @@ TEST_F(DispatchTest, LeavesTheArgumentIndexAloneWhenTheTypesAreRight) {
 TEST_F(DispatchTest, TakesTheCallWithoutPlacesForResults) {
     const auto module = Module();
     std::vector<VARIANT> none;
-    EXPECT_EQ(contract::Invoke(module.Get(), 0x112, DISPATCH_PROPERTYGET, none, nullptr, nullptr), S_OK);
+    EXPECT_EQ(support::Invoke(module.Get(), 0x112, DISPATCH_PROPERTYGET, none, nullptr, nullptr), S_OK);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "com/LateBound.h"
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -26,16 +26,16 @@ class EnumerationTest : public ContractTest {
             com::Variant index(position);
             std::vector<VARIANT> values{index.Get()};
             com::Variant item;
-            EXPECT_EQ(contract::Invoke(object.Get(), DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                       values, item.Put(), nullptr),
+            EXPECT_EQ(support::Invoke(object.Get(), DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                      values, item.Put(), nullptr),
                       S_OK);
             return Identity(item.Get());
         }
         Enumerator Begin() const {
             std::vector<VARIANT> none;
             com::Variant result;
-            EXPECT_EQ(contract::Invoke(object.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                       none, result.Put(), nullptr),
+            EXPECT_EQ(support::Invoke(object.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                      none, result.Put(), nullptr),
                       S_OK);
             return com::Query<IEnumVARIANT>(result.Get().punkVal);
         }

@@ -34,7 +34,7 @@ Supply EveryMemberTest::SupplyOf(const std::vector<Subject>& subjects) {
     for (const Subject& subject : subjects) {
         supply.objects.push_back(subject.object);
     }
-    supply.objects.emplace_back(static_cast<ITamInternalAppObject*>(item_.Get()));
+    supply.objects.emplace_back(item_.Get());
     supply.element = support::Root(document_);
     supply.document = document_;
     return supply;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <cstddef>
 #include <functional>
@@ -49,7 +49,7 @@ class EveryMemberTest : public ContractTest {
     }
 
   private:
-    com::Ref<support::ChannelItem> item_ = support::ChannelItem::Make(L"K7", L"AI1");
+    com::Ref<ITamInternalAppObject> item_ = ChannelItem(L"K7", L"AI1");
     support::Document document_;
 };
 

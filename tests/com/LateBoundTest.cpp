@@ -1,7 +1,7 @@
 #include "com/LateBound.h"
 
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 
 #include <string>
 #include <vector>
@@ -125,13 +125,12 @@ TEST_F(LateBoundTest, SetsAConnectedTypeWithAndWithoutSet) {
         DISPID id = DISPID_UNKNOWN;
         ASSERT_EQ(IdOf(input.Get(), L"ConnectedType", id), S_OK);
         std::vector<VARIANT> values{value};
-        EXPECT_EQ(contract::Invoke(input.Get(), id, static_cast<WORD>(flags), values, nullptr, nullptr),
-                  S_OK);
+        EXPECT_EQ(support::Invoke(input.Get(), id, static_cast<WORD>(flags), values, nullptr, nullptr), S_OK);
         EXPECT_TRUE(com::SameObject(Get(input, L"ConnectedType").Get(), type.Get()));
         VARIANT none{};
         none.vt = VT_DISPATCH;
         std::vector<VARIANT> empty{none};
-        EXPECT_EQ(contract::Invoke(input.Get(), id, static_cast<WORD>(flags), empty, nullptr, nullptr), S_OK);
+        EXPECT_EQ(support::Invoke(input.Get(), id, static_cast<WORD>(flags), empty, nullptr, nullptr), S_OK);
         EXPECT_FALSE(Get(input, L"ConnectedType"));
     }
 }
@@ -201,7 +200,7 @@ TEST_F(LateBoundTest, RefusesAnObjectOfAnotherClassForATypedArgument) {
     std::vector<VARIANT> values{other};
     com::Variant result;
     UINT wrong = 99;
-    EXPECT_EQ(contract::Invoke(list.Get(), id, DISPATCH_METHOD, values, result.Put(), nullptr, &wrong),
+    EXPECT_EQ(support::Invoke(list.Get(), id, DISPATCH_METHOD, values, result.Put(), nullptr, &wrong),
               DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 0u);
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
@@ -218,8 +217,8 @@ TEST_F(LateBoundTest, TakesItemAsDefaultMember) {
             com::Variant index(L"2");
             std::vector<VARIANT> values{index.Get()};
             com::Variant item;
-            ASSERT_EQ(contract::Invoke(script.Get(), DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                       values, item.Put(), nullptr),
+            ASSERT_EQ(support::Invoke(script.Get(), DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                      values, item.Put(), nullptr),
                       S_OK);
             ASSERT_EQ(item.Get().vt, VT_DISPATCH);
             EXPECT_TRUE(com::SameObject(item.Get().pdispVal, Item(collection, L"2").Get()));
@@ -242,8 +241,8 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectThatIsNotThere) {
     com::Variant index(L"2");
     std::vector<VARIANT> values{index.Get()};
     com::Variant result;
-    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result.Put(),
-                               nullptr),
+    EXPECT_EQ(support::Invoke(module.Get(), id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, values, result.Put(),
+                              nullptr),
               DISP_E_NOTACOLLECTION);
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
@@ -253,7 +252,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindATextsName) {
     com::Variant index(L"1");
     std::vector<VARIANT> values{index.Get()};
     com::Variant result;
-    EXPECT_EQ(contract::Invoke(module.Get(), 0x112, DISPATCH_PROPERTYGET, values, result.Put(), nullptr),
+    EXPECT_EQ(support::Invoke(module.Get(), 0x112, DISPATCH_PROPERTYGET, values, result.Put(), nullptr),
               DISP_E_NOTACOLLECTION);
 }
 
@@ -265,7 +264,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectWithoutADefaultMember) {
     com::Variant index(L"1");
     std::vector<VARIANT> values{index.Get()};
     com::Variant result;
-    EXPECT_EQ(contract::Invoke(input.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr),
+    EXPECT_EQ(support::Invoke(input.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr),
               DISP_E_MEMBERNOTFOUND);
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
@@ -279,7 +278,7 @@ TEST_F(LateBoundTest, TellsWhyAPropertyBehindAnIndexCannotBeRead) {
     std::vector<VARIANT> values{index.Get()};
     com::Variant result;
     EXCEPINFO exception{};
-    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), &exception),
+    EXPECT_EQ(support::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), &exception),
               DISP_E_EXCEPTION);
     EXPECT_EQ(exception.scode, E_ACCESSDENIED);
     EXPECT_EQ(exception.bstrSource, nullptr) << "the host's object told nothing";
@@ -298,7 +297,7 @@ TEST_F(LateBoundTest, NamesTheWrongIndexBehindACollection) {
     std::vector<VARIANT> values{null};
     com::Variant result;
     UINT wrong = 99;
-    EXPECT_EQ(contract::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr, &wrong),
+    EXPECT_EQ(support::Invoke(module.Get(), id, DISPATCH_PROPERTYGET, values, result.Put(), nullptr, &wrong),
               DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 0u);
 }
@@ -319,8 +318,8 @@ TEST_F(LateBoundTest, EnumeratesByNumberMinusFour) {
         for (const Script& script : {collection, Default(collection)}) {
             std::vector<VARIANT> none;
             com::Variant result;
-            ASSERT_EQ(contract::Invoke(script.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                                       none, result.Put(), nullptr),
+            ASSERT_EQ(support::Invoke(script.Get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                                      none, result.Put(), nullptr),
                       S_OK);
             ASSERT_EQ(result.Get().vt, VT_UNKNOWN);
             const auto enumerator = com::Query<IEnumVARIANT>(result.Get().punkVal);

@@ -1,6 +1,6 @@
-#include "tests/com/Caller.h"
-#include "tests/com/Describe.h"
 #include "tests/com/EveryMember.h"
+#include "tests/support/Caller.h"
+#include "tests/support/Describe.h"
 
 #include <cstddef>
 #include <string>
@@ -73,7 +73,7 @@ TEST_F(MembersTest, RefuseANullOut) {
             }
             const Fresh fresh = Anew(place);
             Arguments arguments(member, Fill::Something, fresh.supply);
-            EXPECT_EQ(arguments.BySlot(fresh.face.Get(), static_cast<int>(i)).result, E_POINTER)
+            EXPECT_EQ(arguments.BySlot(fresh.face.Get(), static_cast<int>(i)).code, E_POINTER)
                 << Narrow(member.parameters[i].name);
             EXPECT_EQ(Shown(), L"") << "a refused call does nothing";
             ++count;
@@ -121,16 +121,16 @@ TEST_F(MembersTest, HandWhatIsTooManyToWhatTheyAnswer) {
         com::Variant owner;
         com::Variant item;
         HRESULT expected =
-            contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, none, owner.Put(), nullptr);
+            support::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, none, owner.Put(), nullptr);
         const bool isObject = owner.Get().vt == VT_DISPATCH && owner.Get().pdispVal != nullptr;
         if (isObject) {
-            expected = contract::Invoke(owner.Get().pdispVal, DISPID_VALUE, DISPATCH_PROPERTYGET, one,
-                                        item.Put(), nullptr);
+            expected = support::Invoke(owner.Get().pdispVal, DISPID_VALUE, DISPATCH_PROPERTYGET, one,
+                                       item.Put(), nullptr);
         } else if (SUCCEEDED(expected)) {
             expected = DISP_E_NOTACOLLECTION;
         }
         com::Variant result;
-        EXPECT_EQ(contract::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, one, result.Put(), nullptr),
+        EXPECT_EQ(support::Invoke(face.Get(), member.id, DISPATCH_PROPERTYGET, one, result.Put(), nullptr),
                   expected);
         EXPECT_EQ(result.Get().vt, item.Get().vt);
         items += SUCCEEDED(expected) && item.Get().vt == VT_DISPATCH ? 1u : 0u;

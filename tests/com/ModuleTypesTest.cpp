@@ -1,7 +1,7 @@
 #include "com/Dll.h"
 
-#include "tests/com/Caller.h"
 #include "tests/com/Subjects.h"
+#include "tests/support/Caller.h"
 #include "tests/support/ImportPatch.h"
 
 using namespace contract;

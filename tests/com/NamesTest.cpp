@@ -5,7 +5,7 @@
 
 #include "tests/com/HostServices.h"
 #include "tests/com/IdlSource.h"
-#include "tests/com/TypeLibrary.h"
+#include "tests/support/TypeLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +20,7 @@
 #include <vector>
 
 using namespace contract;
+using namespace support;
 
 namespace {
 
@@ -38,7 +39,7 @@ void PrintTo(const Place& place, std::ostream* out) {
 std::vector<std::string> Narrow(const std::vector<std::wstring>& texts) {
     std::vector<std::string> narrow;
     std::transform(texts.begin(), texts.end(), std::back_inserter(narrow),
-                   [](const std::wstring& text) { return contract::Narrow(text); });
+                   [](const std::wstring& text) { return support::Narrow(text); });
     return narrow;
 }
 
@@ -46,7 +47,7 @@ std::vector<std::string> Narrow(const std::vector<std::wstring>& texts) {
 std::vector<std::string> MembersOf(const Interface& face) {
     std::vector<std::string> names;
     for (const Member& member : face.members) {
-        names.push_back(contract::Narrow(member.name));
+        names.push_back(support::Narrow(member.spelling));
     }
     return names;
 }
@@ -65,7 +66,7 @@ std::vector<std::string> ArgumentsOf(const Member& member) {
     std::vector<std::string> names;
     for (const Parameter& parameter : member.parameters) {
         if (!parameter.name.empty()) {
-            names.push_back(contract::Narrow(parameter.name));
+            names.push_back(support::Narrow(parameter.name));
         }
     }
     return names;
@@ -96,20 +97,20 @@ class NamesTest : public ::testing::TestWithParam<Place> {
 };
 
 TEST_P(NamesTest, TypesAreSpeltAsInTheSource) {
-    EXPECT_EQ(source.library, contract::Narrow(library.Name()));
+    EXPECT_EQ(source.library, support::Narrow(library.Name()));
     std::set<std::string> classes;
     for (const Class& entry : library.Classes()) {
-        classes.insert(contract::Narrow(entry.name));
+        classes.insert(support::Narrow(entry.name));
     }
     EXPECT_EQ(source.classes, classes);
     std::map<std::string, std::vector<std::string>> enumerations;
     for (const Enumeration& entry : library.Enumerations()) {
-        enumerations[contract::Narrow(entry.name)] = Narrow(entry.values);
+        enumerations[support::Narrow(entry.name)] = Narrow(entry.values);
     }
     EXPECT_EQ(source.enumerations, enumerations);
     std::set<std::string> interfaces;
     for (const Interface& face : library.Interfaces()) {
-        interfaces.insert(contract::Narrow(face.name));
+        interfaces.insert(support::Narrow(face.name));
     }
     for (const auto& [name, members] : source.interfaces) {
         EXPECT_TRUE(interfaces.contains(name)) << name;
@@ -120,9 +121,9 @@ TEST_P(NamesTest, MembersAreSpeltAsInTheSource) {
     const auto all = AllInterfaces();
     EXPECT_FALSE(library.Interfaces().empty());
     for (const Interface& face : library.Interfaces()) {
-        const auto written = all.find(contract::Narrow(face.name));
+        const auto written = all.find(support::Narrow(face.name));
         if (written == all.end()) {
-            ADD_FAILURE() << "no file has " << contract::Narrow(face.name);
+            ADD_FAILURE() << "no file has " << support::Narrow(face.name);
             continue;
         }
         ExpectSpelt(MembersOf(written->second), MembersOf(face), written->first);
@@ -132,9 +133,9 @@ TEST_P(NamesTest, MembersAreSpeltAsInTheSource) {
 TEST_P(NamesTest, ArgumentsAreSpeltAsInTheSource) {
     const auto all = AllInterfaces();
     for (const Interface& face : library.Interfaces()) {
-        const std::vector<IdlMember>& written = all.at(contract::Narrow(face.name));
+        const std::vector<IdlMember>& written = all.at(support::Narrow(face.name));
         for (const Member& member : face.members) {
-            const std::string name = contract::Narrow(member.name);
+            const std::string name = support::Narrow(member.spelling);
             const std::vector<std::string> names = ArgumentsOf(member);
             const auto first = std::find_if(written.begin(), written.end(),
                                             [&](const IdlMember& m) { return m.name == name; });
@@ -149,34 +150,34 @@ TEST_P(NamesTest, ArgumentsAreSpeltAsInTheSource) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Libraries, NamesTest,
-    ::testing::Values(Place{"Component", &support::Component::DllPath, 1, "O_Tam_id"},
-                      Place{"ComponentsFaces", &support::Component::DllPath, 2, "OrvDBFaces"},
-                      Place{"HostServices", &HostServices::DllPath, 1, "OrvHost"},
-                      Place{"HostServicesFaces", &HostServices::DllPath, 2, "OrvDBFaces"}),
-    [](const auto& place) { return std::string(place.param.name); });
+INSTANTIATE_TEST_SUITE_P(Libraries, NamesTest,
+                         ::testing::Values(Place{"Component", &Component::DllPath, 1, "O_Tam_id"},
+                                           Place{"ComponentsFaces", &Component::DllPath, 2, "OrvDBFaces"},
+                                           Place{"HostServices", &HostServices::DllPath, 1, "OrvHost"},
+                                           Place{"HostServicesFaces", &HostServices::DllPath, 2,
+                                                 "OrvDBFaces"}),
+                         [](const auto& place) { return std::string(place.param.name); });
 
-TEST(SameInterfaceTest, HasOneSpellingInEveryLibrary) {
+TEST(NamesSameInterfaceTest, HasOneSpellingInEveryLibrary) {
     std::map<std::wstring, std::vector<std::string>> known;
     int repeated = 0;
-    for (const auto& dll : {support::Component::DllPath(), HostServices::DllPath()}) {
+    for (const auto& dll : {Component::DllPath(), HostServices::DllPath()}) {
         for (const int resource : {1, 2}) {
             const TypeLibrary library(dll, resource);
             for (const Interface& face : library.Interfaces()) {
                 std::vector<std::string> names = MembersOf(face);
-                names.insert(names.begin(), contract::Narrow(face.name));
+                names.insert(names.begin(), support::Narrow(face.name));
                 const auto [entry, isNew] = known.try_emplace(TextOf(face.id), names);
                 repeated += isNew ? 0 : 1;
                 ExpectSpelt(entry->second, names,
-                            contract::Narrow(library.Name()) + ", " + contract::Narrow(face.name));
+                            support::Narrow(library.Name()) + ", " + support::Narrow(face.name));
             }
         }
     }
     EXPECT_GE(repeated, 35) << "the host interfaces lie in both DLLs";
 }
 
-TEST(SourceTest, SpellsANameInOneWay) {
+TEST(NamesSourceTest, SpellsANameInOneWay) {
     std::map<std::string, std::set<std::string>> spellings;
     const auto add = [&](const std::string& name) {
         std::string small = name;

@@ -227,7 +227,7 @@ TEST_F(ObjectTest, TellsOneInterfaceAlikeInBothLibraries) {
             for (std::size_t i = 0; i < face.members.size(); ++i) {
                 EXPECT_TRUE(SameName(face.members[i].name, found->second->members[i].name));
                 EXPECT_EQ(face.members[i].id, found->second->members[i].id);
-                EXPECT_EQ(face.members[i].offset, found->second->members[i].offset);
+                EXPECT_EQ(face.members[i].slot, found->second->members[i].slot);
             }
         }
     }

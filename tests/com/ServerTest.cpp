@@ -102,12 +102,11 @@ TEST_F(ServerTest, MakesAnObjectThroughEachOfItsInterfaces) {
 }
 
 TEST_F(ServerTest, RefusesAggregation) {
-    const auto outer = Context::Make();
+    const auto outer = HostContext();
     ForEachFactory([&](const Server&, const Class& entry, IClassFactory& factory) {
         for (const IID& iid : {IID_IUnknown, entry.interfaces.front().id}) {
             void* out = &out;
-            EXPECT_EQ(factory.CreateInstance(static_cast<IDeviceContext*>(outer.Get()), iid, &out),
-                      CLASS_E_NOAGGREGATION);
+            EXPECT_EQ(factory.CreateInstance(outer.Get(), iid, &out), CLASS_E_NOAGGREGATION);
             EXPECT_EQ(out, nullptr);
         }
     });

@@ -5,8 +5,6 @@
 
 namespace contract {
 
-using namespace support;
-
 namespace {
 
 constexpr const wchar_t* kCatalogue =
@@ -29,17 +27,6 @@ com::Ref<IUnknown> EnumeratorOf(const com::Ref<I>& collection) {
 
 } // namespace
 
-STDMETHODIMP Context::get_Document(IDispatch** value) {
-    return Get(value, [] {
-        return com::Ref<IDispatch>(Parse(L"<Device><FWVersion><V1><Objects><Library><O_Tam_ID/></Library></"
-                                         L"Objects></V1></FWVersion></Device>"));
-    });
-}
-
-STDMETHODIMP Context::get_FirmwareVersion(BSTR* value) {
-    return Answer(value, std::wstring(L"V1"));
-}
-
 void ContractTest::SetUp() {
     ComponentTest::SetUp();
     UseCompiler();
@@ -51,16 +38,6 @@ void ContractTest::TearDown() {
     EXPECT_EQ(host_->CanUnload(), S_OK) << "objects of the host services are still alive";
     ComponentTest::TearDown();
     host_.reset();
-}
-
-const TypeLibrary& ContractTest::Own() {
-    static const TypeLibrary library(Component::DllPath(), 1);
-    return library;
-}
-
-const TypeLibrary& ContractTest::Faces() {
-    static const TypeLibrary library(Component::DllPath(), 2);
-    return library;
 }
 
 const TypeLibrary& ContractTest::Services() {
@@ -75,8 +52,7 @@ com::Ref<IAppObject> ContractTest::Module() {
 
 com::Ref<ITamObjectManager> ContractTest::Manager() {
     const auto manager = Dll().Create<ITamObjectManager>(__uuidof(::TamObjectManager));
-    const auto context = Context::Make();
-    com::Check(manager->Init(static_cast<IDeviceContext*>(context.Get())));
+    com::Check(manager->Init(HostContext().Get()));
     return manager;
 }
 

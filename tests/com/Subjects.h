@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/com/HostServices.h"
-#include "tests/com/TypeLibrary.h"
 #include "tests/support/Fixture.h"
+#include "tests/support/TypeLibrary.h"
 
 #include <array>
 #include <optional>
@@ -10,6 +10,8 @@
 #include <vector>
 
 namespace contract {
+
+using namespace support;
 
 /// Objects that are made and looked at together.
 enum class Family {
@@ -32,14 +34,6 @@ struct Subject {
     com::Ref<IUnknown> object;
 };
 
-/// The host's device as the object manager asks it.
-class Context final : public com::DualObject<Context, IDeviceContext> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP get_Document(IDispatch** value) override;
-    STDMETHODIMP get_FirmwareVersion(BSTR* value) override;
-};
-
 /// A test over every object of the component and of the host services that can
 /// be reached. At its end none of either lives.
 class ContractTest : public support::ComponentTest {
@@ -48,8 +42,8 @@ class ContractTest : public support::ComponentTest {
     void TearDown() override;
 
     /// The component's library, the host interfaces, the host services' library.
-    static const TypeLibrary& Own();
-    static const TypeLibrary& Faces();
+    static const TypeLibrary& Own() { return OwnLibrary(); }
+    static const TypeLibrary& Faces() { return HostLibrary(); }
     static const TypeLibrary& Services();
     HostServices& Host() { return *host_; }
 

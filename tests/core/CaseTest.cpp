@@ -83,7 +83,7 @@ TEST(CaseTest, KeepsCharactersBehindANul) {
     EXPECT_FALSE(EqualIgnoringCase(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)));
 }
 
-TEST(FoldedHashTest, IsTheSameForKeysThatDifferInCaseOnly) {
+TEST(CaseFoldedHashTest, IsTheSameForKeysThatDifferInCaseOnly) {
     const FoldedHash hash;
     EXPECT_EQ(hash(L"Val_\u03C3"), hash(L"VAL_\u03C2"));
     EXPECT_TRUE(FoldedEqual()(L"Val_\u03C3", L"VAL_\u03C2"));

@@ -10,13 +10,13 @@
 namespace tam {
 namespace {
 
-TEST(EnumLabelTest, GivesTheLabelOfTheValue) {
+TEST(EnumDescriptionLabelTest, GivesTheLabelOfTheValue) {
     EXPECT_EQ(EnumLabel(L"0", L"0,Off;1,On;"), L"Off");
     EXPECT_EQ(EnumLabel(L"1", L"0,Off;1,On;"), L"On");
     EXPECT_EQ(EnumLabel(L"-1", L"0,HVAC_AUTO;-1,HVAC_NUL;"), L"HVAC_NUL");
 }
 
-TEST(EnumLabelTest, GivesNothingForAValueWithoutEntry) {
+TEST(EnumDescriptionLabelTest, GivesNothingForAValueWithoutEntry) {
     EXPECT_EQ(EnumLabel(L"2", L"0,Off;1,On;"), L"");
     EXPECT_EQ(EnumLabel(L"2", L"0,Off;1,On"), L"");
     EXPECT_EQ(EnumLabel(L"2", L""), L"");
@@ -24,45 +24,45 @@ TEST(EnumLabelTest, GivesNothingForAValueWithoutEntry) {
     EXPECT_EQ(EnumLabel(L"2", L";;"), L"");
 }
 
-TEST(EnumLabelTest, GivesNothingForAnEmptyValue) {
+TEST(EnumDescriptionLabelTest, GivesNothingForAnEmptyValue) {
     EXPECT_EQ(EnumLabel(L"", L"0,Off;"), L"");
     EXPECT_EQ(EnumLabel(L"", L",Off;"), L"");
 }
 
-TEST(EnumLabelTest, ComparesTheValueAsTextWithCase) {
+TEST(EnumDescriptionLabelTest, ComparesTheValueAsTextWithCase) {
     EXPECT_EQ(EnumLabel(L"a", L"A,upper;a,lower;"), L"lower");
     EXPECT_EQ(EnumLabel(L"1", L"01,one;1.0,two; 1,three;"), L"");
 }
 
-TEST(EnumLabelTest, TakesTheFirstOfTwoEntries) {
+TEST(EnumDescriptionLabelTest, TakesTheFirstOfTwoEntries) {
     EXPECT_EQ(EnumLabel(L"1", L"1,a;1,b;"), L"a");
 }
 
-TEST(EnumLabelTest, LeavesACommaInALabel) {
+TEST(EnumDescriptionLabelTest, LeavesACommaInALabel) {
     EXPECT_EQ(EnumLabel(L"1", L"0,Off;1,On, fast;"), L"On, fast");
 }
 
-TEST(EnumLabelTest, GivesAnEmptyLabel) {
+TEST(EnumDescriptionLabelTest, GivesAnEmptyLabel) {
     EXPECT_EQ(EnumLabel(L"1", L"1,;2,b;"), L"");
 }
 
-TEST(EnumLabelTest, RefusesAMatchingLastEntryThatIsNotClosed) {
+TEST(EnumDescriptionLabelTest, RefusesAMatchingLastEntryThatIsNotClosed) {
     EXPECT_EQ(ErrorOf([] { EnumLabel(L"1", L"0,Off;1,On"); }), kInvalidCall);
     EXPECT_EQ(ErrorOf([] { EnumLabel(L"1", L"1,"); }), kInvalidCall);
 }
 
-TEST(EnumLabelTest, SkipsAnEntryWithoutComma) {
+TEST(EnumDescriptionLabelTest, SkipsAnEntryWithoutComma) {
     EXPECT_EQ(EnumLabel(L"1", L"0;1,On;"), L"On");
     EXPECT_EQ(EnumLabel(L"0", L"0;1,On;"), L"");
     EXPECT_EQ(EnumLabel(L"1", L";;1,On;"), L"On");
 }
 
-TEST(EnumLabelTest, RefusesAValueThatSpansTwoEntries) {
+TEST(EnumDescriptionLabelTest, RefusesAValueThatSpansTwoEntries) {
     // The text before the first comma is "0;1"; its label would end before it begins.
     EXPECT_EQ(ErrorOf([] { EnumLabel(L"0;1", L"0;1,On;"); }), kInvalidCall);
 }
 
-TEST(EnumLabelTest, TakesTimeLinearInTheDescription) {
+TEST(EnumDescriptionLabelTest, TakesTimeLinearInTheDescription) {
     // Entries without comma: a search of the rest for each would take minutes.
     std::wstring description;
     for (int i = 0; i < 200'000; ++i) {
@@ -85,35 +85,35 @@ std::wstring Entries(std::wstring_view description) {
     return text;
 }
 
-TEST(EnumEntriesTest, ListsTheEntriesWhetherTheLastIsClosedOrNot) {
+TEST(EnumDescriptionEntriesTest, ListsTheEntriesWhetherTheLastIsClosedOrNot) {
     EXPECT_EQ(Entries(L"0,Off;1,On"), L"0=Off|1=On");
     EXPECT_EQ(Entries(L"0,Off;1,On;"), L"0=Off|1=On");
 }
 
-TEST(EnumEntriesTest, ListsNothingOfAnEmptyDescription) {
+TEST(EnumDescriptionEntriesTest, ListsNothingOfAnEmptyDescription) {
     EXPECT_EQ(EnumEntries(L"").size(), 0u);
 }
 
-TEST(EnumEntriesTest, StopsAtTheFirstEmptyEntry) {
+TEST(EnumDescriptionEntriesTest, StopsAtTheFirstEmptyEntry) {
     EXPECT_EQ(Entries(L"0,Off;;1,On;"), L"0=Off");
     EXPECT_EQ(Entries(L";0,Off;"), L"");
 }
 
-TEST(EnumEntriesTest, ReadsTheValueAsALeadingNumberRoundedToEven) {
+TEST(EnumDescriptionEntriesTest, ReadsTheValueAsALeadingNumberRoundedToEven) {
     EXPECT_EQ(Entries(L"2.5,a;3.5,b;12x,c;-1,d;word,e;"), L"2=a|4=b|12=c|-1=d|0=e");
 }
 
-TEST(EnumEntriesTest, EndsTheTextAtASecondComma) {
+TEST(EnumDescriptionEntriesTest, EndsTheTextAtASecondComma) {
     EXPECT_EQ(Entries(L"1,On, fast;2;3,;"), L"1=On|2=|3=");
 }
 
-TEST(EnumEntriesTest, ThrowsForAValuePastSixteenBits) {
+TEST(EnumDescriptionEntriesTest, ThrowsForAValuePastSixteenBits) {
     EXPECT_EQ(Entries(L"32767,a;-32768,b;"), L"32767=a|-32768=b");
     EXPECT_EQ(ErrorOf([] { EnumEntries(L"0,Off;32768,a;"); }), kOverflow);
     EXPECT_EQ(ErrorOf([] { EnumEntries(L"-32769,a;"); }), kOverflow);
 }
 
-TEST(EnumEntriesTest, TakesTimeLinearInTheDescription) {
+TEST(EnumDescriptionEntriesTest, TakesTimeLinearInTheDescription) {
     std::wstring description;
     for (int i = 0; i < 100'000; ++i) {
         description.append(L"1,x;");

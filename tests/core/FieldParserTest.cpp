@@ -24,50 +24,50 @@ std::vector<std::wstring> Fields(std::wstring_view text, std::wstring_view delim
 
 using Texts = std::vector<std::wstring>;
 
-TEST(ParseStringTest, GivesTheFieldsAndNothingBehindTheLast) {
+TEST(FieldParserParseStringTest, GivesTheFieldsAndNothingBehindTheLast) {
     EXPECT_EQ(ParseString(L"a;b;c", 0, L";"), L"a");
     EXPECT_EQ(ParseString(L"a;b;c", 1, L";"), L"b");
     EXPECT_EQ(ParseString(L"a;b;c", 2, L";"), L"c");
     EXPECT_EQ(ParseString(L"a;b;c", 3, L";"), L"");
 }
 
-TEST(ParseStringTest, GivesTheWholeTextWhenTheDelimiterIsAbsent) {
+TEST(FieldParserParseStringTest, GivesTheWholeTextWhenTheDelimiterIsAbsent) {
     EXPECT_EQ(ParseString(L"abc", 0, L";"), L"abc");
     EXPECT_EQ(ParseString(L"abc", 1, L";"), L"");
 }
 
-TEST(ParseStringTest, GivesAnEmptyFieldBetweenTwoDelimiters) {
+TEST(FieldParserParseStringTest, GivesAnEmptyFieldBetweenTwoDelimiters) {
     EXPECT_EQ(ParseString(L"a;;c", 1, L";"), L"");
     EXPECT_EQ(ParseString(L"a;;c", 2, L";"), L"c");
 }
 
-TEST(ParseStringTest, GivesNothingOfAnEmptyText) {
+TEST(FieldParserParseStringTest, GivesNothingOfAnEmptyText) {
     for (const std::int32_t field : {-1, 0, 1, 2, std::numeric_limits<std::int32_t>::max()}) {
         EXPECT_EQ(ParseString(L"", field, L";"), L"") << "field " << field;
     }
 }
 
-TEST(ParseStringTest, GivesNothingForANegativeField) {
+TEST(FieldParserParseStringTest, GivesNothingForANegativeField) {
     EXPECT_EQ(ParseString(L"a;b", -1, L";"), L"");
     EXPECT_EQ(ParseString(L"a;b", std::numeric_limits<std::int32_t>::min(), L";"), L"");
 }
 
-TEST(ParseStringTest, EndsForTheHighestFieldNumber) {
+TEST(FieldParserParseStringTest, EndsForTheHighestFieldNumber) {
     EXPECT_EQ(ParseString(L"a;b", std::numeric_limits<std::int32_t>::max(), L";"), L"");
 }
 
-TEST(ParseStringTest, TellsCaseApartInTheDelimiter) {
+TEST(FieldParserParseStringTest, TellsCaseApartInTheDelimiter) {
     EXPECT_EQ(ParseString(L"aXbxc", 0, L"x"), L"aXb");
     EXPECT_EQ(ParseString(L"aXbxc", 1, L"x"), L"c");
 }
 
-TEST(ParseStringTest, SplitsAtADelimiterOfSeveralCharacters) {
+TEST(FieldParserParseStringTest, SplitsAtADelimiterOfSeveralCharacters) {
     EXPECT_EQ(ParseString(L"one->two->three", 0, L"->"), L"one");
     EXPECT_EQ(ParseString(L"one->two->three", 1, L"->"), L"two");
     EXPECT_EQ(ParseString(L"one->two->three", 2, L"->"), L"three");
 }
 
-TEST(ParseStringTest, SearchesOneCharacterBehindAHitSoThatDelimitersMayOverlap) {
+TEST(FieldParserParseStringTest, SearchesOneCharacterBehindAHitSoThatDelimitersMayOverlap) {
     // Delimiters stand at characters 2 and 3; nothing lies between them.
     EXPECT_EQ(ParseString(L"a;;;b", 0, L";;"), L"a");
     EXPECT_EQ(ParseString(L"a;;;b", 1, L";;"), L"");
@@ -75,26 +75,26 @@ TEST(ParseStringTest, SearchesOneCharacterBehindAHitSoThatDelimitersMayOverlap) 
     EXPECT_EQ(ParseString(L"a;;;b", 3, L";;"), L"");
 }
 
-TEST(ParseStringTest, SplitsNothingAtAnEmptyDelimiter) {
+TEST(FieldParserParseStringTest, SplitsNothingAtAnEmptyDelimiter) {
     EXPECT_EQ(ParseString(L"abc", 0, L""), L"abc");
     EXPECT_EQ(ParseString(L"abc", 1, L""), L"");
     EXPECT_EQ(ParseString(L"", 0, L""), L"");
 }
 
-TEST(ParseStringTest, GivesAnEmptyFieldBehindAClosingDelimiter) {
+TEST(FieldParserParseStringTest, GivesAnEmptyFieldBehindAClosingDelimiter) {
     EXPECT_EQ(ParseString(L"a;", 0, L";"), L"a");
     EXPECT_EQ(ParseString(L"a;", 1, L";"), L"");
     EXPECT_EQ(ParseString(L";", 0, L";"), L"");
 }
 
-TEST(FieldWalkerTest, GivesOneFieldMoreThanDelimiters) {
+TEST(FieldParserWalkerTest, GivesOneFieldMoreThanDelimiters) {
     EXPECT_EQ(Fields(L"a;;c;", L";"), (Texts{L"a", L"", L"c", L""}));
     EXPECT_EQ(Fields(L"abc", L";"), Texts{L"abc"});
     EXPECT_EQ(Fields(L"", L";"), Texts{L""});
     EXPECT_EQ(Fields(L"abc", L""), Texts{L"abc"});
 }
 
-TEST(FieldWalkerTest, StaysAtItsEnd) {
+TEST(FieldParserWalkerTest, StaysAtItsEnd) {
     FieldWalker walker(L"a", L";");
     EXPECT_TRUE(walker.Next());
     EXPECT_FALSE(walker.Next());
@@ -122,7 +122,7 @@ std::wstring FieldByRule(const std::wstring& text, int field, const std::wstring
     return begin < end ? text.substr(begin, end - begin) : std::wstring();
 }
 
-TEST(FieldWalkerTest, AgreesWithTheRuleOnRandomTexts) {
+TEST(FieldParserWalkerTest, AgreesWithTheRuleOnRandomTexts) {
     std::mt19937 random(20);
     for (int round = 0; round < 2000; ++round) {
         std::wstring text(random() % 12, L'a');
@@ -143,7 +143,7 @@ TEST(FieldWalkerTest, AgreesWithTheRuleOnRandomTexts) {
     }
 }
 
-TEST(FieldWalkerTest, WalksALongListOnce) {
+TEST(FieldParserWalkerTest, WalksALongListOnce) {
     // 200,000 fields: a walk from the start for each would take minutes.
     std::wstring list;
     for (int i = 0; i < 200'000; ++i) {

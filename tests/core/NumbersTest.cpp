@@ -25,7 +25,7 @@ void ExpectNumbers(std::initializer_list<Case> cases) {
     }
 }
 
-TEST(ValTest, ReadsTheLeadingNumber) {
+TEST(NumbersValTest, ReadsTheLeadingNumber) {
     ExpectNumbers({{L"12abc", 12},
                    {L"2.5", 2.5},
                    {L"-12.5", -12.5},
@@ -39,7 +39,7 @@ TEST(ValTest, ReadsTheLeadingNumber) {
                    {L"0.1", 0.1}});
 }
 
-TEST(ValTest, GivesZeroForATextThatBeginsWithNoNumber) {
+TEST(NumbersValTest, GivesZeroForATextThatBeginsWithNoNumber) {
     ExpectNumbers({{L"", 0},
                    {L"abc", 0},
                    {L"-", 0},
@@ -53,11 +53,11 @@ TEST(ValTest, GivesZeroForATextThatBeginsWithNoNumber) {
                    {L"\u0663", 0}});
 }
 
-TEST(ValTest, TakesThePointAloneForTheDecimalMark) {
+TEST(NumbersValTest, TakesThePointAloneForTheDecimalMark) {
     ExpectNumbers({{L"12,5", 12}, {L"1.234,5", 1.234}, {L"1,000.5", 1}, {L"1.2.3", 1.2}});
 }
 
-TEST(ValTest, SkipsBlanksTabsAndLineFeedsAnywhere) {
+TEST(NumbersValTest, SkipsBlanksTabsAndLineFeedsAnywhere) {
     ExpectNumbers({{L" 12", 12},
                    {L"\t\n 1 2\t.\n5", 12.5},
                    {L"- 5", -5},
@@ -68,15 +68,15 @@ TEST(ValTest, SkipsBlanksTabsAndLineFeedsAnywhere) {
                    {L"1\r2", 1}});
 }
 
-TEST(ValTest, ReadsAnExponentBehindFourLetters) {
+TEST(NumbersValTest, ReadsAnExponentBehindFourLetters) {
     ExpectNumbers({{L"1e3", 1000}, {L"1E+3", 1000}, {L"25d-1", 2.5}, {L"1.5D2", 150}, {L"1e22", 1e22}});
 }
 
-TEST(ValTest, LeavesAnExponentWithoutDigits) {
+TEST(NumbersValTest, LeavesAnExponentWithoutDigits) {
     ExpectNumbers({{L"7e", 7}, {L"7e+", 7}, {L"7d-x", 7}, {L"7ee2", 7}});
 }
 
-TEST(ValTest, ReadsHexadecimalAndOctalNumbers) {
+TEST(NumbersValTest, ReadsHexadecimalAndOctalNumbers) {
     ExpectNumbers({{L"&H1F", 31},
                    {L"&hff", 255},
                    {L"&O17", 15},
@@ -91,7 +91,7 @@ TEST(ValTest, ReadsHexadecimalAndOctalNumbers) {
                    {L"&H10.5", 16}});
 }
 
-TEST(ValTest, ReadsSixteenHexadecimalBitsAsASignedNumberUnlessMarkedLong) {
+TEST(NumbersValTest, ReadsSixteenHexadecimalBitsAsASignedNumberUnlessMarkedLong) {
     ExpectNumbers({{L"&H7FFF", 32767},
                    {L"&H8000", -32768},
                    {L"&HFFFF", -1},
@@ -105,34 +105,34 @@ TEST(ValTest, ReadsSixteenHexadecimalBitsAsASignedNumberUnlessMarkedLong) {
                    {L"&H0000000012", 18}});
 }
 
-TEST(ValTest, ThrowsPastTheRangeOfNumbers) {
+TEST(NumbersValTest, ThrowsPastTheRangeOfNumbers) {
     for (const wchar_t* text : {L"1e309", L"-1e309", L"1e99999999999999999999999", L"&H100000000"}) {
         EXPECT_EQ(ErrorOf([&] { Val(text); }), kOverflow) << std::wstring(text);
     }
     EXPECT_EQ(ErrorOf([&] { Val(std::wstring(310, L'9')); }), kOverflow);
 }
 
-TEST(ValTest, GivesZeroForWhatIsTooSmall) {
+TEST(NumbersValTest, GivesZeroForWhatIsTooSmall) {
     ExpectNumbers({{L"1e-400", 0}, {L"-1e-99999999999999999999999", 0}, {L"0e99999999999", 0}});
     EXPECT_EQ(Val(L"0." + std::wstring(400, L'0') + L"1"), 0);
 }
 
-TEST(ValTest, WeighsTheExponentAgainstTheDigits) {
+TEST(NumbersValTest, WeighsTheExponentAgainstTheDigits) {
     EXPECT_EQ(Val(L"0." + std::wstring(400, L'0') + L"1e410"), 1e9);
     EXPECT_EQ(Val(L"1" + std::wstring(400, L'0') + L"e-400"), 1);
 }
 
-TEST(ValTest, ReadsTheEndsOfTheRangeExactly) {
+TEST(NumbersValTest, ReadsTheEndsOfTheRangeExactly) {
     EXPECT_EQ(Val(L"1.7976931348623157e308"), std::numeric_limits<double>::max());
     EXPECT_EQ(Val(L"5e-324"), std::numeric_limits<double>::denorm_min());
     EXPECT_EQ(Val(L"9007199254740993"), 9007199254740992.0);
 }
 
-TEST(ValTest, StopsAtANul) {
+TEST(NumbersValTest, StopsAtANul) {
     EXPECT_EQ(Val(std::wstring(L"1\0002", 3)), 1);
 }
 
-TEST(RoundToEvenTest, TakesTheEvenOneOfTwo) {
+TEST(NumbersRoundToEvenTest, TakesTheEvenOneOfTwo) {
     for (const auto& [number, rounded] : {std::pair{2.5, 2.0},
                                           {3.5, 4.0},
                                           {-2.5, -2.0},
@@ -148,7 +148,7 @@ TEST(RoundToEvenTest, TakesTheEvenOneOfTwo) {
     EXPECT_EQ(RoundToEven(-HUGE_VAL), -HUGE_VAL);
 }
 
-TEST(ToInt32Test, RoundsAndKeepsTheRange) {
+TEST(NumbersToInt32Test, RoundsAndKeepsTheRange) {
     EXPECT_EQ(ToInt32(Val(L"2.5")), 2);
     EXPECT_EQ(ToInt32(Val(L"3.5")), 4);
     EXPECT_EQ(ToInt32(Val(L"12abc")), 12);
@@ -156,13 +156,13 @@ TEST(ToInt32Test, RoundsAndKeepsTheRange) {
     EXPECT_EQ(ToInt32(-2147483648.5), std::numeric_limits<std::int32_t>::min());
 }
 
-TEST(ToInt32Test, ThrowsOutOfRange) {
+TEST(NumbersToInt32Test, ThrowsOutOfRange) {
     for (const double number : {2147483647.5, -2147483648.6, 1e300, HUGE_VAL, -HUGE_VAL, std::nan("")}) {
         EXPECT_EQ(ErrorOf([&] { ToInt32(number); }), kOverflow) << number;
     }
 }
 
-TEST(ToInt16Test, RoundsAndThrowsOutOfRange) {
+TEST(NumbersToInt16Test, RoundsAndThrowsOutOfRange) {
     EXPECT_EQ(ToInt16(0.5), 0);
     EXPECT_EQ(ToInt16(1.5), 2);
     EXPECT_EQ(ToInt16(32767.4), 32767);

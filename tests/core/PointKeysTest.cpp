@@ -13,54 +13,54 @@
 namespace tam {
 namespace {
 
-TEST(ReferenceKeyTest, IsTheTextBeforeTheLastUnderscoreInCapitals) {
+TEST(PointKeysReferenceKeyTest, IsTheTextBeforeTheLastUnderscoreInCapitals) {
     EXPECT_EQ(ReferenceKey(L"dev7_ch2_Out"), L"DEV7_CH2");
     EXPECT_EQ(ReferenceKey(L"Obj_"), L"OBJ");
     EXPECT_EQ(ReferenceKey(L"_x"), L"");
 }
 
-TEST(ReferenceKeyTest, IsTheWholeTextWithoutUnderscore) {
+TEST(PointKeysReferenceKeyTest, IsTheWholeTextWithoutUnderscore) {
     EXPECT_EQ(ReferenceKey(L"4203a"), L"4203A");
     EXPECT_EQ(ReferenceKey(L""), L"");
 }
 
-TEST(IsConnectedReferenceTest, TakesZerosForNoConnection) {
+TEST(PointKeysIsConnectedReferenceTest, TakesZerosForNoConnection) {
     for (const wchar_t* reference : {L"", L"0", L"0000", L"000000"}) {
         EXPECT_FALSE(IsConnectedReference(reference)) << std::wstring(reference);
     }
 }
 
-TEST(IsConnectedReferenceTest, TakesAnythingElseForAConnection) {
+TEST(PointKeysIsConnectedReferenceTest, TakesAnythingElseForAConnection) {
     for (const wchar_t* reference : {L"0000000", L"4203", L"00001", L"K_1", L" ", L"00000O"}) {
         EXPECT_TRUE(IsConnectedReference(reference)) << std::wstring(reference);
     }
 }
 
-TEST(SubItemKeyTest, JoinsByABackslash) {
+TEST(PointKeysSubItemKeyTest, JoinsByABackslash) {
     const auto under = [](const wchar_t* owner) { return std::make_shared<const std::wstring>(owner); };
     EXPECT_EQ(SubItemKey(under(L"K\\ATT"), L"Mode"), L"K\\ATT\\Mode");
     EXPECT_EQ(SubItemKey(under(L""), L"Mode"), L"\\Mode");
     EXPECT_EQ(SubItemKey(under(L""), L""), L"\\");
 }
 
-TEST(SubItemKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
+TEST(PointKeysSubItemKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
     EXPECT_EQ(SubItemKey(SharedKey(), L"Mode"), L"");
 }
 
-TEST(SubItemKeyTest, HasThePartsThatItIsJoinedOf) {
+TEST(PointKeysSubItemKeyTest, HasThePartsThatItIsJoinedOf) {
     EXPECT_EQ(SubItemKeyParts(std::make_shared<const std::wstring>(L"K"), L"Mode"),
               (KeyParts{L"K", L"\\", L"Mode"}));
     EXPECT_EQ(SubItemKeyParts(SharedKey(), L"Mode"), KeyParts{});
 }
 
-TEST(PointReferenceTest, CountsFromTheExportIndex) {
+TEST(PointKeysPointReferenceTest, CountsFromTheExportIndex) {
     EXPECT_EQ(PointReference(0, 0), 0x4000);
     EXPECT_EQ(PointReference(2, 3), 16899);
     EXPECT_EQ(PointReference(-1, 0), 16128);
     EXPECT_EQ(PointReference(-32768, 0), -8372224);
 }
 
-TEST(PointReferenceTest, ThrowsPastThirtyTwoBits) {
+TEST(PointKeysPointReferenceTest, ThrowsPastThirtyTwoBits) {
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
     constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
     EXPECT_EQ(PointReference(0, kMost - 16384), kMost);

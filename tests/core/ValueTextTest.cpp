@@ -12,7 +12,7 @@
 namespace tam {
 namespace {
 
-TEST(DecimalSeparatorFromTest, IsACommaExactlyWhenTheTextHasOne) {
+TEST(ValueTextDecimalSeparatorFromTest, IsACommaExactlyWhenTheTextHasOne) {
     EXPECT_EQ(DecimalSeparatorFrom(L"0,5"), L",");
     EXPECT_EQ(DecimalSeparatorFrom(L"0.5"), L".");
     EXPECT_EQ(DecimalSeparatorFrom(L",5"), L",");
@@ -20,7 +20,7 @@ TEST(DecimalSeparatorFromTest, IsACommaExactlyWhenTheTextHasOne) {
     EXPECT_EQ(DecimalSeparatorFrom(L""), L".");
 }
 
-TEST(MoveDecimalMarkTest, LeavesATextWithoutMark) {
+TEST(ValueTextMoveDecimalMarkTest, LeavesATextWithoutMark) {
     for (const wchar_t* text : {L"12", L"", L"abc", L"-7"}) {
         EXPECT_EQ(MoveDecimalMark(text, L","), text);
         EXPECT_EQ(MoveDecimalMark(text, L"."), text);
@@ -28,7 +28,7 @@ TEST(MoveDecimalMarkTest, LeavesATextWithoutMark) {
     }
 }
 
-TEST(MoveDecimalMarkTest, PutsTheUsersMarkForEitherMark) {
+TEST(ValueTextMoveDecimalMarkTest, PutsTheUsersMarkForEitherMark) {
     EXPECT_EQ(MoveDecimalMark(L"1.5", L","), L"1,5");
     EXPECT_EQ(MoveDecimalMark(L"1,5", L","), L"1,5");
     EXPECT_EQ(MoveDecimalMark(L"1.5", L"."), L"1.5");
@@ -36,30 +36,30 @@ TEST(MoveDecimalMarkTest, PutsTheUsersMarkForEitherMark) {
     EXPECT_EQ(MoveDecimalMark(L"-12.5", L","), L"-12,5");
 }
 
-TEST(MoveDecimalMarkTest, PrefersThePointWhereverTheCommaStands) {
+TEST(ValueTextMoveDecimalMarkTest, PrefersThePointWhereverTheCommaStands) {
     EXPECT_EQ(MoveDecimalMark(L"1.234,5", L","), L"1,234,5");
     EXPECT_EQ(MoveDecimalMark(L"1.234,5", L"."), L"1.234,5");
     EXPECT_EQ(MoveDecimalMark(L"1,000.5", L","), L"1,000,5");
     EXPECT_EQ(MoveDecimalMark(L"1,000.5", L"."), L"1,000.5");
 }
 
-TEST(MoveDecimalMarkTest, ReplacesTheFirstOfTwoEqualMarks) {
+TEST(ValueTextMoveDecimalMarkTest, ReplacesTheFirstOfTwoEqualMarks) {
     EXPECT_EQ(MoveDecimalMark(L"1.2.3", L","), L"1,2.3");
     EXPECT_EQ(MoveDecimalMark(L"1,2,3", L"."), L"1.2,3");
 }
 
-TEST(MoveDecimalMarkTest, WorksAtTheEndsOfTheText) {
+TEST(ValueTextMoveDecimalMarkTest, WorksAtTheEndsOfTheText) {
     EXPECT_EQ(MoveDecimalMark(L",5", L"."), L".5");
     EXPECT_EQ(MoveDecimalMark(L"5.", L","), L"5,");
     EXPECT_EQ(MoveDecimalMark(L".", L","), L",");
 }
 
-TEST(MoveDecimalMarkTest, DropsTheMarkWhileThereIsNoSeparator) {
+TEST(ValueTextMoveDecimalMarkTest, DropsTheMarkWhileThereIsNoSeparator) {
     EXPECT_EQ(MoveDecimalMark(L"1.5", L""), L"15");
     EXPECT_EQ(MoveDecimalMark(L"1,5", L""), L"15");
 }
 
-TEST(MoveDecimalMarkTest, GivesTheSameWhenAppliedTwice) {
+TEST(ValueTextMoveDecimalMarkTest, GivesTheSameWhenAppliedTwice) {
     for (const wchar_t* separator : {L",", L"."}) {
         for (const wchar_t* text : {L"-12.5", L"1,000.5", L"7", L",5"}) {
             const std::wstring once = MoveDecimalMark(text, separator);
@@ -74,7 +74,7 @@ std::wstring Hex(std::int32_t value, int digits) {
     return text + L" " + std::to_wstring(value);
 }
 
-TEST(ToFixedHexTest, FillsWithZerosToTheNumberOfDigits) {
+TEST(ValueTextToFixedHexTest, FillsWithZerosToTheNumberOfDigits) {
     EXPECT_EQ(Hex(255, 2), L"FF 255");
     EXPECT_EQ(Hex(10, 4), L"000A 10");
     EXPECT_EQ(Hex(0, 4), L"0000 0");
@@ -82,7 +82,7 @@ TEST(ToFixedHexTest, FillsWithZerosToTheNumberOfDigits) {
     EXPECT_EQ(Hex(0, 1), L"0 0");
 }
 
-TEST(ToFixedHexTest, SetsAValueAboveTheRangeToTheRangeAndShowsZeros) {
+TEST(ValueTextToFixedHexTest, SetsAValueAboveTheRangeToTheRangeAndShowsZeros) {
     EXPECT_EQ(Hex(256, 2), L"00 256");
     EXPECT_EQ(Hex(257, 2), L"00 256");
     EXPECT_EQ(Hex(300, 2), L"00 256");
@@ -91,24 +91,24 @@ TEST(ToFixedHexTest, SetsAValueAboveTheRangeToTheRangeAndShowsZeros) {
     EXPECT_EQ(Hex(std::numeric_limits<std::int32_t>::max(), 8), L"7FFFFFFF 2147483647");
 }
 
-TEST(ToFixedHexTest, ShowsTheLastDigitsOfANegativeValue) {
+TEST(ValueTextToFixedHexTest, ShowsTheLastDigitsOfANegativeValue) {
     EXPECT_EQ(Hex(-1, 8), L"FFFFFFFF -1");
     EXPECT_EQ(Hex(-1, 4), L"FFFF -1");
     EXPECT_EQ(Hex(std::numeric_limits<std::int32_t>::min(), 8), L"80000000 -2147483648");
     EXPECT_EQ(Hex(-2, 10), L"00FFFFFFFE -2");
 }
 
-TEST(ToFixedHexTest, ShowsNothingForNoDigits) {
+TEST(ValueTextToFixedHexTest, ShowsNothingForNoDigits) {
     EXPECT_EQ(Hex(7, 0), L" 1");
     EXPECT_EQ(Hex(1, 0), L" 1");
     EXPECT_EQ(Hex(-7, 0), L" -7");
 }
 
-TEST(ToFixedHexTest, FillsToAnyNumberOfDigitsWhoseFourFoldFitsSixteenBits) {
+TEST(ValueTextToFixedHexTest, FillsToAnyNumberOfDigitsWhoseFourFoldFitsSixteenBits) {
     EXPECT_EQ(Hex(171, 8191), std::wstring(8189, L'0') + L"AB 171");
 }
 
-TEST(ToFixedHexTest, ThrowsWhenFourTimesTheDigitsLeaveSixteenBits) {
+TEST(ValueTextToFixedHexTest, ThrowsWhenFourTimesTheDigitsLeaveSixteenBits) {
     std::int32_t value = 7;
     for (const int digits : {8192, 32767, -8193, -32768}) {
         EXPECT_EQ(ErrorOf([&] { ToFixedHex(value, static_cast<std::int16_t>(digits)); }), kOverflow)
@@ -117,7 +117,7 @@ TEST(ToFixedHexTest, ThrowsWhenFourTimesTheDigitsLeaveSixteenBits) {
     EXPECT_EQ(value, 7);
 }
 
-TEST(ToFixedHexTest, RefusesANegativeNumberOfDigits) {
+TEST(ValueTextToFixedHexTest, RefusesANegativeNumberOfDigits) {
     std::int32_t value = 7;
     for (const int digits : {-1, -8192}) {
         EXPECT_EQ(ErrorOf([&] { ToFixedHex(value, static_cast<std::int16_t>(digits)); }), kInvalidCall)

@@ -278,8 +278,8 @@ TEST_F(EditorFaultTest, AFieldThatIsGoneIsReported) {
     });
     const auto messages = Messages();
     ASSERT_EQ(messages.size(), 3U) << "Cancel does not find it either";
-    support::ExpectReport(messages[0], L"Object variable or With block variable not set",
-                          L"lvwMain_DblClick Form frmCPModif4", L"Sub lvwMain_DblClick");
+    support::ExpectReport(messages[0], support::kObjectNotSetText, L"lvwMain_DblClick Form frmCPModif4",
+                          L"Sub lvwMain_DblClick");
     support::ExpectReport(messages[1], L"", L"lvwMain_DblClick Form frmCPModif4", L"Sub lvwMain_DblClick");
     support::ExpectReport(messages[2], L"", kRestoring, L"Sub Form_Unload");
 }

@@ -32,12 +32,13 @@ com::Variant EnumeratorOf(const std::vector<HostPoint*>& points) {
 } // namespace
 
 void NamedObject::Add(std::wstring name, Get get, Put put) {
-    members_.push_back({std::move(name), std::move(get), std::move(put)});
+    names_.push_back(std::move(name));
+    members_.push_back({std::move(get), std::move(put)});
 }
 
 NamedObject::Member& NamedObject::Find(const std::wstring& name) {
-    return *std::find_if(members_.begin(), members_.end(),
-                         [&](const Member& candidate) { return candidate.name == name; });
+    const auto found = std::find(names_.begin(), names_.end(), name);
+    return members_.at(static_cast<std::size_t>(found - names_.begin()));
 }
 
 void NamedObject::Replace(const std::wstring& name, Get get) {
@@ -62,44 +63,20 @@ void NamedObject::AddText(std::wstring name, const std::wstring& text) {
     Add(std::move(name), [text](auto) { return com::Variant(text); });
 }
 
-STDMETHODIMP NamedObject::QueryInterface(REFIID iid, void** out) {
-    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-    *out = known ? this : nullptr;
-    if (!known) {
-        return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) NamedObject::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
-    }
-    return left;
-}
-
-STDMETHODIMP NamedObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
-    for (std::size_t i = 0; i < members_.size(); ++i) {
-        if (_wcsicmp(members_[i].name.c_str(), names[0]) == 0) {
-            ids[0] = static_cast<DISPID>(i + 1);
-            return S_OK;
-        }
-    }
-    ids[0] = DISPID_UNKNOWN;
-    return DISP_E_UNKNOWNNAME;
-}
-
-STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
-                                 EXCEPINFO* exception, UINT*) {
+STDMETHODIMP NamedObject::Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* params,
+                                 VARIANT* result, EXCEPINFO* exception, UINT* argument) {
     OLECHAR enumerator[] = L"_NewEnum";
     LPOLESTR name = enumerator;
     if (id == DISPID_NEWENUM && FAILED(GetIDsOfNames(IID_NULL, &name, 1, 0, &id))) {
         return DISP_E_MEMBERNOTFOUND;
     }
-    Member& member = members_.at(static_cast<std::size_t>(id - 1));
-    const std::span<const VARIANT> arguments(params->rgvarg, params->cArgs);
+    return ByNameDouble::Invoke(id, iid, locale, flags, params, result, exception, argument);
+}
+
+HRESULT NamedObject::Call(std::size_t index, WORD flags, DISPPARAMS& params, VARIANT* result,
+                          EXCEPINFO* exception) {
+    Member& member = members_.at(index);
+    const std::span<const VARIANT> arguments(params.rgvarg, params.cArgs);
     const auto failure = com::Attempt([&] {
         if ((flags & DISPATCH_PROPERTYPUT) != 0) {
             member.put(arguments.front());

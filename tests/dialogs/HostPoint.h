@@ -2,9 +2,11 @@
 
 #include "com/Conversion.h"
 #include "com/Ref.h"
+#include "tests/support/ByNameDouble.h"
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -14,13 +16,12 @@
 namespace dialogs {
 
 /// An object of a host that is reached by name alone.
-class NamedObject final : public IDispatch {
+class NamedObject final : public support::ByNameDouble {
   public:
     using Get = std::function<com::Variant(std::span<const VARIANT> arguments)>;
     using Put = std::function<void(const VARIANT& value)>;
 
     static com::Ref<NamedObject> Make() { return com::Ref<NamedObject>::Own(new NamedObject); }
-    virtual ~NamedObject() { --live; }
 
     /// The number of the errors that broken members raise unless told otherwise.
     static constexpr std::int32_t kRaised = static_cast<std::int32_t>(0x80041234);
@@ -35,30 +36,27 @@ class NamedObject final : public IDispatch {
     /// A member that always has this text.
     void AddText(std::wstring name, const std::wstring& text);
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override;
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override;
-    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO*,
-                        UINT*) override;
+    /// A collection's _NewEnum is its enumerator.
+    STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* params, VARIANT* result,
+                        EXCEPINFO* exception, UINT* argument) override;
 
     /// Objects that exist.
     static inline int live = 0;
 
   private:
     NamedObject() { ++live; }
+    ~NamedObject() override { --live; }
+    HRESULT Call(std::size_t member, WORD flags, DISPPARAMS& params, VARIANT* result,
+                 EXCEPINFO* exception) override;
 
     struct Member {
-        std::wstring name;
         Get get;
         Put put;
     };
     Member& Find(const std::wstring& name);
 
+    /// As the names.
     std::vector<Member> members_;
-    ULONG references_ = 1;
 };
 
 /// A data point of a host: what it is, and what was written to it.

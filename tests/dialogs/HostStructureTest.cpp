@@ -5,7 +5,6 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -143,9 +142,8 @@ TEST_F(HostStructureTest, AFieldWithoutAReadableTypeCannotBeChanged) {
 
 TEST_F(HostStructureTest, TakesAnErrorThatHasAClassicNumberAlone) {
     Fill(HostPoint::Walk::ByEnumerator);
-    constexpr auto kNoSuchMember = static_cast<std::int32_t>(0x800A01B6); // 438
-    structure_.object->Break(L"Fields", kNoSuchMember);
-    EXPECT_EQ(Edit(), kNoSuchMember);
+    structure_.object->Break(L"Fields", support::kNoSuchMember);
+    EXPECT_EQ(Edit(), support::kNoSuchMember);
 }
 
 TEST_F(HostStructureTest, ANestedStructureThatCannotBeShownIsReported) {

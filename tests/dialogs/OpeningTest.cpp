@@ -14,8 +14,6 @@
 namespace dialogs {
 namespace {
 
-constexpr auto kInvalidCall = static_cast<HRESULT>(0x800A0005);
-constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
 constexpr auto kRaised = static_cast<HRESULT>(NamedObject::kRaised);
 
 /// The description and the source of the thread's error object.
@@ -71,8 +69,8 @@ TEST_F(OpeningTest, AFormThatClosedUnfilledOpensForItsNextPoint) {
 TEST_F(OpeningTest, AnAttributeIsEditedInOneFormAtATime) {
     const auto point = Attribute(kSigned, L"21.5");
     const auto value = DialogTest::Edit(point, [&](Shown& dialog) {
-        EXPECT_EQ(point->SetValue(), kInvalidCall);
-        EXPECT_EQ(LastError().first, L"Invalid procedure call or argument");
+        EXPECT_EQ(point->SetValue(), support::kInvalidCall);
+        EXPECT_EQ(LastError().first, support::kInvalidCallText);
         EXPECT_TRUE(dialog.IsOpen());
         dialog.Type(IDC_NEW_VALUE, L"7");
         dialog.Click(IDOK);
@@ -90,7 +88,7 @@ TEST_F(OpeningTest, AValueThatIsNoTextOpensNothing) {
         return failure;
     });
     object->Add(L"SNVTType", [&](auto) { return com::Variant(point.type.Get()); });
-    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(object.Get()), kTypeMismatch);
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(object.Get()), support::kTypeMismatch);
 }
 
 TEST_F(OpeningTest, ATextOfNoLengthTakesNoCharacter) {

@@ -29,20 +29,6 @@ constexpr CLSID kGenericClass = {
 constexpr CLSID kLibraryClass = {
     0x5D7C3A11, 0x2B64, 0x4F0E, {0x8C, 0x21, 0x70, 0x3A, 0x96, 0x44, 0x1E, 0x58}};
 
-/// A device with an object library of its own.
-class Context final : public com::DualObject<Context, IDeviceContext> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP get_Document(IDispatch** value) override {
-        return Get(value, [] {
-            return com::Ref<IDispatch>(
-                Parse(L"<Device><FWVersion><V1><Objects><Library><O_Tam_ID/></Library></Objects></V1>"
-                      L"</FWVersion></Device>"));
-        });
-    }
-    STDMETHODIMP get_FirmwareVersion(BSTR* value) override { return Answer(value, std::wstring(L"V1")); }
-};
-
 /// One call of one member.
 struct Call {
     com::Ref<IDispatch> object;
@@ -169,12 +155,10 @@ class CallingFaultTest : public ::testing::Test {
                                   return converter_->QueryInterface(iid, out);
                               }};
     /// What a channel object wraps.
-    com::Ref<internal_tests::Recorder> generic_ =
-        internal_tests::Recorder::Make(L"generic", {&__uuidof(IAppObject)});
+    com::Ref<Recorder> generic_ = Recorder::Make(L"generic", {&__uuidof(IAppObject)});
     HostClass genericClass_{kGenericClass, internal_tests::kGenericProgId,
                             [this](REFIID iid, void** out) { return generic_->QueryInterface(iid, out); }};
-    com::Ref<internal_tests::Recorder> library_ =
-        internal_tests::Recorder::Make(L"library service", {&__uuidof(ILibraryService)});
+    com::Ref<Recorder> library_ = Recorder::Make(L"library service", {&__uuidof(ILibraryService)});
     HostClass libraryClass_{kLibraryClass, internal_tests::kLibraryProgId,
                             [this](REFIID iid, void** out) { return library_->QueryInterface(iid, out); }};
     bench::BoxWatcher watcher_;
@@ -245,8 +229,7 @@ TEST_F(CallingFaultTest, NumberInAVariableForATextByReference) {
     CountAll({"a number in a variable, for a text ",
               [&](const Component& component) {
                   const auto manager = component.Create<ITamObjectManager>(__uuidof(::TamObjectManager));
-                  const auto context = Context::Make();
-                  com::Check(manager->Init(static_cast<IDeviceContext*>(context.Get())));
+                  com::Check(manager->Init(HostContext().Get()));
                   // By its slot: a failing search of the library would be kept.
                   VARIANT_BOOL isKnown = VARIANT_FALSE;
                   com::Check(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &isKnown));

@@ -1,11 +1,11 @@
-#include "com/Counted.h"
-#include "tests/fault/ModuleFaultTest.h"
-#include "tests/module/HostView.h"
+#include "tests/fault/ModuleFault.h"
 #include "tests/module/ShellPatch.h"
 #include "tests/support/MacroDoubles.h"
+#include "tests/support/Recorder.h"
 
 #include <olectl.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,17 +25,13 @@ constexpr CLSID kScriptedClass = {
     0x7A0E3B62, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA2}};
 
 /// A unit converter that is reached by name alone, as one written in a script.
-class ScriptedUnits final : public com::Counted<IDispatch> {
+class ScriptedUnits final : public ByNameDouble {
   public:
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        ids[0] = std::wstring(names[0]) == L"Convert" ? kConvert : kLabel;
-        return S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                        UINT*) override {
-        if (id == kConvert) {
+    ScriptedUnits() : ByNameDouble({L"Convert", L"Label"}) {}
+
+  private:
+    HRESULT Call(std::size_t member, WORD, DISPPARAMS&, VARIANT* result, EXCEPINFO*) override {
+        if (member == 0) {
             result->vt = VT_I4; // which the caller has to make a text of
             result->lVal = 70;
         } else {
@@ -44,10 +40,6 @@ class ScriptedUnits final : public com::Counted<IDispatch> {
         }
         return S_OK;
     }
-
-  private:
-    static constexpr DISPID kConvert = 1;
-    static constexpr DISPID kLabel = 2;
 };
 
 class HostCallFaultTest : public ModuleFaultTest {
@@ -117,12 +109,11 @@ TEST_F(HostCallFaultTest, ConnectedTypeOfAnOutput) {
 }
 
 TEST_F(HostCallFaultTest, ContainsAChannel) {
-    const auto item = ChannelItem::Make(L"K7", L"object_of_the_device");
+    const auto item = ChannelItem(L"K7", L"object_of_the_device");
     Loop()
         .HostSlots()
         .Replace<Kind::Host, &ITamInternalAppObject::get_TamDeviceKey,
-                 &ITamInternalAppObject::get_TamInternalObjectKey>(
-            static_cast<ITamInternalAppObject*>(item.Get()));
+                 &ITamInternalAppObject::get_TamInternalObjectKey>(item.Get());
     Job job = Asking("Contains", [this, item](std::wstring& answer) {
         VARIANT_BOOL contains = VARIANT_FALSE;
         const HRESULT result = module_.As<ITamObject>()->Contains(item.Get(), &contains);
@@ -159,19 +150,18 @@ TEST_F(HostCallFaultTest, MergedList) {
 }
 
 TEST_F(HostCallFaultTest, MacroConnection) {
-    const auto host = Connections::Make();
-    host->groups->groups = {GroupOf({L"other"}), GroupOf({L"K\\RIN\\Input_first"})};
-    const auto items = host->groups->groups[0]->items;
+    const ConnectionsDouble host;
+    const auto group = host.Add({L"other"});
+    host.Add({L"K\\RIN\\Input_first"});
     Slots& slots = Loop().HostSlots();
-    slots.Replace<Kind::Host, &IMacroConnections::get_Groups>(static_cast<IMacroConnections*>(host.Get()));
+    slots.Replace<Kind::Host, &IMacroConnections::get_Groups>(host.object->As<IMacroConnections>().Get());
     slots.Replace<Kind::Host, &IMacroConnectionGroups::get_Count, &IMacroConnectionGroups::get_Item>(
-        static_cast<IMacroConnectionGroups*>(host->groups.Get()));
+        host.groups.object->As<IMacroConnectionGroups>().Get());
     slots.Replace<Kind::Host, &IMacroConnectionGroup::get_Items>(
-        static_cast<IMacroConnectionGroup*>(host->groups->groups[0].Get()));
+        group.object->As<IMacroConnectionGroup>().Get());
     slots.Replace<Kind::Host, &IMacroConnectedItems::get_Count, &IMacroConnectedItems::get_Item>(
-        static_cast<IMacroConnectedItems*>(items.Get()));
-    slots.Replace<Kind::Host, &IMacroConnectedItem::get_key>(
-        static_cast<IMacroConnectedItem*>(items->items[0].Get()));
+        group.items.object->As<IMacroConnectedItems>().Get());
+    slots.Replace<Kind::Host, &IMacroConnectedItem::get_key>(group.Item(0)->As<IMacroConnectedItem>().Get());
     Job job = Asking("IsMacroConnected", [this](std::wstring& answer) {
         VARIANT_BOOL connected = VARIANT_FALSE;
         const HRESULT result = Input(module_, L"Input_first")->get_IsMacroConnected(&connected);
@@ -181,7 +171,7 @@ TEST_F(HostCallFaultTest, MacroConnection) {
     job.prepare = [this, host] {
         module_ = Loaded(SmallStream());
         Put(module_, &IAppObject::put_GlobalKey, L"K");
-        EXPECT_EQ(module_->putref_Parent(host.Get()), S_OK);
+        EXPECT_EQ(module_->putref_Parent(host.object->As<IDispatch>().Get()), S_OK);
     };
     job.kinds = {Kind::Memory, Kind::Host};
     job.mayFail = false;
@@ -249,20 +239,19 @@ TEST_F(HostCallFaultTest, OpenedDatasheet) {
 }
 
 TEST_F(HostCallFaultTest, ShownView) {
-    const auto view = View::Make();
-    const auto sheet = Sheet::Make();
-    sheet->view = com::Ref<IDispatch>(view.Get());
-    Loop().HostSlots().Replace<Kind::Host, &IHostDocument::get_View>(
-        static_cast<IHostDocument*>(sheet.Get()));
-    Loop().HostSlots().Replace<Kind::Host, &IHostView::ShowObject>(static_cast<IHostView*>(view.Get()));
+    const auto view = Recorder::Make(L"view", {&__uuidof(IHostView)});
+    const auto sheet = Recorder::Make(L"sheet", {&__uuidof(IHostDocument)});
+    sheet->Set(L"View", view);
+    Loop().HostSlots().Replace<Kind::Host, &IHostDocument::get_View>(sheet->As<IHostDocument>().Get());
+    Loop().HostSlots().Replace<Kind::Host, &IHostView::ShowObject>(view->As<IHostView>().Get());
     Job job = Asking("Show", [this](std::wstring&) { return module_->Show(); });
     job.prepare = [this, sheet, view] {
-        view->shown = 0;
+        Calls().clear();
         module_ = NewModule();
-        EXPECT_EQ(module_->putref_Parent(sheet.Get()), S_OK);
+        EXPECT_EQ(module_->putref_Parent(sheet->As<IDispatch>().Get()), S_OK);
     };
     job.read = [this, view] {
-        return Fields{view->shown != 0 ? L"shown" : L"not shown",
+        return Fields{view->Times(L"ShowObject") != 0 ? L"shown" : L"not shown",
                       Flag(module_, &IAppObject::get_IsPlugInActive) ? L"active" : L"not active"};
     };
     job.kinds = {Kind::Host};

@@ -1,6 +1,6 @@
 #include "com/Enumerator.h"
 #include "tests/dialogs/HostPoint.h"
-#include "tests/fault/EditFaultTest.h"
+#include "tests/fault/EditFault.h"
 
 #include <string>
 #include <vector>

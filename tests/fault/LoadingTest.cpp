@@ -78,7 +78,7 @@ TEST_F(LoadingFaultTest, FirstModule) {
 }
 
 /// The component is loaded here and used in another apartment.
-class OtherThreadFaultTest : public LoadingFaultTest {
+class LoadingOtherThreadFaultTest : public LoadingFaultTest {
   protected:
     void Elsewhere(const std::function<void()>& body) {
         std::thread([&] {
@@ -97,7 +97,7 @@ class OtherThreadFaultTest : public LoadingFaultTest {
     }
 };
 
-TEST_F(OtherThreadFaultTest, FirstModule) {
+TEST_F(LoadingOtherThreadFaultTest, FirstModule) {
     CountAll("first module on another thread    ",
              [this](const Component& component, const std::function<void()>& body) {
                  Elsewhere([&] {
@@ -109,7 +109,7 @@ TEST_F(OtherThreadFaultTest, FirstModule) {
              });
 }
 
-TEST_F(OtherThreadFaultTest, ItsFirstEntryIsRefusedWithoutMemory) {
+TEST_F(LoadingOtherThreadFaultTest, ItsFirstEntryIsRefusedWithoutMemory) {
     const Component component;
     const Imports imports(component.Module());
     Elsewhere([&] {

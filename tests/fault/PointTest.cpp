@@ -1,4 +1,4 @@
-#include "tests/fault/ModuleFaultTest.h"
+#include "tests/fault/ModuleFault.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "com/Dom.h"
 #include "com/LateBound.h"
 #include "tests/fault/FaultLoop.h"
-#include "tests/fault/ModuleFaultTest.h"
+#include "tests/fault/ModuleFault.h"
 
 #include <OrvHost.h>
 

@@ -22,7 +22,6 @@ using support::Document;
 constexpr unsigned kSeed = 20250308;
 constexpr unsigned kRounds = 300;
 constexpr const wchar_t* kSecret = L"SECRET-OF-ANOTHER-FILE";
-constexpr auto kNotSet = static_cast<HRESULT>(0x800A005B);
 
 Tree GoodTree(const wchar_t* name) {
     const Document document = support::Parse(FromUtf8(ReadFile(std::wstring(TAM_FUZZ_DOCUMENTS) + name)));
@@ -123,7 +122,7 @@ class ChannelDocumentsTest : public InternalTest {
         const HRESULT result =
             Interceptor()->InterceptIsUnitsDependent(gain->As<IAttribute>().Get(), &answer, &handled);
         const bool hasRoot = static_cast<bool>(support::Root(definition));
-        EXPECT_EQ(result, hasRoot ? S_OK : kNotSet);
+        EXPECT_EQ(result, hasRoot ? S_OK : kObjectNotSet);
         EXPECT_EQ(answer, hasRoot ? ExpectedFlag(definition, before) : before);
     }
     /// How a search of the library ends.
@@ -136,7 +135,7 @@ class ChannelDocumentsTest : public InternalTest {
                       com::Check(child->get_nodeName(name.Put()));
                       return tam::dom::IsElement(child) && tam::LowerCase(name.View()) == L"o_tam_id";
                   });
-        return FAILED(result) ? result : library ? S_OK : kNotSet;
+        return FAILED(result) ? result : library ? S_OK : kObjectNotSet;
     }
 
   private:

@@ -11,6 +11,7 @@
 namespace component_fuzz {
 
 using namespace internal_tests;
+using internal_tests::Double; // not the reader of a number
 
 namespace {
 
@@ -23,7 +24,7 @@ constexpr const wchar_t* kDefinition =
     L"<Attributes><Attrib Name='Gain' Visible='1' UnitDependent='1' Differential='1'/></Attributes>"
     L"</TAMConfig></AppObject>";
 
-class ChannelFuzzTest : public InternalTest {
+class ChannelMembersFuzzTest : public InternalTest {
   protected:
     void SetUp() override {
         InternalTest::SetUp();
@@ -93,7 +94,7 @@ class ChannelFuzzTest : public InternalTest {
     std::optional<Watchdog> watchdog_;
 };
 
-TEST_F(ChannelFuzzTest, HoldsForCallsInAnyOrder) {
+TEST_F(ChannelMembersFuzzTest, HoldsForCallsInAnyOrder) {
     RunSequences(Dog(), kSequences, [this](Random& random, bool tells) { Run(random, tells); });
 }
 

@@ -66,9 +66,9 @@ bool Holds(const Subject& subject, const Bytes& bytes, const std::string& what) 
     return false;
 }
 
-class FuzzCoreTest : public testing::TestWithParam<Subject> {};
+class CoreFuzzTest : public testing::TestWithParam<Subject> {};
 
-TEST_P(FuzzCoreTest, HoldsForTheCorpus) {
+TEST_P(CoreFuzzTest, HoldsForTheCorpus) {
     const auto files = Files(GetParam().name);
     EXPECT_FALSE(files.empty());
     for (const auto& [name, bytes] : files) {
@@ -77,7 +77,7 @@ TEST_P(FuzzCoreTest, HoldsForTheCorpus) {
     Holds(GetParam(), {}, "nothing");
 }
 
-TEST_P(FuzzCoreTest, HoldsForInputsMadeFromTheCorpus) {
+TEST_P(CoreFuzzTest, HoldsForInputsMadeFromTheCorpus) {
     constexpr unsigned kSeed = 20250307;
     constexpr int kInputs = 6000;
     std::vector<Bytes> pool;
@@ -94,7 +94,7 @@ TEST_P(FuzzCoreTest, HoldsForInputsMadeFromTheCorpus) {
 
 // A million bytes inside of a good input: no text is too long, nor takes time
 // with the square of its length, for which the program's time limit is too short.
-TEST_P(FuzzCoreTest, HoldsForLongInputs) {
+TEST_P(CoreFuzzTest, HoldsForLongInputs) {
     const std::size_t length = GetParam().isLinear ? 1000000 : 1000;
     const Bytes good = Files(GetParam().name).back().second;
     for (const char byte : {'a', '1', ';', '<', '&'}) {
@@ -106,7 +106,7 @@ TEST_P(FuzzCoreTest, HoldsForLongInputs) {
 }
 
 // As many points, attributes of one element and open elements.
-TEST(FuzzExportTest, HoldsForManyNodes) {
+TEST(CoreExportFuzzTest, HoldsForManyNodes) {
     constexpr int kMany = 20000;
     const std::string root = "<O_Tam_id DevAddr='' AppID='' DevKey='' TamObjectID='1' IsLastOnDev='0'";
     std::string points, attributes, open;
@@ -124,7 +124,7 @@ TEST(FuzzExportTest, HoldsForManyNodes) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Subjects, FuzzCoreTest, testing::ValuesIn(kSubjects),
+INSTANTIATE_TEST_SUITE_P(Subjects, CoreFuzzTest, testing::ValuesIn(kSubjects),
                          [](const auto& subject) { return std::string(subject.param.name); });
 
 } // namespace

@@ -84,7 +84,7 @@ std::wstring NamesOf(const ExpectedStream& stream) {
 
 } // namespace
 
-void DocumentFuzzTest::SetUp() {
+void DocumentsFuzzTest::SetUp() {
     ComponentTest::SetUp();
     UseCompiler();
     UseDatabaseLocation();
@@ -112,7 +112,7 @@ void DocumentFuzzTest::SetUp() {
     EXPECT_TRUE(KnownBoxes().empty());
 }
 
-void DocumentFuzzTest::TearDown() {
+void DocumentsFuzzTest::TearDown() {
     watchdog_.reset();
     secretFile_.reset();
     library_.reset();
@@ -120,7 +120,7 @@ void DocumentFuzzTest::TearDown() {
     ComponentTest::TearDown();
 }
 
-Input DocumentFuzzTest::Changed(Random& random) const {
+Input DocumentsFuzzTest::Changed(Random& random) const {
     Input input;
     input.kind = static_cast<Input::Kind>(random.Below(Input::kNames.size()));
     const std::vector<Tree>& seeds = seeds_.at(IndexOf(input.kind));
@@ -133,7 +133,7 @@ Input DocumentFuzzTest::Changed(Random& random) const {
     return input;
 }
 
-std::vector<std::wstring> DocumentFuzzTest::Corpus() {
+std::vector<std::wstring> DocumentsFuzzTest::Corpus() {
     std::vector<std::wstring> names;
     WIN32_FIND_DATAW found;
     const HANDLE search = FindFirstFileW((std::wstring(kCorpus) + L"*-*").c_str(), &found);
@@ -151,7 +151,7 @@ std::vector<std::wstring> DocumentFuzzTest::Corpus() {
     return names;
 }
 
-Input DocumentFuzzTest::FromFile(const std::wstring& name) {
+Input DocumentsFuzzTest::FromFile(const std::wstring& name) {
     Input input;
     const auto kind = std::find_if(Input::kNames.begin(), Input::kNames.end(),
                                    [&](const std::wstring& known) { return name.starts_with(known + L"-"); });
@@ -164,7 +164,7 @@ Input DocumentFuzzTest::FromFile(const std::wstring& name) {
     return input;
 }
 
-void DocumentFuzzTest::Check(const Input& input) {
+void DocumentsFuzzTest::Check(const Input& input) {
     com::Check(NewModule()->putref_XmlSNVTDoc(goodCatalogue_.Get()));
     switch (input.kind) {
     case Input::Kind::Definition:
@@ -189,7 +189,7 @@ void DocumentFuzzTest::Check(const Input& input) {
     EXPECT_TRUE(KnownBoxes().empty());
 }
 
-void DocumentFuzzTest::CheckDefinition(const Input& input) {
+void DocumentsFuzzTest::CheckDefinition(const Input& input) {
     const std::wstring path = Component::Folder() + L"Changed.xml";
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
@@ -227,7 +227,7 @@ void DocumentFuzzTest::CheckDefinition(const Input& input) {
     DeleteFileW(path.c_str());
 }
 
-void DocumentFuzzTest::CheckCatalogue(const Input& input) {
+void DocumentsFuzzTest::CheckCatalogue(const Input& input) {
     const Document document = NewDocument();
     const bool isBuilt = input.isBuilt || !LoadXml(document, input.text);
     Count(isBuilt ? "catalogues, built" : "catalogues, parsed");
@@ -249,7 +249,7 @@ void DocumentFuzzTest::CheckCatalogue(const Input& input) {
     com::Check(module->putref_XmlSNVTDoc(goodCatalogue_.Get()));
 }
 
-void DocumentFuzzTest::CheckStream(const Input& input) {
+void DocumentsFuzzTest::CheckStream(const Input& input) {
     const Document document = NewDocument();
     const bool isXml = LoadXml(document, input.text) && !HasType(document);
     const ExpectedStream expected = StreamOf(document, isXml);
@@ -268,7 +268,7 @@ void DocumentFuzzTest::CheckStream(const Input& input) {
     Use(module);
 }
 
-void DocumentFuzzTest::CheckProject(const Input& input) {
+void DocumentsFuzzTest::CheckProject(const Input& input) {
     const Document document = NewDocument();
     const auto element = ProjectOf(document, input);
     if (!element) {
@@ -295,12 +295,12 @@ void DocumentFuzzTest::CheckProject(const Input& input) {
     Use(module);
 }
 
-com::Ref<IXMLDOMElement> DocumentFuzzTest::ProjectOf(const Document& document, const Input& input) const {
+com::Ref<IXMLDOMElement> DocumentsFuzzTest::ProjectOf(const Document& document, const Input& input) const {
     const bool isBuilt = input.isBuilt || !LoadXml(document, input.text);
     return isBuilt ? ElementOf(document, input) : Root(document);
 }
 
-com::Ref<IXMLDOMElement> DocumentFuzzTest::ElementOf(const Document& document, const Input& input) const {
+com::Ref<IXMLDOMElement> DocumentsFuzzTest::ElementOf(const Document& document, const Input& input) const {
     if (!input.tree) {
         return {};
     }
@@ -311,7 +311,7 @@ com::Ref<IXMLDOMElement> DocumentFuzzTest::ElementOf(const Document& document, c
     return element;
 }
 
-void DocumentFuzzTest::Use(const com::Ref<IAppObject>& module) {
+void DocumentsFuzzTest::Use(const com::Ref<IAppObject>& module) {
     const Document document = Parse(L"<Project/>");
     const auto root = Root(document);
     EXPECT_EQ(module->XMLSave(root.Get(), document.Get()), S_OK);
@@ -320,13 +320,13 @@ void DocumentFuzzTest::Use(const com::Ref<IAppObject>& module) {
     EXPECT_EQ(module->get_Stream(stream.Put()), S_OK);
     EXPECT_EQ(module->ClearReferences(), S_OK);
     const std::wstring said =
-        contract::Describe({&*library_}, module.Get()) + Xml(document.Get()) + std::wstring(stream.View());
+        support::Describe({&*library_}, module.Get()) + Xml(document.Get()) + std::wstring(stream.View());
     EXPECT_EQ(said.find(kSecret), std::wstring::npos) << "a document made the component read another file";
     EXPECT_EQ(module->Destroy(), S_OK);
     SetErrorInfo(0, nullptr);
 }
 
-com::Ref<IAppObject> DocumentFuzzTest::GoodModule() {
+com::Ref<IAppObject> DocumentsFuzzTest::GoodModule() {
     const TextFile definition(Component::Folder() + L"Good.xml",
                               goodTexts_[IndexOf(Input::Kind::Definition)]);
     auto module = NewModule();
@@ -342,7 +342,7 @@ com::Ref<IAppObject> DocumentFuzzTest::GoodModule() {
     return module;
 }
 
-std::wstring DocumentFuzzTest::Answer() {
+std::wstring DocumentsFuzzTest::Answer() {
     const auto module = GoodModule();
     const Document document = Parse(L"<Project/>");
     const auto root = Root(document);
@@ -350,11 +350,11 @@ std::wstring DocumentFuzzTest::Answer() {
     com::Check(module->XMLSaveForInteroperability(root.Get(), document.Get()));
     com::Bstr stream;
     com::Check(module->get_Stream(stream.Put()));
-    return contract::Describe({&*library_}, module.Get()) + Xml(document.Get()) + UseCompiler().givenXml +
+    return support::Describe({&*library_}, module.Get()) + Xml(document.Get()) + UseCompiler().givenXml +
            std::wstring(stream.View());
 }
 
-std::vector<bench::Box> DocumentFuzzTest::KnownBoxes() {
+std::vector<bench::Box> DocumentsFuzzTest::KnownBoxes() {
     static const std::vector<std::wstring> captions = {L"Gateway Object",
                                                        L"Gateway Object - Error report",
                                                        L"Warning",
@@ -364,12 +364,12 @@ std::vector<bench::Box> DocumentFuzzTest::KnownBoxes() {
     auto boxes = Boxes();
     for (const bench::Box& box : boxes) {
         EXPECT_TRUE(std::find(captions.begin(), captions.end(), box.caption) != captions.end())
-            << contract::Narrow(box.caption);
+            << support::Narrow(box.caption);
     }
     return boxes;
 }
 
-std::size_t DocumentFuzzTest::Reports() {
+std::size_t DocumentsFuzzTest::Reports() {
     const auto boxes = KnownBoxes();
     return static_cast<std::size_t>(std::count_if(boxes.begin(), boxes.end(), [](const bench::Box& box) {
         return box.caption == L"Gateway Object - Error report";
@@ -380,7 +380,7 @@ std::string ReadFile(const std::wstring& path) {
     const HANDLE file =
         CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
     if (file == INVALID_HANDLE_VALUE) {
-        throw std::runtime_error("cannot be read: " + contract::Narrow(path));
+        throw std::runtime_error("cannot be read: " + support::Narrow(path));
     }
     std::string bytes(GetFileSize(file, nullptr), '\0');
     DWORD read = 0;

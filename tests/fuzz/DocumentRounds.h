@@ -1,10 +1,10 @@
 #pragma once
 
-#include "tests/com/Describe.h"
 #include "tests/fuzz/Expected.h"
 #include "tests/fuzz/Random.h"
 #include "tests/fuzz/Tree.h"
 #include "tests/fuzz/Watchdog.h"
+#include "tests/support/Describe.h"
 #include "tests/support/Fixture.h"
 
 #include <array>
@@ -33,7 +33,7 @@ struct Input {
 
 /// Hands documents to a module, good ones and others, and looks at what it
 /// makes of them.
-class DocumentFuzzTest : public support::ComponentTest {
+class DocumentsFuzzTest : public support::ComponentTest {
   protected:
     void SetUp() override;
     void TearDown() override;
@@ -76,7 +76,7 @@ class DocumentFuzzTest : public support::ComponentTest {
     /// corpus that are XML.
     std::array<std::vector<Tree>, Input::kNames.size()> seeds_;
     support::Document goodCatalogue_;
-    std::optional<contract::TypeLibrary> library_;
+    std::optional<support::TypeLibrary> library_;
     std::optional<support::TextFile> secretFile_;
     std::optional<Watchdog> watchdog_;
     std::wstring answer_;

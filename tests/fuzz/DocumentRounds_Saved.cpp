@@ -23,7 +23,7 @@ void ReadEach(const Node& section, const com::Ref<I>& points,
 
 } // namespace
 
-void DocumentFuzzTest::CheckSaved(const Input& input) {
+void DocumentsFuzzTest::CheckSaved(const Input& input) {
     const Document document = NewDocument();
     const auto element = ProjectOf(document, input);
     if (!element) {

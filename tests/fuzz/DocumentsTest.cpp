@@ -11,19 +11,19 @@ namespace {
 constexpr unsigned kSeed = 20250307;
 constexpr unsigned kRounds = 400;
 
-TEST_F(DocumentFuzzTest, HoldsForTheCorpus) {
+TEST_F(DocumentsFuzzTest, HoldsForTheCorpus) {
     for (const std::wstring& name : Corpus()) {
-        SCOPED_TRACE(contract::Narrow(name));
+        SCOPED_TRACE(support::Narrow(name));
         const Input input = FromFile(name);
-        Dog().Begin(input.bytes, contract::Narrow(name));
+        Dog().Begin(input.bytes, support::Narrow(name));
         Check(input);
     }
 }
 
-TEST_F(DocumentFuzzTest, HoldsForChangedDocuments) {
+TEST_F(DocumentsFuzzTest, HoldsForChangedDocuments) {
     RunRounds(Dog(), kSeed, kRounds, [this](Random& random, const std::string& what) {
         const Input input = Changed(random);
-        const std::string kind = contract::Narrow(Input::kNames.at(static_cast<std::size_t>(input.kind)));
+        const std::string kind = support::Narrow(Input::kNames.at(static_cast<std::size_t>(input.kind)));
         SCOPED_TRACE(kind);
         Dog().Begin(input.bytes, what + ", a " + kind);
         Check(input);

@@ -22,7 +22,7 @@ constexpr const wchar_t* kCatalogue =
     L"<SNVT_95><Name>Switch</Name><Type>Enum</Type></SNVT_95>"
     L"<SNVT_83><Name>State</Name><Type>Bitfield</Type><Length>2</Length></SNVT_83>";
 
-class MemberFuzzTest : public ComponentTest {
+class MembersFuzzTest : public ComponentTest {
   protected:
     void SetUp() override {
         ComponentTest::SetUp();
@@ -79,7 +79,7 @@ class MemberFuzzTest : public ComponentTest {
     std::optional<Watchdog> watchdog_;
 };
 
-TEST_F(MemberFuzzTest, HoldsForCallsInAnyOrder) {
+TEST_F(MembersFuzzTest, HoldsForCallsInAnyOrder) {
     RunSequences(Dog(), kSequences, [this](Random& random, bool tells) { Run(random, tells); });
 }
 

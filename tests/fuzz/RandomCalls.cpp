@@ -1,10 +1,10 @@
 #include "tests/fuzz/RandomCalls.h"
 
 #include "com/Conversion.h"
-#include "tests/com/Describe.h"
 #include "tests/fuzz/RandomValues.h"
 #include "tests/fuzz/Rounds.h"
 #include "tests/support/Component.h"
+#include "tests/support/Describe.h"
 
 #include <gtest/gtest.h>
 #include <OrvDBFaces.h>
@@ -15,7 +15,7 @@
 
 namespace component_fuzz {
 
-using contract::Member;
+using support::Member;
 
 namespace {
 
@@ -75,7 +75,7 @@ HRESULT Invoke(const com::Ref<IDispatch>& object, const Member& member, Form for
     const HRESULT outcome =
         object->Invoke(member.id, IID_NULL, LOCALE_USER_DEFAULT, form.flags, &params,
                        form.hasResult ? result : nullptr, &exception, form.wantsWrong ? &wrong : nullptr);
-    EXPECT_TRUE(wrong == 0 || wrong < arguments.size()) << contract::Title({}, member);
+    EXPECT_TRUE(wrong == 0 || wrong < arguments.size()) << support::Title({}, member);
     SysFreeString(exception.bstrSource);
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrHelpFile);
@@ -92,19 +92,19 @@ bool IsDocumented(HRESULT result) {
 RandomCalls::RandomCalls() : library_(support::Component::DllPath(), 1) {}
 
 void RandomCalls::Keep(const com::Ref<IDispatch>& object) {
-    if (object && library_.Has(contract::ClassOf(object.Get())) && pool_.size() < kMostObjects) {
+    if (object && library_.Has(support::ClassOf(object.Get())) && pool_.size() < kMostObjects) {
         pool_.push_back(object);
     }
 }
 
-bool RandomCalls::IsSpared(const contract::Interface& face, const Member& member) const {
+bool RandomCalls::IsSpared(const support::Interface& face, const Member& member) const {
     return std::any_of(spared_.begin(), spared_.end(), [&](const Spared& spared) {
         return spared.face == face.id && spared.member == member.name;
     });
 }
 
-const std::vector<contract::Interface>& RandomCalls::InterfacesOf(const com::Ref<IDispatch>& object) const {
-    return library_.ClassOf(contract::ClassOf(object.Get())).interfaces;
+const std::vector<support::Interface>& RandomCalls::InterfacesOf(const com::Ref<IDispatch>& object) const {
+    return library_.ClassOf(support::ClassOf(object.Get())).interfaces;
 }
 
 void RandomCalls::CallOne(Random& random, bool tells) {
@@ -125,13 +125,13 @@ void RandomCalls::CallOne(Random& random, bool tells) {
     com::Ref<IDispatch> dispatch;
     ASSERT_EQ(object->QueryInterface(face.id, dispatch.PutVoid()), S_OK);
     if (tells) {
-        std::printf("%s\n", contract::Title(face, member).c_str());
+        std::printf("%s\n", support::Title(face, member).c_str());
         std::fflush(stdout);
     }
     com::Variant result;
     const Form form = AnyForm(member, arguments.size(), random);
     EXPECT_TRUE(IsDocumented(Invoke(dispatch, member, form, arguments, result.Put())))
-        << contract::Title(face, member);
+        << support::Title(face, member);
     std::for_each(arguments.begin(), arguments.end(), [](VARIANT& argument) { VariantClear(&argument); });
     std::for_each(places_.begin(), places_.end(), [](VARIANT& place) { VariantClear(&place); });
     places_.clear();
@@ -166,7 +166,7 @@ void RandomCalls::End() {
     SetErrorInfo(0, nullptr);
 }
 
-VARIANT RandomCalls::Fitting(const contract::Parameter& parameter, Random& random) {
+VARIANT RandomCalls::Fitting(const support::Parameter& parameter, Random& random) {
     VARIANT value{};
     switch (parameter.type) {
     case VT_BSTR:

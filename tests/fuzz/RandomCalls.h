@@ -1,9 +1,9 @@
 #pragma once
 
 #include "com/Ref.h"
-#include "tests/com/TypeLibrary.h"
 #include "tests/fuzz/Random.h"
 #include "tests/fuzz/Watchdog.h"
+#include "tests/support/TypeLibrary.h"
 
 #include <windows.h>
 
@@ -41,16 +41,16 @@ class RandomCalls {
         std::wstring member;
     };
 
-    bool IsSpared(const contract::Interface& face, const contract::Member& member) const;
-    const std::vector<contract::Interface>& InterfacesOf(const com::Ref<IDispatch>& object) const;
+    bool IsSpared(const support::Interface& face, const support::Member& member) const;
+    const std::vector<support::Interface>& InterfacesOf(const com::Ref<IDispatch>& object) const;
     void Unset(const com::Ref<IDispatch>& object);
 
-    VARIANT Fitting(const contract::Parameter& parameter, Random& random);
+    VARIANT Fitting(const support::Parameter& parameter, Random& random);
     VARIANT Any(Random& random);
     VARIANT ObjectValue(Random& random);
     VARIANT ByReference(const VARIANT& value);
 
-    contract::TypeLibrary library_;
+    support::TypeLibrary library_;
     std::vector<com::Ref<IDispatch>> pool_;
     std::vector<com::Ref<IDispatch>> offered_;
     std::vector<Spared> spared_;

@@ -154,7 +154,7 @@ class SoakTest : public internal_tests::InternalTest {
         for (const wchar_t* given : {L"XmlLoad", L"RegisterInterceptor"}) {
             generic.object->Set(given, 0L); // as hosts let go of them
         }
-        internal_tests::Calls().clear();
+        Calls().clear();
         module_.Reset();
     }
 
@@ -215,7 +215,7 @@ class SoakTest : public internal_tests::InternalTest {
 };
 
 // The measure itself: it sees what is kept.
-TEST(ResourcesTest, CountsWhatIsKept) {
+TEST(SoakResourcesTest, CountsWhatIsKept) {
     constexpr std::size_t kKept = 100;
     Resources::Now();
     const Resources before = Resources::Now();

@@ -1,4 +1,5 @@
 #include "tests/host/Compiling.h"
+#include "tests/support/Errors.h"
 
 #include "com/Boundary.h"
 
@@ -66,9 +67,9 @@ TEST(CompilersInteropTest, FollowsAReferenceToAReference) {
     EXPECT_EQ(expected.ddb, texts[2].View());
     VARIANT nowhere{};
     nowhere.vt = VT_BYREF | VT_VARIANT;
-    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&nowhere, &outer[1], &outer[2]));
+    EXPECT_EQ(support::kTypeMismatch, compiler.Object().CompileTamObject(&nowhere, &outer[1], &outer[2]));
     nowhere.vt = VT_BYREF | VT_BSTR;
-    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&outer[0], &nowhere, &outer[2]));
+    EXPECT_EQ(support::kTypeMismatch, compiler.Object().CompileTamObject(&outer[0], &nowhere, &outer[2]));
     EXPECT_EQ(expected.cdb, texts[1].View());
 }
 
@@ -79,8 +80,8 @@ TEST(CompilersInteropTest, RefusesAVariableThatRefersToItself) {
     VARIANT itself{};
     itself.vt = VT_BYREF | VT_VARIANT;
     itself.pvarVal = &itself;
-    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&itself, &empty, &empty));
-    EXPECT_EQ(Code(0x800A000D), compiler.Object().CompileTamObject(&text, &empty, &itself));
+    EXPECT_EQ(support::kTypeMismatch, compiler.Object().CompileTamObject(&itself, &empty, &empty));
+    EXPECT_EQ(support::kTypeMismatch, compiler.Object().CompileTamObject(&text, &empty, &itself));
     EXPECT_EQ(kGood, com::View(text.bstrVal));
     EXPECT_EQ(VT_EMPTY, empty.vt);
     EXPECT_EQ(&itself, itself.pvarVal);
@@ -96,9 +97,9 @@ TEST(CompilersInteropTest, RefusesOtherArguments) {
     VARIANT numberReference = {};
     numberReference.vt = VT_BYREF | VT_I4;
     numberReference.plVal = &target;
-    const HRESULT mismatch = Code(0x800A000D);
+    const HRESULT mismatch = support::kTypeMismatch;
     EXPECT_EQ(mismatch, compiler.Object().CompileTamObject(&number, &empty, &empty));
-    EXPECT_EQ(L"Type mismatch", LastError());
+    EXPECT_EQ(support::kTypeMismatchText, LastError());
     EXPECT_EQ(mismatch, compiler.Object().CompileTamObject(&text, &numberReference, &empty));
     EXPECT_EQ(mismatch, compiler.Object().CompileTamObject(&text, &empty, &numberReference));
     EXPECT_EQ(E_POINTER, compiler.Object().CompileTamObject(&text, &empty, nullptr));

@@ -1,5 +1,6 @@
 #include "com/Dom.h"
 #include "tests/host/Blocks.h"
+#include "tests/support/Errors.h"
 
 #include "com/LateBound.h"
 
@@ -77,7 +78,8 @@ TEST_F(DeviceTest, HasNoChannelForAnUnknownKey) {
 TEST_F(DeviceTest, RefusesASecondChannelOfAKey) {
     Add(L"AI1", L"1", L"");
     com::Ref<IChannel> channel;
-    EXPECT_EQ(Code(0x800A01C9), setup_->AddChannel(com::Bstr(L"ai1").Get(), nullptr, nullptr, channel.Put()));
+    EXPECT_EQ(support::kDuplicateKey,
+              setup_->AddChannel(com::Bstr(L"ai1").Get(), nullptr, nullptr, channel.Put()));
     EXPECT_FALSE(channel);
     EXPECT_EQ(1, LongOf(*setup_.Get(), &IDeviceSetup::get_ChannelCount));
     EXPECT_EQ(L"1", TextOf(*Find(L"AI1").Get(), &IChannel::get_ChannelValue));
@@ -95,7 +97,7 @@ TEST_F(DeviceTest, ListsItsChannelsInTheirOrder) {
     }
     for (const long position : {-1L, 0L, 3L}) {
         com::Ref<IChannel> channel;
-        EXPECT_EQ(Code(0x800A0009), setup_->get_ChannelAt(position, channel.Put()));
+        EXPECT_EQ(support::kSubscript, setup_->get_ChannelAt(position, channel.Put()));
         EXPECT_FALSE(channel);
     }
     ASSERT_EQ(S_OK, setup_->ClearChannels());
@@ -118,7 +120,7 @@ TEST_F(DeviceTest, NamesItsModuleAsTheContainerOfItsObjects) {
     ASSERT_EQ(S_OK, setup_->SetContainer(module.Get()));
     EXPECT_TRUE(com::SameObject(module.Get(), Container().Get()));
     com::Ref<IDispatch> nobody;
-    EXPECT_EQ(Code(0x800A005B), device_->Container(nullptr, nobody.Put()));
+    EXPECT_EQ(support::kObjectNotSet, device_->Container(nullptr, nobody.Put()));
     ASSERT_EQ(S_OK, setup_->SetContainer(nullptr));
     EXPECT_FALSE(Container());
 }

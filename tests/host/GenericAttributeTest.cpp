@@ -1,5 +1,6 @@
 #include "com/Dom.h"
 #include "tests/host/Blocks.h"
+#include "tests/support/Errors.h"
 
 #include "com/Boundary.h"
 
@@ -187,9 +188,9 @@ TEST_F(GenericAttributeTest, IsFetchedAloneAndBeforeItIsEdited) {
 }
 
 TEST_F(GenericAttributeTest, EndsTheFetchingAtTheFirstFailure) {
-    interceptor_->result = Code(0x800A0009);
+    interceptor_->result = support::kSubscript;
     Register(interceptor_.Get());
-    EXPECT_EQ(Code(0x800A0009), Fetch());
+    EXPECT_EQ(support::kSubscript, Fetch());
     EXPECT_EQ(L"The interceptor fails", LastError());
     EXPECT_EQ((Calls{L"fetch Gain"}), TakeCalls());
 }
@@ -241,7 +242,7 @@ TEST_F(GenericAttributeTest, TellsTheInterceptorAfterTheTypeChanged) {
     EXPECT_EQ(type, seen);
     EXPECT_EQ(type, TypeOf(L"Gain"));
     EXPECT_EQ((Calls{L"type Gain"}), TakeCalls());
-    EXPECT_EQ(Code(0x800A005B), At(L"Gain").As<IMutableTypeAttribute>()->SetType(nullptr));
+    EXPECT_EQ(support::kObjectNotSet, At(L"Gain").As<IMutableTypeAttribute>()->SetType(nullptr));
 }
 
 TEST_F(GenericAttributeTest, KeepsItsTypeWhenTheInterceptorFails) {

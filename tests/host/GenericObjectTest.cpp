@@ -1,5 +1,6 @@
 #include "com/Dom.h"
 #include "tests/host/Blocks.h"
+#include "tests/support/Errors.h"
 
 #include "com/LateBound.h"
 
@@ -79,7 +80,7 @@ TEST_F(GenericObjectTest, RefusesADefinitionWithANameTwice) {
     const auto block = Create<IAppObject>(__uuidof(GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
     ASSERT_EQ(S_OK, block->Init(com::Bstr(L"Twice").Get(), &done));
-    EXPECT_EQ(Code(0x800A01C9), block->Create());
+    EXPECT_EQ(support::kDuplicateKey, block->Create());
     EXPECT_EQ(0, Count(block, &IAppObject::get_Attributes));
 }
 
@@ -229,7 +230,7 @@ TEST_F(GenericObjectTest, TakesItsTypesFromTheCatalogue) {
     ASSERT_EQ(S_OK, AttributeOf(block, L"Channel")->get_SNVTType(type.Put()));
     EXPECT_EQ(L"SNVT_count", TextOf(*type.Get(), &ISNVType::get_Name));
     EXPECT_EQ(L"", TextOf(*type.Get(), &ISNVType::get_GenType));
-    EXPECT_EQ(Code(0x800A000D), block->putref_XmlSNVTDoc(block.Get()));
+    EXPECT_EQ(support::kTypeMismatch, block->putref_XmlSNVTDoc(block.Get()));
 }
 
 TEST_F(GenericObjectTest, LosesItsPointsWhenItIsDestroyed) {
@@ -250,7 +251,7 @@ TEST_F(GenericObjectTest, LosesItsPointsWhenItIsDestroyed) {
     EXPECT_EQ(L"2", ValueOf(attribute));
     EXPECT_TRUE(interceptor->calls.empty());
     EXPECT_EQ(S_OK, block->put_GlobalKey(com::Bstr(L"K").Get()));
-    EXPECT_EQ(Code(0x800A005B), block.As<IGenericObject>()->GetDataFromDevice());
+    EXPECT_EQ(support::kObjectNotSet, block.As<IGenericObject>()->GetDataFromDevice());
     EXPECT_EQ(S_OK, block->Destroy());
 }
 

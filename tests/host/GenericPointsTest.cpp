@@ -1,4 +1,5 @@
 #include "tests/host/Blocks.h"
+#include "tests/support/Errors.h"
 
 #include <string>
 
@@ -131,7 +132,7 @@ TEST_F(GenericPointsTest, ChangeTheirTypes) {
     ASSERT_EQ(S_OK, Input(L"First")->changeType(leftOut));
     EXPECT_EQ(L"81", TypeOf(Input(L"First").As<ISubItemConnable>()));
     const com::Variant wrong(block_.Get());
-    EXPECT_EQ(Code(0x800A000D), Output(L"Out")->changeType(wrong.Get()));
+    EXPECT_EQ(support::kTypeMismatch, Output(L"Out")->changeType(wrong.Get()));
     EXPECT_EQ(L"105", TypeOf(Output(L"Out").As<ISubItemConnable>()));
 }
 
@@ -145,7 +146,7 @@ TEST_F(GenericPointsTest, RefuseATypeThatIsNoText) {
     VARIANT array{};
     array.vt = VT_ARRAY | VT_I4;
     array.parray = list;
-    EXPECT_EQ(Code(0x800A000D), Input(L"First")->changeType(array));
+    EXPECT_EQ(support::kTypeMismatch, Input(L"First")->changeType(array));
     EXPECT_EQ(L"81", TypeOf(Input(L"First").As<ISubItemConnable>()));
     SafeArrayDestroy(list);
 }
@@ -211,7 +212,7 @@ TEST_F(GenericPointsTest, MergeAndCopyTheirLists) {
     ASSERT_EQ(S_OK, copy.As<ICompatibleSNVTs>()->ToString(text.Put()));
     EXPECT_EQ(L"81,55", text.View());
     EXPECT_EQ(3, LongOf(*list.Get(), &ICompatibleSNVTs::get_Count));
-    EXPECT_EQ(Code(0x800A0005), list->Remove(com::Bstr(L"9").Get()));
+    EXPECT_EQ(support::kInvalidCall, list->Remove(com::Bstr(L"9").Get()));
     com::Ref<ICompatibleSNVT> entry;
     ASSERT_EQ(S_OK, list->get_Item(2, entry.Put()));
     EXPECT_EQ(L"21", TextOf(*entry.Get(), &ICompatibleSNVT::get_ID));
@@ -231,7 +232,7 @@ TEST_F(GenericPointsTest, AreConnected) {
     com::Ref<ISNVType> connected;
     ASSERT_EQ(S_OK, input->get_ConnectedType(connected.Put()));
     EXPECT_EQ(type, connected);
-    EXPECT_EQ(Code(0x800A000D), wiring->putref_ConnectedType(block_.Get()));
+    EXPECT_EQ(support::kTypeMismatch, wiring->putref_ConnectedType(block_.Get()));
     ASSERT_EQ(S_OK, wiring->put_IsConnected(VARIANT_FALSE));
     ASSERT_EQ(S_OK, input->get_ConnectedType(connected.Put()));
     EXPECT_FALSE(connected);
@@ -274,7 +275,7 @@ TEST_F(GenericPointsTest, AreDisplayed) {
     EXPECT_EQ(L"FFFFFF01", TextOf(*item.Get(), &IDisplayItem::get_Reference));
     ASSERT_EQ(S_OK, block_->Destroy());
     com::Bstr text;
-    EXPECT_EQ(Code(0x800A005B), item->get_Reference(text.Put()));
+    EXPECT_EQ(support::kObjectNotSet, item->get_Reference(text.Put()));
 }
 
 } // namespace

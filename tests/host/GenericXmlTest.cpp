@@ -1,5 +1,6 @@
 #include "com/Dom.h"
 #include "tests/host/Blocks.h"
+#include "tests/support/Errors.h"
 
 #include <string>
 
@@ -177,11 +178,11 @@ TEST_F(GenericXmlTest, AppendsNothingWhenItFails) {
     EXPECT_EQ(Code(0x80040504), block->XMLSave(Root().Get(), document_.Get()));
     EXPECT_EQ(L"The block has no definition to name its element after; call Init first", LastError());
     const auto made = NewBlock(L"O_Tam_AI_id");
-    EXPECT_EQ(Code(0x800A005B), made->XMLSave(nullptr, document_.Get()));
-    EXPECT_EQ(Code(0x800A000D), made->XMLSave(Root().Get(), Root().Get()));
+    EXPECT_EQ(support::kObjectNotSet, made->XMLSave(nullptr, document_.Get()));
+    EXPECT_EQ(support::kTypeMismatch, made->XMLSave(Root().Get(), Root().Get()));
     EXPECT_EQ(L"<Project/>", Xml(Root()));
-    EXPECT_EQ(Code(0x800A005B), made->XmlLoad(nullptr));
-    EXPECT_EQ(Code(0x800A000D), made->XmlLoad(made.Get()));
+    EXPECT_EQ(support::kObjectNotSet, made->XmlLoad(nullptr));
+    EXPECT_EQ(support::kTypeMismatch, made->XmlLoad(made.Get()));
 }
 
 TEST_F(GenericXmlTest, WritesForSimulationsAndOtherTools) {

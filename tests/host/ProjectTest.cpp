@@ -1,4 +1,5 @@
 #include "tests/host/HostDll.h"
+#include "tests/support/Errors.h"
 
 #include "com/LateBound.h"
 
@@ -67,9 +68,9 @@ TEST_F(ProjectTest, RefusesPositionsThatAreNotThere) {
     for (const long position : {-1L, 0L, 2L}) {
         com::Ref<IMacroConnectionGroup> noGroup;
         com::Ref<IMacroConnectedItem> noItem;
-        EXPECT_EQ(Code(0x800A0009), Groups()->get_Item(position, noGroup.Put()));
-        EXPECT_EQ(L"Subscript out of range", LastError());
-        EXPECT_EQ(Code(0x800A0009), ItemsOf(group)->get_Item(position, noItem.Put()));
+        EXPECT_EQ(support::kSubscript, Groups()->get_Item(position, noGroup.Put()));
+        EXPECT_EQ(support::kSubscriptText, LastError());
+        EXPECT_EQ(support::kSubscript, ItemsOf(group)->get_Item(position, noItem.Put()));
         EXPECT_FALSE(noGroup);
         EXPECT_FALSE(noItem);
     }

@@ -79,7 +79,7 @@ Double NewCollection(REFIID iid, const std::wstring& label, const Doubles& items
     collection->Set(L"Count", static_cast<long>(items.size()));
     collection->On(L"get Item", [items](const Invocation& call) {
         const Double item = Find(items, call.TextInput(0));
-        return call.Answer(item ? item->As<IUnknown>().Get() : nullptr);
+        return call.Answer(item);
     });
     collection->On(L"get NewEnum",
                    [items](const Invocation& call) { return call.Answer(Enumerator(items).Get()); });
@@ -123,11 +123,8 @@ void InternalTest::MakeDoubles() {
     channel = Recorder::Make(L"channel", {&__uuidof(IChannel)});
     device = Recorder::Make(L"device", {&__uuidof(IDevice)});
     device->Set(L"DeviceKey", L"DEV7");
-    device->On(L"Channel",
-               [this](const Invocation& call) { return call.Answer(channel->As<IUnknown>().Get()); });
-    device->On(L"Container", [this](const Invocation& call) {
-        return call.Answer(container.object->As<IUnknown>().Get());
-    });
+    device->On(L"Channel", [this](const Invocation& call) { return call.Answer(channel); });
+    device->On(L"Container", [this](const Invocation& call) { return call.Answer(container.object); });
 
     context = Recorder::Make(L"context", {&__uuidof(IDeviceContext)});
     context->Set(L"FirmwareVersion", L"V12");
@@ -243,8 +240,12 @@ com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const std::
     return support::Item(support::Object(object, &IAppObject::get_Attributes), &IAttributes::get_Item, name);
 }
 
-void ExpectRaised(HRESULT result, long number, const std::wstring& description, const std::wstring& source) {
-    EXPECT_EQ(static_cast<unsigned long>(result), 0x800A0000ul + static_cast<unsigned long>(number));
+void ExpectRaised(HRESULT result, HRESULT code) {
+    ExpectRaised(result, code, StandardText(code), L"O_Tam_id");
+}
+
+void ExpectRaised(HRESULT result, HRESULT code, const std::wstring& description, const std::wstring& source) {
+    EXPECT_EQ(result, code);
     const support::ErrorTexts texts = support::LastError();
     EXPECT_EQ(texts.description, description);
     EXPECT_EQ(texts.source, source);
@@ -252,21 +253,11 @@ void ExpectRaised(HRESULT result, long number, const std::wstring& description, 
 
 void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& description) {
     EXPECT_EQ(result, code);
-    com::Ref<IErrorInfo> info;
-    ASSERT_EQ(GetErrorInfo(0, info.Put()), S_OK) << "no error object";
-    com::Bstr text;
-    info->GetDescription(text.Put());
-    EXPECT_EQ(text.View(), description);
-    info->GetSource(text.Put());
-    EXPECT_EQ(text.View(), L"Double");
-    info->GetHelpFile(text.Put());
-    EXPECT_EQ(text.View(), kHelpFile);
-    DWORD context = 0;
-    info->GetHelpContext(&context);
-    EXPECT_EQ(context, kHelpContext);
-    GUID guid{};
-    info->GetGUID(&guid);
-    EXPECT_EQ(guid, kRecorderIid);
+    const ErrorTexts texts = LastError();
+    EXPECT_EQ(texts.description, description);
+    EXPECT_EQ(texts.source, L"Double");
+    EXPECT_EQ(texts.help, kRecorderHelp);
+    EXPECT_EQ(texts.guid, kRecorderIid);
 }
 
 } // namespace internal_tests

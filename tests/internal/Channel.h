@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/internal/Recorder.h"
 #include "tests/support/Fixture.h"
+#include "tests/support/Recorder.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
@@ -11,6 +11,8 @@
 #include <vector>
 
 namespace internal_tests {
+
+using namespace support;
 
 using Double = com::Ref<Recorder>;
 using Doubles = std::vector<Double>;
@@ -87,12 +89,12 @@ com::Ref<IInput> InputOf(const com::Ref<IAppObject>& object, const std::wstring&
 com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& object, const std::wstring& name);
 com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const std::wstring& name);
 
-/// The classic run-time error n with its text, as the caller sees it.
-void ExpectRaised(HRESULT result, long number, const std::wstring& description,
-                  const std::wstring& source = L"O_Tam_id");
+/// A classic run-time error with its standard text, as the caller sees it.
+void ExpectRaised(HRESULT result, HRESULT code);
+/// One with words of its own.
+void ExpectRaised(HRESULT result, HRESULT code, const std::wstring& description, const std::wstring& source);
 /// A failed double's own error, as its caller gave it on: the same code and the
 /// whole of its error object.
 void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& description);
-inline constexpr const wchar_t* kObjectNotSet = L"Object variable or With block variable not set";
 
 } // namespace internal_tests

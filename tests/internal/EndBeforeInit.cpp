@@ -4,9 +4,8 @@
 
 #include "bench/BoxWatcher.h"
 #include "com/Conversion.h"
-#include "com/Object.h"
 #include "tests/support/Component.h"
-#include "tests/support/Read.h"
+#include "tests/support/HostDoubles.h"
 
 #include <objbase.h>
 
@@ -54,24 +53,12 @@ void CallGated(ITamObjectManager& manager, const std::string& member) {
     }
 }
 
-/// A device whose library lists the module object.
-class Context final : public com::DualObject<Context, IDeviceContext> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP get_Document(IDispatch** value) override {
-        return support::Parse(L"<Device><FWVersion><A><Objects><Library><o_tam_id/></Library></Objects></A>"
-                              L"</FWVersion></Device>")
-            ->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(value));
-    }
-    STDMETHODIMP get_FirmwareVersion(BSTR* value) override { return Answer(value, std::wstring(L"A")); }
-};
-
 /// What the host does before the call that ends its process.
 void Prepare(ITamObjectManager& manager, const std::string& before) {
     if (before == "InitWithNone") {
         manager.Init(nullptr);
     } else if (before == "FoundThenInitWithNone") {
-        manager.Init(Context::Make().Get());
+        manager.Init(support::HostContext(L"A", L"<o_tam_id/>").Get());
         VARIANT_BOOL answer = VARIANT_FALSE;
         manager.IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer);
         Say(answer != VARIANT_FALSE ? L"found" : L"not found");

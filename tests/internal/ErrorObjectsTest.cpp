@@ -161,10 +161,10 @@ TEST_F(ErrorObjectsTest, AnExceptionOfACallByNameIsToldWhole) {
     info->GetSource(text.Put());
     EXPECT_EQ(text.View(), L"Double");
     info->GetHelpFile(text.Put());
-    EXPECT_EQ(text.View(), kHelpFile);
+    EXPECT_EQ(text.View(), kRecorderHelpFile);
     DWORD topic = 0;
     info->GetHelpContext(&topic);
-    EXPECT_EQ(topic, kHelpContext);
+    EXPECT_EQ(topic, kRecorderHelpContext);
 }
 
 TEST_F(ErrorObjectsTest, AnExceptionWithoutWordsIsToldWithoutWords) {
@@ -177,7 +177,7 @@ TEST_F(ErrorObjectsTest, AnExceptionWithoutWordsIsToldWithoutWords) {
 TEST_F(ErrorObjectsTest, OwnErrorsHaveTheirWords) {
     const auto object = CreatedWithoutDevice();
     LeaveError(kTheirs);
-    ExpectRaised(support::Put(InputOf(object, L"In1"), &IInput::put_Value, L"1"), 91, kObjectNotSet);
+    ExpectRaised(support::Put(InputOf(object, L"In1"), &IInput::put_Value, L"1"), kObjectNotSet);
 }
 
 } // namespace

@@ -98,9 +98,9 @@ INSTANTIATE_TEST_SUITE_P(KeptAs, InterceptorLinkTest,
                                          Keeping{"Dispatch", &IID_IDispatch}),
                          [](const auto& one) { return std::string(one.param.title); });
 
-class InterceptorTypeTest : public InternalTest {};
+class InterceptorLinkTypeTest : public InternalTest {};
 
-TEST_F(InterceptorTypeTest, IsThatOfTheObjectsInterface) {
+TEST_F(InterceptorLinkTypeTest, IsThatOfTheObjectsInterface) {
     const auto object = Created();
     const auto interceptor = Interceptor();
     UINT count = 0;

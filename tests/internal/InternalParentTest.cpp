@@ -97,8 +97,7 @@ TEST_F(InternalParentTest, GivesADisplayFlagToNoOutputAtThePositionOfItsKey) {
 TEST_F(InternalParentTest, HasNoReferenceOfAnOutputAtThePositionOfItsKey) {
     Outputs(L"2", {L"AI1_Out", L"AI2_Out"});
     com::Bstr reference;
-    ExpectRaised(OutputOf(object, L"Out").As<IDisplayItem>()->get_Reference(reference.Put()), 91,
-                 kObjectNotSet);
+    ExpectRaised(OutputOf(object, L"Out").As<IDisplayItem>()->get_Reference(reference.Put()), kObjectNotSet);
     EXPECT_EQ(reference.Get(), nullptr);
     Outputs(L"2", {L"2_Out", L"AI2_Out"});
     EXPECT_EQ(support::Text(OutputOf(object, L"Out").As<IDisplayItem>(), &IDisplayItem::get_Reference),

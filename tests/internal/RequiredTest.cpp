@@ -14,8 +14,8 @@ class RequiredTest : public InternalTest {
   protected:
     static void ExpectGone(HRESULT result) {
         EXPECT_EQ(result, kGone);
-        EXPECT_NE(support::LastError().description, L"Type mismatch");
-        EXPECT_NE(support::LastError().description, kObjectNotSet);
+        EXPECT_NE(support::LastError().description, kTypeMismatchText);
+        EXPECT_NE(support::LastError().description, kObjectNotSetText);
     }
     HRESULT Template() {
         com::Ref<IAppObject> object;
@@ -88,7 +88,7 @@ TEST_F(RequiredTest, KeepsTypeMismatchForAnInterfaceThatIsNotThere) {
     const auto object = Created();
     device->HideFace(__uuidof(IDevice));
     com::Bstr key;
-    ExpectRaised(InternalOf(object)->get_TamDeviceKey(key.Put()), 13, L"Type mismatch");
+    ExpectRaised(InternalOf(object)->get_TamDeviceKey(key.Put()), kTypeMismatch);
 }
 
 } // namespace

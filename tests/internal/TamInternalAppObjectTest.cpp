@@ -134,10 +134,10 @@ TEST_F(TamInternalAppObjectTest, NeedsAContainerForItsExportIndex) {
     const auto object = Created();
     device->On(L"Container", [](const Invocation& call) { return call.Answer(nullptr); });
     short index = 3;
-    ExpectRaised(object->get_ExportIndex(&index), 91, kObjectNotSet);
+    ExpectRaised(object->get_ExportIndex(&index), kObjectNotSet);
     EXPECT_EQ(index, 0);
     const auto alone = CreatedWithoutDevice();
-    ExpectRaised(alone->get_ExportIndex(&index), 91, kObjectNotSet);
+    ExpectRaised(alone->get_ExportIndex(&index), kObjectNotSet);
 }
 
 TEST_F(TamInternalAppObjectTest, KeepsTheTemporaryKeysForTheHost) {
@@ -251,8 +251,7 @@ TEST_F(TamInternalAppObjectTest, RefusesAGenericObjectWithTwoPointsOfOneName) {
     for (const auto& one : cases) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(one.twin)));
         one.point->Set(L"Name", one.twin);
-        ExpectRaised(Fresh()->Create(), 457,
-                     L"This key is already associated with an element of this collection");
+        ExpectRaised(Fresh()->Create(), kDuplicateKey);
         one.point->Set(L"Name", one.before);
     }
     EXPECT_EQ(Fresh()->Create(), S_OK);
@@ -261,7 +260,7 @@ TEST_F(TamInternalAppObjectTest, RefusesAGenericObjectWithTwoPointsOfOneName) {
 TEST_F(TamInternalAppObjectTest, RaisesWhereTheLibraryHasNoDefinition) {
     const auto object = Fresh();
     library->On(L"DefinitionDocument", [](const Invocation& call) { return call.Answer(nullptr); });
-    ExpectRaised(object->Create(), 91, kObjectNotSet);
+    ExpectRaised(object->Create(), kObjectNotSet);
 }
 
 TEST_F(TamInternalAppObjectTest, WrapsTheGenericObjectAnewAtASecondCreate) {

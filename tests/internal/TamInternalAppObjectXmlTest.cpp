@@ -153,14 +153,14 @@ TEST_F(TamInternalAppObjectXmlTest, NeedsADevice) {
     const auto object = CreatedWithoutDevice();
     SavesAs(generic.object, L"<AI/>");
     const Document document = support::Parse(L"<Project/>");
-    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), 91, kObjectNotSet);
+    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), kObjectNotSet);
     EXPECT_EQ(Flat(support::Root(document).Get()), L"<Project/>") << "nothing is written by half";
 }
 
 TEST_F(TamInternalAppObjectXmlTest, NeedsAnElementFromTheGenericObject) {
     const auto object = Created();
     const Document document = support::Parse(L"<Project/>");
-    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), 91, kObjectNotSet);
+    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), kObjectNotSet);
 }
 
 TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
@@ -168,9 +168,9 @@ TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
     SavesAs(generic.object, L"<AI/>");
     const Document document = support::Parse(L"<Project/>");
     const auto root = support::Root(document);
-    ExpectRaised(object->XMLSave(root.Get(), nullptr), 91, kObjectNotSet);
-    ExpectRaised(object->XMLSave(root.Get(), Device().Get()), 13, L"Type mismatch");
-    ExpectRaised(object->XMLSave(root.Get(), root.Get()), 13, L"Type mismatch");
+    ExpectRaised(object->XMLSave(root.Get(), nullptr), kObjectNotSet);
+    ExpectRaised(object->XMLSave(root.Get(), Device().Get()), kTypeMismatch);
+    ExpectRaised(object->XMLSave(root.Get(), root.Get()), kTypeMismatch);
     EXPECT_EQ(Flat(root.Get()), L"<Project/>");
 }
 

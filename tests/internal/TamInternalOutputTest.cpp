@@ -96,7 +96,7 @@ TEST_F(TamInternalOutputTest, OverflowsPastSixteenBits) {
     const Double connected = NewOutput(L"Other", L"other");
     connected->Set(L"IsConnected", true);
     ContainTimes(connected, 32768);
-    ExpectRaised(FailingIndex(), 6, L"Overflow");
+    ExpectRaised(FailingIndex(), kOverflow);
 }
 
 TEST_F(TamInternalOutputTest, DoesNotCountOutputsThatAreNotConnected) {
@@ -127,9 +127,9 @@ TEST_F(TamInternalOutputTest, TakesTheWrappedOutputsIndexAtStatusOne) {
 TEST_F(TamInternalOutputTest, OverflowsWhereTheWrappedOutputsIndexNeedsMoreThanSixteenBits) {
     SetStatus(1);
     out->Set(L"Index", 32768L);
-    ExpectRaised(FailingIndex(), 6, L"Overflow");
+    ExpectRaised(FailingIndex(), kOverflow);
     out->Set(L"Index", -32769L);
-    ExpectRaised(FailingIndex(), 6, L"Overflow");
+    ExpectRaised(FailingIndex(), kOverflow);
 }
 
 TEST_F(TamInternalOutputTest, HasIndexZeroAtAnyOtherStatusWithoutAsking) {
@@ -195,22 +195,22 @@ TEST_F(TamInternalOutputTest, TakesItsReferenceFromTheContainer) {
 TEST_F(TamInternalOutputTest, RaisesForAReferenceWithoutAContainerOutput) {
     Contain({{L"AI1_Out", true}});
     com::Bstr reference;
-    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), kObjectNotSet);
     EXPECT_EQ(reference.Get(), nullptr);
 }
 
 TEST_F(TamInternalOutputTest, RaisesForAReferenceOfAContainerOutputThatIsNoDisplayItem) {
     contained[2]->HideFace(__uuidof(IDisplayItem));
     com::Bstr reference;
-    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 13, L"Type mismatch");
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), kTypeMismatch);
 }
 
 TEST_F(TamInternalOutputTest, NeedsAContainer) {
     device->On(L"Container", [](const Invocation& call) { return call.Answer(nullptr); });
     com::Bstr reference;
-    ExpectRaised(FailingIndex(), 91, kObjectNotSet);
-    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
-    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), 91, kObjectNotSet);
+    ExpectRaised(FailingIndex(), kObjectNotSet);
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), kObjectNotSet);
+    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), kObjectNotSet);
     EXPECT_EQ(out->Value(L"IsDisplayable"), L"True");
     SetStatus(2);
     EXPECT_EQ(Index(), 0);
@@ -221,9 +221,9 @@ TEST_F(TamInternalOutputTest, NeedsADeviceForWhatItsContainerKnows) {
     output = OutputOf(object, L"Out");
     ASSERT_TRUE(output);
     com::Bstr reference;
-    ExpectRaised(FailingIndex(), 91, kObjectNotSet);
-    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), 91, kObjectNotSet);
-    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), 91, kObjectNotSet);
+    ExpectRaised(FailingIndex(), kObjectNotSet);
+    ExpectRaised(output.As<IDisplayItem>()->get_Reference(reference.Put()), kObjectNotSet);
+    ExpectRaised(output->put_IsDisplayable(VARIANT_TRUE), kObjectNotSet);
     EXPECT_EQ(out->Value(L"IsDisplayable"), L"True");
     SetStatus(1);
     out->Set(L"Index", 4L);
@@ -234,9 +234,9 @@ TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatCanBeWiredForThatSideAlone)
     out->HideFace(__uuidof(ISubItemConnable));
     const auto connable = output.As<ISubItemConnable>();
     ASSERT_TRUE(connable);
-    ExpectRaised(connable->put_IsConnected(VARIANT_TRUE), 13, L"Type mismatch");
+    ExpectRaised(connable->put_IsConnected(VARIANT_TRUE), kTypeMismatch);
     com::Bstr name;
-    ExpectRaised(connable->get_Name(name.Put()), 13, L"Type mismatch");
+    ExpectRaised(connable->get_Name(name.Put()), kTypeMismatch);
     EXPECT_EQ(name.Get(), nullptr);
     EXPECT_EQ(support::Text(output, &IOutput::get_Name), L"Out");
     EXPECT_EQ(support::Put(output.As<IDisplayItem>(), &IDisplayItem::put_DisplayText, L"t"), S_OK);
@@ -247,9 +247,9 @@ TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatIsADisplayItemForThatSideAl
     contained[2]->Set(L"Reference", L"[3,2]");
     const auto item = output.As<IDisplayItem>();
     ASSERT_TRUE(item);
-    ExpectRaised(support::Put(item, &IDisplayItem::put_DisplayText, L"t"), 13, L"Type mismatch");
+    ExpectRaised(support::Put(item, &IDisplayItem::put_DisplayText, L"t"), kTypeMismatch);
     com::Bstr text;
-    ExpectRaised(item->get_DisplayText(text.Put()), 13, L"Type mismatch");
+    ExpectRaised(item->get_DisplayText(text.Put()), kTypeMismatch);
     EXPECT_EQ(text.Get(), nullptr);
     EXPECT_EQ(support::Text(item, &IDisplayItem::get_Reference), L"[3,2]") << "that is the container's";
     EXPECT_EQ(output.As<ISubItemConnable>()->put_IsConnected(VARIANT_TRUE), S_OK);

@@ -40,10 +40,9 @@ class TamObjectManagerLibraryTest : public InternalTest {
         description = texts.description;
         return result;
     }
-    void ExpectFails(long number, const wchar_t* text) {
-        EXPECT_EQ(static_cast<unsigned long>(FailingSearch()),
-                  0x800A0000ul + static_cast<unsigned long>(number));
-        EXPECT_EQ(description, text);
+    void ExpectFails(HRESULT code) {
+        EXPECT_EQ(FailingSearch(), code);
+        EXPECT_EQ(description, StandardText(code));
     }
 
     std::wstring description;
@@ -71,10 +70,10 @@ TEST_F(TamObjectManagerLibraryTest, CountsAtItsPlaceFromTheRootAlone) {
           L"<Device xmlns='urn:x'><FWVersion><V12><Objects><Library><o_tam_id/></Library></Objects></V12>"
           L"</FWVersion></Device>"}) {
         context->Set(L"Document", support::Parse(other).Get());
-        ExpectFails(91, kObjectNotSet);
+        ExpectFails(kObjectNotSet);
     }
     context->Set(L"Document", support::Parse(L"<Root>" + whole + L"</Root>").Get());
-    ExpectFails(91, kObjectNotSet);
+    ExpectFails(kObjectNotSet);
 }
 
 TEST_F(TamObjectManagerLibraryTest, ListsObjectsByTheWholeNameOfTheElement) {
@@ -90,19 +89,19 @@ TEST_F(TamObjectManagerLibraryTest, ListsObjectsByTheWholeNameOfTheElement) {
 
 TEST_F(TamObjectManagerLibraryTest, NeedsADocument) {
     context->On(L"get Document", [](const Invocation& call) { return call.Answer(nullptr); });
-    ExpectFails(91, kObjectNotSet);
+    ExpectFails(kObjectNotSet);
     context->On(L"get Document", [held = channel.Get()](const Invocation& call) {
         return call.Answer(held->As<IUnknown>().Get());
     });
-    ExpectFails(13, L"Type mismatch");
+    ExpectFails(kTypeMismatch);
     const support::Document empty = support::NewDocument();
     context->On(L"get Document", [empty](const Invocation& call) { return call.Answer(empty.Get()); });
-    ExpectFails(91, kObjectNotSet);
+    ExpectFails(kObjectNotSet);
 }
 
 TEST_F(TamObjectManagerLibraryTest, NeedsADeviceContextOfItsInterface) {
     context->HideFace(__uuidof(IDeviceContext));
-    ExpectFails(13, L"Type mismatch");
+    ExpectFails(kTypeMismatch);
     EXPECT_EQ(Said(L"context"), Texts());
 }
 

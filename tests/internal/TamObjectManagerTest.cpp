@@ -216,7 +216,7 @@ TEST_F(TamObjectManagerTest, RaisesForAMissingLibraryOnceAndAnswersFalseFromThen
     SetDocument(L"<Device><FWVersion><V12/></FWVersion></Device>");
     const auto manager = NewManager();
     VARIANT_BOOL answer = VARIANT_TRUE;
-    ExpectRaised(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), 91, kObjectNotSet);
+    ExpectRaised(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), kObjectNotSet);
     EXPECT_EQ(answer, VARIANT_FALSE);
     const std::size_t asked = Calls().size();
     EXPECT_FALSE(IsInternal(manager, L"o_tam_ai_id"));

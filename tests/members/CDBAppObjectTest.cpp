@@ -1,5 +1,5 @@
 #include "tests/members/Members.h"
-#include "tests/module/HostView.h"
+#include "tests/support/Recorder.h"
 
 using namespace members;
 using namespace support;
@@ -58,22 +58,23 @@ TEST_F(CDBAppObjectTest, KeepsItsChannelNumber) {
 
 TEST_F(CDBAppObjectTest, EndsThePlugInWhileItIsShown) {
     const auto module = Module();
-    const auto view = modules::View::Make();
-    const auto sheet = modules::Sheet::Make();
-    sheet->view = com::Ref<IDispatch>(view.Get());
+    const auto view = Recorder::Make(L"view", {&__uuidof(IHostView)});
+    const auto sheet = Recorder::Make(L"sheet", {&__uuidof(IHostDocument)});
+    sheet->Set(L"View", view);
     const auto active = [&] {
         VARIANT_BOOL value = VARIANT_FALSE;
         EXPECT_EQ(S_OK, module->get_IsPlugInActive(&value));
         return value != VARIANT_FALSE;
     };
-    view->whileShown = [&] {
+    view->On(L"ShowObject", [&](const Invocation&) {
         EXPECT_TRUE(active());
         module->EndPlugIn();
         EXPECT_FALSE(active());
-    };
-    ASSERT_EQ(S_OK, module->putref_Parent(sheet.Get()));
+        return S_OK;
+    });
+    ASSERT_EQ(S_OK, module->putref_Parent(sheet->As<IDispatch>().Get()));
     EXPECT_EQ(S_OK, module->Show());
-    EXPECT_EQ(1, view->shown);
+    EXPECT_EQ(1U, view->Times(L"ShowObject"));
     EXPECT_FALSE(active());
     EXPECT_EQ(S_OK, module->putref_Parent(nullptr));
 }

@@ -117,9 +117,9 @@ TYPED_TEST(CollectionsTest, ARemovedPointKeepsItsKeys) {
 }
 
 /// The attributes alone are ever emptied.
-class CDBAttributesTest : public CollectionsTest<Attributes> {};
+class CollectionsCDBAttributesTest : public CollectionsTest<Attributes> {};
 
-TEST_F(CDBAttributesTest, ClearLeavesNoItem) {
+TEST_F(CollectionsCDBAttributesTest, ClearLeavesNoItem) {
     const auto held = Points().GetItem(L"Low");
     Points().Clear();
     EXPECT_EQ(L"", Names());
@@ -130,7 +130,7 @@ TEST_F(CDBAttributesTest, ClearLeavesNoItem) {
     EXPECT_EQ(L"", Names());
 }
 
-TEST_F(CDBAttributesTest, ClearKeepsTheKeysOfTheCollection) {
+TEST_F(CollectionsCDBAttributesTest, ClearKeepsTheKeysOfTheCollection) {
     Points().Clear();
     com::Bstr key;
     ASSERT_EQ(S_OK, Points().get_GlobalKey(key.Put()));

@@ -25,17 +25,15 @@ class MembersTest : public support::ComponentTest {
     long objectsBefore_ = 0;
 };
 
-/// The number of the run-time error that a call ends with; 0 for none.
+/// The code of the run-time error that a call ends with; S_OK for none.
 template <class F>
-int ErrorOf(F&& call) {
+HRESULT ErrorOf(F&& call) {
     try {
         call();
     } catch (const tam::RunTimeError& error) {
-        return error.Number();
+        return error.Code();
     }
-    return 0;
+    return S_OK;
 }
-
-constexpr int kInvalidCall = 5;
 
 } // namespace members

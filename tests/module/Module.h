@@ -10,32 +10,8 @@
 
 namespace modules {
 
-/// The numbers of the classic run-time errors as a caller gets them.
-inline constexpr auto kOverflow = static_cast<HRESULT>(0x800A0006);
-inline constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
-inline constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
-inline constexpr auto kDuplicateKey = static_cast<HRESULT>(0x800A01C9);
-
-/// Their standard texts.
-inline constexpr const wchar_t* kOverflowText = L"Overflow";
-inline constexpr const wchar_t* kSubscriptText = L"Subscript out of range";
-inline constexpr const wchar_t* kTypeMismatchText = L"Type mismatch";
-inline constexpr const wchar_t* kObjectNotSetText = L"Object variable or With block variable not set";
-
 /// Where most reports of the module object say that they come from.
 inline constexpr const wchar_t* kLocation = L"O_Tam_id Class Module CDBAppObject";
-
-/// A host object that only counts who holds it.
-class Held final : public com::DualObject<Held, IHostDocument> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP get_View(IDispatch**) override { return E_NOTIMPL; }
-    /// References beside the test's own.
-    ULONG Others() {
-        AddRef();
-        return Release() - 1;
-    }
-};
 
 /// Calls `action` once, when the thread's message loop is next given a turn.
 class OnYield {

@@ -49,7 +49,7 @@ class ActivationTest : public WholeRegistryTest {
 };
 
 /// What needs no registration.
-class ClassObjectTest : public RegistryTest {};
+class ActivationClassObjectTest : public RegistryTest {};
 
 TEST_F(ActivationTest, MakesEachRegisteredClassByItsName) {
     // The module object asks for the host's unit converter, so both are needed.
@@ -120,7 +120,7 @@ TEST_F(ActivationTest, ServesAnotherApartmentBySlot) {
     CoFreeUnusedLibraries();
 }
 
-TEST_F(ClassObjectTest, RefusesUnknownClassesAndInterfaces) {
+TEST_F(ActivationClassObjectTest, RefusesUnknownClassesAndInterfaces) {
     for (const Dll* dll : {&component, &hostServices}) {
         void* out = &out;
         EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, dll->ClassObject(CLSID_NULL, IID_IClassFactory, &out));

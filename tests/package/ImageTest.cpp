@@ -149,7 +149,7 @@ INSTANTIATE_TEST_SUITE_P(Dlls, ImageTest,
                          [](const auto& entry) { return std::string(entry.param.name); });
 
 /// Resources that the component has.
-class ResourcesTest : public ::testing::Test {
+class ImageResourcesTest : public ::testing::Test {
   protected:
     std::wstring Text(UINT id) const {
         wchar_t text[256] = {};
@@ -159,7 +159,7 @@ class ResourcesTest : public ::testing::Test {
     Dll dll{Component()};
 };
 
-TEST_F(ResourcesTest, HasTwoTexts) {
+TEST_F(ImageResourcesTest, HasTwoTexts) {
     EXPECT_EQ(L"Gateway Object", Text(101));
     EXPECT_EQ(L"Point Summary", Text(120));
     for (UINT id = 0; id < 512; ++id) {
@@ -169,7 +169,7 @@ TEST_F(ResourcesTest, HasTwoTexts) {
     }
 }
 
-TEST_F(ResourcesTest, HasAnIconInThreeSizes) {
+TEST_F(ImageResourcesTest, HasAnIconInThreeSizes) {
     ASSERT_NE(nullptr, FindResourceW(dll.Module(), L"A_LOGO", MAKEINTRESOURCEW(14))); // RT_GROUP_ICON
     for (const int size : {16, 32, 48}) {
         const auto icon =
@@ -186,7 +186,7 @@ TEST_F(ResourcesTest, HasAnIconInThreeSizes) {
     }
 }
 
-TEST_F(ResourcesTest, DrawsWithTheNewCommonControls) {
+TEST_F(ImageResourcesTest, DrawsWithTheNewCommonControls) {
     // Number 2 is the manifest of a DLL that others load.
     const HRSRC found = FindResourceW(dll.Module(), MAKEINTRESOURCEW(2), MAKEINTRESOURCEW(24));
     ASSERT_NE(nullptr, found);

@@ -68,14 +68,14 @@ TEST_P(RegistrationTest, TakesAwayWhatAnOlderVersionLeft) {
 }
 
 /// The system's own program works on the machine's own registry.
-class Regsvr32Test : public OneDllTest<WholeRegistryTest> {
+class RegistrationRegsvr32Test : public OneDllTest<WholeRegistryTest> {
   protected:
     DWORD Run(const std::wstring& option) const {
         return Regsvr32(option + (InScope() == Scope::User ? L" /n /i:user" : L""), Subject().Path());
     }
 };
 
-TEST_P(Regsvr32Test, RegistersTwiceAndUnregistersTwice) {
+TEST_P(RegistrationRegsvr32Test, RegistersTwiceAndUnregistersTwice) {
     EXPECT_EQ(0U, Run(L""));
     EXPECT_EQ(0U, Run(L""));
     ExpectComplete();
@@ -90,10 +90,10 @@ const auto kCases = ::testing::Values(Case{"ComponentForTheMachine", &Component,
                                       Case{"HostServicesForTheUser", &HostServices, Scope::User});
 const auto kName = [](const auto& entry) { return std::string(entry.param.name); };
 INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationTest, kCases, kName);
-INSTANTIATE_TEST_SUITE_P(Dlls, Regsvr32Test, kCases, kName);
+INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationRegsvr32Test, kCases, kName);
 
 /// Both DLLs, which carry the same library of host interfaces.
-class TwoDllsTest : public RegistryTest {
+class RegistrationTwoDllsTest : public RegistryTest {
   protected:
     /// The first registered the host interfaces and keeps them.
     Lines BothOf(const Dll& first, const Dll& second) const {
@@ -106,7 +106,7 @@ class TwoDllsTest : public RegistryTest {
     }
 };
 
-TEST_F(TwoDllsTest, TheFirstKeepsTheHostInterfaces) {
+TEST_F(RegistrationTwoDllsTest, TheFirstKeepsTheHostInterfaces) {
     for (const auto& [first, second] :
          {std::pair(&component, &hostServices), std::pair(&hostServices, &component)}) {
         ASSERT_EQ(S_OK, first->Register(Scope::Machine));
@@ -119,7 +119,7 @@ TEST_F(TwoDllsTest, TheFirstKeepsTheHostInterfaces) {
     }
 }
 
-TEST_F(TwoDllsTest, GoInAnyOrder) {
+TEST_F(RegistrationTwoDllsTest, GoInAnyOrder) {
     ASSERT_EQ(S_OK, component.Register(Scope::Machine));
     ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
     EXPECT_EQ(S_OK, component.Unregister(Scope::Machine));
@@ -153,7 +153,7 @@ class OtherMaker {
     Scope scope_;
 };
 
-TEST_F(TwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
+TEST_F(RegistrationTwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
     const OtherMaker other(Scope::Machine);
     other.Take(L"UnitManager.Converter");
     const Lines planted = Snapshot(Scope::Machine);
@@ -168,7 +168,7 @@ TEST_F(TwoDllsTest, LeavesANameToTheOtherMakerWhoseFileExists) {
     Clear(Scope::Machine, L"UnitManager.Converter");
 }
 
-TEST_F(TwoDllsTest, TakesANameThatAGoneFileLeft) {
+TEST_F(RegistrationTwoDllsTest, TakesANameThatAGoneFileLeft) {
     const OtherMaker other(Scope::Machine, false);
     const Lines planted = Snapshot(Scope::Machine);
     other.Take(L"UnitManager.Converter");
@@ -180,12 +180,12 @@ TEST_F(TwoDllsTest, TakesANameThatAGoneFileLeft) {
 }
 
 /// The component's own names, whoever has them.
-class OwnNamesTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {
+class RegistrationOwnNamesTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {
   protected:
     static constexpr const wchar_t* kNames[] = {L"O_Tam_id.CDBAppObject", L"O_Tam_id.TamObjectManager"};
 };
 
-TEST_P(OwnNamesTest, AreTakenFromAnotherMaker) {
+TEST_P(RegistrationOwnNamesTest, AreTakenFromAnotherMaker) {
     for (const bool fileExists : {true, false}) {
         const OtherMaker other(GetParam(), fileExists);
         const Lines planted = Snapshot();
@@ -201,7 +201,7 @@ TEST_P(OwnNamesTest, AreTakenFromAnotherMaker) {
     }
 }
 
-TEST_P(OwnNamesTest, AreLeftToAnotherMakerAtUnregistering) {
+TEST_P(RegistrationOwnNamesTest, AreLeftToAnotherMakerAtUnregistering) {
     for (const bool fileExists : {true, false}) {
         const OtherMaker other(GetParam(), fileExists);
         ASSERT_EQ(S_OK, component.Register(GetParam()));
@@ -217,10 +217,10 @@ TEST_P(OwnNamesTest, AreLeftToAnotherMakerAtUnregistering) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scopes, OwnNamesTest, ::testing::Values(Scope::Machine, Scope::User),
+INSTANTIATE_TEST_SUITE_P(Scopes, RegistrationOwnNamesTest, ::testing::Values(Scope::Machine, Scope::User),
                          [](const auto& scope) { return scope.param == Scope::User ? "User" : "Machine"; });
 
-TEST_F(TwoDllsTest, OnlyTheTextUserIsForTheUser) {
+TEST_F(RegistrationTwoDllsTest, OnlyTheTextUserIsForTheUser) {
     const Lines machine = Added(before, Registration(Component(), Scope::Machine, component.Path(), true));
     for (const wchar_t* const text : {static_cast<const wchar_t*>(nullptr), L"", L"machine", L"user "}) {
         ASSERT_EQ(S_OK, component.Install(TRUE, text));

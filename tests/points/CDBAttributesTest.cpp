@@ -18,105 +18,12 @@ class CDBAttributesTest : public PointsTest {
         module = WithAttributes(Named({L"Gain", L"Mode", L"Delay"}, kType));
         return Attributes(module);
     }
-    std::wstring Found(const com::Ref<IAttributes>& attributes, const std::wstring& index) {
-        const auto attribute = Item(attributes, &IAttributes::get_Item, index);
-        return attribute ? Text(attribute, &IAttribute::get_Name) : L"(none)";
-    }
     void ExpectStopped(const std::wstring& description, const CalledFrom& = {}) {
         const auto boxes = Boxes();
         ASSERT_EQ(boxes.size(), 1u);
         ExpectReport(boxes[0], description, L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad");
     }
 };
-
-TEST_F(CDBAttributesTest, StartsEmpty) {
-    module = NewModule();
-    const auto attributes = Attributes(module);
-    ASSERT_TRUE(attributes);
-    EXPECT_EQ(Long(attributes, &IAttributes::get_Count), 0);
-    EXPECT_EQ(Text(attributes, &IAttributes::get_GlobalKey), L"");
-    EXPECT_EQ(Text(attributes, &IAttributes::get_ExtendedKey), L"");
-    for (const wchar_t* index : {L"", L"0", L"1", L"Gain", L"-1"}) {
-        EXPECT_EQ(Found(attributes, index), L"(none)");
-    }
-}
-
-TEST_F(CDBAttributesTest, KeepsTheDefinitionsOrder) {
-    const auto attributes = Three();
-    EXPECT_EQ(Long(attributes, &IAttributes::get_Count), 3);
-    EXPECT_EQ(Names(attributes), (std::vector<std::wstring>{L"Gain", L"Mode", L"Delay"}));
-}
-
-TEST_F(CDBAttributesTest, FindsByNameWithoutRegardToCase) {
-    const auto attributes = Three();
-    EXPECT_EQ(Found(attributes, L"Mode"), L"Mode");
-    EXPECT_EQ(Found(attributes, L"mODE"), L"Mode");
-    EXPECT_EQ(Found(attributes, L"Mod"), L"(none)");
-    EXPECT_EQ(Found(attributes, L" Mode"), L"(none)");
-}
-
-TEST_F(CDBAttributesTest, FindsByPosition) {
-    const auto attributes = Three();
-    EXPECT_EQ(Found(attributes, L"1"), L"Gain");
-    EXPECT_EQ(Found(attributes, L"3"), L"Delay");
-    for (const wchar_t* index : {L"0", L"4", L"-1", L"", L"x3", L"99999999999", L"1e999"}) {
-        EXPECT_EQ(Found(attributes, index), L"(none)") << index;
-    }
-}
-
-TEST_F(CDBAttributesTest, FindsByTheNumberThatAnIndexBeginsWith) {
-    const auto attributes = Three();
-    EXPECT_EQ(Found(attributes, L"2nd"), L"Mode");
-    EXPECT_EQ(Found(attributes, L" 2"), L"Mode");
-    EXPECT_EQ(Found(attributes, L"+2"), L"Mode");
-    EXPECT_EQ(Found(attributes, L"2.2"), L"Mode");
-    // A comma is no decimal mark here, whatever the user's locale.
-    EXPECT_EQ(Found(attributes, L"2,9"), L"Mode");
-}
-
-TEST_F(CDBAttributesTest, AnswersTheSameObjectEachTime) {
-    const auto attributes = Three();
-    EXPECT_TRUE(com::SameObject(Item(attributes, &IAttributes::get_Item, L"Mode").Get(),
-                                Item(attributes, &IAttributes::get_Item, L"2").Get()));
-    EXPECT_TRUE(com::SameObject(attributes.Get(), Attributes(module).Get()));
-}
-
-TEST_F(CDBAttributesTest, EmptiesTheAnswerWhenNothingIsFound) {
-    const auto attributes = Three();
-    const com::Bstr index(L"absent");
-    auto* left = reinterpret_cast<IAttribute*>(this);
-    EXPECT_EQ(attributes->get_Item(index.Get(), &left), S_OK);
-    EXPECT_EQ(left, nullptr);
-}
-
-TEST_F(CDBAttributesTest, TakesANullIndexForAnEmptyText) {
-    const auto attributes = Three();
-    com::Ref<IAttribute> none;
-    EXPECT_EQ(attributes->get_Item(nullptr, none.Put()), S_OK);
-    EXPECT_FALSE(none);
-}
-
-TEST_F(CDBAttributesTest, FormsTheKeysOfItsAttributes) {
-    const auto attributes = Three();
-    EXPECT_EQ(Put(module, &IAppObject::put_GlobalKey, L"K"), S_OK);
-    EXPECT_EQ(Put(module, &IAppObject::put_ExtendedKey, L"E"), S_OK);
-    EXPECT_EQ(Text(attributes, &IAttributes::get_GlobalKey), L"K\\ATT");
-    EXPECT_EQ(Text(attributes, &IAttributes::get_ExtendedKey), L"E\\ATT");
-    for (const wchar_t* name : {L"Gain", L"Mode", L"Delay"}) {
-        const auto attribute = Attribute(module, name);
-        EXPECT_EQ(Text(attribute, &IAttribute::get_GlobalKey), std::wstring(L"K\\ATT\\") + name);
-        EXPECT_EQ(Text(attribute, &IAttribute::get_ExtendedKey), std::wstring(L"E\\ATT\\") + name);
-    }
-}
-
-TEST_F(CDBAttributesTest, RenewsTheKeysAtEachWrite) {
-    const auto attributes = Three();
-    Put(module, &IAppObject::put_GlobalKey, L"Old");
-    Put(module, &IAppObject::put_GlobalKey, L"");
-    EXPECT_EQ(Text(attributes, &IAttributes::get_GlobalKey), L"\\ATT");
-    EXPECT_EQ(Text(Attribute(module, L"Mode"), &IAttribute::get_GlobalKey), L"\\ATT\\Mode");
-    EXPECT_EQ(Text(Attribute(module, L"Mode"), &IAttribute::get_ExtendedKey), L"");
-}
 
 TEST_F(CDBAttributesTest, LeavesALaterAttributeWithoutKeysUntilTheNextWrite) {
     const auto attributes = Three();
@@ -162,12 +69,6 @@ TEST_F(CDBAttributesTest, RefusesADuplicateName) {
     EXPECT_EQ(Text(Attribute(module, L"Gain"), &IAttribute::get_Value), L"1");
 }
 
-TEST_F(CDBAttributesTest, RefusesANameThatDiffersInCaseAlone) {
-    module = NewModule();
-    EXPECT_EQ(Load(module, Stream({}, {}, Named({L"Gain", L"GAIN"}, kType))), kDuplicateKey);
-    EXPECT_EQ(Names(Attributes(module)), std::vector<std::wstring>{L"Gain"});
-}
-
 TEST_F(CDBAttributesTest, RefusesTheSameStreamTwice) {
     Three();
     EXPECT_EQ(Load(module, Stream({}, {}, Named({L"Mode"}, kType))), kDuplicateKey);
@@ -211,21 +112,6 @@ TEST_F(CDBAttributesTest, TakesOnlyElementsForSavedAttributes) {
 TEST_F(CDBAttributesTest, ReportsALoadWithoutElement) {
     EXPECT_EQ(Three().As<_CDBAttributes>()->XmlLoad(nullptr), S_OK);
     ExpectStopped(kObjectNotSetText);
-}
-
-TEST_F(CDBAttributesTest, IsReachedByName) {
-    const auto script = Three().As<IDispatch>();
-    EXPECT_EQ(com::GetMember(*script.Get(), L"Count").Get().lVal, 3);
-    EXPECT_EQ(com::Text(com::GetMember(*script.Get(), L"GlobalKey").Get().bstrVal), L"");
-    com::Variant index(2L); // a number is taken for its text
-    VARIANT argument = index.Get();
-    DISPPARAMS arguments{&argument, nullptr, 1, 0};
-    com::Variant item;
-    EXPECT_EQ(script->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &arguments,
-                             item.Put(), nullptr, nullptr),
-              S_OK);
-    ASSERT_EQ(item.Get().vt, VT_DISPATCH);
-    EXPECT_EQ(com::Text(com::GetMember(*item.Get().pdispVal, L"Name").Get().bstrVal), L"Mode");
 }
 
 TEST_F(CDBAttributesTest, HidesTheComponentsOwnMembers) {

@@ -1,6 +1,7 @@
 #include "tests/points/Points.h"
 
 #include "com/LateBound.h"
+#include "tests/support/Recorder.h"
 
 #include <string>
 
@@ -10,43 +11,12 @@ using namespace points;
 namespace {
 
 /// A type of another component that knows nothing but its identifier.
-class ForeignType final : public com::DualObject<ForeignType, ISNVType> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    int reads = 0;
-    HRESULT result = S_OK;
-    /// What it says when it is asked for a type.
-    HRESULT refusal = S_OK;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-        if (iid == __uuidof(ISNVType) && FAILED(refusal)) {
-            *out = nullptr;
-            return refusal;
-        }
-        return Object::QueryInterface(iid, out);
-    }
-    STDMETHODIMP get_ID(BSTR* value) override {
-        ++reads;
-        *value = SUCCEEDED(result) ? com::Bstr(L"77").Detach() : nullptr;
-        return result;
-    }
-    STDMETHODIMP get_Z3Region(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Factor(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_ACoef(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_BCoef(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_CCoef(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_GenType(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_LUIType(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_InvalidValue(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Name(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Min(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Max(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Units(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_BACnetUnits(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_EnumDesc(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Length(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP get_HasField(VARIANT_BOOL*) override { return E_NOTIMPL; }
-};
+com::Ref<Recorder> UnusualType() {
+    auto type = Recorder::Make(L"type", {&__uuidof(ISNVType)});
+    type->Set(L"ID", L"77");
+    type->RefuseOthers();
+    return type;
+}
 
 class CDBOutputTest : public PointsTest {
   protected:
@@ -180,30 +150,29 @@ TEST_F(CDBOutputTest, IsCompatibleWithNothingWithoutAType) {
 
 TEST_F(CDBOutputTest, ReadsTheIdentifierOfAConnectedTypeAndKeepsNothingElse) {
     const auto connable = One().As<ISubItemConnable>();
-    const auto type = ForeignType::Make();
-    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), S_OK);
-    EXPECT_EQ(type->reads, 1);
-    type->AddRef();
-    EXPECT_EQ(type->Release(), 1u);
+    const auto type = UnusualType();
+    EXPECT_EQ(connable->putref_ConnectedType(type->As<IDispatch>().Get()), S_OK);
+    EXPECT_EQ(type->Times(L"get ID"), 1u);
+    EXPECT_EQ(type->Others(), 0u);
     // Its own type stays.
     EXPECT_EQ(Text(Object(connable, &ISubItemConnable::get_SNVTType), &ISNVType::get_ID), L"105");
 }
 
 TEST_F(CDBOutputTest, HandsAFailingConnectedTypeToTheCaller) {
     const auto connable = One().As<ISubItemConnable>();
-    const auto type = ForeignType::Make();
-    type->result = E_ACCESSDENIED;
-    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), E_ACCESSDENIED);
+    const auto type = UnusualType();
+    type->Refuse(L"get ID", E_ACCESSDENIED);
+    EXPECT_EQ(connable->putref_ConnectedType(type->As<IDispatch>().Get()), E_ACCESSDENIED);
 }
 
 TEST_F(CDBOutputTest, HandsAConnectedTypeThatCannotBeReachedToTheCaller) {
     const auto connable = One().As<ISubItemConnable>();
-    const auto type = ForeignType::Make();
-    type->refusal = CO_E_OBJNOTCONNECTED;
-    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), CO_E_OBJNOTCONNECTED);
-    type->refusal = E_NOINTERFACE;
-    EXPECT_EQ(connable->putref_ConnectedType(type.Get()), kTypeMismatch);
-    EXPECT_EQ(type->reads, 0);
+    const auto type = UnusualType();
+    type->HideFace(__uuidof(ISNVType), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(connable->putref_ConnectedType(type->As<IDispatch>().Get()), CO_E_OBJNOTCONNECTED);
+    type->HideFace(__uuidof(ISNVType), E_NOINTERFACE);
+    EXPECT_EQ(connable->putref_ConnectedType(type->As<IDispatch>().Get()), kTypeMismatch);
+    EXPECT_EQ(type->Times(L"get ID"), 0u);
 }
 
 TEST_F(CDBOutputTest, RefusesAConnectedTypeThatIsNone) {

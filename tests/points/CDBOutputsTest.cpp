@@ -1,4 +1,3 @@
-#include "tests/points/Listener.h"
 #include "tests/points/Points.h"
 
 #include "com/LateBound.h"
@@ -17,10 +16,6 @@ class CDBOutputsTest : public PointsTest {
         module = WithOutputs(Named({L"Out1", L"Valve", L"Fan"}, L"<SNVTTYPE>105</SNVTTYPE>"));
         return Outputs(module);
     }
-    std::wstring Found(const com::Ref<IOutputs>& outputs, const std::wstring& index) {
-        const auto output = Item(outputs, &IOutputs::get_Item, index);
-        return output ? Text(output, &IOutput::get_Name) : L"(none)";
-    }
     bool Displayable(const std::wstring& name) {
         return Flag(Output(module, name), &IOutput::get_IsDisplayable);
     }
@@ -29,17 +24,6 @@ class CDBOutputsTest : public PointsTest {
                   S_OK);
     }
 };
-
-TEST_F(CDBOutputsTest, StartsEmpty) {
-    const auto outputs = Outputs(NewModule());
-    ASSERT_TRUE(outputs);
-    EXPECT_EQ(Long(outputs, &IOutputs::get_Count), 0);
-    EXPECT_EQ(Text(outputs, &IOutputs::get_GlobalKey), L"");
-    EXPECT_EQ(Text(outputs, &IOutputs::get_ExtendedKey), L"");
-    for (const wchar_t* index : {L"", L"0", L"1", L"Out1"}) {
-        EXPECT_EQ(Found(outputs, index), L"(none)");
-    }
-}
 
 TEST_F(CDBOutputsTest, KeepsTheDefinitionsOrderAndNumbersFromZero) {
     const auto outputs = Three();
@@ -51,92 +35,6 @@ TEST_F(CDBOutputsTest, KeepsTheDefinitionsOrderAndNumbersFromZero) {
         EXPECT_EQ(Long(output, &IOutput::get_Index), i);
         EXPECT_EQ(Text(output.As<IDisplayItem>(), &IDisplayItem::get_Reference), references[i]);
     }
-}
-
-TEST_F(CDBOutputsTest, FindsByNameOrPosition) {
-    const auto outputs = Three();
-    EXPECT_EQ(Found(outputs, L"Valve"), L"Valve");
-    EXPECT_EQ(Found(outputs, L"vALVE"), L"Valve");
-    EXPECT_EQ(Found(outputs, L"2"), L"Valve");
-    for (const wchar_t* index : {L"0", L"4", L"-1", L"", L"absent", L"99999999999"}) {
-        EXPECT_EQ(Found(outputs, index), L"(none)") << index;
-    }
-    EXPECT_TRUE(com::SameObject(Item(outputs, &IOutputs::get_Item, L"Fan").Get(),
-                                Item(outputs, &IOutputs::get_Item, L"3").Get()));
-}
-
-TEST_F(CDBOutputsTest, FormsTheKeysOfItsOutputs) {
-    const auto outputs = Three();
-    Put(module, &IAppObject::put_GlobalKey, L"K");
-    Put(module, &IAppObject::put_ExtendedKey, L"E");
-    EXPECT_EQ(Text(outputs, &IOutputs::get_GlobalKey), L"K\\ROU");
-    EXPECT_EQ(Text(outputs, &IOutputs::get_ExtendedKey), L"E\\ROU");
-    for (const wchar_t* name : {L"Out1", L"Valve", L"Fan"}) {
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), std::wstring(L"K\\ROU\\") + name);
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), std::wstring(L"E\\ROU\\") + name);
-    }
-}
-
-TEST_F(CDBOutputsTest, RenewsTheKeysAtEachWrite) {
-    Three();
-    for (const wchar_t* key : {L"Old", L"", L"New"}) {
-        Put(module, &IAppObject::put_GlobalKey, key);
-        Put(module, &IAppObject::put_ExtendedKey, key);
-        const std::wstring expected = std::wstring(key) + L"\\ROU\\Fan";
-        EXPECT_EQ(Text(Output(module, L"Fan"), &IOutput::get_GlobalKey), expected);
-        EXPECT_EQ(Text(Output(module, L"Fan"), &IOutput::get_ExtendedKey), expected);
-    }
-}
-
-TEST_F(CDBOutputsTest, LeavesWhatAStreamAddsAfterAKeyWithoutOneUntilTheNextWrite) {
-    Three();
-    // The first turn of the host comes before the first point.
-    const Listener writing([&] {
-        Put(module, &IAppObject::put_GlobalKey, L"K");
-        Put(module, &IAppObject::put_ExtendedKey, L"E");
-    });
-    writing.Post();
-    EXPECT_EQ(Load(module, Stream({}, Named({L"A", L"B"}))), S_OK);
-    for (const wchar_t* name : {L"A", L"B"}) {
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), L"");
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), L"");
-    }
-    EXPECT_EQ(Text(Outputs(module), &IOutputs::get_GlobalKey), L"K\\ROU");
-    Put(module, &IAppObject::put_GlobalKey, L"L");
-    Put(module, &IAppObject::put_ExtendedKey, L"F");
-    for (const wchar_t* name : {L"A", L"B"}) {
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_GlobalKey), std::wstring(L"L\\ROU\\") + name);
-        EXPECT_EQ(Text(Output(module, name), &IOutput::get_ExtendedKey), std::wstring(L"F\\ROU\\") + name);
-    }
-}
-
-TEST_F(CDBOutputsTest, PassesALaterKeyToTheCollectionThatAStreamBroughtAlone) {
-    const auto before = Three();
-    Put(module, &IAppObject::put_GlobalKey, L"K");
-    Put(module, &IAppObject::put_ExtendedKey, L"E");
-    EXPECT_EQ(Load(module, Stream({}, Named({L"Only"}))), S_OK);
-    Put(module, &IAppObject::put_GlobalKey, L"L");
-    Put(module, &IAppObject::put_ExtendedKey, L"F");
-    EXPECT_EQ(Text(Output(module, L"Only"), &IOutput::get_GlobalKey), L"L\\ROU\\Only");
-    EXPECT_EQ(Text(Output(module, L"Only"), &IOutput::get_ExtendedKey), L"F\\ROU\\Only");
-    const auto old = Item(before, &IOutputs::get_Item, L"Fan");
-    EXPECT_EQ(Text(before, &IOutputs::get_GlobalKey), L"K\\ROU");
-    EXPECT_EQ(Text(old, &IOutput::get_GlobalKey), L"K\\ROU\\Fan");
-    EXPECT_EQ(Text(old, &IOutput::get_ExtendedKey), L"E\\ROU\\Fan");
-}
-
-TEST_F(CDBOutputsTest, IsReplacedByAnEmptyOneWhenAStreamIsLoaded) {
-    const auto before = Three();
-    EXPECT_EQ(Load(module, Stream({}, Named({L"Only"}))), S_OK);
-    EXPECT_EQ(Names(Outputs(module)), std::vector<std::wstring>{L"Only"});
-    EXPECT_EQ(Names(before), (std::vector<std::wstring>{L"Out1", L"Valve", L"Fan"}));
-}
-
-TEST_F(CDBOutputsTest, RefusesADuplicateName) {
-    module = NewModule();
-    EXPECT_EQ(Load(module, Stream({}, Named({L"Out1", L"Valve", L"VALVE", L"Fan"}))), kDuplicateKey);
-    EXPECT_EQ(LastError().description, kDuplicateKeyText);
-    EXPECT_EQ(Names(Outputs(module)), (std::vector<std::wstring>{L"Out1", L"Valve"}));
 }
 
 TEST_F(CDBOutputsTest, LoadsSavedOutputsByName) {
@@ -175,13 +73,6 @@ TEST_F(CDBOutputsTest, ReportsALoadWithoutElement) {
     const auto boxes = Boxes();
     ASSERT_EQ(boxes.size(), 1u);
     ExpectReport(boxes[0], kObjectNotSetText, L"O_Tam_id Class Module CDBOutputs", L"Sub XmlLoad");
-}
-
-TEST_F(CDBOutputsTest, KeepsNothingOfACallBack) {
-    const auto outputs = Three();
-    const auto target = Held::Make();
-    EXPECT_EQ(outputs->putref_CallBack(target.Get()), S_OK);
-    EXPECT_EQ(target->Others(), 0u);
 }
 
 TEST_F(CDBOutputsTest, IsReachedByName) {

@@ -1,6 +1,7 @@
 #include "tests/points/Points.h"
 #include "tests/support/MacroDoubles.h"
 
+#include <cstddef>
 #include <string>
 
 using namespace support;
@@ -10,24 +11,19 @@ namespace {
 
 class MacroConnectionsTest : public PointsTest {
   protected:
-    com::Ref<Connections> host;
+    ConnectionsDouble host;
 
     void SetUp() override {
         PointsTest::SetUp();
         const std::wstring type = L"<SNVTTYPE>105</SNVTTYPE>";
         module = Loaded(Stream(Named({L"In1"}), Named({L"Out1"}, type), Named({L"Gain"}, type)));
         Put(module, &IAppObject::put_GlobalKey, L"K");
-        host = Connections::Make();
-        EXPECT_EQ(module->putref_Parent(host.Get()), S_OK);
+        BeParent();
     }
-    void TearDown() override {
-        host.Reset();
-        PointsTest::TearDown();
-    }
-    ConnectionGroup& Group(std::initializer_list<const wchar_t*> keys) {
-        auto group = GroupOf(keys);
-        host->groups->groups.push_back(group);
-        return *group.Get();
+    void BeParent() { EXPECT_EQ(module->putref_Parent(host.object->As<IDispatch>().Get()), S_OK); }
+    GroupDouble Group(std::initializer_list<const wchar_t*> keys) { return host.Add(keys); }
+    static std::size_t Reads(const GroupDouble& group, std::size_t item) {
+        return group.Item(item)->Times(L"get Key");
     }
     bool GainIsConnected() { return Flag(Attribute(module, L"Gain"), &IAttribute::get_IsMacroConnected); }
 };
@@ -72,7 +68,7 @@ TEST_F(MacroConnectionsTest, ComparesWithTheKeyOfNow) {
 
 TEST_F(MacroConnectionsTest, FindsAnEmptyKeyForAPointThatHasNone) {
     module = Loaded(Stream(Named({L"In1"})));
-    EXPECT_EQ(module->putref_Parent(host.Get()), S_OK);
+    BeParent();
     Group({L"K\\RIN\\In1"});
     EXPECT_FALSE(Flag(Input(module, L"In1"), &IInput::get_IsMacroConnected));
     Group({L""});
@@ -80,38 +76,38 @@ TEST_F(MacroConnectionsTest, FindsAnEmptyKeyForAPointThatHasNone) {
 }
 
 TEST_F(MacroConnectionsTest, LooksThroughAllGroupsAndStopsAtTheFirstMatch) {
-    auto& first = Group({L"a", L"b"});
-    auto& second = Group({L"c", kGain, L"d"});
-    auto& third = Group({kGain});
+    const auto first = Group({L"a", L"b"});
+    const auto second = Group({L"c", kGain, L"d"});
+    const auto third = Group({kGain});
     EXPECT_TRUE(GainIsConnected());
-    EXPECT_EQ(first.items->items[0]->reads, 1);
-    EXPECT_EQ(first.items->items[1]->reads, 1);
-    EXPECT_EQ(second.items->items[0]->reads, 1);
-    EXPECT_EQ(second.items->items[1]->reads, 1);
-    EXPECT_EQ(second.items->items[2]->reads, 0);
-    EXPECT_EQ(third.items->items[0]->reads, 0);
+    EXPECT_EQ(Reads(first, 0), 1u);
+    EXPECT_EQ(Reads(first, 1), 1u);
+    EXPECT_EQ(Reads(second, 0), 1u);
+    EXPECT_EQ(Reads(second, 1), 1u);
+    EXPECT_EQ(Reads(second, 2), 0u);
+    EXPECT_EQ(Reads(third, 0), 0u);
 }
 
 TEST_F(MacroConnectionsTest, PassesOverAnItemThatFails) {
-    auto& group = Group({kGain, kGain});
-    group.items->items[0]->result = E_FAIL;
+    const auto group = Group({kGain, kGain});
+    group.Item(0)->Refuse(L"get Key", E_FAIL);
     EXPECT_TRUE(GainIsConnected());
-    EXPECT_EQ(group.items->items[1]->reads, 1);
-    group.items->items[1]->result = E_FAIL;
+    EXPECT_EQ(Reads(group, 1), 1u);
+    group.Item(1)->Refuse(L"get Key", E_FAIL);
     EXPECT_FALSE(GainIsConnected());
 }
 
 TEST_F(MacroConnectionsTest, PassesOverAnItemThatIsNotThere) {
-    Group({L"a", kGain}).items->items[0].Reset();
+    Group({L"a", kGain}).Item(0).Reset();
     EXPECT_TRUE(GainIsConnected());
 }
 
 TEST_F(MacroConnectionsTest, PassesOverAGroupThatFails) {
-    Group({kGain}).result = E_FAIL;
+    Group({kGain}).object->Refuse(L"get Items", E_FAIL);
     EXPECT_FALSE(GainIsConnected());
-    Group({kGain}).items->countResult = E_FAIL;
+    Group({kGain}).items.object->Refuse(L"get Count", E_FAIL);
     EXPECT_FALSE(GainIsConnected());
-    Group({kGain}).items->itemResult = E_FAIL;
+    *Group({kGain}).items.itemCode = E_FAIL;
     EXPECT_FALSE(GainIsConnected());
     Group({kGain});
     EXPECT_TRUE(GainIsConnected());
@@ -119,8 +115,8 @@ TEST_F(MacroConnectionsTest, PassesOverAGroupThatFails) {
 
 TEST_F(MacroConnectionsTest, PassesOverAGroupThatIsNotThere) {
     Group({});
-    host->groups->groups[0].Reset();
-    Group({}).items.Reset();
+    host.groups.members->at(0).Reset();
+    Group({}).object->Set(L"Items", com::Ref<IUnknown>());
     EXPECT_FALSE(GainIsConnected());
     Group({kGain});
     EXPECT_TRUE(GainIsConnected());
@@ -128,12 +124,12 @@ TEST_F(MacroConnectionsTest, PassesOverAGroupThatIsNotThere) {
 
 TEST_F(MacroConnectionsTest, IsFalseWhenTheGroupsCannotBeRead) {
     Group({kGain});
-    host->result = E_FAIL;
+    host.object->Refuse(L"get Groups", E_FAIL);
     EXPECT_FALSE(GainIsConnected());
-    host->result = S_OK;
-    host->groups->countResult = E_FAIL;
+    host.object->FailNoMore();
+    host.groups.object->Refuse(L"get Count", E_FAIL);
     EXPECT_FALSE(GainIsConnected());
-    host->groups.Reset();
+    host.object->Set(L"Groups", com::Ref<IUnknown>());
     EXPECT_FALSE(GainIsConnected());
 }
 
@@ -158,7 +154,7 @@ TEST_F(MacroConnectionsTest, IsKnownWhenOnlyThePointsAreHeld) {
 }
 
 TEST_F(MacroConnectionsTest, LeavesNoErrorBehind) {
-    Group({kGain}).result = E_FAIL;
+    Group({kGain}).object->Refuse(L"get Items", E_FAIL);
     VARIANT_BOOL value = VARIANT_TRUE;
     EXPECT_EQ(Attribute(module, L"Gain")->get_IsMacroConnected(&value), S_OK);
     EXPECT_EQ(value, VARIANT_FALSE);

@@ -10,20 +10,6 @@
 
 namespace points {
 
-/// The numbers of the classic run-time errors as a caller gets them.
-inline constexpr auto kInvalidCall = static_cast<HRESULT>(0x800A0005);
-inline constexpr auto kOverflow = static_cast<HRESULT>(0x800A0006);
-inline constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
-inline constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
-inline constexpr auto kDuplicateKey = static_cast<HRESULT>(0x800A01C9);
-
-/// Their standard texts.
-inline constexpr const wchar_t* kInvalidCallText = L"Invalid procedure call or argument";
-inline constexpr const wchar_t* kTypeMismatchText = L"Type mismatch";
-inline constexpr const wchar_t* kObjectNotSetText = L"Object variable or With block variable not set";
-inline constexpr const wchar_t* kDuplicateKeyText =
-    L"This key is already associated with an element of this collection";
-
 // One type of each general type in the catalogue of these tests.
 inline constexpr const wchar_t* kSigned = L"105";
 inline constexpr const wchar_t* kUnsigned = L"8";
@@ -86,18 +72,6 @@ com::Ref<IXMLDOMElement> Saved(const std::wstring& xml);
 std::vector<std::wstring> ChildNames(const support::Document& document, const std::wstring& path);
 /// The text at a path of a document; "(none)" where there is no such node.
 std::wstring TextAt(const support::Document& document, const std::wstring& path);
-
-/// A host object that only counts who holds it.
-class Held final : public com::DualObject<Held, IHostDocument> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP get_View(IDispatch**) override { return E_NOTIMPL; }
-    /// References beside the test's own.
-    ULONG Others() {
-        AddRef();
-        return Release() - 1;
-    }
-};
 
 class PointsTest : public support::ComponentTest {
   protected:

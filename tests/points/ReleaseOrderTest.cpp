@@ -21,7 +21,7 @@ enum Held : std::size_t { kReportClass, kCollections, kInput, kAttribute, kEnume
 constexpr std::array<const char*, kHeldCount> kHeldNames = {"module",    "collections", "input",
                                                             "attribute", "enumerators", "types"};
 
-class ModuleReleaseOrderTest : public PointsTest {
+class ReleaseOrderModuleTest : public PointsTest {
   protected:
     using References = std::vector<com::Ref<IUnknown>>;
     using Change = std::function<void(const com::Ref<IAppObject>&)>;
@@ -107,15 +107,15 @@ class ModuleReleaseOrderTest : public PointsTest {
     }
 };
 
-TEST_F(ModuleReleaseOrderTest, EverythingEndsInEveryOrderOfRelease) {
+TEST_F(ReleaseOrderModuleTest, EverythingEndsInEveryOrderOfRelease) {
     ReleaseInEveryOrder([](const com::Ref<IAppObject>&) {});
 }
 
-TEST_F(ModuleReleaseOrderTest, EverythingEndsInEveryOrderAfterDestroy) {
+TEST_F(ReleaseOrderModuleTest, EverythingEndsInEveryOrderAfterDestroy) {
     ReleaseInEveryOrder([](const com::Ref<IAppObject>& object) { EXPECT_EQ(object->Destroy(), S_OK); });
 }
 
-TEST_F(ModuleReleaseOrderTest, EverythingEndsInEveryOrderAfterAnotherStream) {
+TEST_F(ReleaseOrderModuleTest, EverythingEndsInEveryOrderAfterAnotherStream) {
     const std::wstring another = Stream(Named({L"In2"}), Named({L"Out2"}, L"<SNVTTYPE>105</SNVTTYPE>"));
     ReleaseInEveryOrder([&](const com::Ref<IAppObject>& object) { EXPECT_EQ(Load(object, another), S_OK); });
 }

@@ -3,6 +3,7 @@
 #include "com/LateBound.h"
 #include "core/RunTimeError.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -18,11 +19,10 @@ constexpr CLSID kOtherConverterClass = {
     0x7A0E3B61, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};
 
 /// A converter that offers nothing but its names, as one written in a script.
-class ScriptConverter final : public IDispatch {
+class ScriptConverter final : public ByNameDouble {
   public:
     /// Each call: member, then its arguments.
     std::vector<std::vector<std::wstring>> calls;
-    bool hasMembers = true;
     bool isNumeric = false;
     bool fails = false;
     /// What a failing call puts into its exception.
@@ -32,57 +32,30 @@ class ScriptConverter final : public IDispatch {
         exception.bstrDescription = com::Bstr(L"No such unit").Detach();
     };
 
-    virtual ~ScriptConverter() = default;
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-        *out = known ? this : nullptr;
-        if (!known) {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) {
-            delete this;
-        }
-        return left;
-    }
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-        const std::wstring name = names[0];
-        ids[0] = !hasMembers          ? DISPID_UNKNOWN
-                 : name == L"Convert" ? 1
-                 : name == L"Label"   ? 2
-                                      : DISPID_UNKNOWN;
-        return ids[0] == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT* result,
-                        EXCEPINFO* exception, UINT*) override {
-        std::vector<std::wstring> call{id == 1 ? L"Convert" : L"Label"};
-        for (UINT i = params->cArgs; i > 0; --i) { // arguments come last first
-            call.push_back(com::Text(params->rgvarg[i - 1].bstrVal));
+    ScriptConverter() : ByNameDouble({L"Convert", L"Label"}) {}
+    void ForgetNames() { names_.clear(); }
+
+  private:
+    HRESULT Call(std::size_t member, WORD, DISPPARAMS& params, VARIANT* result,
+                 EXCEPINFO* exception) override {
+        std::vector<std::wstring> call{names_[member]};
+        for (UINT i = params.cArgs; i > 0; --i) { // arguments come last first
+            call.push_back(com::Text(params.rgvarg[i - 1].bstrVal));
         }
         calls.push_back(std::move(call));
         if (fails) {
             raise(*exception);
             return DISP_E_EXCEPTION;
         }
-        if (id == 1 && isNumeric) {
+        if (member == 0 && isNumeric) {
             result->vt = VT_R8;
             result->dblVal = 70.5;
         } else {
             result->vt = VT_BSTR;
-            result->bstrVal = com::Bstr(id == 1 ? L"70.7" : L"degF").Detach();
+            result->bstrVal = com::Bstr(member == 0 ? L"70.7" : L"degF").Detach();
         }
         return S_OK;
     }
-
-  private:
-    ULONG references_ = 1;
 };
 
 /// A converter by slot that says why it failed.
@@ -248,7 +221,7 @@ TEST_F(UnitConversionTest, AsksForTheLabelOfTheUnitThatItConvertedFor) {
 }
 
 TEST_F(UnitConversionTest, FailsWithAnObjectThatConvertsNothing) {
-    script->hasMembers = false;
+    script->ForgetNames();
     com::Bstr shown;
     EXPECT_EQ(Over(script.Get())->get_DispValue(shown.Put()), DISP_E_UNKNOWNNAME);
 }

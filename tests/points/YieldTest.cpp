@@ -96,7 +96,7 @@ TEST_F(YieldTest, BearsAHostThatDropsTheLoadedCollectionItself) {
 }
 
 /// Two loads of one collection are not mixed: the one that began last counts.
-class LoadInsideLoadTest : public PointsTest {
+class YieldLoadInsideLoadTest : public PointsTest {
   protected:
     void SetUp() override {
         PointsTest::SetUp();
@@ -111,7 +111,7 @@ class LoadInsideLoadTest : public PointsTest {
     }
 };
 
-TEST_F(LoadInsideLoadTest, LeavesInputsInTheOrderOfTheLast) {
+TEST_F(YieldLoadInsideLoadTest, LeavesInputsInTheOrderOfTheLast) {
     const auto inputs = Inputs(module).As<_CDBInputs>();
     const auto inner = Saved(L"<Inputs><B/><C/><A/></Inputs>");
     for (const int turn : {1, 2, 3}) {
@@ -126,7 +126,7 @@ TEST_F(LoadInsideLoadTest, LeavesInputsInTheOrderOfTheLast) {
     }
 }
 
-TEST_F(LoadInsideLoadTest, LeavesOutputsWithTheValuesOfTheLast) {
+TEST_F(YieldLoadInsideLoadTest, LeavesOutputsWithTheValuesOfTheLast) {
     const auto outputs = Outputs(module).As<_CDBOutputs>();
     const auto inner = Saved(L"<Outputs><A><IsDisplayable>True</IsDisplayable></A>"
                              L"<B><IsDisplayable>True</IsDisplayable></B></Outputs>");
@@ -144,7 +144,7 @@ TEST_F(LoadInsideLoadTest, LeavesOutputsWithTheValuesOfTheLast) {
     ExpectEnded(L"O_Tam_id Class Module CDBOutputs");
 }
 
-TEST_F(LoadInsideLoadTest, GoesOnWhenTheOtherDoesNotBegin) {
+TEST_F(YieldLoadInsideLoadTest, GoesOnWhenTheOtherDoesNotBegin) {
     const auto inputs = Inputs(module).As<_CDBInputs>();
     const Listener loading([&] { EXPECT_EQ(inputs->XmlLoad(nullptr), S_OK); });
     loading.Post();

@@ -1,5 +1,7 @@
 #include "tests/support/Fixture.h"
 
+#include "tests/support/Recorder.h"
+
 #include <algorithm>
 #include <ios>
 
@@ -17,6 +19,7 @@ std::wstring Local(std::wstring number) {
 }
 
 void ComponentTest::SetUp() {
+    Calls().clear();
     converter_ = Converter::Make();
     converterClass_.emplace(kConverterClass, kConverterProgId,
                             [this](REFIID iid, void** out) { return converter_->QueryInterface(iid, out); });

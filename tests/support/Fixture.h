@@ -2,6 +2,7 @@
 
 #include "bench/BoxWatcher.h"
 #include "tests/support/Component.h"
+#include "tests/support/Errors.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/Read.h"
 

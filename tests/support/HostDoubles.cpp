@@ -1,6 +1,8 @@
 #include "tests/support/HostDoubles.h"
 
 #include "com/Registry.h"
+#include "tests/support/Read.h"
+#include "tests/support/Recorder.h"
 
 namespace support {
 
@@ -42,9 +44,6 @@ std::wstring TextOfGuid(REFGUID guid) {
     StringFromGUID2(guid, text, 40);
     return text;
 }
-
-constexpr DISPID kSetDBPath = 1;
-constexpr DISPID kCompileTamObject = 2;
 
 BSTR* TextByReference(VARIANT& argument) {
     return argument.vt == (VT_BYREF | VT_BSTR) ? argument.pbstrVal : nullptr;
@@ -93,49 +92,21 @@ STDMETHODIMP Converter::Label(BSTR unit, BSTR* result) {
     return labelResult;
 }
 
-STDMETHODIMP Compiler::QueryInterface(REFIID iid, void** out) {
-    const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-    *out = known ? this : nullptr;
-    if (!known) {
-        return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-}
-
-STDMETHODIMP_(ULONG) Compiler::Release() {
-    const ULONG left = --references_;
-    if (left == 0) {
-        delete this;
-    }
-    return left;
-}
-
-STDMETHODIMP Compiler::GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) {
-    const std::wstring name = names[0];
-    ids[0] = name == L"SetDBPath"          ? kSetDBPath
-             : name == L"CompileTamObject" ? kCompileTamObject
-                                           : DISPID_UNKNOWN;
-    return ids[0] == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
-}
-
-STDMETHODIMP Compiler::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
-                              UINT*) {
-    if (id == kSetDBPath) {
-        calls.emplace_back(L"SetDBPath");
-        if (params->cArgs != 1 || params->rgvarg[0].vt != VT_BSTR) {
+HRESULT Compiler::Call(std::size_t member, WORD, DISPPARAMS& params, VARIANT*, EXCEPINFO*) {
+    calls.push_back(names_[member]);
+    if (member == 0) {
+        if (params.cArgs != 1 || params.rgvarg[0].vt != VT_BSTR) {
             return DISP_E_TYPEMISMATCH;
         }
-        dbPath = com::Text(params->rgvarg[0].bstrVal);
+        dbPath = com::Text(params.rgvarg[0].bstrVal);
         return setPathResult;
     }
-    calls.emplace_back(L"CompileTamObject");
-    if (params->cArgs != 3) {
+    if (params.cArgs != 3) {
         return DISP_E_BADPARAMCOUNT;
     }
     BSTR* texts[3] = {};
     for (int i = 0; i < 3; ++i) {
-        texts[i] = TextByReference(params->rgvarg[2 - i]); // arguments come last first
+        texts[i] = TextByReference(params.rgvarg[2 - i]); // arguments come last first
         if (texts[i] == nullptr) {
             return DISP_E_TYPEMISMATCH;
         }
@@ -148,6 +119,22 @@ STDMETHODIMP Compiler::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params,
     Replace(texts[1], cdbSize);
     Replace(texts[2], ddbSize);
     return S_OK;
+}
+
+com::Ref<ITamInternalAppObject> ChannelItem(const std::wstring& deviceKey, const std::wstring& objectKey) {
+    const auto item = Recorder::Make(L"item", {&__uuidof(ITamInternalAppObject)});
+    item->Set(L"TamDeviceKey", deviceKey);
+    item->Set(L"TamInternalObjectKey", objectKey);
+    item->RefuseOthers();
+    return item->As<ITamInternalAppObject>();
+}
+
+com::Ref<IDeviceContext> HostContext(const std::wstring& firmware, const std::wstring& names) {
+    const auto context = Recorder::Make(L"context", {&__uuidof(IDeviceContext)});
+    context->Set(L"FirmwareVersion", firmware);
+    context->Set(L"Document", Parse(L"<Device><FWVersion><" + firmware + L"><Objects><Library>" + names +
+                                    L"</Library></Objects></" + firmware + L"></FWVersion></Device>"));
+    return context->As<IDeviceContext>();
 }
 
 STDMETHODIMP DatabaseLocation::get_Path(BSTR* value) {

@@ -3,11 +3,13 @@
 #include "com/Conversion.h"
 #include "com/Object.h"
 #include "com/Ref.h"
+#include "tests/support/ByNameDouble.h"
 
 #include <windows.h>
 
 #include <OrvDBFaces.h>
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <utility>
@@ -52,7 +54,7 @@ class Converter final : public com::DualObject<Converter, IUnitConverter> {
 };
 
 /// The compiler service, called by name; keeps what it was given.
-class Compiler final : public IDispatch {
+class Compiler final : public ByNameDouble {
   public:
     std::wstring dbPath;
     std::wstring givenXml;
@@ -64,18 +66,11 @@ class Compiler final : public IDispatch {
     /// The members called, in order.
     std::vector<std::wstring> calls;
 
-    virtual ~Compiler() = default;
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override;
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override;
-    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* params, VARIANT*, EXCEPINFO*,
-                        UINT*) override;
+    Compiler() : ByNameDouble({L"SetDBPath", L"CompileTamObject"}) {}
 
   private:
-    ULONG references_ = 1;
+    HRESULT Call(std::size_t member, WORD flags, DISPPARAMS& params, VARIANT* result,
+                 EXCEPINFO* exception) override;
 };
 
 /// The host's class that knows where the controller's database lies.
@@ -90,28 +85,25 @@ class DatabaseLocation final : public com::DualObject<DatabaseLocation, IDatabas
     STDMETHODIMP get_Path(BSTR* value) override;
 };
 
-/// An object of a channel, as the host hands one to `Contains`.
-class ChannelItem final : public com::DualObject<ChannelItem, ITamInternalAppObject> {
+/// A host object that only counts who holds it.
+class Held final : public com::DualObject<Held, IHostDocument> {
   public:
     static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    ChannelItem(std::wstring deviceKey, std::wstring objectKey)
-        : deviceKey_(std::move(deviceKey)), objectKey_(std::move(objectKey)) {}
-
-    STDMETHODIMP get_TamDeviceKey(BSTR* value) override { return Answer(value, deviceKey_); }
-    STDMETHODIMP get_TamInternalObjectKey(BSTR* value) override { return Answer(value, objectKey_); }
-    STDMETHODIMP get_TamObjectContainer(IDispatch**) override { return E_NOTIMPL; }
-    STDMETHODIMP get_TempTamDeviceKey(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_TempTamDeviceKey(BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP get_TempTamInternalObjectKey(BSTR*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_TempTamInternalObjectKey(BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP get_TamDevice(IDispatch**) override { return E_NOTIMPL; }
-    STDMETHODIMP get_Status(long*) override { return E_NOTIMPL; }
-    STDMETHODIMP put_Status(long) override { return E_NOTIMPL; }
-
-  private:
-    std::wstring deviceKey_;
-    std::wstring objectKey_;
+    STDMETHODIMP get_View(IDispatch**) override { return E_NOTIMPL; }
+    /// References beside the test's own.
+    ULONG Others() {
+        AddRef();
+        return Release() - 1;
+    }
 };
+
+/// An object of a channel, as the host hands one to `Contains`.
+com::Ref<ITamInternalAppObject> ChannelItem(const std::wstring& deviceKey, const std::wstring& objectKey);
+
+/// The host's device as the object manager asks it, with this firmware and a
+/// library that lists these names.
+com::Ref<IDeviceContext> HostContext(const std::wstring& firmware = L"V1",
+                                     const std::wstring& names = L"<O_Tam_ID/>");
 
 inline constexpr CLSID kConverterClass = {
     0x7A0E3B51, 0x3A0C, 0x4C3B, {0x9B, 0x0E, 0x5D, 0x1F, 0x52, 0x8C, 0x11, 0xA1}};

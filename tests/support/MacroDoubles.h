@@ -1,12 +1,10 @@
 #pragma once
 
-#include "com/Conversion.h"
-#include "com/Object.h"
-
-#include <OrvDBFaces.h>
+#include "tests/support/Recorder.h"
 
 #include <cstddef>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,99 +14,58 @@
 
 namespace support {
 
-/// Fails where told, else answers a key and counts how often.
-class ConnectedItem final : public com::DualObject<ConnectedItem, IMacroConnectedItem> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    explicit ConnectedItem(std::wstring key) : key_(std::move(key)) {}
-    HRESULT result = S_OK;
-    int reads = 0;
+/// A list of the host's, which gives its members by position from 1. An empty
+/// reference is a position that has none.
+struct ListDouble {
+    using Members = std::vector<com::Ref<Recorder>>;
 
-    STDMETHODIMP get_key(BSTR* value) override {
-        ++reads;
-        *value = SUCCEEDED(result) ? com::Bstr(key_).Detach() : nullptr;
-        return result;
+    ListDouble(std::wstring label, const IID& face) : object(Recorder::Make(std::move(label), {&face})) {
+        object->On(L"get Count", [held = members](const Invocation& call) {
+            return call.Answer(com::Variant(static_cast<long>(held->size())).Get());
+        });
+        object->On(L"get Item", [held = members, code = itemCode](const Invocation& call) {
+            const long position = call.Input(0).lVal;
+            if (position < 1 || position > static_cast<long>(held->size())) {
+                return DISP_E_BADINDEX;
+            }
+            const HRESULT answered = call.Answer(held->at(static_cast<std::size_t>(position) - 1));
+            return FAILED(*code) ? *code : answered;
+        });
+        object->RefuseOthers();
     }
 
-  private:
-    std::wstring key_;
-};
-
-/// The items of a group; a position without one is an empty reference.
-class ConnectedItems final : public com::DualObject<ConnectedItems, IMacroConnectedItems> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    std::vector<com::Ref<ConnectedItem>> items;
-    HRESULT countResult = S_OK;
-    HRESULT itemResult = S_OK;
-
-    STDMETHODIMP get_Count(long* value) override {
-        *value = static_cast<long>(items.size());
-        return countResult;
-    }
-    STDMETHODIMP get_Item(long position, IMacroConnectedItem** value) override {
-        *value = nullptr;
-        if (position < 1 || position > static_cast<long>(items.size())) {
-            return DISP_E_BADINDEX;
-        }
-        *value = com::Ref<IMacroConnectedItem>(items[static_cast<std::size_t>(position) - 1]).Detach();
-        return itemResult;
-    }
-    STDMETHODIMP get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
-};
-
-class ConnectionGroup final : public com::DualObject<ConnectionGroup, IMacroConnectionGroup> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    com::Ref<ConnectedItems> items = ConnectedItems::Make();
-    HRESULT result = S_OK;
-
-    STDMETHODIMP get_Items(IMacroConnectedItems** value) override {
-        *value = SUCCEEDED(result) ? com::Ref<IMacroConnectedItems>(items).Detach() : nullptr;
-        return result;
-    }
-};
-
-class ConnectionGroups final : public com::DualObject<ConnectionGroups, IMacroConnectionGroups> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    std::vector<com::Ref<ConnectionGroup>> groups;
-    HRESULT countResult = S_OK;
-
-    STDMETHODIMP get_Count(long* value) override {
-        *value = static_cast<long>(groups.size());
-        return countResult;
-    }
-    STDMETHODIMP get_Item(long position, IMacroConnectionGroup** value) override {
-        *value = nullptr;
-        if (position < 1 || position > static_cast<long>(groups.size())) {
-            return DISP_E_BADINDEX;
-        }
-        *value = com::Ref<IMacroConnectionGroup>(groups[static_cast<std::size_t>(position) - 1]).Detach();
-        return S_OK;
-    }
-    STDMETHODIMP get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
-};
-
-class Connections final : public com::DualObject<Connections, IMacroConnections> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    com::Ref<ConnectionGroups> groups = ConnectionGroups::Make();
-    HRESULT result = S_OK;
-
-    STDMETHODIMP get_Groups(IMacroConnectionGroups** value) override {
-        *value = SUCCEEDED(result) ? com::Ref<IMacroConnectionGroups>(groups).Detach() : nullptr;
-        return result;
-    }
+    std::shared_ptr<Members> members = std::make_shared<Members>();
+    /// What giving a member answers, which is given all the same.
+    std::shared_ptr<HRESULT> itemCode = std::make_shared<HRESULT>(S_OK);
+    com::Ref<Recorder> object;
 };
 
 /// A group of items with these keys.
-inline com::Ref<ConnectionGroup> GroupOf(std::initializer_list<const wchar_t*> keys) {
-    auto group = ConnectionGroup::Make();
-    for (const wchar_t* key : keys) {
-        group->items->items.push_back(ConnectedItem::Make(key));
+struct GroupDouble {
+    explicit GroupDouble(std::initializer_list<const wchar_t*> keys) {
+        for (const wchar_t* key : keys) {
+            items.members->push_back(Recorder::Make(L"item", {&__uuidof(IMacroConnectedItem)}));
+            items.members->back()->Set(L"Key", key);
+        }
+        object->Set(L"Items", items.object);
     }
-    return group;
-}
+    com::Ref<Recorder>& Item(std::size_t index) const { return items.members->at(index); }
+
+    ListDouble items{L"items", __uuidof(IMacroConnectedItems)};
+    com::Ref<Recorder> object = Recorder::Make(L"group", {&__uuidof(IMacroConnectionGroup)});
+};
+
+/// The project that has the groups.
+struct ConnectionsDouble {
+    ConnectionsDouble() { object->Set(L"Groups", groups.object); }
+    GroupDouble Add(std::initializer_list<const wchar_t*> keys) const {
+        GroupDouble group(keys);
+        groups.members->push_back(group.object);
+        return group;
+    }
+
+    ListDouble groups{L"groups", __uuidof(IMacroConnectionGroups)};
+    com::Ref<Recorder> object = Recorder::Make(L"connections", {&__uuidof(IMacroConnections)});
+};
 
 } // namespace support

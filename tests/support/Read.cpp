@@ -4,6 +4,11 @@
 
 namespace support {
 
+std::wstring HelpText(BSTR file, DWORD context) {
+    const bool isNone = com::View(file).empty() && context == 0;
+    return isNone ? std::wstring() : com::Text(file) + L"#" + std::to_wstring(context);
+}
+
 ErrorTexts LastError() {
     com::Ref<IErrorInfo> info;
     ErrorTexts texts;
@@ -13,6 +18,11 @@ ErrorTexts LastError() {
         texts.description = text.View();
         info->GetSource(text.Put());
         texts.source = text.View();
+        DWORD context = 0;
+        info->GetHelpFile(text.Put());
+        info->GetHelpContext(&context);
+        texts.help = HelpText(text.Get(), context);
+        info->GetGUID(&texts.guid);
     }
     return texts;
 }

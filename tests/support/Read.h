@@ -71,11 +71,15 @@ com::Ref<J> Item(const com::Ref<I>& collection, HRESULT (STDMETHODCALLTYPE I::*g
     return item;
 }
 
-/// What the last failed call left as its error: description and source.
+/// What the last failed call left as its error.
 struct ErrorTexts {
     std::wstring description;
     std::wstring source;
+    /// Help file and context: "double.hlp#4711"; empty where there is neither.
+    std::wstring help;
+    GUID guid{};
 };
+std::wstring HelpText(BSTR file, DWORD context);
 ErrorTexts LastError();
 /// Whether there is an error object; it is taken.
 bool HasLastError();

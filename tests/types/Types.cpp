@@ -72,7 +72,6 @@ Type TypesTest::FromEntry(const std::wstring& children, const std::wstring& attr
 }
 
 com::Ref<IAttribute> TypesTest::Untyped(const CalledFrom&) {
-    constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
     module = NewModule();
     const com::Bstr stream(Stream({}, {}, L"<Gain/>"));
     EXPECT_EQ(module.As<ITamObject>()->LoadFromXmlStream(stream.Get()), kObjectNotSet);

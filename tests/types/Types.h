@@ -8,11 +8,6 @@
 
 namespace types {
 
-/// Type mismatch, overflow and object not set, as messages name them.
-inline constexpr const wchar_t* kTypeMismatchText = L"Type mismatch";
-inline constexpr const wchar_t* kOverflowText = L"Overflow";
-inline constexpr const wchar_t* kObjectNotSetText = L"Object variable or With block variable not set";
-
 using Type = com::Ref<ISNVType>;
 
 /// A catalogue entry: <SNVT_id attributes>children</SNVT_id>.
