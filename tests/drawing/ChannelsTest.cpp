@@ -156,7 +156,7 @@ TEST_P(ChannelsTest, FindsEachPinByItsArea) {
 
 INSTANTIATE_TEST_SUITE_P(Sheets, ChannelsTest, testing::Values(SheetWithChannels, LargeSheet));
 
-TEST(ChannelPlacesTest, PutsAChannelWhereMostOfItsItemsAre) {
+TEST(ChannelsPlacesTest, PutsAChannelWhereMostOfItsItemsAre) {
     const Drawing drawing = Draw(SheetWithChannels(), EvenWidth);
     const auto bodies = ShapesOf<Rectangle>(drawing, Paint::body);
     ASSERT_EQ(4U, bodies.size());
@@ -165,7 +165,7 @@ TEST(ChannelPlacesTest, PutsAChannelWhereMostOfItsItemsAre) {
     EXPECT_GT(bodies[3].x, bodies[0].x); // DO1: one of each
 }
 
-TEST(ChannelPlacesTest, PassesOverMirrorsOfWhatIsNotThere) {
+TEST(ChannelsPlacesTest, PassesOverMirrorsOfWhatIsNotThere) {
     Sheet sheet = SheetWithChannels();
     sheet.mirrors = {{{0, Side::input, 9}, {1, Side::output, 0}},
                      {{0, Side::input, 0}, {9, Side::input, 0}},

@@ -23,7 +23,7 @@ Rectangle Body(const Drawing& drawing) {
     return ShapesOf<Rectangle>(drawing, Paint::body).at(0);
 }
 
-TEST(DrawTest, PutsInputsLeftAndOutputsRightInTheirOrder) {
+TEST(LayoutDrawTest, PutsInputsLeftAndOutputsRightInTheirOrder) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     const Rectangle body = Body(drawing);
     const double middle = body.x + body.width / 2;
@@ -43,14 +43,14 @@ TEST(DrawTest, PutsInputsLeftAndOutputsRightInTheirOrder) {
     EXPECT_LT(names[3].at.y, names[4].at.y);
 }
 
-TEST(DrawTest, WritesTypeAndAddressOfEachPin) {
+TEST(LayoutDrawTest, WritesTypeAndAddressOfEachPin) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     EXPECT_EQ((Texts{"AO1_In1", "81 lev_percent", "11"}), TextsOf(drawing, PinId{0, Side::input, 0}));
     EXPECT_EQ((Texts{"AI1_Out", "105 temp_p", "14"}), TextsOf(drawing, PinId{0, Side::output, 1}));
     EXPECT_EQ((Texts{"CTX1_In1"}), TextsOf(drawing, PinId{0, Side::input, 2}));
 }
 
-TEST(DrawTest, TellsWiredPinsApart) {
+TEST(LayoutDrawTest, TellsWiredPinsApart) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     EXPECT_EQ(2U, ShapesOf<Polygon>(drawing, Paint::wiredPin).size());
     EXPECT_EQ(3U, ShapesOf<Polygon>(drawing, Paint::openPin).size());
@@ -62,7 +62,7 @@ TEST(DrawTest, TellsWiredPinsApart) {
     EXPECT_GT(tags[1].at.x, Body(drawing).x + Body(drawing).width);
 }
 
-TEST(DrawTest, DrawsAWiredPinOfUnknownOriginWithoutATag) {
+TEST(LayoutDrawTest, DrawsAWiredPinOfUnknownOriginWithoutATag) {
     Sheet sheet = SmallSheet();
     sheet.module.inputs[1].wiredTo.clear();
     const Drawing drawing = Draw(sheet, EvenWidth);
@@ -70,7 +70,7 @@ TEST(DrawTest, DrawsAWiredPinOfUnknownOriginWithoutATag) {
     EXPECT_EQ(2U, ShapesOf<Polygon>(drawing, Paint::wiredPin).size());
 }
 
-TEST(DrawTest, TellsHiddenPinsApart) {
+TEST(LayoutDrawTest, TellsHiddenPinsApart) {
     Sheet sheet = SmallSheet();
     sheet.module.inputs[0].isHidden = true;
     const Drawing drawing = Draw(sheet, EvenWidth);
@@ -78,14 +78,14 @@ TEST(DrawTest, TellsHiddenPinsApart) {
     EXPECT_EQ(1U, ShapesOf<Line>(drawing, Paint::hiddenStub).size());
 }
 
-TEST(DrawTest, HasThePictureOnlyWhereThereIsAnIcon) {
+TEST(LayoutDrawTest, HasThePictureOnlyWhereThereIsAnIcon) {
     Sheet sheet = SmallSheet();
     EXPECT_EQ(1U, ShapesOf<Picture>(Draw(sheet, EvenWidth), Paint::head).size());
     sheet.module.hasIcon = false;
     EXPECT_EQ(0U, ShapesOf<Picture>(Draw(sheet, EvenWidth), Paint::head).size());
 }
 
-TEST(DrawTest, KeepsEverythingWithinItsSize) {
+TEST(LayoutDrawTest, KeepsEverythingWithinItsSize) {
     Sheet sheet = SmallSheet();
     sheet.module.name = std::string(500, 'W');
     sheet.module.inputs[1].wiredTo = std::string(500, 'W');
@@ -101,7 +101,7 @@ TEST(DrawTest, KeepsEverythingWithinItsSize) {
     EXPECT_LT(drawing.width, 1000);
 }
 
-TEST(DrawTest, KeepsWordsOfBothSidesApart) {
+TEST(LayoutDrawTest, KeepsWordsOfBothSidesApart) {
     Sheet sheet = SmallSheet();
     sheet.module.inputs[0].name = std::string(500, 'i');
     sheet.module.outputs[0].type = std::string(500, 'o');
@@ -124,7 +124,7 @@ TEST(DrawTest, KeepsWordsOfBothSidesApart) {
     EXPECT_TRUE(TextsOf(drawing, PinId{0, Side::output, 0})[1].ends_with("\u2026"));
 }
 
-TEST(NarrowDrawTest, GivesEachPinARowWithWhatItIsWiredTo) {
+TEST(LayoutNarrowDrawTest, GivesEachPinARowWithWhatItIsWiredTo) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth, Format::narrow);
     EXPECT_EQ((Texts{"from DI1_Out", "to DO1_In1"}), TextsOf(drawing, Paint::tagText));
     const Rectangle body = Body(drawing);
@@ -140,7 +140,7 @@ TEST(NarrowDrawTest, GivesEachPinARowWithWhatItIsWiredTo) {
     EXPECT_LT(drawing.width, Draw(SmallSheet(), EvenWidth).width);
 }
 
-TEST(NarrowDrawTest, KeepsChipsAndNamesApart) {
+TEST(LayoutNarrowDrawTest, KeepsChipsAndNamesApart) {
     Sheet sheet = SmallSheet();
     sheet.module.inputs[1].name = std::string(500, 'i');
     sheet.module.inputs[1].wiredTo = std::string(500, 'o');
@@ -151,7 +151,7 @@ TEST(NarrowDrawTest, KeepsChipsAndNamesApart) {
     EXPECT_LE(chip.x + chip.width, Body(drawing).x + Body(drawing).width);
 }
 
-TEST(DrawTest, DrawsABlockWithoutPoints) {
+TEST(LayoutDrawTest, DrawsABlockWithoutPoints) {
     const Drawing drawing = Draw(Sheet{}, EvenWidth);
     EXPECT_EQ(1U, ShapesOf<Rectangle>(drawing, Paint::body).size());
     EXPECT_GT(drawing.width, 0);
@@ -159,7 +159,7 @@ TEST(DrawTest, DrawsABlockWithoutPoints) {
     EXPECT_TRUE(drawing.spots.empty());
 }
 
-TEST(PinAtTest, FindsEachPinByItsArea) {
+TEST(LayoutPinAtTest, FindsEachPinByItsArea) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     ASSERT_EQ(5U, drawing.spots.size());
     for (const Spot& spot : drawing.spots) {
@@ -170,14 +170,14 @@ TEST(PinAtTest, FindsEachPinByItsArea) {
     }
 }
 
-TEST(PinAtTest, FindsAPinAtItsArrowAndAtItsTag) {
+TEST(LayoutPinAtTest, FindsAPinAtItsArrowAndAtItsTag) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     EXPECT_EQ((PinId{0, Side::input, 1}), PinAt(drawing, ShapesOf<Text>(drawing, Paint::tagText)[0].at));
     const Polygon arrow = ShapesOf<Polygon>(drawing, Paint::wiredPin)[1];
     EXPECT_EQ((PinId{0, Side::output, 0}), PinAt(drawing, arrow.points[1]));
 }
 
-TEST(PinAtTest, FindsNothingBesideThePins) {
+TEST(LayoutPinAtTest, FindsNothingBesideThePins) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     const Rectangle head = ShapesOf<Rectangle>(drawing, Paint::head).at(0);
     EXPECT_EQ(std::nullopt, PinAt(drawing, {head.x + head.width / 2, head.y + head.height / 2}));
@@ -186,7 +186,7 @@ TEST(PinAtTest, FindsNothingBesideThePins) {
     EXPECT_EQ(nullptr, AreaOf(drawing, PinId{0, Side::output, 2}));
 }
 
-TEST(DrawTest, DrawsTenThousandPins) {
+TEST(LayoutDrawTest, DrawsTenThousandPins) {
     Sheet sheet;
     for (std::size_t i = 0; i < 5000; ++i) {
         sheet.module.inputs.push_back(OpenPin("In" + std::to_string(i)));

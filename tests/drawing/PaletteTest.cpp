@@ -43,7 +43,7 @@ TEST_P(PaletteTest, TellsWiredPinsApartWithoutColour) {
 
 INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest, testing::Values(Scheme::light, Scheme::dark));
 
-TEST(ContrastTest, GoesFromOneToTwentyOne) {
+TEST(PaletteContrastTest, GoesFromOneToTwentyOne) {
     EXPECT_DOUBLE_EQ(21, Contrast(0x000000, 0xFFFFFF));
     EXPECT_DOUBLE_EQ(21, Contrast(0xFFFFFF, 0x000000));
     EXPECT_DOUBLE_EQ(1, Contrast(0x336699, 0x336699));

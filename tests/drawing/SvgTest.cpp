@@ -26,21 +26,21 @@ std::string SvgOf(const Sheet& sheet, const SvgOptions& options) {
     return Svg(Draw(sheet, EvenWidth), sheet, options);
 }
 
-TEST(EscapedTest, WritesMarkupAsText) {
+TEST(SvgEscapedTest, WritesMarkupAsText) {
     EXPECT_EQ("&lt;script&gt;alert(&#39;1&#39;)&lt;/script&gt; &amp; &quot;x&quot;",
               Escaped("<script>alert('1')</script> & \"x\""));
     EXPECT_EQ("\u00B0C \u6C34", Escaped("\u00B0C \u6C34"));
     EXPECT_EQ("a\tb\nc", Escaped("a\tb\nc"));
 }
 
-TEST(EscapedTest, ReplacesWhatNoDocumentMayHold) {
+TEST(SvgEscapedTest, ReplacesWhatNoDocumentMayHold) {
     EXPECT_EQ("a\uFFFDb\uFFFD", Escaped(std::string("a\0b\x1B", 4)));
     EXPECT_EQ("\uFFFD", Escaped("\r"));
     EXPECT_EQ("\uFFFD", Escaped("\xEF\xBF\xBE"));
     EXPECT_EQ("\uFFFD", Escaped("\xC2"));
 }
 
-TEST(InWordsTest, TellsWhatIsKnownOfAPin) {
+TEST(SvgInWordsTest, TellsWhatIsKnownOfAPin) {
     EXPECT_EQ("input DO1_In1, type 95 switch, address 2, wired to DI1_Out",
               InWords(WiredPin("DO1_In1", "DI1_Out"), Side::input));
     EXPECT_EQ("output A, wired", InWords({.name = "A", .isWired = true}, Side::output));

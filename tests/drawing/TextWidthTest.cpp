@@ -24,12 +24,12 @@ std::vector<char32_t> CharactersOf(const std::string& text) {
 
 using Characters = std::vector<char32_t>;
 
-TEST(NextCharacterTest, ReadsCharactersOfEveryLength) {
+TEST(TextWidthNextCharacterTest, ReadsCharactersOfEveryLength) {
     EXPECT_EQ((Characters{U'a', 0xB0, 0x20AC, 0x1F600, U'z'}),
               CharactersOf("a\xC2\xB0\xE2\x82\xAC\xF0\x9F\x98\x80z"));
 }
 
-TEST(NextCharacterTest, TakesABrokenByteForOneReplacement) {
+TEST(TextWidthNextCharacterTest, TakesABrokenByteForOneReplacement) {
     EXPECT_EQ((Characters{0xFFFD, U'a'}), CharactersOf("\xFF"
                                                        "a"));
     EXPECT_EQ((Characters{0xFFFD, U'a'}), CharactersOf("\xC2"
@@ -43,24 +43,24 @@ TEST(NextCharacterTest, TakesABrokenByteForOneReplacement) {
     EXPECT_EQ((Characters{0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD}), CharactersOf("\xF4\x90\x80\x80"));
 }
 
-TEST(ShortenedTest, LeavesWhatFits) {
+TEST(TextWidthShortenedTest, LeavesWhatFits) {
     EXPECT_EQ("AI1_Out", Shortened("AI1_Out", Font::tag, 7 * 5.5, EvenWidth));
     EXPECT_EQ("", Shortened("", Font::tag, 0, EvenWidth));
 }
 
-TEST(ShortenedTest, KeepsTheLongestBeginningThatFits) {
+TEST(TextWidthShortenedTest, KeepsTheLongestBeginningThatFits) {
     // The ellipsis is three bytes long, so three letters wide here.
     EXPECT_EQ("AI1\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5, EvenWidth));
     EXPECT_EQ("AI\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5 - 0.1, EvenWidth));
     EXPECT_EQ("\u2026", Shortened("AI1_Out", Font::tag, 1, EvenWidth));
 }
 
-TEST(ShortenedTest, CutsBetweenCharacters) {
+TEST(TextWidthShortenedTest, CutsBetweenCharacters) {
     const std::string degrees = "\u00B0\u00B0\u00B0\u00B0\u00B0";
     EXPECT_EQ("\u00B0\u2026", Shortened(degrees, Font::tag, 6 * 5.5, EvenWidth));
 }
 
-TEST(WidthByTableTest, GrowsWithTheTextAndTheFont) {
+TEST(TextWidthByTableTest, GrowsWithTheTextAndTheFont) {
     EXPECT_EQ(0, WidthByTable("", Font::name));
     EXPECT_LT(WidthByTable("il", Font::name), WidthByTable("WM", Font::name));
     EXPECT_DOUBLE_EQ(2 * WidthByTable("AI1", Font::name), WidthByTable("AI1AI1", Font::name));
