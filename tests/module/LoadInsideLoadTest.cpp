@@ -1,5 +1,5 @@
 #include "tests/module/Module.h"
-#include "tests/support/BusyHosts.h"
+#include "tests/support/HostWindows.h"
 
 #include <functional>
 #include <string>

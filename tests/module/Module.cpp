@@ -1,7 +1,6 @@
 #include "tests/module/Module.h"
 
 #include <cstddef>
-#include <utility>
 
 namespace modules {
 
@@ -15,30 +14,7 @@ constexpr const wchar_t* kCatalogue =
     L"<SNVT_36><Name>String</Name><Type>Textual</Type><Length>31</Length></SNVT_36>"
     L"<SNVT_95><Name>Switch</Name><Type>Enum</Type></SNVT_95>";
 
-constexpr UINT kTurn = WM_APP + 1;
-
 } // namespace
-
-OnYield::OnYield(std::function<void()> action) : action_(std::move(action)) {
-    window_ = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnYield::Procedure));
-    PostMessageW(window_, kTurn, 0, 0);
-}
-
-OnYield::~OnYield() {
-    DestroyWindow(window_);
-}
-
-LRESULT CALLBACK OnYield::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto* self = reinterpret_cast<OnYield*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (message == kTurn && self != nullptr) {
-        self->ran_ = true;
-        self->action_();
-        return 0;
-    }
-    return DefWindowProcW(window, message, wParam, lParam);
-}
 
 std::wstring Bare(std::wstring xml) {
     std::wstring bare;

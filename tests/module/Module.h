@@ -1,10 +1,10 @@
 #pragma once
 
 #include "tests/support/Fixture.h"
+#include "tests/support/HostWindows.h"
 
 #include "com/Object.h"
 
-#include <functional>
 #include <list>
 #include <string>
 
@@ -12,23 +12,6 @@ namespace modules {
 
 /// Where most reports of the module object say that they come from.
 inline constexpr const wchar_t* kLocation = L"O_Tam_id Class Module CDBAppObject";
-
-/// Calls `action` once, when the thread's message loop is next given a turn.
-class OnYield {
-  public:
-    explicit OnYield(std::function<void()> action);
-    ~OnYield();
-    OnYield(const OnYield&) = delete;
-    OnYield& operator=(const OnYield&) = delete;
-    bool Ran() const noexcept { return ran_; }
-
-  private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-
-    std::function<void()> action_;
-    HWND window_ = nullptr;
-    bool ran_ = false;
-};
 
 /// The text form of a node without the line breaks and the indentation that a
 /// DOM may put between elements.

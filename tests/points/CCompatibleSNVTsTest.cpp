@@ -1,5 +1,5 @@
-#include "tests/points/Listener.h"
 #include "tests/points/Points.h"
+#include "tests/support/HostWindows.h"
 
 #include "com/LateBound.h"
 

@@ -1,6 +1,5 @@
-#include "tests/points/Listener.h"
 #include "tests/points/Points.h"
-#include "tests/support/BusyHosts.h"
+#include "tests/support/HostWindows.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tests/points/Listener.h"
+#include "tests/support/HostWindows.h"
 #include "tests/types/Types.h"
 
 #include <functional>
@@ -30,7 +30,7 @@ class UnusualCatalogueLimitsTest : public TypesTest {
         const Document document = Parse(L"<C><SNVT_1 Factor='3'><Name>First</Name><Type>Bad</Type>"
                                         L"<Name>Last</Name></SNVT_1></C>");
         HandOver(document);
-        const points::Listener changing([&] { change(document); });
+        const Listener changing([&] { change(document); });
         const auto gain = Untyped();
         changing.Post();
         const Answers answers = AnswersOf(Assign(gain, L"1"));

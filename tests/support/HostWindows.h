@@ -5,8 +5,8 @@
 #include <functional>
 #include <utility>
 
-// Windows of a host that always have a message waiting. So that a loop which
-// waits for an end of them fails its test instead of hanging, each gives up.
+// Windows of a host, which do something when the component lets its messages be
+// handled.
 
 namespace support {
 
@@ -45,6 +45,28 @@ class HostWindow {
     HWND window_;
     int handled_ = 0;
 };
+
+/// Calls something whenever a message that was posted to it is handled.
+class Listener : public HostWindow {
+  public:
+    explicit Listener(std::function<void()> heard) : heard_(std::move(heard)) {}
+    void Post() const { PostMessageW(Window(), WM_APP + 1, 0, 0); }
+
+  private:
+    void Handle() override { heard_(); }
+    std::function<void()> heard_;
+};
+
+/// A listener with one message posted: it acts at the next turn that the thread's
+/// message loop is given.
+class OnYield final : public Listener {
+  public:
+    explicit OnYield(std::function<void()> action) : Listener(std::move(action)) { Post(); }
+    bool Ran() const noexcept { return Handled() != 0; }
+};
+
+// Those that follow always have a message waiting. So that a loop which waits for
+// an end of them fails its test instead of hanging, each gives up.
 
 /// Posts its message to itself again whenever it handles it.
 class Reposter final : public HostWindow {
