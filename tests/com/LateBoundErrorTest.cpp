@@ -2,10 +2,12 @@
 // raised: they are the caller's to give back.
 
 #include "com/Conversion.h"
+#include "tests/support/ByNameDouble.h"
 #include "tests/support/Fixture.h"
 #include "tests/support/ImportPatch.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace {
@@ -24,27 +26,13 @@ BSTR Raised(const wchar_t* text) {
     return raised.back();
 }
 
-/// Every member raises an error with all of its texts.
-class Raiser final : public IDispatch {
+/// A data point whose members raise an error with all of its texts.
+class Raiser final : public support::ByNameDouble {
   public:
-    virtual ~Raiser() = default;
+    Raiser() : ByNameDouble({L"Name", L"Value", L"SNVTType"}) {}
 
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-        *out = known ? this : nullptr;
-        return known ? S_OK : E_NOINTERFACE;
-    }
-    // It lives on the test's stack.
-    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-    STDMETHODIMP_(ULONG) Release() override { return 1; }
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* ids) override {
-        *ids = 1;
-        return S_OK;
-    }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO* exception,
-                        UINT*) override {
+  private:
+    HRESULT Call(std::size_t, WORD, DISPPARAMS&, VARIANT*, EXCEPINFO* exception) override {
         exception->bstrSource = Raised(L"Host");
         exception->bstrDescription = Raised(L"The member is out of order");
         exception->bstrHelpFile = Raised(L"host.hlp");
@@ -63,8 +51,8 @@ TEST_F(LateBoundErrorTest, GivesBackTheTextsOfAnError) {
     realFree = patch.Original<void(STDAPICALLTYPE*)(BSTR)>();
     raised.clear();
     freed.clear();
-    Raiser object;
-    EXPECT_EQ(dialogs->EditValue(&object), E_ACCESSDENIED);
+    const auto point = com::Ref<Raiser>::Own(new Raiser);
+    EXPECT_EQ(dialogs->EditValue(point.Get()), E_ACCESSDENIED);
     ASSERT_FALSE(raised.empty());
     for (const BSTR text : raised) {
         // Its place may be used again, and so come up more than once.

@@ -1,6 +1,5 @@
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
-#include "tests/dialogs/HostPoint.h"
 
 namespace dialogs {
 namespace {

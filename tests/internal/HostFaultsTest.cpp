@@ -1,8 +1,8 @@
 #include "com/Counted.h"
 #include "tests/internal/Channel.h"
+#include "tests/support/Values.h"
 
 #include <array>
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <utility>
@@ -17,39 +17,6 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
-/// An enumerator over any values, which ends with a result of its own.
-class Values final : public com::Counted<IEnumVARIANT> {
-  public:
-    static com::Ref<IUnknown> Make(std::vector<com::Variant> values, HRESULT end) {
-        return com::Ref<IUnknown>::Own(new Values(std::move(values), end));
-    }
-    STDMETHODIMP Next(ULONG, VARIANT* items, ULONG*) override {
-        if (next_ == values_.size()) {
-            return end_;
-        }
-        *items = values_[next_++].Detach();
-        return S_OK;
-    }
-    STDMETHODIMP Skip(ULONG) override { return E_NOTIMPL; }
-    STDMETHODIMP Reset() override { return E_NOTIMPL; }
-    STDMETHODIMP Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
-
-  private:
-    Values(std::vector<com::Variant> values, HRESULT end) : values_(std::move(values)), end_(end) {}
-
-    std::vector<com::Variant> values_;
-    std::size_t next_ = 0;
-    HRESULT end_;
-};
-
-com::Variant Object(IUnknown* object, VARTYPE type) {
-    com::Variant value;
-    VARIANT& raw = *value.Put();
-    raw.vt = type;
-    raw.punkVal = com::Ref<IUnknown>(object).Detach();
-    return value;
-}
-
 class HostFaultsTest : public InternalTest {
   protected:
     com::Ref<IAppObject> Fresh() { return NewChannel(L"AI3", Device().Get()); }
@@ -60,8 +27,8 @@ class HostFaultsTest : public InternalTest {
         const com::Ref<IUnknown> held(item);
         collection->On(L"get NewEnum", [held, type, end](const Invocation& call) {
             std::vector<com::Variant> values;
-            values.push_back(type == VT_I4 ? com::Variant(5L) : Object(held.Get(), type));
-            return call.Answer(Values::Make(std::move(values), end).Get());
+            values.push_back(type == VT_I4 ? com::Variant(5L) : support::ObjectValue(held.Get(), type));
+            return call.Answer(support::Values::Make(std::move(values), end).Get());
         });
     }
     static void AnswersNone(const Double& object, const wchar_t* member) {
@@ -141,7 +108,7 @@ TEST_F(HostFaultsTest, NeedsAnEnumeratorOfEachCollection) {
         });
         ExpectRaised(Creation(), kTypeMismatch);
         (*collection)->On(L"get NewEnum", [](const Invocation& call) {
-            return call.Answer(Values::Make({}, S_FALSE).Get());
+            return call.Answer(support::Values::Make({}).Get());
         });
         EXPECT_EQ(Creation(), S_OK);
     }
@@ -157,7 +124,7 @@ TEST_F(HostFaultsTest, NeedsPointsInEachCollection) {
         Enumerates(*collection, VT_DISPATCH, channel->As<IUnknown>().Get());
         ExpectRaised(Creation(), kTypeMismatch);
         (*collection)->On(L"get NewEnum", [](const Invocation& call) {
-            return call.Answer(Values::Make({}, S_FALSE).Get());
+            return call.Answer(support::Values::Make({}).Get());
         });
     }
 }
@@ -179,7 +146,7 @@ TEST_F(HostFaultsTest, PassesAnEnumeratorsErrorBack) {
         Enumerates(*collection, VT_DISPATCH, point->As<IDispatch>().Get(), kCode);
         EXPECT_EQ(Creation(), kCode);
         (*collection)->On(L"get NewEnum", [](const Invocation& call) {
-            return call.Answer(Values::Make({}, S_FALSE).Get());
+            return call.Answer(support::Values::Make({}).Get());
         });
     }
 }

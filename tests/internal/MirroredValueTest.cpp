@@ -1,53 +1,16 @@
 #include "com/LateBound.h"
-#include "tests/internal/Channel.h"
+#include "tests/internal/Mirrored.h"
 
 #include <string>
 #include <vector>
 
-// What the inputs and the attributes of a channel object share: a value that is
-// written goes to the wrapped point and then to the point of the container that
-// has the channel's key before its name.
+// What the inputs and the attributes of a channel object share.
 
 namespace internal_tests {
 
 namespace {
 
 using Texts = std::vector<std::wstring>;
-
-struct MirroredInput {
-    using Point = IInput;
-    static constexpr const char* kName = "Input";
-    static constexpr const wchar_t* kPoint = L"In1";
-    static constexpr const wchar_t* kMirror = L"AI3_In1";
-    static constexpr const wchar_t* kOther = L"AI1_In1";
-    static constexpr const wchar_t* kCollection = L"get Inputs";
-    /// The inputs are walked, the attributes looked up.
-    static constexpr bool kWalks = true;
-    static constexpr const wchar_t* kSearch = L"get NewEnum";
-    static com::Ref<IInput> Of(const com::Ref<IAppObject>& object) { return InputOf(object, kPoint); }
-    static Double New(const std::wstring& name) { return NewInput(name, name); }
-    static void Fill(HostObject& container, const Doubles& points) {
-        container.Fill(L"container", points, {}, {});
-    }
-    static const Double& Searched(const HostObject& container) { return container.inputs; }
-};
-
-struct MirroredAttribute {
-    using Point = IAttribute;
-    static constexpr const char* kName = "Attribute";
-    static constexpr const wchar_t* kPoint = L"Gain";
-    static constexpr const wchar_t* kMirror = L"AI3_Gain";
-    static constexpr const wchar_t* kOther = L"AI1_Gain";
-    static constexpr const wchar_t* kCollection = L"get Attributes";
-    static constexpr bool kWalks = false;
-    static constexpr const wchar_t* kSearch = L"get Item";
-    static com::Ref<IAttribute> Of(const com::Ref<IAppObject>& object) { return AttributeOf(object, kPoint); }
-    static Double New(const std::wstring& name) { return NewAttribute(name, name); }
-    static void Fill(HostObject& container, const Doubles& points) {
-        container.Fill(L"container", {}, {}, points);
-    }
-    static const Double& Searched(const HostObject& container) { return container.attributes; }
-};
 
 struct MirroredName {
     template <class Kind>
@@ -57,40 +20,7 @@ struct MirroredName {
 };
 
 template <class Kind>
-class MirroredValueTest : public InternalTest {
-  protected:
-    void SetUp() override {
-        InternalTest::SetUp();
-        wrapped = std::wstring(Kind::kPoint) == L"In1" ? in1 : gain;
-        Contain({Kind::kOther, Kind::kMirror});
-        object = Created();
-        point = Kind::Of(object);
-        ASSERT_TRUE(point);
-        Calls().clear();
-    }
-    void TearDown() override {
-        point.Reset();
-        object.Reset();
-        contained.clear();
-        wrapped.Reset();
-        InternalTest::TearDown();
-    }
-    void Contain(const Texts& names) {
-        contained.clear();
-        for (const std::wstring& name : names) {
-            contained.push_back(Kind::New(name));
-        }
-        Kind::Fill(container, contained);
-    }
-    HRESULT Give(const wchar_t* value) { return Put(point, &Kind::Point::put_Value, value); }
-    /// A call of the wrapped point, in words.
-    static std::wstring OfWrapped(const std::wstring& call) { return Kind::kPoint + (L"." + call); }
-
-    Double wrapped;
-    Doubles contained;
-    com::Ref<IAppObject> object;
-    com::Ref<typename Kind::Point> point;
-};
+class MirroredValueTest : public MirroredTest<Kind> {};
 
 using Kinds = testing::Types<MirroredInput, MirroredAttribute>;
 TYPED_TEST_SUITE(MirroredValueTest, Kinds, MirroredName);

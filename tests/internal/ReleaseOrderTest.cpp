@@ -1,10 +1,9 @@
+#include "tests/support/ReleaseOrder.h"
 #include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <numeric>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,12 +25,12 @@ constexpr std::array<const char*, kHeldCount> kHeldNames = {"wrapper", "generic 
 
 class ReleaseOrderTest : public InternalTest {
   protected:
-    using References = std::vector<com::Ref<IUnknown>>;
+    using References = support::HeldByKind<kHeldCount>;
 
     /// Every reference that a host can get at, by kind. The doubles are then
     /// held by nothing else than these.
-    std::array<References, kHeldCount> TakeAll() {
-        std::array<References, kHeldCount> held;
+    References TakeAll() {
+        References held;
         const auto object = Created();
         held[kWrapper] = {object, InternalOf(object)};
         held[kGeneric] = {generic.object->As<IUnknown>()};
@@ -47,7 +46,7 @@ class ReleaseOrderTest : public InternalTest {
         return held;
     }
     /// What is still held knows its channel, and the channel answers.
-    static void ExpectAnswered(const std::array<References, kHeldCount>& held) {
+    static void ExpectAnswered(const References& held) {
         std::vector<com::Ref<IAppObject>> parents;
         for (const auto& item : held[kItems]) {
             if (const auto input = item.As<IInput>()) {
@@ -81,26 +80,13 @@ class ReleaseOrderTest : public InternalTest {
 };
 
 TEST_F(ReleaseOrderTest, EverythingEndsInEveryOrderOfRelease) {
-    std::array<std::size_t, kHeldCount> order{};
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::size_t rounds = 0;
-    do {
-        std::string title;
-        for (const std::size_t kind : order) {
-            title += std::string(kHeldNames[kind]) + ", ";
-        }
-        SCOPED_TRACE(title);
-        auto held = TakeAll();
-        EXPECT_EQ(Dll().CanUnload(), S_FALSE);
-        for (const std::size_t kind : order) {
-            EXPECT_EQ(Dll().CanUnload(), S_FALSE) << "before the " << kHeldNames[kind];
-            held[kind].clear();
-            ExpectAnswered(held);
-        }
-        ExpectAllGone();
-        Renew();
-        ++rounds;
-    } while (std::next_permutation(order.begin(), order.end()));
+    const std::size_t rounds = support::ReleaseInEveryOrder(
+        kHeldNames, [this]() -> support::Component& { return Dll(); }, [this] { return TakeAll(); },
+        ExpectAnswered,
+        [this] {
+            ExpectAllGone();
+            Renew();
+        });
     EXPECT_EQ(rounds, 120u);
 }
 

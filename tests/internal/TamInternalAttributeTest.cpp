@@ -1,5 +1,5 @@
 #include "com/LateBound.h"
-#include "tests/internal/Channel.h"
+#include "tests/internal/Mirrored.h"
 
 #include <string>
 #include <vector>
@@ -10,35 +10,7 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
-class TamInternalAttributeTest : public InternalTest {
-  protected:
-    void SetUp() override {
-        InternalTest::SetUp();
-        Contain({L"AI1_Gain", L"AI3_Gain"});
-        object = Created();
-        attribute = AttributeOf(object, L"Gain");
-        ASSERT_TRUE(attribute);
-        Calls().clear();
-    }
-    void TearDown() override {
-        attribute.Reset();
-        object.Reset();
-        contained.clear();
-        InternalTest::TearDown();
-    }
-    void Contain(const Texts& names) {
-        contained.clear();
-        for (const std::wstring& name : names) {
-            contained.push_back(NewAttribute(name, name));
-        }
-        container.Fill(L"container", {}, {}, contained);
-    }
-    HRESULT Give(const wchar_t* value) { return support::Put(attribute, &IAttribute::put_Value, value); }
-
-    Doubles contained;
-    com::Ref<IAppObject> object;
-    com::Ref<IAttribute> attribute;
-};
+class TamInternalAttributeTest : public MirroredTest<MirroredAttribute> {};
 
 TEST_F(TamInternalAttributeTest, TakesWhateverTheContainersItemFinds) {
     Contain({L"ai3_GAIN"});
@@ -48,9 +20,9 @@ TEST_F(TamInternalAttributeTest, TakesWhateverTheContainersItemFinds) {
 }
 
 TEST_F(TamInternalAttributeTest, MirrorsNeitherSetValueNorBackToDefaultNorTag) {
-    EXPECT_EQ(attribute->SetValue(), S_OK);
-    EXPECT_EQ(attribute->BackToDefault(), S_OK);
-    EXPECT_EQ(support::Put(attribute, &IAttribute::put_Tag, L"t"), S_OK);
+    EXPECT_EQ(point->SetValue(), S_OK);
+    EXPECT_EQ(point->BackToDefault(), S_OK);
+    EXPECT_EQ(support::Put(point, &IAttribute::put_Tag, L"t"), S_OK);
     EXPECT_EQ(Said(), (Texts{L"Gain.SetValue()", L"Gain.BackToDefault()", L"Gain.put Tag(\"t\")"}));
 }
 
@@ -60,12 +32,12 @@ TEST_F(TamInternalAttributeTest, HasTheChannelObjectAsItsParent) {
         EXPECT_TRUE(com::SameObject(parent.Get(), object.Get()));
     }
     EXPECT_EQ(Said(), Texts());
-    EXPECT_EQ(attribute->get_Parent(nullptr), E_POINTER);
+    EXPECT_EQ(point->get_Parent(nullptr), E_POINTER);
 }
 
 TEST_F(TamInternalAttributeTest, OffersNoChangeOfItsType) {
     EXPECT_TRUE(gain->As<IMutableTypeAttribute>());
-    EXPECT_FALSE(attribute.As<IMutableTypeAttribute>());
+    EXPECT_FALSE(point.As<IMutableTypeAttribute>());
 }
 
 TEST_F(TamInternalAttributeTest, UsesTheKeyOfTheInterceptorsMirroring) {

@@ -1,5 +1,5 @@
 #include "com/LateBound.h"
-#include "tests/internal/Channel.h"
+#include "tests/internal/Mirrored.h"
 
 #include <string>
 #include <vector>
@@ -10,35 +10,13 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
-class TamInternalInputTest : public InternalTest {
+class TamInternalInputTest : public MirroredTest<MirroredInput> {
   protected:
     void SetUp() override {
-        InternalTest::SetUp();
+        MirroredTest::SetUp();
         Contain({L"AI1_In1", L"AI3_In1", L"AI3_In2"});
-        object = Created();
-        input = InputOf(object, L"In1");
-        ASSERT_TRUE(input);
         Calls().clear();
     }
-    void TearDown() override {
-        input.Reset();
-        object.Reset();
-        contained.clear();
-        InternalTest::TearDown();
-    }
-    /// Gives the container these inputs; their labels are their names.
-    void Contain(const Texts& names) {
-        contained.clear();
-        for (const std::wstring& name : names) {
-            contained.push_back(NewInput(name, name));
-        }
-        container.Fill(L"container", contained, {}, {});
-    }
-    HRESULT Give(const wchar_t* value) { return support::Put(input, &IInput::put_Value, value); }
-
-    Doubles contained;
-    com::Ref<IAppObject> object;
-    com::Ref<IInput> input;
 };
 
 TEST_F(TamInternalInputTest, WalksTheContainersInputsInOrderUpToTheMatch) {
@@ -78,23 +56,23 @@ TEST_F(TamInternalInputTest, TakesAMissingContainerInputForNoError) {
 
 TEST_F(TamInternalInputTest, IsAlwaysExtended) {
     in1->Set(L"Extended", false);
-    EXPECT_TRUE(support::Flag(input, &IInput::get_Extended));
+    EXPECT_TRUE(support::Flag(point, &IInput::get_Extended));
     EXPECT_TRUE(support::Flag(InputOf(object, L"In2"), &IInput::get_Extended));
-    EXPECT_EQ(Print(com::GetMember(*input.Get(), L"Extended").Get()), L"True");
+    EXPECT_EQ(Print(com::GetMember(*point.Get(), L"Extended").Get()), L"True");
     EXPECT_EQ(Said(L"In1"), Texts());
-    EXPECT_EQ(input->get_Extended(nullptr), E_POINTER);
+    EXPECT_EQ(point->get_Extended(nullptr), E_POINTER);
 }
 
 TEST_F(TamInternalInputTest, HasTheChannelObjectAsItsParent) {
-    const auto parent = support::Object(input, &IInput::get_Parent);
+    const auto parent = support::Object(point, &IInput::get_Parent);
     EXPECT_TRUE(com::SameObject(parent.Get(), object.Get()));
     EXPECT_EQ(Said(), Texts());
-    EXPECT_EQ(input->get_Parent(nullptr), E_POINTER);
+    EXPECT_EQ(point->get_Parent(nullptr), E_POINTER);
 }
 
 TEST_F(TamInternalInputTest, NeedsAWrappedInputThatCanBeWiredForThatSideAlone) {
     in1->HideFace(__uuidof(ISubItemConnable));
-    const auto connable = input.As<ISubItemConnable>();
+    const auto connable = point.As<ISubItemConnable>();
     ASSERT_TRUE(connable);
     ExpectRaised(connable->put_IsConnected(VARIANT_TRUE), kTypeMismatch);
     com::Bstr name(L"before");
@@ -103,16 +81,16 @@ TEST_F(TamInternalInputTest, NeedsAWrappedInputThatCanBeWiredForThatSideAlone) {
     ExpectRaised(connable->get_Name(&left), kTypeMismatch);
     EXPECT_EQ(left, nullptr) << "a failing member leaves nothing in the place for its result";
     SysFreeString(place);
-    EXPECT_EQ(support::Text(input, &IInput::get_Name), L"In1");
+    EXPECT_EQ(support::Text(point, &IInput::get_Name), L"In1");
 }
 
 TEST_F(TamInternalInputTest, WritesByNameWhatAnInputReadsAndOnlyItsWiringSideWrites) {
     VARIANT yes{};
     yes.vt = VT_BOOL;
     yes.boolVal = VARIANT_TRUE;
-    com::PutMember(*input.Get(), L"IsConnected", yes);
+    com::PutMember(*point.Get(), L"IsConnected", yes);
     EXPECT_EQ(Said(), Texts{L"In1.put IsConnected(True)"});
-    EXPECT_EQ(Print(com::GetMember(*input.Get(), L"IsConnected").Get()), L"True");
+    EXPECT_EQ(Print(com::GetMember(*point.Get(), L"IsConnected").Get()), L"True");
 }
 
 } // namespace

@@ -52,23 +52,6 @@ class UnusualCompiler final : public ByNameDouble {
     }
 };
 
-/// A database location that fails with words of its own.
-class LocationInWords final : public com::DualObject<LocationInWords, IDatabaseLocation> {
-  public:
-    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
-    STDMETHODIMP Reserved01() override { return E_NOTIMPL; }
-    STDMETHODIMP Reserved02() override { return E_NOTIMPL; }
-    STDMETHODIMP get_Path(BSTR* value) override {
-        *value = nullptr;
-        com::Ref<ICreateErrorInfo> create;
-        com::Check(CreateErrorInfo(create.Put()));
-        create->SetDescription(com::Bstr(L"No project is open").Get());
-        create->SetSource(com::Bstr(L"Host.Database").Get());
-        SetErrorInfo(0, create.As<IErrorInfo>().Get());
-        return E_ACCESSDENIED;
-    }
-};
-
 /// Hosts that do what is legal and that others do not do.
 class CDBAppObjectUnusualHostTest : public ModuleTest {
   protected:
@@ -119,7 +102,11 @@ TEST_F(CDBAppObjectUnusualHostTest, TakesTextsThatTheCompilerLeavesNullForEmptyO
 }
 
 TEST_F(CDBAppObjectUnusualHostTest, HandsTheWordsOfTheDatabaseLocationToTheHost) {
-    const auto location = LocationInWords::Make();
+    const auto location = Recorder::Make(L"location", {&__uuidof(IDatabaseLocation)});
+    location->On(L"get Path", [](const Invocation&) {
+        LeaveError(L"No project is open", L"Host.Database");
+        return E_ACCESSDENIED;
+    });
     const HostClass registered(kDatabaseLocationClass, L"",
                                [&](REFIID iid, void** out) { return location->QueryInterface(iid, out); });
     const auto module = Sized();

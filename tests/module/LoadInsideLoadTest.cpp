@@ -1,4 +1,5 @@
 #include "tests/module/Module.h"
+#include "tests/support/CalledFrom.h"
 #include "tests/support/HostWindows.h"
 
 #include <functional>
@@ -65,6 +66,15 @@ class LoadInsideLoadTest : public ModuleTest {
             names.push_back(Text(Attribute(module, std::to_wstring(i)), &IAttribute::get_Name));
         }
         return names;
+    }
+    /// A load ends while a window of the host always has a message waiting, which is
+    /// handled once a turn at most.
+    void ExpectLoadedUnder(const HostWindow& window, const CalledFrom& = {}) {
+        module = NewModule();
+        EXPECT_EQ(Load(module, Outer()), S_OK);
+        EXPECT_EQ(Names(), (Texts{L"In1", L"In2", L"Out1", L"Out2", L"A1", L"A2"}));
+        EXPECT_GE(window.Handled(), 1);
+        EXPECT_LE(window.Handled(), kTurns);
     }
     bool HasCollections() const {
         return Object(module, &IAppObject::get_Inputs) || Object(module, &IAppObject::get_Outputs) ||
@@ -228,30 +238,17 @@ TEST_F(LoadInsideLoadTest, BearsAHostThatDropsTheObject) {
 // Hosts whose queue never gets empty.
 
 TEST_F(LoadInsideLoadTest, EndsForAWindowThatPostsItsMessageAgain) {
-    module = NewModule();
     const Reposter window;
-    EXPECT_EQ(Load(module, Outer()), S_OK);
-    EXPECT_EQ(InputCount(module), 2);
-    EXPECT_EQ(AttributeCount(module), 2);
+    ExpectLoadedUnder(window);
     EXPECT_EQ(window.Handled(), kTurns);
 }
 
 TEST_F(LoadInsideLoadTest, EndsForATimerThatExpiresInItsHandler) {
-    module = NewModule();
-    const SlowTimer timer;
-    EXPECT_EQ(Load(module, Outer()), S_OK);
-    EXPECT_EQ(AttributeCount(module), 2);
-    EXPECT_GE(timer.Handled(), 1);
-    EXPECT_LE(timer.Handled(), kTurns);
+    ExpectLoadedUnder(SlowTimer());
 }
 
 TEST_F(LoadInsideLoadTest, EndsForAWindowThatIsNeverValidated) {
-    module = NewModule();
-    const Unpainted window;
-    EXPECT_EQ(Load(module, Outer()), S_OK);
-    EXPECT_EQ(AttributeCount(module), 2);
-    EXPECT_GE(window.Handled(), 1);
-    EXPECT_LE(window.Handled(), kTurns);
+    ExpectLoadedUnder(Unpainted());
 }
 
 } // namespace

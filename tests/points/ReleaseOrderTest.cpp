@@ -1,10 +1,9 @@
+#include "tests/support/ReleaseOrder.h"
 #include "tests/points/Points.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -23,7 +22,7 @@ constexpr std::array<const char*, kHeldCount> kHeldNames = {"module",    "collec
 
 class ReleaseOrderModuleTest : public PointsTest {
   protected:
-    using References = std::vector<com::Ref<IUnknown>>;
+    using References = HeldByKind<kHeldCount>;
     using Change = std::function<void(const com::Ref<IAppObject>&)>;
 
     static std::wstring Points() {
@@ -32,8 +31,8 @@ class ReleaseOrderModuleTest : public PointsTest {
                       Named({L"Out1"}, type), Named({L"Gain"}, type));
     }
     /// Every reference that a host can get at, by kind.
-    std::array<References, kHeldCount> TakeAll(const Change& change) {
-        std::array<References, kHeldCount> held;
+    References TakeAll(const Change& change) {
+        References held;
         const auto object = Loaded(Points());
         const auto inputs = Inputs(object);
         const auto outputs = Outputs(object);
@@ -51,7 +50,7 @@ class ReleaseOrderModuleTest : public PointsTest {
         return held;
     }
     /// What is still held knows its module, and the module answers.
-    static void ExpectAnswered(const std::array<References, kHeldCount>& held) {
+    static void ExpectAnswered(const References& held) {
         std::vector<com::Ref<IAppObject>> parents;
         for (const auto& object : held[kInput]) {
             parents.push_back(Object(object.As<IInput>(), &IInput::get_Parent));
@@ -85,24 +84,10 @@ class ReleaseOrderModuleTest : public PointsTest {
         }
     }
     void ReleaseInEveryOrder(const Change& change) {
-        std::array<std::size_t, kHeldCount> order{};
-        std::iota(order.begin(), order.end(), std::size_t{0});
-        std::size_t rounds = 0;
-        do {
-            std::string title;
-            for (const std::size_t kind : order) {
-                title += std::string(kHeldNames[kind]) + ", ";
-            }
-            SCOPED_TRACE(title);
-            auto held = TakeAll(change);
-            for (const std::size_t kind : order) {
-                EXPECT_EQ(Dll().CanUnload(), S_FALSE) << "before the " << kHeldNames[kind];
-                held[kind].clear();
-                ExpectAnswered(held);
-            }
-            EXPECT_EQ(Dll().CanUnload(), S_OK) << "an object of the component is still alive";
-            ++rounds;
-        } while (std::next_permutation(order.begin(), order.end()) && !HasFailure());
+        const std::size_t rounds = support::ReleaseInEveryOrder(
+            kHeldNames, [this]() -> Component& { return Dll(); }, [&] { return TakeAll(change); },
+            ExpectAnswered,
+            [this] { EXPECT_EQ(Dll().CanUnload(), S_OK) << "an object of the component is still alive"; });
         EXPECT_EQ(rounds, 720u);
     }
 };

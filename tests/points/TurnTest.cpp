@@ -46,30 +46,29 @@ class TurnTest : public PointsTest {
     }
     /// One turn, with an end of the list behind it.
     void GiveTurn() const { Add(L","); }
+    /// A list of three turns is read while a window of the host always has a message
+    /// waiting, which is handled once a turn at most.
+    void ExpectReadUnder(const HostWindow& window, const CalledFrom& = {}) const {
+        Add(L"1,2,3");
+        EXPECT_EQ(Shown(), L"1,2,3");
+        EXPECT_GE(window.Handled(), 1);
+        EXPECT_LE(window.Handled(), 3);
+    }
     std::wstring Shown() const { return Text(list, &ICompatibleSNVTs::ToString); }
 };
 
 TEST_F(TurnTest, EndsForAWindowThatPostsItsMessageAgain) {
     const Reposter window;
-    Add(L"1,2,3");
-    EXPECT_EQ(Shown(), L"1,2,3");
+    ExpectReadUnder(window);
     EXPECT_EQ(window.Handled(), 3) << "one for each turn";
 }
 
 TEST_F(TurnTest, EndsForATimerThatExpiresInItsHandler) {
-    const SlowTimer timer;
-    Add(L"1,2,3");
-    EXPECT_EQ(Shown(), L"1,2,3");
-    EXPECT_GE(timer.Handled(), 1);
-    EXPECT_LE(timer.Handled(), 3);
+    ExpectReadUnder(SlowTimer());
 }
 
 TEST_F(TurnTest, EndsForAWindowThatIsNeverValidated) {
-    const Unpainted window;
-    Add(L"1,2,3");
-    EXPECT_EQ(Shown(), L"1,2,3");
-    EXPECT_GE(window.Handled(), 1);
-    EXPECT_LE(window.Handled(), 3);
+    ExpectReadUnder(Unpainted());
 }
 
 // The system names one window until it is validated, and no other meanwhile.
