@@ -1,5 +1,7 @@
 #pragma once
 
+#include "com/Counted.h"
+
 #include <windows.h>
 
 #include <oaidl.h>
@@ -13,28 +15,8 @@ namespace support {
 
 /// A host's object that is reached by its members' names alone, as one written
 /// in a script. The class derived from it says what its calls do.
-class ByNameDouble : public IDispatch {
+class ByNameDouble : public com::Counted<IDispatch> {
   public:
-    ByNameDouble(const ByNameDouble&) = delete;
-    ByNameDouble& operator=(const ByNameDouble&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
-        *out = known ? this : nullptr;
-        if (!known) {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-    STDMETHODIMP_(ULONG) Release() override {
-        const ULONG left = --references_;
-        if (left == 0) {
-            delete this;
-        }
-        return left;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
@@ -56,15 +38,11 @@ class ByNameDouble : public IDispatch {
 
   protected:
     explicit ByNameDouble(std::vector<std::wstring> names = {}) : names_(std::move(names)) {}
-    virtual ~ByNameDouble() = default;
     /// Arguments stand last one first; `member` is the position of its name.
     virtual HRESULT Call(std::size_t member, WORD flags, DISPPARAMS& params, VARIANT* result,
                          EXCEPINFO* exception) = 0;
 
     std::vector<std::wstring> names_;
-
-  private:
-    ULONG references_ = 1;
 };
 
 } // namespace support
