@@ -1,5 +1,5 @@
+#include "tests/appobject/ShellPatch.h"
 #include "tests/fault/ModuleFault.h"
-#include "tests/module/ShellPatch.h"
 #include "tests/support/MacroDoubles.h"
 #include "tests/support/Recorder.h"
 

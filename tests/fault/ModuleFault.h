@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tests/appobject/Module.h"
 #include "tests/fault/FaultLoop.h"
-#include "tests/module/Module.h"
 
 #include <optional>
 #include <string>

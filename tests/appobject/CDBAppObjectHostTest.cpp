@@ -1,4 +1,4 @@
-#include "tests/module/Module.h"
+#include "tests/appobject/Module.h"
 
 #include "com/LateBound.h"
 #include "tests/support/Recorder.h"

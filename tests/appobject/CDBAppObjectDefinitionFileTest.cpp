@@ -1,7 +1,7 @@
 // How the definition file is found and parsed: which folder, which parser, what
 // is said of a file that the parser refuses.
 
-#include "tests/module/Module.h"
+#include "tests/appobject/Module.h"
 
 #include "common/resource.h"
 #include "tests/support/ImportPatch.h"

@@ -1,5 +1,5 @@
-#include "tests/module/DomFault.h"
-#include "tests/module/Module.h"
+#include "tests/appobject/DomFault.h"
+#include "tests/appobject/Module.h"
 
 #include "com/LateBound.h"
 

@@ -1,4 +1,4 @@
-#include "tests/module/ShellPatch.h"
+#include "tests/appobject/ShellPatch.h"
 
 #include <stdexcept>
 

@@ -1,4 +1,4 @@
-#include "tests/module/DomFault.h"
+#include "tests/appobject/DomFault.h"
 
 #include <algorithm>
 

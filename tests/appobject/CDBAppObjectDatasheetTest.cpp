@@ -1,5 +1,5 @@
-#include "tests/module/Module.h"
-#include "tests/module/ShellPatch.h"
+#include "tests/appobject/Module.h"
+#include "tests/appobject/ShellPatch.h"
 
 #include "com/LateBound.h"
 
