@@ -1,8 +1,13 @@
 # Type libraries and interface headers from IDL, with the IDL compiler of the
-# cross tool chain and Wine's system interfaces.
+# cross tool chain and Wine's system interfaces. A type library is made for one
+# kind of system: the offsets of members in it are in bytes.
 find_program(TAM_WIDL NAMES ${TAM_TRIPLE}-widl widl REQUIRED)
-set(TAM_WIDL_FLAGS -m32 -I "${CMAKE_SOURCE_DIR}/idl" -I /usr/include/wine/wine/windows
-  -L /usr/lib/i386-linux-gnu/wine/i386-windows)
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(tam_widl_system -m64 -L /usr/lib/x86_64-linux-gnu/wine/x86_64-windows)
+else()
+  set(tam_widl_system -m32 -L /usr/lib/i386-linux-gnu/wine/i386-windows)
+endif()
+set(TAM_WIDL_FLAGS ${tam_widl_system} -I "${CMAKE_SOURCE_DIR}/idl" -I /usr/include/wine/wine/windows)
 
 # tam_idl(<name> [DEPENDS <other tlb names>])
 # writes <name>.h and <name>.tlb into the current binary folder.

@@ -1,12 +1,4 @@
-# Cross build for 32-bit Windows with mingw-w64 (POSIX threads variant);
-# programs built here run under Wine.
-set(CMAKE_SYSTEM_NAME Windows)
+# 32-bit Windows.
 set(CMAKE_SYSTEM_PROCESSOR x86)
 set(TAM_TRIPLE i686-w64-mingw32)
-set(CMAKE_C_COMPILER ${TAM_TRIPLE}-gcc-posix)
-set(CMAKE_CXX_COMPILER ${TAM_TRIPLE}-g++-posix)
-set(CMAKE_RC_COMPILER ${TAM_TRIPLE}-windres)
-set(CMAKE_FIND_ROOT_PATH /usr/${TAM_TRIPLE})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+include("${CMAKE_CURRENT_LIST_DIR}/mingw.cmake")

@@ -12,10 +12,12 @@ set -euo pipefail
 build_packages=(
     g++                        # native build of the pure code, with its sanitizers
     g++-mingw-w64-i686-posix   # cross compiler; std::mutex and friends need its posix variant
+    g++-mingw-w64-x86-64-posix # the same for 64-bit Windows
     mingw-w64-tools            # widl, the IDL compiler
     libwine-dev                # the IDL files that widl imports
     wine
     wine32:i386                # runs the 32-bit programs; brings stdole2.tlb for widl
+    wine64                     # runs the 64-bit programs
     fonts-wine                 # Wine's own fonts, among them the symbols of the frames' buttons
     xvfb                       # a display for the dialogs
     xauth                      # xvfb-run, for single programs by hand

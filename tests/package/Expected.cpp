@@ -68,7 +68,7 @@ void AddLibrary(Lines& lines, const std::string& prefix, const Library& library,
                 const std::string& place) {
     const std::string key = prefix + "TypeLib\\" + library.id + "\\1.0";
     Add(lines, key, "", library.help);
-    Add(lines, key + "\\0\\win32", "", place);
+    Add(lines, key + (sizeof(void*) == 8 ? "\\0\\win64" : "\\0\\win32"), "", place);
     Add(lines, key + "\\FLAGS", "", "0");
     Add(lines, key + "\\HELPDIR", "", file.substr(0, file.find_last_of('\\') + 1));
     for (const Interface& entry : library.interfaces) {

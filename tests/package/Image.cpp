@@ -16,8 +16,8 @@ Image::Image(const std::wstring& path) {
     const BOOL read = ReadFile(file, bytes_.data(), static_cast<DWORD>(bytes_.size()), &size, nullptr);
     CloseHandle(file);
     if (read == FALSE || size != bytes_.size() || At<IMAGE_DOS_HEADER>(0)->e_magic != IMAGE_DOS_SIGNATURE ||
-        Headers().Signature != IMAGE_NT_SIGNATURE || Optional().Magic != IMAGE_NT_OPTIONAL_HDR32_MAGIC) {
-        throw std::runtime_error("the file is no 32-bit image");
+        Headers().Signature != IMAGE_NT_SIGNATURE || Optional().Magic != IMAGE_NT_OPTIONAL_HDR_MAGIC) {
+        throw std::runtime_error("the file is no image for this kind of process");
     }
 }
 
@@ -41,13 +41,13 @@ const T* Image::AtAddress(DWORD address) const {
     throw std::runtime_error("an address lies in no section");
 }
 
-const IMAGE_NT_HEADERS32& Image::Headers() const {
-    return *At<IMAGE_NT_HEADERS32>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+const IMAGE_NT_HEADERS& Image::Headers() const {
+    return *At<IMAGE_NT_HEADERS>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
 }
 
 const IMAGE_SECTION_HEADER* Image::SectionHeaders() const {
     const auto start = static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew) +
-                       static_cast<DWORD>(offsetof(IMAGE_NT_HEADERS32, OptionalHeader)) +
+                       static_cast<DWORD>(offsetof(IMAGE_NT_HEADERS, OptionalHeader)) +
                        File().SizeOfOptionalHeader;
     return At<IMAGE_SECTION_HEADER>(start);
 }
@@ -85,14 +85,15 @@ std::map<std::string, std::set<std::string>> Image::Imports() const {
             return imports;
         }
         auto& functions = imports[AtAddress<char>(library.Name)];
-        for (DWORD thunk = library.OriginalFirstThunk;; thunk += sizeof(DWORD)) {
-            const DWORD entry = *AtAddress<DWORD>(thunk);
+        for (DWORD thunk = library.OriginalFirstThunk;; thunk += sizeof(IMAGE_THUNK_DATA)) {
+            const ULONG_PTR entry = AtAddress<IMAGE_THUNK_DATA>(thunk)->u1.Ordinal;
             if (entry == 0) {
                 break;
             }
-            functions.insert((entry & IMAGE_ORDINAL_FLAG32) != 0
-                                 ? std::to_string(IMAGE_ORDINAL32(entry))
-                                 : std::string(AtAddress<IMAGE_IMPORT_BY_NAME>(entry)->Name));
+            functions.insert(
+                (entry & IMAGE_ORDINAL_FLAG) != 0
+                    ? std::to_string(IMAGE_ORDINAL(entry))
+                    : std::string(AtAddress<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(entry))->Name));
         }
     }
 }

@@ -9,7 +9,7 @@
 
 namespace package {
 
-/// The file of a 32-bit DLL, read as a file: what stands in it, not what the
+/// The file of a DLL for this kind of process, read as a file: what stands in it, not what the
 /// loader makes of it. Throws when it is none.
 class Image {
   public:
@@ -21,7 +21,7 @@ class Image {
     explicit Image(const std::wstring& path);
 
     const IMAGE_FILE_HEADER& File() const { return Headers().FileHeader; }
-    const IMAGE_OPTIONAL_HEADER32& Optional() const { return Headers().OptionalHeader; }
+    const IMAGE_OPTIONAL_HEADER& Optional() const { return Headers().OptionalHeader; }
     std::vector<Section> Sections() const;
     /// Names of exports, and how many there are with those that have no name.
     std::vector<std::string> Exports() const;
@@ -34,7 +34,7 @@ class Image {
     const T* At(DWORD offset) const;
     template <class T>
     const T* AtAddress(DWORD address) const;
-    const IMAGE_NT_HEADERS32& Headers() const;
+    const IMAGE_NT_HEADERS& Headers() const;
     const IMAGE_SECTION_HEADER* SectionHeaders() const;
     DWORD Directory(int index) const { return Optional().DataDirectory[index].VirtualAddress; }
 

@@ -36,7 +36,7 @@ class ImageTest : public ::testing::TestWithParam<Case> {
 
 TEST_P(ImageTest, IsADllForThisProcessor) {
     const Image file = File();
-    EXPECT_EQ(IMAGE_FILE_MACHINE_I386, file.File().Machine);
+    EXPECT_EQ(sizeof(void*) == 8 ? IMAGE_FILE_MACHINE_AMD64 : IMAGE_FILE_MACHINE_I386, file.File().Machine);
     EXPECT_NE(0, file.File().Characteristics & IMAGE_FILE_DLL);
     EXPECT_EQ(IMAGE_SUBSYSTEM_WINDOWS_CUI, file.Optional().Subsystem);
     EXPECT_EQ(0U, file.File().NumberOfSymbols) << "symbols were left in it";
@@ -79,7 +79,8 @@ TEST_P(ImageTest, HasNoSectionBothWritableAndExecutable) {
 
 TEST_P(ImageTest, MayLieAnywhereAndRunsNoData) {
     const Image file = File();
-    EXPECT_EQ(IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT,
+    constexpr int kAnywhere = sizeof(void*) == 8 ? IMAGE_DLLCHARACTERISTICS_HIGH_ENTROPY_VA : 0;
+    EXPECT_EQ(IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT | kAnywhere,
               file.Optional().DllCharacteristics);
     EXPECT_EQ(0, file.File().Characteristics & IMAGE_FILE_RELOCS_STRIPPED);
     EXPECT_LT(0U, file.Optional().DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size);
@@ -134,7 +135,7 @@ TEST_P(ImageTest, CarriesBothTypeLibraries) {
         EXPECT_EQ(name, text.View());
         TLIBATTR* attributes = nullptr;
         ASSERT_EQ(S_OK, library->GetLibAttr(&attributes));
-        EXPECT_EQ(SYS_WIN32, attributes->syskind);
+        EXPECT_EQ(sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32, attributes->syskind);
         EXPECT_EQ(1, attributes->wMajorVerNum);
         EXPECT_EQ(0, attributes->wMinorVerNum);
         library->ReleaseTLibAttr(attributes);
@@ -194,7 +195,7 @@ TEST_F(ImageResourcesTest, DrawsWithTheNewCommonControls) {
     const std::string text(bytes, SizeofResource(dll.Module(), found));
     for (const char* part :
          {"<assemblyIdentity type=\"win32\" name=\"Microsoft.Windows.Common-Controls\" version=\"6.0.0.0\"",
-          "processorArchitecture=\"x86\" publicKeyToken=\"6595b64144ccf1df\" language=\"*\"/>"}) {
+          "processorArchitecture=\"*\" publicKeyToken=\"6595b64144ccf1df\" language=\"*\"/>"}) {
         EXPECT_NE(std::string::npos, text.find(part)) << part << " is not in\n" << text;
     }
 
