@@ -30,7 +30,7 @@ from mutate_lane import DLL, Change, Lane, Stopped
 
 FOLDERS = ("core", "appobject", "points", "types", "dialogs", "internal", "common", "com", "component")
 # The tests of these folders stand under another name.
-TESTED_IN = {"appobject": "module", "component": "package"}
+TESTED_IN = {"component": "package"}
 COUNTED = ("noticed", "lived")
 QUICK_SECONDS = 30
 
