@@ -39,7 +39,7 @@ std::wstring WithLineBreaks(std::wstring_view text) {
     result.reserve(text.size());
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (text[at] != L'\r' && text[at] != L'\n') {
-            result += text[at];
+            result += text[at] == L'\0' ? L' ' : text[at];
             continue;
         }
         result.append(kLineBreak);

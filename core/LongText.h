@@ -8,7 +8,8 @@ namespace tam {
 // Texts of any length and content in a text box of several lines.
 
 /// The text with each of its line breaks as CR LF, the only one that every text
-/// box knows: a CR or an LF alone becomes one.
+/// box knows: a CR or an LF alone becomes one. A NUL, which ends a text there,
+/// becomes a blank.
 std::wstring WithLineBreaks(std::wstring_view text);
 
 /// A line break that belongs to the display and not to the text, as text boxes

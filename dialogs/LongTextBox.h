@@ -7,7 +7,7 @@
 namespace tam {
 
 /// A read-only text box of several lines that shows a text of any length at
-/// once, with a line break for each CR or LF. It draws the text with soft breaks
+/// once, with a line break for each CR or LF and a blank for each NUL. It draws the text with soft breaks
 /// in its long lines; who reads the box gets the text as it was given, and who
 /// copies from it gets it without them. It lives as long as its dialog shows.
 class LongTextBox {

@@ -20,6 +20,12 @@ TEST(LongTextTest, MakesEachLineBreakOneOfTwoCharacters) {
     EXPECT_EQ(WithLineBreaks(L"plain"), L"plain");
 }
 
+TEST(LongTextTest, MakesEachNulABlank) {
+    const std::wstring nul(1, L'\0');
+    EXPECT_EQ(WithLineBreaks(L"a" + nul + L"b"), L"a b");
+    EXPECT_EQ(WithLineBreaks(nul + nul + L"\n" + nul), L"  \r\n ");
+}
+
 TEST(LongTextTest, BreaksALongWordSoftly) {
     const std::wstring row(500, L'x');
     EXPECT_EQ(WithSoftBreaks(row), row);

@@ -177,6 +177,15 @@ TEST_F(frmErrorTest, ALineBreakOfOneCharacterIsOne) {
     });
 }
 
+TEST_F(frmErrorTest, ATextGoesOnBehindANul) {
+    const std::wstring text = L"before" + std::wstring(1, L'\0') + L"behind";
+    ReportText(text, [&](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), text) << "a reader has the text as it was given";
+        EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 0, -1), L"before behind");
+        dialog.Click(IDOK);
+    });
+}
+
 TEST_F(frmErrorTest, OpensOnTheScreenOverAWindowThatIsHalfOffIt) {
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
