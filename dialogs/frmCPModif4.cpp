@@ -104,6 +104,7 @@ void frmCPModif4::FitRows() const {
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     MapWindowPoints(nullptr, Window(), reinterpret_cast<POINT*>(&place), 2);
     Shorten(place.bottom - cut, cut);
+    Centre();
 }
 
 void frmCPModif4::FitColumns() const {

@@ -183,6 +183,20 @@ TEST_F(StructureListTest, CutsNoRowThrough) {
     }
 }
 
+// The list loses a part of a row, and the window as much.
+TEST_F(StructureListTest, OpensInTheMiddleOfTheScreen) {
+    HostPoint field(L"Field", L"1", L"Float");
+    EditFields({&field}, [](Shown& dialog) {
+        RECT work{};
+        RECT place{};
+        SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+        GetWindowRect(dialog.Window(), &place);
+        EXPECT_NEAR((place.top + place.bottom) / 2, (work.top + work.bottom) / 2, 1);
+        EXPECT_NEAR((place.left + place.right) / 2, (work.left + work.right) / 2, 1);
+        dialog.Click(IDCANCEL);
+    });
+}
+
 TEST_F(StructureListTest, ItsColumnsFillIt) {
     HostPoint field(L"Mode", L"1", L"Float");
     HostPoint wide(std::wstring(200, L'm'), std::wstring(200, L'1'), L"Textual");
