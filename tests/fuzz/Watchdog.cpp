@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cwchar>
+#include <stdexcept>
 #include <utility>
 
 namespace component_fuzz {
@@ -17,6 +18,20 @@ std::wstring Environment(const wchar_t* name) {
     wchar_t text[MAX_PATH] = {};
     GetEnvironmentVariableW(name, text, MAX_PATH);
     return text;
+}
+
+/// Beside its place until it is whole.
+std::wstring PartOf(const std::wstring& file) {
+    return file + L".part";
+}
+
+/// Puts the part of a file in its place.
+void PutInPlace(const std::wstring& file, bool isWhole) {
+    const std::wstring part = PartOf(file);
+    if (!isWhole || MoveFileExW(part.c_str(), file.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) {
+        DeleteFileW(part.c_str());
+        throw std::runtime_error("the input of a round could not be kept");
+    }
 }
 
 } // namespace
@@ -36,18 +51,21 @@ Watchdog::~Watchdog() {
 }
 
 void Watchdog::Begin(const std::string& input, const std::string& what) {
-    const HANDLE file =
-        CreateFileW(keepFile_.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, 0, nullptr);
+    const HANDLE file = CreateFileW(PartOf(keepFile_).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                    CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
-    WriteFile(file, input.data(), static_cast<DWORD>(input.size()), &written, nullptr);
+    const bool isWhole =
+        WriteFile(file, input.data(), static_cast<DWORD>(input.size()), &written, nullptr) != FALSE &&
+        written == input.size();
     CloseHandle(file);
+    PutInPlace(keepFile_, isWhole);
     what_ = what;
     began_ = GetTickCount64();
 }
 
 std::wstring Watchdog::Keep(unsigned round) {
     const std::wstring kept = keepFile_ + L"." + std::to_wstring(round);
-    CopyFileW(keepFile_.c_str(), kept.c_str(), FALSE);
+    PutInPlace(kept, CopyFileW(keepFile_.c_str(), PartOf(kept).c_str(), FALSE) != FALSE);
     return kept;
 }
 

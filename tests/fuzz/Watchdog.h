@@ -8,7 +8,8 @@
 namespace component_fuzz {
 
 /// Ends the process when a round does not end. What the round was about lies in
-/// a file all the while, so that neither a hang nor a crash loses it.
+/// a file all the while, so that neither a hang nor a crash loses it. The file is
+/// that of one round or of the next, never a part of one.
 class Watchdog {
   public:
     /// `keepFile` is where the current round's input lies.
@@ -17,7 +18,8 @@ class Watchdog {
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
 
-    /// A round begins: its input and a line that says how to run it again.
+    /// A round begins: its input and a line that says how to run it again. Throws
+    /// when the input cannot be kept.
     void Begin(const std::string& input, const std::string& what);
     /// The input stays, under a name of the round's own. Returns that name.
     std::wstring Keep(unsigned round);
