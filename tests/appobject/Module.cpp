@@ -1,5 +1,9 @@
 #include "tests/appobject/Module.h"
 
+#include <windows.h>
+
+#include <psapi.h>
+
 #include <cstddef>
 
 namespace modules {
@@ -28,6 +32,13 @@ std::wstring Bare(std::wstring xml) {
         }
     }
     return bare;
+}
+
+std::size_t PeakMemory() {
+    PROCESS_MEMORY_COUNTERS memory{};
+    memory.cb = sizeof memory;
+    GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+    return memory.PeakWorkingSetSize;
 }
 
 std::wstring BareXml(IUnknown* node) {

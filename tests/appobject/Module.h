@@ -5,6 +5,7 @@
 
 #include "com/Object.h"
 
+#include <cstddef>
 #include <list>
 #include <string>
 
@@ -12,6 +13,9 @@ namespace modules {
 
 /// Where most reports of the module object say that they come from.
 inline constexpr const wchar_t* kLocation = L"O_Tam_id Class Module CDBAppObject";
+
+/// The most memory that this process has ever had, in bytes.
+std::size_t PeakMemory();
 
 /// The text form of a node without the line breaks and the indentation that a
 /// DOM may put between elements.
