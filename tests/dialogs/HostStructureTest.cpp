@@ -216,6 +216,32 @@ TEST_F(HostStructureTest, FieldsStayAfterTheirStructureCouldNotBeWritten) {
     }
 }
 
+// The nested structure's own editor has told it: OK of the outer one does not try again.
+TEST_F(HostStructureTest, ANestedStructureThatCannotBeWrittenKeepsNoOtherFromIt) {
+    Fill(HostPoint::Walk::ByEnumerator);
+    inner_.refusesWrites = true;
+    EXPECT_EQ(Edit([this](Shown& dialog) {
+                  Next([this](Shown& nested) {
+                      EditFirst(nested, L"7");
+                      inner_.value = L"in, with a 7";
+                      nested.Click(IDOK);
+                      EXPECT_TRUE(nested.IsOpen());
+                      nested.Click(IDCANCEL);
+                  });
+                  dialog.DoubleClickRow(IDC_FIELDS, 1);
+                  EXPECT_EQ(dialog.Cell(IDC_FIELDS, 1, 1), L"in, with a 7");
+                  EditFirst(dialog, L"55");
+                  dialog.Click(IDOK);
+                  EXPECT_FALSE(dialog.IsOpen());
+              }),
+              S_OK);
+    ExpectOneMessage(L"error calculating CP value", L"Gateway Object");
+    EXPECT_EQ(deep_.value, L"7") << "a field stays when its structure could not be written";
+    EXPECT_TRUE(inner_.writes.empty());
+    EXPECT_EQ(speed_.value, L"55");
+    EXPECT_EQ(structure_.writes, std::vector<std::wstring>{L"whole"});
+}
+
 TEST_F(HostStructureTest, CancelTakesBackWhatWasEditedAfterTheFailure) {
     Fill(HostPoint::Walk::ByEnumerator);
     structure_.refusesWrites = true;

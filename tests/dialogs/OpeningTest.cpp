@@ -51,6 +51,24 @@ TEST_F(OpeningTest, AFormThatCannotBeFilledClosesAndTellsItsCaller) {
     }
 }
 
+TEST_F(OpeningTest, AnErrorNumberWithoutAnErrorObjectStaysWithout) {
+    const std::pair<const wchar_t*, const wchar_t*> members[] = {
+        {L"Float", L"Name"},    {L"Textual", L"Name"}, {L"Enum", L"Name"},    {L"Struct", L"Name"},
+        {L"Bitfield", L"Name"}, {L"Float", L"Value"},  {L"Struct", L"Fields"}};
+    for (const auto& [genType, member] : members) {
+        SCOPED_TRACE(::testing::PrintToString(genType + std::wstring(L" ") + member));
+        HostPoint field(L"Field", L"1", L"Float");
+        HostPoint point(L"Speed", L"40", genType);
+        point.SetFields({&field});
+        point.object->Replace(
+            member, [](auto) -> com::Variant { throw com::CallError(kRaised, com::Ref<IErrorInfo>()); });
+        EXPECT_EQ(EditValue(point), kRaised);
+        com::Ref<IErrorInfo> info;
+        EXPECT_EQ(GetErrorInfo(0, info.Put()), S_FALSE);
+        Messages(); // the form itself, before it was seen on the screen
+    }
+}
+
 TEST_F(OpeningTest, AFormThatClosedUnfilledOpensForItsNextPoint) {
     HostPoint broken(L"Speed", L"40", L"Float");
     broken.object->Break(L"Name");

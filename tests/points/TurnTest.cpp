@@ -287,6 +287,29 @@ TEST_F(TurnTest, EndsWhenALoopThatAHandlerRanHasHandledWhatWaited) {
     EXPECT_LE(window.Handled(), 10) << "those of the loop";
 }
 
+// A loop may take messages and give none of them to its window.
+TEST_F(TurnTest, EndsWhenALoopThatAHandlerRanHasThrownTheMarkAway) {
+    std::optional<Reposter> window;
+    int heard = 0;
+    const Listener listener([&] {
+        ++heard;
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        }
+        if (!window) {
+            window.emplace([](int) { Sleep(5); });
+        }
+    });
+    listener.Post();
+    GiveTurn();
+    EXPECT_EQ(heard, 1);
+    EXPECT_LT(window->Handled(), Reposter::kGivesUp / 10);
+    window.reset();
+    listener.Post();
+    GiveTurn();
+    EXPECT_EQ(heard, 2) << "the next turn is as ever";
+}
+
 TEST_F(TurnTest, LeavesTheEndOfTheHostsLoopToTheHost) {
     int heard = 0;
     const Listener listener([&] {
