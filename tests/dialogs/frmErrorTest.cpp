@@ -2,6 +2,8 @@
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
 
+#include "com/Counted.h"
+#include "com/Object.h"
 #include "core/RunTimeError.h"
 
 #include <array>
@@ -15,13 +17,47 @@ namespace {
 /// Milliseconds in which a user sees no wait, with room for a slow machine.
 constexpr ULONGLONG kAtOnce = 60000;
 
+/// An error object of a host's own. The system's ends its texts at a NUL.
+class OwnError final : public com::Counted<IErrorInfo> {
+  public:
+    explicit OwnError(std::wstring text) : text_(std::move(text)) {}
+    STDMETHODIMP GetGUID(GUID*) override { return E_FAIL; }
+    STDMETHODIMP GetSource(BSTR*) override { return E_FAIL; }
+    STDMETHODIMP GetDescription(BSTR* text) override { return *text = com::Bstr(text_).Detach(), S_OK; }
+    STDMETHODIMP GetHelpFile(BSTR*) override { return E_FAIL; }
+    STDMETHODIMP GetHelpContext(DWORD*) override { return E_FAIL; }
+
+  private:
+    std::wstring text_;
+};
+
+/// A host's object that is asked for its XML node and fails with an error of its own.
+class NoNode final : public com::DualObject<NoNode, IHostDocument> {
+  public:
+    explicit NoNode(const std::wstring& text) : error_(com::Ref<IErrorInfo>::Own(new OwnError(text))) {}
+    static const CLSID& ClassId() noexcept { return CLSID_NULL; }
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        if (iid != __uuidof(IXMLDOMNode)) {
+            return com::DualObject<NoNode, IHostDocument>::QueryInterface(iid, out);
+        }
+        *out = nullptr;
+        SetErrorInfo(0, error_.Get());
+        return E_FAIL;
+    }
+    STDMETHODIMP InterfaceSupportsErrorInfo(REFIID) override { return S_OK; }
+    STDMETHODIMP get_View(IDispatch**) override { return E_NOTIMPL; }
+
+  private:
+    com::Ref<IErrorInfo> error_;
+};
+
 class frmErrorTest : public DialogTest {
   protected:
     /// A member that traps: an XML node that is none.
-    void Report(Script script) {
+    void Report(Script script, IDispatch* node = nullptr) {
         const auto point = Attribute(kSigned, L"1").As<_CDBAttribute>();
         Next(std::move(script));
-        EXPECT_EQ(point->XmlLoad(nullptr), S_OK);
+        EXPECT_EQ(point->XmlLoad(node), S_OK);
     }
     /// A report on this text: a field of a structure that fails with it once.
     void ReportText(const std::wstring& text, Script script) {
@@ -179,11 +215,15 @@ TEST_F(frmErrorTest, ALineBreakOfOneCharacterIsOne) {
 
 TEST_F(frmErrorTest, ATextGoesOnBehindANul) {
     const std::wstring text = L"before" + std::wstring(1, L'\0') + L"behind";
-    ReportText(text, [&](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), text) << "a reader has the text as it was given";
-        EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 0, -1), L"before behind");
-        dialog.Click(IDOK);
-    });
+    const auto node = NoNode::Make(text);
+    Report(
+        [&](Shown& dialog) {
+            EXPECT_EQ(dialog.Text(IDC_ERROR_DESCRIPTION), text) << "a reader has the text as it was given";
+            EXPECT_EQ(Copied(dialog, IDC_ERROR_DESCRIPTION, 0, -1), L"before behind");
+            dialog.Click(IDOK);
+        },
+        node.Get());
+    SetErrorInfo(0, nullptr);
 }
 
 TEST_F(frmErrorTest, OpensOnTheScreenOverAWindowThatIsHalfOffIt) {
