@@ -2,8 +2,6 @@
 
 #include "bench/Device.h"
 
-#include <string>
-
 namespace bench {
 
 /// Opens a device: with what the project says that the options name, else with
