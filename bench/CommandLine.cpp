@@ -184,6 +184,10 @@ void CommandSyntax::Text(const std::string& name, std::wstring& target, const st
         ->type_name(name.starts_with("--") ? "TEXT" : "");
 }
 
+void CommandSyntax::MustHave(const std::string& name) {
+    app_->get_option(name)->required();
+}
+
 void CommandSyntax::Flag(const std::string& name, bool& target, const std::string& help) {
     app_->add_flag(name, target, help);
 }

@@ -44,6 +44,7 @@ struct Options {
     bool noCompiler = false;
     bool debugDump = false;
     bool open = false;
+    bool svg = false;
 };
 
 /// Exit statuses, as the help explains them.

@@ -26,6 +26,17 @@ class ModuleCommands {
                    "Only types with this text in their number, name, kind or unit");
     }
 
+    void AddSheet() {
+        CommandSyntax sheet = StreamCommand("sheet",
+                                            "Write the device sheet: the block, all points and the module's "
+                                            "identity, as one page for browsers and paper",
+                                            "  tambench sheet full -o full.html\n"
+                                            "  tambench sheet full --svg -o full.svg  the block alone");
+        sheet.Output("File for the page");
+        sheet.MustHave("--output");
+        sheet.Flag("--svg", options_.svg, "Write the block alone, as a picture");
+    }
+
     void AddProject() {
         CommandSyntax save =
             StreamCommand("save", "Load a stream and save the module into a project document",
@@ -129,6 +140,7 @@ class ModuleCommands {
 void AddModuleCommands(CommandSyntax& program, Options& options) {
     ModuleCommands commands(program, options);
     commands.AddReading();
+    commands.AddSheet();
     commands.AddProject();
     commands.AddPoints();
     commands.AddServices();

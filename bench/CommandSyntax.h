@@ -29,6 +29,8 @@ class CommandSyntax {
     void Argument(const std::string& name, std::wstring& target, const std::string& help);
     /// An option, or without dashes an argument that may be missing.
     void Text(const std::string& name, std::wstring& target, const std::string& help);
+    /// The option may not be missing.
+    void MustHave(const std::string& name);
     void Flag(const std::string& name, bool& target, const std::string& help);
     /// Several names of the form NAME, or one at each mention of the form KEY.NAME.
     void Names(const std::string& name, const std::string& form, std::vector<std::wstring>& target,

@@ -15,6 +15,9 @@ using Command = void (*)(Host& host, const Options& options, Report& report);
 void Inspect(Host& host, const Options& options, Report& report);
 void Types(Host& host, const Options& options, Report& report);
 
+// Commands_Sheet.cpp
+void Sheet(Host& host, const Options& options, Report& report);
+
 // Commands_Project.cpp
 void Save(Host& host, const Options& options, Report& report);
 void Load(Host& host, const Options& options, Report& report);
@@ -48,6 +51,8 @@ void DeviceExport(Host& host, const Options& options, Report& report);
 void Icon(Host& host, const Options& options, Report& report);
 void Datasheet(Host& host, const Options& options, Report& report);
 
+/// The bytes of the module's icon file; empty when it has no picture.
+std::string IconBytes(Host& host);
 /// The module's name and how many points it has.
 std::string Summary(Host& host);
 /// Loads the stream and says in a line what came of it.

@@ -50,15 +50,26 @@ std::string BytesOf(IPicture& picture) {
     return bytes;
 }
 
-} // namespace
-
-void Icon(Host& host, const Options& options, Report& report) {
+/// Throws BenchError when there is none.
+com::Ref<IPicture> PictureOf(Host& host) {
     com::Ref<IDispatch> object;
     host.Step("Icon", [&] { com::Call(host.App(), &IAppObject::get_Icon, object.Put()); });
     const auto picture = object.As<IPicture>();
     if (!picture) {
         throw BenchError(E_FAIL, "the component answered no picture");
     }
+    return picture;
+}
+
+} // namespace
+
+std::string IconBytes(Host& host) {
+    const com::Ref<IPicture> picture = PictureOf(host);
+    return NumberOf(*picture.Get(), &IPicture::get_Type) == PICTYPE_ICON ? BytesOf(*picture.Get()) : "";
+}
+
+void Icon(Host& host, const Options& options, Report& report) {
+    const com::Ref<IPicture> picture = PictureOf(host);
     host.Step("reading the picture", [&] {
         const long width = Pixels(NumberOf(*picture.Get(), &IPicture::get_Width), LOGPIXELSX);
         const long height = Pixels(NumberOf(*picture.Get(), &IPicture::get_Height), LOGPIXELSY);

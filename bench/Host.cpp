@@ -196,6 +196,7 @@ void Host::LoadStream() {
 }
 
 void Host::LoadStreamText(const std::wstring& text) {
+    streamText_ = text;
     Step("LoadFromXmlStream",
          [&] { com::Call(tam_, &ITamObject::LoadFromXmlStream, com::Bstr(text).Get()); });
     // The component gives the key to no one. It has refused a text with a document type by now.

@@ -70,6 +70,8 @@ class Host {
     const std::wstring& CatalogueFile() const noexcept { return catalogueFile_; }
     /// The key of the device, as the stream gives it.
     const std::wstring& DeviceKey() const noexcept { return deviceKey_; }
+    /// The stream that was loaded last.
+    const std::wstring& StreamText() const noexcept { return streamText_; }
     const std::vector<Wire>& Wires() const noexcept { return wires_; }
 
     /// Loads the stream that the options name, gives keys and enumeration
@@ -141,6 +143,7 @@ class Host {
     bool isUnseen_ = false;
     std::wstring expectedBox_;
     std::wstring deviceKey_;
+    std::wstring streamText_;
     std::vector<Wire> wires_;
 };
 

@@ -27,6 +27,7 @@ namespace {
 const std::map<std::string, Command>& Commands() {
     static const std::map<std::string, Command> commands = {{"inspect", Inspect},
                                                             {"types", Types},
+                                                            {"sheet", Sheet},
                                                             {"save", Save},
                                                             {"load", Load},
                                                             {"interop", Interop},

@@ -19,6 +19,7 @@ MAY_SEE = {
     "core": [],
     "drawing": [],
     "batch": ["core"],
+    "page": ["drawing"],
     "com": ["core"],
     "common": ["core", "com"],
     "types": ["core", "com", "common"],
@@ -28,7 +29,7 @@ MAY_SEE = {
     "internal": ["core", "com", "common"],
     "component": ["core", "com", "common", "types", "dialogs", "points", "appobject", "internal"],
     "host": ["core", "com"],
-    "bench": ["core", "com", "batch", "drawing"],
+    "bench": ["core", "com", "batch", "drawing", "page"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"
