@@ -47,7 +47,7 @@ figcaption{margin-top:.5rem;color:var(--muted);font-size:.85rem}
 .block-narrow{display:none}
 .facts{display:grid;gap:1rem;grid-template-columns:repeat(auto-fit,minmax(min(100%,20rem),1fr));align-items:start}
 .facts>div{padding:.9rem 1.1rem;border:1px solid var(--line);border-radius:.5rem;background:var(--raised)}
-dl{display:grid;grid-template-columns:minmax(6rem,11rem) minmax(0,1fr);gap:.25rem 1rem;margin:0;font-size:.92rem}
+dl{display:grid;grid-template-columns:minmax(5.5rem,8.5rem) minmax(0,1fr);gap:.25rem 1rem;margin:0;font-size:.92rem}
 dt{color:var(--muted)}
 dd{margin:0}
 table{width:100%;border-collapse:collapse;font-size:.88rem;font-variant-numeric:tabular-nums}
