@@ -1,5 +1,6 @@
 #include "bench/DeviceSheet.h"
 
+#include "bench/Commands.h"
 #include "bench/Model.h"
 #include "bench/SheetTypes.h"
 #include "bench/Text.h"
@@ -22,6 +23,11 @@ namespace {
 
 using Row = std::vector<page::Cell>;
 
+// Sections of a stream, in capitals.
+constexpr const char* kInputs = "INREFERENCES";
+constexpr const char* kOutputs = "OUTREFERENCES";
+constexpr const char* kAttributes = "ATTRIBUTES";
+
 /// As the export document tells it: a reference of zeros, however many, leads nowhere.
 bool IsWired(const std::string& reference) {
     constexpr std::string_view kNowhere = "000000";
@@ -36,13 +42,16 @@ std::string Joined(const std::vector<std::string>& texts) {
     return joined;
 }
 
+std::string Capitals(std::wstring text) {
+    CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
+    return Utf8(text);
+}
+
 /// Texts of an element's children by their names in capitals, as the component finds them.
 std::map<std::string, std::string> TextsBelow(const xml::Node& element) {
     std::map<std::string, std::string> texts;
     xml::ForEachElement(element, [&texts](const xml::Node& child) {
-        std::wstring name = xml::NameOf(child);
-        CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-        texts[Utf8(name)] = Utf8(xml::TextOf(child));
+        texts[Capitals(xml::NameOf(child))] = Utf8(xml::TextOf(child));
     });
     return texts;
 }
@@ -57,14 +66,14 @@ class Documents {
             xml::ForEachElement(xml::Node(stream), [&](const xml::Node& root) {
                 xml::ForEachElement(root, [&](const xml::Node& section) {
                     xml::ForEachElement(section, [&](const xml::Node& point) {
-                        points_.emplace(Utf8(xml::NameOf(point)), TextsBelow(point));
+                        points_.emplace(Capitals(xml::NameOf(section)) + "/" + Utf8(xml::NameOf(point)),
+                                        TextsBelow(point));
                     });
                 });
             });
         }
         definition_ = ProgramFolder() + options.definition + L".xml";
-        const xml::Node defaults =
-            xml::Select(xml::Node(xml::LoadFile(definition_)), L"AppObject/Tam/Attributes");
+        const xml::Node defaults = xml::Select(xml::Node(xml::LoadFile(definition_)), L"//Tam/Attributes");
         if (defaults) {
             xml::ForEachElement(defaults, [&](const xml::Node& attribute) {
                 defaults_.emplace(Utf8(xml::NameOf(attribute)),
@@ -73,8 +82,9 @@ class Documents {
         }
     }
 
-    std::string OfPoint(const std::string& name, const char* child) const {
-        const auto point = points_.find(name);
+    /// The sections are those of a stream, in capitals.
+    std::string OfPoint(const char* section, const std::string& name, const char* child) const {
+        const auto point = points_.find(std::string(section) + "/" + name);
         if (point == points_.end()) {
             return "";
         }
@@ -99,10 +109,11 @@ class Documents {
 };
 
 /// "1.0.0" of a DLL or program; empty when its file says none.
-std::string VersionOf(const wchar_t* module) {
-    const HRSRC resource =
-        FindResourceW(GetModuleHandleW(module), MAKEINTRESOURCEW(VS_VERSION_INFO), RT_VERSION);
-    const HGLOBAL loaded = resource != nullptr ? LoadResource(GetModuleHandleW(module), resource) : nullptr;
+std::string VersionOf(const wchar_t* name) {
+    const HMODULE module = GetModuleHandleW(name);
+    const auto* const kind = MAKEINTRESOURCEW(16); // RT_VERSION, for texts of wide characters
+    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(VS_VERSION_INFO), kind);
+    const HGLOBAL loaded = resource != nullptr ? LoadResource(module, resource) : nullptr;
     if (loaded == nullptr) {
         return "";
     }
@@ -110,7 +121,7 @@ std::string VersionOf(const wchar_t* module) {
     constexpr std::size_t kFixedPart = 40;
     const auto* const info = reinterpret_cast<const VS_FIXEDFILEINFO*>(
         static_cast<const std::byte*>(LockResource(loaded)) + kFixedPart);
-    if (SizeofResource(GetModuleHandleW(module), resource) < kFixedPart + sizeof *info ||
+    if (SizeofResource(module, resource) < kFixedPart + sizeof *info ||
         info->dwSignature != VS_FFI_SIGNATURE) {
         return "";
     }
@@ -171,9 +182,8 @@ std::vector<page::Column> Columns(std::vector<page::Column> more) {
     return columns;
 }
 
-Row Cells(const Json& point, const Json& type, const Documents& documents, Row more) {
-    const std::string name = point["name"];
-    Row row = {{name, documents.OfPoint(name, "DESCRIPTION")}};
+Row Cells(const Json& point, const Json& type, const std::string& description, Row more) {
+    Row row = {{point["name"], description}};
     const Row types = TypeCells(type);
     row.insert(row.end(), types.begin(), types.end());
     row.insert(row.end(), more.begin(), more.end());
@@ -203,11 +213,8 @@ class Points {
                           Columns({{"Accepts"}, {"Wired to"}, {"Address", true}, {"Marks"}}),
                           {}};
         std::vector<bool> hidden;
-        std::vector<bool> mandatory;
-        ForEachInput(host_.App(), [&](IInput& input) {
-            hidden.push_back(!FlagOf(input, &IInput::get_Visible));
-            mandatory.push_back(FlagOf(input, &IInput::get_Mandatory));
-        });
+        ForEachInput(host_.App(),
+                     [&](IInput& input) { hidden.push_back(!FlagOf(input, &IInput::get_Visible)); });
         for (std::size_t i = 0; i < inputs.size(); ++i) {
             const Json& input = inputs[i];
             const Json type = input["type"].is_null()
@@ -217,7 +224,6 @@ class Points {
             std::vector<std::string> wiredTo;
             Mark(wiredTo, IsWired(reference), reference.c_str());
             std::vector<std::string> marks;
-            Mark(marks, mandatory[i], "mandatory");
             Mark(marks, input["permanent"], "permanent");
             Mark(marks, hidden[i], "hidden");
             std::vector<std::string> accepted;
@@ -225,7 +231,7 @@ class Points {
                 accepted.push_back(id);
             }
             table.rows.push_back(
-                Cells(input, type, documents_,
+                Cells(input, type, documents_.OfPoint(kInputs, input["name"], "DESCRIPTION"),
                       {{Joined(accepted)}, {Joined(wiredTo)}, {input["logicalAddress"]}, {Joined(marks)}}));
             page_.sheet.module.inputs.push_back(PinOf(input, type, wiredTo, hidden[i]));
             enumerations_.Add(type, input["name"]);
@@ -264,7 +270,8 @@ class Points {
             Mark(marks, output["displayable"], "in displays");
             Mark(marks, output["displayWritable"], "writable");
             Mark(marks, hidden[i], "hidden");
-            table.rows.push_back(Cells(output, type, documents_,
+            table.rows.push_back(Cells(output, type,
+                                       documents_.OfPoint(kOutputs, output["name"], "DESCRIPTION"),
                                        {{Joined(wiredTo)}, {output["logicalAddress"]}, {Joined(marks)}}));
             page_.sheet.module.outputs.push_back(PinOf(output, type, wiredTo, hidden[i]));
             enumerations_.Add(type, output["name"]);
@@ -280,21 +287,17 @@ class Points {
             "The module has no attributes.",
             Columns({{"Default", true}, {"Value", true}, {"Displayed as"}, {"Address", true}, {"Marks"}}),
             {}};
-        const xml::ElementIndex described = PointsIn(interoperability_, L"Attributes");
         for (const Json& attribute : attributes) {
             const std::string name = attribute["name"];
-            const auto entry = described.find(Wide(name));
-            const std::string address =
-                entry != described.end() ? Utf8(xml::TextAt(entry->second, L"LogicalAddress")) : "";
             std::vector<std::string> marks;
-            const bool isPermanent =
-                entry != described.end() && xml::TextAt(entry->second, L"isPermanent") == L"True";
-            Mark(marks, isPermanent, "permanent");
-            table.rows.push_back(Cells(attribute, attribute["type"], documents_,
+            Mark(marks, documents_.OfPoint(kAttributes, name, "ISPERMANENT") != "0", "permanent");
+            Mark(marks, attribute["macroConnected"], "read by a macro");
+            table.rows.push_back(Cells(attribute, attribute["type"],
+                                       documents_.OfPoint(kAttributes, attribute["name"], "DESCRIPTION"),
                                        {{documents_.DefaultOf(name, attribute["type"])},
                                         {attribute["value"]},
                                         {DisplayOf(attribute)},
-                                        {address},
+                                        {documents_.OfPoint(kAttributes, name, "LOGICALADDRESS")},
                                         {Joined(marks)}}));
             enumerations_.Add(attribute["type"], name);
         }

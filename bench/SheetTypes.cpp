@@ -31,6 +31,11 @@ std::string Limits(const Json& type) {
     return min.empty() && max.empty() ? "" : min + " to " + max;
 }
 
+std::string Invalid(const Json& type) {
+    const std::string invalid = type["invalidValue"];
+    return invalid.empty() ? "" : "invalid: " + invalid;
+}
+
 } // namespace
 
 std::string DecimalMark() {
@@ -51,6 +56,7 @@ Json TypeOfCatalogue(const Host& host, const std::wstring& id) {
             {"unit", Utf8(host.CatalogueText(id, L"Unit"))},
             {"min", WithMark(Utf8(host.CatalogueText(id, L"Min")), mark)},
             {"max", WithMark(Utf8(host.CatalogueText(id, L"Max")), mark)},
+            {"invalidValue", Utf8(host.CatalogueText(id, L"InvalidValue"))},
             {"a", NumberAt(host, id, L"A_Coef", 0)},
             {"b", NumberAt(host, id, L"B_Coef", 0)},
             {"enumDesc", Utf8(host.CatalogueText(id, L"EnumDesc"))}};
@@ -68,7 +74,7 @@ std::vector<page::Cell> TypeCells(const Json& type) {
     const std::string kind = type["generalType"];
     return {{title == "-" ? "" : title, kind},
             {type["unit"]},
-            {Limits(type)},
+            {Limits(type), Invalid(type)},
             {Resolution(kind, type["a"], type["b"], DecimalMark())}};
 }
 

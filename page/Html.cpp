@@ -156,7 +156,10 @@ std::string Html(const Page& page) {
         html += TableHtml(page.points[i], IdOf(i));
     }
     html += Enumerations(page) + Findings(page) + "</main>\n";
-    return html + "<footer>" + Escaped(page.origin) + "</footer>\n</body>\n</html>\n";
+    if (!page.origin.empty()) {
+        html += "<footer>" + Escaped(page.origin) + "</footer>\n";
+    }
+    return html + "</body>\n</html>\n";
 }
 
 std::string Svg(const Page& page) {

@@ -18,7 +18,7 @@ std::string Content(const Cell& cell) {
     if (cell.text.empty() && cell.note.empty()) {
         return kNothing;
     }
-    return "<span>" + Escaped(cell.text) + "</span>" +
+    return (cell.text.empty() ? "" : "<span>" + Escaped(cell.text) + "</span>") +
            (cell.note.empty() ? "" : "<span class=\"cell-note\">" + Escaped(cell.note) + "</span>");
 }
 

@@ -56,6 +56,7 @@ th,td{padding:.4rem .6rem;border-bottom:1px solid var(--line);text-align:left;ve
 thead th{border-bottom:2px solid var(--strong);font-weight:600;vertical-align:bottom;overflow-wrap:normal}
 tbody th{font-weight:600}
 tbody tr:hover{background:var(--raised)}
+.points thead th:last-child{min-width:6rem}
 .number{text-align:right}
 .cell-note{display:block;color:var(--muted);font-size:.85em;font-weight:400}
 .none{color:var(--muted)}
@@ -99,11 +100,11 @@ dl{grid-template-columns:7.5rem minmax(0,1fr)}}
 constexpr const char* kPrint = R"(
 @page{size:A4;margin:16mm 14mm 18mm;@bottom-left{content:"Device sheet";font:8pt system-ui,sans-serif;color:#55616f}
 @bottom-right{content:"Page " counter(page) " of " counter(pages);font:8pt system-ui,sans-serif;color:#55616f}}
-@media print{body{font-size:9pt}header,main,footer{max-width:none;padding:0}nav,.skip{display:none}
+@media print{body{font-size:9pt}footer{margin-top:8pt;break-before:avoid}.points thead th:last-child{min-width:6.5em}header,main,footer{max-width:none;padding:0}nav,.skip{display:none}
 h1{font-size:18pt}h2{break-after:avoid}section{margin-top:14pt}
 table{font-size:7.5pt}th,td{padding:2pt 4pt}thead{display:table-header-group}tr,.facts>div,.findings li,figure,
 .enumerations>div{break-inside:avoid}caption{break-after:avoid}
-.block-wide{max-height:200mm;margin:0 auto}.facts,.enumerations{grid-template-columns:repeat(2,minmax(0,1fr));gap:8pt}
+.block-wide .block-drawing{max-height:190mm;margin:0 auto}.facts,.enumerations{grid-template-columns:repeat(2,minmax(0,1fr));gap:8pt}
 a{color:inherit;text-decoration:none}*{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )";
 
@@ -111,7 +112,10 @@ a{color:inherit;text-decoration:none}*{print-color-adjust:exact;-webkit-print-co
 
 std::string Style() {
     // On one line: some readers take another text for the style when it has more.
-    std::string style = std::string(kColours) + kLayout + drawing::SvgStyle() + kPrint;
+    std::string style = kColours;
+    style += kLayout;
+    style += drawing::SvgStyle();
+    style += kPrint;
     std::erase(style, '\n');
     return style;
 }

@@ -28,6 +28,10 @@ build_packages=(
     nlohmann-json3-dev         # the bench's machine-readable output
     imagemagick                # pictures of the dialogs, comparison of pictures
     python3                    # counts test results, draws the benchmark
+    chromium-headless-shell    # shows the device sheets of the tests
+    python3-html5lib           # checks their HTML
+    tidy                       # checks it too
+    poppler-utils              # counts their pages on paper
 )
 check_packages=(
     clang                      # ./tam fuzz, and the second compiler

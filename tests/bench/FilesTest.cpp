@@ -50,9 +50,13 @@ std::wstring OldFile(const std::wstring& folder) {
 
 /// The commands that write a file, but for the file.
 const std::vector<std::vector<std::wstring>>& WritingCommands() {
-    static const std::vector<std::vector<std::wstring>> commands{
-        {L"save", L"channels"}, {L"interop", L"channels"}, {L"export", L"channels"}, {L"icon"},
-        {L"device", L"save"},   {L"device", L"export"}};
+    static const std::vector<std::vector<std::wstring>> commands{{L"save", L"channels"},
+                                                                 {L"interop", L"channels"},
+                                                                 {L"export", L"channels"},
+                                                                 {L"sheet", L"channels"},
+                                                                 {L"icon"},
+                                                                 {L"device", L"save"},
+                                                                 {L"device", L"export"}};
     return commands;
 }
 
