@@ -169,7 +169,7 @@ TEST(HtmlTest, NamesAPageWithoutAName) {
     EXPECT_TRUE(Holds(Html(page), "<h1>Device sheet</h1>"));
 }
 
-TEST(SvgOfPageTest, IsADocumentOfItsOwn) {
+TEST(HtmlSvgTest, IsADocumentOfItsOwn) {
     Page page = SmallPage();
     page.icon = "abc";
     page.sheet.module.hasIcon = true;

@@ -59,7 +59,7 @@ std::uint32_t High(std::string_view bytes, std::size_t at) {
     return number;
 }
 
-TEST(PngTest, WritesOnePixelAsTheFormatSays) {
+TEST(IconPngTest, WritesOnePixelAsTheFormatSays) {
     const std::string png = Png({1, 1, "\x01\x02\x03\x04"});
     ASSERT_EQ(8U + 25 + 12 + 2 + 5 + 5 + 4 + 12, png.size());
     EXPECT_EQ("\x89PNG\r\n\x1A\n", png.substr(0, 8));
@@ -77,14 +77,14 @@ TEST(PngTest, WritesOnePixelAsTheFormatSays) {
     EXPECT_EQ(0xAE426082U, High(png, 69));
 }
 
-TEST(PngOfIconTest, TurnsTheBitmapTheRightWay) {
+TEST(IconTest, TurnsTheBitmapTheRightWay) {
     const std::string lower = "\x03\x02\x01\xFF";
     const std::string upper = "\x06\x05\x04\x80";
     EXPECT_EQ(Png({1, 2, "\x04\x05\x06\x80\x01\x02\x03\xFF"}),
               PngOfIcon(IconOf({{1, Bitmap(1, 2, lower + upper)}})));
 }
 
-TEST(PngOfIconTest, TakesTheLargestPictureThatItCanRead) {
+TEST(IconTest, TakesTheLargestPictureThatItCanRead) {
     const std::string pixel = "\x03\x02\x01\xFF";
     const std::string four = pixel + pixel + pixel + pixel;
     const std::string small = Bitmap(1, 1, pixel);
@@ -94,12 +94,12 @@ TEST(PngOfIconTest, TakesTheLargestPictureThatItCanRead) {
     EXPECT_EQ(PngOfIcon(IconOf({{1, small}})), PngOfIcon(IconOf({{1, small}, {2, Bitmap(2, 2, four, 8)}})));
 }
 
-TEST(PngOfIconTest, HandsOnAPictureThatIsAPng) {
+TEST(IconTest, HandsOnAPictureThatIsAPng) {
     const std::string png = Png({1, 1, "\x01\x02\x03\x04"});
     EXPECT_EQ(png, PngOfIcon(IconOf({{0, png}, {48, Bitmap(1, 1, "abcd")}})));
 }
 
-TEST(PngOfIconTest, AnswersNothingForWhatIsNoIcon) {
+TEST(IconTest, AnswersNothingForWhatIsNoIcon) {
     const std::string icon = IconOf({{1, Bitmap(1, 1, "abcd")}});
     EXPECT_EQ("", PngOfIcon(""));
     EXPECT_EQ("", PngOfIcon("BM"));

@@ -1,7 +1,5 @@
 #include "page/Sha256.h"
 
-#include "page/Base64.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -39,15 +37,6 @@ TEST(Sha256Test, PadsTextsOfEveryLength) {
               HexOf(std::string(56, 'a')));
     EXPECT_EQ("ffe054fe7ae0cb6dc65c3af9b61d5209f439851db43d0ba5997337df154668eb",
               HexOf(std::string(64, 'a')));
-}
-
-TEST(Base64Test, MatchesTheExamplesOfTheStandard) {
-    EXPECT_EQ("", page::Base64(""));
-    EXPECT_EQ("Zg==", page::Base64("f"));
-    EXPECT_EQ("Zm8=", page::Base64("fo"));
-    EXPECT_EQ("Zm9v", page::Base64("foo"));
-    EXPECT_EQ("Zm9vYmFy", page::Base64("foobar"));
-    EXPECT_EQ("/+8A", page::Base64(std::string("\xFF\xEF\0", 3)));
 }
 
 } // namespace
