@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# A tour of what the component does, through the bench. "./tam run" builds what
-# it needs, sets WINEPREFIX, TAM_BENCH (the bench) and TAM_TOUR_DIR (a folder
-# for what the steps write), and calls it from the top of the clone.
+# What the component does, shown through the bench: on a page of at most 60 lines, or
+# with --all as a tour of every step. "./tam run" builds what it needs, sets
+# WINEPREFIX, TAM_BENCH (the bench) and TAM_TOUR_DIR (a folder for what the steps
+# write), and calls it from the top of the clone.
 set -euo pipefail
 
 : "${TAM_BENCH:?use ./tam run}" "${TAM_TOUR_DIR:?use ./tam run}"
@@ -19,6 +20,87 @@ typed() {
         printf " '%s'" "$1"
     fi
 }
+
+bench_path=$(realpath --relative-to=. "$TAM_BENCH" 2>/dev/null || printf '%s' "$TAM_BENCH")
+
+# --- the page -----------------------------------------------------------------
+
+# show STATUS ARGUMENT...: shows a command line of the bench and runs it; what it prints is
+# in $said. The page stops where the exit status is another one.
+said=
+show() {
+    local expected=$1 status=0 argument
+    shift
+    printf '$ tambench'
+    for argument in "$@"; do
+        typed "$argument"
+    done
+    printf '\n'
+    wine "$TAM_BENCH" "$@" </dev/null >"$TAM_TOUR_DIR/said.txt" 2>&1 || status=$?
+    said=$(cat "$TAM_TOUR_DIR/said.txt")
+    if [[ $status -ne $expected ]]; then
+        printf '%s\nThe page stopped: status %d instead of %d.\n' "$said" "$status" "$expected" >&2
+        exit 1
+    fi
+}
+
+# part START ROWS [SKIPPED]: of what was said, the line that begins with START and ROWS more,
+# up to the next empty line; lines that match SKIPPED are left out.
+part() {
+    awk -v start="$1" -v rows="$2" -v skipped="${3:-^$}" '
+        index($0, start) == 1 && !on { on = 1; left = rows + 1 }
+        on && $0 == "" { exit }
+        on && $0 !~ skipped { if (left-- == 0) exit; print substr($0, 1, 100) }' <<<"$said"
+}
+
+kilobytes() { printf '%d KB' $(($(stat -c %s "$1") / 1024)); }
+
+page() {
+    local folder project=$TAM_TOUR_DIR/project.xml
+    folder=$(dirname "$TAM_BENCH")
+    say "O_Tam_id.dll ($(kilobytes "$folder/O_Tam_id.dll")) is a COM component; a host loads it for each remote I/O \
+module. Here the host is tambench, beside it in $(dirname "$bench_path"); OrvHost.dll is the host's side." ""
+    echo "A module, built from a device stream:"
+    show 0 inspect channels
+    part "Inputs" 3 "----"
+    part "Outputs" 3 "----"
+    part "Attributes" 4 "----"
+    printf '\nA value as it is stored, and as users see it:\n'
+    show 0 set channels AI1_Offset=1.5
+    part "  AI1_Offset" 1
+    show 0 set channels AI1_Offset=1.5 --us
+    part "  AI1_Offset" 1
+    printf '\nSaved in a project, and restored by a new object:\n'
+    show 0 save channels --name "Reading room 2" --at 12.5 4 -o "$project"
+    show 0 load channels "$project"
+    part "  Saved with" 3 "----"
+    printf '\nCompiled for the controller:\n'
+    show 0 export channels -o "$TAM_TOUR_DIR/channels.image"
+    part "The database image" 2
+    printf '\nA stream with faults loads, and tells each one in a box:\n'
+    show 1 inspect oddities
+    part "The component showed" 6
+    printf '\nTry next:\n'
+    printf '  %s\n' "./tam run --all            the whole tour, step by step" \
+        "./tam wine $bench_path --help" \
+        "./tam test                 every test"
+}
+
+if [[ ${1:-} != --all ]]; then
+    page >"$TAM_TOUR_DIR/page.txt" || {
+        cat "$TAM_TOUR_DIR/page.txt"
+        exit 1
+    }
+    cat "$TAM_TOUR_DIR/page.txt"
+    # A newcomer reads a page; the commands of tam say two or three lines before it.
+    [[ $(wc -l <"$TAM_TOUR_DIR/page.txt") -le 56 ]] || {
+        echo "The page is longer than a page." >&2
+        exit 1
+    }
+    exit 0
+fi
+
+# --- the whole tour -----------------------------------------------------------
 
 # step HEADING EXPLANATION ARGUMENT...: says what comes, shows the bench's
 # command line and runs it. The tour stops where the bench's exit status is not
@@ -144,6 +226,6 @@ expected_status=0
 printf '\n\n'
 say "That was the tour of $steps steps. Their files are in $TAM_TOUR_DIR. Go on with" \
     "" \
-    "  ./tam wine $(realpath --relative-to=. "$TAM_BENCH" 2>/dev/null || printf '%s' "$TAM_BENCH") --help" \
+    "  ./tam wine $bench_path --help" \
     "" \
     "for all commands of the bench, and with ./tam test for the tests."
