@@ -28,9 +28,19 @@ std::string KeyOf(const fs::path& path) {
     return Lower(NameOf((ignored ? path : whole).lexically_normal()));
 }
 
+std::string GenericNameOf(const fs::path& path) {
+    const std::u8string name = path.generic_u8string();
+    return {name.begin(), name.end()};
+}
+
 bool IsFolder(const fs::path& path) {
     std::error_code none;
     return fs::is_directory(path, none);
+}
+
+/// A path with the separators that the user wrote the folder with.
+fs::path Alike(const fs::path& path, const fs::path& folder) {
+    return NameOf(folder).find('/') != std::string::npos ? PathOf(GenericNameOf(path)) : path;
 }
 
 void AddFolder(const fs::path& folder, std::vector<Input>& inputs) {
@@ -51,7 +61,7 @@ void AddFolder(const fs::path& folder, std::vector<Input>& inputs) {
     }
     std::sort(found.begin(), found.end());
     for (const fs::path& file : found) {
-        inputs.push_back({file, file.lexically_relative(folder), ""});
+        inputs.push_back({Alike(file, folder), file.lexically_relative(folder), ""});
     }
 }
 
@@ -102,7 +112,7 @@ std::vector<fs::path> OutputsIn(const fs::path& folder, const std::vector<Input>
             throw std::invalid_argument(NameOf(output) +
                                         " is read and would be written over; choose another folder");
         }
-        outputs.push_back(std::move(output));
+        outputs.push_back(Alike(output, folder));
     }
     return outputs;
 }

@@ -1,7 +1,10 @@
 #include "bench/CommandLine.h"
 
+#include "batch/Inputs.h"
 #include "bench/CommandSyntax.h"
 #include "bench/Output.h"
+#include "bench/Samples.h"
+#include "bench/Table.h"
 #include "bench/Text.h"
 
 #include <CLI/CLI.hpp>
@@ -12,10 +15,15 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 namespace bench {
 
@@ -33,8 +41,9 @@ Start with
   tambench device tree              a device: the module and the objects of its channels
   tambench COMMAND --help           what a command does, with examples
 
-STREAM is the file of a device stream, or the name of a sample: channels, full, oddities,
-missing_name, damaged, duplicate_attribute.
+STREAM is the file of a device stream, "-" for the standard input, or the name of a sample:
+channels, full, oddities, missing_name, damaged, duplicate_attribute. Where several may
+stand, a folder stands for all .xml files below it.
 
 Message boxes, error reports and dialogs that the component shows are read, printed and
 answered with OK; --keys types into the dialogs of edit and rename, and --interactive leaves
@@ -51,7 +60,8 @@ Exit status
      OK or by the keys typed into it; and, unless --tolerate-boxes is given, the component
      reported a fault: in an error report or in a message box, of whatever sign, that the
      command line did not ask for
-  2  wrong usage)";
+  2  wrong usage
+With several streams the command goes on behind one that fails; the status is 1 when any did.)";
 
 constexpr const char* kKeysHelp = R"(
 
@@ -79,6 +89,7 @@ std::vector<std::string> Arguments() {
 /// Newer versions of the parser take no argument whose name has a "=" in it.
 /// They get the form with a "_" there; people read the form as it is.
 constexpr std::string_view kFormOfParser = "NAME_VALUE";
+constexpr const char* kCommonGroup = "Options of every command";
 constexpr std::string_view kForm = "NAME=VALUE";
 
 std::string Exchanged(std::string text, std::string_view from, std::string_view to) {
@@ -88,8 +99,34 @@ std::string Exchanged(std::string text, std::string_view from, std::string_view 
     return text;
 }
 
+/// The columns of an option's name in the help; its description stands behind them.
+constexpr std::size_t kNameColumns = 30;
+constexpr const char* kNoName = "                              ";
+
+/// A help text whose descriptions go on below each other where the screen ends.
+std::string Folded(const std::string& help, std::size_t width) {
+    std::string text;
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);) {
+        const bool isOption = line.starts_with("  -") && line.size() > kNameColumns;
+        const bool isArgument =
+            line.size() > kNameColumns && line.starts_with("  ") && line[kNameColumns - 1] == ' ';
+        if (Width(line) <= width || !(isOption || isArgument)) {
+            text += line + "\n";
+            continue;
+        }
+        text += line.substr(0, kNameColumns);
+        const char* indent = "";
+        for (const std::string& part : Wrap(line.substr(kNameColumns), width - kNameColumns)) {
+            text += indent + part + "\n";
+            indent = kNoName;
+        }
+    }
+    return text;
+}
+
 void AddExamples(CLI::App& command, const std::string& examples) {
-    command.footer("\nExamples\n" + examples + "\n\nOptions of all commands: see tambench --help");
+    command.footer("\nExamples\n" + examples);
 }
 
 void Refuse(const std::string& text, const std::string& form) {
@@ -118,28 +155,50 @@ void TakeValues(const std::vector<std::string>& texts, const std::string& form, 
     }
 }
 
+/// An argument is a value when it has a "=" and is no file.
+void TakeStreams(const std::vector<std::string>& texts, bool withValues, Options& options) {
+    std::vector<std::string> values;
+    for (const std::string& text : texts) {
+        if (withValues && text.find('=') != std::string::npos && !IsFile(Wide(text))) {
+            values.push_back(text);
+        } else {
+            options.streams.push_back(Wide(text));
+        }
+    }
+    TakeValues(values, std::string(kForm), options);
+    if (options.streams.empty()) {
+        throw CLI::ValidationError("STREAM is required");
+    }
+    options.stream = options.streams.front();
+}
+
 /// What stands before and behind the commands, and the options of all of them.
 void SetUp(CLI::App& app, Options& options) {
     app.footer(kClosing);
     app.allow_windows_style_options(false); // "/tmp/project.xml" is a file
     app.require_subcommand(1);
     app.fallthrough();
-    app.get_formatter()->column_width(30);
+    app.get_formatter()->column_width(kNameColumns);
     app.set_help_flag("-h,--help", "This text, or that of a command");
+    app.set_version_flag("--version", "tambench " TAM_BENCH_VERSION, "The version of this program");
     CommandSyntax program(app, options);
-    program.Text("--catalogue", options.catalogue,
-                 "SNVT catalogue; without it catalogue.xml beside the program or in a folder samples");
-    program.Text("--definition", options.definition,
-                 "Name given to Init: the definition is NAME.xml beside the component (O_Tam_id)");
-    program.Flag("--us", options.usUnits, "Show values in US units");
-    program.Flag("--wire", options.wire,
-                 "Wire each input to what its reference in the stream names, as a drawing would");
-    program.Flag("--json", options.json, "Print one JSON document instead of text");
-    program.Flag("--interactive", options.interactive, "Leave boxes and dialogs to the user");
-    program.Flag("--tolerate-boxes", options.tolerateBoxes,
-                 "Take a command as done whose boxes report a fault");
+    program.Common();
     AddModuleCommands(program, options);
     AddDeviceCommands(program, options);
+}
+
+/// Options that exclude each other.
+void CheckTogether(const Options& options) {
+    if (options.interactive && !options.keyText.empty()) {
+        throw CLI::ValidationError("--keys excludes --interactive: one types into the dialogs, the other "
+                                   "leaves them to you");
+    }
+    if (!options.outFolder.empty() && !options.output.empty()) {
+        throw CLI::ValidationError("-o names one file and --out a folder for several: give one of them");
+    }
+    if (IsForMany(options) && !options.output.empty()) {
+        throw CLI::ValidationError("-o names one file: several streams need --out FOLDER");
+    }
 }
 
 /// What is wrong with the command line. A word that is no command is all that
@@ -159,7 +218,9 @@ CommandSyntax CommandSyntax::Command(const std::string& name, const std::string&
                                      const std::string& examples) {
     CLI::App& command = *app_->add_subcommand(name, help);
     AddExamples(command, examples);
-    return {command, *options_};
+    CommandSyntax syntax(command, *options_);
+    syntax.Common();
+    return syntax;
 }
 
 CommandSyntax CommandSyntax::Group(const std::string& name, const std::string& help,
@@ -178,10 +239,11 @@ void CommandSyntax::Argument(const std::string& name, std::wstring& target, cons
     app_->get_option(name)->required();
 }
 
-void CommandSyntax::Text(const std::string& name, std::wstring& target, const std::string& help) {
+void CommandSyntax::Text(const std::string& name, std::wstring& target, const std::string& help,
+                         const std::string& form) {
     app_->add_option_function<std::string>(
             name, [&target](const std::string& value) { target = Wide(value); }, help)
-        ->type_name(name.starts_with("--") ? "TEXT" : "");
+        ->type_name(name.starts_with("-") ? form : "");
 }
 
 void CommandSyntax::MustHave(const std::string& name) {
@@ -224,8 +286,7 @@ void CommandSyntax::Keys() {
                 }
             },
             "Type this into the dialog, and into those that it opens")
-        ->type_name("KEYS")
-        ->excludes(app_->get_parent()->get_option("--interactive"));
+        ->type_name("KEYS");
     app_->footer(app_->get_footer() + kKeysHelp);
 }
 
@@ -240,8 +301,43 @@ void CommandSyntax::Values(const std::string& form, bool areRequired) {
         ->required(areRequired);
 }
 
+void CommandSyntax::Stream() {
+    Argument("STREAM", options_->stream, "Device stream: a file, \"-\", or the name of a sample");
+}
+
+void CommandSyntax::Streams(const std::string& ending, bool withValues) {
+    app_->add_option_function<std::vector<std::string>>(
+            "STREAM",
+            [&options = *options_, ending, withValues](const std::vector<std::string>& texts) {
+                options.outEnding = ending;
+                TakeStreams(texts, withValues, options);
+            },
+            withValues ? "Device streams: files, \"-\", folders, or names of samples; and, of the form "
+                         "NAME=VALUE, values to set after loading"
+                       : "Device streams: files, \"-\", folders, or names of samples")
+        ->type_name("")
+        ->required();
+    Text("--out", options_->outFolder, "Folder for the results of several streams, made when it is missing",
+         "FOLDER");
+}
+
 void CommandSyntax::Output(const std::string& help) {
-    Text("-o,--output", options_->output, help);
+    Text("-o,--output", options_->output, help, "FILE");
+}
+
+void CommandSyntax::Common() {
+    app_->option_defaults()->group(kCommonGroup);
+    Text("--catalogue", options_->catalogue,
+         "SNVT catalogue; without it catalogue.xml beside the program or in a folder samples", "FILE");
+    Text("--definition", options_->definition,
+         "Name given to Init: the definition is NAME.xml beside the component (O_Tam_id)", "NAME");
+    Flag("--us", options_->usUnits, "Show values in US units");
+    Flag("--wire", options_->wire,
+         "Wire each input to what its reference in the stream names, as a drawing would");
+    Flag("--json", options_->json, "Print one JSON document instead of text");
+    Flag("--interactive", options_->interactive, "Leave boxes and dialogs to the user");
+    Flag("--tolerate-boxes", options_->tolerateBoxes, "Take a command as done whose boxes report a fault");
+    app_->option_defaults()->group("Options");
 }
 
 void CommandSyntax::Placing() {
@@ -255,6 +351,22 @@ void CommandSyntax::NoCompiler() {
     Flag("--no-compiler", options_->noCompiler, "As on a machine without the database compiler");
 }
 
+std::vector<std::filesystem::path> StreamPaths(const Options& options) {
+    std::vector<std::filesystem::path> paths;
+    for (const std::wstring& stream : options.streams) {
+        const std::wstring sample = SampleStream(stream);
+        std::error_code none;
+        // Beside the program lies a folder with the name of a sample.
+        const bool isFolder = std::filesystem::is_directory(stream, none);
+        paths.emplace_back(isFolder && !sample.empty() ? sample : stream);
+    }
+    return paths;
+}
+
+bool IsForMany(const Options& options) {
+    return !options.outFolder.empty() || batch::IsMany(StreamPaths(options));
+}
+
 std::optional<Options> ReadCommandLine(int& status) {
     Options options;
     CLI::App app(kAbout, "tambench");
@@ -266,12 +378,15 @@ std::optional<Options> ReadCommandLine(int& status) {
     std::reverse(arguments.begin(), arguments.end());
     try {
         app.parse(arguments);
+        CheckTogether(options);
     } catch (const CLI::ParseError& error) {
         status = error.get_exit_code() == 0 ? kDone : kWrongUsage;
         if (status == kDone) {
             std::ostringstream help;
             app.exit(error, help, help);
-            status = Print(Exchanged(help.str(), kFormOfParser, kForm)) ? kDone : kFailed;
+            status = Print(Folded(Exchanged(help.str(), kFormOfParser, kForm), OutputScreen().width))
+                         ? kDone
+                         : kFailed;
         } else {
             Complain("tambench: " + Complaint(app, error) +
                      "\nTry tambench --help, or tambench COMMAND --help.\n");

@@ -2,6 +2,7 @@
 
 #include "bench/Keys.h"
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -24,7 +25,15 @@ struct Options {
 
     // Of single commands.
     std::wstring stream;
+    /// The streams of a command that takes several, and folders of them.
+    std::vector<std::wstring> streams;
     std::wstring output;
+    /// The folder for the results of several streams.
+    std::wstring outFolder;
+    /// How the names of the command's results end there.
+    std::string outEnding;
+    /// The file that describes the device; empty for the sample's.
+    std::wstring deviceFile;
     std::wstring project;
     std::wstring filter;
     std::wstring deviceKey;
@@ -39,7 +48,7 @@ struct Options {
     std::vector<std::wstring> displayed;
     std::vector<std::wstring> displayedOfChannels;
     std::vector<std::pair<std::wstring, std::wstring>> values;
-    std::wstring firmware = L"V2_10";
+    std::wstring firmware;
     bool fetch = false;
     bool noCompiler = false;
     bool debugDump = false;
@@ -51,6 +60,12 @@ struct Options {
 constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+
+/// The files and folders of a command that takes several streams.
+std::vector<std::filesystem::path> StreamPaths(const Options& options);
+/// True when a command that takes several streams is to work on more than one, or puts its
+/// results into a folder.
+bool IsForMany(const Options& options);
 
 /// Reads the program's own command line. Without a result the run is over:
 /// help was printed or the usage was wrong, and `status` says which.

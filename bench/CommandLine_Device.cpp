@@ -13,15 +13,26 @@ class DeviceCommands {
 
     void Add() {
         CommandSyntax group = program_.Group(
-            "device", "Work with a sample device: a module and the objects of its channels",
+            "device", "Work with a device: a module and the objects of its channels",
             "  tambench device tree\n"
             "  tambench device set AI1 Offset=1.5             the module's AI1_Offset follows\n"
             "  tambench device save AI1.Offset=1.5 -o device.xml\n"
             "  tambench device export --project device.xml\n\n"
-            "The device is K7. Its module is loaded from the sample stream \"channels\"; a channel is an\n"
-            "object of its own, known by its key: AI1, AO1, DI1, DO1, CTX1. A point of a channel and the\n"
-            "module's item named KEY_POINT belong together: AI1_Offset is the offset of AI1. Every run\n"
-            "opens the device anew; what is to last is saved and opened with --project.");
+            "Without --device it is the sample device K7. Its module is loaded from the sample stream\n"
+            "\"channels\"; a channel is an object of its own, known by its key: AI1, AO1, DI1, DO1, CTX1.\n"
+            "A point of a channel and the module's item named KEY_POINT belong together:\n"
+            "AI1_Offset is the offset of AI1. Every run opens the device as it is described; what is to\n"
+            "last is saved and opened with --project.\n\n"
+            "A device of your own is a file:\n"
+            "  <Device>\n"
+            "    <Stream>hall.xml</Stream>\n"
+            "    <Channels>\n"
+            "      <Channel key=\"AI1\" kind=\"ai\" terminal=\"5\" setup=\"2,Ni1000;1,Pt1000\"/>\n"
+            "      <Channel key=\"CTX1\" kind=\"ctx\"/>\n"
+            "    </Channels>\n"
+            "  </Device>\n"
+            "  tambench device tree --device hall-device.xml\n"
+            "docs/formats.md says what else it may hold.");
 
         ChannelsCommand(group, "tree", "Open the device and show the points of its module and channels",
                         "  tambench device tree\n"
@@ -72,16 +83,16 @@ class DeviceCommands {
     }
 
   private:
-    /// The device's module is the sample's.
     CommandSyntax DeviceCommand(CommandSyntax& group, const std::string& name, const std::string& help,
                                 const std::string& examples) {
         CommandSyntax command = group.Command(name, help, examples);
+        command.Text("--device", options_.deviceFile,
+                     "File that describes the device; without it the sample device", "FILE");
         command.Text("--firmware", options_.firmware,
-                     "Firmware version of the device (V2_10); V1_00 and V3_00 have no channel objects");
-        command.WhenChosen([&options = options_, name] {
-            options.command = "device " + name;
-            options.stream = L"channels";
-        });
+                     "Firmware version in place of the file's; of the sample's versions V2_10 has channel "
+                     "objects, V1_00 and V3_00 have none",
+                     "VERSION");
+        command.WhenChosen([&options = options_, name] { options.command = "device " + name; });
         return command;
     }
 
@@ -90,12 +101,14 @@ class DeviceCommands {
                                   const std::string& examples) {
         CommandSyntax command = DeviceCommand(group, name, help, examples);
         command.Text("--project", options_.project,
-                     "Open the device as this project saved it; without it with a new channel of each kind");
+                     "Open the device as this project saved it; without it with the file's channels as new",
+                     "FILE");
         return command;
     }
 
     void ObjectKey(CommandSyntax& command) {
-        command.Argument("KEY", options_.objectKey, "Key of a channel: AI1, AO1, DI1, DO1 or CTX1");
+        command.Argument("KEY", options_.objectKey,
+                         "Key of a channel; of the sample device AI1, AO1, DI1, DO1 or CTX1");
     }
 
     CommandSyntax& program_;

@@ -20,10 +20,12 @@ class ModuleCommands {
                       "  tambench inspect oddities              a stream with faults: see the boxes");
         CommandSyntax types =
             Command("types", "List the network variable types of the catalogue",
-                    "  tambench types --filter temp\n"
-                    "  tambench types --filter Enum --json    enumerations with their values");
-        types.Text("--filter", options_.filter,
-                   "Only types with this text in their number, name, kind or unit");
+                    "  tambench types temp\n"
+                    "  tambench types Enum --json             enumerations with their values\n"
+                    "  tambench types --filter 105            the same as an option");
+        types.Text("TEXT", options_.filter,
+                   "Only types with this text in their number, name, kind or unit, in any letter case");
+        types.Text("--filter", options_.filter, "The same");
     }
 
     void AddSheet() {
@@ -39,9 +41,10 @@ class ModuleCommands {
 
     void AddProject() {
         CommandSyntax save =
-            StreamCommand("save", "Load a stream and save the module into a project document",
-                          "  tambench save channels -o project.xml\n"
-                          "  tambench save channels --name \"Reading room 2\" --at 12.5 4");
+            StreamsCommand("save", ".xml", "Load a stream and save the module into a project document",
+                           "  tambench save channels -o project.xml\n"
+                           "  tambench save channels --name \"Reading room 2\" --at 12.5 4\n"
+                           "  tambench save streams --out projects   each stream below a folder");
         save.Output("File for the project; without it the saved element is only shown");
         save.Placing();
         save.Names("--display", "NAME", options_.displayed, "Outputs that the host shows in its displays");
@@ -52,16 +55,20 @@ class ModuleCommands {
             "  tambench load channels project.xml");
         load.Argument("PROJECT", options_.project, "Project document, as save writes it");
 
-        CommandSyntax interop = StreamCommand("interop", "Write the module's description for other tools",
-                                              "  tambench interop channels\n"
-                                              "  tambench interop full -o interop.xml");
+        CommandSyntax interop =
+            StreamsCommand("interop", ".xml", "Write the module's description for other tools",
+                           "  tambench interop channels\n"
+                           "  tambench interop full AI1_Offset=1.5 -o interop.xml\n"
+                           "  tambench interop streams --out descriptions");
         interop.Output("File for the document; without it the document is shown");
 
         CommandSyntax exporting =
-            StreamCommand("export", "Compile the module into its database image and show its sizes",
-                          "  tambench export full\n"
-                          "  tambench export full --wire            with connected inputs\n"
-                          "  tambench export channels --no-compiler the component's own export document");
+            StreamsCommand("export", ".txt", "Compile the module into its database image and show its sizes",
+                           "  tambench export full\n"
+                           "  tambench export full --wire            with connected inputs\n"
+                           "  tambench export channels AI1_Offset=1.5 -o image.txt\n"
+                           "  tambench export channels --no-compiler the component's own export document\n"
+                           "  tambench export a.xml b.xml --out images");
         exporting.Output("File for the stream that the component answers");
         exporting.NoCompiler();
         exporting.Flag("--debug-dump", options_.debugDump,
@@ -73,8 +80,10 @@ class ModuleCommands {
             StreamCommand("set", "Set values of attributes or inputs and show what becomes of them",
                           "  tambench set channels AI1_Offset=1.5 AO1_Setup=2\n"
                           "  tambench set channels AI1_Offset=1.5 --us\n"
-                          "  tambench set channels DO1_In1=DI1_Out  the value of an input is its link");
+                          "  tambench set channels DO1_In1=DI1_Out  the value of an input is its link\n"
+                          "  tambench set channels AI1_Offset=1.5 -o changed.xml");
         set.Values("NAME=VALUE", true);
+        set.Output("File for the stream with the new values; all else in it stays as it is");
 
         StreamCommand("clear-refs",
                       "Clear the references of all inputs and show their values before and after",
@@ -127,7 +136,15 @@ class ModuleCommands {
     CommandSyntax StreamCommand(const std::string& name, const std::string& help,
                                 const std::string& examples) {
         CommandSyntax command = Command(name, help, examples);
-        command.Argument("STREAM", options_.stream, "Device stream: a file or the name of a sample");
+        command.Stream();
+        return command;
+    }
+
+    /// One that works on several streams too, and whose results end so.
+    CommandSyntax StreamsCommand(const std::string& name, const std::string& ending, const std::string& help,
+                                 const std::string& examples) {
+        CommandSyntax command = Command(name, help, examples);
+        command.Streams(ending, true);
         return command;
     }
 

@@ -27,8 +27,10 @@ class CommandSyntax {
     void WhenChosen(std::function<void()> action);
 
     void Argument(const std::string& name, std::wstring& target, const std::string& help);
-    /// An option, or without dashes an argument that may be missing.
-    void Text(const std::string& name, std::wstring& target, const std::string& help);
+    /// An option, or without dashes an argument that may be missing. The form stands for
+    /// the option's value in the help.
+    void Text(const std::string& name, std::wstring& target, const std::string& help,
+              const std::string& form = "TEXT");
     /// The option may not be missing.
     void MustHave(const std::string& name);
     void Flag(const std::string& name, bool& target, const std::string& help);
@@ -37,6 +39,11 @@ class CommandSyntax {
                const std::string& help);
 
     // Options of several commands.
+    /// One device stream.
+    void Stream();
+    /// Device streams and folders of them, their results in --out with this ending; where
+    /// values may be set, arguments of the form NAME=VALUE among them.
+    void Streams(const std::string& ending, bool withValues);
     /// The option that types into the command's dialogs.
     void Keys();
     /// Arguments of the form NAME=VALUE or KEY.NAME=VALUE.
@@ -44,6 +51,8 @@ class CommandSyntax {
     void Output(const std::string& help);
     void Placing();
     void NoCompiler();
+    /// What every command takes, in a group of its own at the end of its help.
+    void Common();
 
   private:
     CLI::App* app_;

@@ -57,6 +57,9 @@ std::string IconBytes(Host& host);
 std::string Summary(Host& host);
 /// Loads the stream and says in a line what came of it.
 void LoadAndTell(Host& host, Report& report);
+/// Sets the values that the options name and tells what became of them: in the report when
+/// there are any, and as the answer.
+Json SetValues(Host& host, const Options& options, Report& report);
 /// Gives the module what a drawing knows of it: its name and place there, and
 /// which outputs its displays show.
 void Place(Host& host, const Options& options);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace bench {
@@ -142,7 +143,7 @@ void TellEnumerations(const Json& changes, Report& report) {
 } // namespace
 
 void DeviceTree(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     Json module;
     host.Step("reading the module", [&] {
@@ -162,7 +163,7 @@ void DeviceTree(Host& host, const Options& options, Report& report) {
 }
 
 void DevicePlace(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     const std::wstring identifier = device.IdentifierOf(options.kind);
     const Channel& channel = device.Place(identifier, options.objectKey);
@@ -185,7 +186,7 @@ void DevicePlace(Host& host, const Options& options, Report& report) {
 }
 
 void DeviceFetch(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     const Channel& channel = device.At(options.objectKey);
     const Json before = ReadPoints(device, channel);
@@ -201,7 +202,7 @@ void DeviceFetch(Host& host, const Options& options, Report& report) {
 }
 
 void DeviceSet(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     const Channel& channel = device.At(options.objectKey);
     Json changes = Json::array();

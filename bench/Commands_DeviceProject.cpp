@@ -4,6 +4,7 @@
 #include "bench/Text.h"
 
 #include <cstddef>
+#include <string>
 #include <utility>
 
 namespace bench {
@@ -18,7 +19,7 @@ std::pair<std::wstring, std::wstring> Split(const std::wstring& text) {
 }
 
 /// Sets what the command line says of the channels.
-void SetPoints(const SampleDevice& device, const Options& options) {
+void SetPoints(const OpenedDevice& device, const Options& options) {
     for (const auto& [name, value] : options.values) {
         const auto [key, point] = Split(name);
         SetPoint(device.Module(), device.At(key), point, value);
@@ -59,7 +60,7 @@ void TellChanges(const Json& changes, const std::string& heading, Table table, c
 } // namespace
 
 void DeviceSave(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     Place(host, options);
     if (options.fetch) {
@@ -87,14 +88,14 @@ void DeviceSave(Host& host, const Options& options, Report& report) {
     report.Add(table);
     if (options.output.empty()) {
         report.Heading("The document");
-        report.Block(text);
+        report.Document(text);
     } else {
         report.Line("\nWritten to " + Utf8(options.output) + ".");
     }
 }
 
 void DeviceLoad(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     const Json result = LoadProject(device, options, report);
     Json channels = Json::array();
     std::string keys;
@@ -121,10 +122,7 @@ void DeviceLoad(Host& host, const Options& options, Report& report) {
                                                                  " of other devices or blocks");
     report.Add(fields);
     for (const Json& note : result["notes"]) {
-        report.Line("");
-        for (const std::string& line : Wrap(note.get<std::string>(), Table::kWidth)) {
-            report.Line(line);
-        }
+        report.Line("\n" + note.get<std::string>());
     }
     TellChanges(result["restored"], "Points that are not as their definitions make them",
                 Table({"Channel", "Point", "By definition", "Restored", "Enumeration"}), "name", "enumDesc",
@@ -135,7 +133,7 @@ void DeviceLoad(Host& host, const Options& options, Report& report) {
 }
 
 void DeviceExport(Host& host, const Options& options, Report& report) {
-    SampleDevice device(host, options, report);
+    OpenedDevice device(host, options, report);
     OpenDevice(device, options, report);
     SetPoints(device, options);
     ExportLoaded(host, options, report);

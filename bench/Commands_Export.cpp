@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -97,11 +98,12 @@ std::string HexByte(unsigned byte) {
     return {kDigits[byte / 16], kDigits[byte % 16]};
 }
 
-/// Offsets, bytes and characters, 16 bytes a line. Only the ends of a long image.
-std::string Dump(const std::vector<unsigned>& bytes) {
-    constexpr std::size_t kRow = 16;
+/// Offsets, bytes and characters, 16 bytes a line where there is room. Only the ends of a long image.
+std::string Dump(const std::vector<unsigned>& bytes, std::size_t width) {
+    constexpr std::size_t kWidthOfLongRow = 73;
+    const std::size_t bytesInRow = width >= kWidthOfLongRow ? 16 : 8;
     constexpr std::size_t kRowsAtEnds = 8;
-    const std::size_t rows = (bytes.size() + kRow - 1) / kRow;
+    const std::size_t rows = (bytes.size() + bytesInRow - 1) / bytesInRow;
     std::string text;
     for (std::size_t row = 0; row < rows; ++row) {
         if (row >= kRowsAtEnds && row + kRowsAtEnds < rows) {
@@ -112,13 +114,13 @@ std::string Dump(const std::vector<unsigned>& bytes) {
         }
         std::string hex;
         std::string characters;
-        for (std::size_t at = row * kRow; at < std::min(bytes.size(), (row + 1) * kRow); ++at) {
+        for (std::size_t at = row * bytesInRow; at < std::min(bytes.size(), (row + 1) * bytesInRow); ++at) {
             hex += HexByte(bytes[at]);
             hex += ' ';
             characters += bytes[at] >= 0x20 && bytes[at] < 0x7F ? static_cast<char>(bytes[at]) : '.';
         }
-        hex.resize(kRow * 3, ' ');
-        const std::size_t offset = row * kRow;
+        hex.resize(bytesInRow * 3, ' ');
+        const std::size_t offset = row * bytesInRow;
         text.append("  ")
             .append(HexByte(static_cast<unsigned>(offset / 256 % 256)))
             .append(HexByte(static_cast<unsigned>(offset % 256)))
@@ -157,7 +159,7 @@ void TellStream(const std::string& stream, Report& report) {
         if (!head.is_null()) {
             TellHead(head, report);
         }
-        report.Block(Dump(bytes));
+        report.Block(Dump(bytes, report.Width()));
         return;
     }
     const xml::Document document = xml::LoadText(Wide(stream));
@@ -166,7 +168,7 @@ void TellStream(const std::string& stream, Report& report) {
     if (root) {
         report.data["kind"] = "export document";
         report.Heading("Not compiled: the export document itself");
-        report.Block(xml::Print(xml::Node(root), kLongestShown));
+        report.Document(xml::Print(xml::Node(root), kLongestShown));
     } else {
         report.data["kind"] = stream.empty() ? "nothing" : "other";
         report.Heading(stream.empty() ? "The component answered no stream"
@@ -212,6 +214,7 @@ class KeptDocument {
 
 void Export(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);
+    SetValues(host, options, report);
     ExportLoaded(host, options, report);
 }
 

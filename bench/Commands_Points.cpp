@@ -1,9 +1,12 @@
 #include "bench/Commands.h"
 #include "bench/InternalItem.h"
 #include "bench/Model.h"
+#include "bench/StreamEdit.h"
 #include "bench/Text.h"
+#include "bench/WholeFile.h"
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace bench {
@@ -36,6 +39,15 @@ Json ReadTarget(const Target& target) {
     return ReadValue(*target.attribute.Get());
 }
 
+Table ChangeTable(const Json& changes) {
+    Table table({"Point", "", "Value", "Displayed as"});
+    for (const Json& change : changes) {
+        table.Add({change["name"], "before", change["before"]["value"], DisplayOf(change["before"])});
+        table.Add({"", "after", change["after"]["value"], DisplayOf(change["after"])});
+    }
+    return table;
+}
+
 Json ReadReferences(Host& host) {
     Json references = Json::array();
     ForEachInput(host.App(), [&](IInput& input) {
@@ -48,16 +60,14 @@ Json ReadReferences(Host& host) {
 
 } // namespace
 
-void Set(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
+Json SetValues(Host& host, const Options& options, Report& report) {
     std::vector<Target> targets;
     host.Step("looking up the points", [&] {
         for (const auto& [name, value] : options.values) {
             targets.push_back(FindTarget(host, name, value));
         }
     });
-    Json& changes = report.data["changes"] = Json::array();
-    Table table({"Point", "", "Value", "Displayed as"});
+    Json changes = Json::array();
     for (const Target& target : targets) {
         const bool isInput = static_cast<bool>(target.input);
         const std::string name = isInput ? TextOf(*target.input.Get(), &IInput::get_Name)
@@ -78,11 +88,29 @@ void Set(Host& host, const Options& options, Report& report) {
                            {"kind", isInput ? "input" : "attribute"},
                            {"before", before},
                            {"after", after}});
-        table.Add({name, "before", before["value"], DisplayOf(before)});
-        table.Add({"", "after", after["value"], DisplayOf(after)});
     }
-    report.Heading("Values");
-    report.Add(table);
+    if (!changes.empty()) {
+        report.data["changes"] = changes;
+        report.Heading("Values");
+        report.Add(ChangeTable(changes));
+    }
+    return changes;
+}
+
+void Set(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    const Json changes = SetValues(host, options, report);
+    if (!options.output.empty()) {
+        std::vector<PointValue> values;
+        for (const Json& change : changes) {
+            values.push_back({change["kind"] == "input", Wide(change["name"].get<std::string>()),
+                              Wide(change["after"]["value"].get<std::string>())});
+        }
+        host.Step("writing the stream",
+                  [&] { WriteWholeFile(options.output, Utf8(WithValues(host.StreamText(), values))); });
+        report.data["file"] = Utf8(options.output);
+        report.Line("\nWritten to " + Utf8(options.output) + ".");
+    }
 }
 
 void ClearRefs(Host& host, const Options&, Report& report) {

@@ -2,6 +2,7 @@
 #include "bench/Model.h"
 #include "bench/Text.h"
 
+#include <string>
 #include <utility>
 
 namespace bench {
@@ -10,7 +11,7 @@ namespace {
 
 void ShowOrSave(const xml::Node& root, const std::wstring& file, Report& report) {
     if (file.empty()) {
-        report.Block(xml::Print(root));
+        report.Document(xml::Print(root));
         return;
     }
     xml::Save(root, file);
@@ -84,6 +85,7 @@ void Place(Host& host, const Options& options) {
 
 void Save(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);
+    SetValues(host, options, report);
     Place(host, options);
     const xml::Document document = xml::New();
     const xml::Node project = xml::Append(document, xml::Node(document), L"Project");
@@ -93,7 +95,7 @@ void Save(Host& host, const Options& options, Report& report) {
     com::CheckSet(saved.Get());
     report.data["element"] = xml::Print(saved);
     report.Heading("What the component wrote into the project");
-    report.Block(xml::Print(saved));
+    report.Document(xml::Print(saved));
     if (!options.output.empty()) {
         xml::Save(project, options.output);
         report.data["file"] = Utf8(options.output);
@@ -127,6 +129,7 @@ void Load(Host& host, const Options& options, Report& report) {
 
 void Interop(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);
+    SetValues(host, options, report);
     const xml::Node element = Interoperability(host);
     const auto count = [&](const wchar_t* section) {
         const xml::Node node = xml::Select(element, section);

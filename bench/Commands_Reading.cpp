@@ -4,7 +4,9 @@
 
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 namespace bench {
@@ -45,11 +47,13 @@ Fields ModuleFields(const Json& module) {
     return fields;
 }
 
+// Rows are numbered as Item counts, from 1; the points' own Index counts from 0.
 Table InputTable(const Json& inputs) {
     Table table(
         {">#", "Input", "Type (SNVT)", "Accepts", "Reference", ">Address", "Permanent", "Wired", "Value"});
+    std::size_t number = 0;
     for (const Json& input : inputs) {
-        table.Add({Number(input["index"]), input["name"], TypeTitle(input["type"]), Join(input["accepts"]),
+        table.Add({std::to_string(++number), input["name"], TypeTitle(input["type"]), Join(input["accepts"]),
                    input["reference"], input["logicalAddress"], YesNo(input["permanent"]),
                    YesNo(input["connected"]), input["value"]});
     }
@@ -58,9 +62,10 @@ Table InputTable(const Json& inputs) {
 
 Table OutputTable(const Json& outputs) {
     Table table({">#", "Output", "Type (SNVT)", "Kind", "Unit", "Reference", ">Address", "Shown", "Wired"});
+    std::size_t number = 0;
     for (const Json& output : outputs) {
         const Json& type = output["type"];
-        table.Add({Number(output["index"]), output["name"], TypeTitle(type),
+        table.Add({std::to_string(++number), output["name"], TypeTitle(type),
                    type.is_null() ? "" : type["generalType"].get<std::string>(),
                    type.is_null() ? "" : type["unit"].get<std::string>(), output["reference"],
                    output["logicalAddress"], YesNo(output["displayable"]), YesNo(output["connected"])});

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <optional>
 #include <sstream>
+#include <string>
 #include <string_view>
 
 namespace bench {
@@ -79,8 +80,8 @@ std::wstring LineOf(const std::wstring& text, unsigned number) {
 
 /// What stands around a place, with a mark below it.
 void TellPlace(const std::wstring& document, const Place& place, Report& report) {
-    constexpr std::size_t kBefore = 40;
-    constexpr std::size_t kShown = 90;
+    const std::size_t shown = report.Width() - 10;
+    const std::size_t before = shown * 4 / 9;
     std::wstring line = LineOf(document, place.line);
     std::replace_if(
         line.begin(), line.end(), [](wchar_t c) { return c < L' '; }, L' ');
@@ -88,8 +89,8 @@ void TellPlace(const std::wstring& document, const Place& place, Report& report)
     if (at > line.size()) {
         return;
     }
-    const std::size_t from = at > kBefore ? at - kBefore : 0;
-    report.Line("  " + Utf8(line.substr(from, kShown)));
+    const std::size_t from = at > before ? at - before : 0;
+    report.Line("  " + Utf8(line.substr(from, shown)));
     report.Line("  " + std::string(at - from, ' ') + "^");
 }
 
@@ -123,9 +124,7 @@ void ThrowRefusal(Host& host, Report& report) {
                               {"column", place ? Json(place->column) : Json()},
                               {"document", text}};
     report.Heading("The compiler refused the export document");
-    for (const std::string& line : Wrap(reason, Table::kWidth)) {
-        report.Line(line);
-    }
+    report.Line(reason);
     if (place) {
         report.Line("");
         TellPlace(document, *place, report);

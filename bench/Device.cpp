@@ -5,30 +5,12 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 namespace bench {
 
 namespace {
-
-/// A channel of the sample device. The first entry of a setup is the one that
-/// the device works with, the others are what it could be set to.
-struct SampleChannel {
-    const wchar_t* kind;
-    const wchar_t* key;
-    const wchar_t* identifier;
-    /// Without one the device knows no channel for the object.
-    const wchar_t* value;
-    const wchar_t* setup;
-};
-
-constexpr SampleChannel kSampleChannels[] = {
-    {L"ai", L"AI1", L"o_tam_ai_id", L"5", L"2,Ni1000;1,Pt1000;3,0-10 V"},
-    {L"ao", L"AO1", L"o_tam_ao_id", L"10", L"4,0-10 V;5,2-10 V"},
-    {L"di", L"DI1", L"o_tam_di_id", L"14", L""},
-    {L"do", L"DO1", L"o_tam_do_id", L"22", L""},
-    {L"ctx", L"CTX1", L"o_inpcntx_id", nullptr, nullptr}, // reads the module's other inputs
-};
 
 // Where a drawing would put the channels: below each other, beside the module.
 constexpr const wchar_t* kSheetKey = L"SHEET1\\";
@@ -50,12 +32,8 @@ com::Ref<J> Face(const com::Ref<I>& object) {
     return face;
 }
 
-/// The folder of the samples: beside the program, else where it was started.
-std::wstring Samples() {
-    constexpr const wchar_t* kFolder = L"samples\\";
-    const std::wstring beside = ProgramFolder() + kFolder;
-    return IsFile(beside + L"device.xml") ? beside : FullPath(kFolder);
-}
+/// A kind that every firmware with channel objects has.
+constexpr const wchar_t* kCommonKind = L"ai";
 
 constexpr const wchar_t* kModuleIdentifier = L"o_tam_id";
 
@@ -66,49 +44,52 @@ std::string NoChannels(const std::wstring& firmware) {
 
 } // namespace
 
-SampleDevice::SampleDevice(Host& host, const Options& options, Report& report)
-    : host_(host), firmware_(options.firmware) {
-    host.LoadStream();
+OpenedDevice::OpenedDevice(Host& host, const Options& options, Report& report)
+    : host_(host)
+    , file_(ReadDeviceFile(options.deviceFile))
+    , firmware_(options.firmware.empty() ? file_.firmware : options.firmware) {
+    host.LoadStreamFile(file_.stream, file_.streamFile);
     host.Step("opening the device", [&] {
         com::Call(host.Tam(), &ITamObject::put_DeviceKey, com::Bstr(Key()).Get());
         DescribeChannels();
         DescribeFirmware();
     });
     report.Line("Opened device " + Utf8(Key()) + ": module " + Summary(host) + ".");
+    report.data["device"] = Utf8(file_.path);
     report.data["deviceKey"] = Utf8(Key());
     report.data["firmware"] = Utf8(firmware_);
 }
 
-SampleDevice::~SampleDevice() {
+OpenedDevice::~OpenedDevice() {
     for (const Channel& channel : channels_) {
         channel.app->Destroy();
     }
 }
 
-void SampleDevice::DescribeFirmware() {
+void OpenedDevice::DescribeFirmware() {
     const auto context = Create<IDeviceContext>(__uuidof(DeviceContext));
     const auto setup = Face<IDeviceContextSetup>(context);
-    com::Call(setup, &IDeviceContextSetup::Load, com::Bstr(Samples() + L"device.xml").Get());
+    com::Call(setup, &IDeviceContextSetup::Load, com::Bstr(FullPath(file_.firmwareFile)).Get());
     com::Call(setup, &IDeviceContextSetup::put_FirmwareVersion, com::Bstr(firmware_).Get());
     manager_ = Create<ITamObjectManager>(__uuidof(TamObjectManager));
     com::Call(manager_, &ITamObjectManager::Init, context.Get());
 }
 
-void SampleDevice::DescribeChannels() {
+void OpenedDevice::DescribeChannels() {
     device_ = Create<IDevice>(__uuidof(Device));
     const auto setup = Face<IDeviceSetup>(device_);
     com::Call(setup, &IDeviceSetup::put_DeviceKey, com::Bstr(Key()).Get());
     com::Call(setup, &IDeviceSetup::SetContainer, &host_.App());
-    for (const SampleChannel& sample : kSampleChannels) {
-        if (sample.value != nullptr) {
+    for (const DescribedChannel& channel : file_.channels) {
+        if (channel.terminal) {
             com::Ref<IChannel> added;
-            com::Call(setup, &IDeviceSetup::AddChannel, com::Bstr(sample.key).Get(),
-                      com::Bstr(sample.value).Get(), com::Bstr(sample.setup).Get(), added.Put());
+            com::Call(setup, &IDeviceSetup::AddChannel, com::Bstr(channel.key).Get(),
+                      com::Bstr(*channel.terminal).Get(), com::Bstr(channel.setup).Get(), added.Put());
         }
     }
 }
 
-bool SampleDevice::IsChannelObject(const std::wstring& identifier) {
+bool OpenedDevice::IsChannelObject(const std::wstring& identifier) {
     VARIANT_BOOL answer = VARIANT_FALSE;
     host_.Step("IsTamInternalObject", [&] {
         const auto failure = com::Attempt([&] {
@@ -124,12 +105,9 @@ bool SampleDevice::IsChannelObject(const std::wstring& identifier) {
     return answer != VARIANT_FALSE;
 }
 
-std::wstring SampleDevice::IdentifierOf(const std::wstring& kind) {
-    const bool hasAny = IsChannelObject(kSampleChannels[0].identifier);
-    const auto* const found =
-        std::find_if(std::begin(kSampleChannels), std::end(kSampleChannels),
-                     [&](const SampleChannel& sample) { return SameKey(sample.kind, kind); });
-    std::wstring identifier = found != std::end(kSampleChannels) ? found->identifier : kind;
+std::wstring OpenedDevice::IdentifierOf(const std::wstring& kind) {
+    const bool hasAny = IsChannelObject(IdentifierOfKind(kCommonKind));
+    const std::wstring identifier = IdentifierOfKind(kind);
     const bool isKnown = IsChannelObject(identifier);
     host_.Step("choosing the kind of channel", [&] {
         if (!hasAny) {
@@ -141,13 +119,13 @@ std::wstring SampleDevice::IdentifierOf(const std::wstring& kind) {
         if (!isKnown) {
             throw BenchError(E_INVALIDARG, "there is no kind of channel \"" + Utf8(kind) +
                                                "\": it is ai, ao, di, do, ctx or an identifier such as " +
-                                               Utf8(kSampleChannels[0].identifier));
+                                               Utf8(IdentifierOfKind(kCommonKind)));
         }
     });
     return identifier;
 }
 
-const Channel& SampleDevice::Place(const std::wstring& identifier, const std::wstring& key) {
+const Channel& OpenedDevice::Place(const std::wstring& identifier, const std::wstring& key) {
     host_.Step("placing " + Utf8(key), [&] {
         if (key.empty()) {
             throw BenchError(E_INVALIDARG, "a channel object needs a key");
@@ -181,19 +159,19 @@ const Channel& SampleDevice::Place(const std::wstring& identifier, const std::ws
     return channels_.back();
 }
 
-void SampleDevice::PlaceAll() {
-    for (const SampleChannel& sample : kSampleChannels) {
-        TakeFromModule(*this, Place(IdentifierOf(sample.identifier), sample.key));
+void OpenedDevice::PlaceAll() {
+    for (const DescribedChannel& channel : file_.channels) {
+        TakeFromModule(*this, Place(IdentifierOf(channel.kind), channel.key));
     }
 }
 
-const Channel* SampleDevice::Find(const std::wstring& key) const noexcept {
+const Channel* OpenedDevice::Find(const std::wstring& key) const noexcept {
     const auto found = std::find_if(channels_.begin(), channels_.end(),
                                     [&](const Channel& channel) { return SameKey(channel.key, key); });
     return found != channels_.end() ? &*found : nullptr;
 }
 
-const Channel& SampleDevice::At(const std::wstring& key) const {
+const Channel& OpenedDevice::At(const std::wstring& key) const {
     const Channel* found = nullptr;
     host_.Step("looking up the channel", [&] {
         found = Find(key);
@@ -204,7 +182,7 @@ const Channel& SampleDevice::At(const std::wstring& key) const {
     return *found;
 }
 
-void SampleDevice::Fetch(const Channel& channel) const {
+void OpenedDevice::Fetch(const Channel& channel) const {
     host_.Step("getting data for " + Utf8(channel.key),
                [&] { com::Call(channel.app, &IAppObject::ObjectDebug); });
 }

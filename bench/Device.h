@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bench/DeviceFile.h"
 #include "bench/Host.h"
 
 #include <string>
@@ -14,16 +15,16 @@ struct Channel {
     com::Ref<ITamInternalAppObject> item;
 };
 
-/// The sample device as a tool has it open: the module that the host loaded,
+/// A device as a tool has it open: the module that the host loaded,
 /// what the device says of its channels, and the objects placed for them.
-class SampleDevice {
+class OpenedDevice {
   public:
-    /// The module is the sample stream's, loaded here. No channel is placed yet.
-    SampleDevice(Host& host, const Options& options, Report& report);
+    /// The module is of the stream that the device file names, loaded here. No channel is placed yet.
+    OpenedDevice(Host& host, const Options& options, Report& report);
     /// Takes the channels' objects off the sheet, as a tool does.
-    ~SampleDevice();
-    SampleDevice(const SampleDevice&) = delete;
-    SampleDevice& operator=(const SampleDevice&) = delete;
+    ~OpenedDevice();
+    OpenedDevice(const OpenedDevice&) = delete;
+    OpenedDevice& operator=(const OpenedDevice&) = delete;
 
     /// True for an identifier of a channel's object, if the firmware has any.
     bool IsChannelObject(const std::wstring& identifier);
@@ -33,8 +34,7 @@ class SampleDevice {
     /// Makes the object of a channel by its definition, as new. The reference
     /// holds until the next is placed.
     const Channel& Place(const std::wstring& identifier, const std::wstring& key);
-    /// One object of each kind, with the values that the module has for them:
-    /// AI1, AO1, DI1, DO1, CTX1.
+    /// An object for each channel of the device file, with the values that the module has for them.
     void PlaceAll();
     /// In any letter case. Throws BenchError when no such object is placed.
     const Channel& At(const std::wstring& key) const;
@@ -51,6 +51,7 @@ class SampleDevice {
     void DescribeChannels();
 
     Host& host_;
+    DeviceFile file_;
     std::wstring firmware_;
     com::Ref<ITamObjectManager> manager_;
     com::Ref<IDevice> device_;

@@ -2,6 +2,7 @@
 
 #include "bench/Text.h"
 
+#include <string>
 #include <utility>
 
 namespace bench {
@@ -116,7 +117,7 @@ void SetState(Host& host, const Channel& channel, const Json& point, const Json&
 }
 
 /// The channel's points that the module has items for with another state.
-Json Differing(const SampleDevice& device, const Channel& channel) {
+Json Differing(const OpenedDevice& device, const Channel& channel) {
     Json differing = Json::array();
     for (const Json& point : ReadPoints(device, channel)) {
         const Json& item = point["moduleItem"];
@@ -138,7 +139,7 @@ Json ReadPoints(IAppObject& object) {
     return points;
 }
 
-Json ReadPoints(const SampleDevice& device, const Channel& channel) {
+Json ReadPoints(const OpenedDevice& device, const Channel& channel) {
     Json points = ReadPoints(*channel.app.Get());
     for (Json& point : points) {
         const std::wstring name = channel.key + L"_" + Wide(point["name"].get<std::string>());
@@ -147,7 +148,7 @@ Json ReadPoints(const SampleDevice& device, const Channel& channel) {
     return points;
 }
 
-Json ReadChannel(const SampleDevice& device, const Channel& channel) {
+Json ReadChannel(const OpenedDevice& device, const Channel& channel) {
     Json result;
     device.Module().Step("reading " + Utf8(channel.key), [&] {
         IAppObject& app = *channel.app.Get();
@@ -197,13 +198,13 @@ void SetDisplayed(Host& host, const Channel& channel, const std::wstring& name, 
     });
 }
 
-void TakeFromModule(const SampleDevice& device, const Channel& channel) {
+void TakeFromModule(const OpenedDevice& device, const Channel& channel) {
     for (const Json& point : Differing(device, channel)) {
         SetState(device.Module(), channel, point, StateOf(point["moduleItem"]));
     }
 }
 
-Json BringInLine(const SampleDevice& device, const Channel& channel) {
+Json BringInLine(const OpenedDevice& device, const Channel& channel) {
     Json changes = Json::array();
     for (const Json& point : Differing(device, channel)) {
         const Json& item = point["moduleItem"];

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 namespace bench {
@@ -27,7 +28,7 @@ struct SavedChannel {
 /// What a project document holds for one device, checked as a whole.
 class Project {
   public:
-    Project(SampleDevice& device, const std::wstring& file)
+    Project(OpenedDevice& device, const std::wstring& file)
         : device_(device)
         , file_(Utf8(file))
         , moduleName_(WideOf(device.Module().App(), &IAppObject::get_UniqueIDString))
@@ -87,7 +88,7 @@ class Project {
         channels.push_back({name, key, element});
     }
 
-    SampleDevice& device_;
+    OpenedDevice& device_;
     std::string file_;
     std::wstring moduleName_;
     xml::Document document_;
@@ -131,7 +132,7 @@ void NotePosition(const xml::Node& module, IAppObject& app, Json& notes) {
     }
 }
 
-void LoadChannel(SampleDevice& device, const SavedChannel& saved, Json& restored) {
+void LoadChannel(OpenedDevice& device, const SavedChannel& saved, Json& restored) {
     const Channel& channel = device.Place(saved.identifier, saved.key);
     const Json before = ReadPoints(*channel.app.Get());
     device.Module().Step("XmlLoad of " + Utf8(saved.key),
@@ -141,7 +142,7 @@ void LoadChannel(SampleDevice& device, const SavedChannel& saved, Json& restored
 
 } // namespace
 
-Json OpenDevice(SampleDevice& device, const Options& options, Report& report) {
+Json OpenDevice(OpenedDevice& device, const Options& options, Report& report) {
     if (!options.project.empty()) {
         return LoadProject(device, options, report);
     }
@@ -149,7 +150,7 @@ Json OpenDevice(SampleDevice& device, const Options& options, Report& report) {
     return nullptr;
 }
 
-Json LoadProject(SampleDevice& device, const Options& options, const Report& report) {
+Json LoadProject(OpenedDevice& device, const Options& options, const Report& report) {
     const std::wstring& file = options.project;
     Host& host = device.Module();
     Json result = {{"loaded", Json::array()},
@@ -183,7 +184,7 @@ Json LoadProject(SampleDevice& device, const Options& options, const Report& rep
     return result;
 }
 
-xml::Node SaveProject(const SampleDevice& device) {
+xml::Node SaveProject(const OpenedDevice& device) {
     Host& host = device.Module();
     const xml::Document document = xml::New();
     xml::Node project = xml::Append(document, xml::Node(document), L"Project");

@@ -1,10 +1,15 @@
 #include "bench/Host.h"
 
 #include "bench/Model.h"
+#include "bench/Samples.h"
 #include "bench/Text.h"
 #include "bench/Typist.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
+
+#include <functional>
+#include <string>
+#include <vector>
 
 namespace bench {
 
@@ -44,17 +49,6 @@ std::wstring FindCatalogue(const std::wstring& given) {
     }
     throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
                      "there is no catalogue.xml beside the program or in a folder samples; use --catalogue");
-}
-
-/// A file, or the name of a sample beside the program.
-std::wstring FindStream(const std::wstring& name) {
-    for (const std::wstring& path : {name, ProgramFolder() + L"samples\\streams\\" + name + L".xml",
-                                     L"samples\\streams\\" + name + L".xml"}) {
-        if (IsFile(path)) {
-            return path;
-        }
-    }
-    return name;
 }
 
 /// Zeros, or nothing: a reference to no output.
@@ -127,6 +121,13 @@ bool Host::AnswerBox(HWND window, const Box& box) {
     return isTyped;
 }
 
+void Host::TellQuickBox(const Box& box) {
+    if (!isUnseen_) {
+        const bool isExpected = box.text == expectedBox_;
+        com::Attempt([&] { report_.AddBox(step_, box, "bench", isExpected); });
+    }
+}
+
 void Host::DialogStep(const std::string& name, const std::function<void()>& f) {
     if (options_.interactive) {
         Step(name, f);
@@ -168,6 +169,10 @@ void Host::MakeObject() {
         tam_ = object.As<ITamObject>();
         com::CheckSet(app_.Get());
         com::CheckSet(tam_.Get());
+        if (!options_.interactive) {
+            quickBoxes_.emplace(GetModuleHandleW(L"O_Tam_id.dll"),
+                                [this](const Box& box) { TellQuickBox(box); });
+        }
     });
     Step("Init", [&] {
         VARIANT_BOOL done = VARIANT_FALSE;
@@ -189,10 +194,14 @@ void Host::MakeObject() {
 }
 
 void Host::LoadStream() {
-    const std::wstring file = FindStream(options_.stream);
-    report_.data["stream"] = Utf8(options_.stream);
+    LoadStreamFile(options_.stream, FindStream(options_.stream));
+}
+
+void Host::LoadStreamFile(const std::wstring& name, const std::wstring& file) {
+    report_.data["stream"] = Utf8(name);
     report_.data["streamFile"] = Utf8(file);
-    LoadStreamText(ReadTextFile(file));
+    streamText_ = ReadTextFile(file);
+    LoadStreamText(streamText_);
 }
 
 void Host::LoadStreamText(const std::wstring& text) {

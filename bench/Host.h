@@ -2,6 +2,7 @@
 
 #include "bench/BoxWatcher.h"
 #include "bench/CommandLine.h"
+#include "bench/QuickBoxes.h"
 #include "bench/Report.h"
 #include "bench/Xml.h"
 #include "com/Ref.h"
@@ -11,6 +12,7 @@
 #include <OrvHost.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -77,7 +79,11 @@ class Host {
     /// Loads the stream that the options name, gives keys and enumeration
     /// texts, and wires the inputs if that is asked for.
     void LoadStream();
+    /// The same with a stream of this file, which the report tells by this name.
+    void LoadStreamFile(const std::wstring& name, const std::wstring& file);
     void LoadStreamText(const std::wstring& text);
+    /// The text that LoadStream loaded.
+    const std::wstring& StreamText() const noexcept { return streamText_; }
 
     /// What the host did last, for messages about failures.
     static const std::string& CurrentStep() noexcept { return step_; }
@@ -119,6 +125,7 @@ class Host {
     };
 
     bool AnswerBox(HWND window, const Box& box);
+    void TellQuickBox(const Box& box);
     void MakeObject();
     void SetKeys();
     void GiveEnumTexts();
@@ -132,7 +139,9 @@ class Host {
     const Options& options_;
     Report& report_;
     BoxWatcher watcher_;
+    std::optional<QuickBoxes> quickBoxes_;
     std::wstring catalogueFile_;
+    std::wstring streamText_;
     xml::Document catalogueDocument_;
     xml::Node catalogue_;
     xml::ElementIndex types_;

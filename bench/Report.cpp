@@ -3,7 +3,13 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <map>
+#include <sstream>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -60,13 +66,42 @@ std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-void AddIndented(std::string& out, const std::string& text) {
+void AddIndented(std::string& out, const std::string& text, std::size_t width) {
     constexpr std::size_t kIndent = 5;
     for (const std::string& line : Lines(text)) {
-        for (const std::string& part : Wrap(line, Table::kWidth - kIndent)) {
+        for (const std::string& part : Wrap(line, width - kIndent)) {
             out += std::string(kIndent, ' ') + part + "\n";
         }
     }
+}
+
+/// More kinds of boxes than these are counted by their captions only.
+constexpr std::size_t kListed = 10;
+
+/// Boxes that show the same, with how many there were of each, in the order of the first ones.
+std::vector<std::pair<const Json*, std::size_t>> Grouped(const Json& boxes) {
+    std::vector<std::pair<const Json*, std::size_t>> groups;
+    std::unordered_map<std::string, std::size_t> known;
+    for (const Json& box : boxes) {
+        const auto [entry, isNew] = known.emplace(box.dump(), groups.size());
+        if (isNew) {
+            groups.emplace_back(&box, 0);
+        }
+        ++groups[entry->second].second;
+    }
+    return groups;
+}
+
+std::string Times(std::size_t times) {
+    return times == 1 ? "" : " (" + std::to_string(times) + " times)";
+}
+
+/// 'message box "Warning", sign: stop, during LoadFromXmlStream'
+std::string TitleOf(const Json& box) {
+    const std::string icon = box["icon"];
+    return (box["kind"] == "message" ? "message box" : box["kind"].get<std::string>()) + " \"" +
+           OneLine(box["caption"].get<std::string>()) + "\"" + (icon.empty() ? "" : ", sign: " + icon) +
+           ", during " + box["during"].get<std::string>();
 }
 
 } // namespace
@@ -92,23 +127,63 @@ void Report::AddBox(const std::string& step, const Box& box, const std::string& 
                       {"answeredBy", answeredBy}});
 }
 
+void Report::Heading(const std::string& text) {
+    text_ += text_.empty() ? "" : "\n";
+    for (const std::string& line : Wrap(text, Width())) {
+        text_ += Painted(line, Ink::Heading) + "\n";
+    }
+}
+
+void Report::Line(const std::string& text) {
+    for (const std::string& line : Fitted(text, Width())) {
+        text_ += line + "\n";
+    }
+}
+
+void Report::Document(const std::string& text) {
+    bool isCut = false;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const std::string shown = Cut(line, Width());
+        isCut = isCut || shown != line;
+        text_ += shown + "\n";
+    }
+    if (isCut) {
+        Line("\n(Lines that end with \"…\" were cut; -o FILE writes and --json prints the whole document.)");
+    }
+}
+
+std::string Report::BoxText(const Json& box, std::size_t times) const {
+    std::string text =
+        (box["fault"] == true ? Painted(TitleOf(box), Ink::Fault) : TitleOf(box)) + Times(times) + "\n";
+    AddIndented(text, box["text"], Width());
+    for (const Json& field : box["fields"]) {
+        AddIndented(text, field, Width());
+    }
+    return text;
+}
+
 std::string Report::BoxesText() const {
     if (boxes_.empty()) {
         return "\nThe component showed no boxes.\n";
     }
     const std::string count = boxes_.size() == 1 ? "one box" : std::to_string(boxes_.size()) + " boxes";
     std::string text = "\nThe component showed " + count + ":\n";
+    const auto groups = Grouped(boxes_);
+    std::map<std::string, std::size_t> others;
     std::size_t number = 0;
-    for (const Json& box : boxes_) {
-        const std::string icon = box["icon"];
-        text += "  " + std::to_string(++number) + ". " +
-                (box["kind"] == "message" ? "message box" : box["kind"].get<std::string>()) + " \"" +
-                box["caption"].get<std::string>() + "\"" + (icon.empty() ? "" : ", sign: " + icon) +
-                ", during " + box["during"].get<std::string>() + "\n";
-        AddIndented(text, box["text"]);
-        for (const Json& field : box["fields"]) {
-            AddIndented(text, field);
+    for (const auto& [box, times] : groups) {
+        if (++number <= kListed) {
+            text += "  " + std::to_string(number) + ". " + BoxText(*box, times);
+        } else {
+            others[TitleOf(*box)] += times;
         }
+    }
+    for (const auto& [title, times] : others) {
+        text += "  and with other texts: " + title + Times(times) + "\n";
+    }
+    if (!others.empty()) {
+        text += "  (--json tells each of them)\n";
     }
     return text;
 }

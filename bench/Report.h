@@ -1,12 +1,14 @@
 #pragma once
 
 #include "bench/BoxWatcher.h"
+#include "bench/Output.h"
 #include "bench/Table.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace bench {
 
@@ -17,16 +19,24 @@ using Json = nlohmann::ordered_json;
 /// beside it. Only one of them is printed, at the end of the run.
 class Report {
   public:
-    explicit Report(const std::string& command) : data{{"command", command}} {}
+    Report(const std::string& command, const Screen& screen) : data{{"command", command}}, screen_(screen) {}
 
     Json data;
 
-    void Heading(const std::string& text) { text_ += (text_.empty() ? "" : "\n") + text + "\n"; }
-    void Line(const std::string& text) { text_ += text + "\n"; }
-    void Add(const Table& table) { text_ += table.Print(); }
-    void Add(const Fields& fields) { text_ += fields.Print(); }
+    void Heading(const std::string& text);
+    /// A sentence; what is longer than the screen is wide goes on in the next line.
+    void Line(const std::string& text);
+    void Add(const Table& table) { text_ += table.Print(Width()); }
+    void Add(const Fields& fields) { text_ += fields.Print(Width()); }
     /// A text of several lines as it stands.
     void Block(const std::string& text) { text_ += text; }
+    /// A document to look at: lines that are wider than the screen are cut, and it is said
+    /// where the whole one is.
+    void Document(const std::string& text);
+
+    /// Places in a line.
+    std::size_t Width() const noexcept { return screen_.width; }
+    std::string Painted(std::string_view text, Ink ink) const { return bench::Painted(text, ink, screen_); }
 
     /// A box that the component showed during a step of the host, what answers it
     /// ("bench", "keys" or "user"), and whether the command line asked for it.
@@ -39,10 +49,13 @@ class Report {
 
     /// The text, with the boxes at its end.
     std::string Text() const;
+    const std::string& TextWithoutBoxes() const noexcept { return text_; }
 
   private:
     std::string BoxesText() const;
+    std::string BoxText(const Json& box, std::size_t times) const;
 
+    Screen screen_;
     std::string text_;
     Json boxes_ = Json::array();
     std::size_t errorReports_ = 0;

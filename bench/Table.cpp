@@ -1,7 +1,12 @@
 #include "bench/Table.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace bench {
 
@@ -64,6 +69,24 @@ std::vector<std::string> Wrap(std::string_view text, std::size_t width) {
     return lines;
 }
 
+std::vector<std::string> Fitted(std::string_view text, std::size_t width) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find('\n', at), text.size());
+        const std::string_view line = text.substr(at, end - at);
+        const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
+        if (Width(line) <= width || indent >= width) {
+            lines.emplace_back(line);
+        } else {
+            for (const std::string& part : Wrap(line.substr(indent), width - indent)) {
+                lines.push_back(std::string(indent, ' ') + part);
+            }
+        }
+        at = end + 1;
+    }
+    return lines;
+}
+
 Table::Table(std::vector<std::string> headings) {
     for (std::string& heading : headings) {
         right_.push_back(heading.starts_with('>'));
@@ -79,22 +102,23 @@ void Table::Add(std::vector<std::string> cells) {
     rows_.push_back(std::move(cells));
 }
 
-std::vector<std::size_t> Table::Widths() const {
+std::vector<std::size_t> Table::Widths(std::size_t width) const {
     std::vector<std::size_t> widths(rows_.front().size());
     for (const auto& row : rows_) {
         for (std::size_t column = 0; column < row.size(); ++column) {
             widths[column] = std::max(widths[column], Width(row[column]));
         }
     }
-    const std::size_t room = kWidth - kIndent.size() - kGap.size() * (widths.size() - 1);
+    const std::size_t taken = kIndent.size() + kGap.size() * (widths.size() - 1);
+    const std::size_t room = std::max(width, taken + widths.size()) - taken;
     while (std::accumulate(widths.begin(), widths.end(), std::size_t{0}) > room) {
         --*std::max_element(widths.begin(), widths.end());
     }
     return widths;
 }
 
-std::string Table::Print() const {
-    const std::vector<std::size_t> widths = Widths();
+std::string Table::Print(std::size_t width) const {
+    const std::vector<std::size_t> widths = Widths(width);
     std::string text;
     for (std::size_t row = 0; row < rows_.size(); ++row) {
         std::string line(kIndent);
@@ -119,16 +143,18 @@ void Fields::Add(std::string name, const std::string& value) {
     fields_.emplace_back(std::move(name), OneLine(value));
 }
 
-std::string Fields::Print() const {
-    std::size_t width = 0;
+std::string Fields::Print(std::size_t width) const {
+    constexpr std::size_t kNarrowest = 20;
+    std::size_t names = 0;
     for (const auto& field : fields_) {
-        width = std::max(width, Width(field.first));
+        names = std::max(names, Width(field.first));
     }
-    const std::size_t start = kIndent.size() + width + kGap.size();
+    const std::size_t start = kIndent.size() + names + kGap.size();
+    const std::size_t room = std::max(width, start + kNarrowest) - start;
     std::string text;
     for (const auto& [name, value] : fields_) {
-        std::string line = std::string(kIndent) + Pad(name, width, false) + std::string(kGap);
-        for (const std::string& part : Wrap(value, Table::kWidth - start)) {
+        std::string line = std::string(kIndent) + Pad(name, names, false) + std::string(kGap);
+        for (const std::string& part : Wrap(value, room)) {
             line += part;
             TrimEnd(line);
             text += line + "\n";

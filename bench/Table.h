@@ -8,20 +8,18 @@
 
 namespace bench {
 
-/// Rows of UTF-8 cells, printed in columns that fit a terminal: where the cells
+/// Rows of UTF-8 cells, printed in columns that fit a width: where the cells
 /// need more, the widest columns are cut and cut cells end with "…".
 class Table {
   public:
-    static constexpr std::size_t kWidth = 100;
-
     /// A heading that starts with ">" has its column aligned to the right.
     explicit Table(std::vector<std::string> headings);
     void Add(std::vector<std::string> cells);
     /// Each line indented by two blanks and closed by a line feed.
-    std::string Print() const;
+    std::string Print(std::size_t width) const;
 
   private:
-    std::vector<std::size_t> Widths() const;
+    std::vector<std::size_t> Widths(std::size_t width) const;
 
     std::vector<std::vector<std::string>> rows_;
     std::vector<bool> right_;
@@ -33,7 +31,7 @@ class Fields {
   public:
     void Add(std::string name, const std::string& value);
     bool IsEmpty() const noexcept { return fields_.empty(); }
-    std::string Print() const;
+    std::string Print(std::size_t width) const;
 
   private:
     std::vector<std::pair<std::string, std::string>> fields_;
@@ -47,5 +45,8 @@ std::string OneLine(std::string_view text);
 std::string Cut(std::string_view text, std::size_t width);
 /// The text broken at blanks into lines of at most a width.
 std::vector<std::string> Wrap(std::string_view text, std::size_t width);
+/// The lines of a text; those that are wider than a width are broken at blanks and go on
+/// below their first word.
+std::vector<std::string> Fitted(std::string_view text, std::size_t width);
 
 } // namespace bench

@@ -1,9 +1,12 @@
 #include "bench/Text.h"
 
+#include <cstddef>
 #include <iomanip>
 #include <ios>
 #include <memory>
 #include <sstream>
+#include <string>
+#include <string_view>
 
 namespace bench {
 
@@ -84,14 +87,32 @@ std::wstring ProgramFolder() {
     return path.substr(0, path.find_last_of(L'\\') + 1);
 }
 
-std::wstring ReadTextFile(const std::wstring& path) {
-    const File file = Open(path);
-    std::string bytes(GetFileSize(file.get(), nullptr), '\0');
-    DWORD read = 0;
-    if (ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr) == FALSE) {
-        ThrowFileError(path, kCannotRead, GetLastError());
+std::string ReadBytes(const std::wstring& path) {
+    constexpr DWORD kPiece = 1U << 20U;
+    File opened;
+    if (path != kStandardInput) {
+        opened = Open(path);
     }
-    bytes.resize(read);
+    const HANDLE file = opened ? opened.get() : GetStdHandle(STD_INPUT_HANDLE);
+    std::string bytes;
+    for (DWORD read = kPiece; read > 0;) {
+        const std::size_t before = bytes.size();
+        bytes.resize(before + kPiece);
+        // A pipe whose writer has ended is at its end.
+        if (ReadFile(file, bytes.data() + before, kPiece, &read, nullptr) == FALSE) {
+            const DWORD error = GetLastError();
+            if (error != ERROR_BROKEN_PIPE) {
+                ThrowFileError(path, kCannotRead, error);
+            }
+            read = 0;
+        }
+        bytes.resize(before + read);
+    }
+    return bytes;
+}
+
+std::wstring ReadTextFile(const std::wstring& path) {
+    std::string bytes = ReadBytes(path);
     if (bytes.starts_with("\xEF\xBB\xBF")) {
         bytes.erase(0, 3);
     }

@@ -6,6 +6,9 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 
+#include <cstddef>
+#include <functional>
+#include <string>
 #include <string_view>
 
 namespace bench::xml {
@@ -129,12 +132,17 @@ Document New() {
 }
 
 Document LoadFile(const std::wstring& path) {
-    if (!IsFile(path)) {
-        ReadTextFile(path); // says why it is none
-    }
     Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
-    com::Call(document, &IXMLDOMDocument::load, com::Variant(std::wstring_view(FullPath(path))).Get(), &done);
+    if (path == kStandardInput) {
+        com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(ReadTextFile(path)).Get(), &done);
+    } else {
+        if (!IsFile(path)) {
+            ReadTextFile(path); // says why it is none
+        }
+        com::Call(document, &IXMLDOMDocument::load, com::Variant(std::wstring_view(FullPath(path))).Get(),
+                  &done);
+    }
     if (done == VARIANT_FALSE) {
         ThrowParseError(document, path);
     }

@@ -39,6 +39,7 @@ check_packages=(
     clang-format
     clang-tidy
     cppcheck
+    python3-jsonschema
     shellcheck
 )
 

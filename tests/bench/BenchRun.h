@@ -20,17 +20,17 @@ struct Outcome {
     std::string err;
 };
 
-/// Runs a program to its end, with nothing to read on its input. One that does
-/// not end within a minute is stopped, which fails the test. Its output goes to
+/// Runs a program to its end, with nothing to read on its input unless a file is given. One
+/// that does not end within a minute is stopped, which fails the test. Its output goes to
 /// a file that is there already, when one is given.
 Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
-                   const std::wstring& output = L"");
+                   const std::wstring& output = L"", const std::wstring& input = L"NUL");
 
 /// A device that takes no byte, as a full disk.
 std::wstring FullDevice();
 
 /// The bench in the build's folder.
-Outcome RunBench(const std::vector<std::wstring>& arguments);
+Outcome RunBench(const std::vector<std::wstring>& arguments, const std::wstring& input = L"NUL");
 
 /// The bench with --json: its document, or null (and a failed test) when the
 /// status is not the one expected or the output is no single document. The

@@ -1,0 +1,107 @@
+// Each command's own help.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace benchtest {
+
+namespace {
+
+const std::vector<std::vector<std::wstring>>& AllCommands() {
+    static const std::vector<std::vector<std::wstring>> commands{{L"inspect"},
+                                                                 {L"types"},
+                                                                 {L"set"},
+                                                                 {L"save"},
+                                                                 {L"load"},
+                                                                 {L"interop"},
+                                                                 {L"export"},
+                                                                 {L"clear-refs"},
+                                                                 {L"contains"},
+                                                                 {L"edit"},
+                                                                 {L"rename"},
+                                                                 {L"about"},
+                                                                 {L"icon"},
+                                                                 {L"datasheet"},
+                                                                 {L"device", L"tree"},
+                                                                 {L"device", L"place"},
+                                                                 {L"device", L"fetch"},
+                                                                 {L"device", L"set"},
+                                                                 {L"device", L"save"},
+                                                                 {L"device", L"load"},
+                                                                 {L"device", L"export"}};
+    return commands;
+}
+
+std::string HelpOf(std::vector<std::wstring> command) {
+    command.emplace_back(L"--help");
+    const Outcome run = RunBench(command);
+    EXPECT_EQ(0U, run.status) << Narrow(command.front());
+    return run.out;
+}
+
+bool Has(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(CommandHelpTest, ShowsTheOptionsOfEveryCommandToo) {
+    for (const auto& command : AllCommands()) {
+        const std::string help = HelpOf(command);
+        for (const char* const option : {"--us ", "--wire ", "--json ", "--catalogue FILE",
+                                         "--definition NAME", "--interactive ", "--tolerate-boxes "}) {
+            EXPECT_TRUE(Has(help, option)) << option << " of " << help;
+        }
+    }
+}
+
+TEST(CommandHelpTest, NamesWhatAnOptionTakes) {
+    EXPECT_TRUE(Has(HelpOf({L"save"}), "-o,--output FILE"));
+    EXPECT_TRUE(Has(HelpOf({L"save"}), "--out FOLDER"));
+    EXPECT_TRUE(Has(HelpOf({L"icon"}), "-o,--output FILE"));
+    EXPECT_TRUE(Has(HelpOf({L"device", L"tree"}), "--device FILE"));
+    EXPECT_TRUE(Has(HelpOf({L"device", L"tree"}), "--project FILE"));
+}
+
+TEST(CommandHelpTest, SaysNoOptionTwiceAndNoneExcludesItself) {
+    for (const auto& command : AllCommands()) {
+        const std::string help = HelpOf(command);
+        EXPECT_FALSE(Has(help, "Excludes")) << help;
+        EXPECT_EQ(help.find("--json "), help.rfind("--json ", help.find("\nExamples"))) << help;
+    }
+}
+
+TEST(CommandHelpTest, FitsAHundredColumns) {
+    for (const auto& command : AllCommands()) {
+        std::istringstream lines(HelpOf(command));
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_GE(100U, line.size()) << line;
+        }
+    }
+}
+
+TEST(CommandHelpTest, KeysAndInteractiveExcludeEachOther) {
+    const Outcome run = RunBench({L"edit", L"channels", L"AI1_Offset", L"--keys", L"1", L"--interactive"});
+    EXPECT_EQ(2U, run.status);
+    EXPECT_TRUE(Has(run.err, "--keys excludes --interactive")) << run.err;
+}
+
+TEST(CommandHelpTest, TheVersionIsPrinted) {
+    const Outcome run = RunBench({L"--version"});
+    EXPECT_EQ(0U, run.status);
+    EXPECT_EQ("tambench 1.0.0\n", run.out);
+    EXPECT_EQ("", run.err);
+}
+
+TEST(CommandHelpTest, EachOptionCountsBeforeAndBehindTheCommand) {
+    EXPECT_EQ(RunBench({L"--us", L"inspect", L"channels"}).out,
+              RunBench({L"inspect", L"channels", L"--us"}).out);
+    EXPECT_NE(RunBench({L"inspect", L"channels"}).out, RunBench({L"inspect", L"channels", L"--us"}).out);
+}
+
+} // namespace
+
+} // namespace benchtest
