@@ -43,6 +43,10 @@ struct Options {
     std::wstring userName;
     std::wstring deviceName;
     std::wstring keyText;
+    std::vector<std::wstring> files;
+    std::wstring format;
+    std::wstring schemas;
+    bool listsRules = false;
     std::vector<Stroke> keys;
     std::vector<double> position;
     std::vector<std::wstring> displayed;

@@ -39,6 +39,21 @@ class ModuleCommands {
         sheet.Flag("--svg", options_.svg, "Write the block alone, as a picture");
     }
 
+    void AddCheck() {
+        CommandSyntax check =
+            Command("check", "Say everything that is wrong with documents, with line and column",
+                    "  tambench check stream.xml\n"
+                    "  tambench check samples --format sarif  all .xml files below a folder\n"
+                    "  tambench check --rules                 what is looked for, and why\n"
+                    "  tambench check --schemas folder        write XML Schemas for editors\n\n"
+                    "Exit status: 0 nothing but notes, 1 errors or warnings, 2 a file cannot be read");
+        check.Names("FILE", "", options_.files,
+                    "Files, and folders with all .xml files below; - is the standard input");
+        check.Text("--format", options_.format, "text, json or sarif; --rules takes markdown too");
+        check.Flag("--rules", options_.listsRules, "List the rules");
+        check.Text("--schemas", options_.schemas, "Folder that the XML Schemas are written to");
+    }
+
     void AddProject() {
         CommandSyntax save =
             StreamsCommand("save", ".xml", "Load a stream and save the module into a project document",
@@ -158,6 +173,7 @@ void AddModuleCommands(CommandSyntax& program, Options& options) {
     ModuleCommands commands(program, options);
     commands.AddReading();
     commands.AddSheet();
+    commands.AddCheck();
     commands.AddProject();
     commands.AddPoints();
     commands.AddServices();

@@ -11,6 +11,10 @@ namespace bench {
 /// A command: drives the host and says what came of it.
 using Command = void (*)(Host& host, const Options& options, Report& report);
 
+/// Says what is wrong with documents; needs no component, so no host. Answers the
+/// exit status. Commands_Check.cpp
+int CheckDocuments(const Options& options);
+
 // Commands_Reading.cpp
 void Inspect(Host& host, const Options& options, Report& report);
 void Types(Host& host, const Options& options, Report& report);

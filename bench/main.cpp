@@ -23,7 +23,7 @@ int main() {
     const auto failure = com::Attempt([&] {
         com::ThisDll().Attach(GetModuleHandleW(nullptr));
         if (const auto options = bench::ReadCommandLine(status)) {
-            status = bench::Run(*options);
+            status = options->command == "check" ? bench::CheckDocuments(*options) : bench::Run(*options);
         }
     });
     if (failure) {

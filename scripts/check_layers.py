@@ -20,6 +20,8 @@ MAY_SEE = {
     "drawing": [],
     "batch": ["core"],
     "page": ["drawing"],
+    "check": ["core", "batch"],
+    "tamcheck": ["batch", "check"],
     "com": ["core"],
     "common": ["core", "com"],
     "types": ["core", "com", "common"],
@@ -29,7 +31,7 @@ MAY_SEE = {
     "internal": ["core", "com", "common"],
     "component": ["core", "com", "common", "types", "dialogs", "points", "appobject", "internal"],
     "host": ["core", "com"],
-    "bench": ["core", "com", "batch", "drawing", "page"],
+    "bench": ["core", "com", "batch", "drawing", "page", "check"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"

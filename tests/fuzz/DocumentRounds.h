@@ -51,6 +51,13 @@ class DocumentsFuzzTest : public support::ComponentTest {
     /// How many documents of each kind came to what.
     const std::map<std::string, unsigned>& Tally() const noexcept { return tally_; }
 
+    const std::wstring& GoodText(Input::Kind kind) const {
+        return goodTexts_.at(static_cast<std::size_t>(kind));
+    }
+    const support::Document& GoodCatalogue() const noexcept { return goodCatalogue_; }
+    /// The boxes since the last call; each is one that the component may show.
+    std::vector<bench::Box> KnownBoxes();
+
   private:
     void CheckDefinition(const Input& input);
     void CheckCatalogue(const Input& input);
@@ -65,8 +72,6 @@ class DocumentsFuzzTest : public support::ComponentTest {
     /// All that a module says of itself and writes after good documents.
     std::wstring Answer();
     com::Ref<IAppObject> GoodModule();
-    /// The boxes since the last call; each is one that the component may show.
-    std::vector<bench::Box> KnownBoxes();
     std::size_t Reports();
     void Count(const std::string& what) { ++tally_[what]; }
 

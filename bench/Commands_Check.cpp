@@ -1,0 +1,56 @@
+#include "bench/Commands.h"
+#include "bench/Output.h"
+#include "bench/Text.h"
+#include "check/Program.h"
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace bench {
+
+namespace {
+
+bool IsTerminal(std::FILE* file) {
+    return _isatty(_fileno(file)) != 0;
+}
+
+} // namespace
+
+int CheckDocuments(const Options& options) {
+    check::ProgramOptions run;
+    run.program = "tambench";
+    run.programFolder = ProgramFolder();
+    run.catalogue = options.catalogue;
+    run.listsRules = options.listsRules;
+    run.schemas = options.schemas;
+    run.inputs.assign(options.files.begin(), options.files.end());
+    if (!options.format.empty() && !check::ReadFormat(Utf8(options.format), run.format)) {
+        Complain("tambench: there is no format " + Utf8(options.format) + "; text, json or sarif\n");
+        return kWrongUsage;
+    }
+    if (options.json) {
+        run.format = check::Format::Json;
+    }
+    if (run.inputs.empty() && !run.listsRules && run.schemas.empty()) {
+        Complain("tambench: no file was named\nTry tambench check --help.\n");
+        return kWrongUsage;
+    }
+    _setmode(_fileno(stdin), _O_BINARY);
+    bool isPrinted = true;
+    run.print = [&](const std::string& text) { isPrinted = Print(text) && isPrinted; };
+    run.complain = [](const std::string& text) { Complain(text); };
+    run.hasColour = IsTerminal(stdout) && GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) == 0;
+    if (IsTerminal(stderr)) {
+        run.showProgress = [](std::string_view line) { Complain("\r\x1b[K" + std::string(line)); };
+    }
+    const int status = check::RunProgram(run);
+    return isPrinted ? status : check::kUnreadable;
+}
+
+} // namespace bench

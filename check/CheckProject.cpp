@@ -1,0 +1,336 @@
+#include "check/Checkers.h"
+#include "check/Decimal.h"
+#include "check/Nearest.h"
+#include "check/Utf8.h"
+#include "check/Values.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <set>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace check {
+
+namespace {
+
+constexpr std::string_view kModuleParts[] = {"Environment", "UserName", "X_Position",    "Y_Position",
+                                             "DevKey",      "TamObjID", "OutReferences", "Outputs"};
+constexpr std::string_view kChannelParts[] = {"DevKey",     "TamObjectKey", "UserName",
+                                              "X_Position", "Y_Position",   "Key",
+                                              "Inputs",     "Outputs",      "Attributes"};
+constexpr std::string_view kChannels[] = {"o_tam_ai_id", "o_tam_ao_id", "o_tam_di_id", "o_tam_do_id",
+                                          "o_inpcntx_id"};
+constexpr std::string_view kPointAttributes[] = {"Visible", "IsDisplayable", "Value", "SNVT_Type",
+                                                 "EnumDesc"};
+
+bool IsChannelName(std::string_view name) {
+    return std::any_of(std::begin(kChannels), std::end(kChannels),
+                       [&](std::string_view known) { return EqualKeyword(known, name); });
+}
+
+class Project {
+  public:
+    explicit Project(Document& document) : document_(document) {}
+
+    void Check() {
+        const XmlTree& tree = document_.Tree();
+        if (IsBlock(tree.Root())) {
+            CheckBlock(tree.Root());
+            return;
+        }
+        document_.CheckContainer(tree.Root(), Tagged(tree.Name(tree.Root())));
+        tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
+            if (IsBlock(child)) {
+                CheckBlock(child);
+            } // any other block of the sheet is its own maker's
+        });
+    }
+
+  private:
+    bool IsBlock(XmlTree::Index element) const {
+        const XmlTree& tree = document_.Tree();
+        const std::string_view name = tree.Name(element);
+        if (EqualKeyword(name, "O_Tam_id") || IsChannelName(name)) {
+            return true;
+        }
+        // Under the name of another definition.
+        int known = 0;
+        tree.ForEachElement(element, [&](XmlTree::Index child) {
+            const std::string_view part = tree.Name(child);
+            known += EqualKeyword(part, "TamObjID") || EqualKeyword(part, "TamObjectKey") ? 1 : 0;
+        });
+        return known > 0;
+    }
+
+    void CheckBlock(XmlTree::Index block) {
+        const XmlTree& tree = document_.Tree();
+        const std::string_view name = tree.Name(block);
+        document_.CheckContainer(block, Tagged(name));
+        document_.CheckAttributes(block, {}, Tagged(name));
+        if (IsChannelName(name) || tree.Child(block, "TamObjectKey") != XmlTree::kNone) {
+            CheckChannel(block);
+        } else {
+            CheckModule(block);
+        }
+    }
+
+    /// The text of an element that the component needs a text of.
+    Leaf Required(XmlTree::Index element) {
+        const Leaf leaf = document_.ReadLeaf(element);
+        if (!leaf.HasText()) {
+            document_.Report(RuleId::ElementEmpty, leaf.span,
+                             Tagged(document_.Tree().Piece(leaf.name)) + " is empty: reading ends here",
+                             "a text");
+        }
+        return leaf;
+    }
+
+    void CheckPosition(const Leaf& leaf) {
+        const std::string_view text = Trim(leaf.text);
+        if (text.empty()) {
+            return;
+        }
+        const std::string what = Tagged(document_.Tree().Piece(leaf.name));
+        const auto number = ReadDecimal(text);
+        std::string withPoint(text);
+        std::replace(withPoint.begin(), withPoint.end(), ',', '.');
+        if (number && std::isfinite(number->value)) {
+            return;
+        }
+        if (number) {
+            document_.Report(RuleId::NumberRange, leaf.span, what + " is too large",
+                             "a position on the sheet");
+        } else if (withPoint != text && ReadDecimal(withPoint)) {
+            document_.Report(RuleId::ValueDecimalMark, leaf.span,
+                             what + " is " + Quoted(text) + ": it is read up to the comma",
+                             "\".\" as the decimal mark", withPoint);
+        } else {
+            document_.Report(RuleId::NumberForm, leaf.span, what + " is " + Quoted(text), "a number",
+                             LeadingNumber(text));
+        }
+    }
+
+    void CheckTwin(std::set<std::string>& seen, XmlTree::Index child, std::string_view block) {
+        const XmlTree& tree = document_.Tree();
+        if (!seen.insert(Upper(tree.Name(child))).second) {
+            document_.Report(RuleId::ElementRepeated, tree.NameSpan(child),
+                             Tagged(tree.Name(child)) + " stands twice in " + Tagged(block) +
+                                 ": the last one counts",
+                             "one of each");
+        }
+    }
+
+    void CheckModule(XmlTree::Index block) {
+        const XmlTree& tree = document_.Tree();
+        std::set<std::string> seen;
+        std::vector<XmlTree::Index> flags;
+        const std::vector<const StreamSummary*> streams = StreamsOf(block);
+        tree.ForEachElement(block, [&](XmlTree::Index child) {
+            const std::string_view name = tree.Name(child);
+            CheckTwin(seen, child, tree.Name(block));
+            if (EqualKeyword(name, "UserName")) {
+                Required(child);
+            } else if (EqualKeyword(name, "DevKey")) {
+                CheckKey(Required(child), "module");
+            } else if (EqualKeyword(name, "X_Position") || EqualKeyword(name, "Y_Position")) {
+                CheckPosition(Required(child));
+            } else if (EqualKeyword(name, "TamObjID")) {
+                CheckObjectId(Required(child), streams);
+            } else if (EqualKeyword(name, "OutReferences")) {
+                CheckFlags(child, streams);
+            } else if (EqualKeyword(name, "Outputs")) {
+                CheckOutputs(child, streams);
+            } else if (!EqualKeyword(name, "Environment")) {
+                document_.ReportUnknown(child, kModuleParts, {}, Tagged(tree.Name(block)), true);
+            }
+        });
+    }
+
+    /// The device streams of the run that have the block's object number.
+    std::vector<const StreamSummary*> StreamsOf(XmlTree::Index block) const {
+        const XmlTree& tree = document_.Tree();
+        std::string id;
+        tree.ForEachElement(block, [&](XmlTree::Index child) {
+            if (EqualKeyword(tree.Name(child), "TamObjID") && tree.FirstChild(child) != XmlTree::kNone) {
+                id = Trim(tree.Content(tree.FirstChild(child)));
+            }
+        });
+        std::vector<const StreamSummary*> streams;
+        for (const StreamSummary& stream : document_.Others().Streams()) {
+            if (stream.objectId == id) {
+                streams.push_back(&stream);
+            }
+        }
+        return streams;
+    }
+
+    void CheckObjectId(const Leaf& leaf, const std::vector<const StreamSummary*>& streams) {
+        const std::string_view text = Trim(leaf.text);
+        if (text.empty() || !document_.CheckWhole(text, leaf.span, "<TamObjID>", INT16_MIN, INT16_MAX)) {
+            return;
+        }
+        if (streams.empty() && !document_.Others().Streams().empty()) {
+            document_.Report(RuleId::ProjectModule, leaf.span,
+                             "no device stream of this run has the object number " + std::string(text),
+                             "a module whose stream is there");
+        }
+    }
+
+    void CheckKey(const Leaf& leaf, std::string_view what) {
+        if (leaf.HasText() && !keys_.insert(std::string(what) + "\n" + leaf.text).second) {
+            document_.Report(RuleId::ProjectKey, leaf.span,
+                             "two elements of a " + std::string(what) + " have the key " + Quoted(leaf.text),
+                             "a key of its own");
+        }
+    }
+
+    void CheckOutputName(XmlTree::Index element, const std::vector<const StreamSummary*>& streams) {
+        const XmlTree& tree = document_.Tree();
+        const Span span = tree.NameSpan(element);
+        const std::string_view name = tree.Piece(span);
+        if (streams.empty()) {
+            return;
+        }
+        std::vector<std::string_view> names;
+        for (const StreamSummary* stream : streams) {
+            for (const std::string& output : stream->outputs) {
+                if (EqualName(output, name)) {
+                    return;
+                }
+                names.emplace_back(output);
+            }
+        }
+        document_.Report(RuleId::ProjectPoint, span, "the module has no output " + Tagged(name), "",
+                         std::string(Nearest(name, names)));
+    }
+
+    void CheckFlags(XmlTree::Index section, const std::vector<const StreamSummary*>& streams) {
+        const XmlTree& tree = document_.Tree();
+        document_.CheckContainer(section, "<OutReferences>");
+        tree.ForEachElement(section, [&](XmlTree::Index child) {
+            const Leaf leaf = document_.ReadLeaf(child);
+            document_.CheckFlag(leaf.text, leaf.span, Tagged(tree.Name(child)));
+            CheckOutputName(child, streams);
+        });
+    }
+
+    void CheckOutputs(XmlTree::Index section, const std::vector<const StreamSummary*>& streams) {
+        constexpr std::string_view kFlag[] = {"IsDisplayable"};
+        const XmlTree& tree = document_.Tree();
+        document_.CheckContainer(section, "<Outputs>");
+        tree.ForEachElement(section, [&](XmlTree::Index child) {
+            document_.CheckAttributes(child, kFlag, Tagged(tree.Name(child)));
+            if (const auto flag = tree.FindAttribute(child, kFlag[0])) {
+                document_.CheckFlag(tree.ValueOf(*flag), flag->value, kFlag[0]);
+            }
+            CheckOutputName(child, streams);
+        });
+    }
+
+    void CheckChannel(XmlTree::Index block) {
+        const XmlTree& tree = document_.Tree();
+        std::set<std::string> seen;
+        std::string deviceKey;
+        Leaf objectKey;
+        tree.ForEachElement(block, [&](XmlTree::Index child) {
+            const std::string_view name = tree.Name(child);
+            CheckTwin(seen, child, tree.Name(block));
+            if (name == "DevKey") {
+                deviceKey = Required(child).text;
+            } else if (name == "TamObjectKey") {
+                objectKey = Required(child);
+            } else if (EqualKeyword(name, "X_Position") || EqualKeyword(name, "Y_Position")) {
+                CheckPosition(document_.ReadLeaf(child));
+            } else if (EqualKeyword(name, "UserName") || EqualKeyword(name, "Key")) {
+                document_.ReadLeaf(child);
+            } else if (EqualKeyword(name, "Inputs") || EqualKeyword(name, "Outputs") ||
+                       EqualKeyword(name, "Attributes")) {
+                CheckSavedPoints(child);
+            } else {
+                document_.ReportUnknown(child, kChannelParts, {}, Tagged(tree.Name(block)), false);
+            }
+        });
+        for (const std::string_view key : {"DevKey", "TamObjectKey"}) {
+            if (!seen.contains(Upper(key))) {
+                document_.Report(RuleId::ElementMissing, tree.NameSpan(block),
+                                 Tagged(tree.Name(block)) + " has no " + Tagged(key), Tagged(key));
+            }
+        }
+        if (objectKey.HasText()) {
+            CheckChannelKey(objectKey, deviceKey);
+        }
+    }
+
+    void CheckChannelKey(const Leaf& leaf, const std::string& deviceKey) {
+        if (!keys_.insert(deviceKey + "\n" + Upper(leaf.text)).second) {
+            document_.Report(RuleId::ProjectKey, leaf.span,
+                             "the channel " + Quoted(leaf.text) + " is there twice", "a key of its own");
+        }
+        std::set<std::string> keys;
+        for (const StreamSummary& stream : document_.Others().Streams()) {
+            for (const auto* names : {&stream.inputs, &stream.outputs}) {
+                for (const std::string& name : *names) {
+                    keys.insert(name.substr(0, name.find('_', 1)));
+                }
+            }
+            for (const auto& [name, general] : stream.attributes) {
+                keys.insert(name.substr(0, name.find('_', 1)));
+            }
+        }
+        if (!keys.empty() && !keys.contains(leaf.text)) {
+            const std::vector<std::string_view> words(keys.begin(), keys.end());
+            document_.Report(RuleId::ProjectChannel, leaf.span,
+                             "no module of this run has points of a channel " + Quoted(leaf.text), "",
+                             std::string(Nearest(leaf.text, words)));
+        }
+    }
+
+    void CheckSavedPoints(XmlTree::Index section) {
+        const XmlTree& tree = document_.Tree();
+        document_.CheckContainer(section, Tagged(tree.Name(section)));
+        std::set<std::string> seen;
+        tree.ForEachElement(section, [&](XmlTree::Index point) {
+            CheckTwin(seen, point, tree.Name(section));
+            document_.CheckAttributes(point, kPointAttributes, Tagged(tree.Name(point)));
+            const TypeInfo* type = nullptr;
+            if (const auto id = tree.FindAttribute(point, "SNVT_Type"); id && id->value.size > 0) {
+                type = CheckType(document_, tree.ValueOf(*id), id->value, false);
+            }
+            for (const std::string_view flag : {"Visible", "IsDisplayable"}) {
+                if (const auto attribute = tree.FindAttribute(point, flag)) {
+                    document_.CheckFlag(tree.ValueOf(*attribute), attribute->value, flag);
+                }
+            }
+            if (const auto description = tree.FindAttribute(point, "EnumDesc");
+                description && description->value.size > 0) {
+                const std::string fault = FaultOfDescription(tree.ValueOf(*description));
+                if (!fault.empty()) {
+                    document_.Report(RuleId::EnumDescription, description->value,
+                                     "the description of the enumeration: " + fault,
+                                     "value,label; for each entry");
+                }
+            }
+            if (const auto value = tree.FindAttribute(point, "Value");
+                value && type != nullptr && value->value.size > 0) {
+                CheckValueText(document_, *type, tree.ValueOf(*value), value->value);
+            }
+        });
+    }
+
+    Document& document_;
+    std::set<std::string> keys_;
+};
+
+} // namespace
+
+void CheckProject(Document& document) {
+    Project(document).Check();
+}
+
+} // namespace check

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace check {
+
+/// A number as documents write it: digits with "." as decimal mark, perhaps a sign
+/// and an exponent, and nothing else.
+struct Decimal {
+    double value = 0;
+    bool isNegative = false;
+    /// Without zeros in front and behind; "" is zero.
+    std::string digits;
+    /// The number is digits times this power of ten.
+    int exponent = 0;
+};
+
+std::optional<Decimal> ReadDecimal(std::string_view text);
+/// A whole number without point and exponent.
+std::optional<long long> ReadWhole(std::string_view text);
+/// Whether the number is a whole multiple of a times ten to the power of b.
+bool IsMultiple(const Decimal& number, long a, long b);
+/// What the component reads of a text: the number that it begins with; empty
+/// when it begins with none.
+std::string LeadingNumber(std::string_view text);
+
+} // namespace check

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace check {
+
+class Findings;
+
+/// Makes the text of a file's bytes: by the byte order mark, else by what the XML
+/// declaration names, else as UTF-8. What cannot be read is reported, and
+/// U+FFFD stands in its place. The bytes are moved where they are the text.
+std::string Decode(std::string bytes, Findings& findings);
+
+} // namespace check

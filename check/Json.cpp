@@ -1,0 +1,76 @@
+#include "check/Json.h"
+
+namespace check {
+
+void JsonWriter::Name(std::string_view name) {
+    if (!isFirst_) {
+        text_ += ',';
+    }
+    if (depth_ > 0) {
+        text_ += '\n';
+        text_.append(2 * depth_, ' ');
+    }
+    isFirst_ = false;
+    if (!name.empty()) {
+        String(name);
+        text_ += ": ";
+    }
+}
+
+void JsonWriter::Begin(std::string_view name, char bracket) {
+    Name(name);
+    text_ += bracket;
+    ++depth_;
+    isFirst_ = true;
+}
+
+void JsonWriter::End(char bracket) {
+    --depth_;
+    if (!isFirst_) {
+        text_ += '\n';
+        text_.append(2 * depth_, ' ');
+    }
+    text_ += bracket;
+    isFirst_ = false;
+}
+
+void JsonWriter::Text(std::string_view name, std::string_view value) {
+    Name(name);
+    String(value);
+}
+
+void JsonWriter::Number(std::string_view name, std::size_t value) {
+    Name(name);
+    text_ += std::to_string(value);
+}
+
+void JsonWriter::Flag(std::string_view name, bool value) {
+    Name(name);
+    text_ += value ? "true" : "false";
+}
+
+void JsonWriter::Null(std::string_view name) {
+    Name(name);
+    text_ += "null";
+}
+
+void JsonWriter::String(std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    text_ += '"';
+    for (const char c : text) {
+        const auto code = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            text_ += '\\';
+            text_ += c;
+        } else if (code < 0x20 || code == 0x7F) {
+            text_ += "\\u00";
+            text_ += kDigits[code >> 4U];
+            text_ += kDigits[code & 0xFU];
+        } else {
+            text_ += c;
+        }
+    }
+    text_ += '"';
+}
+
+} // namespace check

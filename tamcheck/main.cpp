@@ -1,0 +1,145 @@
+// tamcheck: what is wrong with documents, without Windows.
+
+#include "check/Program.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <thread>
+
+namespace {
+
+constexpr std::string_view kHelp = R"(Usage: tamcheck FILE|FOLDER... [OPTION...]
+
+Says everything that is wrong with device streams, definitions, device libraries,
+catalogues, projects, interoperability elements and export documents, each with line
+and column. Of a folder all files below it whose names end in .xml. "-" is the
+standard input.
+
+  --catalogue FILE   the types; without it the nearest catalogue.xml, from the folder
+                     of each file upwards, then beside this program
+  --format FORMAT    text, json or sarif; --rules takes markdown too
+  --jobs N           so many files at a time; 0 for as many as there are processors
+  --rules            list what is looked for, and why
+  --schemas FOLDER   write XML Schemas for editors into a folder
+  --version, --help
+
+Exit status: 0 nothing but notes, 1 errors or warnings, 2 wrong usage or a file that
+cannot be read.
+)";
+
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+bool IsTerminal(int file) {
+    return isatty(file) == 1;
+}
+
+unsigned ReadJobs(const std::string& text) {
+    if (text.empty() || text.size() > 3 || text.find_first_not_of("0123456789") != std::string::npos) {
+        throw UsageError("--jobs takes a number, not \"" + text + "\"");
+    }
+    const auto jobs = static_cast<unsigned>(std::stoul(text));
+    return jobs > 0 ? jobs : std::max(1U, std::thread::hardware_concurrency());
+}
+
+/// False when help or the version was asked for.
+bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
+    bool takesOptions = true;
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+        std::string word = arguments[i];
+        if (!takesOptions || word == "-" || !word.starts_with('-')) {
+            options.inputs.emplace_back(word);
+            continue;
+        }
+        std::string value;
+        const std::size_t equal = word.find('=');
+        const bool hasValue = equal != std::string::npos;
+        if (hasValue) {
+            value = word.substr(equal + 1);
+            word.resize(equal);
+        }
+        const auto next = [&] {
+            if (hasValue) {
+                return value;
+            }
+            if (i + 1 == arguments.size()) {
+                throw UsageError(word + " needs a value");
+            }
+            return std::string(arguments[++i]);
+        };
+        if (word == "--") {
+            takesOptions = false;
+        } else if (word == "--help" || word == "-h") {
+            std::cout << kHelp;
+            return false;
+        } else if (word == "--version") {
+            std::cout << "tamcheck " TAM_VERSION "\n";
+            return false;
+        } else if (word == "--rules") {
+            options.listsRules = true;
+        } else if (word == "--catalogue") {
+            options.catalogue = next();
+        } else if (word == "--schemas") {
+            options.schemas = next();
+        } else if (word == "--jobs") {
+            options.jobs = ReadJobs(next());
+        } else if (word == "--format") {
+            const std::string format = next();
+            if (!check::ReadFormat(format, options.format)) {
+                throw UsageError("there is no format " + format + "; text, json or sarif");
+            }
+        } else {
+            throw UsageError("there is no option " + word);
+        }
+    }
+    if (options.inputs.empty() && !options.listsRules && options.schemas.empty()) {
+        throw UsageError("no file was named");
+    }
+    return true;
+}
+
+void ShowProgress(std::string_view line) {
+    std::cerr << "\r\x1b[K" << line << std::flush;
+}
+
+} // namespace
+
+int main(int count, char** values) {
+    check::ProgramOptions options;
+    options.print = [](const std::string& text) { std::cout << text; };
+    options.complain = [](const std::string& text) { std::cerr << text; };
+    std::error_code none;
+    options.programFolder = std::filesystem::read_symlink("/proc/self/exe", none).parent_path();
+    options.hasColour = IsTerminal(STDOUT_FILENO) && std::getenv("NO_COLOR") == nullptr;
+    if (IsTerminal(STDERR_FILENO)) {
+        options.showProgress = ShowProgress;
+    }
+    try {
+        if (!ReadArguments({values, static_cast<std::size_t>(count)}, options)) {
+            return check::kClean;
+        }
+        const int status = check::RunProgram(options);
+        if (!std::cout.flush()) {
+            std::cerr << "tamcheck: the output could not be written\n";
+            return check::kUnreadable;
+        }
+        return status;
+    } catch (const UsageError& error) {
+        std::cerr << "tamcheck: " << error.what() << "\nTry tamcheck --help.\n";
+    } catch (const std::exception& error) {
+        std::cerr << "tamcheck: " << error.what() << "\n";
+    }
+    return check::kUnreadable;
+}
