@@ -35,7 +35,7 @@ std::string Interop(std::string_view inputs) {
 
 } // namespace
 
-TEST(LibraryRulesTest, FindsWhatALibraryLacks) {
+TEST(OtherRulesLibraryTest, FindsWhatALibraryLacks) {
     ExpectClean(Library("<o_tam_ai_id/><O_Tam_id/>"));
     ExpectOne(RuleId::LibraryMissing, "<Device><FWVersion><^V3_00><Objects/></V3_00></FWVersion></Device>");
     ExpectOne(RuleId::LibraryNoModule, "<Device><FWVersion><V1><Objects><^Library><o_tam_ai_id/></Library></"
@@ -47,7 +47,7 @@ TEST(LibraryRulesTest, FindsWhatALibraryLacks) {
                 "<Device><FWVersion><V1><Objects><^Libary/></Objects></V1></FWVersion></Device>", "Library");
 }
 
-TEST(ExportRulesTest, FindsWhatTheCompilerRefuses) {
+TEST(OtherRulesExportTest, FindsWhatTheCompilerRefuses) {
     ExpectClean(ExportInput("65535", "0000", "0"));
     ExpectClean(ExportInput("", "AI1_Out", "1"));
     ExpectOne(RuleId::NumberRange, ExportInput("^65536", "0000", "0"));
@@ -64,7 +64,7 @@ TEST(ExportRulesTest, FindsWhatTheCompilerRefuses) {
     ExpectOne(RuleId::ExportForm, std::string(kRoot) + "<Outputs/><^Inputs/><Attributes/></O_Tam_id>");
 }
 
-TEST(InteroperabilityRulesTest, FindsWhatAnElementLacks) {
+TEST(OtherRulesInteroperabilityTest, FindsWhatAnElementLacks) {
     const std::string good =
         "<Reference>0000</Reference><LogicalAddress>1</LogicalAddress><isPermanent>True</isPermanent>";
     ExpectClean(Interop("<AO1_In1>" + good + "<SNVTType>105</SNVTType></AO1_In1>"));
@@ -75,7 +75,7 @@ TEST(InteroperabilityRulesTest, FindsWhatAnElementLacks) {
     ExpectOne(RuleId::SectionOrder, "<O_Tam_id><Key>k</Key><^UserName>u</UserName><Inputs/></O_Tam_id>");
 }
 
-TEST(KindsTest, RecognisesADocumentByWhatItHolds) {
+TEST(OtherRulesKindsTest, RecognisesADocumentByWhatItHolds) {
     const auto kind = [](std::string text) { return CheckBytes(std::move(text), Types()).kind; };
     EXPECT_EQ(kind(Stream("", "", "")), Kind::DeviceStream);
     EXPECT_EQ(kind("<Tan><DevKey/><TamObjID/></Tan>"), Kind::DeviceStream);

@@ -7,6 +7,7 @@
 #include "tests/fuzz/DocumentRounds.h"
 #include "tests/fuzz/Rounds.h"
 #include "tests/fuzz/SmallChanges.h"
+#include "tests/support/TypeLibrary.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -70,10 +71,10 @@ class CheckedLoadTest : public DocumentFuzzTest {
                                 : "boxes")]++;
         EXPECT_TRUE(isQuiet || result.HasErrors())
             << (isLoaded ? "" : "the call failed; ")
-            << (boxes.empty() ? std::string() : "a box: " + contract::Narrow(boxes.front().text)) << "\n"
+            << (boxes.empty() ? std::string() : "a box: " + support::Narrow(boxes.front().text)) << "\n"
             << document.substr(0, 4000);
         for (const bench::Box& box : boxes) {
-            EXPECT_TRUE(IsExplained(result, box)) << contract::Narrow(box.text) << "\n" << Shown(result);
+            EXPECT_TRUE(IsExplained(result, box)) << support::Narrow(box.text) << "\n" << Shown(result);
         }
     }
 
@@ -212,7 +213,7 @@ class CheckedLoadTest : public DocumentFuzzTest {
 
 TEST_F(CheckedLoadTest, HoldsForTheCorpus) {
     for (const std::wstring& name : Corpus()) {
-        SCOPED_TRACE(contract::Narrow(name));
+        SCOPED_TRACE(support::Narrow(name));
         CompareInput(FromFile(name));
     }
     PrintTally();
@@ -222,7 +223,7 @@ TEST_F(CheckedLoadTest, HoldsForTheSamples) {
     com::Check(NewModule()->putref_XmlSNVTDoc(Parse(FromUtf8(samples_)).Get()));
     for (const wchar_t* name :
          {L"full", L"channels", L"oddities", L"damaged", L"missing_name", L"duplicate_attribute"}) {
-        SCOPED_TRACE(contract::Narrow(name));
+        SCOPED_TRACE(support::Narrow(name));
         CompareStream(FromUtf8(ReadFile(SamplesFolder() + L"streams\\" + name + L".xml")), sampleTypes_);
     }
     PrintTally();
