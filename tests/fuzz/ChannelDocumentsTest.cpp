@@ -35,7 +35,7 @@ class ChannelDocumentsTest : public InternalTest {
     void SetUp() override {
         InternalTest::SetUp();
         secretFile_.emplace(support::Component::Folder() + L"secret.txt", kSecret);
-        watchdog_.emplace(KeepFolder() + L"channel-document.txt");
+        watchdog_.emplace(KeepFile(L"channel-document.txt"));
     }
     void TearDown() override {
         watchdog_.reset();

@@ -29,7 +29,7 @@ class ChannelMembersFuzzTest : public InternalTest {
     void SetUp() override {
         InternalTest::SetUp();
         SetCatalogue(L"<SNVT_105><Name>Temperature</Name><Type>SignedNumeric</Type></SNVT_105>");
-        watchdog_.emplace(KeepFolder() + L"channel-calls.txt");
+        watchdog_.emplace(KeepFile(L"channel-calls.txt"));
         document_ = support::Parse(L"<O_Tam_ai_id><UserName>a</UserName></O_Tam_ai_id>");
         // A manager that was told no context ends the process at its next call.
         calls_.Spare(__uuidof(ITamObjectManager), L"Init");

@@ -104,7 +104,7 @@ void DocumentsFuzzTest::SetUp() {
     secretFile_.emplace(Component::Folder() + L"secret.txt", kSecret);
     secret_ = L"file:///" + secretFile_->Path();
     std::replace(secret_.begin(), secret_.end(), L'\\', L'/');
-    watchdog_.emplace(KeepFolder() + L"document.txt");
+    watchdog_.emplace(KeepFile(L"document.txt"));
     answer_ = Answer();
     EXPECT_NE(answer_.find(L".Name = \"Reading room\""), std::wstring::npos);
     EXPECT_NE(answer_.find(L".UserName = \"My valve\""), std::wstring::npos);

@@ -31,7 +31,7 @@ class MembersFuzzTest : public ComponentTest {
         document_ = Parse(L"<Valve><UserName>a</UserName><OutReferences><A>1</A></OutReferences></Valve>");
         UseCompiler();
         UseDatabaseLocation();
-        watchdog_.emplace(KeepFolder() + L"calls.txt");
+        watchdog_.emplace(KeepFile(L"calls.txt"));
         // Its OK would keep a rename open that it refuses.
         Watcher().OnBox([](HWND window, const bench::Box& box) {
             return !box.isMessageBox && PostMessageW(window, WM_COMMAND, IDCANCEL, 0) != FALSE;

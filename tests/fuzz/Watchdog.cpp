@@ -20,6 +20,17 @@ std::wstring Environment(const wchar_t* name) {
     return text;
 }
 
+/// Where inputs are kept: the folder that the environment names, otherwise the program's.
+std::wstring KeepFolder() {
+    if (const std::wstring folder = Environment(L"TAM_FUZZ_KEEP"); !folder.empty()) {
+        return folder + L"\\";
+    }
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring program = path;
+    return program.substr(0, program.find_last_of(L'\\') + 1);
+}
+
 /// Beside its place until it is whole.
 std::wstring PartOf(const std::wstring& file) {
     return file + L".part";
@@ -87,14 +98,14 @@ unsigned Setting(const wchar_t* name, unsigned otherwise) {
     return text.empty() ? otherwise : static_cast<unsigned>(std::wcstoul(text.c_str(), nullptr, 10));
 }
 
-std::wstring KeepFolder() {
-    if (const std::wstring folder = Environment(L"TAM_FUZZ_KEEP"); !folder.empty()) {
-        return folder + L"\\";
-    }
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    return program.substr(0, program.find_last_of(L'\\') + 1);
+std::wstring KeepFile(const wchar_t* name) {
+    // Numbers of processes are not enough: two servers of Wine give the same ones.
+    static const std::wstring mark = [] {
+        LARGE_INTEGER now{};
+        QueryPerformanceCounter(&now);
+        return std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(now.QuadPart) + L"-";
+    }();
+    return KeepFolder() + mark + name;
 }
 
 } // namespace component_fuzz

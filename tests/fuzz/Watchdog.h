@@ -37,7 +37,8 @@ class Watchdog {
 
 /// A number from the environment, or the value for when it is not there.
 unsigned Setting(const wchar_t* name, unsigned otherwise);
-/// The folder that TAM_FUZZ_KEEP names, else the program's own, with a closing backslash.
-std::wstring KeepFolder();
+/// A file of this run's own for what is kept, in the folder that TAM_FUZZ_KEEP names, otherwise
+/// beside the program: the same program may run in another Wine prefix at the same time.
+std::wstring KeepFile(const wchar_t* name);
 
 } // namespace component_fuzz

@@ -25,7 +25,7 @@ bool IsThere(const std::wstring& file) {
 }
 
 TEST(WatchdogTest, HoldsTheInputOfTheRound) {
-    const std::wstring file = KeepFolder() + L"watchdog-holds.txt";
+    const std::wstring file = KeepFile(L"watchdog-holds.txt");
     {
         Watchdog dog(file);
         dog.Begin("first", "round 1");
@@ -40,7 +40,7 @@ TEST(WatchdogTest, HoldsTheInputOfTheRound) {
 }
 
 TEST(WatchdogTest, HoldsTheOldInputWhereTheNewOneCannotBeWritten) {
-    const std::wstring file = KeepFolder() + L"watchdog-fails.txt";
+    const std::wstring file = KeepFile(L"watchdog-fails.txt");
     Watchdog dog(file);
     dog.Begin("old", "round 1");
     for (const auto function : {&WriteLess, &FailToWrite}) {
