@@ -67,7 +67,9 @@ Result CheckBytes(std::string bytes, const Surroundings& surroundings, StreamSum
 }
 
 Result CheckText(std::string text, const Surroundings& surroundings, StreamSummary* summary) {
-    return CheckTree(std::move(text), Findings(), surroundings, summary);
+    Findings findings;
+    CheckDeclaredEncoding(text, findings);
+    return CheckTree(std::move(text), std::move(findings), surroundings, summary);
 }
 
 Catalogue ReadCatalogue(std::string bytes) {

@@ -201,6 +201,7 @@ class ChannelDefinition {
                                   : name.front() == 'O' ? Side::Output
                                                         : Side::Attribute;
                 points_.CheckSection(child, ChannelWords(side));
+                has_[static_cast<std::size_t>(side)] = true;
             } else if (name == "TAMConfig") {
                 configuration = child;
             } else {
@@ -277,6 +278,10 @@ class ChannelDefinition {
     }
 
     void CheckItemName(const std::string& name, Span span, Side side) {
+        // A definition that leaves its points to the host says nothing of them.
+        if (!has_[static_cast<std::size_t>(side)]) {
+            return;
+        }
         if (!points_.Has(side, name)) {
             document_.Report(RuleId::ConfigNothing, span, "this definition has no point " + Quoted(name), "",
                              std::string(points_.NearestName(side, name)));
@@ -289,6 +294,7 @@ class ChannelDefinition {
     Document& document_;
     Points points_;
     std::set<std::string> seen_[3];
+    bool has_[3] = {};
 };
 
 void ReportRoot(Document& document) {

@@ -88,13 +88,15 @@ void Document::CheckContainer(Index element, std::string_view where) {
     });
 }
 
-void Document::CheckAttributes(Index element, std::span<const std::string_view> known,
-                               std::string_view where) {
+void Document::CheckAttributes(Index element, std::span<const std::string_view> known, std::string_view where,
+                               bool isCaseFree) {
     for (const XmlTree::Attribute& attribute : tree_.Attributes(element)) {
         const std::string_view name = tree_.Piece(attribute.name);
         // What names a schema for an editor, and what is reported as XML.
         if (name.find(':') != std::string_view::npos || name == "xmlns" ||
-            std::find(known.begin(), known.end(), name) != known.end()) {
+            std::any_of(known.begin(), known.end(), [&](std::string_view word) {
+                return isCaseFree ? EqualKeyword(word, name) : word == name;
+            })) {
             continue;
         }
         const std::string_view near = Nearest(name, known);
@@ -132,6 +134,13 @@ void Document::ReportUnknown(Index element, std::span<const std::string_view> kn
     }
     Report(RuleId::ElementUnknown, span, Tagged(name) + " means nothing in " + place + ": it is passed over",
            Listed(known));
+    // Sections are looked for at any depth.
+    tree_.ForEachBelow(element, [&](Index inner) {
+        if (tree_.IsElement(inner) && tree_.Name(inner) == "Tam") {
+            Report(RuleId::ElementMisplaced, tree_.NameSpan(inner), "<Tam> inside of " + Tagged(name),
+                   "<Tam> as the document element alone");
+        }
+    });
 }
 
 void Document::ReportBlanks(const Leaf& leaf) {

@@ -49,8 +49,9 @@ class Document {
     Leaf ReadLeaf(Index element);
     /// Reports texts and instructions between the elements of a container.
     void CheckContainer(Index element, std::string_view where);
-    /// Reports attributes that are none of these; letter case counts.
-    void CheckAttributes(Index element, std::span<const std::string_view> known, std::string_view where);
+    /// Reports attributes that are none of these. `isCaseFree`: letter case does not count.
+    void CheckAttributes(Index element, std::span<const std::string_view> known, std::string_view where,
+                         bool isCaseFree = false);
     /// An element whose name is none of `known`. `elsewhere` are the names that mean
     /// something in another place. `isCaseFree`: letter case does not count in names.
     void ReportUnknown(Index element, std::span<const std::string_view> known,

@@ -248,6 +248,17 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
 
 } // namespace
 
+void CheckDeclaredEncoding(const std::string& text, Findings& findings) {
+    const Span declared = DeclaredEncoding(text);
+    const std::string name = Upper(std::string_view(text).substr(declared.at, declared.size));
+    const bool isKnown = name.empty() || name == kUtf8 || name == kAscii || name.starts_with(kUtf16) ||
+                         std::any_of(std::begin(kCodePages), std::end(kCodePages),
+                                     [&](const CodePage& page) { return page.name == name; });
+    if (!isKnown) {
+        ReportUnknown(name, declared, findings);
+    }
+}
+
 std::string Decode(std::string bytes, Findings& findings) {
     using namespace std::literals;
     const std::string_view view = bytes;

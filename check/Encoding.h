@@ -13,4 +13,8 @@ class Findings;
 /// U+FFFD stands in its place. The bytes are moved where they are the text.
 std::string Decode(std::string bytes, Findings& findings);
 
+/// Reports a declaration of an encoding that there is none; the text is in UTF-8 whatever it
+/// declares.
+void CheckDeclaredEncoding(const std::string& text, Findings& findings);
+
 } // namespace check

@@ -117,7 +117,7 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
     const std::string_view text = tree.Piece(name);
     NamesOf(words.side).push_back({ShortHash(text), static_cast<std::uint32_t>(name.at)});
     CheckName(name);
-    document_.CheckAttributes(element, words.attributes, words.what);
+    document_.CheckAttributes(element, words.attributes, words.what, true);
     document_.CheckContainer(element, Tagged(text));
     std::vector<Field> fields;
     const bool isUnclosed = tree.IsUnclosed(element);

@@ -119,6 +119,7 @@ class Run {
             return kUnreadable;
         }
         const std::vector<batch::Input> inputs = batch::FindInputs(options_.inputs);
+        hasOthers_ = inputs.size() > 1;
         std::vector<FileResult> results;
         {
             batch::Progress progress(options_.showProgress, inputs.size(), 79);
@@ -154,7 +155,7 @@ class Run {
             surroundings.Add(stream);
         }
         StreamSummary summary;
-        const bool isKept = bytes.size() <= kLargestSummary;
+        const bool isKept = hasOthers_ && bytes.size() <= kLargestSummary;
         checked.result.result = CheckBytes(std::move(bytes), surroundings, isKept ? &summary : nullptr);
         if (checked.result.result.kind == Kind::DeviceStream && isKept) {
             summary.file = checked.result.file;
@@ -208,6 +209,8 @@ class Run {
     const ProgramOptions& options_;
     Catalogues catalogues_;
     std::vector<StreamSummary> streams_;
+    /// Other documents of the run may look into a stream.
+    bool hasOthers_ = false;
 };
 
 int ListRules(const ProgramOptions& options) {

@@ -64,6 +64,13 @@ class XmlTree {
         });
     }
 
+    template <class F>
+    void ForEachBelow(Index node, F&& visit) const {
+        for (Index inner = node + 1; inner < nodes_[node].next; ++inner) {
+            visit(inner);
+        }
+    }
+
     /// The first element of the name, at any depth.
     Index Find(std::string_view name) const;
     /// The first child element of the name; letter case counts.

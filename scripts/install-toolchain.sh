@@ -27,6 +27,7 @@ build_packages=(
     libcli11-dev               # the bench's command line
     nlohmann-json3-dev         # the bench's machine-readable output
     imagemagick                # pictures of the dialogs, comparison of pictures
+    libxml2-utils              # xmllint, which validates the samples against the schemas
     python3                    # counts test results, draws the benchmark
     chromium-headless-shell    # shows the device sheets of the tests
     python3-html5lib           # checks their HTML
@@ -41,6 +42,7 @@ check_packages=(
     cppcheck
     python3-jsonschema
     shellcheck
+    python3-jsonschema         # the JSON of the checks against docs/json
 )
 
 say() { printf '%s\n' "$*" >&2; }

@@ -13,6 +13,7 @@ The component finds a type as the child SNVT_<index> of the document element. Wh
 
 - An element for which the table has no value is left out: an empty limit would say the same, but an empty length or
   coefficient is no number and would be reported for every point of that type.
+- Limits that the table does not have are those of the bytes: 224 goes from 0 to 5 * 65535.
 - Types whose general type no source states (215 to 223 and 225) get no Type element. The component then takes over
   the name and nothing else; with an empty or made-up Type it would report a bad type for every use of a valid name.
 - Coefficients: value = A * 10^B * (raw + C). Kinds that are read as numbers and have none (the Float types carry the
@@ -105,11 +106,22 @@ BACNET_UNITS = {
 BACNET_UNITS_OF_TYPES = {98: "power-factor", 99: "power-factor", 147: "delta-degrees-kelvin"}
 
 
+def limits(row):
+    """The table's limits; where it has none, what the bytes of a scaled number can hold."""
+    if row["min"] or row["max"] or not row["a"]:
+        return row["min"], row["max"]
+    bits = 8 * int(row["length_bytes"])
+    is_signed = row["general_type"] == "SignedNumeric"
+    raw = (-(2 ** (bits - 1)), 2 ** (bits - 1) - 1) if is_signed else (0, 2**bits - 1)
+    return tuple(scaled(row, str(value)) for value in raw)
+
+
 def numeric_children(index, row):
     yield "Unit", row["unit"]
     yield "BACnetUnit", BACNET_UNITS_OF_TYPES.get(index, BACNET_UNITS.get(row["unit"], ""))
-    yield "Min", plain(row["min"])
-    yield "Max", plain(row["max"])
+    least, greatest = limits(row)
+    yield "Min", plain(least)
+    yield "Max", plain(greatest)
     yield "Length", row["length_bytes"]
     yield "A_Coef", row["a"] or "1"
     yield "B_Coef", row["b"] or "0"

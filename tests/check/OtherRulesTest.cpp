@@ -35,7 +35,7 @@ std::string Interop(std::string_view inputs) {
 
 } // namespace
 
-TEST(OtherRulesLibraryTest, FindsWhatALibraryLacks) {
+TEST(LibraryRulesTest, FindsWhatALibraryLacks) {
     ExpectClean(Library("<o_tam_ai_id/><O_Tam_id/>"));
     ExpectOne(RuleId::LibraryMissing, "<Device><FWVersion><^V3_00><Objects/></V3_00></FWVersion></Device>");
     ExpectOne(RuleId::LibraryNoModule, "<Device><FWVersion><V1><Objects><^Library><o_tam_ai_id/></Library></"
@@ -47,7 +47,7 @@ TEST(OtherRulesLibraryTest, FindsWhatALibraryLacks) {
                 "<Device><FWVersion><V1><Objects><^Libary/></Objects></V1></FWVersion></Device>", "Library");
 }
 
-TEST(OtherRulesExportTest, FindsWhatTheCompilerRefuses) {
+TEST(ExportRulesTest, FindsWhatTheCompilerRefuses) {
     ExpectClean(ExportInput("65535", "0000", "0"));
     ExpectClean(ExportInput("", "AI1_Out", "1"));
     ExpectOne(RuleId::NumberRange, ExportInput("^65536", "0000", "0"));
@@ -64,7 +64,7 @@ TEST(OtherRulesExportTest, FindsWhatTheCompilerRefuses) {
     ExpectOne(RuleId::ExportForm, std::string(kRoot) + "<Outputs/><^Inputs/><Attributes/></O_Tam_id>");
 }
 
-TEST(OtherRulesInteroperabilityTest, FindsWhatAnElementLacks) {
+TEST(InteroperabilityRulesTest, FindsWhatAnElementLacks) {
     const std::string good =
         "<Reference>0000</Reference><LogicalAddress>1</LogicalAddress><isPermanent>True</isPermanent>";
     ExpectClean(Interop("<AO1_In1>" + good + "<SNVTType>105</SNVTType></AO1_In1>"));
@@ -75,7 +75,7 @@ TEST(OtherRulesInteroperabilityTest, FindsWhatAnElementLacks) {
     ExpectOne(RuleId::SectionOrder, "<O_Tam_id><Key>k</Key><^UserName>u</UserName><Inputs/></O_Tam_id>");
 }
 
-TEST(OtherRulesKindsTest, RecognisesADocumentByWhatItHolds) {
+TEST(KindsTest, RecognisesADocumentByWhatItHolds) {
     const auto kind = [](std::string text) { return CheckBytes(std::move(text), Types()).kind; };
     EXPECT_EQ(kind(Stream("", "", "")), Kind::DeviceStream);
     EXPECT_EQ(kind("<Tan><DevKey/><TamObjID/></Tan>"), Kind::DeviceStream);

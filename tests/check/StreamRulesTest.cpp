@@ -20,7 +20,7 @@ TEST(StreamRulesTest, AGoodStreamHasNoFindings) {
     ExpectClean(Header("<IsLastOnDev>1</IsLastOnDev><TamObjID>-5</TamObjID><CDB>426</CDB><DDB>160</DDB>"));
     // Keywords of points in any letter case, flags, the attribute of an output.
     ExpectClean(
-        WithOutput("<AI1_Out TypeDependent=\"0\"><Visible/><snvtType>105</snvtType>"
+        WithOutput("<AI1_Out TYPEDEPENDENT=\"0\"><Visible/><snvtType>105</snvtType>"
                    "<LogicalAddress>2</LogicalAddress><IsMapAsOO>1</IsMapAsOO><ObjOffset>0</ObjOffset>"
                    "<AbsoluteObjectIndex>16</AbsoluteObjectIndex><IsWritable>0</IsWritable></AI1_Out>"));
 }
@@ -42,6 +42,9 @@ TEST(StreamRulesTest, FindsMissingMisspeltRepeatedAndUnknownParts) {
               Header("<IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID><^TamObjID>3</TamObjID>"));
     ExpectOne(RuleId::ElementUnknown,
               Header("<IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID><^Firmware>2</Firmware>"));
+    // Sections are looked for at any depth.
+    ExpectAmong(RuleId::ElementMisplaced, Header("<IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>"
+                                                 "<Firmware><^Tam><OutReferences/></Tam></Firmware>"));
     ExpectOne(RuleId::ElementMisplaced,
               Header("<IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID><^SNVTTYPE>2</SNVTTYPE>"));
     ExpectOne(RuleId::ElementEmpty, "<Tam><Name>H</Name><^DevKey></DevKey><IsLastOnDev>0</IsLastOnDev>"

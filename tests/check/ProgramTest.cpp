@@ -1,0 +1,189 @@
+#include "check/Program.h"
+#include "batch/Inputs.h"
+#include "check/Schemas.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+using namespace check;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path kRoot = TAM_ROOT;
+
+std::string Read(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+class ProgramTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        static std::atomic<int> count = 0;
+        folder_ =
+            fs::temp_directory_path() /
+            ("tam_check_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+             std::to_string(++count) + "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        options_.programFolder = folder_ / "nowhere";
+        options_.print = [this](const std::string& text) { printed_ += text; };
+        options_.complain = [this](const std::string& text) { complained_ += text; };
+    }
+    void TearDown() override {
+        std::error_code none;
+        fs::remove_all(folder_, none);
+    }
+
+    fs::path Write(const std::string& name, std::string_view text) {
+        const fs::path path = folder_ / name;
+        fs::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+    int Run(const fs::path& input) {
+        options_.inputs = {input};
+        return RunProgram(options_);
+    }
+
+    fs::path folder_;
+    ProgramOptions options_;
+    std::string printed_;
+    std::string complained_;
+};
+
+constexpr std::string_view kGood =
+    "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID></Tam>";
+constexpr std::string_view kBad =
+    "<Tam>\n<Name>H</Name><DevKey>K</DevKey><IsLastOnDev>2</IsLastOnDev><TamObjID>3</TamObjID></Tam>";
+
+} // namespace
+
+TEST_F(ProgramTest, AnswersAStatusForWhatWasFound) {
+    EXPECT_EQ(Run(Write("good.xml", kGood)), kClean);
+    EXPECT_EQ(printed_, "1 file: nothing found\n");
+    printed_.clear();
+    const fs::path bad = Write("bad.xml", kBad);
+    EXPECT_EQ(Run(bad), kFound);
+    EXPECT_EQ(printed_, batch::NameOf(bad) +
+                            ":2:46: error: <IsLastOnDev> is \"2\"; expected: 0 or 1 [flag-value]\n"
+                            "1 file: 1 error, 0 warnings, 0 notes\n");
+}
+
+TEST_F(ProgramTest, SaysWhyAFileCannotBeRead) {
+    EXPECT_EQ(Run(folder_ / "missing.xml"), kUnreadable);
+    EXPECT_EQ(complained_.substr(0, complained_.find('\n')),
+              "tamcheck: " + batch::NameOf(folder_ / "missing.xml") + ": there is no such file");
+    complained_.clear();
+    EXPECT_EQ(Run(folder_), kUnreadable); // a folder without documents
+    EXPECT_NE(complained_.find("holds no file"), std::string::npos);
+    Write("catalogue.xml", "<x/>");
+    options_.catalogue = folder_ / "catalogue.xml";
+    EXPECT_EQ(Run(Write("good.xml", kGood)), kUnreadable);
+    EXPECT_NE(complained_.find("it has no types"), std::string::npos);
+}
+
+TEST_F(ProgramTest, OneBrokenFileDoesNotStopTheRest) {
+    Write("many/a.xml", "");
+    Write("many/b.xml", std::string("<Tam><Name>\xC3"));
+    std::string deep;
+    for (int i = 0; i < 100000; ++i) {
+        deep += "<a>";
+    }
+    Write("many/c.xml", deep);
+    Write("many/d/e.xml", kBad);
+    options_.jobs = 3;
+    EXPECT_EQ(Run(folder_ / "many"), kFound);
+    for (const std::string_view part :
+         {"a.xml:1:1: error: the document is empty [file-empty]",
+          "b.xml:1:12: error: the file ends in the middle of a character [encoding-invalid]",
+          "c.xml:1:770: error: an element 257 levels deep", "e.xml:2:46: error: ", "4 files: "}) {
+        EXPECT_NE(printed_.find(part), std::string::npos) << part << "\n" << printed_;
+    }
+}
+
+TEST_F(ProgramTest, TakesTheNearestCatalogue) {
+    const std::string_view stream =
+        "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>"
+        "<OutReferences><A_B><SNVTTYPE>2</SNVTTYPE><LOGICALADDRESS>1</LOGICALADDRESS></A_B></OutReferences></"
+        "Tam>";
+    const fs::path path = Write("a/b/stream.xml", stream);
+    EXPECT_EQ(Run(path), kClean);
+    EXPECT_NE(complained_.find("no catalogue.xml is near"), std::string::npos);
+    Write("a/catalogue.xml", "<x><SNVT_1><Type>Struct</Type><Length>1</Length></SNVT_1></x>");
+    EXPECT_EQ(Run(path), kFound);
+    EXPECT_NE(printed_.find("[type-unknown]"), std::string::npos);
+}
+
+TEST_F(ProgramTest, LooksFromADefinitionToTheStreamsOfTheRun) {
+    Write("catalogue.xml", "<x><SNVT_1><Name>SNVT_e</Name><Type>Enum</Type><Length>1</Length></SNVT_1></x>");
+    Write(
+        "stream.xml",
+        "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID><Attributes>"
+        "<A_B><SNVTTYPE>1</SNVTTYPE><LOGICALADDRESS>1</LOGICALADDRESS><VALUE>1</VALUE></A_B></Attributes></"
+        "Tam>");
+    Write("definition.xml", "<AppObject><NAME>n</NAME><ID>i</ID><Tam><Attributes><A_B><DefaultValue>1</"
+                            "DefaultValue></A_B></Attributes></Tam></AppObject>");
+    EXPECT_EQ(Run(folder_), kFound);
+    EXPECT_NE(printed_.find("definition.xml:1:54: error: "), std::string::npos) << printed_;
+    EXPECT_NE(printed_.find("[default-not-taken]"), std::string::npos);
+}
+
+TEST_F(ProgramTest, WritesOneJsonDocumentAndOneOfSarif) {
+    const fs::path bad = Write("b\xC3\xA4"
+                               "d one.xml",
+                               kBad);
+    options_.format = Format::Json;
+    EXPECT_EQ(Run(bad), kFound);
+    for (const std::string_view part :
+         {"\"line\": 2,", "\"column\": 46,", "\"rule\": \"flag-value\"", "\"kind\": \"device stream\"",
+          "\"message\": \"<IsLastOnDev> is \\\"2\\\"\"", "\"errors\": 1,"}) {
+        EXPECT_NE(printed_.find(part), std::string::npos) << part << "\n" << printed_;
+    }
+    printed_.clear();
+    options_.format = Format::Sarif;
+    EXPECT_EQ(Run(bad), kFound);
+    for (const std::string_view part :
+         {"\"version\": \"2.1.0\"", "b%C3%A4d%20one.xml\"", "\"startLine\": 2,", "\"startColumn\": 46,",
+          "\"columnKind\": \"unicodeCodePoints\"", "\"ruleId\": \"flag-value\""}) {
+        EXPECT_NE(printed_.find(part), std::string::npos) << part << "\n" << printed_;
+    }
+}
+
+TEST_F(ProgramTest, WritesTheSchemas) {
+    options_.schemas = folder_ / "schemas";
+    EXPECT_EQ(RunProgram(options_), kClean);
+    EXPECT_EQ(AllSchemas().size(), 8u);
+    for (const Schema& schema : AllSchemas()) {
+        EXPECT_EQ(Read(folder_ / "schemas" / schema.file), Read(kRoot / "schemas" / schema.file))
+            << schema.file;
+    }
+}
+
+TEST_F(ProgramTest, TheDocumentOfTheRulesIsOfToday) {
+    EXPECT_EQ(Read(kRoot / "docs" / "rules.md"), RulesMarkdown())
+        << "write it again: tamcheck --rules --format markdown > docs/rules.md";
+    options_.listsRules = true;
+    EXPECT_EQ(RunProgram(options_), kClean);
+    for (const Rule& rule : AllRules()) {
+        EXPECT_NE(printed_.find(rule.name), std::string::npos) << rule.name;
+    }
+}
+
+TEST_F(ProgramTest, TheGoodSamplesHaveNotesAtMost) {
+    for (const std::string_view name :
+         {"O_Tam_id.xml", "catalogue.xml", "streams/full.xml", "streams/channels.xml", "channels"}) {
+        printed_.clear();
+        EXPECT_EQ(Run(kRoot / "samples" / name), kClean) << printed_;
+    }
+    EXPECT_EQ(Run(kRoot / "samples" / "device.xml"), kFound); // it has two versions with a fault on purpose
+}
