@@ -4,8 +4,8 @@
 #include "check/Kinds.h"
 #include "check/Surroundings.h"
 
+#include <cstddef>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // Everything that is wrong with a document, with line and column. Pure code: it

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace check {
 

@@ -9,10 +9,10 @@
 #include <cmath>
 #include <cstdint>
 #include <iterator>
-#include <limits>
 #include <set>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace check {

@@ -4,6 +4,7 @@
 #include "check/Findings.h"
 #include "check/XmlTree.h"
 
+#include <cstddef>
 #include <set>
 #include <span>
 #include <string>

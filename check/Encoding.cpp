@@ -6,9 +6,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace check {
 
@@ -260,7 +261,7 @@ void CheckDeclaredEncoding(const std::string& text, Findings& findings) {
 }
 
 std::string Decode(std::string bytes, Findings& findings) {
-    using namespace std::literals;
+    using namespace std::string_view_literals;
     const std::string_view view = bytes;
     if (view.starts_with("\xEF\xBB\xBF")) {
         bytes.erase(0, 3);

@@ -3,7 +3,6 @@
 #include "check/Rules.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>

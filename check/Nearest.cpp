@@ -3,6 +3,8 @@
 #include "check/Utf8.h"
 
 #include <algorithm>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace check {

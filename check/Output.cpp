@@ -3,6 +3,8 @@
 #include "check/Json.h"
 #include "check/Utf8.h"
 
+#include <utility>
+
 namespace check {
 
 namespace {

@@ -3,6 +3,7 @@
 #include "check/Document.h"
 #include "check/Surroundings.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <span>

@@ -6,6 +6,7 @@
 #include "check/XmlTree.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <iostream>

@@ -4,7 +4,7 @@
 
 #include <map>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace check {

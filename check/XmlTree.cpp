@@ -4,7 +4,6 @@
 #include "check/Utf8.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace check {

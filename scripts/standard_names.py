@@ -28,10 +28,10 @@ NAMES_OF = {
         bidirectional_iterator random_access_iterator contiguous_iterator sentinel_for iter_value_t
         iter_reference_t iter_difference_t default_sentinel default_sentinel_t begin end cbegin cend rbegin rend
         size ssize empty data ranges::next ranges::prev ranges::advance ranges::distance""",
-    "string": """string wstring u8string u16string u32string basic_string to_string to_wstring stoi stol stoll stoul
+    "string": """string_literals string wstring u8string u16string u32string basic_string to_string to_wstring stoi stol stoll stoul
         stoull stof stod stold getline char_traits erase erase_if hash begin end cbegin cend rbegin rend size ssize
         empty data""",
-    "string_view": """string_view wstring_view u8string_view u16string_view u32string_view basic_string_view
+    "string_view": """string_view_literals string_view wstring_view u8string_view u16string_view u32string_view basic_string_view
         char_traits hash begin end cbegin cend rbegin rend size ssize empty data""",
     "vector": "vector erase erase_if hash begin end cbegin cend rbegin rend size ssize empty data",
     "array": """array to_array get tuple_size tuple_size_v tuple_element tuple_element_t begin end cbegin cend rbegin

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+#include <vector>
 
 using namespace check;
 using namespace checking;
-using namespace std::literals;
+using namespace std::string_literals;
 
 namespace {
 

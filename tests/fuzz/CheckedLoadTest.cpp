@@ -3,7 +3,6 @@
 
 #include "bench/Text.h"
 #include "check/Check.h"
-#include "tests/fuzz/DocumentMutator.h"
 #include "tests/fuzz/DocumentRounds.h"
 #include "tests/fuzz/Rounds.h"
 #include "tests/fuzz/SmallChanges.h"
@@ -13,6 +12,7 @@
 #include <cstdio>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace component_fuzz {
@@ -46,10 +46,10 @@ void Write(const std::wstring& path, const std::string& bytes) {
     CloseHandle(file);
 }
 
-class CheckedLoadTest : public DocumentFuzzTest {
+class CheckedLoadTest : public DocumentsFuzzTest {
   protected:
     void SetUp() override {
-        DocumentFuzzTest::SetUp();
+        DocumentsFuzzTest::SetUp();
         samples_ = ReadFile(SamplesFolder() + L"catalogue.xml");
         sampleTypes_ = check::ReadCatalogue(samples_);
         goodTypes_ = check::ReadCatalogue(Utf8(GoodText(Input::Kind::Catalogue)));
@@ -75,10 +75,10 @@ class CheckedLoadTest : public DocumentFuzzTest {
                                 : "boxes")]++;
         EXPECT_TRUE(isQuiet || result.HasErrors())
             << (isLoaded ? "" : "the call failed; ")
-            << (boxes.empty() ? std::string() : "a box: " + support::Narrow(boxes.front().text)) << "\n"
+            << (boxes.empty() ? std::string() : "a box: " + Utf8(boxes.front().text)) << "\n"
             << document.substr(0, 4000);
         for (const bench::Box& box : boxes) {
-            EXPECT_TRUE(IsExplained(result, box)) << support::Narrow(box.text) << "\n" << Shown(result);
+            EXPECT_TRUE(IsExplained(result, box)) << Utf8(box.text) << "\n" << Shown(result);
         }
     }
 
@@ -219,7 +219,7 @@ class CheckedLoadTest : public DocumentFuzzTest {
 
 TEST_F(CheckedLoadTest, HoldsForTheCorpus) {
     for (const std::wstring& name : Corpus()) {
-        SCOPED_TRACE(support::Narrow(name));
+        SCOPED_TRACE(Utf8(name));
         CompareInput(FromFile(name));
     }
     PrintTally();
@@ -229,7 +229,7 @@ TEST_F(CheckedLoadTest, HoldsForTheSamples) {
     com::Check(NewModule()->putref_XmlSNVTDoc(Parse(FromUtf8(samples_)).Get()));
     for (const wchar_t* name :
          {L"full", L"channels", L"oddities", L"damaged", L"missing_name", L"duplicate_attribute"}) {
-        SCOPED_TRACE(support::Narrow(name));
+        SCOPED_TRACE(Utf8(name));
         CompareStream(FromUtf8(ReadFile(SamplesFolder() + L"streams\\" + name + L".xml")), sampleTypes_);
     }
     PrintTally();
