@@ -200,8 +200,7 @@ void Host::LoadStream() {
 void Host::LoadStreamFile(const std::wstring& name, const std::wstring& file) {
     report_.data["stream"] = Utf8(name);
     report_.data["streamFile"] = Utf8(file);
-    streamText_ = ReadTextFile(file);
-    LoadStreamText(streamText_);
+    LoadStreamText(ReadTextFile(file));
 }
 
 void Host::LoadStreamText(const std::wstring& text) {

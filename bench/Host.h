@@ -82,8 +82,6 @@ class Host {
     /// The same with a stream of this file, which the report tells by this name.
     void LoadStreamFile(const std::wstring& name, const std::wstring& file);
     void LoadStreamText(const std::wstring& text);
-    /// The text that LoadStream loaded.
-    const std::wstring& StreamText() const noexcept { return streamText_; }
 
     /// What the host did last, for messages about failures.
     static const std::string& CurrentStep() noexcept { return step_; }
@@ -152,7 +150,6 @@ class Host {
     bool isUnseen_ = false;
     std::wstring expectedBox_;
     std::wstring deviceKey_;
-    std::wstring streamText_;
     std::vector<Wire> wires_;
 };
 

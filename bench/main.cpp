@@ -1,6 +1,7 @@
 // tambench: a host without a drawing, on the command line.
 
 #include "bench/CommandLine.h"
+#include "bench/Commands.h"
 #include "bench/Output.h"
 #include "bench/Run.h"
 #include "bench/Text.h"
