@@ -3,8 +3,10 @@
 
 #include "com/LateBound.h"
 
+#include <cstddef>
 #include <span>
 #include <string>
+#include <vector>
 
 using namespace support;
 using namespace modules;
@@ -202,6 +204,29 @@ TEST_F(CDBAppObjectDatasheetTest, ConvertsTheOwnerWindowToANumber) {
     ASSERT_EQ(shell.calls.size(), 2u);
     EXPECT_EQ(shell.calls[0].owner, reinterpret_cast<HWND>(4660));
     EXPECT_EQ(shell.calls[1].owner, reinterpret_cast<HWND>(4661));
+}
+
+TEST_F(CDBAppObjectDatasheetTest, TakesTheWindowOfA64BitHost) {
+    const TextFile sheet = Beside(L"Sheet.pdf");
+    const auto module = Defined(L"<NAME>Valve</NAME>");
+    ShellPatch shell(Dll().Module());
+    VARIANT handle{};
+    handle.vt = VT_I8;
+    std::vector<LONGLONG> handles{0x12345};
+    if (sizeof(void*) == 8) {
+        handles.push_back(0x80012345); // of which the upper half is zeros, or signs
+        handles.push_back(static_cast<LONG>(0x80012345));
+    }
+    for (const LONGLONG number : handles) {
+        handle.llVal = number;
+        EXPECT_EQ(module->ViewDatasheet(handle), S_OK);
+    }
+    ASSERT_EQ(shell.calls.size(), handles.size());
+    EXPECT_EQ(shell.calls.front().owner, reinterpret_cast<HWND>(0x12345));
+    for (std::size_t i = 1; i < handles.size(); ++i) {
+        EXPECT_EQ(shell.calls[i].owner,
+                  reinterpret_cast<HWND>(static_cast<LONG_PTR>(static_cast<LONG>(0x80012345))));
+    }
 }
 
 TEST_F(CDBAppObjectDatasheetTest, OpensByName) {
