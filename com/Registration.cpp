@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 #include "com/Dll.h"
 #include "com/Registry.h"
+#include "com/RegistryView.h"
 
 #include <set>
 #include <string>
@@ -17,14 +18,18 @@ namespace {
 constexpr const wchar_t* kAutomationProxy = L"{00020424-0000-0000-C000-000000000046}";
 constexpr const wchar_t* kClasses = L"Software\\Classes\\";
 
+enum class Action { Register, Unregister };
+
 struct Entry {
     std::wstring path;
     RegistryTree::Value value;
 };
 
 /// What a registration consists of: whole keys of ours and the values in them,
-/// as they are written.
+/// as they are written; or, of a removal, the keys that go and the values that
+/// stay in them, which are those of the same DLL for the other kind of process.
 struct Plan {
+    Action action;
     std::set<std::wstring> keys;
     std::vector<Entry> entries;
 
@@ -48,29 +53,48 @@ bool SameText(const std::wstring& left, const std::wstring& right) {
     return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
-std::wstring ReadClassesText(HKEY root, const std::wstring& path) {
-    const RegistryKey key = OpenKey(root, (kClasses + path).c_str());
+std::wstring ReadClassesText(HKEY root, const std::wstring& path, REGSAM view = 0) {
+    const RegistryKey key = OpenKey(root, (kClasses + path).c_str(), view);
     return key ? ReadText(key) : std::wstring();
 }
 
-enum class Action { Register, Unregister };
+/// True when a class is registered for the other kind of process, with a file
+/// that exists and is not this one.
+bool OtherKindHas(const std::wstring& clsid, HKEY root) {
+    const REGSAM view = OtherView();
+    const std::wstring file =
+        view == 0 ? std::wstring() : ReadClassesText(root, L"CLSID\\" + clsid + L"\\InprocServer32", view);
+    return !file.empty() && !SameText(file, ThisDll().FilePath()) && FileExists(PathOfOtherKind(file));
+}
 
-/// True when the name stands for another class and stays with it.
-bool StaysWithAnother(const ClassEntry& entry, const std::wstring& clsid, Action action, HKEY root) {
+/// True when the name stays as it is: it stands for another class, or the other
+/// kind of process still needs it.
+bool NameStays(const ClassEntry& entry, const std::wstring& clsid, Action action, HKEY root) {
     const std::wstring other = ReadClassesText(root, std::wstring(entry.progId) + L"\\CLSID");
-    if (other.empty() || SameText(other, clsid)) {
+    if (other.empty()) {
         return false;
+    }
+    if (SameText(other, clsid)) {
+        return action == Action::Unregister && OtherKindHas(clsid, root);
     }
     return entry.rule == ProgIdRule::Own
                ? action == Action::Unregister
-               : FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32"));
+               : FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32")) ||
+                     OtherKindHas(other, root);
 }
 
 void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library,
-               Action action, HKEY root) {
+               HKEY root) {
     const std::wstring clsid = TextOfGuid(*entry.id);
     const std::wstring key = L"CLSID\\" + clsid;
+    const bool nameIsOurs = entry.progId != nullptr && !NameStays(entry, clsid, plan.action, root);
     plan.Key(key);
+    if (nameIsOurs) {
+        plan.Key(entry.progId);
+    }
+    if (plan.action == Action::Unregister) {
+        return;
+    }
     plan.Value(key, entry.description);
     plan.Value(key + L"\\InprocServer32", file);
     plan.Value(key + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
@@ -80,8 +104,7 @@ void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, co
     if (entry.progId != nullptr) {
         plan.Value(key + L"\\ProgID", entry.progId);
     }
-    if (entry.progId != nullptr && !StaysWithAnother(entry, clsid, action, root)) {
-        plan.Key(entry.progId);
+    if (nameIsOurs) {
         plan.Value(entry.progId, entry.description);
         plan.Value(std::wstring(entry.progId) + L"\\CLSID", clsid);
     }
@@ -98,6 +121,9 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
     const std::wstring key = L"Interface\\" + TextOfGuid(attributes.guid);
     plan.Key(key);
+    if (plan.action == Action::Unregister) {
+        return;
+    }
     plan.Value(key, std::wstring(name.View()));
     plan.Value(key + L"\\ProxyStubClsid32", kAutomationProxy);
     plan.Value(key + L"\\TypeLib", library);
@@ -133,34 +159,59 @@ bool Has(const Library& library, REFGUID guid) {
     return SUCCEEDED(library.library->GetTypeInfoOfGuid(guid, info.Put()));
 }
 
-/// True when another file that exists has the library registered. The host
-/// interfaces lie in several DLLs of a machine: whoever registered them keeps
-/// them, and nobody else takes them away.
-bool BelongsToAnother(const Library& library, HKEY root) {
-    std::wstring path = ReadClassesText(root, library.key + L"\\1.0\\0\\win32");
-    if (path.empty() || SameText(path, library.path)) {
-        return false;
-    }
-    // "file.dll\2" is the second library in a file.
+/// The file of a registered library: "file.dll\2" is the second one in it.
+std::wstring LibraryFile(std::wstring path) {
     if (const auto number = path.find_last_of(L'\\');
         number != std::wstring::npos &&
         path.find_first_not_of(L"0123456789", number + 1) == std::wstring::npos) {
         path.resize(number);
     }
-    return FileExists(path);
+    return path;
+}
+
+/// Where a library is registered for a kind of system.
+std::wstring KindKey(const Library& library, const wchar_t* kind) {
+    return library.key + L"\\1.0\\0\\" + kind;
+}
+
+/// True when another file that exists has the library registered. The host
+/// interfaces lie in several DLLs of a machine: whoever registered them keeps
+/// them, and nobody else takes them away.
+bool BelongsToAnother(const Library& library, HKEY root) {
+    const std::wstring path = ReadClassesText(root, KindKey(library, kThisKind));
+    return !path.empty() && !SameText(path, library.path) && FileExists(LibraryFile(path));
+}
+
+/// The library's own keys. A library is registered once for both kinds of
+/// process: what the other kind has of it stays.
+void PlanLibraryKeys(Plan& plan, const Library& library, const std::wstring& help, HKEY root) {
+    plan.Key(library.key);
+    const std::wstring other = ReadClassesText(root, KindKey(library, kOtherKind));
+    const std::wstring otherFile = LibraryFile(other);
+    const bool otherStays = !other.empty() && FileExists(PathOfOtherKind(otherFile));
+    const bool isWritten = plan.action == Action::Register;
+    if (!isWritten && !otherStays) {
+        return;
+    }
+    plan.Value(library.key + L"\\1.0", help);
+    if (isWritten) {
+        plan.Value(KindKey(library, kThisKind), library.path);
+    }
+    if (otherStays) {
+        plan.Value(KindKey(library, kOtherKind), other);
+    }
+    plan.Value(library.key + L"\\1.0\\FLAGS", L"0");
+    plan.Value(library.key + L"\\1.0\\HELPDIR",
+               isWritten ? ThisDll().Folder() : otherFile.substr(0, otherFile.find_last_of(L'\\') + 1));
 }
 
 /// The library's own keys and those of its interfaces. What `owner` has too is
 /// the owner's: the first library repeats the host interfaces in its class list.
-void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
+void PlanLibrary(Plan& plan, const Library& library, const Library* owner, HKEY root) {
     ITypeLib& types = *library.library.Get();
     Bstr help;
     Check(types.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
-    plan.Key(library.key);
-    plan.Value(library.key + L"\\1.0", std::wstring(help.View()));
-    plan.Value(library.key + L"\\1.0\\0\\win32", library.path);
-    plan.Value(library.key + L"\\1.0\\FLAGS", L"0");
-    plan.Value(library.key + L"\\1.0\\HELPDIR", ThisDll().Folder());
+    PlanLibraryKeys(plan, library, std::wstring(help.View()), root);
     const std::wstring id = IdOf(types);
     for (UINT i = 0; i < types.GetTypeInfoCount(); ++i) {
         Ref<ITypeInfo> info;
@@ -180,7 +231,7 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner) {
 }
 
 Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
-    Plan plan;
+    Plan plan{action, {}, {}};
     const std::wstring file = ThisDll().FilePath();
     std::vector<Library> libraries;
     for (int resource = 1; resource <= server.libraries; ++resource) {
@@ -188,12 +239,12 @@ Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
     }
     const std::wstring own = IdOf(*libraries.front().library.Get());
     for (const ClassEntry& entry : server.classes) {
-        PlanClass(plan, entry, file, own, action, root);
+        PlanClass(plan, entry, file, own, root);
     }
     for (const Library& library : libraries) {
         const bool isOwn = &library == &libraries.front();
         if (isOwn || !BelongsToAnother(library, root)) {
-            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr);
+            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr, root);
         }
     }
     return plan;
@@ -207,12 +258,23 @@ HKEY RootOf(Scope scope) {
 constexpr const wchar_t* kParents[] = {L"Software\\Classes\\CLSID", L"Software\\Classes\\TypeLib",
                                        L"Software\\Classes\\Interface"};
 
-void Remove(const Plan& plan, HKEY root) {
+void DeleteEmptyParents(HKEY root) {
+    for (const wchar_t* parent : kParents) {
+        DeleteIfEmpty(root, parent);
+    }
+}
+
+/// Deletes the plan's keys and writes its values. What an older version left in
+/// a key must not shine through.
+void CarryOut(const Plan& plan, HKEY root) {
     for (const std::wstring& key : plan.keys) {
         DeleteTree(root, key.c_str());
     }
-    for (const wchar_t* parent : kParents) {
-        DeleteIfEmpty(root, parent);
+    for (const Entry& entry : plan.entries) {
+        WriteValue(root, entry.path.c_str(), entry.value);
+    }
+    if (plan.action == Action::Unregister) {
+        DeleteEmptyParents(root);
     }
 }
 
@@ -245,7 +307,10 @@ class Snapshot {
 
   private:
     void Restore() const {
-        Remove(plan_, root_);
+        for (const std::wstring& key : plan_.keys) {
+            DeleteTree(root_, key.c_str());
+        }
+        DeleteEmptyParents(root_);
         for (const auto& [key, tree] : trees_) {
             WriteTree(root_, key.c_str(), tree);
         }
@@ -256,25 +321,19 @@ class Snapshot {
     std::vector<std::pair<std::wstring, RegistryTree>> trees_;
 };
 
+void Change(const ServerInfo& server, Action action, HKEY root) {
+    const Plan plan = MakePlan(server, action, root);
+    Snapshot(plan, root).Guard([&] { CarryOut(plan, root); });
+}
+
 } // namespace
 
 void Register(const ServerInfo& server, Scope scope) {
-    const HKEY root = RootOf(scope);
-    const Plan plan = MakePlan(server, Action::Register, root);
-    Snapshot(plan, root).Guard([&] {
-        for (const std::wstring& key : plan.keys) {
-            DeleteTree(root, key.c_str()); // what an older version left must not shine through
-        }
-        for (const Entry& entry : plan.entries) {
-            WriteValue(root, entry.path.c_str(), entry.value);
-        }
-    });
+    Change(server, Action::Register, RootOf(scope));
 }
 
 void Unregister(const ServerInfo& server, Scope scope) {
-    const HKEY root = RootOf(scope);
-    const Plan plan = MakePlan(server, Action::Unregister, root);
-    Snapshot(plan, root).Guard([&] { Remove(plan, root); });
+    Change(server, Action::Unregister, RootOf(scope));
 }
 
 } // namespace com

@@ -87,9 +87,9 @@ std::vector<RegistryTree::Value> Values(HKEY key) {
 
 } // namespace
 
-RegistryKey OpenKey(HKEY root, const wchar_t* path) {
+RegistryKey OpenKey(HKEY root, const wchar_t* path, REGSAM view) {
     HKEY key = nullptr;
-    const LSTATUS status = RegOpenKeyExW(root, path, 0, KEY_READ, &key);
+    const LSTATUS status = RegOpenKeyExW(root, path, 0, KEY_READ | view, &key);
     if (status == ERROR_FILE_NOT_FOUND) {
         return {};
     }

@@ -45,8 +45,9 @@ struct RegistryTree {
 // All functions throw CallError with the HRESULT of the Win32 error. Those that
 // write take no memory: what was begun must be taken back where there is none.
 
-/// Opens a key for reading; empty when there is none.
-RegistryKey OpenKey(HKEY root, const wchar_t* path);
+/// Opens a key for reading; empty when there is none. The view is an access flag:
+/// 0 for this process's own.
+RegistryKey OpenKey(HKEY root, const wchar_t* path, REGSAM view = 0);
 /// The text of a key's default value; empty when it has none.
 std::wstring ReadText(const RegistryKey& key);
 /// A text value; an empty name is the default value.

@@ -67,7 +67,8 @@ std::vector<std::string> Image::Exports() const {
     const auto& exports = *AtAddress<IMAGE_EXPORT_DIRECTORY>(Directory(IMAGE_DIRECTORY_ENTRY_EXPORT));
     std::vector<std::string> names;
     for (DWORD i = 0; i < exports.NumberOfNames; ++i) {
-        names.emplace_back(AtAddress<char>(*AtAddress<DWORD>(exports.AddressOfNames + i * sizeof(DWORD))));
+        const auto place = static_cast<DWORD>(i * sizeof(DWORD));
+        names.emplace_back(AtAddress<char>(*AtAddress<DWORD>(exports.AddressOfNames + place)));
     }
     return names;
 }

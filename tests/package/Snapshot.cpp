@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cwchar>
 #include <iterator>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +13,8 @@ namespace package {
 namespace {
 
 constexpr DWORD kMaxKeyName = 256;
+/// Leads to the type libraries of the system: they are there once.
+constexpr const wchar_t* kSharedLibraries = L"Wow6432Node\\TypeLib";
 constexpr DWORD kMaxValueName = 16384;
 
 std::string Utf8(const wchar_t* text, std::size_t length) {
@@ -55,6 +58,9 @@ class Reader {
             }
             const std::wstring name(name_.data(), length);
             const std::wstring below = path.empty() ? name : path + L'\\' + name;
+            if (_wcsicmp(below.c_str(), kSharedLibraries) == 0) {
+                continue;
+            }
             HKEY child = nullptr;
             if (RegOpenKeyExW(key, name.c_str(), 0, KEY_READ, &child) != ERROR_SUCCESS) {
                 throw std::runtime_error("cannot read " + Utf8(below.data(), below.size()));
@@ -110,8 +116,9 @@ std::vector<Key> ReadKeys(Scope scope) {
     if (RegOpenKeyExW(Root(scope), L"Software\\Classes", 0, KEY_READ, &classes) == ERROR_SUCCESS) {
         reader.Read(classes, L"");
         RegCloseKey(classes);
+        return reader.Take();
     }
-    return reader.Take();
+    return {Key{}}; // a user's is made by the first who writes into it
 }
 
 Lines LinesOf(Scope scope, const std::vector<Key>& keys) {
