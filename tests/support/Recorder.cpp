@@ -10,7 +10,7 @@
 
 // A recorder is any interface without a class being written for it. Its pointers
 // lead to tables of slots that are made from the type library (RecorderSlots.h):
-// each slot takes the words of its arguments from the stack and hands them to
+// each slot takes the words of its arguments as they were handed over and gives them to
 // Called, which reads them by the member's description, writes the call down and
 // answers. A call by name goes through the library's own IDispatch to the same slot.
 
@@ -30,16 +30,32 @@ HRESULT Gate() {
     return currentGate != nullptr ? currentGate() : S_OK;
 }
 
-/// A value from the stack, borrowed for the call.
-VARIANT FromWords(const Parameter& parameter, const DWORD* words) {
+/// A value as it was handed over, borrowed for the call.
+VARIANT FromWords(const Parameter& parameter, const ULONG_PTR* words) {
     VARIANT value{};
     if (parameter.type == VT_VARIANT && !parameter.byReference) {
-        std::memcpy(&value, words, sizeof(value));
+        const void* const place = kIs64Bit ? reinterpret_cast<const void*>(*words) : words;
+        std::memcpy(&value, place, sizeof(value));
         return value;
     }
     value.vt = static_cast<VARTYPE>(parameter.byReference ? parameter.type | VT_BYREF : parameter.type);
-    std::memcpy(&value.lVal, words, parameter.Words() * sizeof(DWORD));
+    std::memcpy(&value.lVal, words, parameter.Words() * sizeof(ULONG_PTR));
     return value;
+}
+
+/// Bytes of a result that is handed out through a place.
+std::size_t SizeOf(VARTYPE type) {
+    switch (type) {
+    case VT_I2:
+    case VT_BOOL:
+        return 2;
+    case VT_R8:
+        return 8;
+    case VT_BSTR:
+        return sizeof(BSTR);
+    default:
+        return 4;
+    }
 }
 
 /// The platform's copy takes its source as changeable and does not change it.
@@ -93,8 +109,7 @@ HRESULT Invocation::Answer(const VARIANT& value) const {
     VARIANT given = value;
     const HRESULT result = VariantChangeType(&converted, &given, 0, type);
     if (SUCCEEDED(result)) {
-        const bool isShort = converted.vt == VT_I2 || converted.vt == VT_BOOL;
-        std::memcpy(place_, &converted.lVal, converted.vt == VT_R8 ? 8 : isShort ? 2 : 4);
+        std::memcpy(place_, &converted.lVal, SizeOf(converted.vt));
     }
     return result;
 }
@@ -195,7 +210,7 @@ void Recorder::SetGate(HRESULT (*gate)()) noexcept {
     currentGate = gate;
 }
 
-HRESULT Recorder::Called(const Interface& face, unsigned slot, const DWORD* words) {
+HRESULT Recorder::Called(const Interface& face, unsigned slot, const ULONG_PTR* words) {
     const com::Ref<Recorder> alive(this);
     const Member& member = face.At(slot);
     const std::wstring label = member.Label();

@@ -151,7 +151,7 @@ class Recorder {
     void Reseed(long seed) noexcept { seed_ = seed; }
 
     /// For the slots: a call with its arguments as they lie on the stack.
-    HRESULT Called(const Interface& face, unsigned slot, const DWORD* words);
+    HRESULT Called(const Interface& face, unsigned slot, const ULONG_PTR* words);
     HRESULT IdOf(const wchar_t* name, DISPID* id);
     HRESULT InvokeById(DISPID id, WORD flags, DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                        UINT* argumentError);

@@ -2,17 +2,24 @@
 
 #include "tests/support/Recorder.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <map>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
 namespace support {
 
-/// The tables of slots. On this platform every argument lies on the stack as
-/// words and the callee takes them away, so a slot is known by its number and
-/// the count of its words.
+constexpr bool kIs64Bit = sizeof(void*) == 8;
+
+/// The tables of slots. In 32-bit code every argument lies on the stack as words
+/// and the callee takes them away, so a slot is known by its number and the count
+/// of its words. In 64-bit code every argument is one word; the first three stand
+/// in registers, and a number with a fraction in a register of its own kind. No
+/// host interface has one but as the first argument.
 struct RecorderSlots {
     using Face = Recorder::Face;
     static constexpr std::size_t kCount = 96;
@@ -47,22 +54,30 @@ struct RecorderSlots {
     }
 
     template <std::size_t>
-    using Word = DWORD;
+    using Word = ULONG_PTR;
 
     template <std::size_t Slot, class Indexes>
     struct Thunk;
     template <std::size_t Slot, std::size_t... Index>
     struct Thunk<Slot, std::index_sequence<Index...>> {
         static HRESULT STDMETHODCALLTYPE Enter(Face* self, Word<Index>... words) {
-            const std::array<DWORD, sizeof...(Index) + 1> all{words..., 0};
+            const std::array<ULONG_PTR, sizeof...(Index) + 1> all{words..., 0};
             return self->owner->Called(*self->info, Slot, all.data());
         }
     };
+    template <std::size_t Slot>
+    static HRESULT STDMETHODCALLTYPE EnterWithNumber(Face* self, double number, ULONG_PTR second) {
+        std::array<ULONG_PTR, 2> all{0, second};
+        std::memcpy(all.data(), &number, sizeof(ULONG_PTR));
+        return self->owner->Called(*self->info, Slot, all.data());
+    }
 
-    using Row = std::array<const void*, kMaximumWords + 1>;
+    /// By the count of words; then the one whose first word is a number.
+    using Row = std::array<const void*, kMaximumWords + 2>;
     template <std::size_t Slot, std::size_t... Words>
     static Row MakeRow(std::index_sequence<Words...>) {
-        return {reinterpret_cast<const void*>(&Thunk<Slot, std::make_index_sequence<Words>>::Enter)...};
+        return {reinterpret_cast<const void*>(&Thunk<Slot, std::make_index_sequence<Words>>::Enter)...,
+                reinterpret_cast<const void*>(&EnterWithNumber<Slot>)};
     }
     template <std::size_t... Slot>
     static std::array<Row, kCount> MakeRows(std::index_sequence<Slot...>) {
@@ -83,10 +98,25 @@ struct RecorderSlots {
                      reinterpret_cast<const void*>(&GetIDsOfNames),
                      reinterpret_cast<const void*>(&Invoke)};
             for (const Member& member : face.members) {
-                table.push_back(rows.at(member.slot).at(member.Words()));
+                table.push_back(rows.at(member.slot).at(Entry(member)));
             }
         }
         return table.data();
+    }
+
+    /// Which thunk of a row a member needs.
+    static std::size_t Entry(const Member& member) {
+        const auto isNumber = [](const Parameter& parameter) {
+            return parameter.type == VT_R8 && !parameter.byReference;
+        };
+        const auto count = std::count_if(member.parameters.begin(), member.parameters.end(), isNumber);
+        if (!kIs64Bit || count == 0) {
+            return member.Words();
+        }
+        if (count > 1 || !isNumber(member.parameters.front()) || member.Words() > 2) {
+            throw std::logic_error("no thunk takes this member's arguments");
+        }
+        return kMaximumWords + 1;
     }
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 using InfoRef = com::Ref<ITypeInfo>;
 
-constexpr unsigned kPointerSize = 4;
+constexpr unsigned kPointerSize = sizeof(void*);
 
 TYPEATTR AttributesOf(ITypeInfo& info) {
     TYPEATTR* attributes = nullptr;
@@ -171,7 +171,8 @@ REFIID Parameter::ObjectId() const noexcept {
 }
 
 unsigned Parameter::Words() const noexcept {
-    return byReference ? 1 : type == VT_VARIANT ? 4 : type == VT_R8 ? 2 : 1;
+    // 64-bit code hands over the place of what is longer than a word.
+    return byReference || kPointerSize == 8 ? 1 : type == VT_VARIANT ? 4 : type == VT_R8 ? 2 : 1;
 }
 
 std::span<const Parameter> Member::Inputs() const noexcept {

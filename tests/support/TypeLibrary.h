@@ -31,7 +31,7 @@ struct Parameter {
 
     /// The interface of an object, whichever it is.
     REFIID ObjectId() const noexcept;
-    /// What it takes on the stack, in words of 32 bits.
+    /// Words of a pointer's size that hand it over.
     unsigned Words() const noexcept;
 };
 
