@@ -35,10 +35,11 @@ class BitAccessibleTest : public DialogTest {
             const HWND label = dialog.Control(IDC_BIT + 2);
             com::Ref<IAccessible> object;
             com::Ref<IAccessible> plain;
-            ASSERT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
-                                                 object.PutVoid()),
+            ASSERT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT),
+                                                 __uuidof(IAccessible), object.PutVoid()),
                       S_OK);
-            ASSERT_EQ(CreateStdAccessibleObject(label, OBJID_CLIENT, IID_IAccessible, plain.PutVoid()), S_OK);
+            ASSERT_EQ(CreateStdAccessibleObject(label, OBJID_CLIENT, __uuidof(IAccessible), plain.PutVoid()),
+                      S_OK);
             EXPECT_EQ(ask(*object.Get()), ask(*plain.Get()));
             dialog.Click(IDCANCEL);
         });

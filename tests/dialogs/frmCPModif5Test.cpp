@@ -33,7 +33,7 @@ class frmCPModif5Test : public DialogTest {
     /// A bit's label as a screen reader has it.
     static com::Ref<IAccessible> AccessibleOf(HWND label) {
         com::Ref<IAccessible> accessible;
-        EXPECT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+        EXPECT_EQ(AccessibleObjectFromWindow(label, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
                                              accessible.PutVoid()),
                   S_OK);
         return accessible;
@@ -137,7 +137,8 @@ TEST_F(frmCPModif5Test, TheLabelsOwnPlaceAndTreeAreTheSystems) {
         const HWND label = dialog.Control(IDC_BIT + 1);
         const auto accessible = AccessibleOf(label);
         com::Ref<IAccessible> plain;
-        ASSERT_EQ(CreateStdAccessibleObject(label, OBJID_CLIENT, IID_IAccessible, plain.PutVoid()), S_OK);
+        ASSERT_EQ(CreateStdAccessibleObject(label, OBJID_CLIENT, __uuidof(IAccessible), plain.PutVoid()),
+                  S_OK);
         const com::Variant self(long{CHILDID_SELF});
         RECT place{};
         GetClientRect(label, &place);
@@ -172,10 +173,10 @@ TEST_F(frmCPModif5Test, WhatAScreenReaderIsGivenIsOneObject) {
     Edit(Attribute(kBits8, L"5"), [](Shown& dialog) {
         com::Ref<IAccessible> accessible;
         ASSERT_EQ(AccessibleObjectFromWindow(dialog.Control(IDC_BIT), static_cast<DWORD>(OBJID_CLIENT),
-                                             IID_IAccessible, accessible.PutVoid()),
+                                             __uuidof(IAccessible), accessible.PutVoid()),
                   S_OK);
         const auto identity = com::Query<IUnknown>(accessible.Get());
-        for (const IID& iid : {IID_IUnknown, IID_IDispatch, IID_IAccessible}) {
+        for (const IID& iid : {IID_IUnknown, IID_IDispatch, __uuidof(IAccessible)}) {
             com::Ref<IUnknown> face;
             ASSERT_EQ(accessible->QueryInterface(iid, face.PutVoid()), S_OK);
             EXPECT_EQ(com::Query<IUnknown>(face.Get()), identity);
