@@ -44,7 +44,7 @@ void PlantLibrary(Scope scope, const std::wstring& id, const std::wstring& help,
     Plant(scope, key + L"\\HELPDIR", nullptr, file.substr(0, file.find_last_of(L'\\') + 1));
 }
 
-class OtherLibraryTest : public RegistryTest, public ::testing::WithParamInterface<Case> {
+class TwoKindsLibraryTest : public RegistryTest, public ::testing::WithParamInterface<Case> {
   protected:
     Scope InScope() const { return GetParam().scope; }
     const Dll& Subject() const {
@@ -69,7 +69,7 @@ class OtherLibraryTest : public RegistryTest, public ::testing::WithParamInterfa
     }
 };
 
-TEST_P(OtherLibraryTest, StaysBesideOurs) {
+TEST_P(TwoKindsLibraryTest, StaysBesideOurs) {
     const std::wstring file = OtherFile();
     PlantLibraries(file);
     const Lines planted = Snapshot();
@@ -89,7 +89,7 @@ TEST_P(OtherLibraryTest, StaysBesideOurs) {
     ClearLibraries();
 }
 
-TEST_P(OtherLibraryTest, GoesWithOursWhenItsFileIsGone) {
+TEST_P(TwoKindsLibraryTest, GoesWithOursWhenItsFileIsGone) {
     PlantLibraries(L"C:\\Gone\\Other.dll");
     ASSERT_EQ(S_OK, Subject().Register(InScope()));
     const Lines complete = Registration(Subject().Facts(), InScope(), Subject().Path(), true);
@@ -97,7 +97,7 @@ TEST_P(OtherLibraryTest, GoesWithOursWhenItsFileIsGone) {
     EXPECT_EQ(S_OK, Subject().Unregister(InScope()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Dlls, OtherLibraryTest,
+INSTANTIATE_TEST_SUITE_P(Dlls, TwoKindsLibraryTest,
                          ::testing::Values(Case{"ComponentForTheMachine", &Component, Scope::Machine},
                                            Case{"ComponentForTheUser", &Component, Scope::User},
                                            Case{"HostServicesForTheMachine", &HostServices, Scope::Machine}),
@@ -146,9 +146,9 @@ std::string ClassOf(const std::wstring& name) {
     return std::string(text.begin(), text.end());
 }
 
-class OtherClassTest : public WholeRegistryTest {};
+class TwoKindsClassTest : public WholeRegistryTest {};
 
-TEST_F(OtherClassTest, KeepsTheNameThatItShares) {
+TEST_F(TwoKindsClassTest, KeepsTheNameThatItShares) {
     ASSERT_NE(0U, com::OtherView()) << "this system has one view only";
     const Class& module = Component().classes.front();
     const std::wstring name = Wide(module.progId);
@@ -165,7 +165,7 @@ TEST_F(OtherClassTest, KeepsTheNameThatItShares) {
     EXPECT_EQ("", ClassOf(name));
 }
 
-TEST_F(OtherClassTest, LosesTheNameWhenItsFileIsGone) {
+TEST_F(TwoKindsClassTest, LosesTheNameWhenItsFileIsGone) {
     const Class& module = Component().classes.front();
     const OtherClass other(Wide(module.id), L"C:\\Gone\\O_Tam_id.dll");
     ASSERT_EQ(S_OK, component.Register(Scope::Machine));
@@ -173,7 +173,7 @@ TEST_F(OtherClassTest, LosesTheNameWhenItsFileIsGone) {
     EXPECT_EQ("", ClassOf(Wide(module.progId)));
 }
 
-TEST_F(OtherClassTest, OfAnotherMakerKeepsTheNameOfAService) {
+TEST_F(TwoKindsClassTest, OfAnotherMakerKeepsTheNameOfAService) {
     const OtherClass other(L"{22222222-0000-0000-0000-000000000000}", OtherFile());
     Plant(Scope::Machine, L"UnitManager.Converter\\CLSID", nullptr,
           L"{22222222-0000-0000-0000-000000000000}");
