@@ -130,6 +130,12 @@ class ModuleCommands {
                                           "  tambench datasheet\n  tambench datasheet --open");
         datasheet.Flag("--open", options_.open, "Have the component open it in the machine's viewer");
         Command("about", "Show the component's about box", "  tambench about");
+        Command("doctor",
+                "Tell what is registered for 32-bit and for 64-bit programs, and what to do where they find "
+                "no class",
+                "  tambench doctor\n"
+                "  tambench doctor --json                 exit status 1 when a client with as many bits as\n"
+                "                                         this program misses something");
         CommandSyntax rename =
             Command("rename", "Open the dialog that names a device, and show what the user chose",
                     "  tambench rename Tam_1                  confirmed as it is\n"

@@ -55,6 +55,10 @@ void DeviceExport(Host& host, const Options& options, Report& report);
 void Icon(Host& host, const Options& options, Report& report);
 void Datasheet(Host& host, const Options& options, Report& report);
 
+// Commands_Doctor.cpp
+/// Needs no host: what it looks for is what a host would need.
+void Doctor(Report& report);
+
 /// The bytes of the module's icon file; empty when it has no picture.
 std::string IconBytes(Host& host);
 /// The module's name and how many points it has.

@@ -65,6 +65,10 @@ std::optional<Fault> RunCommand(const Options& options, const std::string& probl
     std::optional<std::string> own;
     const auto failure = com::Attempt([&] {
         try {
+            if (options.command == "doctor") {
+                Doctor(report);
+                return;
+            }
             Host host(options, report);
             Commands().at(options.command)(host, options, report);
         } catch (const BenchError& error) {

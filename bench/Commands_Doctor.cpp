@@ -1,0 +1,122 @@
+#include "bench/Commands.h"
+#include "bench/Doctor.h"
+#include "bench/Table.h"
+#include "bench/Text.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+namespace {
+
+using doctor::kBits;
+using doctor::Server;
+
+std::string Scope(const Server& server) {
+    return server.isForUser ? "user" : "machine";
+}
+
+Json ServersJson(const std::vector<Server>& servers) {
+    Json all = Json::array();
+    for (const Server& server : servers) {
+        all.push_back({{"bits", server.bits},
+                       {"for", Scope(server)},
+                       {"file", Utf8(server.file)},
+                       {"fileBits", server.fileBits == 0 ? Json() : Json(server.fileBits)}});
+    }
+    return all;
+}
+
+Json ClassesJson(const doctor::Machine& machine) {
+    Json classes = Json::array();
+    for (const doctor::Class& entry : machine.classes) {
+        classes.push_back({{"progId", entry.progId.empty() ? Json() : Json(Utf8(entry.progId))},
+                           {"of", entry.group == doctor::Group::Component ? "component" : "host services"},
+                           {"clsid", entry.clsid.empty() ? Json() : Json(Utf8(entry.clsid))},
+                           {"servers", ServersJson(entry.servers)}});
+    }
+    return classes;
+}
+
+Json LibrariesJson(const doctor::Machine& machine) {
+    Json libraries = Json::array();
+    for (const doctor::Library& library : machine.libraries) {
+        libraries.push_back(
+            {{"name", Utf8(library.name)}, {"id", Utf8(library.id)}, {"files", ServersJson(library.files)}});
+    }
+    return libraries;
+}
+
+/// The file that a client comes to, where that is registered, and what is wrong with it.
+std::string Shown(const std::vector<Server>& servers, int bits) {
+    const Server* const server = doctor::ServerFor(servers, bits);
+    if (server == nullptr) {
+        return "not registered";
+    }
+    const std::string file = Scope(*server) + ": " + Utf8(server->file);
+    if (server->fileBits == 0) {
+        return file + "; the file is not there";
+    }
+    return server->fileBits == bits ? file : file + "; a " + std::to_string(server->fileBits) + "-bit file";
+}
+
+/// A paragraph below its mark.
+void Tell(std::string mark, const std::string& text, Report& report) {
+    for (const std::string& line : Wrap(text, Table::kWidth - mark.size())) {
+        report.Line(mark + line);
+        mark = "  ";
+    }
+}
+
+void TellMachine(const doctor::Machine& machine, Report& report) {
+    for (const int bits : machine.kinds) {
+        Fields fields;
+        for (const doctor::Class& entry : machine.classes) {
+            fields.Add(Utf8(entry.Title()), Shown(entry.servers, bits));
+        }
+        for (const doctor::Library& library : machine.libraries) {
+            fields.Add("Type library " + Utf8(library.name), Shown(library.files, bits));
+        }
+        report.Heading("What a " + std::to_string(bits) + "-bit client finds");
+        report.Add(fields);
+    }
+}
+
+} // namespace
+
+void Doctor(Report& report) {
+    const doctor::Machine machine = doctor::Examine();
+    const std::vector<doctor::Finding> findings = doctor::Judge(machine, ProgramFolder());
+    const bool has64 = machine.kinds.size() > 1;
+    report.data["bits"] = kBits;
+    report.data["systemBits"] = has64 ? 64 : 32;
+    report.data["folder"] = Utf8(ProgramFolder());
+    report.data["classes"] = ClassesJson(machine);
+    report.data["typeLibraries"] = LibrariesJson(machine);
+    Json& told = report.data["findings"] = Json::array();
+    report.Line("This is the " + std::to_string(kBits) + "-bit bench on " + (has64 ? "64" : "32") +
+                "-bit Windows. It takes the DLLs beside it; other programs take what is registered.");
+    TellMachine(machine, report);
+    report.Heading("Findings (" + std::to_string(findings.size()) + ")");
+    for (const doctor::Finding& finding : findings) {
+        told.push_back({{"bits", finding.bits},
+                        {"kind", finding.isFault ? "fault" : "note"},
+                        {"what", finding.what},
+                        {"advice", finding.advice}});
+        Tell("- ", finding.what, report);
+        Tell("  ", finding.advice, report);
+    }
+    if (findings.empty()) {
+        report.Line("Everything that a client needs is registered.");
+    }
+    if (std::ranges::any_of(findings,
+                            [](const auto& finding) { return finding.isFault && finding.bits == kBits; })) {
+        throw BenchError(REGDB_E_CLASSNOTREG, "a " + std::to_string(kBits) +
+                                                  "-bit client does not find all that it needs; the findings "
+                                                  "say what to do");
+    }
+}
+
+} // namespace bench

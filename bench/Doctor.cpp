@@ -1,0 +1,154 @@
+#include "bench/Doctor.h"
+
+#include "bench/Text.h"
+#include "com/Registry.h"
+#include "com/RegistryView.h"
+
+#include <windows.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <ios>
+
+namespace bench::doctor {
+
+namespace {
+
+constexpr const wchar_t* kClasses = L"Software\\Classes\\";
+constexpr int kOtherBits = 96 - kBits;
+
+struct Known {
+    Group group;
+    const wchar_t* progId;
+    const wchar_t* clsid;
+};
+
+constexpr Known kKnown[] = {
+    {Group::Component, L"O_Tam_id.CDBAppObject", L"{17C37AEC-B03B-4DB2-9F7D-EC0E31E7B3DD}"},
+    {Group::Component, L"O_Tam_id.TamObjectManager", L"{46A878FC-BDB5-4C88-99CB-C68525CD151B}"},
+    {Group::HostServices, L"UnitManager.Converter", L""},
+    {Group::HostServices, L"ORV.QB.Interop.Compilers.CompilersInterop", L""},
+    {Group::HostServices, L"O_Generic.CDBAppObject", L""},
+    {Group::HostServices, L"OrvHost.LibraryService", L""},
+    {Group::HostServices, L"", L"{1D816F43-BC81-46F7-B17D-EE81B559E78F}"}};
+
+struct KnownLibrary {
+    const wchar_t* name;
+    const wchar_t* id;
+};
+
+constexpr KnownLibrary kLibraries[] = {{L"O_Tam_id", L"{D912E3A3-F582-410E-89B0-8DEFF4425AFA}"},
+                                       {L"OrvDBFaces", L"{23539202-4C9D-4BB1-86C0-E65E8B10D209}"}};
+
+std::wstring ReadAt(HKEY root, const std::wstring& path, REGSAM view) {
+    const com::RegistryKey key = com::OpenKey(root, (kClasses + path).c_str(), view);
+    std::wstring text = key ? com::ReadText(key) : std::wstring();
+    if (text.size() > 1 && text.front() == L'"' && text.back() == L'"') {
+        text = text.substr(1, text.size() - 2);
+    }
+    return text;
+}
+
+/// The file as this process reaches it. A name without a folder is the system's.
+std::wstring Reached(std::wstring file, int bits) {
+    if (file.find(L'\\') == std::wstring::npos) {
+        wchar_t windows[MAX_PATH] = {};
+        GetSystemWindowsDirectoryW(windows, MAX_PATH);
+        file = windows + (L"\\System32\\" + file);
+    }
+    return bits == kBits ? file : com::PathOfOtherKind(file);
+}
+
+/// Bits of the processes that load a DLL; 0 when there is none.
+int BitsOfFile(const std::wstring& path) {
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    IMAGE_DOS_HEADER dos{};
+    struct {
+        DWORD signature;
+        IMAGE_FILE_HEADER header;
+    } nt{};
+    if (!file.read(reinterpret_cast<char*>(&dos), sizeof dos) || dos.e_magic != IMAGE_DOS_SIGNATURE ||
+        !file.seekg(dos.e_lfanew) || !file.read(reinterpret_cast<char*>(&nt), sizeof nt) ||
+        nt.signature != IMAGE_NT_SIGNATURE) {
+        return 0;
+    }
+    switch (nt.header.Machine) {
+    case IMAGE_FILE_MACHINE_I386:
+        return 32;
+    case IMAGE_FILE_MACHINE_AMD64:
+        return 64;
+    default:
+        return 0;
+    }
+}
+
+void AddServer(std::vector<Server>& servers, int bits, HKEY root, const std::wstring& path, REGSAM view) {
+    const std::wstring file = ReadAt(root, path, view);
+    if (file.empty()) {
+        return;
+    }
+    // "file.dll\2" is the second library in a file.
+    const auto mark = file.find_last_of(L'\\');
+    const bool isNumbered =
+        mark != std::wstring::npos && file.find_first_not_of(L"0123456789", mark + 1) == std::wstring::npos;
+    const std::wstring reached = Reached(isNumbered ? file.substr(0, mark) : file, bits);
+    servers.push_back({bits, root == HKEY_CURRENT_USER, file, BitsOfFile(reached)});
+}
+
+template <class Kinds>
+Class ExamineClass(const Known& known, const Kinds& kinds) {
+    Class entry{known.group, known.progId, known.clsid, known.clsid, {}};
+    if (!entry.progId.empty()) {
+        entry.clsid = ReadAt(HKEY_CURRENT_USER, entry.progId + L"\\CLSID", 0);
+        if (entry.clsid.empty()) {
+            entry.clsid = ReadAt(HKEY_LOCAL_MACHINE, entry.progId + L"\\CLSID", 0);
+        }
+    }
+    for (const int bits : kinds) {
+        for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            if (!entry.clsid.empty()) {
+                AddServer(entry.servers, bits, root, L"CLSID\\" + entry.clsid + L"\\InprocServer32",
+                          bits == kBits ? 0 : com::OtherView());
+            }
+        }
+    }
+    return entry;
+}
+
+template <class Kinds>
+Library ExamineLibrary(const KnownLibrary& known, const Kinds& kinds) {
+    Library library{known.name, known.id, {}};
+    for (const int bits : kinds) {
+        for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+            AddServer(library.files, bits, root,
+                      L"TypeLib\\" + library.id + L"\\1.0\\0\\win" + std::to_wstring(bits), 0);
+        }
+    }
+    return library;
+}
+
+} // namespace
+
+Machine Examine() {
+    Machine machine;
+    machine.kinds = com::OtherView() == 0 ? std::vector<int>{kBits} : std::vector<int>{32, 64};
+    for (const Known& known : kKnown) {
+        machine.classes.push_back(ExamineClass(known, machine.kinds));
+    }
+    for (const KnownLibrary& known : kLibraries) {
+        machine.libraries.push_back(ExamineLibrary(known, machine.kinds));
+    }
+    return machine;
+}
+
+const Server* ServerFor(const std::vector<Server>& servers, int bits) {
+    for (const Server& server : servers) {
+        if (server.bits == bits) {
+            return &server;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace bench::doctor

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bench::doctor {
+
+/// A class as one place of the registry has it: for clients of so many bits, for
+/// the machine or for the user.
+struct Server {
+    int bits = 0;
+    bool isForUser = false;
+    std::wstring file;
+    /// Of the DLL that lies there; 0 when there is none.
+    int fileBits = 0;
+};
+
+enum class Group { Component, HostServices };
+
+/// One of the classes that a host uses or lends.
+struct Class {
+    Group group;
+    /// Empty for a class that is made by its identifier only.
+    std::wstring progId;
+    /// What a client gets for the name; the class's own identifier without one.
+    std::wstring clsid;
+    /// The identifier that the name should stand for; empty where any maker's will do.
+    std::wstring expected;
+    /// In the order in which a client looks: the user's first.
+    std::vector<Server> servers;
+    /// What a reader knows the class by.
+    std::wstring Title() const { return progId.empty() ? clsid : progId; }
+};
+
+struct Library {
+    std::wstring name;
+    std::wstring id;
+    std::vector<Server> files;
+};
+
+/// What is wrong for clients of so many bits, and what to do about it.
+struct Finding {
+    int bits;
+    /// False: worth knowing, and no client fails by it.
+    bool isFault;
+    std::string what;
+    std::string advice;
+};
+
+struct Machine {
+    /// The kinds of process that this system has: 32, or 32 and 64.
+    std::vector<int> kinds;
+    std::vector<Class> classes;
+    std::vector<Library> libraries;
+};
+
+/// Bits of this program.
+constexpr int kBits = sizeof(void*) * 8;
+
+/// Reads the registry and the heads of the files; makes no object.
+Machine Examine();
+
+/// What a client of so many bits comes to; null when it finds nothing.
+const Server* ServerFor(const std::vector<Server>& servers, int bits);
+
+/// `folder` is where this program and the DLLs of its own kind lie.
+std::vector<Finding> Judge(const Machine& machine, const std::wstring& folder);
+
+} // namespace bench::doctor

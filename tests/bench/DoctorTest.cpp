@@ -1,0 +1,182 @@
+// What doctor tells of the registry, and what it advises.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace benchtest {
+
+namespace {
+
+constexpr int kBits = sizeof(void*) * 8;
+constexpr int kOtherBits = 96 - kBits;
+constexpr const wchar_t* kModuleServer =
+    L"Software\\Classes\\CLSID\\{17C37AEC-B03B-4DB2-9F7D-EC0E31E7B3DD}\\InprocServer32";
+const std::string kModule = "O_Tam_id.CDBAppObject";
+
+std::string Kind(int bits) {
+    return std::to_string(bits) + "-bit";
+}
+
+std::string Join(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
+    }
+    return text;
+}
+
+const std::string kComponentClasses = Join({kModule, "O_Tam_id.TamObjectManager"});
+const std::string kNamedServices = Join({"UnitManager.Converter", "ORV.QB.Interop.Compilers.CompilersInterop",
+                                         "O_Generic.CDBAppObject", "OrvHost.LibraryService"});
+
+/// Both DLLs registered for the machine for as long as this lives.
+class Registered {
+  public:
+    Registered() { Run({L"/s"}); }
+    ~Registered() { Run({L"/s", L"/u"}); }
+    Registered(const Registered&) = delete;
+    Registered& operator=(const Registered&) = delete;
+
+  private:
+    static void Run(const std::vector<std::wstring>& options) {
+        for (const wchar_t* const dll : {L"O_Tam_id.dll", L"OrvHost.dll"}) {
+            std::vector<std::wstring> arguments = options;
+            arguments.push_back(ProgramFolder() + dll);
+            EXPECT_EQ(0U, RunProgram(L"regsvr32.exe", arguments).status) << Narrow(dll);
+        }
+    }
+};
+
+/// The module's class with another file for the user.
+class UsersModule {
+  public:
+    explicit UsersModule(const std::wstring& file) {
+        EXPECT_EQ(ERROR_SUCCESS,
+                  RegSetKeyValueW(HKEY_CURRENT_USER, kModuleServer, nullptr, REG_SZ, file.c_str(),
+                                  static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t))));
+    }
+    ~UsersModule() {
+        const std::wstring key = kModuleServer;
+        EXPECT_EQ(ERROR_SUCCESS,
+                  RegDeleteTreeW(HKEY_CURRENT_USER, key.substr(0, key.find_last_of(L'\\')).c_str()));
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID"); // fails while others are in it
+    }
+    UsersModule(const UsersModule&) = delete;
+    UsersModule& operator=(const UsersModule&) = delete;
+};
+
+Json Doctor(DWORD expectedStatus) {
+    const Outcome run = RunBench({L"doctor", L"--json"});
+    EXPECT_EQ(expectedStatus, run.status) << run.err << run.out;
+    return Json::parse(run.out, nullptr, false);
+}
+
+std::vector<std::string> Told(const Json& document, int bits, const char* member) {
+    std::vector<std::string> texts;
+    for (const Json& finding : document["findings"]) {
+        if (finding["bits"] == bits) {
+            texts.push_back(finding[member].get<std::string>());
+        }
+    }
+    return texts;
+}
+
+TEST(DoctorTest, SaysThatNothingIsRegistered) {
+    const Json document = Doctor(1);
+    EXPECT_EQ(kBits, document["bits"]);
+    EXPECT_EQ(64, document["systemBits"]);
+    for (const int bits : {32, 64}) {
+        const std::string client = "A " + Kind(bits) + " client ";
+        const std::vector<std::string> expected{
+            client + "does not find the name of " + kComponentClasses +
+                " (0x800401F3): nothing is registered.",
+            client + "does not find the name of " + kNamedServices + " (0x800401F3): nothing is registered.",
+            client + "cannot make {1D816F43-BC81-46F7-B17D-EE81B559E78F} (0x80040154): not registered."};
+        EXPECT_EQ(expected, Told(document, bits, "what"));
+    }
+    const std::vector<std::string> advice = Told(document, kBits, "advice");
+    ASSERT_FALSE(advice.empty());
+    const std::string folder = kBits == 32 ? "SysWOW64" : "System32";
+    EXPECT_EQ("Run %SystemRoot%\\" + folder + "\\regsvr32 \"" + Narrow(ProgramFolder()) + "O_Tam_id.dll\".",
+              advice.front());
+}
+
+TEST(DoctorTest, TellsTheClassThatIsRegisteredForTheOtherKindOnly) {
+    const Registered dlls;
+    const Json document = Doctor(0);
+    EXPECT_EQ(std::vector<std::string>(), Told(document, kBits, "what"));
+    const std::string client = "A " + Kind(kOtherBits) + " client cannot make ";
+    const std::string only = " (0x80040154): registered for " + Kind(kBits) + " clients only.";
+    const std::vector<std::string> expected{client + kComponentClasses + only,
+                                            client + kNamedServices +
+                                                ", {1D816F43-BC81-46F7-B17D-EE81B559E78F}" + only};
+    EXPECT_EQ(expected, Told(document, kOtherBits, "what"));
+    const std::string folder = kOtherBits == 32 ? "SysWOW64" : "System32";
+    const std::vector<std::string> advice = Told(document, kOtherBits, "advice");
+    ASSERT_FALSE(advice.empty());
+    EXPECT_EQ("Run %SystemRoot%\\" + folder + "\\regsvr32 \"O_Tam_id.dll\" in the folder of the " +
+                  Kind(kOtherBits) + " build.",
+              advice.front());
+}
+
+TEST(DoctorTest, NamesTheFileBehindEachClassAndLibrary) {
+    const Registered dlls;
+    const Json document = Doctor(0);
+    const std::string component = Narrow(ProgramFolder()) + "O_Tam_id.dll";
+    ASSERT_EQ(7U, document["classes"].size());
+    const Json module = document["classes"][0];
+    EXPECT_EQ(kModule, module["progId"].get<std::string>());
+    EXPECT_EQ("{17C37AEC-B03B-4DB2-9F7D-EC0E31E7B3DD}", module["clsid"].get<std::string>());
+    EXPECT_EQ(Json::array({{{"bits", kBits}, {"for", "machine"}, {"file", component}, {"fileBits", kBits}}}),
+              module["servers"]);
+    ASSERT_EQ(2U, document["typeLibraries"].size());
+    EXPECT_EQ(Json::array(
+                  {{{"bits", kBits}, {"for", "machine"}, {"file", component + "\\2"}, {"fileBits", kBits}}}),
+              document["typeLibraries"][1]["files"]);
+}
+
+TEST(DoctorTest, FindsAUsersRegistrationThatHidesTheMachines) {
+    const Registered dlls;
+    const UsersModule user(L"C:\\Gone\\O_Tam_id.dll");
+    const std::vector<std::string> told = Told(Doctor(1), kBits, "what");
+    ASSERT_EQ(2U, told.size());
+    EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule +
+                  ": the registered file is not there, or is no DLL.",
+              told[0]);
+    EXPECT_EQ("For this user C:\\Gone\\O_Tam_id.dll hides " + Narrow(ProgramFolder()) +
+                  "O_Tam_id.dll, which the machine has for " + kModule + ".",
+              told[1]);
+}
+
+TEST(DoctorTest, FindsAFileOfTheOtherKind) {
+    const Registered dlls;
+    const UsersModule user(kBits == 64 ? L"C:\\windows\\syswow64\\ole32.dll"
+                                       : L"C:\\windows\\sysnative\\ole32.dll");
+    const std::vector<std::string> told = Told(Doctor(1), kBits, "what");
+    ASSERT_FALSE(told.empty());
+    EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule + ": the registered file is a " +
+                  Kind(kOtherBits) + " DLL.",
+              told[0]);
+}
+
+TEST(DoctorTest, TellsPeopleTheSame) {
+    const Registered dlls;
+    const Outcome run = RunBench({L"doctor"});
+    EXPECT_EQ(0U, run.status) << run.err;
+    for (const std::string& part :
+         {"This is the " + Kind(kBits) + " bench on 64-bit Windows.",
+          std::string("What a 32-bit client finds"), std::string("What a 64-bit client finds"),
+          Narrow(ProgramFolder()) + "O_Tam_id.dll", std::string("not registered"),
+          std::string("Findings (2)")}) {
+        EXPECT_NE(std::string::npos, run.out.find(part)) << part << " is not in\n" << run.out;
+    }
+}
+
+} // namespace
+
+} // namespace benchtest
