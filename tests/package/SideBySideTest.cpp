@@ -1,0 +1,135 @@
+// The 32-bit and the 64-bit DLLs, both registered by the system's own programs
+// and used by the system's own scripting clients of both kinds.
+
+#include "tests/package/Dll.h"
+
+#include <fstream>
+#include <string>
+
+namespace package {
+
+namespace {
+
+constexpr int kKinds[] = {32, 64};
+
+std::wstring Other(const std::wstring& path) {
+    const std::wstring build = L"\\build\\win64\\";
+    return path.substr(0, path.rfind(build)) + L"\\build\\win32\\" +
+           path.substr(path.rfind(build) + build.size());
+}
+
+/// A folder of the system's programs of so many bits. This program has 64.
+std::wstring System(int bits) {
+    wchar_t windows[MAX_PATH] = {};
+    GetSystemWindowsDirectoryW(windows, MAX_PATH);
+    return windows + std::wstring(bits == 32 ? L"\\SysWOW64\\" : L"\\System32\\");
+}
+
+/// The exit status of a program.
+DWORD RunProgram(const std::wstring& program, const std::wstring& arguments) {
+    std::wstring commandLine = L"\"" + program + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                       &startup, &process) == FALSE) {
+        ADD_FAILURE() << "the program does not start, error " << GetLastError();
+        return ~0UL;
+    }
+    constexpr DWORD kMinute = 60'000;
+    DWORD status = ~0UL;
+    if (WaitForSingleObject(process.hProcess, kMinute) == WAIT_OBJECT_0) {
+        GetExitCodeProcess(process.hProcess, &status);
+    } else {
+        TerminateProcess(process.hProcess, status);
+        ADD_FAILURE() << "the program does not end";
+    }
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return status;
+}
+
+class SideBySideTest : public WholeRegistryTest {
+  protected:
+    static constexpr DWORD kDone = 42;
+    static constexpr DWORD kNoClass = 43;
+
+    void SetUp() override {
+        WholeRegistryTest::SetUp();
+        script_ = DllFolder() + L"..\\side_by_side.vbs";
+        std::ofstream script(std::string(script_.begin(), script_.end()));
+        script << "On Error Resume Next\n"
+                  "Set made = CreateObject(WScript.Arguments(0))\n"
+                  "If Err.Number <> 0 Then WScript.Quit 43\n"
+                  "If made.ProgrammaticID <> WScript.Arguments(0) Then WScript.Quit 44\n"
+                  "If Err.Number <> 0 Then WScript.Quit 45\n"
+                  "WScript.Quit 42\n";
+        // The first script of each kind in a prefix registers what its own host needs.
+        for (const int bits : kKinds) {
+            Client(bits);
+        }
+        start_ = WholeRegistry().AsLines();
+    }
+    void TearDown() override {
+        for (const int bits : kKinds) {
+            Regsvr(bits, component, L"/u");
+            Regsvr(bits, hostServices, L"/u");
+        }
+        DeleteFileW(script_.c_str());
+        EXPECT_EQ("", Difference(start_, WholeRegistry().AsLines()));
+    }
+
+    static DWORD Regsvr(int bits, const Dll& dll, const std::wstring& option) {
+        const std::wstring path = bits == 32 ? Other(dll.Path()) : dll.Path();
+        return RunProgram(System(bits) + L"regsvr32.exe", L"/s " + option + L" \"" + path + L"\"");
+    }
+    void RegisterBoth(int bits) const {
+        EXPECT_EQ(0U, Regsvr(bits, hostServices, L""));
+        EXPECT_EQ(0U, Regsvr(bits, component, L""));
+    }
+    void UnregisterBoth(int bits) const {
+        EXPECT_EQ(0U, Regsvr(bits, component, L"/u"));
+        EXPECT_EQ(0U, Regsvr(bits, hostServices, L"/u"));
+    }
+    /// What a script of so many bits comes to: kDone when it made the module.
+    DWORD Client(int bits) const {
+        return RunProgram(System(bits) + L"cscript.exe",
+                          L"//nologo \"" + script_ + L"\" O_Tam_id.CDBAppObject");
+    }
+
+  private:
+    std::wstring script_;
+    Lines start_;
+};
+
+TEST_F(SideBySideTest, EachKindOfClientGetsItsOwn) {
+    for (const int first : kKinds) {
+        const int second = 96 - first;
+        RegisterBoth(first);
+        EXPECT_EQ(kDone, Client(first)) << first;
+        EXPECT_EQ(kNoClass, Client(second)) << second;
+        RegisterBoth(second);
+        EXPECT_EQ(kDone, Client(first)) << first;
+        EXPECT_EQ(kDone, Client(second)) << second;
+        UnregisterBoth(first);
+        UnregisterBoth(second);
+    }
+}
+
+TEST_F(SideBySideTest, EitherGoesWithoutHarmToTheOther) {
+    for (const int gone : kKinds) {
+        const int left = 96 - gone;
+        RegisterBoth(left);
+        const Lines alone = WholeRegistry().AsLines();
+        RegisterBoth(gone);
+        UnregisterBoth(gone);
+        EXPECT_EQ("", Difference(alone, WholeRegistry().AsLines())) << gone << " was removed";
+        EXPECT_EQ(kDone, Client(left));
+        EXPECT_EQ(kNoClass, Client(gone));
+        UnregisterBoth(left);
+    }
+}
+
+} // namespace
+
+} // namespace package
