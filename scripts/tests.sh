@@ -6,6 +6,8 @@
 # shellcheck source=scripts/whole_file.sh
 . "$root/scripts/whole_file.sh"
 
+# True when every program that runs in Wine runs there in 64 bits too.
+in_both_kinds=false
 test_timeout=${TAM_TEST_TIMEOUT:-300}
 
 total_passed=0
@@ -14,14 +16,14 @@ failures=()
 
 # Two lanes of tests run at the same time. Each lane has its own core and display
 # and runs its places one after the other. A Wine prefix belongs to one lane only.
-test_lanes=("point" "native comma")
+test_lanes=("point point64" "native comma comma64")
 lane_pids=()
 
-# runs_in: program name -> the places where it runs ("native", "point", "comma"),
-# joined by commas. time_limit: program name -> its own limit in seconds.
+# runs_in: program name -> the places where it runs ("native", "point", "comma",
+# "point64", "comma64"), joined by commas. time_limit: program name -> its own limit in seconds.
 declare -A runs_in
 declare -A time_limit
-# programs: "native/NAME" or "windows/NAME" -> the program's path.
+# programs: "native/NAME", "win32/NAME" or "win64/NAME" -> the program's path.
 declare -A programs
 
 read_test_list() {
@@ -30,12 +32,33 @@ read_test_list() {
         [[ -z $name || $name == \#* ]] && continue
         [[ -n $places && -z $rest && ${limit:-1} =~ ^[0-9]+$ ]] || die "$list: a bad line for $name"
         for place in ${places//,/ }; do
-            [[ $place =~ ^(native|point|comma)$ ]] || die "$list: $name runs in $place, which is no place"
+            [[ $place =~ ^(native|point|comma|point64|comma64)$ ]] || die "$list: $name runs in $place, which is no place"
         done
         [[ -z ${runs_in[$name]:-} ]] || die "$list: $name stands there twice"
         runs_in[$name]=$places
         time_limit[$name]=${limit:-$test_timeout}
     done <"$list"
+}
+
+# With "./tam test --all", what runs in Wine runs there in 64 bits too.
+add_64_bit_places() {
+    local name place
+    for name in "${!runs_in[@]}"; do
+        for place in point comma; do
+            if [[ ,${runs_in[$name]}, == *,$place,* && ,${runs_in[$name]}, != *,${place}64,* ]]; then
+                runs_in[$name]+=,${place}64
+            fi
+        done
+    done
+}
+
+# kind_of PLACE: the build whose programs run there.
+kind_of() {
+    case $1 in
+    native) printf native ;;
+    *64) printf win64 ;;
+    *) printf win32 ;;
+    esac
 }
 
 # find_programs KIND FOLDER SUFFIX PLACES: records every test program in a folder.
@@ -68,8 +91,9 @@ fail() {
 # Runs one program in one place and prints a line. If the program failed, its
 # output follows.
 run_program() {
-    local name=$1 place=$2 path kind=windows
-    [[ $place == native ]] && kind=native
+    local name=$1 place=$2 path kind prefix=${2%64} loader=wine
+    kind=$(kind_of "$place")
+    [[ $kind != win64 ]] || loader=$(wine64_loader)
     path=${programs[$kind/$name]:-}
     if [[ -z $path ]]; then
         printf '%-28s %-7s not built\n' "$name" "$place"
@@ -88,8 +112,8 @@ run_program() {
             timeout -k 10 "$limit" "$path" "--gtest_output=xml:$report.part" >"$log" 2>&1 || status=$?
     else
         run_child "$(dirname "$path")" env TAM_SAMPLES="$(windows_path "$root/samples")" \
-            WINEPREFIX="$(prefix_folder "$place")" \
-            timeout -k 10 "$limit" wine "$path" "--gtest_output=xml:$(windows_path "$report.part")" \
+            WINEPREFIX="$(prefix_folder "$prefix")" \
+            timeout -k 10 "$limit" "$loader" "$path" "--gtest_output=xml:$(windows_path "$report.part")" \
             >"$log" 2>&1 || status=$?
     fi
     # A report that the program did not finish does not count.
@@ -101,8 +125,8 @@ run_program() {
     if [[ $status -eq 124 || $status -eq 137 ]] && ((${EPOCHREALTIME/./} - ${start/./} >= limit * 1000000)); then
         reason="stopped after $limit s"
         # Processes that the program started may still hang in the prefix.
-        if [[ $kind == windows ]]; then
-            start_server "$place"
+        if [[ $kind != native ]]; then
+            start_server "$prefix"
         fi
     fi
 
@@ -133,8 +157,8 @@ run_lane() {
         for name in "$@"; do
             if [[ ,${runs_in[$name]}, == *,$place,* ]]; then
                 # The server stays on this core and display from its first program on.
-                [[ $place == native || $place == "$served" ]] || start_server "$place"
-                served=$place
+                [[ $place == native || ${place%64} == "$served" ]] || start_server "${place%64}"
+                served=${place%64}
                 run_program "$name" "$place"
             fi
         done
@@ -159,16 +183,27 @@ add_lane() {
     failures+=("${lines[@]:1}")
 }
 
-# Runs the named programs, or all of them.
+# list_64_bit_programs NAME...: those of these programs that run in 64 bits, or of
+# all of them.
+list_64_bit_programs() {
+    local name wanted=("$@")
+    [[ $# -gt 0 ]] || wanted=("${!runs_in[@]}")
+    for name in "${wanted[@]}"; do
+        [[ ${runs_in[$name]:-} != *64* ]] || printf '%s\n' "$name"
+    done
+}
+
+# Runs the named programs, or all of them. The test list has been read.
 run_test_programs() {
     local wanted=("$@") names=() name place
     # GoogleTest's variables that filter, shard or repeat would change the counts.
     for name in "${!GTEST_@}"; do
         unset "$name"
     done
-    read_test_list "$root/scripts/test-list"
     find_programs native "$build/native/tests" "" "native"
-    find_programs windows "$build/win32/tests" .exe "point|comma"
+    find_programs win32 "$build/win32/tests" .exe "point|comma|point64|comma64"
+    ! $in_both_kinds || add_64_bit_places
+    find_programs win64 "$build/win64/tests" .exe "point|comma|point64|comma64"
 
     if [[ ${#wanted[@]} -gt 0 ]]; then
         for name in "${wanted[@]}"; do

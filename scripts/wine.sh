@@ -4,8 +4,8 @@
 # no server may inherit) and calls stop_wine when it ends.
 : "${build:?}" "${lock_fd?}"
 
-# There are two prefixes, both 32-bit Windows under a US English user: "point",
-# and "comma" with a user who writes 1.234,5.
+# There are two prefixes, both 64-bit Windows, which runs 32-bit programs too, under
+# a US English user: "point", and "comma" with a user who writes 1.234,5.
 
 xvfb_pids=()
 displays=()
@@ -46,9 +46,17 @@ wine_environment() {
     use_core 0
     unset LANGUAGE
     export LC_ALL=C.UTF-8
-    export WINEARCH=win32
+    export WINEARCH=win64
     export WINEDEBUG="${WINEDEBUG:--all}"
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+}
+
+# The loader of 64-bit programs. "wine" takes the 32-bit one of the system's own
+# programs, such as regsvr32 and cscript, when both are there.
+wine64_loader() {
+    local loader=/usr/lib/wine/wine64
+    [[ -x $loader ]] || loader=$(command -v wine64) || loader=wine
+    printf '%s' "$loader"
 }
 
 prefix_folder() { printf '%s' "$build/wine/$1"; }
@@ -89,7 +97,7 @@ stop_server() {
 }
 
 # What a prefix is made from; a prefix with another stamp is made anew.
-prefix_recipe() { printf '%s, %s, recipe 3\n' "$(wine --version)" "$1"; }
+prefix_recipe() { printf '%s, %s, recipe 4\n' "$(wine --version)" "$1"; }
 
 # The font of the symbols on the frames' buttons. Debian's Wine looks for its own
 # fonts in another folder than Debian's package puts them into.
