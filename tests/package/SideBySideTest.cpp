@@ -12,10 +12,10 @@ namespace {
 
 constexpr int kKinds[] = {32, 64};
 
-std::wstring Other(const std::wstring& path) {
-    const std::wstring build = L"\\build\\win64\\";
-    return path.substr(0, path.rfind(build)) + L"\\build\\win32\\" +
-           path.substr(path.rfind(build) + build.size());
+/// The same file of the 32-bit build, which lies beside this program's.
+std::wstring Other(std::wstring path) {
+    const std::wstring own = L"\\win64\\";
+    return path.replace(path.rfind(own), own.size(), L"\\win32\\");
 }
 
 /// A folder of the system's programs of so many bits. This program has 64.
