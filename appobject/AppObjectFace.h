@@ -20,6 +20,8 @@ class AppObjectFace : public com::Face<Derived, IAppObject> {
     STDMETHODIMP SetColor(long) override { return S_OK; }
     STDMETHODIMP get_Width(long* value) override { return Fixed(value, 0L); }
     STDMETHODIMP get_InputWidth(long* value) override { return Fixed(value, 0L); }
+    // No plug-in ever is: a module shows itself through its host.
+    STDMETHODIMP get_PlugInAvailable(VARIANT_BOOL* value) override { return Fixed(value, false); }
     STDMETHODIMP get_SDBDimension(long* value) override { return Fixed(value, 0L); }
     STDMETHODIMP get_NodeType(long* value) override { return Fixed(value, 6L); }
     STDMETHODIMP Create() override { return S_OK; }

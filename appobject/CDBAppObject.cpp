@@ -57,7 +57,7 @@ STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
     return Do([&] {
         std::wstring key(com::View(value));
         SideKeys sides(key);
-        globalKey_ = std::move(key);
+        data_.notes.globalKey = std::move(key);
         if (attributes_) {
             attributes_->SetGlobalKey(std::move(sides.attributes));
         }
@@ -74,7 +74,7 @@ STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
         std::wstring key(com::View(value));
         SideKeys sides(key);
-        extendedKey_ = std::move(key);
+        data_.notes.extendedKey = std::move(key);
         if (attributes_) {
             attributes_->SetExtendedKey(std::move(sides.attributes));
         }
@@ -109,11 +109,11 @@ STDMETHODIMP CDBAppObject::putref_XmlSNVTDoc(IDispatch* value) {
 }
 
 STDMETHODIMP CDBAppObject::get_Address(short* value) {
-    return Get(value, [&] { return ToInt16(Val(address_)); });
+    return Get(value, [&] { return ToInt16(Val(data_.device.address)); });
 }
 
 STDMETHODIMP CDBAppObject::put_Address(short value) {
-    return Do([&] { address_ = std::to_wstring(value); });
+    return Do([&] { data_.device.address = std::to_wstring(value); });
 }
 
 STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* value) {
@@ -121,7 +121,7 @@ STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* v
         com::CheckSet(item);
         com::Bstr deviceKey;
         com::Call(item, &ITamInternalAppObject::get_TamDeviceKey, deviceKey.Put());
-        if (deviceKey.View() != devKey_) {
+        if (deviceKey.View() != data_.device.streamKey) {
             return false;
         }
         com::Bstr objectKey;

@@ -2,6 +2,7 @@
 
 #include "appobject/AppObjectFace.h"
 #include "common/LoadTurns.h"
+#include "core/ModuleData.h"
 #include "points/CDBAttributes.h"
 #include "points/CDBInputs.h"
 #include "points/CDBOutputs.h"
@@ -43,45 +44,46 @@ class CDBAppObject final
     com::Ref<CDBAttributes> Attributes() const noexcept { return attributes_; }
     /// The host's unit converter, made with the object.
     const com::Ref<IDispatch>& UnitsManager() const noexcept { return unitsManager_; }
-    std::uint8_t ChannelNumber() const noexcept { return channelNumber_; }
-    void SetChannelNumber(std::uint8_t number) noexcept { channelNumber_ = number; }
+    std::uint8_t ChannelNumber() const noexcept { return data_.device.channelNumber; }
+    void SetChannelNumber(std::uint8_t number) noexcept { data_.device.channelNumber = number; }
     void EndPlugIn() noexcept { isPlugInActive_ = false; }
 
     // IAppObject, in slot order without the fixed answers of AppObjectFace
     STDMETHODIMP get_IsPlugInActive(VARIANT_BOOL* value) override { return Answer(value, isPlugInActive_); }
-    STDMETHODIMP get_CDBDimension(long* value) override { return Answer(value, cdbDimension_); }
-    STDMETHODIMP get_DDBDimension(long* value) override { return Answer(value, ddbDimension_); }
+    STDMETHODIMP get_CDBDimension(long* value) override { return Answer(value, data_.device.cdbDimension); }
+    STDMETHODIMP get_DDBDimension(long* value) override { return Answer(value, data_.device.ddbDimension); }
     STDMETHODIMP ClearReferences() override;
     STDMETHODIMP ViewDatasheet(VARIANT ownerWindow) override;
     STDMETHODIMP get_DatasheetAvailable(VARIANT_BOOL* value) override {
-        return Answer(value, datasheetAvailable_);
+        return Answer(value, data_.datasheet.isAvailable);
     }
-    STDMETHODIMP get_PlugInAvailable(VARIANT_BOOL* value) override { return Answer(value, plugInAvailable_); }
-    STDMETHODIMP get_UserName(BSTR* value) override { return Answer(value, userName_); }
-    STDMETHODIMP get_UniqueIDString(BSTR* value) override { return Answer(value, definitionName_); }
+    STDMETHODIMP get_UserName(BSTR* value) override { return Answer(value, data_.placement.userName); }
+    STDMETHODIMP get_UniqueIDString(BSTR* value) override {
+        return Answer(value, data_.identity.definitionName);
+    }
     STDMETHODIMP get_OwnerDeviceXML(IDispatch** value) override { return Answer(value, ownerDeviceXml_); }
     STDMETHODIMP putref_OwnerDeviceXML(IDispatch* value) override { return Keep(ownerDeviceXml_, value); }
-    STDMETHODIMP put_UserName(BSTR value) override { return Store(userName_, value); }
-    STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
-    STDMETHODIMP get_Tag(BSTR* value) override { return Answer(value, tag_); }
-    STDMETHODIMP put_Tag(BSTR value) override { return Store(tag_, value); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
+    STDMETHODIMP put_UserName(BSTR value) override { return Store(data_.placement.userName, value); }
+    STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, data_.identity.name); }
+    STDMETHODIMP get_Tag(BSTR* value) override { return Answer(value, data_.notes.tag); }
+    STDMETHODIMP put_Tag(BSTR value) override { return Store(data_.notes.tag, value); }
+    STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, data_.notes.globalKey); }
     STDMETHODIMP put_GlobalKey(BSTR value) override;
-    STDMETHODIMP get_key(BSTR* value) override { return Answer(value, key_); }
-    STDMETHODIMP put_key(BSTR value) override { return Store(key_, value); }
-    STDMETHODIMP get_ID(BSTR* value) override { return Answer(value, id_); }
-    STDMETHODIMP get_UniqueID(BSTR* value) override { return Answer(value, uniqueId_); }
-    STDMETHODIMP put_UniqueID(BSTR value) override { return Store(uniqueId_, value); }
-    STDMETHODIMP get_Description(BSTR* value) override { return Answer(value, description_); }
+    STDMETHODIMP get_key(BSTR* value) override { return Answer(value, data_.notes.key); }
+    STDMETHODIMP put_key(BSTR value) override { return Store(data_.notes.key, value); }
+    STDMETHODIMP get_ID(BSTR* value) override { return Answer(value, data_.identity.id); }
+    STDMETHODIMP get_UniqueID(BSTR* value) override { return Answer(value, data_.notes.uniqueId); }
+    STDMETHODIMP put_UniqueID(BSTR value) override { return Store(data_.notes.uniqueId, value); }
+    STDMETHODIMP get_Description(BSTR* value) override { return Answer(value, data_.identity.description); }
     STDMETHODIMP get_Icon(IDispatch** value) override;
-    STDMETHODIMP get_Category(BSTR* value) override { return Answer(value, category_); }
+    STDMETHODIMP get_Category(BSTR* value) override { return Answer(value, data_.identity.category); }
     STDMETHODIMP Show() override;
     STDMETHODIMP get_Stream(BSTR* value) override;
     STDMETHODIMP get_Inputs(IInputs** value) override { return Answer(value, inputs_); }
     STDMETHODIMP get_Outputs(IOutputs** value) override { return Answer(value, outputs_); }
     STDMETHODIMP get_Attributes(IAttributes** value) override { return Answer(value, attributes_); }
-    STDMETHODIMP get_Language(long* value) override { return Answer(value, language_); }
-    STDMETHODIMP put_Language(long value) override { return Keep(language_, value); }
+    STDMETHODIMP get_Language(long* value) override { return Answer(value, data_.notes.language); }
+    STDMETHODIMP put_Language(long value) override { return Keep(data_.notes.language, value); }
     STDMETHODIMP Destroy() override;
     STDMETHODIMP get_ProgrammaticID(BSTR* value) override;
     STDMETHODIMP putref_XmlSNVTDoc(IDispatch* value) override;
@@ -90,25 +92,25 @@ class CDBAppObject final
     STDMETHODIMP XmlLoad(IDispatch* element) override;
     STDMETHODIMP get_Parent(IDispatch** value) override { return Answer(value, parent_); }
     STDMETHODIMP putref_Parent(IDispatch* value) override { return Keep(parent_, value); }
-    STDMETHODIMP get_XPosition(double* value) override { return Answer(value, xPosition_); }
-    STDMETHODIMP put_XPosition(double value) override { return Keep(xPosition_, value); }
-    STDMETHODIMP get_YPosition(double* value) override { return Answer(value, yPosition_); }
-    STDMETHODIMP put_YPosition(double value) override { return Keep(yPosition_, value); }
+    STDMETHODIMP get_XPosition(double* value) override { return Answer(value, data_.placement.xPosition); }
+    STDMETHODIMP put_XPosition(double value) override { return Keep(data_.placement.xPosition, value); }
+    STDMETHODIMP get_YPosition(double* value) override { return Answer(value, data_.placement.yPosition); }
+    STDMETHODIMP put_YPosition(double value) override { return Keep(data_.placement.yPosition, value); }
     STDMETHODIMP Init(BSTR name, VARIANT_BOOL* value) override;
-    STDMETHODIMP get_ExportIndex(short* value) override { return Answer(value, exportIndex_); }
-    STDMETHODIMP put_ExportIndex(short value) override { return Keep(exportIndex_, value); }
-    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
+    STDMETHODIMP get_ExportIndex(short* value) override { return Answer(value, data_.notes.exportIndex); }
+    STDMETHODIMP put_ExportIndex(short value) override { return Keep(data_.notes.exportIndex, value); }
+    STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, data_.notes.extendedKey); }
     STDMETHODIMP put_ExtendedKey(BSTR value) override;
 
     // ITamObject
-    STDMETHODIMP get_DeviceKey(BSTR* value) override { return Answer(value, deviceKey_); }
-    STDMETHODIMP put_DeviceKey(BSTR value) override { return Store(deviceKey_, value); }
+    STDMETHODIMP get_DeviceKey(BSTR* value) override { return Answer(value, data_.placement.deviceKey); }
+    STDMETHODIMP put_DeviceKey(BSTR value) override { return Store(data_.placement.deviceKey, value); }
     STDMETHODIMP get_Address(short* value) override;
     STDMETHODIMP put_Address(short value) override;
-    STDMETHODIMP get_ApplicationID(BSTR* value) override { return Answer(value, applicationId_); }
-    STDMETHODIMP put_ApplicationID(BSTR value) override { return Store(applicationId_, value); }
+    STDMETHODIMP get_ApplicationID(BSTR* value) override { return Answer(value, data_.device.applicationId); }
+    STDMETHODIMP put_ApplicationID(BSTR value) override { return Store(data_.device.applicationId, value); }
     STDMETHODIMP LoadFromXmlStream(BSTR xml) override;
-    STDMETHODIMP get_TamObjectID(short* value) override { return Answer(value, tamObjectId_); }
+    STDMETHODIMP get_TamObjectID(short* value) override { return Answer(value, data_.placement.objectId); }
     // The identifier comes from the device stream and the project element; a write is accepted and dropped.
     STDMETHODIMP put_TamObjectID(short) override { return S_OK; }
     STDMETHODIMP Contains(ITamInternalAppObject* item, VARIANT_BOOL* value) override;
@@ -119,8 +121,8 @@ class CDBAppObject final
     STDMETHODIMP EditValue(IDispatch* dataPoint) override;
 
   private:
-    template <class T>
-    static HRESULT Keep(T& field, T value) noexcept {
+    template <class T, class V>
+    static HRESULT Keep(T& field, V value) noexcept {
         field = value;
         return S_OK;
     }
@@ -132,8 +134,8 @@ class CDBAppObject final
     // PointOwner
     PointOwner& AsOwner() noexcept { return *this; }
     com::Ref<IAppObject> AppObject() override { return This<IAppObject>(); }
-    const std::wstring& OwnerName() const override { return name_; }
-    short OwnerExportIndex() const override { return exportIndex_; }
+    const std::wstring& OwnerName() const override { return data_.identity.name; }
+    short OwnerExportIndex() const override { return data_.notes.exportIndex; }
     com::Ref<IDispatch> OwnerUnitsManager() const override { return unitsManager_; }
     com::Ref<IDispatch> HostParent() const override { return parent_; }
     std::optional<std::wstring> OwnerDefaultValue(const std::wstring& attribute) const override {
@@ -163,38 +165,12 @@ class CDBAppObject final
     /// Of the definition document; fills itself when asked.
     mutable DefaultValues defaultValues_;
     com::Ref<IDispatch> ownerDeviceXml_;
-    std::wstring definitionName_;
-    bool plugInAvailable_ = false;
-    bool datasheetAvailable_ = false;
-    bool isPlugInActive_ = false;
-    std::wstring datasheetPath_;
-    std::wstring name_;
-    std::wstring id_;
-    std::wstring description_;
-    std::wstring category_;
-    long language_ = 0;
-    std::wstring userName_;
-    std::wstring tag_;
-    std::wstring uniqueId_;
-    std::wstring address_;
-    std::wstring applicationId_;
-    std::wstring key_;
-    std::wstring globalKey_;
-    std::wstring extendedKey_;
-    short exportIndex_ = 0;
-    double xPosition_ = 0;
-    double yPosition_ = 0;
+    com::Ref<IDispatch> unitsManager_;
     com::Owned<CDBInputs> inputs_;
     com::Owned<CDBOutputs> outputs_;
     com::Owned<CDBAttributes> attributes_;
-    std::uint8_t channelNumber_ = 255;
-    std::wstring devKey_;
-    short tamObjectId_ = 0;
-    com::Ref<IDispatch> unitsManager_;
-    std::wstring deviceKey_;
-    long cdbDimension_ = 0;
-    long ddbDimension_ = 0;
-    bool isLastOnDev_ = false;
+    ModuleData data_;
+    bool isPlugInActive_ = false;
     LoadTurns projectLoads_;
     LoadTurns streamLoads_;
     /// While a stream is loaded: how many attributes there were before.

@@ -2,6 +2,7 @@
 
 #include "com/DocumentType.h"
 #include "common/ComponentState.h"
+#include "common/DocumentFields.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 #include "core/Case.h"
@@ -17,9 +18,6 @@ constexpr long kReadyStateComplete = 4;
 // The definition file. Element names are compared in upper case.
 constexpr const wchar_t* kAppObject = L"AppObject";
 constexpr const wchar_t* kName = L"NAME";
-constexpr const wchar_t* kId = L"ID";
-constexpr const wchar_t* kDescription = L"DESCRIPTION";
-constexpr const wchar_t* kCategory = L"CATEGORY";
 constexpr const wchar_t* kDataSizes = L"DATASIZES";
 
 constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
@@ -76,7 +74,7 @@ STDMETHODIMP CDBAppObject::Init(BSTR name, VARIANT_BOOL* value) {
 }
 
 bool CDBAppObject::LoadDefinition(const std::wstring& name) {
-    definitionName_ = name;
+    data_.identity.definitionName = name;
     defaultValues_ = DefaultValues();
     definition_ = dom::NewDocument(dom::kDefinitionDocumentClass);
     const com::Variant file{std::wstring_view(State().AppPath + name + L".xml")};
@@ -95,7 +93,6 @@ bool CDBAppObject::LoadDefinition(const std::wstring& name) {
         }
     }
     defaultValues_ = DefaultValues(definition_);
-    plugInAvailable_ = false;
     GetBasicInfos();
     return true;
 }
@@ -106,19 +103,13 @@ void CDBAppObject::GetBasicInfos() noexcept {
         com::CheckSet(root.Get());
         dom::ForEachChildButComments(root, [&](const dom::Node& child) {
             const std::wstring keyword = UpperCase(dom::BaseName(child));
-            if (keyword == kName) {
-                name_ = dom::TextOf(child);
-                if (userName_.empty()) {
-                    userName_ = name_;
-                }
-            } else if (keyword == kId) {
-                id_ = dom::TextOf(child);
-            } else if (keyword == kDescription) {
-                description_ = dom::TextOf(child);
-            } else if (keyword == kCategory) {
-                category_ = dom::TextOf(child);
-            } else if (keyword == kDataSizes) {
+            if (keyword == kDataSizes) {
                 GetDataSizes(child);
+            } else {
+                TakeNode(kModuleDefinition, keyword, data_.identity, child, &dom::TextOf);
+            }
+            if (keyword == kName && data_.placement.userName.empty()) {
+                data_.placement.userName = data_.identity.name;
             }
         });
         FindDatasheet();
@@ -143,19 +134,19 @@ void CDBAppObject::GetDataSizes(const dom::Node& element) noexcept {
 void CDBAppObject::FindDatasheet() {
     const std::wstring& folder = State().AppPath;
     if (const std::wstring file = FirstDatasheet(folder); !file.empty()) {
-        datasheetAvailable_ = true;
-        datasheetPath_ = folder + file;
+        data_.datasheet.isAvailable = true;
+        data_.datasheet.path = folder + file;
         return;
     }
-    if (id_.empty()) {
-        datasheetAvailable_ = false;
+    if (data_.identity.id.empty()) {
+        data_.datasheet.isAvailable = false;
         return;
     }
     // With an ID and no file the flag keeps what an earlier search found.
     const std::wstring shared = folder + kDatasheetFolder;
-    if (const std::wstring file = FirstDatasheet(shared + L"pb_" + id_ + L"_"); !file.empty()) {
-        datasheetAvailable_ = true;
-        datasheetPath_ = shared + file;
+    if (const std::wstring file = FirstDatasheet(shared + L"pb_" + data_.identity.id + L"_"); !file.empty()) {
+        data_.datasheet.isAvailable = true;
+        data_.datasheet.path = shared + file;
     }
 }
 

@@ -68,7 +68,7 @@ STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short
 
 STDMETHODIMP CDBAppObject::EditValue(IDispatch* dataPoint) {
     return Do([&] {
-        const auto editor = MakeValueEditor(DataPoint(dataPoint).Type().GenType());
+        const auto editor = MakeValueEditor(GeneralTypeOf(DataPoint(dataPoint).Type().GenType()));
         com::CheckSet(editor.get());
         editor->SetDataPoint(dataPoint);
         editor->ShowModal();

@@ -2,9 +2,11 @@
 
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
+#include "common/DocumentFields.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 #include "core/Numbers.h"
+#include "core/PointData.h"
 #include "core/PointKeys.h"
 
 #include <array>
@@ -20,25 +22,9 @@ constexpr CLSID kDatabaseLocationClass = {
 
 // The export document, in its order.
 constexpr const wchar_t* kRoot = L"O_Tam_id";
-constexpr const wchar_t* kDevAddr = L"DevAddr";
-constexpr const wchar_t* kAppId = L"AppID";
-constexpr const wchar_t* kDevKey = L"DevKey";
-constexpr const wchar_t* kTamObjectId = L"TamObjectID";
-constexpr const wchar_t* kIsLastOnDev = L"IsLastOnDev";
 constexpr const wchar_t* kInputs = L"Inputs";
-constexpr const wchar_t* kLinkReference = L"LinkReference";
-constexpr const wchar_t* kLogicalAddress = L"LogicalAddress";
-constexpr const wchar_t* kSnvtType = L"SNVTType";
-constexpr const wchar_t* kIsPermanent = L"isPermanent";
-constexpr const wchar_t* kIsConnected = L"IsConnected";
 constexpr const wchar_t* kOutputs = L"Outputs";
-constexpr const wchar_t* kIsMapAsObject = L"isMapAsOO";
-constexpr const wchar_t* kObjectOffset = L"ObjOffset";
-constexpr const wchar_t* kAbsoluteObjectIndex = L"AbsoluteObjectIndex";
-constexpr const wchar_t* kIsWritable = L"IsWritable";
-constexpr const wchar_t* kDisplayWritable = L"DisplayWritable";
 constexpr const wchar_t* kAttributes = L"Attributes";
-constexpr const wchar_t* kValue = L"Value";
 constexpr const wchar_t* kEnumDesc = L"EnumDesc";
 
 /// Attributes of this key are part of the module's configuration and always in use.
@@ -50,15 +36,6 @@ constexpr const wchar_t* kNoExtendedReference = L"000000";
 constexpr const wchar_t* kNoReference = L"0000";
 
 using KeySet = std::set<std::wstring>;
-
-std::wstring Flag(bool value) {
-    return value ? L"1" : L"0";
-}
-
-/// A flag that a definition gives as text: "1" for every text that means true.
-std::wstring Flag(const std::wstring& text) {
-    return Flag(com::BoolIn(text).value_or(false));
-}
 
 dom::Element AppendPoint(const dom::Document& document, const dom::Node& container,
                          const std::wstring& name) {
@@ -72,15 +49,11 @@ void ExportInputs(const dom::Document& document, const dom::Node& root, const co
         return;
     }
     for (const auto& input : inputs->All()) {
-        const bool connected = IsConnectedReference(input->LinkReference());
-        const dom::Element element = AppendPoint(document, container, input->PointName());
-        dom::SetAttribute(element, kLinkReference, input->LinkReference());
-        dom::SetAttribute(element, kLogicalAddress, input->LogicalAddress());
-        dom::SetAttribute(element, kSnvtType, input->SnvtTypeText());
-        dom::SetAttribute(element, kIsPermanent, Flag(input->IsPermanent()));
-        dom::SetAttribute(element, kIsConnected, Flag(connected));
-        if (connected) {
-            referenced.insert(ReferenceKey(input->LinkReference()));
+        SetFieldAttributes(AppendPoint(document, container, input->PointName()), kExportedInput,
+                           input->Data());
+        const std::wstring& reference = input->Data().linkReference;
+        if (IsConnectedReference(reference)) {
+            referenced.insert(ReferenceKey(reference));
         }
     }
 }
@@ -92,19 +65,9 @@ void ExportOutputs(const dom::Document& document, const dom::Node& root, const c
         return;
     }
     for (const auto& output : outputs->All()) {
-        const bool connected =
-            output->IsConnected() || referenced.contains(ReferenceKey(output->PointName()));
-        const dom::Element element = AppendPoint(document, container, output->PointName());
-        dom::SetAttribute(element, kLogicalAddress, output->LogicalAddress());
-        dom::SetAttribute(element, kSnvtType, output->CompatibleId());
-        dom::SetAttribute(element, kIsMapAsObject, Flag(output->MapAsObject()));
-        dom::SetAttribute(element, kObjectOffset, output->ObjectOffset());
-        dom::SetAttribute(element, kAbsoluteObjectIndex, output->AbsoluteObjectIndex());
-        dom::SetAttribute(element, kIsConnected, Flag(connected));
-        dom::SetAttribute(element, kIsWritable, Flag(output->Writable()));
-        if (output->IsDisplayWritable()) {
-            dom::SetAttribute(element, kDisplayWritable, L"1");
-        }
+        OutputData exported = output->Data();
+        exported.isConnected = exported.isConnected || referenced.contains(ReferenceKey(output->PointName()));
+        SetFieldAttributes(AppendPoint(document, container, output->PointName()), kExportedOutput, exported);
     }
 }
 
@@ -118,14 +81,11 @@ void ExportAttributes(const dom::Document& document, const dom::Node& root,
         const std::wstring key = ReferenceKey(attribute->PointName());
         const bool connected = key == kConfigurationKey || referenced.contains(key);
         const dom::Element element = AppendPoint(document, container, attribute->PointName());
-        dom::SetAttribute(element, kLogicalAddress, attribute->LogicalAddress());
-        dom::SetAttribute(element, kSnvtType, attribute->SNVTName());
-        dom::SetAttribute(element, kValue, attribute->ValueText());
-        dom::SetAttribute(element, kIsPermanent, Flag(attribute->IsPermanent()));
-        dom::SetAttribute(element, kIsConnected, Flag(connected));
+        SetFieldAttributes(element, kExportedAttribute,
+                           ExportedAttribute{attribute->Data(), attribute->SNVTName(), connected});
         const auto& type = attribute->Type();
-        if (type && type->IsEnum() && !type->EnumDesc().empty()) {
-            dom::SetAttribute(element, kEnumDesc, type->EnumDesc());
+        if (type && type->IsEnum() && !type->Data().enumDescription.empty()) {
+            dom::SetAttribute(element, kEnumDesc, type->Data().enumDescription);
         }
     }
 }
@@ -163,11 +123,7 @@ com::Bstr XmlOf(const dom::Document& document) {
 dom::Document CDBAppObject::BuildExport() const {
     dom::Document document = dom::NewDocument(dom::kDocumentClass);
     const dom::Element root = dom::Append(document, dom::Node(document), kRoot);
-    dom::SetAttribute(root, kDevAddr, address_);
-    dom::SetAttribute(root, kAppId, applicationId_);
-    dom::SetAttribute(root, kDevKey, devKey_);
-    dom::SetAttribute(root, kTamObjectId, std::to_wstring(tamObjectId_));
-    dom::SetAttribute(root, kIsLastOnDev, Flag(isLastOnDev_));
+    SetFieldAttributes(root, kExportedModule, data_);
     KeySet referenced;
     ExportInputs(document, dom::Node(root), inputs_, referenced);
     ExportOutputs(document, dom::Node(root), outputs_, referenced);
@@ -190,7 +146,7 @@ STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
             // Nothing compiles the document: it is the answer itself, and no size is known.
             com::Attempt([&] {
                 const dom::Document document = BuildExport();
-                DumpIfAsked(document, devKey_, tamObjectId_);
+                DumpIfAsked(document, data_.device.streamKey, data_.placement.objectId);
                 stream = XmlOf(document).View();
             });
             TakeSizes({}, {});
@@ -209,7 +165,7 @@ STDMETHODIMP CDBAppObject::get_Stream(BSTR* value) {
 
 void CDBAppObject::CompileExport(IDispatch& compiler, std::wstring& stream) {
     const dom::Document document = BuildExport();
-    DumpIfAsked(document, devKey_, tamObjectId_);
+    DumpIfAsked(document, data_.device.streamKey, data_.placement.objectId);
     com::Bstr text = XmlOf(document);
     com::Bstr cdb(L"");
     com::Bstr ddb(L"");
@@ -220,8 +176,8 @@ void CDBAppObject::CompileExport(IDispatch& compiler, std::wstring& stream) {
 }
 
 void CDBAppObject::TakeSizes(std::wstring_view cdb, std::wstring_view ddb) {
-    cdbDimension_ = ToInt32(Val(cdb));
-    ddbDimension_ = ToInt32(Val(ddb));
+    data_.device.cdbDimension = ToInt32(Val(cdb));
+    data_.device.ddbDimension = ToInt32(Val(ddb));
 }
 
 STDMETHODIMP CDBAppObject::ClearReferences() {

@@ -64,7 +64,8 @@ STDMETHODIMP CDBAppObject::Show() {
 STDMETHODIMP CDBAppObject::get_Icon(IDispatch** value) {
     return Get(value, [&] {
         com::Ref<IDispatch> picture;
-        com::Attempt([&] { picture = PictureFromFile(State().AppPath + definitionName_ + L".ico"); });
+        com::Attempt(
+            [&] { picture = PictureFromFile(State().AppPath + data_.identity.definitionName + L".ico"); });
         if (!picture) {
             com::Attempt([&] { picture = PictureFromIcon(TAM_ICON_LOGO); });
         }
@@ -74,13 +75,13 @@ STDMETHODIMP CDBAppObject::get_Icon(IDispatch** value) {
 
 STDMETHODIMP CDBAppObject::ViewDatasheet(VARIANT ownerWindow) {
     com::Attempt([&] {
-        if (!datasheetAvailable_) {
+        if (!data_.datasheet.isAvailable) {
             ShowBox(kNoDatasheet, ComponentTitle());
             return;
         }
         HWND owner = nullptr;
         com::Attempt([&] { owner = WindowOf(ownerWindow); });
-        const std::string path = AnsiOf(datasheetPath_);
+        const std::string path = AnsiOf(data_.datasheet.path);
         // The working directory is the file's own path, as hosts have always seen it.
         const auto result = reinterpret_cast<INT_PTR>(
             ShellExecuteA(owner, "open", path.c_str(), "0", path.c_str(), SW_SHOWMAXIMIZED));

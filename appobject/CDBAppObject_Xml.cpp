@@ -1,10 +1,10 @@
 #include "appobject/CDBAppObject.h"
 
 #include "com/DocumentType.h"
+#include "common/DocumentFields.h"
 #include "common/MessageLoop.h"
 #include "common/Report.h"
 #include "core/Case.h"
-#include "core/Numbers.h"
 
 #include <algorithm>
 #include <functional>
@@ -18,36 +18,19 @@ constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAppObject";
 /// The component's name, which an object loaded from a stream takes as its definition's.
 constexpr const wchar_t* kStreamDefinition = L"O_Tam_id";
 
-// The project element. Written as they stand, read in any letter case.
-constexpr const wchar_t* kUserName = L"UserName";
-constexpr const wchar_t* kXPosition = L"X_Position";
-constexpr const wchar_t* kYPosition = L"Y_Position";
-constexpr const wchar_t* kDevKey = L"DevKey";
-constexpr const wchar_t* kTamObjId = L"TamObjID";
+// The displayable outputs of the project element.
 constexpr const wchar_t* kOutputs = L"Outputs";
 constexpr const wchar_t* kIsDisplayable = L"IsDisplayable";
 /// Where the flags are read from. They are written elsewhere: saved flags are
 /// not restored, which is the hosts' agreed behaviour.
 constexpr const wchar_t* kOutReferences = L"OUTREFERENCES";
 
-// The interoperability element. Inputs and outputs spell the type differently.
-constexpr const wchar_t* kKey = L"Key";
+// The interoperability element.
 constexpr const wchar_t* kInputs = L"Inputs";
-constexpr const wchar_t* kReference = L"Reference";
-constexpr const wchar_t* kLogicalAddress = L"LogicalAddress";
-constexpr const wchar_t* kIsPermanent = L"isPermanent";
-constexpr const wchar_t* kInputType = L"SNVTType";
-constexpr const wchar_t* kOutputType = L"SNVT_Type";
 constexpr const wchar_t* kAttributes = L"Attributes";
 constexpr const wchar_t* kValue = L"Value";
 
 // The device stream.
-constexpr const wchar_t* kStreamName = L"Tam/Name";
-constexpr const wchar_t* kStreamDevKey = L"Tam/DevKey";
-constexpr const wchar_t* kStreamIsLast = L"Tam/IsLastOnDev";
-constexpr const wchar_t* kStreamObjectId = L"Tam/TamObjID";
-constexpr const wchar_t* kStreamCdb = L"Tam/CDB";
-constexpr const wchar_t* kStreamDdb = L"Tam/DDB";
 constexpr const wchar_t* kStreamInputs = L"Tam/InReferences";
 constexpr const wchar_t* kStreamOutputs = L"Tam/OutReferences";
 constexpr const wchar_t* kStreamAttributes = L"Tam/Attributes";
@@ -80,12 +63,8 @@ void LoadSection(const dom::Document& stream, const wchar_t* path, Collection& c
 STDMETHODIMP CDBAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     Trap(kReportClass, L"Sub IAppObject_XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
-        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), definitionName_));
-        dom::AppendText(target, element, kUserName, userName_);
-        dom::AppendText(target, element, kXPosition, com::TextOf(xPosition_));
-        dom::AppendText(target, element, kYPosition, com::TextOf(yPosition_));
-        dom::AppendText(target, element, kDevKey, deviceKey_);
-        dom::AppendText(target, element, kTamObjId, std::to_wstring(tamObjectId_));
+        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), data_.identity.definitionName));
+        AppendFields(target, element, kProjectToSave, data_.placement);
         SaveOutputs(target, element);
     });
     return S_OK;
@@ -96,7 +75,7 @@ void CDBAppObject::SaveOutputs(const dom::Document& document, const dom::Node& e
         return;
     }
     const auto& outputs = outputs_->All();
-    const auto isDisplayable = [](const auto& output) { return output->IsDisplayable(); };
+    const auto isDisplayable = [](const auto& output) { return output->Data().isDisplayable; };
     if (std::none_of(outputs.begin(), outputs.end(), isDisplayable)) {
         return;
     }
@@ -124,19 +103,11 @@ STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
 
 void CDBAppObject::LoadChild(const dom::Node& child, LoadTurns::Turn turn) {
     // Anything else, the host's "Environment" and the saved "Outputs" included, is not for this object.
-    const std::wstring keyword = dom::BaseName(child);
-    if (EqualIgnoringCase(keyword, kUserName)) {
-        userName_ = dom::FirstChildValue(child);
-    } else if (EqualIgnoringCase(keyword, kXPosition)) {
-        xPosition_ = Val(dom::FirstChildValue(child));
-    } else if (EqualIgnoringCase(keyword, kYPosition)) {
-        yPosition_ = Val(dom::FirstChildValue(child));
-    } else if (EqualIgnoringCase(keyword, kDevKey)) {
-        deviceKey_ = dom::FirstChildValue(child);
-    } else if (EqualIgnoringCase(keyword, kTamObjId)) {
-        tamObjectId_ = ToInt16(Val(dom::FirstChildValue(child)));
-    } else if (EqualIgnoringCase(keyword, kOutReferences)) {
+    const std::wstring keyword = UpperCase(dom::BaseName(child));
+    if (keyword == kOutReferences) {
         LoadDisplayFlags(child, turn);
+    } else {
+        TakeNode(kSavedProject, keyword, data_.placement, child, &dom::FirstChildValue);
     }
 }
 
@@ -157,35 +128,30 @@ void CDBAppObject::LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn tu
 STDMETHODIMP CDBAppObject::XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) {
     return Do([&] {
         const dom::Document target = dom::DocumentOf(document);
-        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), definitionName_));
-        dom::AppendText(target, element, kUserName, userName_);
-        dom::AppendText(target, element, kKey, extendedKey_);
+        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), data_.identity.definitionName));
+        AppendFields(target, element, kInteroperableModule, data_);
         if (HasItems(inputs_)) {
             const dom::Node container(dom::Append(target, element, kInputs));
             for (const auto& input : inputs_->All()) {
                 const dom::Node node(dom::Append(target, container, input->PointName()));
-                dom::AppendText(target, node, kReference, input->ProtocolReference());
-                dom::AppendText(target, node, kLogicalAddress, input->LogicalAddress());
-                dom::AppendText(target, node, kIsPermanent, com::TextOf(input->IsPermanent()));
-                dom::AppendText(target, node, kInputType, input->SnvtTypeText());
+                AppendFields(target, node, kInteroperableInput, input->Data());
             }
         }
         if (HasItems(outputs_)) {
             const dom::Node container(dom::Append(target, element, kOutputs));
             for (const auto& output : outputs_->All()) {
                 const dom::Element node = dom::Append(target, container, output->PointName());
-                if (output->IsDisplayable()) {
+                if (output->Data().isDisplayable) {
                     dom::SetAttribute(node, kIsDisplayable, L"1");
                 }
-                dom::AppendText(target, dom::Node(node), kOutputType, output->CompatibleId());
-                dom::AppendText(target, dom::Node(node), kLogicalAddress, output->LogicalAddress());
+                AppendFields(target, dom::Node(node), kInteroperableOutput, output->Data());
             }
         }
         if (HasItems(attributes_)) {
             const dom::Node container(dom::Append(target, element, kAttributes));
             for (const auto& attribute : attributes_->All()) {
                 const dom::Node node(dom::Append(target, container, attribute->PointName()));
-                dom::AppendText(target, node, kValue, attribute->ValueText());
+                dom::AppendText(target, node, kValue, attribute->Data().value);
             }
         }
     });
@@ -257,22 +223,18 @@ STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {
         }
         load.GoOn();
         LoadStreamHeader(dom::Node(stream));
-        definitionName_ = kStreamDefinition;
+        data_.identity.definitionName = kStreamDefinition;
         load.LoadSections(stream);
     });
 }
 
 void CDBAppObject::LoadStreamHeader(const dom::Node& document) {
-    name_ = dom::RequiredText(document, kStreamName);
-    userName_ = name_;
-    devKey_ = dom::RequiredText(document, kStreamDevKey);
-    isLastOnDev_ = Val(dom::RequiredText(document, kStreamIsLast)) == 1.0;
-    tamObjectId_ = ToInt16(Val(dom::RequiredText(document, kStreamObjectId)));
-    if (const dom::Node cdb = dom::Select(document, kStreamCdb)) {
-        cdbDimension_ = ToInt32(Val(dom::TextOf(cdb)));
-    }
-    if (const dom::Node ddb = dom::Select(document, kStreamDdb)) {
-        ddbDimension_ = ToInt32(Val(dom::TextOf(ddb)));
+    for (const StreamField& field : kStreamHeader) {
+        const dom::Node node = dom::Select(document, field.path);
+        if (node || field.isRequired) {
+            com::CheckSet(node.Get());
+            field.take(data_, dom::TextOf(node));
+        }
     }
 }
 

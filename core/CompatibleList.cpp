@@ -1,12 +1,31 @@
 #include "core/CompatibleList.h"
 
 #include "core/FieldParser.h"
-#include "core/MakeRoom.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace tam {
+
+namespace {
+
+/// So many identifiers are compared one after the other.
+constexpr std::size_t kFew = 8;
+
+} // namespace
+
+CompatibleList::CompatibleList(const CompatibleList& other)
+    : ids_(other.ids_), known_(other.known_ ? std::make_unique<Known>(*other.known_) : nullptr) {}
+
+CompatibleList& CompatibleList::operator=(CompatibleList other) noexcept {
+    std::swap(ids_, other.ids_);
+    std::swap(known_, other.known_);
+    return *this;
+}
+
+bool CompatibleList::Exists(std::wstring_view id) const {
+    return known_ ? known_->contains(id) : std::ranges::find(ids_, id) != ids_.end();
+}
 
 void CompatibleList::Add(std::wstring_view text, const std::function<void()>& yield) {
     if (text.find(L',') == std::wstring_view::npos) {
@@ -39,13 +58,15 @@ std::wstring CompatibleList::GetList() const {
 }
 
 bool CompatibleList::Remove(std::wstring_view id) {
-    const auto known = known_.find(id);
-    if (known == known_.end()) {
+    if (!Exists(id)) {
         return false;
     }
-    // By the set's own text: the caller's may be the very one in the list.
-    ids_.erase(std::find(ids_.begin(), ids_.end(), *known));
-    known_.erase(known);
+    const auto found = std::ranges::find(ids_, id);
+    // By the list's own text: the caller's may be the very one that goes.
+    if (known_) {
+        known_->erase(*found);
+    }
+    ids_.erase(found);
     return true;
 }
 
@@ -56,7 +77,7 @@ bool CompatibleList::RemovePosition(std::size_t oneBased) {
 
 void CompatibleList::Clear() noexcept {
     ids_.clear();
-    known_.clear();
+    known_.reset();
 }
 
 const std::wstring* CompatibleList::At(std::size_t oneBased) const noexcept {
@@ -78,9 +99,22 @@ void CompatibleList::AddId(std::wstring_view id) {
         return;
     }
     std::wstring kept(id);
-    MakeRoom(ids_);
-    known_.emplace(id);
+    Prepare(id);
     ids_.push_back(std::move(kept));
+}
+
+void CompatibleList::Prepare(std::wstring_view id) {
+    if (ids_.size() == ids_.capacity()) {
+        // Lists of one are the usual ones.
+        ids_.reserve(ids_.empty() ? 1 : ids_.size() * 2);
+    }
+    if (known_) {
+        known_->emplace(id);
+    } else if (ids_.size() >= kFew) {
+        auto all = std::make_unique<Known>(ids_.begin(), ids_.end());
+        all->emplace(id);
+        known_ = std::move(all);
+    }
 }
 
 } // namespace tam

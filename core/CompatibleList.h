@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -15,6 +16,12 @@ namespace tam {
 /// collection, for "exists" means exactly that identifier.
 class CompatibleList {
   public:
+    CompatibleList() = default;
+    CompatibleList(const CompatibleList& other);
+    CompatibleList(CompatibleList&&) noexcept = default;
+    CompatibleList& operator=(CompatibleList other) noexcept;
+    ~CompatibleList() = default;
+
     /// Adds the identifiers of a comma-separated text up to the first empty
     /// one, leaving out those that are present; an empty text adds nothing.
     /// Calls yield before each field of a text with commas, so that a long
@@ -26,7 +33,7 @@ class CompatibleList {
     /// The identifiers with one comma between two.
     std::wstring GetList() const;
 
-    bool Exists(std::wstring_view id) const { return known_.find(id) != known_.end(); }
+    bool Exists(std::wstring_view id) const;
     /// False when there is none.
     bool Remove(std::wstring_view id);
     bool RemovePosition(std::size_t oneBased);
@@ -44,9 +51,16 @@ class CompatibleList {
         using is_transparent = void;
         std::size_t operator()(std::wstring_view id) const { return std::hash<std::wstring_view>()(id); }
     };
+    using Known = std::unordered_set<std::wstring, Hash, std::equal_to<>>;
+
+    /// Makes room for one more, so that adding it cannot fail behind that.
+    void Prepare(std::wstring_view id);
 
     std::vector<std::wstring> ids_;
-    std::unordered_set<std::wstring, Hash, std::equal_to<>> known_;
+    /// The identifiers once more, to be found at once. Null for the few that most
+    /// lists have: they are found as fast without it, and a module has thousands of
+    /// lists.
+    std::unique_ptr<Known> known_;
 };
 
 } // namespace tam

@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "core/RunTimeError.h"
+#include "core/Trimmed.h"
 #include "core/ValueText.h"
 
 #include <algorithm>
@@ -29,18 +30,12 @@ bool IsNumber(std::wstring_view text) {
     return std::any_of(text.begin(), text.end(), IsDigit);
 }
 
-std::wstring_view WithoutBlanksAround(std::wstring_view text) {
-    constexpr std::wstring_view kBlanks = L" \t\r\n";
-    const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::wstring_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
+// What a paste or a catalogue may have around a number.
+constexpr std::wstring_view kBlanks = L" \t\r\n";
 
 bool HasNegatives(const NumericEditorState::Setup& setup) {
-    const std::wstring_view min = WithoutBlanksAround(setup.min);
-    return min.empty() ? setup.genType != L"UnsignedNumeric" : min.front() == L'-';
+    const std::wstring_view min = Trimmed(setup.min, kBlanks);
+    return min.empty() ? setup.generalType != GeneralType::UnsignedNumeric : min.front() == L'-';
 }
 
 } // namespace
@@ -50,7 +45,7 @@ NumericEditorState::NumericEditorState(const Setup& setup)
     , readSingle_(setup.readSingle)
     , current_(Local(setup.value))
     , invalid_(Local(setup.invalidValue))
-    , isFloat_(setup.genType == L"Float")
+    , isFloat_(setup.generalType == GeneralType::Float)
     , takesMinus_(HasNegatives(setup)) {}
 
 KeyAnswer NumericEditorState::Key(wchar_t key, const EditText& edit) const {
@@ -69,7 +64,7 @@ KeyAnswer NumericEditorState::Key(wchar_t key, const EditText& edit) const {
 
 std::optional<std::wstring> NumericEditorState::Insertion(std::wstring_view pasted,
                                                           const EditText& edit) const {
-    const std::wstring_view number = WithoutBlanksAround(pasted);
+    const std::wstring_view number = Trimmed(pasted, kBlanks);
     if (number.empty() && !pasted.empty()) {
         return std::nullopt; // blanks alone would only take the selection away
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/EditText.h"
+#include "core/GeneralType.h"
 
 #include <optional>
 #include <string>
@@ -19,7 +20,7 @@ class NumericEditorState {
     struct Setup {
         /// The data point's value as it stands.
         std::wstring value;
-        std::wstring genType;
+        GeneralType generalType;
         /// The type's lower limit; empty for none.
         std::wstring min;
         /// The type's invalid value; empty for none.

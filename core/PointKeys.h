@@ -28,6 +28,19 @@ std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name);
 using KeyParts = std::array<std::wstring_view, 3>;
 KeyParts SubItemKeyParts(const SharedKey& ownerKey, std::wstring_view name) noexcept;
 
+/// What tells one point from another: its name, the keys of the collection that it
+/// stands in and its place there.
+struct PointIdentity {
+    std::wstring name;
+    SharedKey globalKey;
+    SharedKey extendedKey;
+    /// From 0. Moving points does not renumber them.
+    std::int32_t index = 0;
+
+    KeyParts GlobalKey() const noexcept { return SubItemKeyParts(globalKey, name); }
+    KeyParts ExtendedKey() const noexcept { return SubItemKeyParts(extendedKey, name); }
+};
+
 /// The number of an output as a point: 256 to each export index, from 16384
 /// on. "Overflow" past 32 bits.
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/GeneralType.h"
+
 #include <string>
 #include <string_view>
 
@@ -12,7 +14,7 @@ std::wstring WithUnit(const std::wstring& number, const std::wstring& unit);
 /// What the display of a value depends on.
 struct ValueToShow {
     std::wstring value;
-    std::wstring_view generalType;
+    GeneralType generalType;
     std::wstring unit;
     std::wstring_view enumDescription;
     std::wstring_view decimalSeparator;

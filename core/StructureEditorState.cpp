@@ -7,21 +7,22 @@
 
 namespace tam {
 
-EditorKind EditorFor(std::wstring_view generalType) noexcept {
-    if (generalType == L"SignedNumeric" || generalType == L"UnsignedNumeric" || generalType == L"Float") {
+EditorKind EditorFor(GeneralType type) noexcept {
+    switch (type) {
+    case GeneralType::SignedNumeric:
+    case GeneralType::UnsignedNumeric:
+    case GeneralType::Float:
         return EditorKind::Numeric;
-    }
-    if (generalType == L"Textual") {
+    case GeneralType::Textual:
         return EditorKind::Text;
-    }
-    if (generalType == L"Enum") {
+    case GeneralType::Enum:
         return EditorKind::Enumeration;
-    }
-    if (generalType == L"Struct") {
+    case GeneralType::Struct:
         return EditorKind::Structure;
-    }
-    if (generalType == L"Bitfield") {
+    case GeneralType::Bitfield:
         return EditorKind::BitField;
+    case GeneralType::Other:
+        break;
     }
     return EditorKind::None;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <string_view>
+#include "core/GeneralType.h"
+
 #include <vector>
 
 namespace tam {
@@ -8,8 +9,8 @@ namespace tam {
 /// The forms that edit a value.
 enum class EditorKind { None, Numeric, Text, Enumeration, Structure, BitField };
 
-/// The editor that fits a general type; the comparison is exact.
-EditorKind EditorFor(std::wstring_view generalType) noexcept;
+/// The editor that fits a general type.
+EditorKind EditorFor(GeneralType type) noexcept;
 
 /// The widths of a list's columns in the room that there is. Each has the width
 /// that it wants while they all fit, and the last one what is left over; where

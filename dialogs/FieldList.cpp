@@ -129,7 +129,9 @@ std::wstring ShownTextOf(const DataPoint& field, const std::wstring& value, cons
     const std::wstring unit = TypeTextOf(field, &DataPointType::Units);
     const std::wstring entries = TypeTextOf(field, &DataPointType::EnumDesc);
     shown = value;
-    com::Attempt([&] { shown = ShownValue({value, genType, unit, entries, State().DecimalSeparator}); });
+    com::Attempt([&] {
+        shown = ShownValue({value, GeneralTypeOf(genType), unit, entries, State().DecimalSeparator});
+    });
     return shown;
 }
 

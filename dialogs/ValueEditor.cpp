@@ -9,8 +9,8 @@
 
 namespace tam {
 
-std::unique_ptr<ValueEditor> MakeValueEditor(std::wstring_view generalType) {
-    switch (EditorFor(generalType)) {
+std::unique_ptr<ValueEditor> MakeValueEditor(GeneralType type) {
+    switch (EditorFor(type)) {
     case EditorKind::Numeric:
         return std::make_unique<frmCPModif1>();
     case EditorKind::Text:

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "core/GeneralType.h"
+
 #include <OrvDBFaces.h>
 
 #include <memory>
-#include <string_view>
 
 namespace tam {
 
@@ -22,7 +23,7 @@ class ValueEditor {
     virtual void ShowModal() = 0;
 };
 
-/// The form that fits a type's general type; none for any other text.
-std::unique_ptr<ValueEditor> MakeValueEditor(std::wstring_view generalType);
+/// The form that fits a general type; none for any other.
+std::unique_ptr<ValueEditor> MakeValueEditor(GeneralType type);
 
 } // namespace tam

@@ -21,8 +21,8 @@ void frmCPModif1::ReadDataPoint() {
     InitDecimalSeparator();
     held_ = Point().Value();
     const DataPointType type = Point().Type();
-    state_.emplace(NumericEditorState::Setup{held_, type.GenType(), type.Min(), type.InvalidValue(),
-                                             State().DecimalSeparator, &com::SingleOf});
+    state_.emplace(NumericEditorState::Setup{held_, GeneralTypeOf(type.GenType()), type.Min(),
+                                             type.InvalidValue(), State().DecimalSeparator, &com::SingleOf});
 }
 
 void frmCPModif1::OnInit() {

@@ -188,7 +188,7 @@ void frmCPModif4::EditRow(int row) {
 
 void frmCPModif4::OpenEditor(const FieldRow& row) {
     const DataPoint field = FetchField(Point(), row.place);
-    const auto editor = MakeValueEditor(row.genType);
+    const auto editor = MakeValueEditor(GeneralTypeOf(row.genType));
     if (!editor) {
         ShowBox(kNoEditorText, kNoEditorCaption, MB_ICONEXCLAMATION);
         return;
@@ -213,7 +213,7 @@ void frmCPModif4::OkStep() {
     RunOkStep(L"error calculating CP value", [&] {
         for (const FieldRow& row : rows_) {
             // A structure's own editor has written it, or has told that it cannot be.
-            if (row.value != row.openingValue && row.genType != L"Struct") {
+            if (row.value != row.openingValue && GeneralTypeOf(row.genType) != GeneralType::Struct) {
                 FetchField(Point(), row.place).SetValue(row.value);
             }
         }

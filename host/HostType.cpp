@@ -1,6 +1,7 @@
 #include "host/HostType.h"
 
 #include "core/Case.h"
+#include "core/GeneralType.h"
 #include "core/Numbers.h"
 #include "host/TypeTable.h"
 
@@ -11,12 +12,10 @@ namespace orv {
 namespace {
 
 namespace dom = tam::dom;
+using tam::GeneralType;
+using tam::GeneralTypeOf;
 
 constexpr std::wstring_view kEntryPrefix = L"SNVT_";
-
-// General types.
-constexpr std::wstring_view kEnum = L"Enum";
-constexpr std::wstring_view kStruct = L"Struct";
 
 long NumberIn(const std::wstring& text) {
     return tam::ToInt32(tam::Val(text));
@@ -89,27 +88,21 @@ TypeDescription DescribeType(std::wstring_view id, const dom::Document& catalogu
 
 HRESULT HostType::get_LUIType(BSTR* value) {
     return Get(value, [&]() -> std::wstring_view {
-        const std::wstring& general = type_.generalType;
-        if (general == kEnum) {
-            return L"Logic";
-        }
-        if (general == kStruct) {
-            return L"Invalid";
-        }
-        if (general == L"Float" || general == L"Textual" || general.empty()) {
-            return general;
-        }
-        return L"Numeric";
+        const GeneralType general = GeneralTypeOf(type_.generalType);
+        const bool isUnknown = general == GeneralType::Other && !type_.generalType.empty();
+        return isUnknown ? L"Numeric" : tam::LuiTypeOf(general);
     });
 }
 
 HRESULT HostType::get_HasField(VARIANT_BOOL* value) {
-    return Get(value, [&] { return type_.generalType == kStruct; });
+    return Get(value, [&] { return GeneralTypeOf(type_.generalType) == GeneralType::Struct; });
 }
 
 HRESULT HostType::get_IsEnumType(VARIANT_BOOL* value) {
     // A count that was given names for its values is an enumeration too.
-    return Get(value, [&] { return type_.generalType == kEnum || !type_.enumDesc.empty(); });
+    return Get(value, [&] {
+        return GeneralTypeOf(type_.generalType) == GeneralType::Enum || !type_.enumDesc.empty();
+    });
 }
 
 } // namespace orv

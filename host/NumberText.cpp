@@ -1,5 +1,7 @@
 #include "host/NumberText.h"
 
+#include "core/Trimmed.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -16,16 +18,11 @@ constexpr std::size_t kGroupSize = 3;
 constexpr double kLeastPlain = 1E-5;
 constexpr double kMostPlain = 1E15;
 
-std::wstring_view Trimmed(std::wstring_view text) {
-    const std::size_t first = text.find_first_not_of(L" \t");
-    const std::size_t last = text.find_last_not_of(L" \t");
-    return first == std::wstring_view::npos ? std::wstring_view() : text.substr(first, last - first + 1);
-}
-
 /// Takes a number text apart and writes it down in the form of `from_chars`.
 class Scanner {
   public:
-    Scanner(std::wstring_view text, const NumberMarks& marks) : rest_(Trimmed(text)), marks_(marks) {}
+    Scanner(std::wstring_view text, const NumberMarks& marks)
+        : rest_(tam::Trimmed(text, L" \t")), marks_(marks) {}
 
     std::optional<std::string> Scan() {
         Sign(false);

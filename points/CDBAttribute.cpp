@@ -1,12 +1,13 @@
 #include "points/CDBAttribute.h"
 
 #include "common/ComponentState.h"
+#include "common/DocumentFields.h"
 #include "common/mSNVTDataConversion.h"
 #include "common/Report.h"
 #include "core/Case.h"
 #include "core/EnumDescription.h"
 #include "core/RunTimeError.h"
-#include "points/MacroConnections.h"
+#include "core/Trimmed.h"
 #include "points/UnitConversion.h"
 
 namespace tam {
@@ -15,22 +16,10 @@ namespace {
 
 constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBAttribute";
 
-// Keywords of the definition element, compared in upper case.
-constexpr const wchar_t* kDescription = L"DESCRIPTION";
-constexpr const wchar_t* kVisible = L"VISIBLE";
+/// The definition's type, in capitals as names are compared.
 constexpr const wchar_t* kSnvtType = L"SNVTTYPE";
-constexpr const wchar_t* kLogicalAddress = L"LOGICALADDRESS";
-constexpr const wchar_t* kIsPermanent = L"ISPERMANENT";
-constexpr const wchar_t* kValue = L"VALUE";
-
-// The saved element.
+/// The same in the saved element.
 constexpr const wchar_t* kSavedType = L"SNVT_TYPE";
-
-std::wstring TrimBlanks(const std::wstring& text) {
-    const auto first = text.find_first_not_of(L' ');
-    return first == std::wstring::npos ? std::wstring()
-                                       : text.substr(first, text.find_last_not_of(L' ') - first + 1);
-}
 
 } // namespace
 
@@ -43,28 +32,21 @@ void CDBAttribute::SetSNVTName(const std::wstring& name) {
     }
 }
 
-void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
+void CDBAttribute::ReadDefinition(const dom::Node& element) noexcept {
     using com::Attempt;
+    std::wstring typeName;
     // A type that was read whole needs no second reading: no message of the
     // host comes in between that could change the catalogue.
     bool isTypeRead = false;
     const auto readChild = [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));
-        if (keyword == kDescription) {
-            description_ = dom::FirstChildText(child);
-        } else if (keyword == kVisible) {
-            visible_ = true;
-        } else if (keyword == kSnvtType) {
+        if (keyword == kSnvtType) {
             isTypeRead = false;
-            Attempt([&] { typeName_ = dom::FirstChildText(child); });
+            Attempt([&] { typeName = dom::FirstChildText(child); });
             type_ = CSNVTType::Make();
-            isTypeRead = type_->SetId(typeName_);
-        } else if (keyword == kLogicalAddress) {
-            logicalAddress_ = dom::FirstChildText(child);
-        } else if (keyword == kIsPermanent) {
-            isPermanent_ = dom::FirstChildText(child);
-        } else if (keyword == kValue) {
-            value_ = dom::FirstChildText(child);
+            isTypeRead = type_->SetId(typeName);
+        } else {
+            TakeNode(kAttributeDefinition, keyword, data_, child, &dom::FirstChildText);
         }
     };
     Attempt([&] {
@@ -75,20 +57,20 @@ void CDBAttribute::LoadDefinition(const dom::Node& element) noexcept {
         return;
     }
     if (!isTypeRead) {
-        type_->SetId(typeName_);
+        type_->SetId(typeName);
     }
     Attempt([&] {
-        if (type_->IsNumeric()) {
+        if (IsNumeric(type_->General())) {
             const auto text = OwnerOf(Owner()).OwnerDefaultValue(dom::BaseName(element));
             if (text) {
-                defaultValue_ = UnlocalizeValue(*text);
+                data_.defaultValue = UnlocalizeValue(*text);
             }
         }
     });
 }
 
 void CDBAttribute::CreateEditor() {
-    editor_ = MakeValueEditor(RequiredType().GenType());
+    editor_ = MakeValueEditor(RequiredType().General());
 }
 
 CSNVTType& CDBAttribute::RequiredType() const {
@@ -98,28 +80,26 @@ CSNVTType& CDBAttribute::RequiredType() const {
 
 std::wstring CDBAttribute::DispValue() const {
     const CSNVTType& type = RequiredType();
-    if (type.GenType() == L"Bitfield") {
-        return TrimBlanks(value_);
+    const GeneralType general = type.General();
+    if (general == GeneralType::Bitfield) {
+        return std::wstring(Trimmed(data_.value));
     }
-    if (type.GenType() == L"Enum") {
-        return EnumLabel(LocalizeValue(value_), type.EnumDesc());
+    if (general == GeneralType::Enum) {
+        return EnumLabel(LocalizeValue(data_.value), type.Data().enumDescription);
     }
-    if (type.IsNumeric()) {
-        return NumericDispValue();
-    }
-    return LocalizeValue(value_);
+    return IsNumeric(general) ? NumericDispValue() : LocalizeValue(data_.value);
 }
 
 std::wstring CDBAttribute::NumericDispValue() const {
     const auto converter = OwnerOf(Owner()).OwnerUnitsManager();
     com::CheckSet(converter.Get());
     const std::wstring unit = RequiredType().Id(); // the converter may let another type be loaded
-    const std::wstring converted = ConvertedValue(*converter.Get(), LocalizeValue(value_), unit);
+    const std::wstring converted = ConvertedValue(*converter.Get(), LocalizeValue(data_.value), unit);
     return converted + L" " + UnitLabel(*converter.Get(), unit);
 }
 
 STDMETHODIMP CDBAttribute::put_Value(BSTR value) {
-    return Do([&] { value_ = com::View(value); });
+    return Do([&] { data_.value = com::View(value); });
 }
 
 STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
@@ -139,7 +119,7 @@ STDMETHODIMP CDBAttribute::XmlLoad(IDispatch* element) {
 
 STDMETHODIMP CDBAttribute::XMLSave(IDispatch* parentNode, IDispatch* document) {
     Trap(kReportClass, L"Sub XMLSave",
-         [&] { dom::Append(dom::DocumentOf(document), dom::NodeOf(parentNode), name_); });
+         [&] { dom::Append(dom::DocumentOf(document), dom::NodeOf(parentNode), PointName()); });
     return S_OK;
 }
 
@@ -149,10 +129,6 @@ STDMETHODIMP CDBAttribute::pConvertEnum(BSTR value, BSTR description, BSTR* labe
 
 STDMETHODIMP CDBAttribute::get_UnitsManager(IDispatch** value) {
     return Get(value, [&] { return OwnerOf(Owner()).OwnerUnitsManager(); });
-}
-
-STDMETHODIMP CDBAttribute::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(Owner()); });
 }
 
 STDMETHODIMP CDBAttribute::SetValue() {
@@ -165,19 +141,6 @@ STDMETHODIMP CDBAttribute::SetValue() {
 
 STDMETHODIMP CDBAttribute::get_DispValue(BSTR* value) {
     return Get(value, [&] { return DispValue(); });
-}
-
-STDMETHODIMP CDBAttribute::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
-}
-
-STDMETHODIMP CDBAttribute::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
-}
-
-STDMETHODIMP CDBAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
-    const auto kept = This<_CDBAttribute>(); // the host that is asked may drop the last reference
-    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
 }
 
 } // namespace tam

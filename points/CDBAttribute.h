@@ -1,10 +1,9 @@
 #pragma once
 
 #include "com/Dom.h"
-#include "com/Owned.h"
-#include "core/PointKeys.h"
+#include "core/PointData.h"
 #include "dialogs/ValueEditor.h"
-#include "points/PointOwner.h"
+#include "points/Point.h"
 #include "types/CSNVTType.h"
 
 #include <O_Tam_id.h>
@@ -19,20 +18,16 @@ namespace tam {
 /// One configuration property: a named value with a type, shown as text and
 /// changed through the editor that fits the type. To the host it is a plain,
 /// always visible, unit-independent property; most answers are fixed.
-class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner, _CDBAttribute, IAttribute,
-                                                       IMutableTypeAttribute> {
+class CDBAttribute final
+    : public Point<CDBAttribute, com::Face<CDBAttribute, _CDBAttribute>, com::Face<CDBAttribute, IAttribute>,
+                   com::Face<CDBAttribute, IMutableTypeAttribute>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
 
+    explicit CDBAttribute(std::wstring name) : Point(std::move(name)) {}
+
     // The component's own side.
-    void SetGlobalKeyUnder(SharedKey ownerKey) noexcept { globalKey_ = std::move(ownerKey); }
-    void SetExtendedKeyUnder(SharedKey ownerKey) noexcept { extendedKey_ = std::move(ownerKey); }
-    void SetParent(OwnerRef owner) noexcept { SetOwner(owner); }
-    void SetAttributeName(std::wstring name) noexcept { name_ = std::move(name); }
-    const std::wstring& PointName() const noexcept { return name_; }
-    const std::wstring& LogicalAddress() const noexcept { return logicalAddress_; }
-    const std::wstring& IsPermanent() const noexcept { return isPermanent_; }
-    const std::wstring& ValueText() const noexcept { return value_; }
+    const AttributeData& Data() const noexcept { return data_; }
     /// Identifier of the loaded type; empty without one.
     std::wstring SNVTName() const { return type_ ? type_->Id() : std::wstring(); }
     /// Makes the type object if there is none; then loads the type, unless the name is "".
@@ -40,7 +35,7 @@ class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner,
     const com::Ref<CSNVTType>& Type() const noexcept { return type_; }
     /// Reads the definition element. A step that fails is passed over and
     /// leaves its field as it was.
-    void LoadDefinition(const dom::Node& element) noexcept;
+    void ReadDefinition(const dom::Node& element) noexcept;
     /// Chooses the editor by the general type. "Object not set" without a type.
     void CreateEditor();
 
@@ -53,19 +48,16 @@ class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner,
     STDMETHODIMP get_UnitsManager(IDispatch** value) override;
 
     // IAttribute
-    STDMETHODIMP get_Parent(IAppObject** value) override;
     STDMETHODIMP get_Visible(VARIANT_BOOL* value) override { return Answer(value, true); }
     STDMETHODIMP SetValue() override;
     STDMETHODIMP get_IsUnit(VARIANT_BOOL* value) override { return Answer(value, false); }
     STDMETHODIMP get_Description(BSTR* value) override { return Answer(value, std::wstring()); }
-    STDMETHODIMP get_Value(BSTR* value) override { return Answer(value, value_); }
+    STDMETHODIMP get_Value(BSTR* value) override { return Answer(value, data_.value); }
     STDMETHODIMP get_DispValue(BSTR* value) override;
     STDMETHODIMP get_DispMin(BSTR* value) override { return Answer(value, std::wstring()); }
     STDMETHODIMP get_DispMax(BSTR* value) override { return Answer(value, std::wstring()); }
     STDMETHODIMP get_DispDefault(BSTR* value) override { return Answer(value, std::wstring()); }
-    STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, name_); }
     STDMETHODIMP get_NodeType(long* value) override { return Answer(value, 9L); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) override;
     STDMETHODIMP get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
     STDMETHODIMP BackToDefault() override { return S_OK; }
     STDMETHODIMP get_DefaultValue(BSTR* value) override { return Answer(value, std::wstring()); }
@@ -83,8 +75,6 @@ class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner,
     STDMETHODIMP get_IsType(VARIANT_BOOL* value) override { return Answer(value, false); }
     STDMETHODIMP get_Min(BSTR* value) override { return Answer(value, std::wstring()); }
     STDMETHODIMP get_Max(BSTR* value) override { return Answer(value, std::wstring()); }
-    STDMETHODIMP get_ExtendedKey(BSTR* value) override;
-    STDMETHODIMP get_IsMacroConnected(VARIANT_BOOL* value) override;
 
     // IMutableTypeAttribute: the type never changes after loading.
     STDMETHODIMP SetType(ISNVType*) override { return S_OK; }
@@ -94,18 +84,9 @@ class CDBAttribute final : public com::OwnedDualObject<CDBAttribute, PointOwner,
     std::wstring DispValue() const;
     std::wstring NumericDispValue() const;
 
-    bool visible_ = false;
-    std::wstring typeName_;
-    std::wstring name_;
-    std::wstring value_;
-    std::wstring defaultValue_;
-    SharedKey globalKey_;
-    std::wstring description_;
-    std::wstring logicalAddress_;
-    SharedKey extendedKey_;
     std::unique_ptr<ValueEditor> editor_;
     com::Ref<CSNVTType> type_;
-    std::wstring isPermanent_ = L"1";
+    AttributeData data_;
 };
 
 } // namespace tam

@@ -7,10 +7,9 @@ namespace tam {
 
 com::Ref<CDBAttribute> CDBAttributes::AddItem(const std::wstring& name, const dom::Node& definition,
                                               const OwnerRef& owner, const std::function<void()>& mayAdd) {
-    auto attribute = CDBAttribute::Make();
-    attribute->SetParent(owner);
-    attribute->SetAttributeName(name);
-    attribute->LoadDefinition(definition);
+    auto attribute = CDBAttribute::Make(name);
+    attribute->SetOwner(owner);
+    attribute->ReadDefinition(definition);
     mayAdd();
     items_.Add(name, attribute);
     // Without a type this fails, and the attribute stays where it is.

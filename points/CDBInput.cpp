@@ -1,8 +1,8 @@
 #include "points/CDBInput.h"
 
+#include "common/DocumentFields.h"
 #include "common/Report.h"
 #include "core/Case.h"
-#include "points/MacroConnections.h"
 #include "points/PointWarnings.h"
 
 namespace tam {
@@ -11,42 +11,23 @@ namespace {
 
 constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBInput";
 
-// Keywords of the definition element, compared in upper case.
-constexpr const wchar_t* kMandatory = L"MANDATORY";
-constexpr const wchar_t* kVisible = L"VISIBLE";
-constexpr const wchar_t* kLogicalAddress = L"LOGICALADDRESS";
-constexpr const wchar_t* kIsPermanent = L"ISPERMANENT";
+/// The definition's list of compatible types, in capitals as names are compared.
 constexpr const wchar_t* kCompatibilityList = L"SNVTCOMPATIBILITYLIST";
-constexpr const wchar_t* kProtocolReference = L"PROTOCOLREFERENCE";
-constexpr const wchar_t* kSnvtType = L"SNVTTYPE";
-
-// The saved element.
+/// The same in the saved element.
 constexpr const wchar_t* kSavedList = L"SNVT_List";
-constexpr const wchar_t* kSavedType = L"SNVT_TYPE";
 
 } // namespace
 
 void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& ownerName) {
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));
-        const std::wstring text = dom::FirstChildTextOrEmpty(child);
-        if (keyword == kMandatory) {
-            mandatory_ = false; // the element's presence clears the flag
-        } else if (keyword == kVisible) {
-            visible_ = true;
-        } else if (keyword == kLogicalAddress) {
-            logicalAddress_ = text;
-        } else if (keyword == kIsPermanent) {
-            permanent_ = text == L"1"; // a blank beside it makes it another text
-        } else if (keyword == kCompatibilityList) {
-            compatible_->AddList(text);
+        if (keyword == kCompatibilityList) {
+            compatible_->AddList(dom::FirstChildTextOrEmpty(child));
             if (compatible_->GetList().empty()) {
-                WarnNoCompatibilityList(name_, ownerName);
+                WarnNoCompatibilityList(PointName(), ownerName);
             }
-        } else if (keyword == kProtocolReference) {
-            protocolReference_ = text;
-        } else if (keyword == kSnvtType) {
-            snvtType_ = text;
+        } else {
+            TakeNode(kInputDefinition, keyword, data_, child, &dom::FirstChildTextOrEmpty);
         }
     });
 }
@@ -54,7 +35,7 @@ void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& owne
 STDMETHODIMP CDBInput::XMLSave(IDispatch* document, IDispatch* parentNode) {
     Trap(kReportClass, L"Sub XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
-        const dom::Element element = dom::Append(target, dom::NodeOf(parentNode), name_);
+        const dom::Element element = dom::Append(target, dom::NodeOf(parentNode), PointName());
         dom::AppendText(target, dom::Node(element), kSavedList, compatible_->GetList());
     });
     return S_OK;
@@ -63,9 +44,7 @@ STDMETHODIMP CDBInput::XMLSave(IDispatch* document, IDispatch* parentNode) {
 STDMETHODIMP CDBInput::XmlLoad(IDispatch* element) {
     Trap(kReportClass, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
-            if (UpperCase(dom::BaseName(child)) == kSavedType) {
-                snvtType_ = dom::TextOf(child);
-            }
+            TakeNode(kSavedInput, UpperCase(dom::BaseName(child)), data_, child, &dom::TextOf);
         });
     });
     return S_OK;
@@ -76,28 +55,11 @@ STDMETHODIMP CDBInput::get_ConnectedType(ISNVType** value) {
 }
 
 STDMETHODIMP CDBInput::put_Value(BSTR value) {
-    return Do([&] { value_ = com::View(value); });
-}
-
-STDMETHODIMP CDBInput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(Owner()); });
-}
-
-STDMETHODIMP CDBInput::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
-}
-
-STDMETHODIMP CDBInput::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
-}
-
-STDMETHODIMP CDBInput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    const auto kept = This<_CDBInput>(); // the host that is asked may drop the last reference
-    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
+    return Do([&] { data_.linkReference = com::View(value); });
 }
 
 STDMETHODIMP CDBInput::put_IsConnected(VARIANT_BOOL value) {
-    connected_ = value != VARIANT_FALSE;
+    data_.isConnected = value != VARIANT_FALSE;
     return S_OK;
 }
 

@@ -1,13 +1,14 @@
 #include "points/CDBOutput.h"
 
 #include "com/Required.h"
+#include "common/DocumentFields.h"
 #include "common/Report.h"
 #include "core/Case.h"
 #include "core/ValueText.h"
-#include "points/MacroConnections.h"
 #include "points/PointWarnings.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace tam {
 
@@ -15,21 +16,8 @@ namespace {
 
 constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBOutput";
 
-// Keywords of the definition element, compared in upper case.
-constexpr const wchar_t* kTypeDependent = L"TYPEDEPENDENT";
-constexpr const wchar_t* kVisible = L"VISIBLE";
+/// The definition's type, in capitals as names are compared.
 constexpr const wchar_t* kSnvtType = L"SNVTTYPE";
-constexpr const wchar_t* kLogicalAddress = L"LOGICALADDRESS";
-constexpr const wchar_t* kMapAsObject = L"ISMAPASOO";
-constexpr const wchar_t* kObjectOffset = L"OBJOFFSET";
-constexpr const wchar_t* kAbsoluteObjectIndex = L"ABSOLUTEOBJECTINDEX";
-constexpr const wchar_t* kWritable = L"ISWRITABLE";
-
-// The saved element; read in any letter case.
-constexpr const wchar_t* kSavedType = L"SNVT_Type";
-constexpr const wchar_t* kSavedConnected = L"IsConnected";
-constexpr const wchar_t* kSavedDisplayable = L"IsDisplayable";
-constexpr const wchar_t* kSavedExportIndex = L"ExportIndex";
 
 constexpr std::int16_t kReferenceDigits = 4;
 
@@ -43,47 +31,36 @@ void CDBOutput::SetSnvtType(const std::wstring& id) {
 }
 
 void CDBOutput::ReadDefinition(const dom::Node& element, const std::wstring& ownerName) {
-    typeDependent_ = false;
-    displayWritable_ = false;
-    dom::ForEachAttribute(element, [&](const std::wstring& name, const std::wstring&) {
-        if (UpperCase(name) == kTypeDependent) {
-            typeDependent_ = true;
-        }
+    dom::ForEachAttribute(element, [&](const std::wstring& name, const std::wstring& text) {
+        const std::function<std::wstring()> given = [&] { return text; };
+        TakeElement(kOutputDefinitionAttributes, UpperCase(name), data_, {given, kUserRules});
     });
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));
-        const std::wstring text = dom::TextOf(child);
-        if (keyword == kVisible) {
-            visible_ = true;
-        } else if (keyword == kSnvtType) {
-            if (text.empty()) {
-                WarnNoCompatibilityList(name_, ownerName);
-            }
-            compatible_ = CCompatibleSNVT::Make(text);
-            type_.Reset();
-            SetSnvtType(text);
-        } else if (keyword == kLogicalAddress) {
-            logicalAddress_ = text;
-        } else if (keyword == kMapAsObject) {
-            mapAsObject_ = text;
-        } else if (keyword == kObjectOffset) {
-            objectOffset_ = text;
-        } else if (keyword == kAbsoluteObjectIndex) {
-            absoluteObjectIndex_ = text;
-        } else if (keyword == kWritable) {
-            writable_ = text;
+        if (keyword == kSnvtType) {
+            ReadType(dom::TextOf(child), ownerName);
+        } else {
+            TakeNode(kOutputDefinition, keyword, data_, child, &dom::TextOf);
         }
     });
+}
+
+void CDBOutput::ReadType(const std::wstring& id, const std::wstring& ownerName) {
+    if (id.empty()) {
+        WarnNoCompatibilityList(PointName(), ownerName);
+    }
+    data_.snvtType = id;
+    data_.hasType = true;
+    compatible_.Reset();
+    type_.Reset();
+    SetSnvtType(id);
 }
 
 STDMETHODIMP CDBOutput::XMLSave(IDispatch* document, IDispatch* parentNode) {
     Trap(kReportClass, L"Sub XMLSave", [&] {
         const dom::Document target = dom::DocumentOf(document);
-        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), name_));
-        dom::AppendText(target, element, kSavedType, CompatibleId());
-        dom::AppendText(target, element, kSavedConnected, com::TextOf(connected_));
-        dom::AppendText(target, element, kSavedDisplayable, com::TextOf(displayable_));
-        dom::AppendText(target, element, kSavedExportIndex, exportIndex_);
+        const dom::Node element(dom::Append(target, dom::NodeOf(parentNode), PointName()));
+        AppendFields(target, element, kOutputToSave, data_);
     });
     return S_OK;
 }
@@ -91,43 +68,28 @@ STDMETHODIMP CDBOutput::XMLSave(IDispatch* document, IDispatch* parentNode) {
 STDMETHODIMP CDBOutput::XmlLoad(IDispatch* element) {
     Trap(kReportClass, L"Sub XmlLoad", [&] {
         dom::ForEachChildButComments(dom::NodeOf(element), [&](const dom::Node& child) {
-            const std::wstring keyword = dom::BaseName(child);
-            if (EqualIgnoringCase(keyword, kSavedConnected)) {
-                connected_ = com::BoolOf(dom::TextOf(child));
-            } else if (EqualIgnoringCase(keyword, kSavedDisplayable)) {
-                displayable_ = com::BoolOf(dom::TextOf(child));
-            } else if (EqualIgnoringCase(keyword, kSavedExportIndex)) {
-                exportIndex_ = dom::TextOf(child);
-            }
+            TakeNode(kSavedOutput, UpperCase(dom::BaseName(child)), data_, child, &dom::TextOf);
         });
     });
     return S_OK;
 }
 
-STDMETHODIMP CDBOutput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentOf(Owner()); });
-}
-
-STDMETHODIMP CDBOutput::get_GlobalKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(globalKey_, name_)); });
-}
-
-STDMETHODIMP CDBOutput::get_ExtendedKey(BSTR* value) {
-    return Get(value, [&] { return com::Bstr(SubItemKeyParts(extendedKey_, name_)); });
-}
-
-STDMETHODIMP CDBOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    const auto kept = This<_CDBOutput>(); // the host that is asked may drop the last reference
-    return Get(value, [&] { return IsInMacroConnection(Owner(), globalKey_, name_); });
+STDMETHODIMP CDBOutput::get_SNVTCompatible(ICompatibleSNVT** value) {
+    return Get(value, [&] {
+        if (!compatible_ && data_.hasType) {
+            compatible_ = CCompatibleSNVT::Make(data_.snvtType);
+        }
+        return compatible_;
+    });
 }
 
 STDMETHODIMP CDBOutput::put_IsDisplayable(VARIANT_BOOL value) {
-    displayable_ = value != VARIANT_FALSE;
+    data_.isDisplayable = value != VARIANT_FALSE;
     return S_OK;
 }
 
 STDMETHODIMP CDBOutput::put_IsConnected(VARIANT_BOOL value) {
-    connected_ = value != VARIANT_FALSE;
+    data_.isConnected = value != VARIANT_FALSE;
     return S_OK;
 }
 
@@ -136,7 +98,7 @@ STDMETHODIMP CDBOutput::putref_ConnectedType(IDispatch* value) {
         const auto type = Required<ISNVType>(value);
         com::Bstr id;
         com::Call(type, &ISNVType::get_ID, id.Put());
-        connectedTypeId_ = id.View();
+        data_.connectedType = id.View();
     });
 }
 
@@ -146,7 +108,7 @@ STDMETHODIMP CDBOutput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* valu
 
 STDMETHODIMP CDBOutput::get_Reference(BSTR* value) {
     return Get(value, [&] {
-        std::int32_t reference = PointReference(OwnerOf(Owner()).OwnerExportIndex(), index_);
+        std::int32_t reference = PointReference(OwnerOf(Owner()).OwnerExportIndex(), Index());
         return ToFixedHex(reference, kReferenceDigits);
     });
 }

@@ -3,6 +3,8 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 
+#include <string>
+
 namespace tam {
 
 namespace {
@@ -41,7 +43,7 @@ bool GroupHasKey(IMacroConnectionGroups& groups, long position, const std::wstri
 
 } // namespace
 
-bool IsInMacroConnection(const OwnerRef& owner, const SharedKey& sideKey, const std::wstring& name) noexcept {
+bool IsInMacroConnection(const OwnerRef& owner, const PointIdentity& point) noexcept {
     bool connected = false;
     Attempt([&] {
         const auto connections = OwnerOf(owner).HostParent().As<IMacroConnections>();
@@ -53,7 +55,7 @@ bool IsInMacroConnection(const OwnerRef& owner, const SharedKey& sideKey, const 
         com::CheckSet(groups.Get());
         long count = 0;
         Call(groups, &IMacroConnectionGroups::get_Count, &count);
-        const std::wstring key = SubItemKey(sideKey, name);
+        const std::wstring key = SubItemKey(point.globalKey, point.name);
         for (long i = 1; i <= count && !connected; ++i) {
             Attempt([&] { connected = GroupHasKey(*groups.Get(), i, key); });
         }

@@ -1,12 +1,14 @@
 #include "types/CSNVTType.h"
 
 #include "common/ComponentState.h"
+#include "common/DocumentFields.h"
 #include "common/mSNVTDataConversion.h"
 #include "common/Report.h"
 #include "core/Case.h"
-#include "core/Numbers.h"
+#include "core/Trimmed.h"
 
 #include <cstddef>
+#include <functional>
 #include <string_view>
 
 namespace tam {
@@ -15,12 +17,14 @@ namespace {
 
 constexpr std::wstring_view kEntryPrefix = L"SNVT_";
 
-std::wstring_view TrimBlanks(std::wstring_view text) {
-    const auto first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(L' ') - first + 1);
+// Children of an entry that are not read by a table.
+constexpr std::wstring_view kType = L"TYPE";
+constexpr std::wstring_view kMin = L"MIN";
+constexpr std::wstring_view kMax = L"MAX";
+
+TypePool& Pool() {
+    static TypePool pool;
+    return pool;
 }
 
 /// Stores a limit in local form. False when a report said that it could not,
@@ -67,142 +71,141 @@ bool ReadOrShow(const wchar_t* procedure, F&& read) {
     return !failure;
 }
 
-} // namespace
-
-bool CSNVTType::SetId(const std::wstring& id) noexcept {
-    bool isClean = true;
-    const auto failure = com::Attempt([&] {
-        if (TrimBlanks(id).empty()) {
-            genType_ = L"Enum";
-            return;
-        }
-        isClean = ReadEntry(id);
-    });
-    if (failure) {
-        com::Attempt([&] { Report(*failure, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'"); });
-    }
-    return isClean && !failure;
+/// Lets the row of a child's name take it. False when there is none.
+template <std::size_t N>
+bool TakeChild(const ReadField<TypeData> (&table)[N], const std::wstring& keyword,
+               const CatalogueFields& fields, std::size_t field, TypeData& data) {
+    const std::function<std::wstring()> text = [&] { return fields.Text(field); };
+    return TakeElement(table, keyword, data, {text, kUserRules});
 }
 
-bool CSNVTType::ReadEntry(const std::wstring& id) {
-    const dom::Node entry = FindEntry(id);
-    if (!entry) {
-        ShowBox(L"Can't find the node related to SNVT ID " + id, L"O_Tam_id-CSNVTType::ID [Property Let]",
-                MB_ICONSTOP);
-        return false;
-    }
-    dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& text) {
-        const std::wstring keyword = UpperCase(name);
-        if (keyword == L"FACTOR") {
-            factor_ = ToInt32(Val(text));
-        } else if (keyword == L"Z3REGION") {
-            z3Region_ = ToInt32(Val(text));
-        }
-    });
-    bool isClean = true;
-    CatalogueFields fields(entry);
-    fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
-        if (keyword == L"NAME") {
-            name_ = fields.Text(field);
-        } else if (keyword == L"TYPE") {
-            genType_ = fields.Text(field);
-            isClean = ReadGeneralType(fields, id) && isClean;
-        }
-    });
-    // Last, so that a report on the way names the identifier held before.
-    id_ = id;
-    return isClean;
-}
-
-bool CSNVTType::ReadGeneralType(CatalogueFields& fields, const std::wstring& id) {
-    if (genType_ == L"Enum") {
-        luiType_ = L"Logic";
-        length_ = 1;
-        return true;
-    }
-    if (genType_ == L"Struct") {
-        luiType_ = L"Invalid";
-        return true;
-    }
-    if (genType_ == L"Float") {
-        luiType_ = L"Float";
-        return ReadNumeric(fields);
-    }
-    if (genType_ == L"Textual") {
-        luiType_ = L"Textual";
-        return ReadTextual(fields);
-    }
-    if (genType_ == L"SignedNumeric" || genType_ == L"UnsignedNumeric" || genType_ == L"Bitfield") {
-        luiType_ = L"Numeric";
-        return ReadNumeric(fields);
-    }
-    ShowBox(L"Error: SNVT_" + id + L" has a bad type", L"O_Tam_ID.CSNVTType::ID", MB_ICONSTOP);
-    return false;
-}
-
-bool CSNVTType::ReadNumeric(CatalogueFields& fields) {
+bool ReadNumeric(CatalogueFields& fields, TypeData& data) {
     bool hasLength = false;
     bool hasLimits = true;
     const bool isRead = ReadOrShow(L"pGetNumeric", [&] {
         fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
-            if (keyword == L"UNIT") {
-                units_ = fields.Text(field);
-            } else if (keyword == L"BACNETUNIT") {
-                bacnetUnits_ = fields.Text(field);
-            } else if (keyword == L"MIN") {
-                hasLimits = StoreLimit(min_, fields.Text(field)) && hasLimits;
-            } else if (keyword == L"MAX") {
-                hasLimits = StoreLimit(max_, fields.Text(field)) && hasLimits;
-            } else if (keyword == L"LENGTH") {
-                length_ = com::LongOf(fields.Text(field));
-            } else if (keyword == L"A_COEF") {
-                aCoef_ = com::LongOf(fields.Text(field));
-            } else if (keyword == L"B_COEF") {
-                bCoef_ = com::LongOf(fields.Text(field));
-            } else if (keyword == L"C_COEF") {
-                cCoef_ = com::LongOf(fields.Text(field));
-            } else if (keyword == L"INVALIDVALUE") {
-                invalidValue_ = fields.Text(field);
+            if (keyword == kMin) {
+                hasLimits = StoreLimit(data.min, fields.Text(field)) && hasLimits;
+            } else if (keyword == kMax) {
+                hasLimits = StoreLimit(data.max, fields.Text(field)) && hasLimits;
+            } else {
+                TakeChild(kNumericType, keyword, fields, field, data);
             }
         });
-        hasLength = length_ != 0;
+        hasLength = data.length != 0;
         if (!hasLength) {
             // The identifier shown is the one held so far: the new one is taken over last.
-            ShowBox(L"Error: SNVT_" + id_ + L" has a bad Length", L"O_Tam_id.CSNVTType::pGetNumeric",
+            ShowBox(L"Error: SNVT_" + data.id + L" has a bad Length", L"O_Tam_id.CSNVTType::pGetNumeric",
                     MB_ICONSTOP);
         }
     });
     return isRead && hasLength && hasLimits;
 }
 
-bool CSNVTType::ReadTextual(CatalogueFields& fields) {
+bool ReadTextual(CatalogueFields& fields, TypeData& data) {
     return ReadOrShow(L"pGetTextual", [&] {
         fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
-            if (keyword == L"LENGTH") {
-                length_ = com::LongOf(fields.Text(field));
-            }
+            TakeChild(kTextualType, keyword, fields, field, data);
         });
     });
 }
 
-bool CSNVTType::IsEnum() const {
-    return LowerCase(genType_) == L"enum";
+} // namespace
+
+const TypeData& CSNVTType::Data() const noexcept {
+    static const TypeData nothing;
+    return data_ ? *data_ : nothing;
 }
 
-bool CSNVTType::IsNumeric() const noexcept {
-    return genType_ == L"Float" || genType_ == L"UnsignedNumeric" || genType_ == L"SignedNumeric";
+TypeData& CSNVTType::Own() {
+    if (data_.use_count() != 1) {
+        data_ = std::shared_ptr<TypeData>(new TypeData(Data()));
+    }
+    return *data_;
+}
+
+bool CSNVTType::SetId(const std::wstring& id) noexcept {
+    bool isClean = true;
+    ++readings_;
+    const auto failure = com::Attempt([&] {
+        if (readings_ == 1) {
+            // New even where nobody shares the old: a message of the host may let
+            // another type find that, and this one is written to as it is read.
+            data_ = std::shared_ptr<TypeData>(new TypeData(Data()));
+        }
+        TypeData& data = Own();
+        if (Trimmed(id).empty()) {
+            data.generalType = GeneralTypeText(GeneralType::Enum);
+            return;
+        }
+        isClean = ReadEntry(id, data);
+    });
+    if (failure) {
+        com::Attempt([&] { Report(*failure, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'"); });
+    }
+    --readings_;
+    if (readings_ == 0 && data_) {
+        com::Attempt([&] { data_ = Pool().Shared(data_); });
+    }
+    return isClean && !failure;
+}
+
+bool CSNVTType::ReadEntry(const std::wstring& id, TypeData& data) {
+    const dom::Node entry = FindEntry(id);
+    if (!entry) {
+        ShowBox(L"Can't find the node related to SNVT ID " + id, L"O_Tam_id-CSNVTType::ID [Property Let]",
+                MB_ICONSTOP);
+        return false;
+    }
+    dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& given) {
+        const std::function<std::wstring()> text = [&] { return given; };
+        TakeElement(kTypeAttributes, UpperCase(name), data, {text, kUserRules});
+    });
+    bool isClean = true;
+    CatalogueFields fields(entry);
+    fields.ForEach([&](const std::wstring& keyword, std::size_t field) {
+        if (keyword == kType) {
+            data.generalType = fields.Text(field);
+            isClean = ReadGeneralType(fields, id, data) && isClean;
+        } else {
+            TakeChild(kEveryType, keyword, fields, field, data);
+        }
+    });
+    // Last, so that a report on the way names the identifier held before.
+    data.id = id;
+    return isClean;
+}
+
+bool CSNVTType::ReadGeneralType(CatalogueFields& fields, const std::wstring& id, TypeData& data) {
+    const GeneralType general = GeneralTypeOf(data.generalType);
+    if (general == GeneralType::Other) {
+        ShowBox(L"Error: SNVT_" + id + L" has a bad type", L"O_Tam_ID.CSNVTType::ID", MB_ICONSTOP);
+        return false;
+    }
+    data.luiType = LuiTypeOf(general);
+    if (general == GeneralType::Enum) {
+        data.length = 1;
+    }
+    if (general == GeneralType::Textual) {
+        return ReadTextual(fields, data);
+    }
+    return !HasNumericFields(general) || ReadNumeric(fields, data);
+}
+
+bool CSNVTType::IsEnum() const {
+    return LowerCase(Data().generalType) == L"enum";
 }
 
 STDMETHODIMP CSNVTType::get_Min(BSTR* value) {
-    return Get(value, [&] { return LocalizeValue(min_); });
+    return Get(value, [&] { return LocalizeValue(Data().min); });
 }
 
 STDMETHODIMP CSNVTType::get_Max(BSTR* value) {
-    return Get(value, [&] { return LocalizeValue(max_); });
+    return Get(value, [&] { return LocalizeValue(Data().max); });
 }
 
 STDMETHODIMP CSNVTType::put_EnumDesc(BSTR value) {
-    return Do([&] { enumDesc_ = com::View(value); });
+    return Do([&] { Own().enumDescription = com::View(value); });
 }
 
 STDMETHODIMP CSNVTType::get_IsEnumType(VARIANT_BOOL* value) {

@@ -122,6 +122,30 @@ TEST(CompatibleListTest, CopiesIndependently) {
     EXPECT_TRUE(source.Exists(L"1"));
 }
 
+TEST(CompatibleListTest, FindsAmongManyAsAmongFew) {
+    CompatibleList list;
+    for (int i = 1; i <= 30; ++i) {
+        list.AddId(std::to_wstring(i));
+        list.AddId(std::to_wstring(i));
+        EXPECT_EQ(list.Count(), static_cast<std::size_t>(i));
+        EXPECT_TRUE(list.Exists(std::to_wstring(i)));
+        EXPECT_TRUE(list.Exists(L"1"));
+        EXPECT_FALSE(list.Exists(std::to_wstring(i + 1)));
+    }
+    const CompatibleList copy = list;
+    for (int i = 30; i >= 1; --i) {
+        EXPECT_TRUE(list.RemovePosition(static_cast<std::size_t>(i)));
+        EXPECT_FALSE(list.Exists(std::to_wstring(i)));
+    }
+    EXPECT_EQ(list.GetList(), L"");
+    list.AddId(L"7");
+    EXPECT_EQ(list.GetList(), L"7");
+    EXPECT_TRUE(list.Exists(L"7"));
+    EXPECT_FALSE(list.Exists(L"8"));
+    EXPECT_TRUE(copy.Exists(L"8"));
+    EXPECT_EQ(copy.Count(), 30U);
+}
+
 TEST(CompatibleListTest, YieldsBeforeEachFieldOfATextWithCommas) {
     CompatibleList list;
     std::wstring counts;

@@ -29,7 +29,7 @@ float CommaSingle(std::wstring_view text) {
 NumericEditorState State(const std::wstring& value, const std::wstring& genType = L"SignedNumeric",
                          const std::wstring& min = L"-100", const std::wstring& separator = L".",
                          const std::wstring& invalid = L"") {
-    return NumericEditorState({value, genType, min, invalid, separator, &CommaSingle});
+    return NumericEditorState({value, GeneralTypeOf(genType), min, invalid, separator, &CommaSingle});
 }
 
 /// Whether the box receives the key, with "[" and "]" around what is selected

@@ -53,6 +53,23 @@ TEST(PointKeysSubItemKeyTest, HasThePartsThatItIsJoinedOf) {
     EXPECT_EQ(SubItemKeyParts(SharedKey(), L"Mode"), KeyParts{});
 }
 
+TEST(PointKeysIdentityTest, HasNoKeysBeforeItsCollectionHas) {
+    PointIdentity point;
+    point.name = L"Mode";
+    EXPECT_EQ(point.GlobalKey(), KeyParts{});
+    EXPECT_EQ(point.ExtendedKey(), KeyParts{});
+    EXPECT_EQ(point.index, 0);
+}
+
+TEST(PointKeysIdentityTest, HasAKeyUnderEachOfItsCollections) {
+    PointIdentity point;
+    point.name = L"Mode";
+    point.globalKey = std::make_shared<const std::wstring>(L"G");
+    point.extendedKey = std::make_shared<const std::wstring>(L"E");
+    EXPECT_EQ(point.GlobalKey(), (KeyParts{L"G", L"\\", L"Mode"}));
+    EXPECT_EQ(point.ExtendedKey(), (KeyParts{L"E", L"\\", L"Mode"}));
+}
+
 TEST(PointKeysPointReferenceTest, CountsFromTheExportIndex) {
     EXPECT_EQ(PointReference(0, 0), 0x4000);
     EXPECT_EQ(PointReference(2, 3), 16899);

@@ -17,20 +17,23 @@ TEST(ShownValueTest, ANumberHasItsUnitBehindIt) {
 
 TEST(ShownValueTest, ShowsANumberWithTheUsersDecimalMark) {
     for (const wchar_t* type : {L"SignedNumeric", L"UnsignedNumeric", L"Float"}) {
-        EXPECT_EQ(ShownValue({L"21.5", type, L"K", L"", L","}), L"21,5 K");
-        EXPECT_EQ(ShownValue({L"21.5", type, L"", L"", L"."}), L"21.5");
+        EXPECT_EQ(ShownValue({L"21.5", GeneralTypeOf(type), L"K", L"", L","}), L"21,5 K");
+        EXPECT_EQ(ShownValue({L"21.5", GeneralTypeOf(type), L"", L"", L"."}), L"21.5");
     }
 }
 
 TEST(ShownValueTest, ShowsTheTextOfAnEntry) {
-    EXPECT_EQ(ShownValue({L"1", L"Enum", L"K", L"0,Off;1,On;", L"."}), L"On");
-    EXPECT_EQ(ShownValue({L"2", L"Enum", L"", L"0,Off;1,On;", L"."}), L"2");
-    EXPECT_EQ(ErrorOf([] { ShownValue({L"1", L"Enum", L"", L"70000,Far;", L"."}); }), kOverflow);
+    EXPECT_EQ(ShownValue({L"1", GeneralTypeOf(L"Enum"), L"K", L"0,Off;1,On;", L"."}), L"On");
+    EXPECT_EQ(ShownValue({L"2", GeneralTypeOf(L"Enum"), L"", L"0,Off;1,On;", L"."}), L"2");
+    EXPECT_EQ(ErrorOf([] {
+                  ShownValue({L"1", GeneralTypeOf(L"Enum"), L"", L"70000,Far;", L"."});
+              }),
+              kOverflow);
 }
 
 TEST(ShownValueTest, ShowsAnyOtherValueAsItStands) {
     for (const wchar_t* type : {L"Textual", L"Bitfield", L"Struct", L"", L"Invalid"}) {
-        EXPECT_EQ(ShownValue({L"1.5", type, L"K", L"1.5,One;", L","}), L"1.5");
+        EXPECT_EQ(ShownValue({L"1.5", GeneralTypeOf(type), L"K", L"1.5,One;", L","}), L"1.5");
     }
 }
 

@@ -184,7 +184,7 @@ void RunReport(Input& input) {
         }
         Require(state.IsAdvancedShown() == isShown);
     }
-    Require(EditorFor(text) == EditorKind::None || text.size() > 3);
+    Require(EditorFor(GeneralTypeOf(text)) == EditorKind::None || text.size() > 3);
 }
 
 } // namespace

@@ -34,12 +34,12 @@ inline EditText AnyEdit(Input& input, std::wstring text) {
 }
 
 inline NumericEditorState::Setup AnySetup(Input& input) {
-    constexpr std::array<const wchar_t*, 4> kTypes = {L"SignedNumeric", L"UnsignedNumeric", L"Float",
-                                                      L"Enum"};
+    constexpr std::array kTypes = {GeneralType::SignedNumeric, GeneralType::UnsignedNumeric,
+                                   GeneralType::Float, GeneralType::Enum};
     constexpr std::array<const wchar_t*, 4> kLimits = {L"", L"-5.5", L"0", L"3.25"};
     NumericEditorState::Setup setup;
     setup.separator = input.Below(2) == 0 ? L"." : L",";
-    setup.genType = kTypes.at(input.Below(kTypes.size()));
+    setup.generalType = kTypes.at(input.Below(kTypes.size()));
     setup.min = kLimits.at(input.Below(kLimits.size()));
     setup.invalidValue = input.Below(2) == 0 ? L"" : L"327.67";
     setup.readSingle = &ReadSingle;
@@ -48,7 +48,7 @@ inline NumericEditorState::Setup AnySetup(Input& input) {
 
 /// Whether a number of this setup may be below 0.
 inline bool TakesMinus(const NumericEditorState::Setup& setup) {
-    return setup.min.empty() ? setup.genType != L"UnsignedNumeric" : setup.min.front() == L'-';
+    return setup.min.empty() ? setup.generalType != GeneralType::UnsignedNumeric : setup.min.front() == L'-';
 }
 
 } // namespace tam::fuzz

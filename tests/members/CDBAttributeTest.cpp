@@ -20,13 +20,13 @@ class CDBAttributeTest : public MembersTest {
 };
 
 TEST_F(CDBAttributeTest, HasNoTypeAndNoNameOfOneAtFirst) {
-    const auto attribute = tam::CDBAttribute::Make();
+    const auto attribute = tam::CDBAttribute::Make(L"A1");
     EXPECT_FALSE(TypeOf(*attribute.Get()));
     EXPECT_EQ(L"", attribute->SNVTName());
 }
 
 TEST_F(CDBAttributeTest, AnEmptyTypeNameMakesTheTypeAndLoadsNothing) {
-    const auto attribute = tam::CDBAttribute::Make();
+    const auto attribute = tam::CDBAttribute::Make(L"A1");
     attribute->SetSNVTName(L"");
     const auto type = TypeOf(*attribute.Get());
     ASSERT_TRUE(type);
@@ -36,7 +36,7 @@ TEST_F(CDBAttributeTest, AnEmptyTypeNameMakesTheTypeAndLoadsNothing) {
 }
 
 TEST_F(CDBAttributeTest, ATypeNameLoadsTheTypeIntoTheOneThatIsThere) {
-    const auto attribute = tam::CDBAttribute::Make();
+    const auto attribute = tam::CDBAttribute::Make(L"A1");
     attribute->SetSNVTName(L"8");
     const auto type = TypeOf(*attribute.Get());
     EXPECT_EQ(L"8", attribute->SNVTName());
@@ -55,7 +55,7 @@ TEST_F(CDBAttributeTest, ATypeNameLoadsTheTypeIntoTheOneThatIsThere) {
 }
 
 TEST_F(CDBAttributeTest, ATypeNameThatIsUnknownIsToldAndChangesNothing) {
-    const auto attribute = tam::CDBAttribute::Make();
+    const auto attribute = tam::CDBAttribute::Make(L"A1");
     attribute->SetSNVTName(L"8");
     attribute->SetSNVTName(L"7");
     const auto boxes = Boxes();

@@ -17,12 +17,12 @@ TEST_F(CSNVTTypeTest, AGeneralTypeIsStoredWithoutALookUp) {
     // No catalogue is there, so a look-up would be reported.
     const auto type = tam::CSNVTType::Make();
     type->SetGenType(L"Float");
-    EXPECT_EQ(L"Float", type->GenType());
+    EXPECT_EQ(L"Float", type->Data().generalType);
     EXPECT_EQ(L"Float", Text(Seen(type), &ISNVType::get_GenType));
     EXPECT_EQ(L"", Text(Seen(type), &ISNVType::get_LUIType));
     EXPECT_EQ(L"", Text(Seen(type), &ISNVType::get_ID));
     EXPECT_EQ(0, Long(Seen(type), &ISNVType::get_Length));
-    EXPECT_TRUE(type->IsNumeric());
+    EXPECT_TRUE(tam::IsNumeric(type->General()));
 }
 
 TEST_F(CSNVTTypeTest, AGeneralTypeDecidesWhetherItIsAnEnumeration) {
@@ -42,9 +42,9 @@ TEST_F(CSNVTTypeTest, AGeneralTypeThatWasForcedGivesWayToALoadedOne) {
     const auto type = tam::CSNVTType::Make();
     type->SetGenType(L"Float");
     type->SetId(L"8");
-    EXPECT_EQ(L"Struct", type->GenType());
+    EXPECT_EQ(L"Struct", type->Data().generalType);
     type->SetGenType(L"Textual");
-    EXPECT_EQ(L"Textual", type->GenType());
+    EXPECT_EQ(L"Textual", type->Data().generalType);
     EXPECT_EQ(L"8", type->Id());
 }
 
@@ -54,12 +54,12 @@ TEST_F(CSNVTTypeTest, AnEnumerationDescriptionIsAnsweredByBothInterfaces) {
     const auto enumeration = com::Ref<IEnumType>(type.Get());
     EXPECT_EQ(L"", Text(Seen(type), &ISNVType::get_EnumDesc));
     type->SetEnumDesc(L"0,Off;1,On;");
-    EXPECT_EQ(L"0,Off;1,On;", type->EnumDesc());
+    EXPECT_EQ(L"0,Off;1,On;", type->Data().enumDescription);
     EXPECT_EQ(L"0,Off;1,On;", Text(Seen(type), &ISNVType::get_EnumDesc));
     EXPECT_EQ(L"0,Off;1,On;", Text(enumeration, &IEnumType::get_EnumDesc));
     // The catalogue has none to put in its place.
     type->SetId(L"9");
-    EXPECT_EQ(L"0,Off;1,On;", type->EnumDesc());
+    EXPECT_EQ(L"0,Off;1,On;", type->Data().enumDescription);
 }
 
 } // namespace

@@ -44,6 +44,26 @@ TEST_F(CSNVTTypeReassignTest, KeepsWhatTheNewEntryLacks) {
     EXPECT_EQ(AnswersOf(Assign(gain, L"name")), expected);
 }
 
+TEST_F(CSNVTTypeReassignTest, ATypeThatIsChangedLeavesItsEqualsAlone) {
+    const Type first = Assign(gain, L"full");
+    const Type other = Assigned(L"full");
+    const Answers full = AnswersOf(other);
+    EXPECT_EQ(AnswersOf(first), full);
+
+    EXPECT_EQ(first.As<IEnumType>()->put_EnumDesc(com::Bstr(L"1,On;").Get()), S_OK);
+    Answers described = full;
+    described.enumDesc = L"1,On;";
+    described.isEnumType = false;
+    EXPECT_EQ(AnswersOf(first), described);
+    EXPECT_EQ(AnswersOf(other), full);
+
+    Assign(gain, L"name");
+    described.id = L"name";
+    described.name = L"Name";
+    EXPECT_EQ(AnswersOf(first), described);
+    EXPECT_EQ(AnswersOf(other), full);
+}
+
 TEST_F(CSNVTTypeReassignTest, KeepsTheNumbersOfAnEarlierTypeInAStructure) {
     Answers expected = Full();
     expected.id = L"struct";

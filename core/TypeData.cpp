@@ -1,0 +1,14 @@
+#include "core/TypeData.h"
+
+namespace tam {
+
+std::shared_ptr<TypeData> TypePool::Shared(const std::shared_ptr<TypeData>& data) {
+    std::weak_ptr<TypeData>& place = byId_[data->id];
+    if (const auto held = place.lock(); held && *held == *data) {
+        return held;
+    }
+    place = data;
+    return data;
+}
+
+} // namespace tam

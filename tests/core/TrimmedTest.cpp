@@ -1,0 +1,24 @@
+#include "core/Trimmed.h"
+
+#include <gtest/gtest.h>
+
+namespace tam {
+namespace {
+
+TEST(TrimmedTest, TakesBlanksFromBothEndsAlone) {
+    EXPECT_EQ(Trimmed(L"  a b "), L"a b");
+    EXPECT_EQ(Trimmed(L"a"), L"a");
+}
+
+TEST(TrimmedTest, OfBlanksAloneNothingIsLeft) {
+    EXPECT_EQ(Trimmed(L"   "), L"");
+    EXPECT_EQ(Trimmed(L""), L"");
+}
+
+TEST(TrimmedTest, ABlankIsWhatTheCallerTakesForOne) {
+    EXPECT_EQ(Trimmed(L"\t a\n"), L"\t a\n");
+    EXPECT_EQ(Trimmed(L"\t a\n", L" \t\r\n"), L"a");
+}
+
+} // namespace
+} // namespace tam
