@@ -22,14 +22,14 @@ constexpr const wchar_t* kOutputsSuffix = L"\\ROU";
 
 /// The keys of the collections under their owner's key. They are made before
 /// anything is changed: behind them nothing of a key's writing can fail.
-struct SideKeys {
-    explicit SideKeys(const std::wstring& key)
+struct CollectionKeys {
+    explicit CollectionKeys(const std::wstring& key)
         : attributes(std::make_shared<std::wstring>(key + kAttributesSuffix))
         , inputs(std::make_shared<std::wstring>(key + kInputsSuffix))
         , outputs(std::make_shared<std::wstring>(key + kOutputsSuffix)) {}
-    NewKey attributes;
-    NewKey inputs;
-    NewKey outputs;
+    NewCollectionKey attributes;
+    NewCollectionKey inputs;
+    NewCollectionKey outputs;
 };
 
 /// True when the name of any point of the collection begins with the prefix.
@@ -56,16 +56,16 @@ CDBAppObject::CDBAppObject()
 STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
     return Do([&] {
         std::wstring key(com::View(value));
-        SideKeys sides(key);
+        CollectionKeys keys(key);
         data_.notes.globalKey = std::move(key);
         if (attributes_) {
-            attributes_->SetGlobalKey(std::move(sides.attributes));
+            attributes_->SetGlobalKey(std::move(keys.attributes));
         }
         if (inputs_) {
-            inputs_->SetGlobalKey(std::move(sides.inputs));
+            inputs_->SetGlobalKey(std::move(keys.inputs));
         }
         if (outputs_) {
-            outputs_->SetGlobalKey(std::move(sides.outputs));
+            outputs_->SetGlobalKey(std::move(keys.outputs));
         }
     });
 }
@@ -73,16 +73,16 @@ STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
 STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
         std::wstring key(com::View(value));
-        SideKeys sides(key);
+        CollectionKeys keys(key);
         data_.notes.extendedKey = std::move(key);
         if (attributes_) {
-            attributes_->SetExtendedKey(std::move(sides.attributes));
+            attributes_->SetExtendedKey(std::move(keys.attributes));
         }
         if (inputs_) {
-            inputs_->SetExtendedKey(std::move(sides.inputs));
+            inputs_->SetExtendedKey(std::move(keys.inputs));
         }
         if (outputs_) {
-            outputs_->SetExtendedKey(std::move(sides.outputs));
+            outputs_->SetExtendedKey(std::move(keys.outputs));
         }
     });
 }

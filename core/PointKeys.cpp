@@ -16,16 +16,16 @@ bool IsConnectedReference(std::wstring_view reference) {
     return reference != kNoConnection.substr(0, reference.size());
 }
 
-std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name) {
+std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_view name) {
     std::wstring key;
-    for (const std::wstring_view part : SubItemKeyParts(ownerKey, name)) {
+    for (const std::wstring_view part : PointKeyParts(collectionKey, name)) {
         key += part;
     }
     return key;
 }
 
-KeyParts SubItemKeyParts(const SharedKey& ownerKey, std::wstring_view name) noexcept {
-    return ownerKey ? KeyParts{*ownerKey, L"\\", name} : KeyParts{};
+KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wstring_view name) noexcept {
+    return collectionKey ? KeyParts{*collectionKey, L"\\", name} : KeyParts{};
 }
 
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index) {

@@ -15,30 +15,30 @@ std::wstring ReferenceKey(std::wstring_view text);
 /// False for "" and for one to six zeros, which stand for "no connection".
 bool IsConnectedReference(std::wstring_view reference);
 
-/// The key of an owner's side as its items share it: each joins its own when it
-/// is asked for one. Null for an item that was given none yet.
-using SharedKey = std::shared_ptr<const std::wstring>;
+/// A key of a collection as its points share it: each joins its own when it is asked
+/// for one. Null for a point that was given none yet.
+using SharedCollectionKey = std::shared_ptr<const std::wstring>;
 
-/// Key of an item: the key of its owner's side, a backslash and its name; empty
-/// without a key of the owner.
-std::wstring SubItemKey(const SharedKey& ownerKey, std::wstring_view name);
+/// The key of a point: the collection key, a backslash and its name; empty without a
+/// collection key.
+std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_view name);
 
 /// The same in its parts, for a caller that joins them where they are wanted.
 /// They last as long as the two arguments.
 using KeyParts = std::array<std::wstring_view, 3>;
-KeyParts SubItemKeyParts(const SharedKey& ownerKey, std::wstring_view name) noexcept;
+KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wstring_view name) noexcept;
 
 /// What tells one point from another: its name, the keys of the collection that it
 /// stands in and its place there.
 struct PointIdentity {
     std::wstring name;
-    SharedKey globalKey;
-    SharedKey extendedKey;
+    SharedCollectionKey globalKey;
+    SharedCollectionKey extendedKey;
     /// From 0. Moving points does not renumber them.
     std::int32_t index = 0;
 
-    KeyParts GlobalKey() const noexcept { return SubItemKeyParts(globalKey, name); }
-    KeyParts ExtendedKey() const noexcept { return SubItemKeyParts(extendedKey, name); }
+    KeyParts GlobalKey() const noexcept { return PointKeyParts(globalKey, name); }
+    KeyParts ExtendedKey() const noexcept { return PointKeyParts(extendedKey, name); }
 };
 
 /// The number of an output as a point: 256 to each export index, from 16384

@@ -34,8 +34,8 @@ class CDBAttributes final
     /// Empty when there is none.
     com::Ref<CDBAttribute> GetItem(std::wstring_view index) const { return items_.Find(index); }
     void Clear() { items_.Clear(); }
-    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewCollectionKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewCollectionKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBAttribute>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

@@ -32,8 +32,8 @@ class CDBInputs final : public com::OwnedDualObject<CDBInputs, PointOwner, _CDBI
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBInput> GetItem(std::wstring_view index) const { return items_.Find(index); }
-    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewCollectionKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewCollectionKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBInput>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

@@ -30,8 +30,8 @@ class CDBOutputs final : public com::OwnedDualObject<CDBOutputs, PointOwner, _CD
     void RemoveItem(std::wstring_view index) { items_.Remove(index); }
     /// Empty when there is none.
     com::Ref<CDBOutput> GetItem(std::wstring_view index) const { return items_.Find(index); }
-    void SetGlobalKey(NewKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
-    void SetExtendedKey(NewKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
+    void SetGlobalKey(NewCollectionKey key) noexcept { items_.SetGlobalKey(std::move(key)); }
+    void SetExtendedKey(NewCollectionKey key) noexcept { items_.SetExtendedKey(std::move(key)); }
     const PointItems<CDBOutput>::Items& All() const noexcept { return items_.All(); }
 
     // Own members

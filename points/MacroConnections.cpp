@@ -55,7 +55,7 @@ bool IsInMacroConnection(const OwnerRef& owner, const PointIdentity& point) noex
         com::CheckSet(groups.Get());
         long count = 0;
         Call(groups, &IMacroConnectionGroups::get_Count, &count);
-        const std::wstring key = SubItemKey(point.globalKey, point.name);
+        const std::wstring key = PointKey(point.globalKey, point.name);
         for (long i = 1; i <= count && !connected; ++i) {
             Attempt([&] { connected = GroupHasKey(*groups.Get(), i, key); });
         }

@@ -19,10 +19,10 @@ template <class Derived, class... Faces_>
 class Point : public com::OwnedObject<Derived, PointOwner, Faces_...> {
   public:
     // The component's own side.
-    void SetGlobalKeyUnder(SharedKey collectionKey) noexcept {
+    void SetGlobalKeyUnder(SharedCollectionKey collectionKey) noexcept {
         identity_.globalKey = std::move(collectionKey);
     }
-    void SetExtendedKeyUnder(SharedKey collectionKey) noexcept {
+    void SetExtendedKeyUnder(SharedCollectionKey collectionKey) noexcept {
         identity_.extendedKey = std::move(collectionKey);
     }
     void SetIndex(long index) noexcept { identity_.index = index; }

@@ -3,8 +3,8 @@
 #include "com/Enumerator.h"
 #include "com/Owned.h"
 #include "com/Ref.h"
+#include "core/CollectionKey.h"
 #include "core/KeyedCollection.h"
-#include "core/SideKey.h"
 
 #include <cstddef>
 #include <string>
@@ -13,9 +13,8 @@
 
 namespace tam {
 
-/// The ordered, keyed points of one kind and the keys that their owner gave
-/// the collection. Key of an item: its name; key of the owner's side: the
-/// collection key, a backslash and the name.
+/// The ordered points of one kind, each under its name, and the two collection keys
+/// that their owner gave.
 template <class Point>
 class PointItems {
   public:
@@ -60,15 +59,17 @@ class PointItems {
 
     /// Gives every item the key. One that is added later has none until the next
     /// time, and one that was removed keeps what it has.
-    void SetGlobalKey(NewKey key) noexcept {
-        globalKey_.Set(std::move(key), items_, [](const com::Owned<Point>& point, const SharedKey& shared) {
-            point->SetGlobalKeyUnder(shared);
-        });
+    void SetGlobalKey(NewCollectionKey key) noexcept {
+        globalKey_.Set(std::move(key), items_,
+                       [](const com::Owned<Point>& point, const SharedCollectionKey& shared) {
+                           point->SetGlobalKeyUnder(shared);
+                       });
     }
-    void SetExtendedKey(NewKey key) noexcept {
-        extendedKey_.Set(std::move(key), items_, [](const com::Owned<Point>& point, const SharedKey& shared) {
-            point->SetExtendedKeyUnder(shared);
-        });
+    void SetExtendedKey(NewCollectionKey key) noexcept {
+        extendedKey_.Set(std::move(key), items_,
+                         [](const com::Owned<Point>& point, const SharedCollectionKey& shared) {
+                             point->SetExtendedKeyUnder(shared);
+                         });
     }
 
     template <class I>
@@ -88,8 +89,8 @@ class PointItems {
         extendedKey_.ItemsChange();
     }
 
-    SideKey globalKey_;
-    SideKey extendedKey_;
+    CollectionKey globalKey_;
+    CollectionKey extendedKey_;
     Items items_;
 };
 

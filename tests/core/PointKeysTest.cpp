@@ -36,21 +36,21 @@ TEST(PointKeysIsConnectedReferenceTest, TakesAnythingElseForAConnection) {
     }
 }
 
-TEST(PointKeysSubItemKeyTest, JoinsByABackslash) {
+TEST(PointKeysPointKeyTest, JoinsByABackslash) {
     const auto under = [](const wchar_t* owner) { return std::make_shared<const std::wstring>(owner); };
-    EXPECT_EQ(SubItemKey(under(L"K\\ATT"), L"Mode"), L"K\\ATT\\Mode");
-    EXPECT_EQ(SubItemKey(under(L""), L"Mode"), L"\\Mode");
-    EXPECT_EQ(SubItemKey(under(L""), L""), L"\\");
+    EXPECT_EQ(PointKey(under(L"K\\ATT"), L"Mode"), L"K\\ATT\\Mode");
+    EXPECT_EQ(PointKey(under(L""), L"Mode"), L"\\Mode");
+    EXPECT_EQ(PointKey(under(L""), L""), L"\\");
 }
 
-TEST(PointKeysSubItemKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
-    EXPECT_EQ(SubItemKey(SharedKey(), L"Mode"), L"");
+TEST(PointKeysPointKeyTest, IsEmptyWithoutAKeyOfTheOwner) {
+    EXPECT_EQ(PointKey(SharedCollectionKey(), L"Mode"), L"");
 }
 
-TEST(PointKeysSubItemKeyTest, HasThePartsThatItIsJoinedOf) {
-    EXPECT_EQ(SubItemKeyParts(std::make_shared<const std::wstring>(L"K"), L"Mode"),
+TEST(PointKeysPointKeyTest, HasThePartsThatItIsJoinedOf) {
+    EXPECT_EQ(PointKeyParts(std::make_shared<const std::wstring>(L"K"), L"Mode"),
               (KeyParts{L"K", L"\\", L"Mode"}));
-    EXPECT_EQ(SubItemKeyParts(SharedKey(), L"Mode"), KeyParts{});
+    EXPECT_EQ(PointKeyParts(SharedCollectionKey(), L"Mode"), KeyParts{});
 }
 
 TEST(PointKeysIdentityTest, HasNoKeysBeforeItsCollectionHas) {

@@ -63,7 +63,7 @@ void FuzzNames(Input& input) {
     Require(EqualIgnoringCase(key, typed.substr(0, key.size())));
     Require(ReferenceKey(UpperCase(typed)) == key);
     Require(ReferenceKey(key + L"_x") == key);
-    Require(SubItemKey(std::make_shared<const std::wstring>(device), typed) == device + L"\\" + typed);
+    Require(PointKey(std::make_shared<const std::wstring>(device), typed) == device + L"\\" + typed);
     const bool isZeros = typed.size() <= 6 && typed.find_first_not_of(L'0') == std::wstring::npos;
     Require(IsConnectedReference(typed) == !isZeros);
 

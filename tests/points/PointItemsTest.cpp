@@ -14,7 +14,7 @@ namespace tam {
 
 namespace {
 
-/// A point that keeps the keys of its owner's side and nothing else.
+/// A point that keeps its collection's keys and nothing else.
 class FakePoint {
   public:
     static com::Ref<FakePoint> Make() { return com::Ref<FakePoint>::Own(new FakePoint); }
@@ -29,16 +29,16 @@ class FakePoint {
     // Its place in a collection is a reference like another.
     void Hold() noexcept { AddRef(); }
     void LetGo() noexcept { Release(); }
-    void SetGlobalKeyUnder(SharedKey key) noexcept { globalKey_ = std::move(key); }
-    void SetExtendedKeyUnder(SharedKey key) noexcept { extendedKey_ = std::move(key); }
-    /// Both keys of its owner's side; "-" where there is none.
+    void SetGlobalKeyUnder(SharedCollectionKey key) noexcept { globalKey_ = std::move(key); }
+    void SetExtendedKeyUnder(SharedCollectionKey key) noexcept { extendedKey_ = std::move(key); }
+    /// Both keys of its collection; "-" where there is none.
     std::wstring Keys() const {
         return (globalKey_ ? *globalKey_ : L"-") + L" " + (extendedKey_ ? *extendedKey_ : L"-");
     }
 
   private:
-    SharedKey globalKey_;
-    SharedKey extendedKey_;
+    SharedCollectionKey globalKey_;
+    SharedCollectionKey extendedKey_;
     ULONG references_ = 1;
 };
 

@@ -1,4 +1,4 @@
-#include "core/SideKey.h"
+#include "core/CollectionKey.h"
 
 #include "AllocationFault.h"
 
@@ -15,47 +15,47 @@ namespace {
 
 constexpr const wchar_t* kLongKey = L"a key that is too long for the text object itself";
 
-class SideKeyTest : public testing::Test {
+class CollectionKeyTest : public testing::Test {
   protected:
-    using Slot = SharedKey*;
+    using Slot = SharedCollectionKey*;
 
     void Set(const std::wstring& key) { Set(std::make_shared<std::wstring>(key)); }
-    void Set(NewKey key) {
-        side_.Set(std::move(key), slots_, [this](Slot slot, const SharedKey& shared) {
+    void Set(NewCollectionKey key) {
+        key_.Set(std::move(key), slots_, [this](Slot slot, const SharedCollectionKey& shared) {
             ++given_;
             *slot = shared;
         });
     }
-    void Add(SharedKey& slot) {
-        side_.ItemsChange();
+    void Add(SharedCollectionKey& slot) {
+        key_.ItemsChange();
         slots_.push_back(&slot);
     }
     void Remove() {
-        side_.ItemsChange();
+        key_.ItemsChange();
         slots_.pop_back();
     }
 
-    SideKey side_;
+    CollectionKey key_;
     std::vector<Slot> slots_;
     int given_ = 0;
-    SharedKey first_, second_;
+    SharedCollectionKey first_, second_;
 };
 
-TEST_F(SideKeyTest, IsEmptyAtFirst) {
-    EXPECT_EQ(side_.Text(), L"");
+TEST_F(CollectionKeyTest, IsEmptyAtFirst) {
+    EXPECT_EQ(key_.Text(), L"");
 }
 
-TEST_F(SideKeyTest, IsGivenToEachItem) {
+TEST_F(CollectionKeyTest, IsGivenToEachItem) {
     Add(first_);
     Add(second_);
     EXPECT_EQ(first_, nullptr);
     Set(L"K");
-    EXPECT_EQ(side_.Text(), L"K");
+    EXPECT_EQ(key_.Text(), L"K");
     EXPECT_EQ(*first_, L"K");
     EXPECT_EQ(*second_, L"K");
 }
 
-TEST_F(SideKeyTest, ReplacesTheTextThatTheItemsShare) {
+TEST_F(CollectionKeyTest, ReplacesTheTextThatTheItemsShare) {
     Add(first_);
     Add(second_);
     Set(L"K");
@@ -65,7 +65,7 @@ TEST_F(SideKeyTest, ReplacesTheTextThatTheItemsShare) {
     EXPECT_EQ(*second_, L"L");
 }
 
-TEST_F(SideKeyTest, LeavesAnItemThatComesLaterWithoutAKey) {
+TEST_F(CollectionKeyTest, LeavesAnItemThatComesLaterWithoutAKey) {
     Add(first_);
     Set(L"K");
     Add(second_);
@@ -75,7 +75,7 @@ TEST_F(SideKeyTest, LeavesAnItemThatComesLaterWithoutAKey) {
     EXPECT_EQ(*second_, L"L");
 }
 
-TEST_F(SideKeyTest, LeavesAnItemThatWentItsKey) {
+TEST_F(CollectionKeyTest, LeavesAnItemThatWentItsKey) {
     Add(first_);
     Add(second_);
     Set(L"K");
@@ -88,7 +88,7 @@ TEST_F(SideKeyTest, LeavesAnItemThatWentItsKey) {
     EXPECT_EQ(*second_, L"K");
 }
 
-TEST_F(SideKeyTest, TakesAKeyThatIsMadeWithoutMemory) {
+TEST_F(CollectionKeyTest, TakesAKeyThatIsMadeWithoutMemory) {
     Add(first_);
     Set(L"K");
     Add(second_);
@@ -99,7 +99,7 @@ TEST_F(SideKeyTest, TakesAKeyThatIsMadeWithoutMemory) {
             Set(std::move(key));
             EXPECT_FALSE(fault.HasHappened());
         }
-        EXPECT_EQ(side_.Text(), text);
+        EXPECT_EQ(key_.Text(), text);
         EXPECT_EQ(*first_, text);
         EXPECT_EQ(*second_, text);
     }

@@ -9,18 +9,19 @@
 namespace tam {
 
 /// A key that nobody shares yet. Making one takes memory, setting it takes none.
-using NewKey = std::shared_ptr<std::wstring>;
+using NewCollectionKey = std::shared_ptr<std::wstring>;
 
-/// One key of an owner's side. While exactly the present items share it, a new
-/// key is one text replaced, however many items there are; after a change among
-/// them it is a new text that each item is given.
-class SideKey {
+/// One of the two keys of a collection, which its points share. As long as all points
+/// of the collection share it, and no others, a new key replaces one text, however
+/// many points there are. After a point has come or gone, each point is given a new
+/// text.
+class CollectionKey {
   public:
     const std::wstring& Text() const noexcept { return *text_; }
 
     /// `give` hands a shared key to an item, and does not fail.
     template <class Items, class Give>
-    void Set(NewKey key, const Items& items, Give&& give) noexcept {
+    void Set(NewCollectionKey key, const Items& items, Give&& give) noexcept {
         if (isShared_) {
             *text_ = std::move(*key);
             return;
@@ -35,7 +36,7 @@ class SideKey {
     void ItemsChange() noexcept { isShared_ = false; }
 
   private:
-    NewKey text_ = std::make_shared<std::wstring>();
+    NewCollectionKey text_ = std::make_shared<std::wstring>();
     bool isShared_ = false;
 };
 
