@@ -1,6 +1,6 @@
 #pragma once
 
-#include "appobject/AppObjectFace.h"
+#include "appobject/FixedAppObject.h"
 #include "common/LoadTurns.h"
 #include "core/ModuleData.h"
 #include "points/CDBAttributes.h"
@@ -23,7 +23,7 @@ namespace tam {
 /// The remote I/O module object: what the host places on a sheet, saves with
 /// the project and compiles into the controller's database.
 class CDBAppObject final
-    : public com::Object<CDBAppObject, AppObjectFace<CDBAppObject>, com::Face<CDBAppObject, ITamObject>,
+    : public com::Object<CDBAppObject, FixedAppObject<CDBAppObject>, com::Face<CDBAppObject, ITamObject>,
                          com::Face<CDBAppObject, ITamDialogs>>,
       private PointOwner {
   public:
@@ -48,7 +48,7 @@ class CDBAppObject final
     void SetChannelNumber(std::uint8_t number) noexcept { data_.device.channelNumber = number; }
     void EndPlugIn() noexcept { isPlugInActive_ = false; }
 
-    // IAppObject, in slot order without the fixed answers of AppObjectFace
+    // IAppObject, in slot order without the fixed answers of FixedAppObject
     STDMETHODIMP get_IsPlugInActive(VARIANT_BOOL* value) override { return Answer(value, isPlugInActive_); }
     STDMETHODIMP get_CDBDimension(long* value) override { return Answer(value, data_.device.cdbDimension); }
     STDMETHODIMP get_DDBDimension(long* value) override { return Answer(value, data_.device.ddbDimension); }

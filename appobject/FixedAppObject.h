@@ -9,7 +9,7 @@ namespace tam {
 /// IAppObject with the answers that are fixed for the module object, in slot
 /// order. A member that is ignored succeeds and changes nothing.
 template <class Derived>
-class AppObjectFace : public com::Face<Derived, IAppObject> {
+class FixedAppObject : public com::Face<Derived, IAppObject> {
   public:
     STDMETHODIMP get_Path(BSTR* value) override { return Fixed(value, L""); }
     STDMETHODIMP put_Path(BSTR) override { return S_OK; }
