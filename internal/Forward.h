@@ -9,7 +9,7 @@
 
 namespace tam {
 
-/// Hands a call to the same member of the wrapped object. Its HRESULT and its
+/// Hands a call to the same member of the inner object. Its HRESULT and its
 /// error object go back to the host untouched. Derived offers
 /// `com::Ref<I> Inner<I>()`; a failure to get it is this component's own error.
 template <class Derived, class I>
@@ -31,7 +31,7 @@ class ForwardFace : public com::Face<Derived, I> {
 
   private:
     /// The host takes what stands on the thread for this object's error: only
-    /// what the wrapped object owns to goes back.
+    /// what the inner object owns to goes back.
     template <class Method, class... Arguments>
     static HRESULT Pass(const com::Ref<I>& inner, Method method, Arguments... arguments) noexcept {
         com::ForgetErrors();

@@ -6,7 +6,7 @@
 
 namespace tam {
 
-/// IAppObject, every member handed to the wrapped object, in slot order.
+/// IAppObject, every member handed to the inner object, in slot order.
 template <class Derived>
 class ForwardAppObject : public ForwardFace<Derived, IAppObject> {
     using I = IAppObject;

@@ -6,7 +6,7 @@
 
 namespace tam {
 
-/// IAttribute, every member handed to the wrapped attribute, in slot order.
+/// IAttribute, every member handed to the inner attribute, in slot order.
 template <class Derived>
 class ForwardAttribute : public ForwardFace<Derived, IAttribute> {
     using I = IAttribute;

@@ -6,7 +6,7 @@
 
 namespace tam {
 
-/// IInputs, every member handed to the wrapped collection, in slot order.
+/// IInputs, every member handed to the inner collection, in slot order.
 template <class Derived>
 class ForwardInputs : public ForwardFace<Derived, IInputs> {
     using I = IInputs;
@@ -21,7 +21,7 @@ class ForwardInputs : public ForwardFace<Derived, IInputs> {
     STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
 };
 
-/// IOutputs, every member handed to the wrapped collection, in slot order.
+/// IOutputs, every member handed to the inner collection, in slot order.
 template <class Derived>
 class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     using I = IOutputs;
@@ -36,7 +36,7 @@ class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
 };
 
-/// IAttributes, every member handed to the wrapped collection, in slot order.
+/// IAttributes, every member handed to the inner collection, in slot order.
 template <class Derived>
 class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     using I = IAttributes;

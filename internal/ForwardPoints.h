@@ -6,7 +6,7 @@
 
 namespace tam {
 
-/// IInput, every member handed to the wrapped input, in slot order.
+/// IInput, every member handed to the inner input, in slot order.
 template <class Derived>
 class ForwardInput : public ForwardFace<Derived, IInput> {
     using I = IInput;
@@ -37,7 +37,7 @@ class ForwardInput : public ForwardFace<Derived, IInput> {
     }
 };
 
-/// IOutput, every member handed to the wrapped output, in slot order.
+/// IOutput, every member handed to the inner output, in slot order.
 template <class Derived>
 class ForwardOutput : public ForwardFace<Derived, IOutput> {
     using I = IOutput;
@@ -71,7 +71,7 @@ class ForwardOutput : public ForwardFace<Derived, IOutput> {
     STDMETHODIMP put_IsDisplayable(VARIANT_BOOL value) override { return To(&I::put_IsDisplayable, value); }
 };
 
-/// ISubItemConnable, every member handed to the wrapped point, in slot order.
+/// ISubItemConnable, every member handed to the inner point, in slot order.
 template <class Derived>
 class ForwardConnable : public ForwardFace<Derived, ISubItemConnable> {
     using I = ISubItemConnable;
@@ -95,7 +95,7 @@ class ForwardConnable : public ForwardFace<Derived, ISubItemConnable> {
     }
 };
 
-/// IDisplayItem, every member handed to the wrapped output, in slot order.
+/// IDisplayItem, every member handed to the inner output, in slot order.
 template <class Derived>
 class ForwardDisplay : public ForwardFace<Derived, IDisplayItem> {
     using I = IDisplayItem;

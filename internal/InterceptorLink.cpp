@@ -12,7 +12,7 @@ STDMETHODIMP InterceptorLink::QueryInterface(REFIID iid, void** out) {
     if (out == nullptr) {
         return E_POINTER;
     }
-    // The interface is dual: a wrapped object that calls by name keeps it as IDispatch.
+    // The interface is dual: an inner object that calls by name keeps it as IDispatch.
     const bool isOwn = iid == __uuidof(IAttributeInterceptor) || iid == IID_IDispatch;
     if (target_ != nullptr && !isOwn) {
         return target_->QueryInterface(iid, out);

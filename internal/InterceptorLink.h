@@ -7,18 +7,18 @@
 
 namespace tam {
 
-/// The interceptor as the wrapped object holds it: the internal object's
-/// interceptor interface with a count of its own. The wrapped object keeps its
-/// interceptor, and the internal object keeps the wrapped one; counted alike,
+/// The interceptor as the inner object holds it: the channel object's
+/// interceptor interface with a count of its own. The inner object keeps its
+/// interceptor, and the channel object keeps the inner object; counted alike,
 /// the two would keep each other alive for ever. IDispatch is this object's
-/// too: that is what a wrapped object that calls by name holds. To COM it is the
-/// internal object itself: every other interface, its identity included, is
+/// too: that is what an inner object that calls by name holds. To COM it is the
+/// channel object itself: every other interface, its identity included, is
 /// that object's for as long as it lives.
 class InterceptorLink final : public com::Counted<IAttributeInterceptor> {
   public:
     static com::Ref<InterceptorLink> Make(IAttributeInterceptor& target);
 
-    /// The internal object is gone: from here on nothing is handled.
+    /// The channel object is gone: from here on nothing is handled.
     void Cut() noexcept { target_ = nullptr; }
 
     STDMETHODIMP QueryInterface(REFIID iid, void** out) override;
@@ -39,11 +39,11 @@ class InterceptorLink final : public com::Counted<IAttributeInterceptor> {
   private:
     explicit InterceptorLink(IAttributeInterceptor& target) : target_(&target) {}
 
-    /// The internal object, held for one call; the call may end it otherwise.
+    /// The channel object, held for one call; the call may end it otherwise.
     com::Ref<IAttributeInterceptor> Target() const noexcept {
         return com::Ref<IAttributeInterceptor>(target_);
     }
-    /// Calls the internal object; once that is gone, empties the result.
+    /// Calls the channel object; once that is gone, empties the result.
     template <class Out, class F>
     HRESULT Pass(Out* out, F&& call);
 

@@ -99,7 +99,7 @@ void TamInternalAppObject::SetUp(std::wstring internalObjectKey, IDispatch* devi
 }
 
 STDMETHODIMP TamInternalAppObject::Create() {
-    const auto kept = AsInternal(); // a message of the host may drop the last reference
+    const auto kept = AsChannel(); // a message of the host may drop the last reference
     return Do([&] {
         if (!interceptor_) {
             interceptor_ = InterceptorLink::Make(*this);
@@ -179,7 +179,7 @@ std::wstring TamInternalAppObject::DeviceKey() const {
 
 com::Ref<IDispatch> TamInternalAppObject::Container() {
     com::Ref<IDispatch> container;
-    com::Call(Required<IDevice>(device_), &IDevice::Container, AsInternal().Get(), container.Put());
+    com::Call(Required<IDevice>(device_), &IDevice::Container, AsChannel().Get(), container.Put());
     return container;
 }
 

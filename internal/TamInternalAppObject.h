@@ -35,7 +35,7 @@ class TamInternalAppObject final
         return inner_;
     }
 
-    // IAppObject: what is not handed to the wrapped object
+    // IAppObject: what is not handed to the inner object
     STDMETHODIMP get_CDBDimension(long* value) override { return Answer(value, 0L); }
     STDMETHODIMP get_DDBDimension(long* value) override { return Answer(value, 0L); }
     STDMETHODIMP get_SDBDimension(long* value) override { return Answer(value, 0L); }
@@ -76,7 +76,7 @@ class TamInternalAppObject final
                                          VARIANT_BOOL* value) override;
 
   private:
-    com::Ref<ITamInternalAppObject> AsInternal() noexcept { return This<ITamInternalAppObject>(); }
+    com::Ref<ITamInternalAppObject> AsChannel() noexcept { return This<ITamInternalAppObject>(); }
     std::wstring DeviceKey() const;
     com::Ref<IDispatch> Container();
 

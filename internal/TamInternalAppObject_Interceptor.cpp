@@ -66,7 +66,7 @@ void TamInternalAppObject::FillFromDevice(IAttribute& attribute) {
 }
 
 com::Ref<IAttribute> TamInternalAppObject::MirrorOf(IAttribute& attribute) {
-    const auto self = AsInternal();
+    const auto self = AsChannel();
     return ContainerAttribute(*self.Get(), ContainerKey(*self.Get(), NameOf(attribute)));
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "internal/ChannelItems.h"
 #include "internal/ForwardAttribute.h"
 #include "internal/ForwardCollections.h"
-#include "internal/InternalItems.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
@@ -11,7 +11,7 @@
 
 namespace tam {
 
-/// An attribute of a channel's object: the wrapped object's attribute, whose
+/// An attribute of a channel object: the inner object's attribute, whose
 /// value the module's attribute of the same channel and name gets too.
 class TamInternalAttribute final : public com::OwnedObject<TamInternalAttribute, ITamInternalAppObject,
                                                            ForwardAttribute<TamInternalAttribute>> {
@@ -35,7 +35,7 @@ class TamInternalAttribute final : public com::OwnedObject<TamInternalAttribute,
     com::Ref<IAttribute> inner_;
 };
 
-/// The attributes of a channel's object.
+/// The attributes of a channel object.
 class TamInternalAttributes final : public com::OwnedObject<TamInternalAttributes, ITamInternalAppObject,
                                                             ForwardAttributes<TamInternalAttributes>> {
   public:
@@ -57,7 +57,7 @@ class TamInternalAttributes final : public com::OwnedObject<TamInternalAttribute
 
   private:
     com::Ref<IAttributes> inner_;
-    InternalItems<TamInternalAttribute, IAttribute> items_;
+    ChannelItems<TamInternalAttribute, IAttribute> items_;
 };
 
 } // namespace tam

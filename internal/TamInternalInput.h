@@ -1,8 +1,8 @@
 #pragma once
 
+#include "internal/ChannelItems.h"
 #include "internal/ForwardCollections.h"
 #include "internal/ForwardPoints.h"
-#include "internal/InternalItems.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
@@ -11,7 +11,7 @@
 
 namespace tam {
 
-/// An input of a channel's object: the wrapped object's input, whose value the
+/// An input of a channel object: the inner object's input, whose value the
 /// module's input of the same channel and name gets too.
 class TamInternalInput final
     : public com::OwnedObject<TamInternalInput, ITamInternalAppObject, ForwardInput<TamInternalInput>,
@@ -37,7 +37,7 @@ class TamInternalInput final
     com::Ref<IInput> inner_;
 };
 
-/// The inputs of a channel's object.
+/// The inputs of a channel object.
 class TamInternalInputs final
     : public com::OwnedObject<TamInternalInputs, ITamInternalAppObject, ForwardInputs<TamInternalInputs>> {
   public:
@@ -58,7 +58,7 @@ class TamInternalInputs final
 
   private:
     com::Ref<IInputs> inner_;
-    InternalItems<TamInternalInput, IInput> items_;
+    ChannelItems<TamInternalInput, IInput> items_;
 };
 
 } // namespace tam

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "internal/ChannelItems.h"
 #include "internal/ForwardCollections.h"
 #include "internal/ForwardPoints.h"
-#include "internal/InternalItems.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
@@ -11,7 +11,7 @@
 
 namespace tam {
 
-/// An output of a channel's object: the wrapped object's output, in step with
+/// An output of a channel object: the inner object's output, in step with
 /// the module's output of the same channel and name.
 class TamInternalOutput final
     : public com::OwnedObject<TamInternalOutput, ITamInternalAppObject, ForwardOutput<TamInternalOutput>,
@@ -45,7 +45,7 @@ class TamInternalOutput final
     com::Ref<IOutput> inner_;
 };
 
-/// The outputs of a channel's object.
+/// The outputs of a channel object.
 class TamInternalOutputs final
     : public com::OwnedObject<TamInternalOutputs, ITamInternalAppObject, ForwardOutputs<TamInternalOutputs>> {
   public:
@@ -66,7 +66,7 @@ class TamInternalOutputs final
 
   private:
     com::Ref<IOutputs> inner_;
-    InternalItems<TamInternalOutput, IOutput> items_;
+    ChannelItems<TamInternalOutput, IOutput> items_;
 };
 
 } // namespace tam

@@ -14,18 +14,18 @@
 
 namespace tam {
 
-/// The internal application object that shows a wrapped point, which holds it
+/// The channel object that shows an inner point, which holds it
 /// while anybody outside holds the point.
-using InternalRef = ITamInternalAppObject*;
+using ChannelRef = ITamInternalAppObject*;
 
 /// The parent, held for a call.
-inline com::Ref<ITamInternalAppObject> ParentOf(const InternalRef& parent) {
+inline com::Ref<ITamInternalAppObject> ParentOf(const ChannelRef& parent) {
     com::CheckSet(parent);
     return com::Ref<ITamInternalAppObject>(parent);
 }
 
 /// The parent as an application object.
-inline com::Ref<IAppObject> ParentObjectOf(const InternalRef& parent) {
+inline com::Ref<IAppObject> ParentObjectOf(const ChannelRef& parent) {
     return com::Query<IAppObject>(parent);
 }
 
@@ -44,7 +44,7 @@ inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& parent) {
     return Required<IAppObject>(container);
 }
 
-/// The name of a wrapped point.
+/// The name of an inner point.
 template <class I>
 std::wstring NameOf(const com::Ref<I>& point) {
     com::CheckSet(point.Get());
