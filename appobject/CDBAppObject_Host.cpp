@@ -4,7 +4,7 @@
 #include "com/Required.h"
 #include "com/VariantReference.h"
 #include "common/ComponentState.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "common/resource.h"
 
 #include <shellapi.h>

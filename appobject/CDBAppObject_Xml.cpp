@@ -2,8 +2,8 @@
 
 #include "com/DocumentType.h"
 #include "common/DocumentFields.h"
+#include "common/ErrorReport.h"
 #include "common/MessageLoop.h"
-#include "common/Report.h"
 #include "core/Case.h"
 
 #include <algorithm>

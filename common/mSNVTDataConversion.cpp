@@ -1,7 +1,7 @@
 #include "common/mSNVTDataConversion.h"
 
 #include "common/ComponentState.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "core/ValueText.h"
 
 namespace tam {

@@ -1,7 +1,7 @@
 #include "com/Dll.h"
 #include "com/LackOfMemory.h"
 #include "com/Server.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "component/Classes.h"
 #include "dialogs/frmError.h"
 

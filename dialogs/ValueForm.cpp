@@ -1,7 +1,7 @@
 #include "dialogs/ValueForm.h"
 
 #include "common/ComponentState.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "core/RunTimeError.h"
 
 namespace tam {

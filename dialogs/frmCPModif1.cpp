@@ -2,8 +2,8 @@
 
 #include "com/Conversion.h"
 #include "common/ComponentState.h"
+#include "common/ErrorReport.h"
 #include "common/mSNVTDataConversion.h"
-#include "common/Report.h"
 #include "common/resource.h"
 #include "core/ShownValue.h"
 
@@ -115,7 +115,7 @@ void frmCPModif1::Confirm() {
 }
 
 void frmCPModif1::OnKeyFailure(const com::Failure& failure) noexcept {
-    Report(failure, L"txtNewCPValue_KeyPress Form frmCPModif1", L"Sub txtNewCPValue_KeyPress");
+    ShowErrorReport(failure, L"txtNewCPValue_KeyPress Form frmCPModif1", L"Sub txtNewCPValue_KeyPress");
 }
 
 void frmCPModif1::OkStep() {

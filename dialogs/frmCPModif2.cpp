@@ -1,6 +1,6 @@
 #include "dialogs/frmCPModif2.h"
 
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "common/resource.h"
 
 namespace tam {
@@ -64,7 +64,7 @@ void frmCPModif2::Confirm() {
 }
 
 void frmCPModif2::OnKeyFailure(const com::Failure& failure) noexcept {
-    Report(failure, L"txtNewCPValue_KeyPress Form frmCPModif2", L"Sub txtNewCPValue_KeyPress");
+    ShowErrorReport(failure, L"txtNewCPValue_KeyPress Form frmCPModif2", L"Sub txtNewCPValue_KeyPress");
 }
 
 void frmCPModif2::OkStep() {

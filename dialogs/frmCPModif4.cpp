@@ -1,7 +1,7 @@
 #include "dialogs/frmCPModif4.h"
 
 #include "common/ComponentState.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "common/resource.h"
 #include "core/StructureEditorState.h"
 
@@ -246,7 +246,7 @@ void frmCPModif4::OnFinished() {
         return;
     }
     if (const auto failure = opening_->Restore(Point())) {
-        Report(*failure, L"Form_Unload Form frmCPModif4", L"Sub Form_Unload");
+        ShowErrorReport(*failure, L"Form_Unload Form frmCPModif4", L"Sub Form_Unload");
     }
 }
 

@@ -1,6 +1,6 @@
 #include "dialogs/frmError.h"
 
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "common/resource.h"
 
 namespace tam {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "core/ErrorReportState.h"
 #include "dialogs/LongTextBox.h"
 #include "dialogs/ModalDialog.h"

@@ -2,7 +2,7 @@
 
 #include "com/Boundary.h"
 #include "common/ComponentState.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "common/resource.h"
 
 #include <string>

@@ -2,8 +2,8 @@
 
 #include "com/Dom.h"
 #include "common/ComponentState.h"
+#include "common/ErrorReport.h"
 #include "common/MessageLoop.h"
-#include "common/Report.h"
 #include "core/Case.h"
 #include "internal/TamInternalAppObject.h"
 

@@ -1,8 +1,8 @@
 #include "points/CCompatibleSNVTs.h"
 
 #include "com/Enumerator.h"
+#include "common/ErrorReport.h"
 #include "common/MessageLoop.h"
-#include "common/Report.h"
 #include "core/Numbers.h"
 #include "core/RunTimeError.h"
 

@@ -2,8 +2,8 @@
 
 #include "common/ComponentState.h"
 #include "common/DocumentFields.h"
+#include "common/ErrorReport.h"
 #include "common/mSNVTDataConversion.h"
-#include "common/Report.h"
 #include "core/Case.h"
 #include "core/EnumDescription.h"
 #include "core/RunTimeError.h"

@@ -1,7 +1,7 @@
 #include "points/CDBInput.h"
 
 #include "common/DocumentFields.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "core/Case.h"
 #include "points/PointWarnings.h"
 

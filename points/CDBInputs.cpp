@@ -1,7 +1,7 @@
 #include "points/CDBInputs.h"
 
+#include "common/ErrorReport.h"
 #include "common/MessageLoop.h"
-#include "common/Report.h"
 
 namespace tam {
 

@@ -2,7 +2,7 @@
 
 #include "com/Required.h"
 #include "common/DocumentFields.h"
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 #include "core/Case.h"
 #include "core/ValueText.h"
 #include "points/PointWarnings.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 
 #include <windows.h>
 

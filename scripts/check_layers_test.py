@@ -52,7 +52,7 @@ class CheckLayersTest(unittest.TestCase):
         self.assertEqual(self.run_check(), (1, "core/Case.h: ../com/Dll.h goes around the layers\n"))
 
     def test_finds_a_table_of_yesterday(self):
-        self.write("types/CSNVTType.h", '#include "common/Report.h"\n')
+        self.write("types/CSNVTType.h", '#include "common/ErrorReport.h"\n')
         self.assertEqual(self.run_check(),
                          (1, "docs/architecture.md: the table of layers is not today's (--draw prints it)\n"))
 

@@ -2,8 +2,8 @@
 
 #include "common/ComponentState.h"
 #include "common/DocumentFields.h"
+#include "common/ErrorReport.h"
 #include "common/mSNVTDataConversion.h"
-#include "common/Report.h"
 #include "core/Case.h"
 #include "core/Trimmed.h"
 
@@ -141,7 +141,8 @@ bool CSNVTType::SetId(const std::wstring& id) noexcept {
         isClean = ReadEntry(id, data);
     });
     if (failure) {
-        com::Attempt([&] { Report(*failure, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'"); });
+        com::Attempt(
+            [&] { ShowErrorReport(*failure, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'"); });
     }
     --readings_;
     if (readings_ == 0 && data_) {

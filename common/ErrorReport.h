@@ -28,8 +28,8 @@ using ErrorReportDialog = void (*)(const ErrorReport& report) noexcept;
 void SetErrorReportDialog(ErrorReportDialog show) noexcept;
 
 /// Shows what was trapped in a member.
-void Report(const com::Failure& failure, std::wstring_view callingObject,
-            std::wstring_view callingFunction) noexcept;
+void ShowErrorReport(const com::Failure& failure, std::wstring_view callingObject,
+                     std::wstring_view callingFunction) noexcept;
 
 /// Runs the body of a member that traps: what it throws is shown, and the
 /// member goes on to its default result. True when nothing was thrown.
@@ -38,7 +38,7 @@ bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, F&
     com::ForgetErrors(); // what an earlier call left is not this member's error
     const auto failure = com::Attempt(std::forward<F>(body));
     if (failure) {
-        Report(*failure, callingObject, callingFunction);
+        ShowErrorReport(*failure, callingObject, callingFunction);
     }
     return !failure;
 }

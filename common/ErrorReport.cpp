@@ -1,4 +1,4 @@
-#include "common/Report.h"
+#include "common/ErrorReport.h"
 
 #include "common/ComponentState.h"
 
@@ -7,15 +7,15 @@
 namespace tam {
 
 namespace {
-ErrorReportDialog showErrorReport = nullptr;
+ErrorReportDialog reportDialog = nullptr;
 } // namespace
 
 void SetErrorReportDialog(ErrorReportDialog show) noexcept {
-    showErrorReport = show;
+    reportDialog = show;
 }
 
-void Report(const com::Failure& failure, std::wstring_view callingObject,
-            std::wstring_view callingFunction) noexcept {
+void ShowErrorReport(const com::Failure& failure, std::wstring_view callingObject,
+                     std::wstring_view callingFunction) noexcept {
     com::Attempt([&] {
         ErrorReport report;
         report.application = ComponentTitle();
@@ -23,7 +23,7 @@ void Report(const com::Failure& failure, std::wstring_view callingObject,
         report.callingObject = callingObject;
         report.callingFunction = callingFunction;
         report.source = failure.Source();
-        showErrorReport(report);
+        reportDialog(report);
     });
 }
 
