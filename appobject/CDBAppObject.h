@@ -62,7 +62,9 @@ class CDBAppObject final
         return Answer(value, data_.identity.definitionName);
     }
     STDMETHODIMP get_OwnerDeviceXML(IDispatch** value) override { return Answer(value, ownerDeviceXml_); }
-    STDMETHODIMP putref_OwnerDeviceXML(IDispatch* value) override { return Keep(ownerDeviceXml_, value); }
+    STDMETHODIMP putref_OwnerDeviceXML(IDispatch* value) override {
+        return StoreValue(ownerDeviceXml_, value);
+    }
     STDMETHODIMP put_UserName(BSTR value) override { return Store(data_.placement.userName, value); }
     STDMETHODIMP get_Name(BSTR* value) override { return Answer(value, data_.identity.name); }
     STDMETHODIMP get_Tag(BSTR* value) override { return Answer(value, data_.notes.tag); }
@@ -83,7 +85,7 @@ class CDBAppObject final
     STDMETHODIMP get_Outputs(IOutputs** value) override { return Answer(value, outputs_); }
     STDMETHODIMP get_Attributes(IAttributes** value) override { return Answer(value, attributes_); }
     STDMETHODIMP get_Language(long* value) override { return Answer(value, data_.notes.language); }
-    STDMETHODIMP put_Language(long value) override { return Keep(data_.notes.language, value); }
+    STDMETHODIMP put_Language(long value) override { return StoreValue(data_.notes.language, value); }
     STDMETHODIMP Destroy() override;
     STDMETHODIMP get_ProgrammaticID(BSTR* value) override;
     STDMETHODIMP putref_XmlSNVTDoc(IDispatch* value) override;
@@ -91,14 +93,14 @@ class CDBAppObject final
     STDMETHODIMP XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) override;
     STDMETHODIMP XmlLoad(IDispatch* element) override;
     STDMETHODIMP get_Parent(IDispatch** value) override { return Answer(value, parent_); }
-    STDMETHODIMP putref_Parent(IDispatch* value) override { return Keep(parent_, value); }
+    STDMETHODIMP putref_Parent(IDispatch* value) override { return StoreValue(parent_, value); }
     STDMETHODIMP get_XPosition(double* value) override { return Answer(value, data_.placement.xPosition); }
-    STDMETHODIMP put_XPosition(double value) override { return Keep(data_.placement.xPosition, value); }
+    STDMETHODIMP put_XPosition(double value) override { return StoreValue(data_.placement.xPosition, value); }
     STDMETHODIMP get_YPosition(double* value) override { return Answer(value, data_.placement.yPosition); }
-    STDMETHODIMP put_YPosition(double value) override { return Keep(data_.placement.yPosition, value); }
+    STDMETHODIMP put_YPosition(double value) override { return StoreValue(data_.placement.yPosition, value); }
     STDMETHODIMP Init(BSTR name, VARIANT_BOOL* value) override;
     STDMETHODIMP get_ExportIndex(short* value) override { return Answer(value, data_.notes.exportIndex); }
-    STDMETHODIMP put_ExportIndex(short value) override { return Keep(data_.notes.exportIndex, value); }
+    STDMETHODIMP put_ExportIndex(short value) override { return StoreValue(data_.notes.exportIndex, value); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, data_.notes.extendedKey); }
     STDMETHODIMP put_ExtendedKey(BSTR value) override;
 
@@ -122,11 +124,11 @@ class CDBAppObject final
 
   private:
     template <class T, class V>
-    static HRESULT Keep(T& field, V value) noexcept {
+    static HRESULT StoreValue(T& field, V value) noexcept {
         field = value;
         return S_OK;
     }
-    static HRESULT Keep(com::Ref<IDispatch>& field, IDispatch* value) noexcept {
+    static HRESULT StoreValue(com::Ref<IDispatch>& field, IDispatch* value) noexcept {
         field = com::Ref<IDispatch>(value);
         return S_OK;
     }

@@ -22,7 +22,7 @@ class Mark {
     bool& flag_;
 };
 
-/// A new value that goes back to the old one unless it is kept.
+/// A new value that goes back to the old one unless it is committed.
 template <class T>
 class Change {
   public:
@@ -30,16 +30,16 @@ class Change {
     Change(const Change&) = delete;
     Change& operator=(const Change&) = delete;
     ~Change() {
-        if (!kept_) {
+        if (!committed_) {
             std::swap(field_, old_);
         }
     }
-    void Keep() noexcept { kept_ = true; }
+    void Commit() noexcept { committed_ = true; }
 
   private:
     T& field_;
     T old_;
-    bool kept_ = false;
+    bool committed_ = false;
 };
 
 bool IsGone(HRESULT result) noexcept {
@@ -88,7 +88,7 @@ void GenericAttribute::WriteValue(std::wstring value) {
     // What the interceptor keeps in step did not get the value when it fails.
     Change change(value_, std::move(value));
     Ask(ValueChanged, &IAttributeInterceptor::InterceptAttributeValueChanged);
-    change.Keep();
+    change.Commit();
 }
 
 void GenericAttribute::Fetch() {
@@ -202,7 +202,7 @@ HRESULT GenericAttribute::SetType(ISNVType* newType) {
         const auto self = This<IAttribute>();
         Change change(type_, com::Ref<ISNVType>(newType));
         Ask(TypeChanged, &IAttributeInterceptor::InterceptTypeChanged);
-        change.Keep();
+        change.Commit();
     });
 }
 

@@ -34,8 +34,8 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     STDMETHODIMP get_MaxInstances(long* value) override { return Number(L"MAXINSTANCES", value); }
     STDMETHODIMP get_CDBDimension(long* value) override { return Number(L"CDBDIMENSION", value); }
     STDMETHODIMP get_Color(long* value) override { return Answer(value, color_); }
-    STDMETHODIMP put_Color(long value) override { return Keep(color_, value); }
-    STDMETHODIMP SetColor(long color) override { return Keep(color_, color); }
+    STDMETHODIMP put_Color(long value) override { return StoreValue(color_, value); }
+    STDMETHODIMP SetColor(long color) override { return StoreValue(color_, color); }
     STDMETHODIMP get_Width(long* value) override { return Number(L"WIDTH", value); }
     STDMETHODIMP get_InputWidth(long* value) override { return Number(L"INPUTWIDTH", value); }
     STDMETHODIMP get_DDBDimension(long* value) override { return Number(L"DDBDIMENSION", value); }
@@ -45,7 +45,9 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     STDMETHODIMP get_UserName(BSTR* value) override { return Answer(value, userName_); }
     STDMETHODIMP get_UniqueIDString(BSTR* value) override { return Answer(value, definitionName_); }
     STDMETHODIMP get_OwnerDeviceXML(IDispatch** value) override { return Answer(value, ownerDeviceXml_); }
-    STDMETHODIMP putref_OwnerDeviceXML(IDispatch* value) override { return Keep(ownerDeviceXml_, value); }
+    STDMETHODIMP putref_OwnerDeviceXML(IDispatch* value) override {
+        return StoreValue(ownerDeviceXml_, value);
+    }
     STDMETHODIMP put_UserName(BSTR value) override { return Store(userName_, value); }
     STDMETHODIMP get_Name(BSTR* value) override { return Text(L"NAME", value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return Answer(value, globalKey_); }
@@ -67,14 +69,14 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     STDMETHODIMP XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) override;
     STDMETHODIMP XmlLoad(IDispatch* element) override;
     STDMETHODIMP get_Parent(IDispatch** value) override { return Answer(value, parent_); }
-    STDMETHODIMP putref_Parent(IDispatch* value) override { return Keep(parent_, value); }
+    STDMETHODIMP putref_Parent(IDispatch* value) override { return StoreValue(parent_, value); }
     STDMETHODIMP get_XPosition(double* value) override { return Answer(value, x_); }
-    STDMETHODIMP put_XPosition(double value) override { return Keep(x_, value); }
+    STDMETHODIMP put_XPosition(double value) override { return StoreValue(x_, value); }
     STDMETHODIMP get_YPosition(double* value) override { return Answer(value, y_); }
-    STDMETHODIMP put_YPosition(double value) override { return Keep(y_, value); }
+    STDMETHODIMP put_YPosition(double value) override { return StoreValue(y_, value); }
     STDMETHODIMP Init(BSTR name, VARIANT_BOOL* value) override;
     STDMETHODIMP get_ExportIndex(short* value) override { return Answer(value, exportIndex_); }
-    STDMETHODIMP put_ExportIndex(short value) override { return Keep(exportIndex_, value); }
+    STDMETHODIMP put_ExportIndex(short value) override { return StoreValue(exportIndex_, value); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return Answer(value, extendedKey_); }
     STDMETHODIMP put_ExtendedKey(BSTR value) override;
     STDMETHODIMP get_IsDeviceDependent(VARIANT_BOOL* value) override {
@@ -91,11 +93,11 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
 
   private:
     template <class T>
-    static HRESULT Keep(T& field, T value) noexcept {
+    static HRESULT StoreValue(T& field, T value) noexcept {
         field = value;
         return S_OK;
     }
-    static HRESULT Keep(com::Ref<IDispatch>& field, IDispatch* value) noexcept {
+    static HRESULT StoreValue(com::Ref<IDispatch>& field, IDispatch* value) noexcept {
         field = com::Ref<IDispatch>(value);
         return S_OK;
     }
