@@ -1,3 +1,11 @@
+// A script's arguments come as VARIANTs of whatever type the script had, some of them
+// as variables of the script and some under a name. A member takes fixed types in a
+// fixed order. Take goes over the member's arguments in their order and finds the
+// caller's argument for each. One that fits is passed on as it is; of another one a
+// converted copy is passed on, which this object owns (owned_). An argument by
+// reference gets a variable of this object's instead (targets_), and GiveBack puts
+// what the member wrote there into the caller's own. Nothing is called before all
+// arguments fit, so that a refused call has no effect.
 #include "com/CallArguments.h"
 
 #include "com/Ref.h"
@@ -32,10 +40,10 @@ VARIANT ValueOf(const VARIANT& argument) noexcept {
     return value;
 }
 
-VARIANT ReferenceTo(VARIANT& place) noexcept {
+VARIANT ReferenceTo(VARIANT& target) noexcept {
     VARIANT reference{};
-    reference.vt = static_cast<VARTYPE>(VT_BYREF | place.vt);
-    reference.byref = &place.llVal;
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | target.vt);
+    reference.byref = &target.llVal;
     return reference;
 }
 
@@ -69,14 +77,14 @@ HRESULT CallArguments::Take(UINT& wrong) {
         result = CheckNames(wrong);
     }
     if (SUCCEEDED(result)) {
-        result = CheckPlaces();
+        result = CheckPresence();
     }
-    for (std::size_t place = 0; place < shape_.arguments.size() && SUCCEEDED(result); ++place) {
-        const auto index = IndexOf(place);
+    for (std::size_t position = 0; position < shape_.arguments.size() && SUCCEEDED(result); ++position) {
+        const auto index = IndexOf(position);
         if (!index) {
             continue; // left out
         }
-        result = TakeOne(shape_.arguments[place], *index);
+        result = TakeOne(shape_.arguments[position], *index);
         if (result == DISP_E_TYPEMISMATCH) {
             wrong = *index;
         }
@@ -85,20 +93,20 @@ HRESULT CallArguments::Take(UINT& wrong) {
 }
 
 void CallArguments::GiveBack() noexcept {
-    for (Place& place : places_) {
+    for (Target& target : targets_) {
         constexpr LCID kByCharacter = 0;
         const bool isWritten =
-            VarCmp(place.value.Address(), place.before.Address(), kByCharacter, 0) != VARCMP_EQ;
-        if (place.variable != nullptr && isWritten) {
-            VariantClear(place.variable);
-            *place.variable = place.value.Detach();
+            VarCmp(target.value.Address(), target.before.Address(), kByCharacter, 0) != VARCMP_EQ;
+        if (target.variable != nullptr && isWritten) {
+            VariantClear(target.variable);
+            *target.variable = target.value.Detach();
         }
     }
 }
 
-/// The place among the member's arguments that a name of the caller's means;
+/// The position among the member's arguments that a name of the caller's means;
 /// one behind the last when it means none.
-std::size_t CallArguments::PlaceOf(DISPID name) const noexcept {
+std::size_t CallArguments::PositionOf(DISPID name) const noexcept {
     const std::size_t count = shape_.arguments.size();
     if (name == DISPID_PROPERTYPUT && shape_.IsWrite()) {
         return count - 1;
@@ -106,14 +114,14 @@ std::size_t CallArguments::PlaceOf(DISPID name) const noexcept {
     return name >= 0 && static_cast<std::size_t>(name) < count ? static_cast<std::size_t>(name) : count;
 }
 
-/// The caller's argument for a place. Named ones come first in the caller's
+/// The caller's argument for a position. Named ones come first in the caller's
 /// order, the others last to first behind them.
-std::optional<UINT> CallArguments::IndexOf(std::size_t place) const noexcept {
-    if (place < Positional()) {
-        return params_.cArgs - 1 - static_cast<UINT>(place);
+std::optional<UINT> CallArguments::IndexOf(std::size_t position) const noexcept {
+    if (position < Positional()) {
+        return params_.cArgs - 1 - static_cast<UINT>(position);
     }
     for (UINT i = 0; i < params_.cNamedArgs; ++i) {
-        if (PlaceOf(params_.rgdispidNamedArgs[i]) == place) {
+        if (PositionOf(params_.rgdispidNamedArgs[i]) == position) {
             return i;
         }
     }
@@ -134,9 +142,9 @@ HRESULT CallArguments::CheckNames(UINT& wrong) const noexcept {
         return DISP_E_PARAMNOTFOUND;
     }
     for (UINT i = 0; i < params_.cNamedArgs; ++i) {
-        const std::size_t place = PlaceOf(names[i]);
-        const bool isFree = place >= Positional() && IndexOf(place) == i;
-        if (place == shape_.arguments.size() || !isFree) {
+        const std::size_t position = PositionOf(names[i]);
+        const bool isFree = position >= Positional() && IndexOf(position) == i;
+        if (position == shape_.arguments.size() || !isFree) {
             wrong = i;
             return DISP_E_PARAMNOTFOUND;
         }
@@ -144,9 +152,9 @@ HRESULT CallArguments::CheckNames(UINT& wrong) const noexcept {
     return S_OK;
 }
 
-HRESULT CallArguments::CheckPlaces() const noexcept {
-    for (std::size_t place = 0; place < shape_.arguments.size(); ++place) {
-        if (!shape_.arguments[place].isOptional && !IndexOf(place)) {
+HRESULT CallArguments::CheckPresence() const noexcept {
+    for (std::size_t position = 0; position < shape_.arguments.size(); ++position) {
+        if (!shape_.arguments[position].isOptional && !IndexOf(position)) {
             return DISP_E_PARAMNOTOPTIONAL;
         }
     }
@@ -232,13 +240,13 @@ HRESULT CallArguments::TakeReference(const ArgumentShape& argument, UINT index) 
         Passed(index) = variable->vt == reference ? *variable : ReferenceTo(*variable);
         return S_OK;
     }
-    places_.reserve(shape_.arguments.size()); // what refers to one must not move
-    Place& place = places_.emplace_back();
-    place.variable = variable;
-    HRESULT result = Convert(ValueOf(given), argument.type, *place.value.Put());
+    targets_.reserve(shape_.arguments.size()); // what refers to one must not move
+    Target& target = targets_.emplace_back();
+    target.variable = variable;
+    HRESULT result = Convert(ValueOf(given), argument.type, *target.value.Put());
     if (SUCCEEDED(result)) {
-        Passed(index) = ReferenceTo(*place.value.Address());
-        result = VariantCopy(place.before.Put(), place.value.Address());
+        Passed(index) = ReferenceTo(*target.value.Address());
+        result = VariantCopy(target.before.Put(), target.value.Address());
     }
     return result;
 }

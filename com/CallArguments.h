@@ -37,7 +37,7 @@ class CallArguments {
 
   private:
     /// What an argument by reference refers to.
-    struct Place {
+    struct Target {
         Variant value;
         /// The value that the member was given.
         Variant before;
@@ -46,11 +46,11 @@ class CallArguments {
     };
 
     std::size_t Positional() const noexcept { return params_.cArgs - params_.cNamedArgs; }
-    std::size_t PlaceOf(DISPID name) const noexcept;
-    std::optional<UINT> IndexOf(std::size_t place) const noexcept;
+    std::size_t PositionOf(DISPID name) const noexcept;
+    std::optional<UINT> IndexOf(std::size_t position) const noexcept;
     HRESULT CheckCount() const noexcept;
     HRESULT CheckNames(UINT& wrong) const noexcept;
-    HRESULT CheckPlaces() const noexcept;
+    HRESULT CheckPresence() const noexcept;
 
     HRESULT TakeOne(const ArgumentShape& argument, UINT index);
     HRESULT TakeValue(const ArgumentShape& argument, UINT index);
@@ -67,7 +67,7 @@ class CallArguments {
     std::vector<VARIANT> values_;
     /// Which of them belong to this object. The callee may exchange an object.
     std::vector<UINT> owned_;
-    std::vector<Place> places_;
+    std::vector<Target> targets_;
 };
 
 } // namespace com
