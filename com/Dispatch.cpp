@@ -1,3 +1,11 @@
+// IDispatch for objects that have several dual interfaces. Each interface answers from
+// its own type information (com/Dll.h keeps it), and falls back on the object's others:
+// - GetFaceIds asks the own interface for a name first, then the others in turn.
+// - InvokeFace looks the DISPID up in the same order. DISPIDs are distinct over the
+//   interfaces of an object, so at most one has it. If that one does not allow this
+//   kind of access, a member of the same name in another interface may.
+// - InvokeAs brings the arguments to their types (com/CallArguments.h) and lets the
+//   platform's ITypeInfo::Invoke make the call by slot.
 #include "com/Dispatch.h"
 
 #include "com/Boundary.h"

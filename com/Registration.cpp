@@ -1,3 +1,8 @@
+// Registering and unregistering share one plan: the keys and values that this DLL's
+// classes, interfaces and type libraries consist of. MakePlan makes it from the classes
+// table and the type libraries in the DLL's resources, and leaves out what stays with
+// another file. A Snapshot then reads the trees of all keys in the plan. When a step of
+// writing or removing fails, it puts them back, so that both are all or nothing.
 #include "com/Registration.h"
 
 #include "com/Boundary.h"

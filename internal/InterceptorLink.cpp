@@ -1,3 +1,10 @@
+// The generic object keeps its interceptor for as long as it lives, and the channel
+// object keeps the generic object. If the interceptor were the channel object itself,
+// the two references would be a cycle and neither would ever end. So the generic object
+// is given this link: it has a reference count of its own and a plain pointer to the
+// channel object, which cuts the link when it ends (Cut). Each call takes a reference
+// on the channel object for its duration. After the cut a call empties its result and
+// answers CO_E_OBJNOTCONNECTED.
 #include "internal/InterceptorLink.h"
 
 #include "com/Boundary.h"

@@ -1,3 +1,11 @@
+// Runs a job without a fault, to learn its right answer. Then, for each kind of call
+// that can fail, it runs the job with the first call failing, with the second, and so
+// on, until a run ends before the n-th call: it must give the right answer. Each series
+// is run twice, with the n-th call alone failing and with all later ones too. After
+// each fault three things are checked: what the job told (HRESULT, report, box) and left
+// is a documented outcome, no object of the component is alive, and the next run
+// without a fault gives the right answer. Imports puts stand-ins that fail in place of
+// the functions that the component imports, Slots in place of the methods of objects.
 #include "tests/fault/FaultLoop.h"
 
 #include "tests/fault/DomSlots.h"
