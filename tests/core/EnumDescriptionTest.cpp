@@ -27,11 +27,14 @@ TEST(EnumDescriptionLabelTest, GivesNothingForAValueWithoutEntry) {
 TEST(EnumDescriptionLabelTest, GivesNothingForAnEmptyValue) {
     EXPECT_EQ(EnumLabel(L"", L"0,Off;"), L"");
     EXPECT_EQ(EnumLabel(L"", L",Off;"), L"");
+    EXPECT_EQ(EnumLabel(L"", L""), L"");
 }
 
 TEST(EnumDescriptionLabelTest, ComparesTheValueAsTextWithCase) {
     EXPECT_EQ(EnumLabel(L"a", L"A,upper;a,lower;"), L"lower");
     EXPECT_EQ(EnumLabel(L"1", L"01,one;1.0,two; 1,three;"), L"");
+    EXPECT_EQ(EnumLabel(L"01", L"1,On;"), L"");
+    EXPECT_EQ(EnumLabel(L"1", L"11,Eleven;1,One;"), L"One");
 }
 
 TEST(EnumDescriptionLabelTest, TakesTheFirstOfTwoEntries) {
@@ -40,6 +43,7 @@ TEST(EnumDescriptionLabelTest, TakesTheFirstOfTwoEntries) {
 
 TEST(EnumDescriptionLabelTest, LeavesACommaInALabel) {
     EXPECT_EQ(EnumLabel(L"1", L"0,Off;1,On, fast;"), L"On, fast");
+    EXPECT_EQ(EnumLabel(L"1", L"1,a,b;2,c;"), L"a,b");
 }
 
 TEST(EnumDescriptionLabelTest, GivesAnEmptyLabel) {
@@ -60,6 +64,7 @@ TEST(EnumDescriptionLabelTest, SkipsAnEntryWithoutComma) {
 TEST(EnumDescriptionLabelTest, RefusesAValueThatSpansTwoEntries) {
     // The text before the first comma is "0;1"; its label would end before it begins.
     EXPECT_EQ(ErrorOf([] { EnumLabel(L"0;1", L"0;1,On;"); }), kInvalidCall);
+    EXPECT_EQ(EnumLabel(L"1", L"x;1,On;"), L"On");
 }
 
 TEST(EnumDescriptionLabelTest, TakesTimeLinearInTheDescription) {
