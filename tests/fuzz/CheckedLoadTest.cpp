@@ -156,8 +156,8 @@ class CheckedLoadTest : public DocumentsFuzzTest {
         std::wstring outputs;
         std::size_t count = 0;
         for (const std::string& id : types.Identifiers()) {
-            outputs += L"<A_" + std::to_wstring(count++) + L"><SNVTTYPE>" + FromUtf8(id) +
-                       L"</SNVTTYPE></A_" + std::to_wstring(count - 1) + L">";
+            const std::wstring name = L"A_" + std::to_wstring(count++);
+            outputs += L"<" + name + L"><SNVTTYPE>" + FromUtf8(id) + L"</SNVTTYPE></" + name + L">";
         }
         const auto module = NewModule();
         const HRESULT used = module.As<ITamObject>()->LoadFromXmlStream(com::Bstr(Stream({}, outputs)).Get());
