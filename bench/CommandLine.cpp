@@ -199,6 +199,9 @@ void CheckTogether(const Options& options) {
     if (IsForMany(options) && !options.output.empty()) {
         throw CLI::ValidationError("-o names one file: several streams need --out FOLDER");
     }
+    if (options.command == "sheet" && options.output.empty() && options.outFolder.empty()) {
+        throw CLI::ValidationError("a sheet is a file: name it with -o, or a folder with --out");
+    }
 }
 
 /// What is wrong with the command line. A word that is no command is all that
@@ -244,10 +247,6 @@ void CommandSyntax::Text(const std::string& name, std::wstring& target, const st
     app_->add_option_function<std::string>(
             name, [&target](const std::string& value) { target = Wide(value); }, help)
         ->type_name(name.starts_with("-") ? form : "");
-}
-
-void CommandSyntax::MustHave(const std::string& name) {
-    app_->get_option(name)->required();
 }
 
 void CommandSyntax::Flag(const std::string& name, bool& target, const std::string& help) {

@@ -44,6 +44,8 @@ struct Options {
     std::wstring deviceName;
     std::wstring keyText;
     std::vector<std::wstring> files;
+    std::wstring before;
+    std::wstring after;
     std::wstring format;
     std::wstring schemas;
     bool listsRules = false;

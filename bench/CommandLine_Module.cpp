@@ -29,14 +29,26 @@ class ModuleCommands {
     }
 
     void AddSheet() {
-        CommandSyntax sheet = StreamCommand("sheet",
-                                            "Write the device sheet: the block, all points and the module's "
-                                            "identity, as one page for browsers and paper",
-                                            "  tambench sheet full -o full.html\n"
-                                            "  tambench sheet full --svg -o full.svg  the block alone");
+        CommandSyntax sheet =
+            StreamsCommand("sheet", ".html",
+                           "Write the device sheet: the block, all points, the module's identity and what is "
+                           "wrong with the stream, as one page for browsers and paper",
+                           "  tambench sheet full -o full.html\n"
+                           "  tambench sheet full --us -o full.html  displayed values in US units\n"
+                           "  tambench sheet full --svg -o full.svg  the block alone\n"
+                           "  tambench sheet streams --out sheets    each stream below a folder");
         sheet.Output("File for the page");
-        sheet.MustHave("--output");
         sheet.Flag("--svg", options_.svg, "Write the block alone, as a picture");
+    }
+
+    void AddDiff() {
+        CommandSyntax diff =
+            Command("diff", "Say what changed in meaning between two documents of one kind",
+                    "  tambench diff old.xml new.xml\n"
+                    "  tambench diff full new.xml --json      the sample full and a file\n\n"
+                    "Exit status: 0 nothing changed, 1 something did, 2 a file cannot be read or compared");
+        diff.Argument("BEFORE", options_.before, "File, or name of a sample");
+        diff.Argument("AFTER", options_.after, "File, or name of a sample");
     }
 
     void AddCheck() {
@@ -180,6 +192,7 @@ void AddModuleCommands(CommandSyntax& program, Options& options) {
     commands.AddReading();
     commands.AddSheet();
     commands.AddCheck();
+    commands.AddDiff();
     commands.AddProject();
     commands.AddPoints();
     commands.AddServices();

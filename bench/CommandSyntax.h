@@ -31,8 +31,6 @@ class CommandSyntax {
     /// the option's value in the help.
     void Text(const std::string& name, std::wstring& target, const std::string& help,
               const std::string& form = "TEXT");
-    /// The option may not be missing.
-    void MustHave(const std::string& name);
     void Flag(const std::string& name, bool& target, const std::string& help);
     /// Several names of the form NAME, or one at each mention of the form KEY.NAME.
     void Names(const std::string& name, const std::string& form, std::vector<std::wstring>& target,

@@ -14,6 +14,8 @@ using Command = void (*)(Host& host, const Options& options, Report& report);
 /// Says what is wrong with documents; needs no component, so no host. Answers the
 /// exit status. Commands_Check.cpp
 int CheckDocuments(const Options& options);
+/// Says what changed between two documents; as above. Commands_Diff.cpp
+int CompareDocuments(const Options& options);
 
 // Commands_Reading.cpp
 void Inspect(Host& host, const Options& options, Report& report);

@@ -24,7 +24,9 @@ int main() {
     const auto failure = com::Attempt([&] {
         com::ThisDll().Attach(GetModuleHandleW(nullptr));
         if (const auto options = bench::ReadCommandLine(status)) {
-            status = options->command == "check" ? bench::CheckDocuments(*options) : bench::Run(*options);
+            status = options->command == "check"  ? bench::CheckDocuments(*options)
+                     : options->command == "diff" ? bench::CompareDocuments(*options)
+                                                  : bench::Run(*options);
         }
     });
     if (failure) {

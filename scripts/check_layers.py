@@ -21,6 +21,7 @@ MAY_SEE = {
     "batch": ["core"],
     "page": ["drawing"],
     "check": ["core", "batch"],
+    "diff": ["core", "batch", "check"],
     "tamcheck": ["batch", "check"],
     "com": ["core"],
     "common": ["core", "com"],
@@ -31,7 +32,7 @@ MAY_SEE = {
     "internal": ["core", "com", "common"],
     "component": ["core", "com", "common", "types", "dialogs", "points", "appobject", "internal"],
     "host": ["core", "com"],
-    "bench": ["core", "com", "batch", "drawing", "page", "check"],
+    "bench": ["core", "com", "batch", "drawing", "page", "check", "diff"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"

@@ -163,6 +163,24 @@ TEST(SheetTest, TellsTheFileThatItWrote) {
     const Json answer = Bench({L"sheet", L"channels", L"-o", file});
     EXPECT_EQ(Json(Narrow(file)), answer["file"]);
     EXPECT_EQ(Json(ReadFileBytes(file).size()), answer["bytes"]);
+    EXPECT_EQ(Json(0), answer["findings"]["errors"]);
+}
+
+TEST(SheetTest, TellsWhatIsWrongWithTheStream) {
+    const std::wstring stream =
+        WrittenFile(L"misspelt.xml",
+                    "<Tam><Name>A</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>0</TamObjID>"
+                    "<Attributes>\n<A><SNVTTYPE>147</SNVTTYPE><VALEU>1</VALEU></A></Attributes></Tam>");
+    const std::string html = SheetOf(stream);
+    EXPECT_TRUE(Holds(html, "<span class=\"place\">line 2, column 29 <code>"))
+        << html.substr(html.find("<ul"));
+    EXPECT_TRUE(Holds(html, "Did you mean VALUE?"));
+    EXPECT_TRUE(Holds(SheetOf(L"channels"), "id=\"findings\""));
+}
+
+TEST(SheetTest, TakesValuesThatAreSetAfterLoading) {
+    EXPECT_EQ(Json(Local("1.50 \u00B0C")),
+              RowOf(SheetOf(L"channels", {L"AI1_Offset=1.50"}), "AI1_Offset")["Displayed as"]);
 }
 
 TEST(SheetTest, WantsAFile) {

@@ -1,0 +1,41 @@
+#include "bench/Commands.h"
+#include "bench/Output.h"
+#include "bench/Samples.h"
+#include "bench/Text.h"
+#include "diff/Program.h"
+
+#include <windows.h>
+
+#include <io.h>
+
+#include <cstdio>
+#include <string>
+
+namespace bench {
+
+namespace {
+
+/// A file, or the sample of this name; what is neither is a file that cannot be read.
+std::wstring FileOf(const std::wstring& name) {
+    const std::wstring sample = IsFile(name) ? L"" : SampleStream(name);
+    return sample.empty() ? name : sample;
+}
+
+} // namespace
+
+int CompareDocuments(const Options& options) {
+    diff::ProgramOptions run;
+    run.programFolder = ProgramFolder();
+    run.catalogue = options.catalogue;
+    run.before = FileOf(options.before);
+    run.after = FileOf(options.after);
+    run.isJson = options.json;
+    run.hasColour = _isatty(_fileno(stdout)) != 0 && GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) == 0;
+    bool isPrinted = true;
+    run.print = [&isPrinted](const std::string& text) { isPrinted = Print(text) && isPrinted; };
+    run.complain = [](const std::string& text) { Complain(text); };
+    const int status = diff::RunProgram(run);
+    return isPrinted ? status : diff::kTrouble;
+}
+
+} // namespace bench

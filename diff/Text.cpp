@@ -1,0 +1,139 @@
+#include "diff/Text.h"
+
+#include "check/Utf8.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace diff {
+
+namespace {
+
+constexpr std::string_view kGreen = "\x1B[32m";
+constexpr std::string_view kRed = "\x1B[31m";
+constexpr std::string_view kYellow = "\x1B[33m";
+constexpr std::string_view kCyan = "\x1B[36m";
+constexpr std::string_view kBold = "\x1B[1m";
+constexpr std::string_view kPlain = "\x1B[0m";
+
+struct Look {
+    char sign;
+    std::string_view colour;
+};
+
+Look LookOf(What what) {
+    switch (what) {
+    case What::added:
+        return {'+', kGreen};
+    case What::removed:
+        return {'-', kRed};
+    case What::renamed:
+    case What::moved:
+        return {'>', kCyan};
+    case What::changed:
+        break;
+    }
+    return {'~', kYellow};
+}
+
+/// A text on one line, without what a terminal would obey.
+std::string Clean(std::string_view text) {
+    std::string clean;
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t character = check::NextCharacter(text, at);
+        const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
+        check::AppendCharacter(clean, isControl ? U' ' : character);
+    }
+    return clean;
+}
+
+/// In quotation marks; a word for an empty text.
+std::string Shown(const std::string& text) {
+    return text.empty() ? "nothing" : '"' + Clean(text) + '"';
+}
+
+std::string Sentence(const Change& change) {
+    const std::string name = Clean(change.name);
+    switch (change.what) {
+    case What::added:
+        return name + (change.after.empty() ? "" : "  (" + Clean(change.after) + ")");
+    case What::removed:
+        return name + (change.before.empty() ? "" : "  (" + Clean(change.before) + ")");
+    case What::renamed:
+        return name + ": was named " + Shown(change.before);
+    case What::moved:
+        return name + ": moved from place " + change.before + " to " + change.after;
+    case What::changed:
+        break;
+    }
+    return (change.name.empty() ? "" : name + ", ") + Clean(change.field) + ": " + Shown(change.before) +
+           " -> " + Shown(change.after);
+}
+
+std::string Lines(const Change& change) {
+    const auto line = [](std::size_t number) { return number == 0 ? "" : std::to_string(number); };
+    if (change.lineBefore == 0 || change.lineAfter == 0) {
+        return "  [line " + line(std::max(change.lineBefore, change.lineAfter)) + "]";
+    }
+    return "  [line " + line(change.lineBefore) + ", now " + line(change.lineAfter) + "]";
+}
+
+std::string TitleOf(const std::string& noun, const Model& model) {
+    for (const Group& group : model.groups) {
+        if (group.noun == noun) {
+            return group.title;
+        }
+    }
+    return "The document itself";
+}
+
+} // namespace
+
+std::string_view WordOf(What what) {
+    switch (what) {
+    case What::added:
+        return "added";
+    case What::removed:
+        return "removed";
+    case What::renamed:
+        return "renamed";
+    case What::moved:
+        return "moved";
+    case What::changed:
+        break;
+    }
+    return "changed";
+}
+
+std::string Text(const std::vector<Change>& changes, const Model& model, bool isColoured) {
+    if (changes.empty()) {
+        return "No change in meaning.\n";
+    }
+    const auto painted = [isColoured](std::string_view colour, const std::string& text) {
+        return isColoured ? std::string(colour) + text + std::string(kPlain) : text;
+    };
+    std::string text;
+    const std::string* group = nullptr;
+    for (const Change& change : changes) {
+        if (group == nullptr || *group != change.noun) {
+            text += painted(kBold, TitleOf(change.noun, model)) + "\n";
+            group = &change.noun;
+        }
+        const Look look = LookOf(change.what);
+        text += painted(look.colour, std::string("  ") + look.sign + " " + Sentence(change)) + Lines(change) +
+                "\n";
+    }
+    text += "\n" + std::to_string(changes.size()) + (changes.size() == 1 ? " change:" : " changes:");
+    std::string separator = " ";
+    for (const What what : {What::added, What::removed, What::renamed, What::moved, What::changed}) {
+        const auto count = std::count_if(changes.begin(), changes.end(),
+                                         [what](const Change& change) { return change.what == what; });
+        if (count > 0) {
+            text += separator + std::to_string(count) + " " + std::string(WordOf(what));
+            separator = ", ";
+        }
+    }
+    return text + ".\n";
+}
+
+} // namespace diff

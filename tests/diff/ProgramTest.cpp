@@ -1,0 +1,114 @@
+// diff as a program: what it reads, prints and answers.
+
+#include "diff/Program.h"
+#include "tests/diff/Changes.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
+#include <ios>
+
+namespace difftest {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class ProgramTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::temp_directory_path() / (std::string("diff_tests_") + test.name());
+        fs::create_directories(folder_);
+        Write("catalogue.xml",
+              "<SNVTCatalogue><SNVT_147><Name>SNVT_temp_diff_p</Name><Type>SignedNumeric</Type><Unit>"
+              "degrees C</Unit><Min>-327.68</Min><Max>327.66</Max><Length>2</Length><A_Coef>1</A_Coef>"
+              "<B_Coef>-2</B_Coef><C_Coef>0</C_Coef></SNVT_147></SNVTCatalogue>");
+        Write("a.xml", Attributes(Attribute("A", "147", "1", "1")));
+        Write("b.xml", Attributes(Attribute("A", "147", "1", "2")));
+    }
+    void TearDown() override {
+        std::error_code none;
+        fs::remove_all(folder_, none);
+    }
+
+    void Write(const char* name, const std::string& text) const {
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+    }
+
+    int Run(const char* before, const char* after, bool isJson = false, const char* catalogue = "") {
+        diff::ProgramOptions options;
+        options.before = folder_ / before;
+        options.after = folder_ / after;
+        options.isJson = isJson;
+        if (*catalogue != '\0') {
+            options.catalogue = folder_ / catalogue;
+        }
+        options.print = [this](const std::string& text) { out_ += text; };
+        options.complain = [this](const std::string& text) { err_ += text; };
+        return diff::RunProgram(options);
+    }
+
+    fs::path folder_;
+    std::string out_;
+    std::string err_;
+};
+
+TEST_F(ProgramTest, AnswersZeroForDocumentsOfOneMeaning) {
+    EXPECT_EQ(diff::kSame, Run("a.xml", "a.xml"));
+    EXPECT_EQ("No change in meaning.\n", out_);
+    EXPECT_EQ("", err_);
+}
+
+TEST_F(ProgramTest, AnswersOneForAChange) {
+    EXPECT_EQ(diff::kDifferent, Run("a.xml", "b.xml"));
+    EXPECT_EQ("Attributes\n  ~ A, value: \"1 degrees C\" -> \"2 degrees C\"  [line 1, now 1]\n\n1 change: 1 "
+              "changed.\n",
+              out_);
+}
+
+TEST_F(ProgramTest, AnswersTwoForTrouble) {
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "none.xml"));
+    EXPECT_NE(std::string::npos, err_.find("none.xml: "));
+    err_.clear();
+    Write("broken.xml", "<Tam>\n<Name>A</Nam></Tam>");
+    EXPECT_EQ(diff::kTrouble, Run("broken.xml", "a.xml"));
+    EXPECT_NE(std::string::npos, err_.find("broken.xml:2:")) << err_;
+    EXPECT_EQ("", out_);
+}
+
+TEST_F(ProgramTest, RefusesDocumentsOfTwoKinds) {
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "catalogue.xml"));
+    EXPECT_NE(std::string::npos, err_.find("a.xml is of the kind device stream, ")) << err_;
+    EXPECT_NE(std::string::npos, err_.find("catalogue.xml of the kind catalogue; compare two of one kind\n"))
+        << err_;
+}
+
+TEST_F(ProgramTest, RefusesACatalogueThatIsNone) {
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "b.xml", false, "a.xml"));
+    EXPECT_NE(std::string::npos, err_.find("a.xml: it has no types")) << err_;
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "b.xml", false, "none.xml"));
+}
+
+TEST_F(ProgramTest, WritesJson) {
+    Write("c.xml", Attributes(Attribute("A", "147", "1", "\"\\")));
+    EXPECT_EQ(diff::kDifferent, Run("a.xml", "c.xml", true));
+    EXPECT_NE(std::string::npos, out_.find("\"kind\": \"device stream\"")) << out_;
+    EXPECT_NE(std::string::npos, out_.find("\"same\": false")) << out_;
+    EXPECT_NE(
+        std::string::npos,
+        out_.find("{\"change\": \"changed\", \"kind\": \"attribute\", \"name\": \"A\", \"field\": \"value\", "
+                  "\"before\": \"1 degrees C\", \"after\": \"\\\"\\\\ degrees C\", \"lineBefore\": 1, "
+                  "\"lineAfter\": 1}"))
+        << out_;
+    out_.clear();
+    EXPECT_EQ(diff::kSame, Run("a.xml", "a.xml", true));
+    EXPECT_NE(std::string::npos, out_.find("\"same\": true,\n  \"changes\": []\n}\n")) << out_;
+}
+
+} // namespace
+
+} // namespace difftest
