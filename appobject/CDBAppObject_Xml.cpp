@@ -120,7 +120,9 @@ void CDBAppObject::LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn tu
         }
         com::CheckSet(outputs_.Get());
         const auto* output = outputs_->All().FindKey(dom::BaseName(child));
-        com::CheckSet(output);
+        if (output == nullptr) {
+            throw RunTimeError(RunTime::ObjectNotSet);
+        }
         (*output)->SetDisplayable(true);
     });
 }

@@ -64,7 +64,7 @@ std::string Shown(const std::vector<Server>& servers, int bits) {
 
 /// A paragraph below its mark.
 void Tell(std::string mark, const std::string& text, Report& report) {
-    for (const std::string& line : Wrap(text, Table::kWidth - mark.size())) {
+    for (const std::string& line : Wrap(text, report.Width() - mark.size())) {
         report.Line(mark + line);
         mark = "  ";
     }

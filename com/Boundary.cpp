@@ -43,6 +43,14 @@ Ref<IErrorInfo> TakeError(IUnknown* object, REFIID iid) noexcept {
     return isItsOwn ? info : Ref<IErrorInfo>();
 }
 
+void ThrowCallError(HRESULT result) {
+    throw CallError(result);
+}
+
+void ThrowCallError(HRESULT result, IUnknown* object, REFIID iid) {
+    throw CallError(result, TakeError(object, iid));
+}
+
 void CheckSet(const void* object) {
     if (object == nullptr) {
         throw tam::RunTimeError(tam::RunTime::ObjectNotSet);
@@ -74,6 +82,21 @@ Failure CurrentFailure() noexcept {
         // texts were copied: the code that is known by now stays.
     }
     return failure;
+}
+
+std::optional<Failure> Attempt(Body body) noexcept {
+    try {
+        body();
+        return std::nullopt;
+    } catch (...) {
+        return CurrentFailure();
+    }
+}
+
+HRESULT Guard(REFIID iid, Body body) noexcept {
+    ForgetErrors(); // what an earlier call left is not this call's error
+    const auto failure = Attempt(body);
+    return failure ? Publish(*failure, iid) : S_OK;
 }
 
 long Failure::Number() const noexcept {

@@ -9,8 +9,10 @@
 
 #include <concepts>
 #include <exception>
+#include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace com {
@@ -52,10 +54,14 @@ class CallError : public std::exception {
     Ref<IErrorInfo> info_;
 };
 
+/// Throws the CallError of a failed function of the platform. Apart from the check,
+/// which stands in hundreds of places.
+[[noreturn]] void ThrowCallError(HRESULT result);
+
 /// Throws CallError when a function of the platform failed.
 inline void Check(HRESULT result) {
     if (FAILED(result)) [[unlikely]] {
-        throw CallError(result);
+        ThrowCallError(result);
     }
 }
 
@@ -69,11 +75,14 @@ inline void ForgetErrors() noexcept {
 /// says so sets one at each failure. What another left is put away.
 Ref<IErrorInfo> TakeError(IUnknown* object, REFIID iid) noexcept;
 
+/// Throws the CallError of an object's failed call, with its error object.
+[[noreturn]] void ThrowCallError(HRESULT result, IUnknown* object, REFIID iid);
+
 /// Throws CallError, with the object's error object, when a call of its
 /// interface iid failed. ForgetErrors goes before the call.
 inline HRESULT CheckCall(HRESULT result, IUnknown* object, REFIID iid) {
     if (FAILED(result)) [[unlikely]] {
-        throw CallError(result, TakeError(object, iid));
+        ThrowCallError(result, object, iid);
     }
     return result;
 }
@@ -97,19 +106,27 @@ HRESULT Call(T& object, Member member, Arguments&&... arguments) {
 /// Throws "object not set" for an empty reference.
 void CheckSet(const void* object);
 
-/// Turns the exception in flight into a failure; the one catch of everything.
+/// Turns the exception in flight into a failure.
 Failure CurrentFailure() noexcept;
 
-/// Runs f; what it throws comes back as a failure.
-template <class F>
-std::optional<Failure> Attempt(F&& f) noexcept {
-    try {
-        f();
-        return std::nullopt;
-    } catch (...) {
-        return CurrentFailure();
-    }
-}
+/// What runs inside a boundary: a callable by reference, without its type. So a
+/// boundary is compiled once and not for each body. Lives no longer than the call.
+class Body {
+  public:
+    template <class F>
+    requires(!std::same_as<std::remove_cvref_t<F>, Body>) Body(F&& f)
+    noexcept
+        : callable_(const_cast<void*>(static_cast<const void*>(std::addressof(f))))
+        , run_([](void* callable) { (*static_cast<std::remove_reference_t<F>*>(callable))(); }) {}
+    void operator()() const { run_(callable_); }
+
+  private:
+    void* callable_;
+    void (*run_)(void*);
+};
+
+/// Runs the body; what it throws comes back as a failure. The one catch of everything.
+std::optional<Failure> Attempt(Body body) noexcept;
 
 /// Hands a failure to the caller: sets its error object, answers its HRESULT.
 HRESULT Publish(const Failure& failure, REFIID iid) noexcept;
@@ -120,13 +137,8 @@ inline HRESULT Refuse(HRESULT code) noexcept {
     return code;
 }
 
-/// The boundary of a COM member: what f throws becomes HRESULT and error object.
-template <class F>
-HRESULT Guard(REFIID iid, F&& f) noexcept {
-    ForgetErrors(); // what an earlier call left is not this call's error
-    const auto failure = Attempt(std::forward<F>(f));
-    return failure ? Publish(*failure, iid) : S_OK;
-}
+/// The boundary of a COM member: what the body throws becomes HRESULT and error object.
+HRESULT Guard(REFIID iid, Body body) noexcept;
 
 /// A COM member with a result: checks and empties the out pointer, assigns last.
 template <class T, class F>

@@ -96,6 +96,17 @@ BOOL(WINAPI* const importOfTlsFree)(DWORD) = &GiveSlotBack;
 }
 #undef TAM_IMPORT
 
+// The run-time library's own handler writes the exception's type to the error output
+// that a host does not have, and brings a demangler for it, a twentieth of the DLL.
+// This one stands in its place: the linker takes the first that it finds.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming): the library's name
+namespace __gnu_cxx {
+void __verbose_terminate_handler() {
+    std::abort();
+}
+} // namespace __gnu_cxx
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)
+
 namespace tam {
 
 void PrepareForLackOfMemory() noexcept {

@@ -4,7 +4,6 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace tam {
 
@@ -33,15 +32,7 @@ void ShowErrorReport(const com::Failure& failure, std::wstring_view callingObjec
 
 /// Runs the body of a member that traps: what it throws is shown, and the
 /// member goes on to its default result. True when nothing was thrown.
-template <class F>
-bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, F&& body) noexcept {
-    com::ForgetErrors(); // what an earlier call left is not this member's error
-    const auto failure = com::Attempt(std::forward<F>(body));
-    if (failure) {
-        ShowErrorReport(*failure, callingObject, callingFunction);
-    }
-    return !failure;
-}
+bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, com::Body body) noexcept;
 
 /// A message box, modal to the host's active window, with an OK button alone.
 /// The only place that shows one. `icon` is an MB_ICON value, 0 for none.

@@ -43,6 +43,14 @@ TEST_P(ImageTest, IsADllForThisProcessor) {
     EXPECT_EQ(0U, file.File().TimeDateStamp) << "two builds of one source would differ";
 }
 
+TEST_P(ImageTest, IsSmallEnoughToBeLoadedIntoEveryHost) {
+    WIN32_FILE_ATTRIBUTE_DATA file{};
+    ASSERT_TRUE(GetFileAttributesExW(Path().c_str(), GetFileExInfoStandard, &file));
+    constexpr DWORD kMost = 900 * 1024;
+    EXPECT_EQ(0U, file.nFileSizeHigh);
+    EXPECT_GE(kMost, file.nFileSizeLow);
+}
+
 TEST_P(ImageTest, ExportsTheEntryPointsOfAServerAndNothingElse) {
     const std::vector<std::string> expected{"DllCanUnloadNow", "DllGetClassObject", "DllInstall",
                                             "DllRegisterServer", "DllUnregisterServer"};

@@ -1,0 +1,21 @@
+# What is loaded into every host is small. Built for size, each source is half of
+# what it is at -O3. A host's jobs wait for the parser and for other objects' calls.
+
+# tam_build_small(<target>)
+# For a library whose code goes into a DLL, and for the DLL itself. Sections that
+# nothing refers to are left out (tam_link_dll).
+function(tam_build_small target)
+  if(WIN32)
+    target_compile_options(${target} PRIVATE
+      $<$<AND:$<COMPILE_LANGUAGE:CXX>,$<CONFIG:Release>>:-Os$<SEMICOLON>-ffunction-sections$<SEMICOLON>-fdata-sections>)
+  endif()
+endfunction()
+
+# tam_link_dll(<target>)
+# How each DLL is linked: whole in itself, without symbols, the same bytes from the
+# same sources.
+function(tam_link_dll target)
+  target_link_options(${target} PRIVATE -static -s -Wl,--gc-sections
+    -Wl,--enable-stdcall-fixup -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp
+    -Wl,--wrap=malloc)
+endfunction()
