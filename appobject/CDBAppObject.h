@@ -28,6 +28,7 @@ class CDBAppObject final
       private PointOwner {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAppObject); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBAppObjectMembers); }
 
     /// Throws when the host's unit converter cannot be created.
     CDBAppObject();

@@ -3,6 +3,7 @@
 #include "com/Boundary.h"
 #include "com/Dispatch.h"
 #include "com/Dll.h"
+#include "com/OwnDispatch.h"
 #include "com/Ref.h"
 
 #include <windows.h>
@@ -156,8 +157,10 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
 
     void* Find(REFIID iid) noexcept {
         void* found = nullptr;
-        if (iid == IID_IUnknown || iid == IID_IDispatch) {
+        if (iid == IID_IUnknown) {
             found = static_cast<typename First::Interface*>(static_cast<First*>(this));
+        } else if (OwnDispatch<Derived>::Has(iid)) {
+            found = static_cast<IDispatch*>(&ownDispatch_);
         } else if (iid == IID_ISupportErrorInfo) {
             found = static_cast<ISupportErrorInfo*>(this);
         } else if (iid == IID_IProvideClassInfo) {
@@ -171,6 +174,7 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         return found;
     }
 
+    OwnDispatch<Derived> ownDispatch_{static_cast<Derived&>(*this)};
     ULONG references_ = 1;
     LiveCount live_;
 };

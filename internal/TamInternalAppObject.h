@@ -23,6 +23,7 @@ class TamInternalAppObject final
                          com::Face<TamInternalAppObject, IAttributeInterceptor>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAppObject); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalAppObjectMembers); }
 
     /// Throws when the host's generic object or library service cannot be created.
     TamInternalAppObject();

@@ -17,6 +17,7 @@ class TamInternalAttribute final : public com::OwnedObject<TamInternalAttribute,
                                                            ForwardAttribute<TamInternalAttribute>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttribute); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalAttributeMembers); }
 
     TamInternalAttribute(com::Ref<IAttribute> inner, ITamInternalAppObject& parent)
         : inner_(std::move(inner)) {
@@ -40,6 +41,7 @@ class TamInternalAttributes final : public com::OwnedObject<TamInternalAttribute
                                                             ForwardAttributes<TamInternalAttributes>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttributes); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalAttributesMembers); }
 
     TamInternalAttributes(com::Ref<IAttributes> inner, ITamInternalAppObject& parent)
         : inner_(std::move(inner)) {

@@ -18,6 +18,7 @@ class TamInternalInput final
                               ForwardConnable<TamInternalInput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInput); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalInputMembers); }
 
     TamInternalInput(com::Ref<IInput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         SetOwner(&parent);
@@ -42,6 +43,7 @@ class TamInternalInputs final
     : public com::OwnedObject<TamInternalInputs, ITamInternalAppObject, ForwardInputs<TamInternalInputs>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInputs); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalInputsMembers); }
 
     TamInternalInputs(com::Ref<IInputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         items_.Fill(inner_, parent);

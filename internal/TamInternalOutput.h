@@ -18,6 +18,7 @@ class TamInternalOutput final
                               ForwardConnable<TamInternalOutput>, ForwardDisplay<TamInternalOutput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutput); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalOutputMembers); }
 
     TamInternalOutput(com::Ref<IOutput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         SetOwner(&parent);
@@ -50,6 +51,7 @@ class TamInternalOutputs final
     : public com::OwnedObject<TamInternalOutputs, ITamInternalAppObject, ForwardOutputs<TamInternalOutputs>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutputs); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamInternalOutputsMembers); }
 
     TamInternalOutputs(com::Ref<IOutputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
         items_.Fill(inner_, parent);

@@ -13,6 +13,7 @@ namespace tam {
 class TamObjectManager final : public com::DualObject<TamObjectManager, ITamObjectManager> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::TamObjectManager); }
+    static const IID& MembersId() noexcept { return __uuidof(::TamObjectManagerMembers); }
 
     STDMETHODIMP IsTamInternalObject(BSTR identifier, VARIANT_BOOL* value) override;
     STDMETHODIMP IsTamObject(BSTR identifier, VARIANT_BOOL* value) override;

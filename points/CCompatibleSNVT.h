@@ -14,6 +14,7 @@ namespace tam {
 class CCompatibleSNVT final : public com::DualObject<CCompatibleSNVT, ICompatibleSNVT> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CCompatibleSNVT); }
+    static const IID& MembersId() noexcept { return __uuidof(::CCompatibleSNVTMembers); }
 
     explicit CCompatibleSNVT(std::wstring id) : id_(std::move(id)) {}
     const std::wstring& Id() const noexcept { return id_; }

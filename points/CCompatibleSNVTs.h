@@ -19,6 +19,7 @@ namespace tam {
 class CCompatibleSNVTs final : public com::DualObject<CCompatibleSNVTs, ICompatibleSNVTs, IClonable> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CCompatibleSNVTs); }
+    static const IID& MembersId() noexcept { return __uuidof(::CCompatibleSNVTsMembers); }
 
     CCompatibleSNVTs() = default;
     explicit CCompatibleSNVTs(CompatibleList list) : list_(std::move(list)) {}

@@ -23,6 +23,7 @@ class CDBAttribute final
                    com::Face<CDBAttribute, IMutableTypeAttribute>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttribute); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBAttributeMembers); }
 
     explicit CDBAttribute(std::wstring name) : Point(std::move(name)) {}
 

@@ -20,6 +20,7 @@ class CDBAttributes final
     : public com::OwnedDualObject<CDBAttributes, PointOwner, _CDBAttributes, IAttributes> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBAttributes); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBAttributesMembers); }
 
     explicit CDBAttributes(PointOwner& owner) { SetOwner(&owner); }
 

@@ -19,6 +19,7 @@ class CDBInput final : public Point<CDBInput, com::Face<CDBInput, _CDBInput>, co
                                     com::Face<CDBInput, ISubItemConnable>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBInput); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBInputMembers); }
 
     explicit CDBInput(std::wstring name) : Point(std::move(name)), compatible_(CCompatibleSNVTs::Make()) {}
 

@@ -21,6 +21,7 @@ namespace tam {
 class CDBInputs final : public com::OwnedDualObject<CDBInputs, PointOwner, _CDBInputs, IInputs> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBInputs); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBInputsMembers); }
 
     explicit CDBInputs(PointOwner& owner) { SetOwner(&owner); }
 

@@ -41,6 +41,7 @@ class CDBOutput final : public Point<CDBOutput, com::Face<CDBOutput, _CDBOutput>
                                      OutputDisplayFace<CDBOutput>, OutputConnableFace<CDBOutput>> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBOutput); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBOutputMembers); }
 
     explicit CDBOutput(std::wstring name) : Point(std::move(name)) {}
 

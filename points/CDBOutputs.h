@@ -19,6 +19,7 @@ namespace tam {
 class CDBOutputs final : public com::OwnedDualObject<CDBOutputs, PointOwner, _CDBOutputs, IOutputs> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CDBOutputs); }
+    static const IID& MembersId() noexcept { return __uuidof(::CDBOutputsMembers); }
 
     explicit CDBOutputs(PointOwner& owner) { SetOwner(&owner); }
 

@@ -19,6 +19,7 @@ namespace tam {
 class CSNVTType final : public com::DualObject<CSNVTType, ISNVType, IEnumType> {
   public:
     static const CLSID& ClassId() noexcept { return __uuidof(::CSNVTType); }
+    static const IID& MembersId() noexcept { return __uuidof(::CSNVTTypeMembers); }
 
     // The component's own side.
 

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <fstream>
 #include <ios>
-#include <iterator>
 #include <stdexcept>
 #include <utility>
 
@@ -17,6 +16,16 @@ bool IsWordCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
+/// The place behind a text in quotes that begins at `at`.
+std::size_t EndOfQuoted(const std::string& text, std::size_t at) {
+    for (++at; text.at(at) != '"'; ++at) {
+        if (text[at] == '\\') {
+            ++at; // over what it protects
+        }
+    }
+    return at + 1;
+}
+
 /// Words and single marks; comments and texts in quotes are left out.
 std::vector<std::string> Tokens(const std::string& text) {
     std::vector<std::string> tokens;
@@ -24,7 +33,7 @@ std::vector<std::string> Tokens(const std::string& text) {
         if (text.compare(at, 2, "//") == 0) {
             at = std::min(text.find('\n', at), text.size());
         } else if (text[at] == '"') {
-            at = text.find('"', at + 1) + 1;
+            at = EndOfQuoted(text, at);
         } else if (IsWordCharacter(text[at])) {
             const std::size_t start = at;
             while (at < text.size() && IsWordCharacter(text[at])) {
@@ -87,7 +96,9 @@ class Reader {
         std::vector<std::string> values;
         SkipTo("{");
         for (std::string word = Take(); word != "}"; word = Take()) {
-            if (word != ",") {
+            if (word == "[") {
+                SkipTo("]");
+            } else if (word != ",") {
                 values.push_back(word);
                 while (word != "," && word != "}") {
                     word = Take();
@@ -142,15 +153,30 @@ class Reader {
     std::size_t next_ = 0;
 };
 
+/// The text of a file, with the files that it includes in their places; without
+/// the dispinterfaces, which repeat the names of the interfaces.
+std::string ReadWhole(const std::string& name) {
+    std::ifstream file(TAM_IDL_FOLDER "/" + name, std::ios::binary);
+    if (!file) {
+        throw std::runtime_error("there is no " + name);
+    }
+    const std::string include = "#include \"";
+    std::string text;
+    for (std::string line; std::getline(file, line);) {
+        if (line.ends_with("Members.idl\"")) {
+            continue;
+        }
+        const bool isInclude = line.starts_with(include);
+        text += isInclude ? ReadWhole(line.substr(include.size(), line.rfind('"') - include.size())) : line;
+        text += '\n';
+    }
+    return text;
+}
+
 } // namespace
 
 IdlSource ReadIdl(const std::string& name) {
-    std::ifstream file(TAM_IDL_FOLDER "/" + name + ".idl", std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (text.empty()) {
-        throw std::runtime_error("there is no " + name + ".idl");
-    }
-    return Reader(Tokens(text)).Read();
+    return Reader(Tokens(ReadWhole(name + ".idl"))).Read();
 }
 
 } // namespace contract

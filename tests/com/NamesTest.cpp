@@ -36,11 +36,11 @@ void PrintTo(const Place& place, std::ostream* out) {
     *out << place.name;
 }
 
-std::vector<std::string> Narrow(const std::vector<std::wstring>& texts) {
-    std::vector<std::string> narrow;
-    std::transform(texts.begin(), texts.end(), std::back_inserter(narrow),
-                   [](const std::wstring& text) { return support::Narrow(text); });
-    return narrow;
+std::vector<std::string> NamesOf(const Enumeration& entry) {
+    std::vector<std::string> names;
+    std::transform(entry.values.begin(), entry.values.end(), std::back_inserter(names),
+                   [](const EnumerationValue& value) { return support::Narrow(value.name); });
+    return names;
 }
 
 /// The members in slot order.
@@ -105,7 +105,7 @@ TEST_P(NamesTest, TypesAreSpeltAsInTheSource) {
     EXPECT_EQ(source.classes, classes);
     std::map<std::string, std::vector<std::string>> enumerations;
     for (const Enumeration& entry : library.Enumerations()) {
-        enumerations[support::Narrow(entry.name)] = Narrow(entry.values);
+        enumerations[support::Narrow(entry.name)] = NamesOf(entry);
     }
     EXPECT_EQ(source.enumerations, enumerations);
     std::set<std::string> interfaces;

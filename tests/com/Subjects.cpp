@@ -232,8 +232,12 @@ std::vector<Subject> ContractTest::Scriptables() {
     return subjects;
 }
 
+const Class& ContractTest::ClassOf(const Subject& subject) {
+    return (Own().Has(*subject.classId) ? Own() : Services()).ClassOf(*subject.classId);
+}
+
 const std::vector<Interface>& ContractTest::InterfacesOf(const Subject& subject) {
-    return (Own().Has(*subject.classId) ? Own() : Services()).ClassOf(*subject.classId).interfaces;
+    return ClassOf(subject).interfaces;
 }
 
 } // namespace contract

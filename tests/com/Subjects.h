@@ -59,6 +59,7 @@ class ContractTest : public support::ComponentTest {
     /// Those of them that scripts can hold: all but the enumerators.
     std::vector<Subject> Scriptables(Family family);
     std::vector<Subject> Scriptables();
+    static const Class& ClassOf(const Subject& subject);
     static const std::vector<Interface>& InterfacesOf(const Subject& subject);
 
   private:

@@ -24,16 +24,28 @@ TYPEATTR AttributesOf(ITypeInfo& info) {
     return copy;
 }
 
-std::wstring NameOf(ITypeInfo& info) {
+std::wstring NameOf(ITypeInfo& info, MEMBERID id = MEMBERID_NIL) {
     com::Bstr name;
-    com::Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
+    com::Check(info.GetDocumentation(id, name.Put(), nullptr, nullptr, nullptr));
     return std::wstring(name.View());
+}
+
+std::wstring HelpOf(ITypeInfo& info, MEMBERID id = MEMBERID_NIL) {
+    com::Bstr help;
+    com::Check(info.GetDocumentation(id, nullptr, help.Put(), nullptr, nullptr));
+    return std::wstring(help.View());
+}
+
+/// True for a dispinterface, which has no slots.
+bool IsForScriptsAlone(ITypeInfo& info) {
+    const TYPEATTR attributes = AttributesOf(info);
+    return attributes.typekind == TKIND_DISPATCH && (attributes.wTypeFlags & TYPEFLAG_FDUAL) == 0;
 }
 
 /// The side of a dual interface that has slots.
 InfoRef Slots(const InfoRef& info) {
     const TYPEATTR attributes = AttributesOf(*info.Get());
-    if (attributes.typekind != TKIND_DISPATCH) {
+    if (attributes.typekind != TKIND_DISPATCH || IsForScriptsAlone(*info.Get())) {
         return info;
     }
     HREFTYPE reference = 0;
@@ -92,6 +104,8 @@ Member ReadMember(ITypeInfo& info, const FUNCDESC& function) {
     member.id = function.memid;
     member.kind = function.invkind;
     member.slot = static_cast<unsigned>(function.oVft) / kPointerSize;
+    member.help = HelpOf(info, function.memid);
+    member.isHidden = (function.wFuncFlags & FUNCFLAG_FHIDDEN) != 0;
     constexpr UINT kMost = 16;
     BSTR names[kMost] = {};
     UINT count = 0;
@@ -111,6 +125,14 @@ Member ReadMember(ITypeInfo& info, const FUNCDESC& function) {
         parameter.optional = (element.paramdesc.wParamFlags & PARAMFLAG_FOPT) != 0;
         member.parameters.push_back(parameter);
     }
+    const TYPEDESC& answer = function.elemdescFunc.tdesc;
+    if (function.funckind == FUNC_DISPATCH && answer.vt != VT_VOID) {
+        Parameter parameter;
+        ReadType(info, answer, parameter);
+        parameter.out = true;
+        parameter.result = true;
+        member.parameters.push_back(parameter);
+    }
     std::for_each_n(names, count, SysFreeString);
     const auto result = std::ranges::find_if(member.parameters, &Parameter::result);
     if (result != member.parameters.end() && result + 1 != member.parameters.end()) {
@@ -122,7 +144,7 @@ Member ReadMember(ITypeInfo& info, const FUNCDESC& function) {
 Interface ReadInterface(const InfoRef& described) {
     const InfoRef info = Slots(described);
     const TYPEATTR attributes = AttributesOf(*info.Get());
-    Interface face{attributes.guid, NameOf(*info.Get()), {}, described};
+    Interface face{attributes.guid, NameOf(*info.Get()), {}, HelpOf(*info.Get()), described};
     for (UINT i = 0; i < attributes.cFuncs; ++i) {
         FUNCDESC* function = nullptr;
         com::Check(info->GetFuncDesc(i, &function));
@@ -135,7 +157,12 @@ Interface ReadInterface(const InfoRef& described) {
 
 Class ReadClass(const InfoRef& info) {
     const TYPEATTR attributes = AttributesOf(*info.Get());
-    Class entry{attributes.guid, NameOf(*info.Get()), (attributes.wTypeFlags & TYPEFLAG_FCANCREATE) != 0, {}};
+    Class entry{attributes.guid,
+                NameOf(*info.Get()),
+                (attributes.wTypeFlags & TYPEFLAG_FCANCREATE) != 0,
+                {},
+                HelpOf(*info.Get()),
+                {}};
     for (UINT i = 0; i < attributes.cImplTypes; ++i) {
         HREFTYPE reference = 0;
         INT flags = 0;
@@ -143,6 +170,10 @@ Class ReadClass(const InfoRef& info) {
         com::Check(info->GetRefTypeOfImplType(i, &reference));
         com::Check(info->GetImplTypeFlags(i, &flags));
         com::Check(info->GetRefTypeInfo(reference, face.Put()));
+        if (IsForScriptsAlone(*face.Get())) {
+            entry.byName = ReadInterface(face);
+            continue;
+        }
         const bool isDefault = (flags & IMPLTYPEFLAG_FDEFAULT) != 0;
         entry.interfaces.insert(isDefault ? entry.interfaces.begin() : entry.interfaces.end(),
                                 ReadInterface(face));
@@ -151,15 +182,14 @@ Class ReadClass(const InfoRef& info) {
 }
 
 Enumeration ReadEnumeration(const InfoRef& info) {
-    Enumeration entry{NameOf(*info.Get()), {}};
+    Enumeration entry{NameOf(*info.Get()), {}, HelpOf(*info.Get())};
     for (UINT i = 0; i < AttributesOf(*info.Get()).cVars; ++i) {
         VARDESC* value = nullptr;
-        com::Bstr name;
         com::Check(info->GetVarDesc(i, &value));
         const MEMBERID id = value->memid;
+        const long number = value->lpvarValue->lVal;
         info->ReleaseVarDesc(value);
-        com::Check(info->GetDocumentation(id, name.Put(), nullptr, nullptr, nullptr));
-        entry.values.emplace_back(name.View());
+        entry.values.push_back({NameOf(*info.Get(), id), number});
     }
     return entry;
 }
@@ -235,7 +265,7 @@ TypeLibrary::TypeLibrary(const std::wstring& dllPath, int resource) {
         const TYPEKIND kind = AttributesOf(*info.Get()).typekind;
         if (kind == TKIND_COCLASS) {
             classes_.push_back(ReadClass(info));
-        } else if (kind == TKIND_DISPATCH || kind == TKIND_INTERFACE) {
+        } else if ((kind == TKIND_DISPATCH || kind == TKIND_INTERFACE) && !IsForScriptsAlone(*info.Get())) {
             interfaces_.push_back(ReadInterface(info));
         } else if (kind == TKIND_ENUM) {
             enumerations_.push_back(ReadEnumeration(info));
@@ -268,7 +298,7 @@ const TypeLibrary& HostLibrary() {
 }
 
 const Interface& InterfaceOf(REFIID iid) {
-    static const Interface plain{IID_IDispatch, L"IDispatch", {}, {}};
+    static const Interface plain{IID_IDispatch, L"IDispatch", {}, {}, {}};
     if (iid == IID_IDispatch) {
         return plain;
     }

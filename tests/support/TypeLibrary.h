@@ -48,6 +48,9 @@ struct Member {
     unsigned slot = 0;
     /// The result is the last one.
     std::vector<Parameter> parameters;
+    /// What object browsers show of the name; a name has one, whatever its kinds.
+    std::wstring help;
+    bool isHidden = false;
 
     bool IsWrite() const noexcept { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
     /// Arguments that a script gives: all but the result.
@@ -68,6 +71,7 @@ struct Interface {
     std::wstring name;
     /// In slot order, from the first behind IDispatch.
     std::vector<Member> members;
+    std::wstring help;
     /// Its description, which calls members by name; empty for IDispatch itself.
     com::Ref<ITypeInfo> info;
 
@@ -81,11 +85,20 @@ struct Class {
     bool creatable = false;
     /// The interfaces that its objects have, the default one first.
     std::vector<Interface> interfaces;
+    std::wstring help;
+    /// Its dispinterface: all members that a script reaches. The host services have none.
+    std::optional<Interface> byName;
+};
+
+struct EnumerationValue {
+    std::wstring name;
+    long number = 0;
 };
 
 struct Enumeration {
     std::wstring name;
-    std::vector<std::wstring> values;
+    std::vector<EnumerationValue> values;
+    std::wstring help;
 };
 
 /// What a DLL's own resources say: number 1 is the DLL's library, number 2 the
@@ -99,6 +112,7 @@ class TypeLibrary {
     const std::wstring& Name() const noexcept { return name_; }
     const std::wstring& Help() const noexcept { return help_; }
     const GUID& Id() const noexcept { return id_; }
+    /// Those with slots.
     const std::vector<Interface>& Interfaces() const noexcept { return interfaces_; }
     const std::vector<Class>& Classes() const noexcept { return classes_; }
     const std::vector<Enumeration>& Enumerations() const noexcept { return enumerations_; }
