@@ -1,6 +1,6 @@
 #include "appobject/CDBAppObject.h"
 
-#include "com/LateBound.h"
+#include "com/Creation.h"
 #include "common/ComponentState.h"
 #include "core/Numbers.h"
 #include "core/PointKeys.h"

@@ -1,5 +1,6 @@
 #include "appobject/CDBAppObject.h"
 
+#include "com/Creation.h"
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
 #include "common/DocumentFields.h"
@@ -92,9 +93,8 @@ void ExportAttributes(const dom::Document& document, const dom::Node& root,
 
 /// The path of the controller's database, from the host's own class.
 std::wstring DatabasePath() {
-    com::Ref<IDatabaseLocation> location;
-    com::Check(CoCreateInstance(kDatabaseLocationClass, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
-                                __uuidof(IDatabaseLocation), location.PutVoid()));
+    const auto location =
+        com::CreateByClass<IDatabaseLocation>(kDatabaseLocationClass, L"The host's database location");
     com::Bstr path;
     com::Call(location, &IDatabaseLocation::get_Path, path.Put());
     return std::wstring(path.View());

@@ -3,6 +3,7 @@
 #include "bench/Model.h"
 #include "bench/Resources.h"
 #include "bench/Text.h"
+#include "com/Creation.h"
 #include "com/LateBound.h"
 
 #include <algorithm>

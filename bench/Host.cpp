@@ -6,6 +6,7 @@
 #include "bench/Typist.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
+#include "com/Creation.h"
 
 #include <functional>
 #include <string>
@@ -30,10 +31,30 @@ com::Ref<I> Create(REFCLSID clsid) {
     return object;
 }
 
-com::Ref<IDispatch> CreateByProgId(const wchar_t* progId) {
+/// The program's manifest takes the classes from the files beside it, whatever
+/// the machine has registered.
+void CheckBeside(const wchar_t* file, const char* what) {
+    const std::wstring folder = ProgramFolder();
+    if (!IsFile(folder + file)) {
+        throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
+                         Utf8(file) + " is not beside tambench.exe, in " + Utf8(folder) + ": it has " + what);
+    }
+}
+
+/// A module. The component says itself which class of the host it lacks.
+com::Ref<IDispatch> CreateModule() {
     CLSID clsid{};
-    com::Check(CLSIDFromProgID(progId, &clsid));
-    return Create<IDispatch>(clsid);
+    com::Ref<IDispatch> object;
+    com::Check(CLSIDFromProgID(kModuleProgId, &clsid));
+    com::ForgetErrors();
+    const HRESULT result =
+        CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, object.PutVoid());
+    if (FAILED(result)) {
+        com::Ref<IErrorInfo> info;
+        GetErrorInfo(0, info.Put());
+        throw com::CallError(result, std::move(info));
+    }
+    return object;
 }
 
 std::wstring FindCatalogue(const std::wstring& given) {
@@ -156,15 +177,19 @@ void Host::DialogStep(const std::string& name, const std::function<void()>& f) {
 }
 
 void Host::MakeObject() {
+    Step("activation", [] {
+        CheckBeside(L"O_Tam_id.dll", "the component");
+        CheckBeside(L"OrvHost.dll", "the unit converter and the other services of a host");
+    });
     if (options_.usUnits) {
         Step("UnitSystem", [&] {
-            const auto settings = CreateByProgId(L"UnitManager.Converter").As<IUnitSettings>();
+            const auto settings = com::CreateByProgId(L"UnitManager.Converter").As<IUnitSettings>();
             com::CheckSet(settings.Get());
             com::Call(settings, &IUnitSettings::put_UnitSystem, com::Bstr(L"US").Get());
         });
     }
     Step("activation", [&] {
-        const com::Ref<IDispatch> object = CreateByProgId(kModuleProgId);
+        const com::Ref<IDispatch> object = CreateModule();
         app_ = object.As<IAppObject>();
         tam_ = object.As<ITamObject>();
         com::CheckSet(app_.Get());
@@ -178,6 +203,7 @@ void Host::MakeObject() {
         VARIANT_BOOL done = VARIANT_FALSE;
         com::Call(app_, &IAppObject::Init, com::Bstr(options_.definition).Get(), &done);
         if (done == VARIANT_FALSE) {
+            CheckBeside((options_.definition + L".xml").c_str(), "the definition");
             throw BenchError(E_FAIL, "Init(\"" + Utf8(options_.definition) +
                                          "\") answered False: the definition could not be loaded");
         }

@@ -81,15 +81,6 @@ HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VAR
 
 } // namespace
 
-Ref<IDispatch> CreateByProgId(const std::wstring& progId) {
-    CLSID clsid{};
-    Check(CLSIDFromProgID(progId.c_str(), &clsid));
-    Ref<IDispatch> object;
-    Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
-                           object.PutVoid()));
-    return object;
-}
-
 Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIANT> arguments) {
     const DISPID id = IdOf(object, name);
     std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());

@@ -12,9 +12,6 @@
 
 namespace com {
 
-/// Creates an object by its ProgID. Throws CallError.
-Ref<IDispatch> CreateByProgId(const std::wstring& progId);
-
 // Members by name. Arguments stand in their natural order. A failure of the
 // member is thrown with the member's own error text.
 

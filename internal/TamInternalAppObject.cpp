@@ -1,5 +1,6 @@
 #include "internal/TamInternalAppObject.h"
 
+#include "com/Creation.h"
 #include "com/LateBound.h"
 #include "common/MessageLoop.h"
 #include "core/Case.h"

@@ -1,7 +1,7 @@
 #include "performance/Floor.h"
 
 #include "com/Dom.h"
-#include "com/LateBound.h"
+#include "com/Creation.h"
 
 #include <algorithm>
 #include <array>

@@ -185,6 +185,8 @@ TEST_F(CDBAppObjectExportTest, FailsWithoutADatabaseLocationBeforeItLooksForACom
     const auto module = Sized();
     com::Bstr stream;
     EXPECT_EQ(module->get_Stream(stream.Put()), REGDB_E_CLASSNOTREG);
+    EXPECT_TRUE(LastError().description.starts_with(L"The host's database location is not registered: its "
+                                                    L"class {1D816F43-BC81-46F7-B17D-EE81B559E78F} "));
     EXPECT_TRUE(Boxes().empty()) << "the missing compiler is not reached";
     ExpectSizes(module, 11, 22);
 }

@@ -21,6 +21,7 @@ class CDBAppObjectLifecycleConstructionTest : public ::testing::Test {
 TEST_F(CDBAppObjectLifecycleConstructionTest, FailsWithoutAConverter) {
     EXPECT_FALSE(component.NewModule());
     EXPECT_EQ(component.LastCreateResult(), CO_E_CLASSSTRING);
+    EXPECT_EQ(LastError().description, L"UnitManager.Converter is not registered: no class has this name");
     EXPECT_EQ(component.CanUnload(), S_OK);
 }
 
@@ -31,7 +32,18 @@ TEST_F(CDBAppObjectLifecycleConstructionTest, FailsAsTheConverterFails) {
     });
     EXPECT_FALSE(component.NewModule());
     EXPECT_EQ(component.LastCreateResult(), E_ACCESSDENIED);
+    EXPECT_TRUE(LastError().description.starts_with(L"UnitManager.Converter cannot be created: "));
     EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+TEST_F(CDBAppObjectLifecycleConstructionTest, SaysWhichClassHasNoServer) {
+    const HostClass noFactory(kCompilerClass, kConverterProgId, {});
+    EXPECT_FALSE(component.NewModule());
+    EXPECT_EQ(component.LastCreateResult(), REGDB_E_CLASSNOTREG);
+    EXPECT_EQ(LastError().description, L"UnitManager.Converter is not registered: its class "
+                                       L"{7A0E3B52-3A0C-4C3B-9B0E-5D1F528C11A1} has no DLL for " +
+                                           std::wstring(sizeof(void*) == 4 ? L"32" : L"64") +
+                                           L"-bit programs");
 }
 
 TEST_F(CDBAppObjectLifecycleTest, StartsWithEmptyTexts) {

@@ -73,6 +73,30 @@ TEST(ServicesDefinitionTest, OneThatIsNotThereIsReportedAndFails) {
     EXPECT_NE(std::string::npos, advanced.find("IAppObject_Init Class Module CDBAppObject"));
 }
 
+/// What the programs say without one of the files that lie together.
+std::string WithoutFile(const wchar_t* file) {
+    const std::wstring folder = BareFolder();
+    DeleteFileW((folder + file).c_str());
+    const Outcome run = RunProgram(folder + L"tambench.exe", {L"types", L"switch"});
+    EXPECT_EQ(1U, run.status);
+    return run.err;
+}
+
+TEST(ServicesMissingPartTest, IsNamed) {
+    const std::string folder = Narrow(ScratchFolder() + L"bare\\");
+    EXPECT_EQ("tambench: activation: 0x80070002 OrvHost.dll is not beside tambench.exe, in " + folder +
+                  ": it has the unit converter and the other services of a host\n",
+              WithoutFile(L"OrvHost.dll"));
+    EXPECT_EQ("tambench: activation: 0x80070002 O_Tam_id.dll is not beside tambench.exe, in " + folder +
+                  ": it has the component\n",
+              WithoutFile(L"O_Tam_id.dll"));
+    const std::string definition = WithoutFile(L"O_Tam_id.xml");
+    EXPECT_TRUE(
+        definition.starts_with("tambench: Init: 0x80070002 O_Tam_id.xml is not beside tambench.exe, in " +
+                               folder + ": it has the definition\n"))
+        << definition;
+}
+
 } // namespace
 
 } // namespace benchtest

@@ -6,6 +6,7 @@
 #include "tests/dialogs/HostPoint.h"
 #include "tests/support/Recorder.h"
 
+#include "com/Creation.h"
 #include "com/LateBound.h"
 
 #include <array>

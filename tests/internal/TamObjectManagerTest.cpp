@@ -245,6 +245,8 @@ TEST_F(TamObjectManagerTest, PassesTheErrorOfAMissingGenericClassBack) {
     Unregister(kGenericProgId);
     com::Ref<IAppObject> object;
     EXPECT_EQ(NewManager()->CreateTemplateTamInternalObject(object.Put()), CO_E_CLASSSTRING);
+    EXPECT_EQ(support::LastError().description,
+              std::wstring(kGenericProgId) + L" is not registered: no class has this name");
     EXPECT_FALSE(object);
 }
 
@@ -252,6 +254,8 @@ TEST_F(TamObjectManagerTest, PassesTheErrorOfAMissingLibraryServiceBack) {
     Unregister(kLibraryProgId);
     com::Ref<IAppObject> object;
     EXPECT_EQ(NewManager()->CreateTemplateTamInternalObject(object.Put()), CO_E_CLASSSTRING);
+    EXPECT_EQ(support::LastError().description,
+              std::wstring(kLibraryProgId) + L" is not registered: no class has this name");
     EXPECT_FALSE(object);
 }
 

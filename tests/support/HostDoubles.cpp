@@ -57,8 +57,10 @@ void Replace(BSTR* text, const std::wstring& with) {
 } // namespace
 
 HostClass::HostClass(REFCLSID clsid, std::wstring progId, Create create) : progId_(std::move(progId)) {
-    const auto factory = com::Ref<IClassFactory>::Own(new Factory(std::move(create)));
-    CoRegisterClassObject(clsid, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+    if (create) {
+        const auto factory = com::Ref<IClassFactory>::Own(new Factory(std::move(create)));
+        CoRegisterClassObject(clsid, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie_);
+    }
     if (!progId_.empty()) {
         for (const HKEY root : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
             const auto refused = com::Attempt([&] {
@@ -74,7 +76,9 @@ HostClass::HostClass(REFCLSID clsid, std::wstring progId, Create create) : progI
 }
 
 HostClass::~HostClass() {
-    CoRevokeClassObject(cookie_);
+    if (cookie_ != 0) {
+        CoRevokeClassObject(cookie_);
+    }
     if (root_ != nullptr) {
         com::Attempt([&] { com::DeleteTree(root_, (kClasses + progId_).c_str()); });
     }

@@ -23,7 +23,8 @@ namespace support {
 class HostClass {
   public:
     using Create = std::function<HRESULT(REFIID iid, void** out)>;
-    /// An empty ProgID writes nothing to the registry.
+    /// An empty ProgID writes nothing to the registry. Without `create` the ProgID
+    /// leads to a class that has no server.
     HostClass(REFCLSID clsid, std::wstring progId, Create create);
     ~HostClass();
     HostClass(const HostClass&) = delete;
