@@ -50,7 +50,7 @@ class Tree:
                     self.suites_of.setdefault(case, set()).add(suite)
 
     def documents(self):
-        for pattern in ("README.md", "CONTRIBUTING.md", "docs/**/*.md", "samples/**/*.md"):
+        for pattern in ("README.md", "NOTICES.md", "CONTRIBUTING.md", "docs/**/*.md", "samples/**/*.md"):
             yield from sorted(self.root.glob(pattern))
 
     def decisions(self):

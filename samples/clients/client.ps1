@@ -15,8 +15,8 @@ if ([Environment]::Is64BitProcess) {
     throw 'The component is a 32-bit DLL: use C:\Windows\SysWOW64\WindowsPowerShell\v1.0\powershell.exe'
 }
 
-# Members by name, through IDispatch alone: an object offers the members of all
-# its interfaces there, while PowerShell's own adapter knows the default one.
+# Members by name, through IDispatch alone: it offers the members of all interfaces
+# of an object, whatever PowerShell's own adapter makes of the type information.
 function Call($object, [string] $member, [object[]] $arguments = @()) {
     , [System.__ComObject].InvokeMember($member, [Reflection.BindingFlags]::InvokeMethod, $null, $object, $arguments)
 }

@@ -172,6 +172,13 @@ TEST(RegistrationManifestTest, NamesTheClassesThatTheDllsRegister) {
         EXPECT_EQ(1U, registered.count(clsid)) << Narrow(clsid) << " is not registered";
         EXPECT_EQ(registered[clsid], entry) << Narrow(clsid);
     }
+    // Those for other programs, beside the DLLs, have every one.
+    Classes beside;
+    for (const wchar_t* const assembly : {L"O_Tam_id.Classes", L"OrvHost.Classes"}) {
+        const std::string text = ReadFileBytes(ProgramFolder() + assembly + L".manifest");
+        AddManifestClasses(std::wstring(text.begin(), text.end()), beside);
+    }
+    EXPECT_EQ(registered, beside);
 }
 
 TEST(RegistrationTest, ForTheUserLeavesNothingBehind) {

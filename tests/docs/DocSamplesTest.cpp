@@ -1,0 +1,160 @@
+// The samples of README and of the guide, run as they are printed, in the folder that
+// the documents say. scripts/doc_samples.py takes them out of the Markdown.
+
+#include "tests/bench/BenchRun.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace benchtest {
+
+namespace {
+
+std::wstring Wide(const std::string& text) {
+    return std::wstring(text.begin(), text.end());
+}
+
+/// In this folder for as long as it lives.
+class InFolder {
+  public:
+    explicit InFolder(const std::wstring& folder) {
+        GetCurrentDirectoryW(MAX_PATH, before_);
+        EXPECT_TRUE(SetCurrentDirectoryW(folder.c_str())) << Narrow(folder);
+    }
+    ~InFolder() { SetCurrentDirectoryW(before_); }
+    InFolder(const InFolder&) = delete;
+    InFolder& operator=(const InFolder&) = delete;
+
+  private:
+    wchar_t before_[MAX_PATH] = {};
+};
+
+/// Both DLLs registered for the machine for as long as this lives.
+class Registered {
+  public:
+    Registered() { Run({L"/s"}); }
+    ~Registered() { Run({L"/s", L"/u"}); }
+    Registered(const Registered&) = delete;
+    Registered& operator=(const Registered&) = delete;
+
+  private:
+    static void Run(const std::vector<std::wstring>& options) {
+        for (const wchar_t* const dll : {L"O_Tam_id.dll", L"OrvHost.dll"}) {
+            std::vector<std::wstring> arguments = options;
+            arguments.push_back(ProgramFolder() + dll);
+            EXPECT_EQ(0U, RunProgram(L"regsvr32.exe", arguments).status);
+        }
+    }
+};
+
+/// A command as a shell cuts it: at blanks that stand in no quotes.
+std::vector<std::wstring> Words(const std::wstring& command) {
+    std::vector<std::wstring> words(1);
+    bool isQuoted = false;
+    for (const wchar_t c : command) {
+        if (c == L'"') {
+            isQuoted = !isQuoted;
+        } else if (c == L' ' && !isQuoted) {
+            words.emplace_back();
+        } else {
+            words.back() += c;
+        }
+    }
+    return words;
+}
+
+struct Command {
+    std::string place;
+    std::wstring folder;
+    std::wstring line;
+};
+
+std::vector<Command> Commands() {
+    std::ifstream file(Narrow(TAM_DOC_SAMPLES L"commands.txt"));
+    std::vector<Command> commands;
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t first = line.find('\t');
+        const std::size_t second = line.find('\t', first + 1);
+        commands.push_back({line.substr(0, first), Wide(line.substr(first + 1, second - first - 1)),
+                            Wide(line.substr(second + 1))});
+    }
+    return commands;
+}
+
+/// The build may lie elsewhere than the documents say.
+std::wstring Place(const std::wstring& path) {
+    const std::wstring built = L"build/win32/bin";
+    return path.starts_with(built) ? ProgramFolder() + path.substr(built.size()) : path;
+}
+
+TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
+    const std::vector<Command> commands = Commands();
+    EXPECT_GE(commands.size(), 10U);
+    for (const Command& command : commands) {
+        SCOPED_TRACE(command.place + ": " + Narrow(command.line));
+        const bool isTop = command.folder == L".";
+        const InFolder there(isTop ? std::wstring(TAM_TOP_FOLDER) : Place(command.folder));
+        std::vector<std::wstring> words = Words(command.line);
+        const std::wstring program = Place(words.front());
+        words.erase(words.begin());
+        const Outcome run = RunProgram(program, words);
+        EXPECT_EQ(0U, run.status) << run.out << run.err;
+    }
+    // The document's script says at its end whether all was right.
+    const std::string result = ReadFileBytes(TAM_TOP_FOLDER L"result.txt");
+    std::string plain;
+    for (std::size_t at = 2; at < result.size(); at += 2) {
+        plain += result[at];
+    }
+    EXPECT_NE(std::string::npos, plain.find("All right.")) << plain;
+    for (const wchar_t* const file : {TAM_TOP_FOLDER L"project.xml", TAM_TOP_FOLDER L"result.txt"}) {
+        EXPECT_TRUE(DeleteFileW(file)) << Narrow(file);
+    }
+    EXPECT_TRUE(DeleteFileW((ProgramFolder() + L"project.xml").c_str())) << "the example saved a project";
+}
+
+TEST(DocSamplesTest, TheExampleOfAHostListsSavesAndExports) {
+    const InFolder there(ProgramFolder());
+    const std::wstring project = ScratchFolder() + L"example.xml";
+    const Outcome run = RunProgram(ProgramFolder() + L"host.exe",
+                                   {L"samples\\catalogue.xml", L"samples\\streams\\channels.xml", project});
+    EXPECT_EQ(0U, run.status) << run.err;
+    EXPECT_EQ("", run.err);
+    EXPECT_NE(std::string::npos, run.out.find("Reading room has 11 attributes")) << run.out;
+    EXPECT_NE(std::string::npos, run.out.find("  AI1_Offset = -0.50")) << run.out;
+    const std::size_t image = run.out.find("Image: ");
+    ASSERT_NE(std::string::npos, image) << run.out;
+    EXPECT_EQ(std::string::npos, run.out.find("Image: 0 characters")) << run.out;
+    EXPECT_NE(std::string::npos, ReadFileBytes(project).find("<DevKey>K7</DevKey>"));
+}
+
+TEST(DocSamplesTest, TheExampleOfAHostSaysWhatItMisses) {
+    const InFolder there(ProgramFolder());
+    const Outcome run = RunProgram(ProgramFolder() + L"host.exe", {L"no.xml", L"no.xml", L"no.xml"});
+    EXPECT_EQ(1U, run.status);
+    EXPECT_NE(std::string::npos, run.err.find("host: reading the catalogue failed: 0x80004005")) << run.err;
+}
+
+TEST(DocSamplesTest, TheSampleInCppReadsTheDefinition) {
+    const InFolder there(ProgramFolder());
+    const Outcome run = RunProgram(ProgramFolder() + L"doc_sample.exe", {});
+    EXPECT_EQ(0U, run.status) << run.err;
+    EXPECT_EQ(0U, run.out.find("Remote I/O")) << run.out;
+}
+
+TEST(DocSamplesTest, TheSampleInVBScriptListsTheAttributes) {
+    const Registered dlls;
+    const InFolder there(ProgramFolder());
+    const Outcome run = RunProgram(L"cscript.exe", {L"//nologo", TAM_DOC_SAMPLES L"README_1.vbs"});
+    EXPECT_EQ(0U, run.status) << run.err;
+    EXPECT_NE(std::string::npos, run.out.find("AI1_Offset = 1.5 ")) << run.out << run.err;
+    EXPECT_NE(std::string::npos, run.out.find("CTX1_Mask = ")) << run.out;
+}
+
+} // namespace
+
+} // namespace benchtest
