@@ -6,6 +6,7 @@
 #include "common/ComponentState.h"
 #include "common/ErrorReport.h"
 #include "common/resource.h"
+#include "common/Unattended.h"
 
 #include <shellapi.h>
 
@@ -52,6 +53,10 @@ STDMETHODIMP CDBAppObject::Show() {
         if (!parent_) {
             return;
         }
+        if (IsUnattended()) {
+            WriteUnshown({L"view", ComponentTitle(), userName_, {}, {}, {}});
+            return;
+        }
         const auto document = Required<IHostDocument>(parent_);
         com::Ref<IDispatch> shown;
         com::Call(document, &IHostDocument::get_View, shown.Put());
@@ -77,6 +82,10 @@ STDMETHODIMP CDBAppObject::ViewDatasheet(VARIANT ownerWindow) {
     com::Attempt([&] {
         if (!data_.datasheet.isAvailable) {
             ShowBox(kNoDatasheet, ComponentTitle());
+            return;
+        }
+        if (IsUnattended()) {
+            WriteUnshown({L"data sheet", ComponentTitle(), datasheetPath_, {}, {}, {}});
             return;
         }
         HWND owner = nullptr;

@@ -1,6 +1,8 @@
 #include "common/ErrorReport.h"
 
 #include "common/ComponentState.h"
+#include "common/Unattended.h"
+#include "core/ErrorReportState.h"
 
 #include <windows.h>
 
@@ -23,6 +25,13 @@ void ShowErrorReport(const com::Failure& failure, std::wstring_view callingObjec
         report.callingObject = callingObject;
         report.callingFunction = callingFunction;
         report.source = failure.Source();
+        if (IsUnattended()) {
+            const ErrorReportState state(report.application, report.description, report.callingObject,
+                                         report.callingFunction, report.source);
+            WriteUnshown({L"report", state.Caption(), report.description, report.callingFunction,
+                          report.callingObject, report.source});
+            return;
+        }
         reportDialog(report);
     });
 }
@@ -37,6 +46,10 @@ bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, co
 }
 
 void ShowBox(const std::wstring& text, const std::wstring& caption, unsigned icon) noexcept {
+    if (IsUnattended()) {
+        com::Attempt([&] { WriteUnshown({L"box", caption, text, {}, {}, {}}); });
+        return;
+    }
     MessageBoxW(GetActiveWindow(), text.c_str(), caption.c_str(), MB_OK | icon);
 }
 

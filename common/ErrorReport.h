@@ -35,7 +35,8 @@ void ShowErrorReport(const com::Failure& failure, std::wstring_view callingObjec
 bool Trap(std::wstring_view callingObject, std::wstring_view callingFunction, com::Body body) noexcept;
 
 /// A message box, modal to the host's active window, with an OK button alone.
-/// The only place that shows one. `icon` is an MB_ICON value, 0 for none.
+/// The only place that shows one; written down instead when nobody attends. `icon`
+/// is an MB_ICON value, 0 for none.
 void ShowBox(const std::wstring& text, const std::wstring& caption, unsigned icon = 0) noexcept;
 
 } // namespace tam

@@ -1,11 +1,13 @@
 #include "dialogs/ModalDialog.h"
 
 #include "com/Dll.h"
+#include "common/Unattended.h"
 #include "core/RunTimeError.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace tam {
@@ -29,6 +31,24 @@ HANDLE ComponentContext() noexcept {
     return context;
 }
 
+/// The title in a dialog's template, behind the fixed part of it, its menu and its
+/// window class: each of these two is 0, FFFF with a number, or a text.
+std::wstring TitleOf(int resource) {
+    constexpr std::size_t kFixedWords = 13;
+    const HINSTANCE dll = com::ThisDll().Instance();
+    const HRSRC found = FindResourceW(dll, MAKEINTRESOURCEW(resource), RT_DIALOG);
+    const auto* word = static_cast<const wchar_t*>(LockResource(LoadResource(dll, found)));
+    if (word == nullptr) {
+        return {};
+    }
+    word += kFixedWords;
+    for (int field = 0; field < 2; ++field) {
+        constexpr wchar_t kNumberFollows = 0xFFFF;
+        word += *word == kNumberFollows ? 2 : std::wstring_view(word).size() + 1;
+    }
+    return word;
+}
+
 RECT WorkAreaAt(HWND window) noexcept {
     MONITORINFO monitor{};
     monitor.cbSize = sizeof(monitor);
@@ -50,6 +70,16 @@ VisualStyles::~VisualStyles() {
 }
 
 bool ModalDialog::Show(int resource) noexcept {
+    isLeftOut_ = IsUnattended();
+    if (isLeftOut_) {
+        openingFailure_.reset();
+        com::Attempt([&] {
+            Unshown unshown{L"dialog", TitleOf(resource), {}, {}, {}, {}};
+            com::Attempt([&] { unshown.text = Subject(); }); // the host's own object may fail
+            WriteUnshown(unshown);
+        });
+        return true;
+    }
     const VisualStyles styles;
     firstFocus_ = 0;
     openingFailure_.reset();
@@ -60,7 +90,7 @@ bool ModalDialog::Show(int resource) noexcept {
     return result != -1;
 }
 
-void ModalDialog::ShowOrThrow(int resource) {
+bool ModalDialog::ShowOrThrow(int resource) {
     const bool shown = Show(resource);
     const HRESULT result = HRESULT_FROM_WIN32(GetLastError());
     if (openingFailure_ && openingFailure_->isCallees) {
@@ -73,6 +103,7 @@ void ModalDialog::ShowOrThrow(int resource) {
     if (!shown) {
         throw com::CallError(FAILED(result) ? result : E_FAIL);
     }
+    return !isLeftOut_;
 }
 
 bool ModalDialog::OnMessage(UINT, WPARAM, LPARAM, LRESULT&) {

@@ -29,10 +29,12 @@ class VisualStyles {
 class ModalDialog {
   public:
     /// Shows the dialog, modal to the host's active window; returns when it
-    /// has closed. False when it could not be shown.
+    /// has closed. False when it could not be shown. When nobody attends it is
+    /// written down and not shown, which is no failure.
     bool Show(int resource) noexcept;
     /// The same; throws what kept it from being shown or from filling itself.
-    void ShowOrThrow(int resource);
+    /// False when nobody attends: whoever opened it goes on as after Cancel.
+    bool ShowOrThrow(int resource);
     bool IsShown() const noexcept { return window_ != nullptr; }
 
   protected:
@@ -45,6 +47,8 @@ class ModalDialog {
     virtual bool OnCommand(int control, int notification) = 0;
     /// Any other message. True when it is done with; `result` then goes back.
     virtual bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+    /// What it is about, written down where it is not shown.
+    virtual std::wstring Subject() const { return {}; }
     /// The window is going: references to host objects end here.
     virtual void OnClosed() {}
 
@@ -78,6 +82,7 @@ class ModalDialog {
 
     HWND window_ = nullptr;
     int firstFocus_ = 0;
+    bool isLeftOut_ = false;
     /// What kept the form from filling itself when it was last shown; it has
     /// closed at once then.
     std::optional<com::Failure> openingFailure_;

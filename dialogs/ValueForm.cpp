@@ -36,14 +36,19 @@ void ValueForm::ShowModal() {
         ValueForm& form;
         ~ReleaseAtEnd() { form.Release(); }
     } guard{*this};
-    ShowOrThrow(resource_);
-    OnFinished();
+    if (ShowOrThrow(resource_)) {
+        OnFinished();
+    }
 }
 
 std::wstring ValueForm::Label(std::wstring (DataPointType::*member)() const) const noexcept {
     std::wstring text;
     com::Attempt([&] { text = (Point().Type().*member)(); });
     return text;
+}
+
+std::wstring ValueForm::Subject() const {
+    return Point().Name();
 }
 
 void ValueForm::ShowFailure(const wchar_t* text) noexcept {

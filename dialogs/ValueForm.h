@@ -30,6 +30,8 @@ class ValueForm : public ValueEditor, protected ModalDialog {
     virtual void ReadDataPoint() = 0;
     /// The form has closed; the data point is released next.
     virtual void OnFinished() {}
+    /// The data point's name.
+    std::wstring Subject() const override;
     /// The data point is gone; so must be what the form holds of it.
     virtual void OnReleased() noexcept {}
 

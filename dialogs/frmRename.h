@@ -3,6 +3,7 @@
 #include "core/RenameState.h"
 #include "dialogs/ModalDialog.h"
 
+#include <string>
 #include <utility>
 
 namespace tam {
@@ -17,6 +18,7 @@ class frmRename final : public ModalDialog {
 
   protected:
     void OnInit() override;
+    std::wstring Subject() const override { return state_.DeviceName(); }
     bool OnCommand(int control, int notification) override;
     bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
 
