@@ -99,8 +99,8 @@ bool IsMultiple(const Decimal& number, long a, long b) {
     if (number.exponent < b || a == 0) {
         return false;
     }
-    const long step = std::labs(a);
-    long rest = 0;
+    const long long step = std::llabs(a);
+    long long rest = 0;
     for (const char c : number.digits) {
         rest = (rest * 10 + (c - '0')) % step;
     }

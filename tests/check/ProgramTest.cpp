@@ -46,7 +46,7 @@ class ProgramTest : public ::testing::Test {
     }
 
     fs::path Write(const std::string& name, std::string_view text) {
-        const fs::path path = folder_ / name;
+        const fs::path path = folder_ / batch::PathOf(name);
         fs::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << text;
         return path;
