@@ -17,7 +17,10 @@ namespace {
 
 /// A file, or the sample of this name; what is neither is a file that cannot be read.
 std::wstring FileOf(const std::wstring& name) {
-    const std::wstring sample = IsFile(name) ? L"" : SampleStream(name);
+    if (IsFile(name)) {
+        return name;
+    }
+    const std::wstring sample = SampleStream(name);
     return sample.empty() ? name : sample;
 }
 
