@@ -3,6 +3,11 @@
 # host interfaces twice, once imported and once in the library that it refers
 # to, and calls their identifiers duplicates. A file that would come out as it is
 # stays as it is: a help text changes no header, and so rebuilds nothing.
+# The compiler writes the time into a type library, as a number and as the clock
+# on the wall shows it. It is told one that never changes, so that two builds of
+# one commit have the same bytes.
+set(ENV{WIDL_TIME_OVERRIDE} 946684800) # 2000-01-01
+set(ENV{TZ} UTC)
 string(REPLACE "|" ";" arguments "${ARGUMENTS}")
 cmake_path(GET OUTPUT PARENT_PATH folder)
 cmake_path(GET OUTPUT FILENAME file) # the guard of a header is made from its name
