@@ -54,7 +54,7 @@ STDMETHODIMP CDBAppObject::Show() {
             return;
         }
         if (IsUnattended()) {
-            WriteUnshown({L"view", ComponentTitle(), userName_, {}, {}, {}});
+            WriteUnshown({L"view", ComponentTitle(), data_.placement.userName, {}, {}, {}});
             return;
         }
         const auto document = Required<IHostDocument>(parent_);
@@ -85,7 +85,7 @@ STDMETHODIMP CDBAppObject::ViewDatasheet(VARIANT ownerWindow) {
             return;
         }
         if (IsUnattended()) {
-            WriteUnshown({L"data sheet", ComponentTitle(), datasheetPath_, {}, {}, {}});
+            WriteUnshown({L"data sheet", ComponentTitle(), data_.datasheet.path, {}, {}, {}});
             return;
         }
         HWND owner = nullptr;
