@@ -4,6 +4,7 @@
 #
 #   scripts/install-toolchain.sh           what build, run and test need
 #   scripts/install-toolchain.sh --check   and what "./tam check" and "./tam fuzz" need
+#   scripts/install-toolchain.sh --package and what "./tam package" needs
 #   scripts/install-toolchain.sh --list    print the packages, install nothing
 set -euo pipefail
 
@@ -44,19 +45,23 @@ check_packages=(
     shellcheck
     python3-jsonschema         # the JSON of the checks against docs/json
 )
+package_packages=(
+    cmark-gfm                  # documents as pages
+)
 
 say() { printf '%s\n' "$*" >&2; }
 
 packages=("${build_packages[@]}")
 case "${1:-}" in
 "") ;;
---check) packages+=("${check_packages[@]}") ;;
+--check) packages+=("${check_packages[@]}" "${package_packages[@]}") ;; # it runs the tests of ./tam package
+--package) packages+=("${package_packages[@]}") ;;
 --list)
-    printf '%s\n' "${build_packages[@]}" "${check_packages[@]}"
+    printf '%s\n' "${build_packages[@]}" "${check_packages[@]}" "${package_packages[@]}"
     exit 0
     ;;
 *)
-    say "usage: $0 [--check | --list]"
+    say "usage: $0 [--check | --package | --list]"
     exit 2
     ;;
 esac
