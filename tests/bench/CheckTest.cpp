@@ -3,10 +3,12 @@
 
 #include "tests/bench/BenchRun.h"
 #include "tests/bench/DeviceRun.h"
+#include "tests/bench/Schema.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace benchtest {
 
@@ -38,7 +40,10 @@ TEST(CheckTest, AnswersTheStatusesOfTheChecks) {
 
 TEST(CheckTest, AnswersJsonAndSarif) {
     const std::wstring file = SamplesFolder() + L"streams\\missing_name.xml";
-    const Json json = Bench({L"check", file}, 1);
+    const Outcome outcome = RunBench({L"check", file, L"--json"});
+    EXPECT_EQ(outcome.status, 1u) << outcome.err;
+    const Json json = Json::parse(outcome.out);
+    EXPECT_EQ(SchemaFaults(json, "check"), std::vector<std::string>());
     EXPECT_EQ(json["program"], "tambench");
     EXPECT_EQ(json["files"][0]["kind"], "device stream");
     EXPECT_EQ(json["files"][0]["findings"][0]["rule"], "element-missing");
