@@ -3,13 +3,13 @@
 #include "check/Utf8.h"
 #include "diff/Readers.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <algorithm>
 
 namespace diff {
 

@@ -1,7 +1,7 @@
 #include "performance/Floor.h"
 
-#include "com/Dom.h"
 #include "com/Creation.h"
+#include "com/Dom.h"
 
 #include <algorithm>
 #include <array>

@@ -11,9 +11,9 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cwchar>
 #include <string>
 #include <vector>
-#include <cwchar>
 
 _COM_SMARTPTR_TYPEDEF(IAppObject, __uuidof(IAppObject));
 _COM_SMARTPTR_TYPEDEF(ITamObject, __uuidof(ITamObject));

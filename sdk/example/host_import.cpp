@@ -10,11 +10,11 @@
 #import <msxml6.dll> rename_namespace("xml")
 
 #include <cstdio>
+#include <cwchar>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <string>
-#include <ios>
-#include <cwchar>
 
 namespace {
 

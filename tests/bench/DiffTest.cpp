@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <cstddef>
+#include <string>
 
 namespace benchtest {
 

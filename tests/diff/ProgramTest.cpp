@@ -7,9 +7,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <string>
 #include <system_error>
-#include <ios>
 
 namespace difftest {
 
