@@ -40,7 +40,7 @@ class Project {
 
     void Check() {
         const XmlTree& tree = document_.Tree();
-        if (IsBlock(tree.Root())) {
+        if (IsBlock(tree.Root()) || HasPartsOfBlock(tree.Root())) {
             CheckBlock(tree.Root());
             return;
         }
@@ -66,6 +66,18 @@ class Project {
             known += EqualKeyword(part, "TamObjID") || EqualKeyword(part, "TamObjectKey") ? 1 : 0;
         });
         return known > 0;
+    }
+
+    /// A host may hand over one block alone, under any name.
+    bool HasPartsOfBlock(XmlTree::Index element) const {
+        const XmlTree& tree = document_.Tree();
+        bool hasPart = false;
+        tree.ForEachElement(element, [&](XmlTree::Index child) {
+            const std::string_view part = tree.Name(child);
+            hasPart = hasPart || EqualKeyword(part, "UserName") || EqualKeyword(part, "X_Position") ||
+                      EqualKeyword(part, "Y_Position") || EqualKeyword(part, "OutReferences");
+        });
+        return hasPart;
     }
 
     void CheckBlock(XmlTree::Index block) {

@@ -157,7 +157,7 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
 
     void* Find(REFIID iid) noexcept {
         void* found = nullptr;
-        if (iid == IID_IUnknown) {
+        if (iid == IID_IUnknown || (iid == IID_IDispatch && !OwnDispatch<Derived>::ListsAllMembers())) {
             found = static_cast<typename First::Interface*>(static_cast<First*>(this));
         } else if (OwnDispatch<Derived>::Has(iid)) {
             found = static_cast<IDispatch*>(&ownDispatch_);
@@ -174,7 +174,7 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         return found;
     }
 
-    OwnDispatch<Derived> ownDispatch_{static_cast<Derived&>(*this)};
+    OwnDispatch<Derived> ownDispatch_{*static_cast<typename First::Interface*>(static_cast<First*>(this))};
     ULONG references_ = 1;
     LiveCount live_;
 };

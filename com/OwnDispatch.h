@@ -8,48 +8,65 @@
 
 namespace com {
 
-/// An object's own IDispatch: calls go as those of its default interface, and the
-/// type information lists the members of all its interfaces, where its class has a
-/// dispinterface for them (MembersId). Clients such as PowerShell know a member only
-/// from there. It is a part of the object, for COM the object itself.
-template <class Owner>
-class OwnDispatch final : public IDispatch {
+/// What the own IDispatch of every object has in common: it is a part of the object,
+/// for COM the object itself, and calls go as those of its default interface. No
+/// template: thirty classes would repeat it.
+class OwnDispatchCalls : public IDispatch {
   public:
-    explicit OwnDispatch(Owner& owner) noexcept : owner_(owner) {}
-    OwnDispatch(const OwnDispatch&) = delete;
-    OwnDispatch& operator=(const OwnDispatch&) = delete;
+    explicit OwnDispatchCalls(IDispatch& defaultInterface) noexcept : default_(defaultInterface) {}
+    OwnDispatchCalls(const OwnDispatchCalls&) = delete;
+    OwnDispatchCalls& operator=(const OwnDispatchCalls&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        return owner_.QueryInterface(iid, out);
+        return default_.QueryInterface(iid, out);
     }
-    ULONG STDMETHODCALLTYPE AddRef() override { return owner_.AddRef(); }
-    ULONG STDMETHODCALLTYPE Release() override { return owner_.Release(); }
+    ULONG STDMETHODCALLTYPE AddRef() override { return default_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return default_.Release(); }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-        if (count == nullptr) {
-            return E_POINTER;
-        }
-        *count = 1;
-        return S_OK;
+        return default_.GetTypeInfoCount(count);
     }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** info) override {
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
+        return default_.GetTypeInfo(index, locale, info);
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) override {
+        return default_.GetIDsOfNames(reserved, names, count, locale, ids);
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* params,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override {
+        return default_.Invoke(id, reserved, locale, flags, params, result, exception, argumentError);
+    }
+
+  protected:
+    ~OwnDispatchCalls() = default;
+
+  private:
+    IDispatch& default_;
+};
+
+/// An object's own IDispatch. The type information lists the members of all its
+/// interfaces, where its class has a dispinterface for them (MembersId). Clients such as
+/// PowerShell know a member only from there.
+template <class Owner>
+class OwnDispatch final : public OwnDispatchCalls {
+  public:
+    using OwnDispatchCalls::OwnDispatchCalls;
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
         if constexpr (requires { Owner::MembersId(); }) {
             return GetFaceTypeInfo(Owner::MembersId(), index, info);
         } else {
-            return GetFaceTypeInfo(*owner_.Faces().front().iid, index, info);
+            return OwnDispatchCalls::GetTypeInfo(index, locale, info);
         }
     }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID,
-                                            DISPID* ids) override {
-        const auto faces = owner_.Faces();
-        return GetFaceIds(faces, 0, reserved, names, count, ids);
-    }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID, WORD flags, DISPPARAMS* params,
-                                     VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override {
-        const auto faces = owner_.Faces();
-        return InvokeFace(faces, 0, id, reserved, flags, params, result, exception, argumentError);
-    }
 
+    /// Whether it tells more than the default interface does.
+    static constexpr bool ListsAllMembers() noexcept {
+        return requires {
+            Owner::MembersId();
+        };
+    }
     static bool Has(REFIID iid) noexcept {
         if constexpr (requires { Owner::MembersId(); }) {
             return iid == IID_IDispatch || iid == Owner::MembersId();
@@ -57,9 +74,6 @@ class OwnDispatch final : public IDispatch {
             return iid == IID_IDispatch;
         }
     }
-
-  private:
-    Owner& owner_;
 };
 
 } // namespace com

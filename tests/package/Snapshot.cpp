@@ -15,6 +15,15 @@ namespace {
 constexpr DWORD kMaxKeyName = 256;
 /// Leads to the type libraries of the system: they are there once.
 constexpr const wchar_t* kSharedLibraries = L"Wow6432Node\\TypeLib";
+/// A 32-bit program is shown its own part of the registry in place of the whole; here it is again.
+constexpr const wchar_t* kOwnPart = L"Wow6432Node";
+/// The script host's own library, which Wine's registers whenever it starts.
+constexpr const wchar_t* kScriptHost = L"TypeLib\\{60254CA0-953B-11CF-8C96-00AA00B8708C}";
+
+bool IsPassedOver(const wchar_t* path) {
+    return _wcsicmp(path, kSharedLibraries) == 0 || _wcsicmp(path, kScriptHost) == 0 ||
+           (sizeof(void*) == 4 && _wcsicmp(path, kOwnPart) == 0);
+}
 constexpr DWORD kMaxValueName = 16384;
 
 std::string Utf8(const wchar_t* text, std::size_t length) {
@@ -58,7 +67,7 @@ class Reader {
             }
             const std::wstring name(name_.data(), length);
             const std::wstring below = path.empty() ? name : path + L'\\' + name;
-            if (_wcsicmp(below.c_str(), kSharedLibraries) == 0) {
+            if (IsPassedOver(below.c_str())) {
                 continue;
             }
             HKEY child = nullptr;
