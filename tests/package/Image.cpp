@@ -57,8 +57,8 @@ std::vector<Image::Section> Image::Sections() const {
     const IMAGE_SECTION_HEADER* section = SectionHeaders();
     for (WORD i = 0; i < File().NumberOfSections; ++i, ++section) {
         const auto* name = reinterpret_cast<const char*>(section->Name);
-        sections.push_back(
-            {std::string(name, strnlen(name, sizeof section->Name)), section->Characteristics});
+        sections.push_back({std::string(name, strnlen(name, sizeof section->Name)), section->Characteristics,
+                            section->SizeOfRawData});
     }
     return sections;
 }

@@ -16,6 +16,8 @@ class Image {
     struct Section {
         std::string name;
         DWORD flags;
+        /// Bytes that it takes in the file.
+        DWORD fileSize;
     };
 
     explicit Image(const std::wstring& path);
