@@ -6,6 +6,7 @@
 #include "check/XmlTree.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -249,6 +250,19 @@ int WriteSchemas(const ProgramOptions& options) {
 
 } // namespace
 
+namespace {
+
+std::string ReadStandardInput() {
+    std::string bytes;
+    std::array<char, 1U << 16U> piece{};
+    while (std::cin.read(piece.data(), static_cast<std::streamsize>(piece.size())) || std::cin.gcount() > 0) {
+        bytes.append(piece.data(), static_cast<std::size_t>(std::cin.gcount()));
+    }
+    return bytes;
+}
+
+} // namespace
+
 bool ReadFormat(std::string_view word, Format& format) {
     constexpr std::pair<std::string_view, Format> kFormats[] = {{"text", Format::Text},
                                                                 {"json", Format::Json},
@@ -265,7 +279,7 @@ bool ReadFormat(std::string_view word, Format& format) {
 
 std::string ReadFile(const fs::path& path, std::string& problem) {
     if (batch::NameOf(path) == kStandardInput) {
-        return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+        return ReadStandardInput();
     }
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
