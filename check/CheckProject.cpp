@@ -40,7 +40,7 @@ class Project {
 
     void Check() {
         const XmlTree& tree = document_.Tree();
-        if (IsBlock(tree.Root()) || HasPartsOfBlock(tree.Root())) {
+        if (IsBlock(tree.Root()) || HasParts(tree.Root())) {
             CheckBlock(tree.Root());
             return;
         }
@@ -68,16 +68,16 @@ class Project {
         return known > 0;
     }
 
-    /// A host may hand over one block alone, under any name.
-    bool HasPartsOfBlock(XmlTree::Index element) const {
+    /// A block alone, under whichever name.
+    bool HasParts(XmlTree::Index element) const {
         const XmlTree& tree = document_.Tree();
-        bool hasPart = false;
+        bool has = false;
         tree.ForEachElement(element, [&](XmlTree::Index child) {
-            const std::string_view part = tree.Name(child);
-            hasPart = hasPart || EqualKeyword(part, "UserName") || EqualKeyword(part, "X_Position") ||
-                      EqualKeyword(part, "Y_Position") || EqualKeyword(part, "OutReferences");
+            has = has ||
+                  std::any_of(std::begin(kModuleParts), std::end(kModuleParts),
+                              [&](std::string_view part) { return EqualKeyword(part, tree.Name(child)); });
         });
-        return hasPart;
+        return has;
     }
 
     void CheckBlock(XmlTree::Index block) {

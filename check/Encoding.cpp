@@ -212,7 +212,7 @@ void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
         known.push_back(page.name);
     }
     findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name),
-                 "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -16, windows-1250 to -1258 or KOI8-R",
+                 "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -16 or windows-1250 to -1258",
                  std::string(Nearest(name, known)));
 }
 

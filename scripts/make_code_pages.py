@@ -14,7 +14,6 @@ TARGET = Path(__file__).resolve().parent.parent / "check" / "CodePages.inc"
 ENCODINGS = (
     {f"ISO-8859-{n}": f"iso8859_{n}" for n in (1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 13, 14, 15, 16)}
     | {f"WINDOWS-{n}": f"cp{n}" for n in range(1250, 1259)}
-    | {"KOI8-R": "koi8_r"}
 )
 
 

@@ -58,6 +58,8 @@ TEST(ProjectRulesTest, FindsPositionsAndNumbersThatAreNone) {
     ExpectOne(RuleId::ValueDecimalMark, Module("", "3", "^12,5"), "12.5");
     ExpectOne(RuleId::NumberForm, Module("", "3", "^left"));
     ExpectOne(RuleId::NumberRange, Module("", "3", "^1e999"));
+    // A block alone, under the name of another definition.
+    ExpectOne(RuleId::NumberRange, "<V><UserName>u</UserName><X_Position>^1E309</X_Position></V>");
     ExpectOne(RuleId::NumberRange, Module("", "^70000"));
 }
 
