@@ -114,6 +114,10 @@ class Validator {
             if (!std::regex_search(value.get<std::string>(), std::regex(rule.get<std::string>()))) {
                 faults.push_back(place + ": " + value.dump() + " does not match " + rule.dump());
             }
+        } else if (keyword == "minLength" && value.is_string()) {
+            if (value.get<std::string>().size() < rule.get<std::size_t>()) {
+                faults.push_back(place + ": is shorter than " + rule.dump());
+            }
         } else if (keyword == "minimum" && value.is_number()) {
             if (value < rule) {
                 faults.push_back(place + ": is below " + rule.dump());
@@ -129,7 +133,8 @@ class Validator {
                 Add(faults, Faults(value, schema.at("then"), place));
             }
         } else if (!std::set<std::string>{"$schema", "$defs", "title", "description", "additionalProperties",
-                                          "then", "properties", "required", "items", "pattern", "minimum"}
+                                          "then", "properties", "required", "items", "pattern", "minimum",
+                                          "minLength"}
                         .contains(keyword)) {
             faults.push_back(place + ": the keyword " + keyword + " is not known here");
         }
