@@ -38,7 +38,8 @@ def moment_of(root):
 
 def file_version(content):
     """The version in a binary's VERSIONINFO as four numbers in a text; None when it has none."""
-    at = content.find(struct.pack("<I", 0xFEEF04BD))
+    # The signature and the structure's own version: a program that reads versions has the signature in its code.
+    at = content.find(struct.pack("<II", 0xFEEF04BD, 0x10000))
     if at < 0:
         return None
     high, low = struct.unpack_from("<II", content, at + 8)
