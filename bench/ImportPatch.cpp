@@ -11,13 +11,19 @@ T* At(HMODULE dll, ULONG_PTR offset) {
     return reinterpret_cast<T*>(reinterpret_cast<ULONG_PTR>(dll) + offset);
 }
 
-/// The import slot of a named function of a DLL; null when it imports none.
-ULONG_PTR* ImportSlot(HMODULE dll, const char* function) {
+/// The first of a DLL's import tables, behind the last of which is one without a
+/// name. Null when it imports nothing.
+IMAGE_IMPORT_DESCRIPTOR* ImportTables(HMODULE dll) {
     const auto* dos = At<IMAGE_DOS_HEADER>(dll, 0);
     const auto* nt = At<IMAGE_NT_HEADERS>(dll, static_cast<ULONG_PTR>(dos->e_lfanew));
     const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    for (auto* library = At<IMAGE_IMPORT_DESCRIPTOR>(dll, directory.VirtualAddress); library->Name != 0;
-         ++library) {
+    return directory.VirtualAddress == 0 ? nullptr
+                                         : At<IMAGE_IMPORT_DESCRIPTOR>(dll, directory.VirtualAddress);
+}
+
+/// The import slot of a named function of a DLL; null when it imports none.
+ULONG_PTR* ImportSlot(HMODULE dll, const char* function) {
+    for (auto* library = ImportTables(dll); library != nullptr && library->Name != 0; ++library) {
         const auto* names = At<IMAGE_THUNK_DATA>(dll, library->OriginalFirstThunk);
         auto* slots = At<ULONG_PTR>(dll, library->FirstThunk);
         for (; names->u1.AddressOfData != 0; ++names, ++slots) {
@@ -31,15 +37,22 @@ ULONG_PTR* ImportSlot(HMODULE dll, const char* function) {
     return nullptr;
 }
 
-/// Writes a word of a loaded image that is not meant to be written.
+} // namespace
+
+void ForEachImport(HMODULE dll, const std::function<void(ULONG_PTR* slot)>& each) {
+    for (auto* library = ImportTables(dll); library != nullptr && library->Name != 0; ++library) {
+        for (auto* slot = At<ULONG_PTR>(dll, library->FirstThunk); *slot != 0; ++slot) {
+            each(slot);
+        }
+    }
+}
+
 void WriteProtected(ULONG_PTR* place, ULONG_PTR value) noexcept {
     DWORD protection = 0;
     VirtualProtect(place, sizeof(*place), PAGE_READWRITE, &protection);
     *place = value;
     VirtualProtect(place, sizeof(*place), protection, &protection);
 }
-
-} // namespace
 
 ImportPatch::ImportPatch(HMODULE dll, const char* function, const void* replacement)
     : slot_(ImportSlot(dll, function)) {
