@@ -21,7 +21,7 @@ constexpr double kGap = 28;
 constexpr double kNarrowest = 180;
 constexpr double kWidestName = 190;
 constexpr double kWidestTitle = 320;
-constexpr double kShortestStub = 22;
+constexpr double kShortestLead = 22;
 constexpr double kWidestAddress = 40;
 constexpr double kPin = 5;
 constexpr double kWidestTag = 150;
@@ -64,12 +64,12 @@ BlockBox::BlockBox(const Block& block, std::size_t number, Rows rows, const Meas
     height_ = head + 2 * kPadding + kRow * static_cast<double>(count);
 
     for (const Side side : {Side::input, Side::output}) {
-        double& stub = stub_.at(IndexOf(side));
+        double& lead = lead_.at(IndexOf(side));
         double& tags = tags_.at(IndexOf(side));
-        stub = kShortestStub;
+        lead = kShortestLead;
         for (const Pin& pin : PinsOf(side)) {
             const double address = std::min(kWidestAddress, std::ceil(measure(pin.address, Font::address)));
-            stub = std::max(stub, address + kPin + 8);
+            lead = std::max(lead, address + kPin + 8);
             if (rows == Rows::sideBySide) {
                 tags = std::max(tags, TagWidth(pin, side));
             }
@@ -155,7 +155,7 @@ void BlockBox::PaintPin(Drawing& drawing, Side side, std::size_t index) const {
     const Pin& pin = PinsOf(side)[index];
     const PinId id{number_, side, index};
     PaintWords(drawing, pin, id);
-    PaintStub(drawing, pin, id);
+    PaintLead(drawing, pin, id);
     if (HasTag(pin)) {
         if (rows_ == Rows::sideBySide) {
             PaintTag(drawing, pin, id);
@@ -163,7 +163,7 @@ void BlockBox::PaintPin(Drawing& drawing, Side side, std::size_t index) const {
             PaintChip(drawing, pin, id);
         }
     }
-    // Half the block, or all of it when it has the row for itself, with the stub.
+    // Half the block, or all of it when it has the row for itself, with the lead.
     const double half = rows_ == Rows::sideBySide ? width_ / 2 : width_;
     const double reach = Margin(side);
     const double left = side == Side::input ? place_.x - reach : Right() - half;
@@ -192,13 +192,13 @@ void BlockBox::PaintWords(Drawing& drawing, const Pin& pin, const PinId& id) con
     }
 }
 
-void BlockBox::PaintStub(Drawing& drawing, const Pin& pin, const PinId& id) const {
+void BlockBox::PaintLead(Drawing& drawing, const Pin& pin, const PinId& id) const {
     const double out = Outward(id.side);
     const double edge = id.side == Side::input ? Left() : Right();
     const double y = HeightOf(id.side, id.index);
-    const double end = edge + out * Stub(id.side);
-    const auto stub = pin.isWired ? Paint::wiredStub : pin.isHidden ? Paint::hiddenStub : Paint::openStub;
-    drawing.items.push_back({stub, Line{{{edge, y}, {end, y}}}, id});
+    const double end = edge + out * Lead(id.side);
+    const auto lead = pin.isWired ? Paint::wiredLead : pin.isHidden ? Paint::hiddenLead : Paint::openLead;
+    drawing.items.push_back({lead, Line{{{edge, y}, {end, y}}}, id});
     // Signals go to the right: an input's arrow points into the block, an output's out of it.
     const double base = id.side == Side::input ? edge - kPin : edge;
     drawing.items.push_back({pin.isWired ? Paint::wiredPin : Paint::openPin,
@@ -220,7 +220,7 @@ void BlockBox::PaintTag(Drawing& drawing, const Pin& pin, const PinId& id) const
     const double body = TagWidth(pin, id.side) - kTagTip;
     // The tip of an input's tag points to the block, that of an output's away from it.
     const double left =
-        id.side == Side::input ? Left() - Stub(id.side) - kTagTip - body : Right() + Stub(id.side);
+        id.side == Side::input ? Left() - Lead(id.side) - kTagTip - body : Right() + Lead(id.side);
     const double half = kTagHeight / 2;
     drawing.items.push_back({Paint::tag,
                              Polygon{{{left, y - half},

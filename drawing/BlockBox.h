@@ -23,10 +23,10 @@ class BlockBox {
 
     double Width() const noexcept { return width_; }
     double Height() const noexcept { return height_; }
-    /// How far stubs and what they are wired to reach out of a side.
-    double Margin(Side side) const noexcept { return stub_.at(IndexOf(side)) + tags_.at(IndexOf(side)); }
-    /// How far the stubs alone do.
-    double Stub(Side side) const noexcept { return stub_.at(IndexOf(side)); }
+    /// How far leads and what they are wired to reach out of a side.
+    double Margin(Side side) const noexcept { return lead_.at(IndexOf(side)) + tags_.at(IndexOf(side)); }
+    /// How far the leads alone do.
+    double Lead(Side side) const noexcept { return lead_.at(IndexOf(side)); }
 
     /// The upper left corner of the body.
     void MoveTo(const Point& place) noexcept { place_ = place; }
@@ -48,7 +48,7 @@ class BlockBox {
     void PaintHead(Drawing& drawing) const;
     void PaintPin(Drawing& drawing, Side side, std::size_t index) const;
     void PaintWords(Drawing& drawing, const Pin& pin, const PinId& id) const;
-    void PaintStub(Drawing& drawing, const Pin& pin, const PinId& id) const;
+    void PaintLead(Drawing& drawing, const Pin& pin, const PinId& id) const;
     void PaintTag(Drawing& drawing, const Pin& pin, const PinId& id) const;
     void PaintChip(Drawing& drawing, const Pin& pin, const PinId& id) const;
 
@@ -58,7 +58,7 @@ class BlockBox {
     const Measure& measure_;
     double width_ = 0;
     double height_ = 0;
-    std::array<double, 2> stub_{};
+    std::array<double, 2> lead_{};
     std::array<double, 2> tags_{};
     Point place_{};
 };

@@ -40,7 +40,7 @@ std::vector<std::size_t> Ordered(const Sheet& sheet, const std::vector<Place>& p
     return order;
 }
 
-/// The widest channel of a side, from stub to stub.
+/// The widest channel of a side, from lead to lead.
 double WidthOf(const std::vector<std::size_t>& order, const std::vector<BlockBox>& channels) {
     double width = 0;
     for (const std::size_t channel : order) {

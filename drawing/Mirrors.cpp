@@ -83,14 +83,14 @@ Mirrors::Ends Mirrors::EndsOf(const Route& route, const BlockBox& module,
     const PinId& own = route.mirror.module;
     const PinId& far = route.mirror.channel;
     // The edge of the channel that faces the module. A pin that leaves the channel
-    // there has a stub; another one is met at the edge.
+    // there has a lead; another one is met at the edge.
     const Side facing = route.place == Place::left ? Side::output : Side::input;
     const double edge = facing == Side::output ? channel.Right() : channel.Left();
-    const double stub = far.side != facing ? 0 : channel.Stub(facing) * (facing == Side::output ? 1 : -1);
-    const double start = own.side == Side::input ? module.Left() - module.Stub(Side::input)
-                                                 : module.Right() + module.Stub(Side::output);
+    const double lead = far.side != facing ? 0 : channel.Lead(facing) * (facing == Side::output ? 1 : -1);
+    const double start = own.side == Side::input ? module.Left() - module.Lead(Side::input)
+                                                 : module.Right() + module.Lead(Side::output);
     return {{start, module.HeightOf(own.side, own.index)},
-            {edge + stub, channel.HeightOf(far.side, far.index)}};
+            {edge + lead, channel.HeightOf(far.side, far.index)}};
 }
 
 void Mirrors::PaintLines(Drawing& drawing, const BlockBox& module,

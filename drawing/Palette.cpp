@@ -96,11 +96,11 @@ Look LookOf(Paint paint, Scheme scheme) noexcept {
     case Paint::note:
     case Paint::address:
         return TextLook(colours.muted);
-    case Paint::openStub:
+    case Paint::openLead:
         return LineLook(colours.line, 1);
-    case Paint::wiredStub:
+    case Paint::wiredLead:
         return LineLook(colours.accent, 2);
-    case Paint::hiddenStub:
+    case Paint::hiddenLead:
         return LineLook(colours.line, 1, true);
     case Paint::openPin:
         return {.fill = colours.background, .stroke = colours.line, .strokeWidth = 1.2};

@@ -54,8 +54,8 @@ TEST(LayoutDrawTest, TellsWiredPinsApart) {
     const Drawing drawing = Draw(SmallSheet(), EvenWidth);
     EXPECT_EQ(2U, ShapesOf<Polygon>(drawing, Paint::wiredPin).size());
     EXPECT_EQ(3U, ShapesOf<Polygon>(drawing, Paint::openPin).size());
-    EXPECT_EQ(2U, ShapesOf<Line>(drawing, Paint::wiredStub).size());
-    EXPECT_EQ(3U, ShapesOf<Line>(drawing, Paint::openStub).size());
+    EXPECT_EQ(2U, ShapesOf<Line>(drawing, Paint::wiredLead).size());
+    EXPECT_EQ(3U, ShapesOf<Line>(drawing, Paint::openLead).size());
     EXPECT_EQ((Texts{"DI1_Out", "DO1_In1"}), TextsOf(drawing, Paint::tagText));
     const auto tags = ShapesOf<Text>(drawing, Paint::tagText);
     EXPECT_LT(tags[0].at.x, Body(drawing).x);
@@ -75,7 +75,7 @@ TEST(LayoutDrawTest, TellsHiddenPinsApart) {
     sheet.module.inputs[0].isHidden = true;
     const Drawing drawing = Draw(sheet, EvenWidth);
     EXPECT_EQ((Texts{"AO1_In1"}), TextsOf(drawing, Paint::hiddenName));
-    EXPECT_EQ(1U, ShapesOf<Line>(drawing, Paint::hiddenStub).size());
+    EXPECT_EQ(1U, ShapesOf<Line>(drawing, Paint::hiddenLead).size());
 }
 
 TEST(LayoutDrawTest, HasThePictureOnlyWhereThereIsAnIcon) {

@@ -10,8 +10,8 @@ namespace {
 
 constexpr Paint kTexts[] = {Paint::title, Paint::subtitle, Paint::name,   Paint::hiddenName,
                             Paint::note,  Paint::address,  Paint::tagText};
-constexpr Paint kLines[] = {Paint::outline,    Paint::openStub, Paint::wiredStub,
-                            Paint::hiddenStub, Paint::openPin,  Paint::mirror};
+constexpr Paint kLines[] = {Paint::outline,    Paint::openLead, Paint::wiredLead,
+                            Paint::hiddenLead, Paint::openPin,  Paint::mirror};
 
 class PaletteTest : public testing::TestWithParam<Scheme> {};
 
@@ -33,12 +33,12 @@ TEST_P(PaletteTest, MakesLinesVisible) {
 }
 
 TEST_P(PaletteTest, TellsWiredPinsApartWithoutColour) {
-    EXPECT_NE(LookOf(Paint::wiredStub, GetParam()).strokeWidth,
-              LookOf(Paint::openStub, GetParam()).strokeWidth);
+    EXPECT_NE(LookOf(Paint::wiredLead, GetParam()).strokeWidth,
+              LookOf(Paint::openLead, GetParam()).strokeWidth);
     EXPECT_EQ(Background(GetParam()), LookOf(Paint::openPin, GetParam()).fill);
     EXPECT_EQ(LookOf(Paint::wiredPin, GetParam()).stroke, LookOf(Paint::wiredPin, GetParam()).fill);
-    EXPECT_TRUE(LookOf(Paint::hiddenStub, GetParam()).isDashed);
-    EXPECT_FALSE(LookOf(Paint::openStub, GetParam()).isDashed);
+    EXPECT_TRUE(LookOf(Paint::hiddenLead, GetParam()).isDashed);
+    EXPECT_FALSE(LookOf(Paint::openLead, GetParam()).isDashed);
 }
 
 INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest, testing::Values(Scheme::light, Scheme::dark));
