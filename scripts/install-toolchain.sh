@@ -41,7 +41,6 @@ check_packages=(
     clang-format
     clang-tidy
     cppcheck
-    python3-jsonschema
     shellcheck
     python3-jsonschema         # the JSON of the checks against docs/json
 )
