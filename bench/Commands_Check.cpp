@@ -10,17 +10,8 @@
 
 #include <cstdio>
 #include <string>
-#include <string_view>
 
 namespace bench {
-
-namespace {
-
-bool IsTerminal(std::FILE* file) {
-    return _isatty(_fileno(file)) != 0;
-}
-
-} // namespace
 
 int CheckDocuments(const Options& options) {
     check::ProgramOptions run;
@@ -45,9 +36,9 @@ int CheckDocuments(const Options& options) {
     bool isPrinted = true;
     run.print = [&](const std::string& text) { isPrinted = Print(text) && isPrinted; };
     run.complain = [](const std::string& text) { Complain(text); };
-    run.hasColour = IsTerminal(stdout) && GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) == 0;
-    if (IsTerminal(stderr)) {
-        run.showProgress = [](std::string_view line) { Complain("\r\x1b[K" + std::string(line)); };
+    run.hasColour = OutputScreen().isColoured;
+    if (ErrorScreen().isTerminal) {
+        run.showProgress = ShowProgress;
     }
     const int status = check::RunProgram(run);
     return isPrinted ? status : check::kUnreadable;

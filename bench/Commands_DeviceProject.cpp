@@ -1,6 +1,7 @@
 #include "bench/Commands.h"
 #include "bench/DevicePoints.h"
 #include "bench/DeviceProject.h"
+#include "bench/Explanations.h"
 #include "bench/Text.h"
 
 #include <cstddef>
@@ -96,6 +97,7 @@ void DeviceSave(Host& host, const Options& options, Report& report) {
 
 void DeviceLoad(Host& host, const Options& options, Report& report) {
     OpenedDevice device(host, options, report);
+    AddSource(options.project, report);
     const Json result = LoadProject(device, options, report);
     Json channels = Json::array();
     std::string keys;

@@ -1,4 +1,5 @@
 #include "bench/Commands.h"
+#include "bench/Explanations.h"
 #include "bench/Model.h"
 #include "bench/Text.h"
 
@@ -105,6 +106,7 @@ void Save(Host& host, const Options& options, Report& report) {
 
 void Load(Host& host, const Options& options, Report& report) {
     LoadAndTell(host, report);
+    AddSource(options.project, report);
     const xml::Document document = xml::LoadFile(options.project);
     const std::wstring name = WideOf(host.App(), &IAppObject::get_UniqueIDString);
     const xml::Node element = FindObject(xml::Node(document), name, options.project);

@@ -2,8 +2,9 @@
 
 #include "bench/Samples.h"
 #include "bench/Text.h"
-#include "bench/Xml.h"
-#include "com/Boundary.h"
+#include "bench/TextFile.h"
+#include "check/Findings.h"
+#include "check/XmlTree.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,6 +12,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -32,22 +34,8 @@ constexpr Kind kKinds[] = {{L"ai", L"o_tam_ai_id"},
 constexpr const char* kExample =
     "; a channel is written as <Channel key=\"AI1\" kind=\"ai\" terminal=\"5\" setup=\"2,Ni1000\"/>";
 
-[[noreturn]] void Refuse(const std::wstring& path, const std::string& reason) {
-    throw BenchError(E_INVALIDARG, Utf8(path) + " is no device file: " + reason);
-}
-
 std::wstring SampleFile() {
     return SamplesFolder() + L"device.xml";
-}
-
-xml::Node RootOf(const xml::Document& document) {
-    com::Ref<IXMLDOMElement> root;
-    com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
-    return xml::Node(root);
-}
-
-std::wstring AttributeOf(const xml::Node& element, const wchar_t* name) {
-    return xml::TextAt(element, std::wstring(L"@") + name);
 }
 
 /// A file named inside another one is beside it; else it is a sample.
@@ -57,61 +45,105 @@ std::wstring FileBeside(const std::wstring& path, const std::wstring& name) {
     return IsFile(beside) ? beside : FindStream(name);
 }
 
-DescribedChannel ReadChannel(const xml::Node& element, std::size_t number, const std::wstring& path) {
-    const std::string which = "channel " + std::to_string(number);
-    if (xml::NameOf(element) != L"Channel") {
-        Refuse(path, which + " is an element " + Utf8(xml::NameOf(element)) + kExample);
+/// A device file's text with its elements.
+class Reader {
+  public:
+    explicit Reader(const std::wstring& path) : path_(path), tree_(TextIn(path), findings_) {
+        if (findings_.Errors() > 0) {
+            throw BenchError(E_INVALIDARG, Utf8(path) + " is no XML document: " + WhyNoXml(ReadBytes(path)));
+        }
     }
-    DescribedChannel channel{AttributeOf(element, L"key"), AttributeOf(element, L"kind"), std::nullopt,
-                             AttributeOf(element, L"setup")};
-    if (channel.key.empty() || channel.kind.empty()) {
-        Refuse(path, which + " has no " + (channel.key.empty() ? "key" : "kind") + kExample);
-    }
-    if (xml::Select(element, L"@terminal")) {
-        channel.terminal = AttributeOf(element, L"terminal");
-    }
-    return channel;
-}
 
-std::vector<DescribedChannel> ReadChannels(const xml::Node& root, const std::wstring& path) {
-    std::vector<DescribedChannel> channels;
-    const xml::Node section = xml::Select(root, L"Channels");
-    if (!section) {
-        return channels;
+    DeviceFile Read() const {
+        const auto root = tree_.Root();
+        if (tree_.Name(root) != "Device") {
+            Refuse(root, "the root is " + std::string(tree_.Name(root)) + " and should be Device");
+        }
+        DeviceFile file;
+        file.path = path_;
+        file.stream = Wide(TextBelow(root, "Stream"));
+        if (file.stream.empty()) {
+            Refuse(root, "no stream of the module is named; write <Stream>hall.xml</Stream>");
+        }
+        file.firmware = Wide(TextBelow(root, "Firmware"));
+        if (tree_.Child(root, "FWVersion") != check::XmlTree::kNone) {
+            file.firmwareFile = path_;
+        }
+        const auto section = tree_.Child(root, "Channels");
+        if (section != check::XmlTree::kNone) {
+            tree_.ForEachElement(section, [&](Node element) { AddChannel(element, file.channels); });
+        }
+        return file;
     }
-    xml::ForEachElement(section, [&](const xml::Node& element) {
-        DescribedChannel channel = ReadChannel(element, channels.size() + 1, path);
+
+  private:
+    using Node = check::XmlTree::Index;
+
+    static std::string TextIn(const std::wstring& path) { return Utf8(ReadTextFile(path)); }
+
+    [[noreturn]] void Refuse(Node where, const std::string& reason) const {
+        const std::string_view before = tree_.Text().substr(0, tree_.OffsetOf(where));
+        throw BenchError(E_INVALIDARG,
+                         Utf8(path_) + " is no device file: line " +
+                             std::to_string(1 + std::count(before.begin(), before.end(), '\n')) + ": " +
+                             reason);
+    }
+
+    std::string TextBelow(Node parent, std::string_view name) const {
+        std::string text;
+        const Node element = tree_.Child(parent, name);
+        if (element != check::XmlTree::kNone) {
+            tree_.ForEachChild(element, [&](Node child) {
+                if (tree_.KindOf(child) == check::XmlTree::Kind::Text ||
+                    tree_.KindOf(child) == check::XmlTree::Kind::CData) {
+                    text += tree_.Content(child);
+                }
+            });
+        }
+        const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+        return text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
+    }
+
+    std::optional<std::wstring> AttributeOf(Node element, std::string_view name) const {
+        const auto attribute = tree_.FindAttribute(element, name);
+        return attribute ? std::optional(Wide(tree_.ValueOf(*attribute))) : std::nullopt;
+    }
+
+    void AddChannel(Node element, std::vector<DescribedChannel>& channels) const {
+        if (tree_.Name(element) != "Channel") {
+            Refuse(element,
+                   "an element " + std::string(tree_.Name(element)) + " among the channels" + kExample);
+        }
+        DescribedChannel channel{AttributeOf(element, "key").value_or(std::wstring()),
+                                 AttributeOf(element, "kind").value_or(std::wstring()),
+                                 AttributeOf(element, "terminal"),
+                                 AttributeOf(element, "setup").value_or(std::wstring())};
+        if (channel.key.empty() || channel.kind.empty()) {
+            Refuse(element,
+                   std::string("a channel without ") + (channel.key.empty() ? "key" : "kind") + kExample);
+        }
         if (std::any_of(channels.begin(), channels.end(),
                         [&](const DescribedChannel& other) { return SameKey(other.key, channel.key); })) {
-            Refuse(path, "the channel " + Utf8(channel.key) + " is there twice");
+            Refuse(element, "the channel " + Utf8(channel.key) + " is there already");
         }
         channels.push_back(std::move(channel));
-    });
-    return channels;
-}
+    }
+
+    std::wstring path_;
+    check::Findings findings_;
+    check::XmlTree tree_;
+};
 
 } // namespace
 
 DeviceFile ReadDeviceFile(const std::wstring& path) {
-    DeviceFile file;
-    file.path = path.empty() ? SampleFile() : path;
-    const xml::Document document = xml::LoadFile(file.path);
-    const xml::Node root = RootOf(document);
-    if (xml::NameOf(root) != L"Device") {
-        Refuse(file.path, "its root is " + Utf8(xml::NameOf(root)) + " and should be Device");
-    }
-    file.stream = xml::TextAt(root, L"Stream");
-    if (file.stream.empty()) {
-        Refuse(file.path, "it names no stream of its module; write <Stream>hall.xml</Stream>");
-    }
+    DeviceFile file = Reader(path.empty() ? SampleFile() : path).Read();
     file.streamFile = FileBeside(file.path, file.stream);
-    const bool hasFirmware = static_cast<bool>(xml::Select(root, L"FWVersion"));
-    file.firmwareFile = hasFirmware ? file.path : SampleFile();
-    file.firmware = xml::TextAt(root, L"Firmware");
-    if (file.firmware.empty()) {
-        file.firmware = xml::TextAt(RootOf(xml::LoadFile(SampleFile())), L"Firmware");
+    if (file.firmwareFile.empty() || file.firmware.empty()) {
+        const DeviceFile sample = Reader(SampleFile()).Read();
+        file.firmwareFile = file.firmwareFile.empty() ? sample.firmwareFile : file.firmwareFile;
+        file.firmware = file.firmware.empty() ? sample.firmware : file.firmware;
     }
-    file.channels = ReadChannels(root, file.path);
     return file;
 }
 

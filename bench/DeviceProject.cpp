@@ -1,6 +1,7 @@
 #include "bench/DeviceProject.h"
 
 #include "bench/DevicePoints.h"
+#include "bench/Explanations.h"
 #include "bench/Text.h"
 
 #include <algorithm>
@@ -144,6 +145,7 @@ void LoadChannel(OpenedDevice& device, const SavedChannel& saved, Json& restored
 
 Json OpenDevice(OpenedDevice& device, const Options& options, Report& report) {
     if (!options.project.empty()) {
+        AddSource(options.project, report);
         return LoadProject(device, options, report);
     }
     device.PlaceAll();

@@ -3,6 +3,7 @@
 #include "bench/Model.h"
 #include "bench/Samples.h"
 #include "bench/Text.h"
+#include "bench/TextFile.h"
 #include "bench/Typist.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
@@ -117,6 +118,7 @@ Host::Host(const Options& options, Report& report)
     watcher_.OnBox([this](HWND window, const Box& box) { return AnswerBox(window, box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
+    report_.SetCatalogue(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
     com::Call(catalogueDocument_, &IXMLDOMDocument::get_documentElement, root.Put());
     catalogue_ = xml::Node(root);
@@ -226,7 +228,9 @@ void Host::LoadStream() {
 void Host::LoadStreamFile(const std::wstring& name, const std::wstring& file) {
     report_.data["stream"] = Utf8(name);
     report_.data["streamFile"] = Utf8(file);
-    LoadStreamText(ReadTextFile(file));
+    std::string bytes = ReadBytes(file);
+    report_.AddSource(Utf8(name), bytes);
+    LoadStreamText(TextOfDocument(std::move(bytes), file));
 }
 
 void Host::LoadStreamText(const std::wstring& text) {

@@ -14,30 +14,60 @@ namespace bench {
 
 namespace {
 
-// Inside a text for a coloured terminal: kMark, the letter of the ink, and at the end of
-// the painted part kMark and kPlain. They never leave this file.
-constexpr char kMark = '\x1b';
-constexpr char kPlain = '0';
-constexpr std::string_view kLetters = "hfgn";
+// Painted texts have the usual control sequences: ESC [ numbers m.
+constexpr std::string_view kBegin = "\x1b[";
+constexpr char kEnd = 'm';
+constexpr std::string_view kPlain = "\x1b[0m";
 
-WORD AttributesOf(char letter, WORD plain) {
-    constexpr WORD kBackground = BACKGROUND_BLUE | BACKGROUND_GREEN | BACKGROUND_RED | BACKGROUND_INTENSITY;
-    const auto background = static_cast<WORD>(plain & kBackground);
-    switch (letter) {
-    case 'h': // bright, or another colour where all is bright
-        return (plain & FOREGROUND_INTENSITY) == 0
-                   ? static_cast<WORD>(plain | FOREGROUND_INTENSITY)
-                   : static_cast<WORD>(background | FOREGROUND_GREEN | FOREGROUND_BLUE |
-                                       FOREGROUND_INTENSITY);
-    case 'f':
-        return static_cast<WORD>(background | FOREGROUND_RED | FOREGROUND_INTENSITY);
-    case 'g':
-        return static_cast<WORD>(background | FOREGROUND_GREEN);
-    case 'n':
-        return static_cast<WORD>(background | FOREGROUND_RED | FOREGROUND_GREEN);
+std::string_view SequenceOf(Ink ink) {
+    switch (ink) {
+    case Ink::Heading:
+        return "\x1b[1m";
+    case Ink::Fault:
+        return "\x1b[31m";
+    case Ink::Good:
+        return "\x1b[32m";
     default:
+        return "\x1b[33m";
+    }
+}
+
+/// The attributes of a console after one number of a sequence.
+WORD AttributesAfter(unsigned number, WORD now, WORD plain) {
+    constexpr unsigned kFirstColour = 30;
+    constexpr unsigned kColours = 8;
+    constexpr unsigned kForeground = FOREGROUND_BLUE | FOREGROUND_GREEN | FOREGROUND_RED;
+    const unsigned others = now & ~kForeground;
+    if (number == 0) {
         return plain;
     }
+    if (number == 1) { // bright, or another colour where all is bright
+        return (plain & FOREGROUND_INTENSITY) == 0
+                   ? static_cast<WORD>(now | FOREGROUND_INTENSITY)
+                   : static_cast<WORD>(others | FOREGROUND_GREEN | FOREGROUND_BLUE);
+    }
+    if (number < kFirstColour || number >= kFirstColour + kColours) {
+        return now;
+    }
+    const unsigned colour = number - kFirstColour; // red, green and blue from the lowest bit on
+    const unsigned bits = ((colour & 1U) != 0 ? FOREGROUND_RED : 0U) |
+                          ((colour & 2U) != 0 ? FOREGROUND_GREEN : 0U) |
+                          ((colour & 4U) != 0 ? FOREGROUND_BLUE : 0U);
+    return static_cast<WORD>(others | bits | FOREGROUND_INTENSITY);
+}
+
+/// The attributes after a sequence's numbers, "1;31".
+WORD AttributesAfter(std::string_view numbers, WORD now, WORD plain) {
+    unsigned number = 0;
+    for (const char c : numbers) {
+        if (c == ';') {
+            now = AttributesAfter(number, now, plain);
+            number = 0;
+        } else {
+            number = number * 10 + static_cast<unsigned>(c - '0');
+        }
+    }
+    return AttributesAfter(number, now, plain);
 }
 
 bool IsConsole(HANDLE handle) {
@@ -69,20 +99,24 @@ bool Write(std::FILE* file, HANDLE handle, std::string_view text) {
 
 /// A painted text for a terminal: console colours work on every Windows and in Wine,
 /// control sequences do not.
-bool WritePainted(std::FILE* file, HANDLE console, std::string_view text) {
+bool WritePainted(HANDLE console, std::string_view text) {
     CONSOLE_SCREEN_BUFFER_INFO info{};
     GetConsoleScreenBufferInfo(console, &info);
+    WORD now = info.wAttributes;
     bool isWritten = true;
     while (!text.empty()) {
-        const std::size_t mark = std::min(text.find(kMark), text.size());
-        isWritten = Write(file, console, text.substr(0, mark)) && isWritten;
-        text.remove_prefix(mark);
-        if (text.size() >= 2) {
-            SetConsoleTextAttribute(console, AttributesOf(text[1], info.wAttributes));
-            text.remove_prefix(2);
-        } else {
-            text = {};
+        const std::size_t begin = std::min(text.find(kBegin), text.size());
+        isWritten = WriteToConsole(console, text.substr(0, begin)) && isWritten;
+        text.remove_prefix(begin);
+        const std::size_t end = text.find_first_not_of("0123456789;", kBegin.size());
+        if (text.empty() || end == std::string_view::npos) {
+            break;
         }
+        if (text[end] == kEnd) {
+            now = AttributesAfter(text.substr(kBegin.size(), end - kBegin.size()), now, info.wAttributes);
+            SetConsoleTextAttribute(console, now);
+        }
+        text.remove_prefix(end + 1);
     }
     SetConsoleTextAttribute(console, info.wAttributes);
     return isWritten;
@@ -90,8 +124,8 @@ bool WritePainted(std::FILE* file, HANDLE console, std::string_view text) {
 
 bool Show(std::FILE* file, DWORD which, std::string_view text) {
     const HANDLE handle = GetStdHandle(which);
-    const bool isPainted = IsConsole(handle) && text.find(kMark) != std::string_view::npos;
-    return isPainted ? WritePainted(file, handle, text) : Write(file, handle, text);
+    const bool isPainted = IsConsole(handle) && text.find(kBegin) != std::string_view::npos;
+    return isPainted ? WritePainted(handle, text) : Write(file, handle, text);
 }
 
 Screen ScreenOf(DWORD handle) {
@@ -126,7 +160,7 @@ std::string Painted(std::string_view text, Ink ink, const Screen& screen) {
     if (!screen.isColoured) {
         return std::string(text);
     }
-    return std::string{kMark, kLetters[static_cast<std::size_t>(ink)]} + std::string(text) + kMark + kPlain;
+    return std::string(SequenceOf(ink)) + std::string(text) + std::string(kPlain);
 }
 
 bool Print(const std::string& text) {

@@ -9,7 +9,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace bench {
@@ -78,16 +77,22 @@ void AddIndented(std::string& out, const std::string& text, std::size_t width) {
 /// More kinds of boxes than these are counted by their captions only.
 constexpr std::size_t kListed = 10;
 
-/// Boxes that show the same, with how many there were of each, in the order of the first ones.
-std::vector<std::pair<const Json*, std::size_t>> Grouped(const Json& boxes) {
-    std::vector<std::pair<const Json*, std::size_t>> groups;
+struct Group {
+    /// The number of the first one, from 0.
+    std::size_t first = 0;
+    std::size_t times = 0;
+};
+
+/// Boxes that show the same, in the order of the first ones.
+std::vector<Group> Grouped(const Json& boxes) {
+    std::vector<Group> groups;
     std::unordered_map<std::string, std::size_t> known;
-    for (const Json& box : boxes) {
-        const auto [entry, isNew] = known.emplace(box.dump(), groups.size());
+    for (std::size_t i = 0; i < boxes.size(); ++i) {
+        const auto [entry, isNew] = known.emplace(boxes[i].dump(), groups.size());
         if (isNew) {
-            groups.emplace_back(&box, 0);
+            groups.push_back({i, 0});
         }
-        ++groups[entry->second].second;
+        ++groups[entry->second].times;
     }
     return groups;
 }
@@ -105,6 +110,15 @@ std::string TitleOf(const Json& box) {
 }
 
 } // namespace
+
+std::string LineOf(const Json& finding) {
+    const auto part = [&](const char* name) { return finding[name].get<std::string>(); };
+    const std::string suggestion = part("suggestion");
+    return part("file") + ":" + finding["line"].dump() + ":" + finding["column"].dump() + ": " +
+           part("severity") + ": " + part("message") +
+           (part("expected").empty() ? "" : "; " + part("expected")) +
+           (suggestion.empty() ? "" : "; did you mean " + suggestion + "?") + " [" + part("rule") + "]";
+}
 
 bool IsErrorReport(const Box& box) {
     return !box.isMessageBox && box.text.find(kErrorReport) != std::wstring::npos;
@@ -153,30 +167,54 @@ void Report::Document(const std::string& text) {
     }
 }
 
-std::string Report::BoxText(const Json& box, std::size_t times) const {
+std::string Report::FindingsText(const Json& box, std::size_t indent) const {
+    constexpr std::size_t kShown = 5;
+    std::string text;
+    std::size_t count = 0;
+    for (const Json& finding : findings_) {
+        const Json& boxes = finding["boxes"];
+        const bool isMeant =
+            box.is_null() ? boxes.empty() : std::find(boxes.begin(), boxes.end(), box) != boxes.end();
+        if (isMeant && ++count <= kShown) {
+            for (const std::string& line : Wrap(LineOf(finding), Width() - indent)) {
+                text += std::string(indent, ' ') + Painted(line, Ink::Note) + "\n";
+            }
+        }
+    }
+    if (count > kShown) {
+        text += std::string(indent, ' ') + "and " + std::to_string(count - kShown) +
+                " more (tambench check tells all)\n";
+    }
+    return text;
+}
+
+std::string Report::BoxText(std::size_t number, std::size_t times) const {
+    constexpr std::size_t kIndent = 7;
+    const Json& box = boxes_[number];
     std::string text =
         (box["fault"] == true ? Painted(TitleOf(box), Ink::Fault) : TitleOf(box)) + Times(times) + "\n";
     AddIndented(text, box["text"], Width());
     for (const Json& field : box["fields"]) {
         AddIndented(text, field, Width());
     }
-    return text;
+    return text + FindingsText(number, kIndent);
 }
 
 std::string Report::BoxesText() const {
+    std::string text;
     if (boxes_.empty()) {
-        return "\nThe component showed no boxes.\n";
+        text = "\nThe component showed no boxes.\n";
+    } else {
+        const std::string count = boxes_.size() == 1 ? "one box" : std::to_string(boxes_.size()) + " boxes";
+        text = "\nThe component showed " + count + ":\n";
     }
-    const std::string count = boxes_.size() == 1 ? "one box" : std::to_string(boxes_.size()) + " boxes";
-    std::string text = "\nThe component showed " + count + ":\n";
-    const auto groups = Grouped(boxes_);
     std::map<std::string, std::size_t> others;
     std::size_t number = 0;
-    for (const auto& [box, times] : groups) {
+    for (const Group& group : Grouped(boxes_)) {
         if (++number <= kListed) {
-            text += "  " + std::to_string(number) + ". " + BoxText(*box, times);
+            text += "  " + std::to_string(number) + ". " + BoxText(group.first, group.times);
         } else {
-            others[TitleOf(*box)] += times;
+            others[TitleOf(boxes_[group.first])] += group.times;
         }
     }
     for (const auto& [title, times] : others) {
@@ -185,7 +223,9 @@ std::string Report::BoxesText() const {
     if (!others.empty()) {
         text += "  (--json tells each of them)\n";
     }
-    return text;
+    const std::string unexplained = FindingsText(nullptr, 2);
+    const std::string heading = boxes_.empty() ? "What check finds:" : "What check finds beside that:";
+    return unexplained.empty() ? text : text + "\n" + heading + "\n" + unexplained;
 }
 
 std::string Report::Text() const {

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace bench {
 
@@ -38,6 +40,23 @@ class Report {
     std::size_t Width() const noexcept { return screen_.width; }
     std::string Painted(std::string_view text, Ink ink) const { return bench::Painted(text, ink, screen_); }
 
+    /// A document that the run reads, under the name that the user knows it by.
+    struct Source {
+        std::string file;
+        std::string bytes;
+    };
+    void AddSource(std::string file, std::string bytes) {
+        sources_.push_back({std::move(file), std::move(bytes)});
+    }
+    const std::vector<Source>& Sources() const noexcept { return sources_; }
+    void SetCatalogue(std::wstring file) { catalogue_ = std::move(file); }
+    const std::wstring& Catalogue() const noexcept { return catalogue_; }
+
+    /// What is wrong in a source ("file", "line", "column", "severity", "rule", "message",
+    /// "expected", "suggestion"), with the numbers of the boxes that it explains ("boxes").
+    void AddFinding(Json finding) { findings_.push_back(std::move(finding)); }
+    const Json& Findings() const noexcept { return findings_; }
+
     /// A box that the component showed during a step of the host, what answers it
     /// ("bench", "keys" or "user"), and whether the command line asked for it.
     void AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected);
@@ -53,14 +72,22 @@ class Report {
 
   private:
     std::string BoxesText() const;
-    std::string BoxText(const Json& box, std::size_t times) const;
+    std::string BoxText(std::size_t number, std::size_t times) const;
+    /// The findings that explain a box, or those that explain none.
+    std::string FindingsText(const Json& box, std::size_t indent) const;
 
     Screen screen_;
     std::string text_;
     Json boxes_ = Json::array();
+    Json findings_ = Json::array();
+    std::vector<Source> sources_;
+    std::wstring catalogue_;
     std::size_t errorReports_ = 0;
     std::size_t faults_ = 0;
 };
+
+/// "hall.xml:3:7: error: what is there; what is expected [rule]"
+std::string LineOf(const Json& finding);
 
 /// The dialog in which the component shows what a member trapped.
 bool IsErrorReport(const Box& box);

@@ -4,12 +4,14 @@
 #include "batch/Inputs.h"
 #include "batch/Progress.h"
 #include "bench/Commands.h"
+#include "bench/Explanations.h"
 #include "bench/Host.h"
 #include "bench/Output.h"
 #include "bench/Report.h"
 #include "bench/Text.h"
 #include "com/Boundary.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <map>
@@ -114,6 +116,14 @@ std::vector<std::string> Reasons(const std::optional<Fault>& fault, std::size_t 
     return reasons;
 }
 
+/// Under a failure, what explains it: the first findings.
+void AddFindings(const Json& findings, std::vector<std::string>& reasons) {
+    constexpr std::size_t kShown = 3;
+    for (std::size_t i = 0; i < std::min(findings.size(), kShown); ++i) {
+        reasons.push_back(LineOf(findings[i]));
+    }
+}
+
 Outcome RunOnce(const Options& options, const std::string& problem = "") {
     Outcome outcome{Report(options.command, OutputScreen()), kDone, 0, {}};
     Report& report = outcome.report;
@@ -122,7 +132,12 @@ Outcome RunOnce(const Options& options, const std::string& problem = "") {
     outcome.faultyBoxes = options.tolerateBoxes ? 0 : report.Faults();
     outcome.status = fault || outcome.faultyBoxes > 0 || !busy.empty() ? kFailed : kDone;
     outcome.reasons = Reasons(fault, outcome.faultyBoxes, busy);
+    com::Attempt([&] { Explain(report); });
+    if (fault) {
+        AddFindings(report.Findings(), outcome.reasons);
+    }
     report.data["boxes"] = report.Boxes();
+    report.data["checkFindings"] = report.Findings();
     report.data["error"] =
         fault ? Json{{"step", fault->step}, {"hresult", Hex(fault->code)}, {"description", fault->text}}
               : Json();

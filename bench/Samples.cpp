@@ -1,6 +1,7 @@
 #include "bench/Samples.h"
 
 #include "bench/Text.h"
+#include "bench/TextFile.h"
 
 #include <windows.h>
 

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <iomanip>
 #include <ios>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -11,23 +10,6 @@
 namespace bench {
 
 namespace {
-
-struct CloseFileHandle {
-    using pointer = HANDLE;
-    void operator()(HANDLE file) const noexcept { CloseHandle(file); }
-};
-using File = std::unique_ptr<HANDLE, CloseFileHandle>;
-
-constexpr const char* kCannotRead = "cannot be read";
-
-File Open(const std::wstring& path) {
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        ThrowFileError(path, kCannotRead, GetLastError());
-    }
-    return File(file);
-}
 
 int Size(std::size_t size) {
     return static_cast<int>(size);
@@ -85,42 +67,6 @@ std::wstring ProgramFolder() {
     }
     path.resize(length);
     return path.substr(0, path.find_last_of(L'\\') + 1);
-}
-
-std::string ReadBytes(const std::wstring& path) {
-    constexpr DWORD kPiece = 1U << 20U;
-    File opened;
-    if (path != kStandardInput) {
-        opened = Open(path);
-    }
-    const HANDLE file = opened ? opened.get() : GetStdHandle(STD_INPUT_HANDLE);
-    std::string bytes;
-    for (DWORD read = kPiece; read > 0;) {
-        const std::size_t before = bytes.size();
-        bytes.resize(before + kPiece);
-        // A pipe whose writer has ended is at its end.
-        if (ReadFile(file, bytes.data() + before, kPiece, &read, nullptr) == FALSE) {
-            const DWORD error = GetLastError();
-            if (error != ERROR_BROKEN_PIPE) {
-                ThrowFileError(path, kCannotRead, error);
-            }
-            read = 0;
-        }
-        bytes.resize(before + read);
-    }
-    return bytes;
-}
-
-std::wstring ReadTextFile(const std::wstring& path) {
-    std::string bytes = ReadBytes(path);
-    if (bytes.starts_with("\xEF\xBB\xBF")) {
-        bytes.erase(0, 3);
-    }
-    if (!bytes.empty() && MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), Size(bytes.size()),
-                                              nullptr, 0) == 0) {
-        throw BenchError(CodeOf(ERROR_NO_UNICODE_TRANSLATION), Utf8(path) + " is not in UTF-8");
-    }
-    return Wide(bytes);
 }
 
 void ThrowFileError(const std::wstring& path, const char* what, DWORD error) {

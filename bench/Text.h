@@ -46,13 +46,6 @@ std::wstring FullPath(const std::wstring& path);
 /// The folder of this program, with the closing backslash.
 std::wstring ProgramFolder();
 
-/// Stands for the standard input where a file is read.
-inline constexpr const wchar_t* kStandardInput = L"-";
-
-/// All bytes of a file, or of the standard input. Throws BenchError.
-std::string ReadBytes(const std::wstring& path);
-/// A file of UTF-8, with or without a byte order mark. Throws BenchError.
-std::wstring ReadTextFile(const std::wstring& path);
 /// Throws a BenchError of an error of Windows: "<path> <what>: <the system's words>".
 [[noreturn]] void ThrowFileError(const std::wstring& path, const char* what, DWORD error);
 

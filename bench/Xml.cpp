@@ -2,6 +2,7 @@
 
 #include "bench/Table.h"
 #include "bench/Text.h"
+#include "bench/TextFile.h"
 #include "bench/WholeFile.h"
 #include "com/Boundary.h"
 #include "com/Conversion.h"
@@ -10,6 +11,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace bench::xml {
 
@@ -101,20 +103,16 @@ void PrintNode(const Node& node, std::size_t depth, std::size_t longest, std::st
     }
 }
 
-[[noreturn]] void ThrowParseError(const Document& document, const std::wstring& path) {
+[[noreturn]] void ThrowParseError(const Document& document, std::string bytes, const std::wstring& path) {
     com::Ref<IXMLDOMParseError> error;
     com::Call(document, &IXMLDOMDocument::get_parseError, error.Put());
     LONG code = 0;
-    LONG line = 0;
     com::Bstr reason;
     com::Check(error->get_errorCode(&code));
-    com::Check(error->get_line(&line));
     com::Check(error->get_reason(reason.Put()));
-    std::string text = Utf8(path) + " is no XML document";
-    if (line > 0) {
-        text += ", line " + std::to_string(line);
-    }
-    throw BenchError(code, text + ": " + Utf8(reason.View()));
+    // Not every parser tells where.
+    const std::string why = WhyNoXml(std::move(bytes));
+    throw BenchError(code, Utf8(path) + " is no XML document: " + (why.empty() ? Utf8(reason.View()) : why));
 }
 
 } // namespace
@@ -134,17 +132,15 @@ Document New() {
 Document LoadFile(const std::wstring& path) {
     Document document = New();
     VARIANT_BOOL done = VARIANT_FALSE;
+    std::string bytes = ReadBytes(path);
     if (path == kStandardInput) {
-        com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(ReadTextFile(path)).Get(), &done);
+        com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(TextOfDocument(bytes, path)).Get(), &done);
     } else {
-        if (!IsFile(path)) {
-            ReadTextFile(path); // says why it is none
-        }
         com::Call(document, &IXMLDOMDocument::load, com::Variant(std::wstring_view(FullPath(path))).Get(),
                   &done);
     }
     if (done == VARIANT_FALSE) {
-        ThrowParseError(document, path);
+        ThrowParseError(document, std::move(bytes), path);
     }
     com::Ref<IXMLDOMDocumentType> type; // not every parser refuses it when told to
     com::Call(document, &IXMLDOMDocument::get_doctype, type.Put());

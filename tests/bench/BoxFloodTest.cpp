@@ -43,7 +43,7 @@ TEST(BoxFloodTest, IsAFailureThatFitsAScreen) {
     EXPECT_EQ(1U, run.status);
     EXPECT_EQ("tambench: the component reported faults in 2000 boxes (--tolerate-boxes passes over them)\n",
               run.err);
-    EXPECT_GT(40, std::count(run.out.begin(), run.out.end(), '\n')) << run.out;
+    EXPECT_GT(60, std::count(run.out.begin(), run.out.end(), '\n')) << run.out;
     EXPECT_NE(std::string::npos,
               run.out.find("The component showed 2000 boxes:\n"
                            "  1. message box \"O_Tam_id-CSNVTType::ID [Property Let]\", sign: stop, during "

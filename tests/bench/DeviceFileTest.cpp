@@ -80,20 +80,24 @@ TEST(DeviceFileTest, WhatIsWrongIsNamed) {
         return Bench({L"device", L"tree", L"--device", file}, 1)["error"]["description"].get<std::string>();
     };
     const std::wstring stream = WrittenFile(L"no_device.xml", kStream);
-    EXPECT_EQ(Narrow(stream) + " is no device file: its root is Tam and should be Device", error(stream));
+    EXPECT_EQ(Narrow(stream) + " is no device file: line 1: the root is Tam and should be Device",
+              error(stream));
     const std::wstring empty = WrittenFile(L"empty_device.xml", "<Device/>");
-    EXPECT_EQ(Narrow(empty) +
-                  " is no device file: it names no stream of its module; write <Stream>hall.xml</Stream>",
-              error(empty));
+    EXPECT_EQ(
+        Narrow(empty) +
+            " is no device file: line 1: no stream of the module is named; write <Stream>hall.xml</Stream>",
+        error(empty));
     const std::string example =
         "; a channel is written as <Channel key=\"AI1\" kind=\"ai\" terminal=\"5\" setup=\"2,Ni1000\"/>";
-    const std::wstring keyless = Device(
-        L"keyless_device.xml", "<Channels><Channel key=\"A\" kind=\"ai\"/><Channel kind=\"ai\"/></Channels>");
-    EXPECT_EQ(Narrow(keyless) + " is no device file: channel 2 has no key" + example, error(keyless));
+    const std::wstring keyless =
+        Device(L"keyless_device.xml",
+               "<Channels><Channel key=\"A\" kind=\"ai\"/>\n<Channel kind=\"ai\"/></Channels>");
+    EXPECT_EQ(Narrow(keyless) + " is no device file: line 4: a channel without key" + example,
+              error(keyless));
     const std::wstring twice =
         Device(L"twice_device.xml",
-               "<Channels><Channel key=\"A\" kind=\"ai\"/><Channel key=\"a\" kind=\"ao\"/></Channels>");
-    EXPECT_EQ(Narrow(twice) + " is no device file: the channel a is there twice", error(twice));
+               "<Channels><Channel key=\"A\" kind=\"ai\"/>\n<Channel key=\"a\" kind=\"ao\"/></Channels>");
+    EXPECT_EQ(Narrow(twice) + " is no device file: line 4: the channel a is there already", error(twice));
     const Json missing = Bench({L"device", L"tree", L"--device", L"nowhere.xml"}, 1)["error"];
     EXPECT_EQ("0x80070002", missing["hresult"]);
 }

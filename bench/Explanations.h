@@ -1,0 +1,16 @@
+#pragma once
+
+#include "bench/Report.h"
+
+#include <string>
+
+namespace bench {
+
+/// Says what `check` finds in the documents that the run read: the errors, the first
+/// thousand of them, each with the boxes that it explains.
+void Explain(Report& report);
+
+/// A file that the run reads beside its stream; nothing for one that is not there.
+void AddSource(const std::wstring& file, Report& report);
+
+} // namespace bench
