@@ -47,6 +47,7 @@ struct Options {
     std::wstring before;
     std::wstring after;
     std::wstring format;
+    std::wstring jobs;
     std::wstring schemas;
     bool listsRules = false;
     std::vector<Stroke> keys;

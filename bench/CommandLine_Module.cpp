@@ -62,6 +62,8 @@ class ModuleCommands {
         check.Names("FILE", "", options_.files,
                     "Files, and folders with all .xml files below; - is the standard input");
         check.Text("--format", options_.format, "text, json or sarif; --rules takes markdown too");
+        check.Text("--jobs", options_.jobs, "So many files at a time; 0 for as many as there are processors",
+                   "N");
         check.Flag("--rules", options_.listsRules, "List the rules");
         check.Text("--schemas", options_.schemas, "Folder that the XML Schemas are written to");
     }

@@ -25,6 +25,10 @@ int CheckDocuments(const Options& options) {
         Complain("tambench: there is no format " + Utf8(options.format) + "; text, json or sarif\n");
         return kWrongUsage;
     }
+    if (!options.jobs.empty() && !check::ReadJobs(Utf8(options.jobs), run.jobs)) {
+        Complain("tambench: --jobs takes a number, not \"" + Utf8(options.jobs) + "\"\n");
+        return kWrongUsage;
+    }
     if (options.json) {
         run.format = check::Format::Json;
     }

@@ -153,7 +153,6 @@ class Defaults {
             document_.Report(RuleId::ElementRepeated, span,
                              Tagged(name) + " has two defaults: only the first one is read", "one default");
         }
-        std::string other;
         for (const StreamSummary& stream : document_.Others().Streams()) {
             const auto found = stream.attributes.find(name);
             if (found != stream.attributes.end()) {
@@ -167,10 +166,8 @@ class Defaults {
                 }
                 return;
             }
-            for (const auto& [known, general] : stream.attributes) {
-                other = EqualName(known, name) ? known : other;
-            }
         }
+        const std::string other = document_.Others().AttributeLike(name);
         if (!other.empty()) {
             document_.Report(RuleId::ElementMisspelt, span,
                              "no attribute is called " + Tagged(name) + ": letter case counts here",

@@ -206,16 +206,17 @@ class Project {
         const XmlTree& tree = document_.Tree();
         const Span span = tree.NameSpan(element);
         const std::string_view name = tree.Piece(span);
-        if (streams.empty()) {
+        const std::uint64_t hash = HashOfName(name);
+        const bool isKnown = std::any_of(streams.begin(), streams.end(), [&](const StreamSummary* stream) {
+            return stream->outputHashes.contains(hash);
+        });
+        if (streams.empty() || isKnown) {
             return;
         }
         std::vector<std::string_view> names;
-        for (const StreamSummary* stream : streams) {
-            for (const std::string& output : stream->outputs) {
-                if (EqualName(output, name)) {
-                    return;
-                }
-                names.emplace_back(output);
+        if (document_.IsListing()) {
+            for (const StreamSummary* stream : streams) {
+                names.insert(names.end(), stream->outputs.begin(), stream->outputs.end());
             }
         }
         document_.Report(RuleId::ProjectPoint, span, "the module has no output " + Tagged(name), "",
@@ -284,17 +285,7 @@ class Project {
             document_.Report(RuleId::ProjectKey, leaf.span,
                              "the channel " + Quoted(leaf.text) + " is there twice", "a key of its own");
         }
-        std::set<std::string> keys;
-        for (const StreamSummary& stream : document_.Others().Streams()) {
-            for (const auto* names : {&stream.inputs, &stream.outputs}) {
-                for (const std::string& name : *names) {
-                    keys.insert(name.substr(0, name.find('_', 1)));
-                }
-            }
-            for (const auto& [name, general] : stream.attributes) {
-                keys.insert(name.substr(0, name.find('_', 1)));
-            }
-        }
+        const auto& keys = document_.Others().ChannelKeys();
         if (!keys.empty() && !keys.contains(leaf.text)) {
             const std::vector<std::string_view> words(keys.begin(), keys.end());
             document_.Report(RuleId::ProjectChannel, leaf.span,

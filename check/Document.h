@@ -41,6 +41,8 @@ class Document {
     const Surroundings& Others() const noexcept { return surroundings_; }
     const Catalogue& Types() const;
     std::size_t Errors() const noexcept { return findings_.Errors(); }
+    /// Whether the next finding is still listed: suggestions for others take their time for nothing.
+    bool IsListing() const noexcept { return findings_.Total() < Findings::kMost; }
     void Report(RuleId rule, Span span, std::string message, std::string expected = {},
                 std::string suggestion = {}) {
         findings_.Add(rule, span, std::move(message), std::move(expected), std::move(suggestion));

@@ -1,5 +1,7 @@
 #include "check/Json.h"
 
+#include "check/Utf8.h"
+
 namespace check {
 
 void JsonWriter::Name(std::string_view name) {
@@ -56,18 +58,20 @@ void JsonWriter::Null(std::string_view name) {
 
 void JsonWriter::String(std::string_view text) {
     constexpr std::string_view kDigits = "0123456789abcdef";
+    constexpr char32_t kReplacement = 0xFFFD;
     text_ += '"';
-    for (const char c : text) {
-        const auto code = static_cast<unsigned char>(c);
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t c = NextCharacter(text, at);
         if (c == '"' || c == '\\') {
             text_ += '\\';
-            text_ += c;
-        } else if (code < 0x20 || code == 0x7F) {
+            text_ += static_cast<char>(c);
+        } else if (c < 0x20 || c == 0x7F) {
             text_ += "\\u00";
-            text_ += kDigits[code >> 4U];
-            text_ += kDigits[code & 0xFU];
-        } else {
-            text_ += c;
+            text_ += kDigits[c >> 4U];
+            text_ += kDigits[c & 0xFU];
+        } else { // the name of a file may be no text
+            const bool isCharacter = c < 0xD800 || (c > 0xDFFF && c < 0x110000);
+            AppendCharacter(text_, isCharacter ? c : kReplacement);
         }
     }
     text_ += '"';

@@ -3,9 +3,9 @@
 #include "check/Utf8.h"
 
 #include <algorithm>
-#include <string>
+#include <array>
+#include <cstdint>
 #include <utility>
-#include <vector>
 
 namespace check {
 
@@ -26,27 +26,36 @@ std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit) 
     if (apart > limit || a.size() > kLongest || b.size() > kLongest) {
         return limit + 1;
     }
-    const std::string x = Upper(a);
-    const std::string y = Upper(b);
-    std::vector<std::size_t> beforeLast(y.size() + 1);
-    std::vector<std::size_t> last(y.size() + 1);
-    std::vector<std::size_t> row(y.size() + 1);
-    for (std::size_t j = 0; j <= y.size(); ++j) {
-        last[j] = j;
+    // Every unknown name is compared with all that there are: nothing is allocated here.
+    using Row = std::array<std::uint8_t, kLongest + 1>;
+    std::array<Row, 3>
+        rows; // NOLINT(cppcoreguidelines-pro-type-member-init): each is written before it is read
+    Row* beforeLast = &rows[0];
+    Row* last = &rows[1];
+    Row* row = &rows[2];
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        (*last)[j] = static_cast<std::uint8_t>(j);
     }
-    for (std::size_t i = 1; i <= x.size(); ++i) {
-        row[0] = i;
-        for (std::size_t j = 1; j <= y.size(); ++j) {
-            const std::size_t change = last[j - 1] + (x[i - 1] == y[j - 1] ? 0U : 1U);
-            row[j] = std::min({last[j] + 1, row[j - 1] + 1, change});
-            if (i > 1 && j > 1 && x[i - 1] == y[j - 2] && x[i - 2] == y[j - 1]) {
-                row[j] = std::min(row[j], beforeLast[j - 2] + 1);
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        const char x = UpperLetter(a[i - 1]);
+        std::size_t least = (*row)[0] = static_cast<std::uint8_t>(i);
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const char y = UpperLetter(b[j - 1]);
+            std::size_t cost = std::min<std::size_t>(
+                {(*last)[j] + 1U, (*row)[j - 1] + 1U, (*last)[j - 1] + (x == y ? 0U : 1U)});
+            if (i > 1 && j > 1 && x == UpperLetter(b[j - 2]) && UpperLetter(a[i - 2]) == y) {
+                cost = std::min<std::size_t>(cost, (*beforeLast)[j - 2] + 1U);
             }
+            (*row)[j] = static_cast<std::uint8_t>(cost);
+            least = std::min(least, cost);
         }
-        std::swap(beforeLast, last);
-        std::swap(last, row);
+        if (least > limit + 1) { // an exchange of two letters looks back two rows
+            return limit + 1;
+        }
+        Row* const spare = std::exchange(beforeLast, last);
+        last = std::exchange(row, spare);
     }
-    return std::min(last[y.size()], limit + 1);
+    return std::min<std::size_t>((*last)[b.size()], limit + 1);
 }
 
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> words) {

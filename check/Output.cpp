@@ -173,9 +173,10 @@ std::string TextOf(const Totals& totals) {
            "\n";
 }
 
-std::string JsonOf(const std::vector<FileResult>& results, std::string_view program) {
+std::string JsonOf(const std::vector<FileResult>& results, std::string_view program, int status) {
     JsonWriter json;
     json.BeginObject();
+    json.Text("command", "check");
     json.Text("program", program);
     json.BeginArray("files");
     for (const FileResult& result : results) {
@@ -203,6 +204,7 @@ std::string JsonOf(const std::vector<FileResult>& results, std::string_view prog
     json.Number("warnings", totals.warnings);
     json.Number("notes", totals.notes);
     json.EndObject();
+    json.Number("status", static_cast<std::size_t>(status));
     json.EndObject();
     return json.Take();
 }
@@ -264,6 +266,7 @@ std::string RulesText() {
 std::string RulesJson() {
     JsonWriter json;
     json.BeginObject();
+    json.Text("command", "check rules");
     json.BeginArray("rules");
     for (const Rule& rule : AllRules()) {
         json.BeginObject();
@@ -275,6 +278,7 @@ std::string RulesJson() {
         json.EndObject();
     }
     json.EndArray();
+    json.Number("status", 0);
     json.EndObject();
     return json.Take();
 }

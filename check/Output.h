@@ -31,7 +31,8 @@ Totals TotalsOf(const std::vector<FileResult>& results);
 std::string TextOf(const FileResult& result, bool hasColour);
 /// "3 files: 2 errors, 1 warning".
 std::string TextOf(const Totals& totals);
-std::string JsonOf(const std::vector<FileResult>& results, std::string_view program);
+/// `status` is what the program exits with.
+std::string JsonOf(const std::vector<FileResult>& results, std::string_view program, int status);
 /// SARIF 2.1.0.
 std::string SarifOf(const std::vector<FileResult>& results, std::string_view program);
 

@@ -305,7 +305,7 @@ void Points::CheckPointValue(const std::vector<Field>& fields, Span point, const
 void Points::CheckListEntry(std::string_view entry, Span span) {
     if (document_.Others().HasTypes() && document_.Types().Find(entry) == nullptr) {
         document_.Report(RuleId::ListEntryUnknown, span, "the catalogue has no type " + Quoted(entry), "",
-                         document_.Types().Suggest(entry));
+                         document_.IsListing() ? document_.Types().Suggest(entry) : std::string());
     }
 }
 
@@ -432,11 +432,11 @@ bool Points::Has(Side side, std::string_view name) const {
 
 std::string_view Points::NearestName(Side side, std::string_view name) const {
     constexpr std::size_t kMostCompared = 2000;
+    if (NamesOf(side).size() > kMostCompared || !document_.IsListing()) {
+        return {};
+    }
     std::vector<std::string_view> names;
     for (const Name& known : NamesOf(side)) {
-        if (names.size() == kMostCompared) {
-            return {};
-        }
         names.push_back(NameAt(known.at));
     }
     return Nearest(name, names);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -16,6 +17,7 @@
 #include <mutex>
 #include <optional>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace check {
@@ -62,45 +64,22 @@ class Catalogues {
     /// The catalogue for a file; null when there is none.
     const Catalogue* For(const fs::path& file) {
         const std::scoped_lock lock(mutex_);
-        const std::optional<fs::path> path = PathFor(file);
-        if (!path) {
+        const fs::path path =
+            options_.catalogue.empty() ? NearestCatalogue(file, options_.programFolder) : options_.catalogue;
+        if (path.empty()) {
             isMissing_ = true;
             return nullptr;
         }
-        const auto found = known_.find(*path);
+        const auto found = known_.find(path);
         if (found != known_.end()) {
             return &found->second;
         }
         std::string problem;
-        return &known_.emplace(*path, ReadCatalogue(ReadFile(*path, problem))).first->second;
+        return &known_.emplace(path, ReadCatalogue(ReadFile(path, problem))).first->second;
     }
     bool IsMissing() const noexcept { return isMissing_; }
 
   private:
-    std::optional<fs::path> PathFor(const fs::path& file) const {
-        if (!options_.catalogue.empty()) {
-            return options_.catalogue;
-        }
-        std::error_code none;
-        fs::path folder = fs::absolute(file, none).parent_path();
-        for (int i = 0; i < kFoldersUpwards && !folder.empty(); ++i) {
-            if (IsThere(folder / kCatalogue)) {
-                return folder / kCatalogue;
-            }
-            if (folder == folder.parent_path()) {
-                break;
-            }
-            folder = folder.parent_path();
-        }
-        for (const fs::path& path :
-             {options_.programFolder / kCatalogue, options_.programFolder / "samples" / kCatalogue}) {
-            if (IsThere(path)) {
-                return path;
-            }
-        }
-        return std::nullopt;
-    }
-
     const ProgramOptions& options_;
     std::mutex mutex_;
     std::map<fs::path, Catalogue> known_;
@@ -130,7 +109,7 @@ class Run {
                 [&](const batch::Input& input) { return CheckInput(input, {}); },
                 [&](const batch::Input&, Checked checked) {
                     if (checked.stream) {
-                        streams_.push_back(std::move(*checked.stream));
+                        streams_.Add(std::move(*checked.stream));
                     }
                     results.push_back(std::move(checked.result));
                 });
@@ -140,7 +119,7 @@ class Run {
     }
 
   private:
-    Checked CheckInput(const batch::Input& input, const std::vector<StreamSummary>& streams) {
+    Checked CheckInput(const batch::Input& input, const Surroundings& others) {
         Checked checked;
         checked.result.file = batch::NameOf(input.file);
         std::string bytes;
@@ -152,10 +131,7 @@ class Run {
         if (!checked.result.problem.empty()) {
             return checked;
         }
-        Surroundings surroundings(catalogues_.For(input.file));
-        for (const StreamSummary& stream : streams) {
-            surroundings.Add(stream);
-        }
+        const Surroundings surroundings(catalogues_.For(input.file), others);
         StreamSummary summary;
         const bool isKept = hasOthers_ && bytes.size() <= kLargestSummary;
         checked.result.result = CheckBytes(std::move(bytes), surroundings, isKept ? &summary : nullptr);
@@ -168,7 +144,7 @@ class Run {
 
     /// Definitions and projects, now that the streams of the run are known.
     void CheckAgain(const std::vector<batch::Input>& inputs, std::vector<FileResult>& results) {
-        if (streams_.empty()) {
+        if (streams_.Streams().empty()) {
             return;
         }
         for (std::size_t i = 0; i < results.size(); ++i) {
@@ -188,8 +164,9 @@ class Run {
             }
             options_.print(TextOf(totals));
         } else {
-            options_.print(options_.format == Format::Sarif ? SarifOf(results, options_.program)
-                                                            : JsonOf(results, options_.program));
+            options_.print(options_.format == Format::Sarif
+                               ? SarifOf(results, options_.program)
+                               : JsonOf(results, options_.program, StatusOf(totals)));
         }
         for (const FileResult& result : results) {
             if (!result.problem.empty()) {
@@ -202,6 +179,9 @@ class Run {
                 ": no catalogue.xml is near, so types and values are not looked up; name one with "
                 "--catalogue FILE\n");
         }
+        return StatusOf(totals);
+    }
+    static int StatusOf(const Totals& totals) {
         if (totals.unreadable > 0) {
             return kUnreadable;
         }
@@ -210,7 +190,8 @@ class Run {
 
     const ProgramOptions& options_;
     Catalogues catalogues_;
-    std::vector<StreamSummary> streams_;
+    /// The device streams of the run.
+    Surroundings streams_;
     /// Other documents of the run may look into a stream.
     bool hasOthers_ = false;
 };
@@ -308,6 +289,37 @@ std::string ReadFile(const fs::path& path, std::string& problem) {
         problem = "it cannot be read";
     }
     return bytes;
+}
+
+bool ReadJobs(std::string_view word, unsigned& jobs) {
+    constexpr std::size_t kMostDigits = 3;
+    unsigned number = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (error != std::errc() || end != word.data() + word.size() || word.size() > kMostDigits) {
+        return false;
+    }
+    jobs = number > 0 ? number : std::max(1U, std::thread::hardware_concurrency());
+    return true;
+}
+
+fs::path NearestCatalogue(const fs::path& file, const fs::path& programFolder) {
+    std::error_code none;
+    fs::path folder = fs::absolute(file, none).parent_path();
+    for (int i = 0; i < kFoldersUpwards && !folder.empty(); ++i) {
+        if (IsThere(folder / kCatalogue)) {
+            return folder / kCatalogue;
+        }
+        if (folder == folder.parent_path()) {
+            break;
+        }
+        folder = folder.parent_path();
+    }
+    for (const fs::path& path : {programFolder / kCatalogue, programFolder / "samples" / kCatalogue}) {
+        if (IsThere(path)) {
+            return path;
+        }
+    }
+    return {};
 }
 
 int RunProgram(const ProgramOptions& options) {

@@ -45,6 +45,15 @@ int RunProgram(const ProgramOptions& options);
 /// The name of a format; false for another word.
 bool ReadFormat(std::string_view word, Format& format);
 
+/// How many files at a time: a number of up to three digits, 0 for as many as there are
+/// processors. False for another word.
+bool ReadJobs(std::string_view word, unsigned& jobs);
+
+/// The nearest catalogue.xml: from a file's folder upwards, then beside the program. Empty
+/// when there is none.
+std::filesystem::path NearestCatalogue(const std::filesystem::path& file,
+                                       const std::filesystem::path& programFolder);
+
 /// Bytes of a file. Empty, with the reason in `problem`, when it cannot be read.
 std::string ReadFile(const std::filesystem::path& path, std::string& problem);
 

@@ -2,9 +2,15 @@
 
 #include "check/Catalogue.h"
 
+#include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
+#include <set>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace check {
@@ -17,6 +23,8 @@ struct StreamSummary {
     std::string objectId;
     std::vector<std::string> inputs;
     std::vector<std::string> outputs;
+    /// Of the outputs' names, in any letter case (HashOfName); made when it is added to Surroundings.
+    std::unordered_set<std::uint64_t> outputHashes;
     /// Attributes and the general types of their types; "" when it is not known.
     std::map<std::string, std::string> attributes;
 };
@@ -27,6 +35,9 @@ class Surroundings {
   public:
     Surroundings() = default;
     explicit Surroundings(const Catalogue* catalogue) : catalogue_(catalogue) {}
+    /// Another catalogue and the same streams.
+    Surroundings(const Catalogue* catalogue, const Surroundings& others)
+        : catalogue_(catalogue), run_(others.run_) {}
 
     /// Empty when there is none: then types are not looked up.
     const Catalogue& Types() const {
@@ -35,12 +46,21 @@ class Surroundings {
     }
     bool HasTypes() const { return !Types().IsEmpty(); }
 
-    void Add(StreamSummary stream) { streams_.push_back(std::move(stream)); }
-    const std::vector<StreamSummary>& Streams() const noexcept { return streams_; }
+    void Add(StreamSummary stream);
+    const std::vector<StreamSummary>& Streams() const noexcept { return run_->streams; }
+    /// What the names of the streams' points begin with.
+    const std::set<std::string, std::less<>>& ChannelKeys() const noexcept { return run_->channelKeys; }
+    /// Whether one of the streams' attributes has this name but for its letter case: that name, or "".
+    std::string AttributeLike(std::string_view name) const;
 
   private:
+    struct Run {
+        std::vector<StreamSummary> streams;
+        std::set<std::string, std::less<>> channelKeys;
+        std::unordered_map<std::uint64_t, std::string> attributesByHash;
+    };
     const Catalogue* catalogue_ = nullptr;
-    std::vector<StreamSummary> streams_;
+    std::shared_ptr<Run> run_ = std::make_shared<Run>();
 };
 
 } // namespace check

@@ -20,10 +20,6 @@ bool IsFollower(std::string_view text, std::size_t at) {
     return at < text.size() && (Byte(text, at) & 0xC0U) == 0x80U;
 }
 
-char UpperLetter(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 char32_t Folded(char32_t c) {
     if (c < 0x80) {
         return static_cast<char32_t>(UpperLetter(static_cast<char>(c)));

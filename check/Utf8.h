@@ -25,6 +25,9 @@ bool IsAllBlank(std::string_view text);
 std::string_view Trim(std::string_view text);
 
 /// Of ASCII letters alone: keywords have no others.
+constexpr char UpperLetter(char c) noexcept {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 std::string Upper(std::string_view text);
 bool EqualKeyword(std::string_view a, std::string_view b);
 

@@ -163,7 +163,7 @@ const TypeInfo* CheckType(Document& document, std::string_view text, Span span, 
     const TypeInfo* type = document.Types().Find(id);
     if (type == nullptr) {
         document.Report(RuleId::TypeUnknown, span, "the catalogue has no type " + Quoted(text), "",
-                        document.Types().Suggest(text));
+                        document.IsListing() ? document.Types().Suggest(text) : std::string());
         return nullptr;
     }
     const std::string shown = type->name.empty() ? "the type " + std::string(id) : type->name;

@@ -1,66 +1,72 @@
 #include "diff/Json.h"
 
-#include "check/Utf8.h"
+#include "check/Json.h"
 #include "diff/Text.h"
 
 #include <cstddef>
+#include <string_view>
 
 namespace diff {
 
 namespace {
 
-std::string Quoted(std::string_view text) {
-    constexpr const char* kDigits = "0123456789abcdef";
-    std::string quoted = "\"";
-    for (std::size_t at = 0; at < text.size();) {
-        const char32_t character = check::NextCharacter(text, at);
-        if (character == '"' || character == '\\') {
-            quoted += '\\';
-            quoted += static_cast<char>(character);
-        } else if (character < 0x20) {
-            quoted += "\\u00";
-            quoted += kDigits[character >> 4U];
-            quoted += kDigits[character & 0xFU];
-        } else {
-            check::AppendCharacter(quoted, character);
-        }
+void AddText(check::JsonWriter& json, std::string_view name, const std::string& value) {
+    if (value.empty()) {
+        json.Null(name);
+    } else {
+        json.Text(name, value);
     }
-    return quoted + '"';
 }
 
-void Add(std::string& text, std::string_view name, const std::string& value) {
-    text += text.ends_with('{') ? "" : ", ";
-    text += Quoted(name) + ": " + value;
+void AddLine(check::JsonWriter& json, std::string_view name, std::size_t line) {
+    if (line == 0) {
+        json.Null(name);
+    } else {
+        json.Number(name, line);
+    }
 }
 
-std::string Line(std::size_t line) {
-    return line == 0 ? "null" : std::to_string(line);
-}
-
-std::string ChangeText(const Change& change) {
-    std::string text = "{";
-    Add(text, "change", Quoted(WordOf(change.what)));
-    Add(text, "kind", change.noun.empty() ? "null" : Quoted(change.noun));
-    Add(text, "name", change.name.empty() ? "null" : Quoted(change.name));
-    Add(text, "field", change.field.empty() ? "null" : Quoted(change.field));
-    Add(text, "before", Quoted(change.before));
-    Add(text, "after", Quoted(change.after));
-    Add(text, "lineBefore", Line(change.lineBefore));
-    Add(text, "lineAfter", Line(change.lineAfter));
-    return text + "}";
+void AddChange(check::JsonWriter& json, const Change& change) {
+    json.BeginObject();
+    json.Text("change", WordOf(change.what));
+    AddText(json, "kind", change.noun);
+    AddText(json, "name", change.name);
+    AddText(json, "field", change.field);
+    json.Text("before", change.before);
+    json.Text("after", change.after);
+    AddLine(json, "lineBefore", change.lineBefore);
+    AddLine(json, "lineAfter", change.lineAfter);
+    json.EndObject();
 }
 
 } // namespace
 
-std::string Json(const std::vector<Change>& changes, std::string_view kind, std::string_view before,
-                 std::string_view after) {
-    std::string text = "{\n  \"command\": \"diff\",\n  \"kind\": " + Quoted(kind) +
-                       ",\n  \"before\": " + Quoted(before) + ",\n  \"after\": " + Quoted(after) +
-                       ",\n  \"same\": " + (changes.empty() ? "true" : "false") + ",\n  \"changes\": [";
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        text += (i == 0 ? "\n    " : ",\n    ") + ChangeText(changes[i]);
+std::string Json(const Answer& answer) {
+    const bool isCompared = answer.problems.empty();
+    check::JsonWriter json;
+    json.BeginObject();
+    json.Text("command", "diff");
+    AddText(json, "kind", answer.kind);
+    json.Text("before", answer.before);
+    json.Text("after", answer.after);
+    if (isCompared) {
+        json.Flag("same", answer.changes.empty());
+    } else {
+        json.Null("same");
     }
-    return text + (changes.empty() ? "]\n}\n" : "\n  ]\n}\n");
+    json.BeginArray("changes");
+    for (const Change& change : answer.changes) {
+        AddChange(json, change);
+    }
+    json.EndArray();
+    json.BeginArray("problems");
+    for (const std::string& problem : answer.problems) {
+        json.Item(problem);
+    }
+    json.EndArray();
+    json.Number("status", static_cast<std::size_t>(answer.status));
+    json.EndObject();
+    return json.Take();
 }
 
 } // namespace diff

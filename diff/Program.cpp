@@ -9,9 +9,8 @@
 #include "diff/Text.h"
 
 #include <optional>
-#include <system_error>
+#include <string>
 #include <utility>
-#include <vector>
 
 namespace diff {
 
@@ -19,66 +18,50 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kCatalogue = "catalogue.xml";
-
-bool IsFile(const fs::path& path) {
-    std::error_code none;
-    return fs::is_regular_file(path, none);
-}
-
-/// The nearest catalogue; empty when there is none.
-fs::path NearestCatalogue(const ProgramOptions& options) {
-    std::error_code none;
-    fs::path folder = fs::absolute(options.after, none).parent_path();
-    while (!folder.empty()) {
-        if (IsFile(folder / kCatalogue)) {
-            return folder / kCatalogue;
-        }
-        if (folder == folder.parent_path()) {
-            break;
-        }
-        folder = folder.parent_path();
-    }
-    for (const fs::path& path :
-         {options.programFolder / kCatalogue, options.programFolder / "samples" / kCatalogue}) {
-        if (IsFile(path)) {
-            return path;
-        }
-    }
-    return {};
-}
-
 class Run {
   public:
     explicit Run(const ProgramOptions& options) : options_(options) {}
 
     int Do() {
+        Compare();
+        if (options_.isJson) {
+            options_.print(Json(answer_));
+        }
+        return answer_.status;
+    }
+
+  private:
+    void Compare() {
+        answer_.before = batch::NameOf(options_.before);
+        answer_.after = batch::NameOf(options_.after);
+        answer_.status = kTrouble;
         if (!ReadTypes()) {
-            return kTrouble;
+            return;
         }
         const std::optional<Model> before = ReadModel(options_.before);
         const std::optional<Model> after = ReadModel(options_.after);
         if (!before || !after) {
-            return kTrouble;
+            return;
         }
         if (before->kind != after->kind) {
-            Complain(batch::NameOf(options_.before) + " is of the kind " +
-                     std::string(check::NameOf(before->kind)) + ", " + batch::NameOf(options_.after) +
-                     " of the kind " + std::string(check::NameOf(after->kind)) + "; compare two of one kind");
-            return kTrouble;
+            Complain(answer_.before + " is of the kind " + std::string(check::NameOf(before->kind)) + ", " +
+                     answer_.after + " of the kind " + std::string(check::NameOf(after->kind)) +
+                     "; compare two of one kind");
+            return;
         }
-        const std::vector<Change> changes = Compare(*before, *after);
-        options_.print(options_.isJson ? Json(changes, check::NameOf(after->kind),
-                                              batch::NameOf(options_.before), batch::NameOf(options_.after))
-                                       : Text(changes, *after, options_.hasColour));
-        return changes.empty() ? kSame : kDifferent;
+        answer_.kind = check::NameOf(after->kind);
+        answer_.changes = diff::Compare(*before, *after);
+        answer_.status = answer_.changes.empty() ? kSame : kDifferent;
+        if (!options_.isJson) {
+            options_.print(Text(answer_.changes, *after, options_.hasColour));
+        }
     }
 
-  private:
     /// False when the catalogue that was named is none. Without any, values are shown as they stand.
     bool ReadTypes() {
         const bool isNamed = !options_.catalogue.empty();
-        const fs::path path = isNamed ? options_.catalogue : NearestCatalogue(options_);
+        const fs::path path =
+            isNamed ? options_.catalogue : check::NearestCatalogue(options_.after, options_.programFolder);
         if (path.empty()) {
             return true;
         }
@@ -107,10 +90,14 @@ class Run {
         return reading.faults.empty() ? std::optional(std::move(reading.model)) : std::nullopt;
     }
 
-    void Complain(const std::string& text) { options_.complain(options_.program + ": " + text + "\n"); }
+    void Complain(const std::string& text) {
+        options_.complain(options_.program + ": " + text + "\n");
+        answer_.problems.push_back(text);
+    }
 
     const ProgramOptions& options_;
     check::Catalogue types_;
+    Answer answer_;
 };
 
 } // namespace

@@ -59,7 +59,8 @@ class Schemas:
     def findings_of(self, path):
         """What an answer has against its schema."""
         answer = json.loads(Path(path).read_text(encoding="utf-8"))
-        name = "several" if "summary" in answer else answer["command"].replace(" ", "-")
+        is_several = "summary" in answer and answer["command"] != "check"
+        name = "several" if is_several else answer["command"].replace(" ", "-")
         file = name + ".schema.json"
         if file not in self.by_file:
             yield f"{path}: there is no schema {file}"

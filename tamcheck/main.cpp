@@ -4,7 +4,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <exception>
@@ -15,7 +14,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <thread>
 
 namespace {
 
@@ -47,11 +45,11 @@ bool IsTerminal(int file) {
 }
 
 unsigned ReadJobs(const std::string& text) {
-    if (text.empty() || text.size() > 3 || text.find_first_not_of("0123456789") != std::string::npos) {
+    unsigned jobs = 0;
+    if (!check::ReadJobs(text, jobs)) {
         throw UsageError("--jobs takes a number, not \"" + text + "\"");
     }
-    const auto jobs = static_cast<unsigned>(std::stoul(text));
-    return jobs > 0 ? jobs : std::max(1U, std::thread::hardware_concurrency());
+    return jobs;
 }
 
 /// False when help or the version was asked for.

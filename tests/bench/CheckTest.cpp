@@ -53,6 +53,21 @@ TEST(CheckTest, AnswersJsonAndSarif) {
     EXPECT_EQ(sarif["runs"][0]["results"][0]["ruleId"], "element-missing");
 }
 
+TEST(CheckTest, AnswersTheExitStatusInJson) {
+    const std::wstring folder = SamplesFolder();
+    EXPECT_EQ(0, Bench({L"check", folder + L"streams\\full.xml"})["summary"]["errors"]);
+    EXPECT_EQ(1, Bench({L"check", folder + L"streams\\full.xml", folder + L"nowhere.xml"},
+                       2)["summary"]["unreadable"]);
+    EXPECT_EQ("file-empty", Bench({L"check", L"--rules"})["rules"][0]["rule"]);
+}
+
+TEST(CheckTest, TakesSeveralFilesAtATime) {
+    const Outcome one = RunBench({L"check", SamplesFolder()});
+    EXPECT_EQ(one.out, RunBench({L"check", SamplesFolder(), L"--jobs", L"4"}).out);
+    EXPECT_EQ(one.out, RunBench({L"check", SamplesFolder(), L"--jobs", L"0"}).out);
+    EXPECT_EQ(2u, RunBench({L"check", SamplesFolder(), L"--jobs", L"many"}).status);
+}
+
 TEST(CheckTest, ListsItsRules) {
     const Outcome outcome = RunBench({L"check", L"--rules"});
     EXPECT_EQ(outcome.status, 0u);

@@ -41,15 +41,19 @@ TEST(DiffTest, TellsAChangedValueWithItsUnit) {
 }
 
 TEST(DiffTest, TellsTheSameAsJson) {
-    const Outcome outcome =
-        RunBench({L"diff", Sample(), ChangedSample(L"json.xml", "-0.50", "1.25"), L"--json"});
-    EXPECT_EQ(1U, outcome.status) << outcome.err;
-    const Json answer = Json::parse(outcome.out, nullptr, false);
-    ASSERT_TRUE(answer.is_object()) << outcome.out;
+    const Json answer = Bench({L"diff", Sample(), ChangedSample(L"json.xml", "-0.50", "1.25")}, 1);
+    ASSERT_TRUE(answer.is_object());
     EXPECT_EQ("device stream", answer["kind"]);
     EXPECT_EQ(false, answer["same"]);
     ASSERT_EQ(1U, answer["changes"].size());
     EXPECT_EQ("1.25 degrees C", answer["changes"][0]["after"]);
+}
+
+TEST(DiffTest, TellsTroubleAsJsonToo) {
+    const Json answer = Bench({L"diff", Sample(), SamplesFolder() + L"catalogue.xml"}, 2);
+    ASSERT_TRUE(answer.is_object());
+    EXPECT_TRUE(answer["same"].is_null());
+    EXPECT_EQ(1U, answer["problems"].size());
 }
 
 TEST(DiffTest, AnswersTwoForTrouble) {

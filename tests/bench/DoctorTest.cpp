@@ -1,6 +1,7 @@
 // What doctor tells of the registry, and what it advises.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/bench/Schema.h"
 
 #include <gtest/gtest.h>
 
@@ -73,7 +74,9 @@ class UsersModule {
 Json Doctor(DWORD expectedStatus) {
     const Outcome run = RunBench({L"doctor", L"--json"});
     EXPECT_EQ(expectedStatus, run.status) << run.err << run.out;
-    return Json::parse(run.out, nullptr, false);
+    Json document = Json::parse(run.out, nullptr, false);
+    EXPECT_EQ(std::vector<std::string>(), SchemaFaults(document));
+    return document;
 }
 
 std::vector<std::string> Told(const Json& document, int bits, const char* member) {

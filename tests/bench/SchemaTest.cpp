@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace benchtest {
 
@@ -21,8 +25,39 @@ std::string FaultOf(const Json& answer) {
     return faults.empty() ? "none" : faults.front();
 }
 
+/// The commands that a help lists: two blanks, a word, blanks and what it does.
+std::vector<std::string> CommandsIn(const std::string& help) {
+    std::vector<std::string> commands;
+    std::istringstream lines(help);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t end = line.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", 2);
+        if (line.starts_with("  ") && end != std::string::npos && end > 2 && line[2] != '-' &&
+            line.substr(end).starts_with("  ")) {
+            commands.push_back(line.substr(2, end - 2));
+        }
+    }
+    return commands;
+}
+
 TEST(SchemaTest, TakesAnAnswer) {
     EXPECT_EQ("none", FaultOf(Answer()));
+}
+
+TEST(SchemaTest, ThereIsOneForEachCommand) {
+    const std::string help = RunBench({L"--help"}).out;
+    const std::string devices = RunBench({L"device", L"--help"}).out;
+    std::size_t count = 0;
+    for (const auto& [text, before] : {std::pair(help, ""), std::pair(devices, "device-")}) {
+        for (const std::string& command : CommandsIn(text)) {
+            ++count;
+            if (before + command != "device") {
+                const std::string file = before + command + ".schema.json";
+                EXPECT_NE("", ReadFileBytes(SamplesFolder() + L"..\\docs\\json\\" +
+                                            std::wstring(file.begin(), file.end())));
+            }
+        }
+    }
+    EXPECT_LE(25U, count) << "the help lists them all";
 }
 
 TEST(SchemaTest, MissesAMember) {

@@ -1,5 +1,6 @@
 #include "check/Program.h"
 #include "batch/Inputs.h"
+#include "check/Json.h"
 #include "check/Schemas.h"
 
 #include <gtest/gtest.h>
@@ -157,6 +158,37 @@ TEST_F(ProgramTest, WritesOneJsonDocumentAndOneOfSarif) {
          {"\"version\": \"2.1.0\"", "b%C3%A4d%20one.xml\"", "\"startLine\": 2,", "\"startColumn\": 46,",
           "\"columnKind\": \"unicodeCodePoints\"", "\"ruleId\": \"flag-value\""}) {
         EXPECT_NE(printed_.find(part), std::string::npos) << part << "\n" << printed_;
+    }
+}
+
+TEST_F(ProgramTest, WritesTheCommandAndTheExitStatusIntoItsJson) {
+    options_.format = Format::Json;
+    EXPECT_EQ(Run(folder_ / "nowhere.xml"), kUnreadable);
+    EXPECT_TRUE(printed_.starts_with("{\n  \"command\": \"check\",\n")) << printed_;
+    EXPECT_TRUE(printed_.ends_with("  \"status\": 2\n}\n")) << printed_;
+    printed_.clear();
+    options_.listsRules = true;
+    EXPECT_EQ(RunProgram(options_), kClean);
+    EXPECT_TRUE(printed_.starts_with("{\n  \"command\": \"check rules\",\n")) << printed_;
+    EXPECT_TRUE(printed_.ends_with("  \"status\": 0\n}\n"));
+}
+
+TEST_F(ProgramTest, WritesWholeCharactersIntoItsJson) {
+    JsonWriter json;
+    json.BeginObject();
+    json.Text("file", "a\xED\xA0\x80z\xFF\xC3\xA4\x7F\n");
+    json.EndObject();
+    EXPECT_EQ(json.Take(), "{\n  \"file\": \"a\xEF\xBF\xBDz\xEF\xBF\xBD\xC3\xA4\\u007f\\u000a\"\n}\n");
+}
+
+TEST_F(ProgramTest, ReadsHowManyFilesAtATime) {
+    unsigned jobs = 7;
+    EXPECT_TRUE(ReadJobs("12", jobs));
+    EXPECT_EQ(jobs, 12u);
+    EXPECT_TRUE(ReadJobs("0", jobs));
+    EXPECT_GE(jobs, 1u);
+    for (const std::string_view word : {"", "-1", "1000", "4x", "four"}) {
+        EXPECT_FALSE(ReadJobs(word, jobs)) << word;
     }
 }
 

@@ -98,15 +98,33 @@ TEST_F(ProgramTest, WritesJson) {
     EXPECT_EQ(diff::kDifferent, Run("a.xml", "c.xml", true));
     EXPECT_NE(std::string::npos, out_.find("\"kind\": \"device stream\"")) << out_;
     EXPECT_NE(std::string::npos, out_.find("\"same\": false")) << out_;
-    EXPECT_NE(
-        std::string::npos,
-        out_.find("{\"change\": \"changed\", \"kind\": \"attribute\", \"name\": \"A\", \"field\": \"value\", "
-                  "\"before\": \"1 degrees C\", \"after\": \"\\\"\\\\ degrees C\", \"lineBefore\": 1, "
-                  "\"lineAfter\": 1}"))
+    EXPECT_NE(std::string::npos, out_.find("    {\n"
+                                           "      \"change\": \"changed\",\n"
+                                           "      \"kind\": \"attribute\",\n"
+                                           "      \"name\": \"A\",\n"
+                                           "      \"field\": \"value\",\n"
+                                           "      \"before\": \"1 degrees C\",\n"
+                                           "      \"after\": \"\\\"\\\\ degrees C\",\n"
+                                           "      \"lineBefore\": 1,\n"
+                                           "      \"lineAfter\": 1\n"
+                                           "    }\n"))
         << out_;
+    EXPECT_TRUE(out_.ends_with("  \"problems\": [],\n  \"status\": 1\n}\n")) << out_;
     out_.clear();
     EXPECT_EQ(diff::kSame, Run("a.xml", "a.xml", true));
-    EXPECT_NE(std::string::npos, out_.find("\"same\": true,\n  \"changes\": []\n}\n")) << out_;
+    EXPECT_TRUE(
+        out_.ends_with("  \"same\": true,\n  \"changes\": [],\n  \"problems\": [],\n  \"status\": 0\n}\n"))
+        << out_;
+}
+
+TEST_F(ProgramTest, TellsTroubleAsJsonToo) {
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "catalogue.xml", true));
+    EXPECT_NE(std::string::npos, out_.find("  \"kind\": null,\n")) << out_;
+    EXPECT_NE(std::string::npos, out_.find("  \"same\": null,\n  \"changes\": [],\n  \"problems\": [\n"))
+        << out_;
+    EXPECT_NE(std::string::npos, out_.find("a.xml is of the kind device stream, ")) << out_;
+    EXPECT_TRUE(out_.ends_with("  ],\n  \"status\": 2\n}\n")) << out_;
+    EXPECT_NE("", err_);
 }
 
 } // namespace
