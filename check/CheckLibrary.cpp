@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace check {
 
@@ -73,10 +74,51 @@ void CheckVersion(Document& document, XmlTree::Index version) {
     }
 }
 
+/// The text of a part that is to have one; without the blanks around it.
+std::string CheckText(Document& document, XmlTree::Index part) {
+    const Leaf leaf = document.ReadLeaf(part);
+    std::string text(Trim(leaf.text));
+    if (text.empty()) {
+        document.Report(RuleId::ElementEmpty, leaf.span,
+                        Tagged(document.Tree().Piece(leaf.name)) + " is empty", "a text");
+    }
+    return text;
+}
+
+void CheckChannels(Document& document, XmlTree::Index section) {
+    constexpr std::string_view kElement[] = {"Channel"};
+    constexpr std::string_view kAttributes[] = {"key", "kind", "terminal", "setup"};
+    const XmlTree& tree = document.Tree();
+    std::set<std::string> keys;
+    document.CheckContainer(section, "<Channels>");
+    tree.ForEachElement(section, [&](XmlTree::Index channel) {
+        if (tree.Name(channel) != kElement[0]) {
+            return document.ReportUnknown(channel, kElement, {}, "<Channels>", false);
+        }
+        document.CheckAttributes(channel, kAttributes, "a channel");
+        for (const std::string_view needed : {kAttributes[0], kAttributes[1]}) {
+            const auto attribute = tree.FindAttribute(channel, needed);
+            if (!attribute || attribute->value.size == 0) {
+                document.Report(RuleId::AttributeMissing,
+                                attribute ? attribute->name : tree.NameSpan(channel),
+                                "a channel has no " + std::string(needed),
+                                std::string(needed) + (needed == "key" ? "=\"AI1\"" : "=\"ai\""));
+            }
+        }
+        const auto key = tree.FindAttribute(channel, kAttributes[0]);
+        if (key && !keys.insert(Upper(tree.ValueOf(*key))).second) {
+            document.Report(RuleId::ProjectKey, key->value,
+                            "the channel " + Quoted(tree.ValueOf(*key)) + " is there twice",
+                            "a key of its own");
+        }
+    });
+}
+
 } // namespace
 
 void CheckLibrary(Document& document) {
-    constexpr std::string_view kParts[] = {"FWVersion"};
+    // What the versions offer is the library; with the others it is a whole device.
+    constexpr std::string_view kParts[] = {"Stream", "Firmware", "Channels", "FWVersion"};
     const XmlTree& tree = document.Tree();
     const XmlTree::Index root = tree.Root();
     if (tree.Name(root) != "Device") {
@@ -85,25 +127,52 @@ void CheckLibrary(Document& document) {
                         "<Device>", "Device");
     }
     document.CheckContainer(root, "<Device>");
-    bool hasVersions = false;
+    std::set<std::string_view> parts;
+    std::set<std::string> versions;
+    Leaf firmware;
     tree.ForEachElement(root, [&](XmlTree::Index child) {
-        if (tree.Name(child) != kParts[0]) {
+        const std::string_view name = tree.Name(child);
+        if (std::find(std::begin(kParts), std::end(kParts), name) == std::end(kParts)) {
             return document.ReportUnknown(child, kParts, {}, "<Device>", false);
         }
-        hasVersions = true;
-        document.CheckContainer(child, "<FWVersion>");
-        std::set<std::string> seen;
-        tree.ForEachElement(child, [&](XmlTree::Index version) {
-            if (!seen.insert(std::string(tree.Name(version))).second) {
-                document.Report(RuleId::ElementRepeated, tree.NameSpan(version),
-                                Tagged(tree.Name(version)) + " stands twice", "one of each");
-            }
-            CheckVersion(document, version);
-        });
+        const bool isNew = parts.insert(name).second;
+        if (!isNew && name != "FWVersion") {
+            document.Report(RuleId::ElementRepeated, tree.NameSpan(child),
+                            Tagged(name) + " stands twice: only the first one is read",
+                            "one " + Tagged(name));
+        }
+        if (name == "Stream") {
+            CheckText(document, child);
+        } else if (name == "Firmware") {
+            firmware = isNew ? document.ReadLeaf(child) : firmware;
+        } else if (name == "Channels") {
+            CheckChannels(document, child);
+        } else {
+            document.CheckContainer(child, "<FWVersion>");
+            tree.ForEachElement(child, [&](XmlTree::Index version) {
+                if (!versions.insert(std::string(tree.Name(version))).second) {
+                    document.Report(RuleId::ElementRepeated, tree.NameSpan(version),
+                                    Tagged(tree.Name(version)) + " stands twice", "one of each");
+                }
+                CheckVersion(document, version);
+            });
+        }
     });
-    if (!hasVersions) {
+    const bool isDevice =
+        parts.contains("Stream") || parts.contains("Channels") || parts.contains("Firmware");
+    if (isDevice && !parts.contains("Stream")) {
+        document.Report(RuleId::ElementMissing, tree.NameSpan(root), "<Device> has no <Stream>", "<Stream>");
+    }
+    if (!isDevice && !parts.contains("FWVersion")) {
         document.Report(RuleId::ElementMissing, tree.NameSpan(root), "<Device> has no <FWVersion>",
                         "<FWVersion>");
+    }
+    const std::string current(Trim(firmware.text));
+    if (parts.contains("FWVersion") && !current.empty() && !versions.contains(current)) {
+        const std::vector<std::string_view> words(versions.begin(), versions.end());
+        document.Report(RuleId::LibraryMissing, firmware.span,
+                        "there is no version " + Quoted(current) + ": asking for a channel object fails", "",
+                        std::string(Nearest(current, words)));
     }
 }
 

@@ -27,7 +27,7 @@ constexpr std::string_view kStreamParts[] = {"DevKey", "IsLastOnDev",  "TamObjID
 constexpr std::string_view kModuleParts[] = {"DataSizes", "DESCRIPTION", "CATEGORY", "ID", "Tam"};
 constexpr std::string_view kChannelParts[] = {"TAMConfig",  "InReferences", "OutReferences",
                                               "Attributes", "DESCRIPTION",  "CATEGORY"};
-constexpr std::string_view kLibraryParts[] = {"FWVersion"};
+constexpr std::string_view kLibraryParts[] = {"FWVersion", "Firmware", "Channels", "Stream"};
 constexpr std::string_view kProjectParts[] = {"X_Position",    "Y_Position", "TamObjID",    "DevKey",
                                               "OutReferences", "UserName",   "TamObjectKey"};
 constexpr std::string_view kInteropParts[] = {"Key", "UserName", "Inputs", "Outputs", "Attributes"};

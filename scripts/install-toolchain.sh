@@ -41,8 +41,8 @@ check_packages=(
     clang-format
     clang-tidy
     cppcheck
+    python3-jsonschema         # the bench's and the checks' JSON against docs/json
     shellcheck
-    python3-jsonschema         # the JSON of the checks against docs/json
 )
 package_packages=(
     cmark-gfm                  # documents as pages
