@@ -11,6 +11,13 @@
 
 namespace benchmark {
 
+/// What a host waits for before its first call, in microseconds.
+struct StartCost {
+    double load = 0;
+    /// The first module object, behind its class object.
+    double create = 0;
+};
+
 /// The jobs of a host: each with its floor and its script, at one size.
 class Jobs {
   public:
@@ -21,6 +28,8 @@ class Jobs {
     /// Bytes in use for each point of a module that holds as many, its keys set.
     double BytesPerPoint(long points);
     static unsigned long DllSize();
+    /// The least of a few loads, the DLL's file being in the system's cache.
+    static StartCost CostOfStart();
 
   private:
     /// What one size works on.

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kLeastRounds = 7;
 constexpr int kMostRounds = 60;
+constexpr int kLeastRoundsOfMany = 2;   // they are long, and what disturbs them is little of it
 constexpr double kEnough = 1.5e6;       // microseconds over all rounds of a trial
 constexpr double kEnoughScript = 3.0e6; // of them for the script
 
@@ -47,17 +48,23 @@ Row Measure(const Trial& trial) {
     row.points = trial.points;
     row.units = trial.units != 0 ? trial.units : trial.points;
     row.yields = trial.yields;
+    row.isAllFloor = trial.isAllFloor;
+    const int leastRounds = row.points >= kMany ? kLeastRoundsOfMany : kLeastRounds;
     double spent = 0;
     double scripted = 0;
-    while (row.rounds < kLeastRounds || (spent < kEnough && row.rounds < kMostRounds)) {
+    while (row.rounds < leastRounds || (spent < kEnough && row.rounds < kMostRounds)) {
         spent += Round(trial.component, row.component);
         spent += Round(trial.floor, row.floor);
-        if (scripted < kEnoughScript) {
+        if (row.points < kMany && scripted < kEnoughScript) {
             scripted += Round(trial.script, row.script);
         }
         ++row.rounds;
     }
     return row;
+}
+
+void MeasureOnce(const std::function<void()>& run, double& least) {
+    Round({{}, run}, least);
 }
 
 double YieldCost() {

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-// Whole jobs of a host at 100, 1,000 and 10,000 points, each beside its floor
+// Whole jobs of a host at 100, 1,000, 10,000 and 100,000 points, each beside its floor
 // and beside the same job in a script, in the same run.
 // tam_benchmark JOBS.VBS [RESULT.JSON]
 
@@ -20,13 +20,14 @@ namespace {
 
 using namespace benchmark;
 
-constexpr long kSizes[] = {100, 1000, 10000};
+constexpr long kSizes[] = {100, 1000, 10000, 100000};
 
 struct Result {
     std::vector<Row> rows;
     double yieldCost = 0;
     double bytesPerPoint = 0;
     unsigned long dllSize = 0;
+    StartCost start;
 };
 
 /// Empty when there is no such file. The script is plain ASCII.
@@ -51,10 +52,18 @@ void Print(const Result& result) {
             std::snprintf(floor, sizeof floor, "%.1f", row.floor);
             std::snprintf(ratio, sizeof ratio, "%.2f", row.component / row.floor);
         }
-        std::printf("%-27s %6ld %11.1f %11s %6s %12.1f %7.1f %10.4f\n", row.job.c_str(), row.points,
-                    row.component, floor, ratio, row.script, row.script / row.component, row.PerUnit());
+        char script[40] = "-";
+        char faster[40] = "-";
+        if (row.script > 0) {
+            std::snprintf(script, sizeof script, "%.1f", row.script);
+            std::snprintf(faster, sizeof faster, "%.1f", row.script / row.component);
+        }
+        std::printf("%-27s %6ld %11.1f %11s %6s %12s %7s %10.4f\n", row.job.c_str(), row.points,
+                    row.component, floor, ratio, script, faster, row.PerUnit());
     }
     std::printf("\nA yield to the message loop costs %.2f us here.\n", result.yieldCost);
+    std::printf("The DLL loads in %.0f us, the first module object is made in %.0f us.\n", result.start.load,
+                result.start.create);
     std::printf("A point takes %.0f bytes; O_Tam_id.dll has %lu bytes.\n\n", result.bytesPerPoint,
                 result.dllSize);
 }
@@ -76,14 +85,16 @@ std::string Json(const Result& result, const std::vector<Finding>& findings) {
     std::ostringstream text;
     text << std::fixed << std::setprecision(3) << "{\n  \"yield_us\": " << result.yieldCost
          << ",\n  \"bytes_per_point\": " << std::setprecision(1) << result.bytesPerPoint
+         << ",\n  \"load_us\": " << result.start.load << ",\n  \"first_object_us\": " << result.start.create
          << ",\n  \"dll_bytes\": " << result.dllSize << ",\n  \"jobs\": [\n"
          << std::setprecision(2);
     const char* separator = "";
     for (const Row& row : result.rows) {
         text << separator << "    {\"job\": \"" << row.job << "\", \"points\": " << row.points
-             << ", \"units\": " << row.units << ", \"yields\": " << row.yields
-             << ", \"rounds\": " << row.rounds << ", \"job_us\": " << row.component
-             << ", \"floor_us\": " << row.floor << ", \"script_us\": " << row.script << "}";
+             << ", \"units\": " << row.units << ", \"all_floor\": " << (row.isAllFloor ? "true" : "false")
+             << ", \"yields\": " << row.yields << ", \"rounds\": " << row.rounds
+             << ", \"job_us\": " << row.component << ", \"floor_us\": " << row.floor
+             << ", \"script_us\": " << row.script << "}";
         separator = ",\n";
     }
     text << "\n  ],\n  \"goals\": [\n";
@@ -123,6 +134,7 @@ Result Run(const std::wstring& script) {
     Result result;
     Jobs jobs(script);
     result.dllSize = Jobs::DllSize();
+    result.start = Jobs::CostOfStart();
     result.bytesPerPoint = jobs.BytesPerPoint(kSizes[2]);
     result.yieldCost = YieldCost();
     for (const long points : kSizes) {
