@@ -13,8 +13,10 @@ endfunction()
 
 # tam_link_dll(<target>)
 # How each DLL is linked: whole in itself, without symbols, the same bytes from the
-# same sources.
+# same sources. What stands in for the C++ library's exceptions is no part of another
+# library: a program that has the C++ library's own cannot have both.
 function(tam_link_dll target)
+  target_link_libraries(${target} PRIVATE library_errors)
   target_link_options(${target} PRIVATE -static -s -Wl,--gc-sections
     -Wl,--enable-stdcall-fixup -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp
     -Wl,--wrap=malloc)
