@@ -214,7 +214,7 @@ class Project {
             return;
         }
         std::vector<std::string_view> names;
-        if (document_.IsListing()) {
+        if (document_.MaySuggest()) {
             for (const StreamSummary* stream : streams) {
                 names.insert(names.end(), stream->outputs.begin(), stream->outputs.end());
             }

@@ -10,7 +10,10 @@
 namespace check {
 
 std::string Tagged(std::string_view name) {
-    return "<" + std::string(name) + ">";
+    std::string tag = "<";
+    tag += name;
+    tag += '>';
+    return tag;
 }
 
 std::string Listed(std::span<const std::string_view> words) {

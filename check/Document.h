@@ -41,8 +41,8 @@ class Document {
     const Surroundings& Others() const noexcept { return surroundings_; }
     const Catalogue& Types() const;
     std::size_t Errors() const noexcept { return findings_.Errors(); }
-    /// Whether the next finding is still listed: suggestions for others take their time for nothing.
-    bool IsListing() const noexcept { return findings_.Total() < Findings::kMost; }
+    /// Whether it is worth while to look for what was meant: a thousand times in one document.
+    bool MaySuggest() noexcept { return suggestions_++ < kMostSuggestions; }
     void Report(RuleId rule, Span span, std::string message, std::string expected = {},
                 std::string suggestion = {}) {
         findings_.Add(rule, span, std::move(message), std::move(expected), std::move(suggestion));
@@ -71,6 +71,8 @@ class Document {
     Findings& findings_;
     const Surroundings& surroundings_;
     std::set<std::string> said_;
+    static constexpr std::size_t kMostSuggestions = 1000;
+    std::size_t suggestions_ = 0;
 };
 
 /// "<NAME>".

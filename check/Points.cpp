@@ -305,7 +305,7 @@ void Points::CheckPointValue(const std::vector<Field>& fields, Span point, const
 void Points::CheckListEntry(std::string_view entry, Span span) {
     if (document_.Others().HasTypes() && document_.Types().Find(entry) == nullptr) {
         document_.Report(RuleId::ListEntryUnknown, span, "the catalogue has no type " + Quoted(entry), "",
-                         document_.IsListing() ? document_.Types().Suggest(entry) : std::string());
+                         document_.MaySuggest() ? document_.Types().Suggest(entry) : std::string());
     }
 }
 
@@ -430,16 +430,18 @@ bool Points::Has(Side side, std::string_view name) const {
     return false;
 }
 
-std::string_view Points::NearestName(Side side, std::string_view name) const {
+std::string_view Points::NearestName(Side side, std::string_view name) {
     constexpr std::size_t kMostCompared = 2000;
-    if (NamesOf(side).size() > kMostCompared || !document_.IsListing()) {
+    if (NamesOf(side).size() > kMostCompared || !document_.MaySuggest()) {
         return {};
     }
-    std::vector<std::string_view> names;
-    for (const Name& known : NamesOf(side)) {
-        names.push_back(NameAt(known.at));
+    std::vector<std::string_view>& words = words_.at(static_cast<std::size_t>(side));
+    if (words.empty()) {
+        for (const Name& known : NamesOf(side)) {
+            words.push_back(NameAt(known.at));
+        }
     }
-    return Nearest(name, names);
+    return Nearest(name, words);
 }
 
 void Points::CheckReference(std::uint32_t index) {

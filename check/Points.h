@@ -3,6 +3,7 @@
 #include "check/Document.h"
 #include "check/Surroundings.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <set>
@@ -38,8 +39,9 @@ class Points {
     void Finish();
     /// Whether a point of the side has the name.
     bool Has(Side side, std::string_view name) const;
-    /// The name of the side's points that was probably meant.
-    std::string_view NearestName(Side side, std::string_view name) const;
+    /// The name of the side's points that was probably meant; "" too when many have been looked for.
+    /// To be asked when all sections were seen.
+    std::string_view NearestName(Side side, std::string_view name);
     void FillSummary(StreamSummary& summary) const;
 
   private:
@@ -80,6 +82,8 @@ class Points {
     Document& document_;
     bool isModule_;
     std::vector<Name> names_[3];
+    /// The names themselves, once a near one is looked for.
+    std::array<std::vector<std::string_view>, 3> words_;
     std::vector<Name> prefixes_;
     std::vector<Address> addresses_;
     /// Where the texts of references begin, each with its size.

@@ -87,7 +87,9 @@ void CheckBits(Document& document, const TypeInfo& type, std::string_view text, 
         document.Report(isNumber ? RuleId::ValueBits : RuleId::ValueNotNumber, span,
                         Quoted(text) + " is no set of bits", expected,
                         ReadWhole(leading) ? leading : std::string());
-    } else if (*number < 0 || (*number > most && type.length <= kMostBytes)) {
+    } else if (*number < 0) {
+        document.Report(RuleId::ValueBits, span, Quoted(text) + " is no set of bits", expected);
+    } else if (*number > most && type.length <= kMostBytes) {
         document.Report(RuleId::ValueBits, span,
                         std::string(text) + " needs more than the " + std::to_string(bits) + " bits of " +
                             type.name,
@@ -163,7 +165,7 @@ const TypeInfo* CheckType(Document& document, std::string_view text, Span span, 
     const TypeInfo* type = document.Types().Find(id);
     if (type == nullptr) {
         document.Report(RuleId::TypeUnknown, span, "the catalogue has no type " + Quoted(text), "",
-                        document.IsListing() ? document.Types().Suggest(text) : std::string());
+                        document.MaySuggest() ? document.Types().Suggest(text) : std::string());
         return nullptr;
     }
     const std::string shown = type->name.empty() ? "the type " + std::string(id) : type->name;

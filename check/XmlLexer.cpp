@@ -335,7 +335,19 @@ Span XmlLexer::Instruction() {
 void XmlLexer::Doctype() {
     Report(RuleId::XmlDoctype, {at_, 9}, "a document type", "a document without one");
     int depth = 0;
+    const auto skip = [&](std::string_view end) {
+        const std::size_t found = text_.find(end, at_);
+        at_ = found == kNone ? text_.size() : found + end.size();
+    };
     while (at_ < text_.size()) {
+        if (Looks("<!--")) { // quotation marks begin nothing in there
+            skip("-->");
+            continue;
+        }
+        if (Looks("<?")) {
+            skip("?>");
+            continue;
+        }
         const char c = text_[at_++];
         if (c == '"' || c == '\'') {
             const std::size_t close = text_.find(c, at_);
@@ -357,7 +369,6 @@ void XmlLexer::UnknownMarkup() {
 Span XmlLexer::TagName() {
     at_ += text_.substr(at_).starts_with("</") ? 2U : 1U;
     isEmptyTag_ = false;
-    isWholeTag_ = false;
     return Name();
 }
 
@@ -411,7 +422,6 @@ std::optional<XmlLexer::Attribute> XmlLexer::NextAttribute() {
         }
         if (Looks(">") || Looks("/>")) {
             isEmptyTag_ = text_[at_] == '/';
-            isWholeTag_ = true;
             at_ += isEmptyTag_ ? 2U : 1U;
             return std::nullopt;
         }
@@ -450,7 +460,6 @@ void XmlLexer::EndOfEndTag() {
     SkipBlanks();
     if (Looks(">")) {
         ++at_;
-        isWholeTag_ = true;
         return;
     }
     Report(RuleId::XmlTag, {at_, IsAtEnd() ? 0U : 1U}, "the end tag does not end", "\">\"");

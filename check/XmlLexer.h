@@ -48,8 +48,6 @@ class XmlLexer {
     std::optional<Attribute> NextAttribute();
     /// Whether the start tag that was passed ends with "/>".
     bool IsEmptyTag() const noexcept { return isEmptyTag_; }
-    /// Whether the tag that was passed has its ">".
-    bool IsWholeTag() const noexcept { return isWholeTag_; }
     /// Behind the name of an end tag.
     void EndOfEndTag();
 
@@ -70,7 +68,6 @@ class XmlLexer {
     Findings* findings_;
     std::size_t at_;
     bool isEmptyTag_ = false;
-    bool isWholeTag_ = false;
 };
 
 bool IsNameStart(char32_t c) noexcept;

@@ -79,7 +79,8 @@ class XmlTree::Builder {
         }
     }
 
-    Index Keep(Kind kind) {
+    Index Keep(Kind kind) { return Keep(kind, lexer_.At()); }
+    Index Keep(Kind kind, std::size_t at) {
         if (open_.empty() && kind != Kind::Element) {
             return kNone;
         }
@@ -87,7 +88,7 @@ class XmlTree::Builder {
             return kNone;
         }
         const auto index = static_cast<Index>(tree_.nodes_.size());
-        const auto place = static_cast<std::uint32_t>(lexer_.At());
+        const auto place = static_cast<std::uint32_t>(at);
         tree_.nodes_.push_back({place | static_cast<std::uint32_t>(kind) << kKindShift, index + 1});
         return index;
     }
@@ -102,15 +103,11 @@ class XmlTree::Builder {
 
     void ReadText() {
         const std::size_t at = lexer_.At();
-        XmlLexer probe(tree_.text_, nullptr, at);
-        const Span span = probe.Text();
-        const std::string_view raw = tree_.Piece(span);
+        const std::string_view raw = tree_.Piece(lexer_.Text());
         if (IsAllBlank(raw)) {
-            lexer_ = XmlLexer(tree_.text_, &findings_, probe.At());
             return;
         }
-        Keep(Kind::Text);
-        lexer_.Text();
+        Keep(Kind::Text, at);
         const auto blanks = static_cast<std::size_t>(Trim(raw).data() - raw.data());
         CheckOutside({at + blanks, Trim(raw).size()});
     }

@@ -118,6 +118,10 @@ class Validator {
             if (value.get<std::string>().size() < rule.get<std::size_t>()) {
                 faults.push_back(place + ": is shorter than " + rule.dump());
             }
+        } else if (keyword == "minItems" && value.is_array()) {
+            if (value.size() < rule.get<std::size_t>()) {
+                faults.push_back(place + ": has fewer than " + rule.dump());
+            }
         } else if (keyword == "minimum" && value.is_number()) {
             if (value < rule) {
                 faults.push_back(place + ": is below " + rule.dump());
@@ -134,7 +138,7 @@ class Validator {
             }
         } else if (!std::set<std::string>{"$schema", "$defs", "title", "description", "additionalProperties",
                                           "then", "properties", "required", "items", "pattern", "minimum",
-                                          "minLength"}
+                                          "minLength", "minItems"}
                         .contains(keyword)) {
             faults.push_back(place + ": the keyword " + keyword + " is not known here");
         }

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using namespace check;
 using namespace checking;
@@ -114,4 +116,20 @@ TEST(PointRulesTest, FindsListsThatLackSomething) {
     ExpectOne(RuleId::ListEntryUnknown, InputWith("81,^ 105"), "105");
     ExpectOne(RuleId::ListEntryTwice, InputWith("81,105,^81"));
     ExpectOne(RuleId::ListOwnType, InputWith("^105"));
+}
+
+TEST(PointRulesTest, TakesNoTimeForSuggestionsThatNobodyReads) {
+    std::string inputs;
+    for (int i = 0; i < 1500; ++i) {
+        const std::string name = "AO" + std::to_string(i) + "_In1";
+        inputs += "<" + name + "><LOGICALADDRESS>" + std::to_string(i + 10) +
+                  "</LOGICALADDRESS><SNVTCOMPATIBILITYLIST>81</SNVTCOMPATIBILITYLIST><PROTOCOLREFERENCE>"
+                  "AI1_Uot</PROTOCOLREFERENCE><SNVTTYPE>81</SNVTTYPE></" +
+                  name + ">";
+    }
+    const std::vector<Finding> findings = Find(WithInput(inputs));
+    EXPECT_EQ(findings.size(), 1500U);
+    EXPECT_EQ(std::count_if(findings.begin(), findings.end(),
+                            [](const Finding& finding) { return finding.suggestion == "AI1_Out"; }),
+              1000);
 }

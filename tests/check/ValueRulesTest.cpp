@@ -48,6 +48,7 @@ TEST(ValueRulesTest, FindsBitFieldsThatAreTooWide) {
     ExpectOne(RuleId::ValueBits, WithValue("83", "^65536"));
     ExpectOne(RuleId::ValueBits, WithValue("83", "^-1"));
     ExpectOne(RuleId::ValueBits, WithValue("83", "^1.5"));
+    EXPECT_EQ(Find(WithValue("83", "-1")).front().message, "\"-1\" is no set of bits");
 }
 
 TEST(ValueRulesTest, FindsTextsThatAreTooLong) {

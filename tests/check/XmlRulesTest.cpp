@@ -127,6 +127,9 @@ TEST(XmlRulesTest, FindsCommentsSectionsAndInstructions) {
 
 TEST(XmlRulesTest, FindsDocumentTypes) {
     ExpectOne(RuleId::XmlDoctype, "^<!DOCTYPE Tam [<!ENTITY e \"a>b\">]>" + WithName("Hall"));
+    ExpectOne(RuleId::XmlDoctype,
+              "^<!DOCTYPE Tam [<!-- don't ]> --> <?note that's \"?>]>" + WithName("Hall's \"1\""));
+    ExpectAmong(RuleId::XmlDoctype, "^<!DOCTYPE Tam [<!-- no end");
 }
 
 TEST(XmlRulesTest, FindsSecondRootsAndTextsBesideTheRoot) {
