@@ -22,10 +22,20 @@ std::string Lower(std::string text) {
     return text;
 }
 
-std::string KeyOf(const fs::path& path) {
+fs::path WholeOf(const fs::path& path) {
     std::error_code ignored;
     const fs::path whole = fs::absolute(path, ignored);
-    return Lower(NameOf((ignored ? path : whole).lexically_normal()));
+    return (ignored ? path : whole).lexically_normal();
+}
+
+std::string KeyOf(const fs::path& path) {
+    return Lower(NameOf(WholeOf(path)));
+}
+
+/// Whether two paths of one key lead to one file: "A.xml" and "a.xml" may be two.
+bool IsSame(const fs::path& a, const fs::path& b) {
+    std::error_code none;
+    return WholeOf(a) == WholeOf(b) || fs::equivalent(a, b, none);
 }
 
 std::string GenericNameOf(const fs::path& path) {
@@ -76,10 +86,14 @@ std::vector<Input> FindInputs(const std::vector<fs::path>& given) {
             all.push_back({path, path.filename(), ""});
         }
     }
-    std::set<std::string> known;
+    std::map<std::string, std::vector<fs::path>> known;
     std::vector<Input> inputs;
     for (Input& input : all) {
-        if (known.insert(KeyOf(input.file)).second) {
+        std::vector<fs::path>& alike = known[KeyOf(input.file)];
+        const bool isKnown = std::any_of(alike.begin(), alike.end(),
+                                         [&](const fs::path& file) { return IsSame(file, input.file); });
+        if (!isKnown) {
+            alike.push_back(input.file);
             inputs.push_back(std::move(input));
         }
     }

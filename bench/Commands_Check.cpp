@@ -32,8 +32,8 @@ int CheckDocuments(const Options& options) {
     if (options.json) {
         run.format = check::Format::Json;
     }
-    if (run.inputs.empty() && !run.listsRules && run.schemas.empty()) {
-        Complain("tambench: no file was named\nTry tambench check --help.\n");
+    if (const std::string fault = check::UsageFault(run); !fault.empty()) {
+        Complain("tambench: " + fault + "\nTry tambench check --help.\n");
         return kWrongUsage;
     }
     _setmode(_fileno(stdin), _O_BINARY);
@@ -43,6 +43,7 @@ int CheckDocuments(const Options& options) {
     run.hasColour = OutputScreen().isColoured;
     if (ErrorScreen().isTerminal) {
         run.showProgress = ShowProgress;
+        run.width = ErrorScreen().width;
     }
     const int status = check::RunProgram(run);
     return isPrinted ? status : check::kUnreadable;

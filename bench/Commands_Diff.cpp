@@ -4,11 +4,6 @@
 #include "bench/Text.h"
 #include "diff/Program.h"
 
-#include <windows.h>
-
-#include <io.h>
-
-#include <cstdio>
 #include <string>
 
 namespace bench {
@@ -33,7 +28,7 @@ int CompareDocuments(const Options& options) {
     run.before = FileOf(options.before);
     run.after = FileOf(options.after);
     run.isJson = options.json;
-    run.hasColour = _isatty(_fileno(stdout)) != 0 && GetEnvironmentVariableW(L"NO_COLOR", nullptr, 0) == 0;
+    run.hasColour = OutputScreen().isColoured;
     bool isPrinted = true;
     run.print = [&isPrinted](const std::string& text) { isPrinted = Print(text) && isPrinted; };
     run.complain = [](const std::string& text) { Complain(text); };

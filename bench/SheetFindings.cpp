@@ -2,7 +2,7 @@
 
 #include "bench/Text.h"
 #include "check/Check.h"
-#include "check/Program.h"
+#include "check/Files.h"
 
 #include <string>
 #include <utility>

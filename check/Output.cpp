@@ -3,8 +3,6 @@
 #include "check/Json.h"
 #include "check/Utf8.h"
 
-#include <utility>
-
 namespace check {
 
 namespace {
@@ -19,14 +17,6 @@ std::string_view ColourOf(Severity severity) {
                                            : "\x1b[1;36m";
 }
 
-/// In one line, whatever the document had in it.
-std::string OneLine(std::string text) {
-    for (char& c : text) {
-        c = static_cast<unsigned char>(c) < 0x20 || c == 0x7F ? ' ' : c;
-    }
-    return text;
-}
-
 std::string Sentence(const Finding& finding) {
     std::string text = finding.message;
     if (!finding.expected.empty()) {
@@ -35,7 +25,7 @@ std::string Sentence(const Finding& finding) {
     if (!finding.suggestion.empty()) {
         text += "; did you mean " + finding.suggestion + "?";
     }
-    return OneLine(std::move(text));
+    return Clean(text);
 }
 
 std::string UriOf(std::string_view file) {
@@ -150,8 +140,8 @@ Totals TotalsOf(const std::vector<FileResult>& results) {
 std::string TextOf(const FileResult& result, bool hasColour) {
     std::string text;
     for (const Finding& finding : result.result.findings) {
-        const std::string place =
-            result.file + ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) + ": ";
+        const std::string place = Clean(result.file) + ":" + std::to_string(finding.line) + ":" +
+                                  std::to_string(finding.column) + ": ";
         const std::string level = std::string(NameOf(finding.Level())) + ":";
         text += hasColour ? "\x1b[1m" + place + "\x1b[0m" + std::string(ColourOf(finding.Level())) + level +
                                 "\x1b[0m"
@@ -163,14 +153,16 @@ std::string TextOf(const FileResult& result, bool hasColour) {
 
 std::string TextOf(const Totals& totals) {
     std::string text = Counted(totals.files, "file") + ": ";
-    if (totals.errors + totals.warnings + totals.notes == 0) {
-        text += "nothing found";
-    } else {
+    const std::string unread = totals.unreadable > 0 ? std::to_string(totals.unreadable) + " not read" : "";
+    if (totals.errors + totals.warnings + totals.notes > 0) {
         text += Counted(totals.errors, "error") + ", " + Counted(totals.warnings, "warning") + ", " +
                 Counted(totals.notes, "note");
+    } else if (totals.unreadable < totals.files) {
+        text += "nothing found";
+    } else {
+        return text + unread + "\n";
     }
-    return text + (totals.unreadable > 0 ? ", " + std::to_string(totals.unreadable) + " not read" : "") +
-           "\n";
+    return text + (unread.empty() ? "" : ", " + unread) + "\n";
 }
 
 std::string JsonOf(const std::vector<FileResult>& results, std::string_view program, int status) {

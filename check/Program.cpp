@@ -2,14 +2,14 @@
 
 #include "batch/ForEach.h"
 #include "batch/Inputs.h"
+#include "check/Files.h"
 #include "check/Schemas.h"
-#include "check/XmlTree.h"
+#include "check/Utf8.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -26,20 +26,30 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kCatalogue = "catalogue.xml";
 constexpr std::string_view kStandardInput = "-";
 /// Streams of more bytes are not kept in mind for other documents.
 constexpr std::size_t kLargestSummary = 64U << 20U;
-constexpr int kFoldersUpwards = 8;
 
-bool IsThere(const fs::path& path) {
-    std::error_code none;
-    return fs::is_regular_file(path, none);
+/// What a complaint shows of a file's name.
+std::string Shown(const fs::path& path) {
+    return Clean(batch::NameOf(path));
+}
+
+/// Documents of these kinds name types.
+bool LooksTypesUp(Kind kind) {
+    return kind != Kind::Catalogue && kind != Kind::Unknown;
 }
 
 /// The catalogues of a run, each read once.
 class Catalogues {
   public:
+    struct Known {
+        Catalogue types;
+        /// Why there are no types in it; empty when there are.
+        std::string problem;
+        bool isUsed = false;
+    };
+
     explicit Catalogues(const ProgramOptions& options) : options_(options) {}
 
     /// False, with a word of complaint, when the catalogue that was named is none.
@@ -47,42 +57,61 @@ class Catalogues {
         if (options_.catalogue.empty()) {
             return true;
         }
-        std::string problem;
-        Catalogue types = ReadCatalogue(ReadFile(options_.catalogue, problem));
-        if (problem.empty() && types.IsEmpty()) {
-            problem = "it has no types";
+        const Known& known = Read(options_.catalogue);
+        if (!known.problem.empty()) {
+            ComplainOf(options_.catalogue, known);
         }
-        if (!problem.empty()) {
-            options_.complain(options_.program + ": the catalogue " + batch::NameOf(options_.catalogue) +
-                              ": " + problem + "\n");
-            return false;
-        }
-        known_.emplace(options_.catalogue, std::move(types));
-        return true;
+        return known.problem.empty();
     }
 
     /// The catalogue for a file; null when there is none.
-    const Catalogue* For(const fs::path& file) {
+    Known* For(const fs::path& file) {
         const std::scoped_lock lock(mutex_);
         const fs::path path =
             options_.catalogue.empty() ? NearestCatalogue(file, options_.programFolder) : options_.catalogue;
-        if (path.empty()) {
-            isMissing_ = true;
-            return nullptr;
-        }
-        const auto found = known_.find(path);
-        if (found != known_.end()) {
-            return &found->second;
-        }
-        std::string problem;
-        return &known_.emplace(path, ReadCatalogue(ReadFile(path, problem))).first->second;
+        return path.empty() ? nullptr : &Read(path);
     }
-    bool IsMissing() const noexcept { return isMissing_; }
+    /// Types were to be looked up there.
+    void Use(Known* known) {
+        const std::scoped_lock lock(mutex_);
+        (known == nullptr ? isMissing_ : known->isUsed) = true;
+    }
+
+    bool HasProblem() const {
+        return std::any_of(known_.begin(), known_.end(), [](const auto& entry) {
+            return entry.second.isUsed && !entry.second.problem.empty();
+        });
+    }
+    /// Says why types were not looked up, where they were not.
+    void Complain() const {
+        for (const auto& [path, known] : known_) {
+            if (known.isUsed && !known.problem.empty()) {
+                ComplainOf(path, known);
+            }
+        }
+        if (isMissing_) {
+            options_.complain(
+                options_.program +
+                ": no catalogue.xml is near, so types and values are not looked up; name one with "
+                "--catalogue FILE\n");
+        }
+    }
 
   private:
+    Known& Read(const fs::path& path) {
+        const auto [entry, isNew] = known_.try_emplace(path);
+        if (isNew) {
+            entry->second.types = ReadCatalogueFile(path, entry->second.problem);
+        }
+        return entry->second;
+    }
+    void ComplainOf(const fs::path& path, const Known& known) const {
+        options_.complain(options_.program + ": the catalogue " + Shown(path) + ": " + known.problem + "\n");
+    }
+
     const ProgramOptions& options_;
     std::mutex mutex_;
-    std::map<fs::path, Catalogue> known_;
+    std::map<fs::path, Known> known_;
     bool isMissing_ = false;
 };
 
@@ -103,7 +132,7 @@ class Run {
         hasOthers_ = inputs.size() > 1;
         std::vector<FileResult> results;
         {
-            batch::Progress progress(options_.showProgress, inputs.size(), 79);
+            batch::Progress progress(options_.showProgress, inputs.size(), options_.width);
             batch::ForEach(
                 inputs, options_.jobs, progress,
                 [&](const batch::Input& input) { return CheckInput(input, {}); },
@@ -131,10 +160,14 @@ class Run {
         if (!checked.result.problem.empty()) {
             return checked;
         }
-        const Surroundings surroundings(catalogues_.For(input.file), others);
+        Catalogues::Known* const catalogue = catalogues_.For(input.file);
+        const Surroundings surroundings(catalogue != nullptr ? &catalogue->types : nullptr, others);
         StreamSummary summary;
         const bool isKept = hasOthers_ && bytes.size() <= kLargestSummary;
         checked.result.result = CheckBytes(std::move(bytes), surroundings, isKept ? &summary : nullptr);
+        if (LooksTypesUp(checked.result.result.kind)) {
+            catalogues_.Use(catalogue);
+        }
         if (checked.result.result.kind == Kind::DeviceStream && isKept) {
             summary.file = checked.result.file;
             checked.stream = std::move(summary);
@@ -170,19 +203,15 @@ class Run {
         }
         for (const FileResult& result : results) {
             if (!result.problem.empty()) {
-                options_.complain(options_.program + ": " + result.file + ": " + result.problem + "\n");
+                options_.complain(options_.program + ": " + Clean(result.file) + ": " + result.problem +
+                                  "\n");
             }
         }
-        if (catalogues_.IsMissing()) {
-            options_.complain(
-                options_.program +
-                ": no catalogue.xml is near, so types and values are not looked up; name one with "
-                "--catalogue FILE\n");
-        }
+        catalogues_.Complain();
         return StatusOf(totals);
     }
-    static int StatusOf(const Totals& totals) {
-        if (totals.unreadable > 0) {
+    int StatusOf(const Totals& totals) const {
+        if (totals.unreadable > 0 || catalogues_.HasProblem()) {
             return kUnreadable;
         }
         return totals.errors + totals.warnings > 0 ? kFound : kClean;
@@ -221,25 +250,12 @@ int WriteSchemas(const ProgramOptions& options) {
         file << schema.text;
         file.close();
         if (!file) {
-            options.complain(options.program + ": " + batch::NameOf(path) + " cannot be written\n");
+            options.complain(options.program + ": " + Shown(path) + " cannot be written\n");
             return kUnreadable;
         }
-        options.print(batch::NameOf(path) + "\n");
+        options.print(Shown(path) + "\n");
     }
     return kClean;
-}
-
-} // namespace
-
-namespace {
-
-std::string ReadStandardInput() {
-    std::string bytes;
-    std::array<char, 1U << 16U> piece{};
-    while (std::cin.read(piece.data(), static_cast<std::streamsize>(piece.size())) || std::cin.gcount() > 0) {
-        bytes.append(piece.data(), static_cast<std::size_t>(std::cin.gcount()));
-    }
-    return bytes;
 }
 
 } // namespace
@@ -258,39 +274,6 @@ bool ReadFormat(std::string_view word, Format& format) {
     return true;
 }
 
-std::string ReadFile(const fs::path& path, std::string& problem) {
-    if (batch::NameOf(path) == kStandardInput) {
-        return ReadStandardInput();
-    }
-    std::error_code error;
-    const fs::file_status status = fs::status(path, error);
-    if (fs::is_directory(status)) {
-        problem = "it is a folder";
-        return {};
-    }
-    if (!fs::exists(status)) {
-        problem = "there is no such file";
-        return {};
-    }
-    std::ifstream file(path, std::ios::binary);
-    const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, error) : 0;
-    if (!file || error) {
-        problem = "it cannot be read";
-        return {};
-    }
-    if (size >= XmlTree::kLongestText) {
-        problem = "it is larger than 512 MB";
-        return {};
-    }
-    std::string bytes(static_cast<std::size_t>(size), '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    if (file.bad()) {
-        problem = "it cannot be read";
-    }
-    return bytes;
-}
-
 bool ReadJobs(std::string_view word, unsigned& jobs) {
     constexpr std::size_t kMostDigits = 3;
     unsigned number = 0;
@@ -302,24 +285,21 @@ bool ReadJobs(std::string_view word, unsigned& jobs) {
     return true;
 }
 
-fs::path NearestCatalogue(const fs::path& file, const fs::path& programFolder) {
-    std::error_code none;
-    fs::path folder = fs::absolute(file, none).parent_path();
-    for (int i = 0; i < kFoldersUpwards && !folder.empty(); ++i) {
-        if (IsThere(folder / kCatalogue)) {
-            return folder / kCatalogue;
+std::string UsageFault(const ProgramOptions& options) {
+    if (options.listsRules || !options.schemas.empty()) {
+        const std::string option = options.listsRules ? "--rules" : "--schemas";
+        if (!options.inputs.empty()) {
+            return option + " checks no files: leave them out";
         }
-        if (folder == folder.parent_path()) {
-            break;
+        if (options.listsRules && !options.schemas.empty()) {
+            return "--rules lists and --schemas writes: give one of them";
         }
-        folder = folder.parent_path();
+    } else if (options.inputs.empty()) {
+        return "no file was named";
     }
-    for (const fs::path& path : {programFolder / kCatalogue, programFolder / "samples" / kCatalogue}) {
-        if (IsThere(path)) {
-            return path;
-        }
-    }
-    return {};
+    return options.format == Format::Markdown && !options.listsRules
+               ? "--format markdown goes with --rules; text, json or sarif"
+               : "";
 }
 
 int RunProgram(const ProgramOptions& options) {

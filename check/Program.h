@@ -1,7 +1,9 @@
 #pragma once
 
+#include "check/Files.h"
 #include "check/Output.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -24,6 +26,8 @@ struct ProgramOptions {
     std::filesystem::path schemas;
     unsigned jobs = 1;
     bool hasColour = false;
+    /// Places in the line of progress.
+    std::size_t width = 79;
 
     /// What the output says of itself.
     std::string program = "tamcheck";
@@ -39,6 +43,9 @@ inline constexpr int kClean = 0;
 inline constexpr int kFound = 1;
 inline constexpr int kUnreadable = 2;
 
+/// What is wrong with the options, as a line for the user; empty when nothing is.
+std::string UsageFault(const ProgramOptions& options);
+
 /// Checks, lists rules or writes schemas, and answers the exit status.
 int RunProgram(const ProgramOptions& options);
 
@@ -48,13 +55,5 @@ bool ReadFormat(std::string_view word, Format& format);
 /// How many files at a time: a number of up to three digits, 0 for as many as there are
 /// processors. False for another word.
 bool ReadJobs(std::string_view word, unsigned& jobs);
-
-/// The nearest catalogue.xml: from a file's folder upwards, then beside the program. Empty
-/// when there is none.
-std::filesystem::path NearestCatalogue(const std::filesystem::path& file,
-                                       const std::filesystem::path& programFolder);
-
-/// Bytes of a file. Empty, with the reason in `problem`, when it cannot be read.
-std::string ReadFile(const std::filesystem::path& path, std::string& problem);
 
 } // namespace check

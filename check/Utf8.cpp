@@ -27,6 +27,10 @@ char32_t Folded(char32_t c) {
     return c < 0x10000 ? static_cast<char32_t>(tam::UpperCase(static_cast<wchar_t>(c))) : c;
 }
 
+char32_t Printed(char32_t c) {
+    return c < 0x20 || (c >= 0x7F && c < 0xA0) ? U' ' : c;
+}
+
 } // namespace
 
 char32_t NextCharacter(std::string_view text, std::size_t& at) {
@@ -125,6 +129,14 @@ std::uint64_t HashOfName(std::string_view name) {
     return hash;
 }
 
+std::string Clean(std::string_view text) {
+    std::string clean;
+    for (std::size_t at = 0; at < text.size();) {
+        AppendCharacter(clean, Printed(NextCharacter(text, at)));
+    }
+    return clean;
+}
+
 std::string Quoted(std::string_view text) {
     std::string shown = "\"";
     std::size_t count = 0;
@@ -134,7 +146,7 @@ std::string Quoted(std::string_view text) {
             break;
         }
         const char32_t c = NextCharacter(text, at);
-        AppendCharacter(shown, c < 0x20 || c == 0x7F ? U' ' : c);
+        AppendCharacter(shown, Printed(c));
     }
     return shown + "\"";
 }

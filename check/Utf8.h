@@ -35,8 +35,12 @@ bool EqualKeyword(std::string_view a, std::string_view b);
 bool EqualName(std::string_view a, std::string_view b);
 std::uint64_t HashOfName(std::string_view name);
 
-/// In quotation marks, shortened in the middle of nothing: what a message shows
-/// of a text. Control characters become blanks.
+/// On one line, without what a terminal would obey: control characters become blanks, those
+/// of the second set (U+0080 to U+009F) too.
+std::string Clean(std::string_view text);
+
+/// In quotation marks, shortened in the middle of nothing: what a message shows of a text.
+/// Clean.
 std::string Quoted(std::string_view text);
 
 } // namespace check

@@ -2,7 +2,8 @@
 
 #include "batch/Inputs.h"
 #include "check/Check.h"
-#include "check/Program.h"
+#include "check/Files.h"
+#include "check/Utf8.h"
 #include "diff/Compare.h"
 #include "diff/Json.h"
 #include "diff/Model.h"
@@ -57,22 +58,20 @@ class Run {
         }
     }
 
-    /// False when the catalogue that was named is none. Without any, values are shown as they stand.
+    /// False when the catalogue that counts is none. Without any, values are shown as they stand.
     bool ReadTypes() {
-        const bool isNamed = !options_.catalogue.empty();
-        const fs::path path =
-            isNamed ? options_.catalogue : check::NearestCatalogue(options_.after, options_.programFolder);
+        const fs::path path = options_.catalogue.empty()
+                                  ? check::NearestCatalogue(options_.after, options_.programFolder)
+                                  : options_.catalogue;
         if (path.empty()) {
             return true;
         }
         std::string problem;
-        types_ = check::ReadCatalogue(check::ReadFile(path, problem));
-        if (isNamed && (!problem.empty() || types_.IsEmpty())) {
-            Complain("the catalogue " + batch::NameOf(path) + ": " +
-                     (problem.empty() ? "it has no types" : problem));
-            return false;
+        types_ = check::ReadCatalogueFile(path, problem);
+        if (!problem.empty()) {
+            Complain("the catalogue " + batch::NameOf(path) + ": " + problem);
         }
-        return true;
+        return problem.empty();
     }
 
     std::optional<Model> ReadModel(const fs::path& path) {
@@ -91,7 +90,7 @@ class Run {
     }
 
     void Complain(const std::string& text) {
-        options_.complain(options_.program + ": " + text + "\n");
+        options_.complain(options_.program + ": " + check::Clean(text) + "\n");
         answer_.problems.push_back(text);
     }
 

@@ -36,29 +36,18 @@ Look LookOf(What what) {
     return {'~', kYellow};
 }
 
-/// A text on one line, without what a terminal would obey.
-std::string Clean(std::string_view text) {
-    std::string clean;
-    for (std::size_t at = 0; at < text.size();) {
-        const char32_t character = check::NextCharacter(text, at);
-        const bool isControl = character < 0x20 || (character >= 0x7F && character < 0xA0);
-        check::AppendCharacter(clean, isControl ? U' ' : character);
-    }
-    return clean;
-}
-
 /// In quotation marks; a word for an empty text.
 std::string Shown(const std::string& text) {
-    return text.empty() ? "nothing" : '"' + Clean(text) + '"';
+    return text.empty() ? "nothing" : '"' + check::Clean(text) + '"';
 }
 
 std::string Sentence(const Change& change) {
-    const std::string name = Clean(change.name);
+    const std::string name = check::Clean(change.name);
     switch (change.what) {
     case What::added:
-        return name + (change.after.empty() ? "" : "  (" + Clean(change.after) + ")");
+        return name + (change.after.empty() ? "" : "  (" + check::Clean(change.after) + ")");
     case What::removed:
-        return name + (change.before.empty() ? "" : "  (" + Clean(change.before) + ")");
+        return name + (change.before.empty() ? "" : "  (" + check::Clean(change.before) + ")");
     case What::renamed:
         return name + ": was named " + Shown(change.before);
     case What::moved:
@@ -66,8 +55,8 @@ std::string Sentence(const Change& change) {
     case What::changed:
         break;
     }
-    return (change.name.empty() ? "" : name + ", ") + Clean(change.field) + ": " + Shown(change.before) +
-           " -> " + Shown(change.after);
+    return (change.name.empty() ? "" : name + ", ") + check::Clean(change.field) + ": " +
+           Shown(change.before) + " -> " + Shown(change.after);
 }
 
 std::string Lines(const Change& change) {

@@ -2,6 +2,7 @@
 
 #include "check/Program.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstddef>
@@ -77,6 +78,13 @@ bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
             }
             return std::string(arguments[++i]);
         };
+        const auto nextPath = [&] {
+            const std::string path = next();
+            if (path.empty()) {
+                throw UsageError(word + " needs a name");
+            }
+            return path;
+        };
         if (word == "--") {
             takesOptions = false;
         } else if (word == "--help" || word == "-h") {
@@ -88,9 +96,9 @@ bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
         } else if (word == "--rules") {
             options.listsRules = true;
         } else if (word == "--catalogue") {
-            options.catalogue = next();
+            options.catalogue = nextPath();
         } else if (word == "--schemas") {
-            options.schemas = next();
+            options.schemas = nextPath();
         } else if (word == "--jobs") {
             options.jobs = ReadJobs(next());
         } else if (word == "--format") {
@@ -102,8 +110,8 @@ bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
             throw UsageError("there is no option " + word);
         }
     }
-    if (options.inputs.empty() && !options.listsRules && options.schemas.empty()) {
-        throw UsageError("no file was named");
+    if (const std::string fault = check::UsageFault(options); !fault.empty()) {
+        throw UsageError(fault);
     }
     return true;
 }
@@ -123,6 +131,10 @@ int main(int count, char** values) {
     options.hasColour = IsTerminal(STDOUT_FILENO) && std::getenv("NO_COLOR") == nullptr;
     if (IsTerminal(STDERR_FILENO)) {
         options.showProgress = ShowProgress;
+        winsize size{};
+        if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1) {
+            options.width = size.ws_col - 1U; // a full line would be followed by an empty one
+        }
     }
     try {
         if (!ReadArguments({values, static_cast<std::size_t>(count)}, options)) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -81,6 +82,16 @@ TEST_F(InputsTest, AFileGivenTwiceIsThereOnce) {
     const fs::path a = File("a.xml");
     EXPECT_EQ((std::vector<std::string>{"a.xml"}),
               Below(FindInputs({a, Folder(), Folder() / "." / "a.xml"})));
+}
+
+TEST_F(InputsTest, NamesThatDifferInLetterCaseAreAsManyFilesAsTheFileSystemSays) {
+    const fs::path small = File("a.xml");
+    const fs::path capital = File("A.xml");
+    const std::size_t files = fs::equivalent(small, capital) ? 1 : 2;
+    EXPECT_EQ(files, FindInputs({small, capital}).size());
+    EXPECT_EQ(files, FindInputs({Folder()}).size());
+    const fs::path nowhere = Folder() / "nowhere.xml";
+    EXPECT_EQ(1U, FindInputs({nowhere, nowhere}).size());
 }
 
 TEST_F(InputsTest, AFolderWithoutXmlFilesIsAProblem) {

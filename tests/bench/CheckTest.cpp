@@ -31,6 +31,8 @@ TEST(CheckTest, AnswersTheStatusesOfTheChecks) {
     EXPECT_EQ(RunBench({L"check", SamplesFolder() + L"streams\\damaged.xml"}).status, 1u);
     EXPECT_EQ(RunBench({L"check", SamplesFolder() + L"nowhere.xml"}).status, 2u);
     EXPECT_EQ(RunBench({L"check"}).status, 2u);
+    EXPECT_EQ(RunBench({L"check", SamplesFolder(), L"--format", L"markdown"}).status, 2u);
+    EXPECT_EQ(RunBench({L"check", L"--rules", SamplesFolder()}).status, 2u);
     EXPECT_EQ(RunBench({L"check", SamplesFolder(), L"--format", L"xml"}).status, 2u);
     EXPECT_EQ(RunBench({L"check", SamplesFolder() + L"streams\\oddities.xml", L"--catalogue",
                         SamplesFolder() + L"streams\\full.xml"})

@@ -59,6 +59,14 @@ class ScreenTest : public testing::Test {
         return -1;
     }
 
+    std::wstring Text() const {
+        std::wstring text;
+        for (SHORT row = 0; row < kRows; ++row) {
+            text += Row(row) + L"\n";
+        }
+        return text;
+    }
+
     WORD ColourOf(SHORT row, SHORT column) const {
         WORD attribute = 0;
         DWORD read = 0;
@@ -111,6 +119,24 @@ TEST_F(ScreenTest, HeadingsAndFaultsHaveColours) {
     EXPECT_NE(plain, ColourOf(box, 5));
     EXPECT_NE(ColourOf(heading, 0), ColourOf(box, 5));
     EXPECT_EQ(plain, ColourOf(box, 2)) << "its number";
+}
+
+TEST_F(ScreenTest, FindingsHaveColoursAndNoSequences) {
+    EXPECT_EQ(1U, Run({L"check", SamplesFolder() + L"streams\\damaged.xml"}));
+    const std::wstring text = Text();
+    EXPECT_NE(std::wstring::npos, text.find(L"error: ")) << Narrow(text);
+    EXPECT_EQ(std::wstring::npos, text.find(L"1;31m")) << Narrow(text);
+    EXPECT_EQ(std::wstring::npos, text.find(L"0m")) << Narrow(text);
+    EXPECT_EQ(3U, Colours().size()) << "the place, the severity, the text";
+}
+
+TEST_F(ScreenTest, ChangesHaveColoursAndNoSequences) {
+    EXPECT_EQ(1U, Run({L"diff", L"channels", L"full"}));
+    const std::wstring text = Text();
+    EXPECT_LE(0, Find(L"Inputs")) << Narrow(text);
+    EXPECT_EQ(std::wstring::npos, text.find(L"32m")) << Narrow(text);
+    EXPECT_EQ(std::wstring::npos, text.find(L"0m")) << Narrow(text);
+    EXPECT_LE(3U, Colours().size()) << "headings, what is new, the rest";
 }
 
 TEST_F(ScreenTest, LettersBeyondAsciiArrive) {

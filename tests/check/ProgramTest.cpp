@@ -1,15 +1,22 @@
 #include "check/Program.h"
 #include "batch/Inputs.h"
+#include "check/Files.h"
 #include "check/Json.h"
 #include "check/Schemas.h"
 
 #include <gtest/gtest.h>
 
+#ifdef __unix__
+#include <sys/stat.h>
+#endif
+
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <ios>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -67,6 +74,11 @@ constexpr std::string_view kGood =
     "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID></Tam>";
 constexpr std::string_view kBad =
     "<Tam>\n<Name>H</Name><DevKey>K</DevKey><IsLastOnDev>2</IsLastOnDev><TamObjID>3</TamObjID></Tam>";
+/// A stream with a type that a catalogue of the type 1 alone does not know.
+constexpr std::string_view kWithType =
+    "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>"
+    "<OutReferences><A_B><SNVTTYPE>2</SNVTTYPE><LOGICALADDRESS>1</LOGICALADDRESS></A_B></OutReferences></"
+    "Tam>";
 
 } // namespace
 
@@ -85,6 +97,7 @@ TEST_F(ProgramTest, SaysWhyAFileCannotBeRead) {
     EXPECT_EQ(Run(folder_ / "missing.xml"), kUnreadable);
     EXPECT_EQ(complained_.substr(0, complained_.find('\n')),
               "tamcheck: " + batch::NameOf(folder_ / "missing.xml") + ": there is no such file");
+    EXPECT_EQ(printed_, "1 file: 1 not read\n");
     complained_.clear();
     EXPECT_EQ(Run(folder_), kUnreadable); // a folder without documents
     EXPECT_NE(complained_.find("holds no file"), std::string::npos);
@@ -114,16 +127,101 @@ TEST_F(ProgramTest, OneBrokenFileDoesNotStopTheRest) {
 }
 
 TEST_F(ProgramTest, TakesTheNearestCatalogue) {
-    const std::string_view stream =
-        "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>"
-        "<OutReferences><A_B><SNVTTYPE>2</SNVTTYPE><LOGICALADDRESS>1</LOGICALADDRESS></A_B></OutReferences></"
-        "Tam>";
-    const fs::path path = Write("a/b/stream.xml", stream);
+    const fs::path path = Write("a/b/stream.xml", kWithType);
     EXPECT_EQ(Run(path), kClean);
     EXPECT_NE(complained_.find("no catalogue.xml is near"), std::string::npos);
     Write("a/catalogue.xml", "<x><SNVT_1><Type>Struct</Type><Length>1</Length></SNVT_1></x>");
     EXPECT_EQ(Run(path), kFound);
     EXPECT_NE(printed_.find("[type-unknown]"), std::string::npos);
+}
+
+TEST_F(ProgramTest, LooksForTheCatalogueUpToTheRoot) {
+    Write("catalogue.xml", "<x><SNVT_1><Type>Struct</Type><Length>1</Length></SNVT_1></x>");
+    EXPECT_EQ(Run(Write("1/2/3/4/5/6/7/8/9/10/11/12/stream.xml", kWithType)), kFound);
+    EXPECT_NE(printed_.find("[type-unknown]"), std::string::npos) << printed_ << complained_;
+}
+
+TEST_F(ProgramTest, ComplainsOfACatalogueThatIsFoundAndHasNoTypes) {
+    const fs::path catalogue = Write("catalogue.xml", "<broken");
+    const fs::path stream = Write("stream.xml", kWithType);
+    EXPECT_EQ(Run(stream), kUnreadable);
+    EXPECT_EQ(complained_, "tamcheck: the catalogue " + batch::NameOf(catalogue) + ": it has no types\n");
+    complained_.clear();
+    options_.format = Format::Json;
+    printed_.clear();
+    EXPECT_EQ(Run(stream), kUnreadable);
+    EXPECT_NE(printed_.find("\"status\": 2"), std::string::npos) << printed_;
+    options_.format = Format::Text;
+    complained_.clear();
+    EXPECT_EQ(Run(catalogue), kFound) << "a catalogue looks nothing up in itself";
+    EXPECT_EQ(complained_, "");
+}
+
+TEST_F(ProgramTest, ChecksFilesWhoseNamesDifferInLetterCase) {
+    const fs::path good = Write("two/A.xml", kGood);
+    const fs::path bad = Write("two/a.xml", kBad);
+    if (!fs::equivalent(good, bad)) {
+        EXPECT_EQ(Run(folder_ / "two"), kFound);
+        EXPECT_NE(printed_.find("a.xml:2:46: error: "), std::string::npos) << printed_;
+        EXPECT_NE(printed_.find("2 files: 1 error"), std::string::npos) << printed_;
+    }
+}
+
+TEST_F(ProgramTest, ReadsAStreamToItsEndWithinItsLimit) {
+    std::string problem;
+    const std::string text(200000, 'x');
+    std::istringstream whole(text);
+    EXPECT_EQ(ReadStream(whole, 0, text.size(), problem), text);
+    EXPECT_EQ(problem, "");
+    std::istringstream longer(text + "x");
+    EXPECT_EQ(ReadStream(longer, 0, text.size(), problem), "");
+    EXPECT_EQ(problem, "it is larger than 512 MB");
+}
+
+#ifdef __unix__
+TEST_F(ProgramTest, ReadsAPipe) {
+    const fs::path pipe = folder_ / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const auto writer =
+        std::async(std::launch::async, [&] { std::ofstream(pipe, std::ios::binary) << kBad; });
+    EXPECT_EQ(Run(pipe), kFound);
+    EXPECT_NE(printed_.find("pipe:2:46: error: "), std::string::npos) << printed_;
+}
+
+TEST_F(ProgramTest, ShowsNamesWithoutWhatATerminalObeys) {
+    EXPECT_EQ(Run(Write("a\x1b[31m\nb\xC2\x9B\x33\x31m.xml", kBad)), kFound);
+    EXPECT_NE(printed_.find("/a [31m b 31m.xml:2:46: error: "), std::string::npos) << printed_;
+    EXPECT_EQ(Run(folder_ / "c\x1b[2J.xml"), kUnreadable);
+    EXPECT_EQ(complained_.find('\x1b'), std::string::npos) << complained_;
+    EXPECT_NE(complained_.find("/c [2J.xml: there is no such file"), std::string::npos) << complained_;
+}
+#endif
+
+TEST_F(ProgramTest, ShowsTextsWithoutWhatATerminalObeys) {
+    EXPECT_EQ(Run(Write("a.xml", "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>\xC2\x9B\x33\x31m"
+                                 "</IsLastOnDev><TamObjID>3</TamObjID></Tam>")),
+              kFound);
+    EXPECT_NE(printed_.find("<IsLastOnDev> is \" 31m\""), std::string::npos) << printed_;
+    EXPECT_EQ(printed_.find("\xC2\x9B"), std::string::npos) << printed_;
+}
+
+TEST_F(ProgramTest, SaysWhatIsWrongWithTheOptions) {
+    EXPECT_EQ(UsageFault(options_), "no file was named");
+    options_.inputs = {folder_ / "a.xml"};
+    EXPECT_EQ(UsageFault(options_), "");
+    options_.format = Format::Markdown;
+    EXPECT_EQ(UsageFault(options_), "--format markdown goes with --rules; text, json or sarif");
+    options_.listsRules = true;
+    EXPECT_EQ(UsageFault(options_), "--rules checks no files: leave them out");
+    options_.inputs.clear();
+    EXPECT_EQ(UsageFault(options_), "");
+    options_.schemas = folder_;
+    EXPECT_EQ(UsageFault(options_), "--rules lists and --schemas writes: give one of them");
+    options_.listsRules = false;
+    options_.format = Format::Text;
+    EXPECT_EQ(UsageFault(options_), "");
+    options_.inputs = {folder_ / "a.xml"};
+    EXPECT_EQ(UsageFault(options_), "--schemas checks no files: leave them out");
 }
 
 TEST_F(ProgramTest, LooksFromADefinitionToTheStreamsOfTheRun) {

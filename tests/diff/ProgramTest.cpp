@@ -93,6 +93,13 @@ TEST_F(ProgramTest, RefusesACatalogueThatIsNone) {
     EXPECT_EQ(diff::kTrouble, Run("a.xml", "b.xml", false, "none.xml"));
 }
 
+TEST_F(ProgramTest, RefusesACatalogueThatIsFoundAndHasNoTypes) {
+    Write("catalogue.xml", "<broken");
+    EXPECT_EQ(diff::kTrouble, Run("a.xml", "b.xml"));
+    EXPECT_NE(std::string::npos, err_.find("catalogue.xml: it has no types")) << err_;
+    EXPECT_EQ("", out_);
+}
+
 TEST_F(ProgramTest, WritesJson) {
     Write("c.xml", Attributes(Attribute("A", "147", "1", "\"\\")));
     EXPECT_EQ(diff::kDifferent, Run("a.xml", "c.xml", true));
