@@ -19,9 +19,9 @@ Json CountsOf(const page::Page& page) {
             page.findings.begin(), page.findings.end(),
             [severity](const page::Finding& finding) { return finding.severity == severity; });
     };
-    return {{"errors", count(page::Severity::error)},
-            {"warnings", count(page::Severity::warning)},
-            {"notes", count(page::Severity::note)}};
+    return {{"errors", count(page::Severity::Error)},
+            {"warnings", count(page::Severity::Warning)},
+            {"notes", count(page::Severity::Note)}};
 }
 
 } // namespace

@@ -14,13 +14,13 @@ namespace {
 page::Severity SeverityOf(check::Severity severity) {
     switch (severity) {
     case check::Severity::Error:
-        return page::Severity::error;
+        return page::Severity::Error;
     case check::Severity::Warning:
-        return page::Severity::warning;
+        return page::Severity::Warning;
     case check::Severity::Note:
         break;
     }
-    return page::Severity::note;
+    return page::Severity::Note;
 }
 
 } // namespace

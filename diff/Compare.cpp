@@ -127,7 +127,7 @@ struct Owner {
 void CompareFields(const Owner& owner, const std::vector<Field>& before, const std::vector<Field>& after,
                    std::vector<Change>& changes) {
     const auto add = [&](const std::string& name, const Field* was, const Field* is) {
-        changes.push_back({What::changed, owner.noun, owner.name, name, was != nullptr ? was->shown : "",
+        changes.push_back({What::Changed, owner.noun, owner.name, name, was != nullptr ? was->shown : "",
                            is != nullptr ? is->shown : "", was != nullptr ? was->line : 0,
                            is != nullptr ? is->line : 0});
     };
@@ -152,7 +152,7 @@ void CompareGroups(const Group& before, const Group& after, std::vector<Change>&
     for (std::size_t i = 0; i < before.items.size(); ++i) {
         if (pairs.after[i] == kNone) {
             const Item& gone = before.items[i];
-            changes.push_back({What::removed, before.noun, gone.name, "", gone.summary, "", gone.line, 0});
+            changes.push_back({What::Removed, before.noun, gone.name, "", gone.summary, "", gone.line, 0});
         }
     }
     const std::vector<bool> moved =
@@ -160,15 +160,15 @@ void CompareGroups(const Group& before, const Group& after, std::vector<Change>&
     for (std::size_t i = 0; i < after.items.size(); ++i) {
         const Item& is = after.items[i];
         if (pairs.before[i] == kNone) {
-            changes.push_back({What::added, after.noun, is.name, "", "", is.summary, 0, is.line});
+            changes.push_back({What::Added, after.noun, is.name, "", "", is.summary, 0, is.line});
             continue;
         }
         const Item& was = before.items[pairs.before[i]];
         if (!NameEqual{after.isExact}(was.name, is.name)) {
-            changes.push_back({What::renamed, after.noun, is.name, "", was.name, is.name, was.line, is.line});
+            changes.push_back({What::Renamed, after.noun, is.name, "", was.name, is.name, was.line, is.line});
         }
         if (moved[i]) {
-            changes.push_back({What::moved, after.noun, is.name, "", std::to_string(pairs.before[i] + 1),
+            changes.push_back({What::Moved, after.noun, is.name, "", std::to_string(pairs.before[i] + 1),
                                std::to_string(i + 1), was.line, is.line});
         }
         CompareFields({after.noun, is.name}, was.fields, is.fields, changes);

@@ -8,7 +8,7 @@
 
 namespace diff {
 
-enum class What { added, removed, renamed, moved, changed };
+enum class What { Added, Removed, Renamed, Moved, Changed };
 
 /// One thing that is not as it was.
 struct Change {

@@ -17,18 +17,18 @@ namespace {
 
 /// How the text of a point's element is read.
 enum class Form {
-    text,
-    number,
-    type,
-    value,
+    Text,
+    Number,
+    Type,
+    Value,
     /// The element counts, whatever it holds.
-    presence,
+    Presence,
     /// "1" is yes, anything else no.
-    one,
+    One,
     /// The same, and yes without the element.
-    oneOrAbsent,
-    list,
-    reference
+    OneOrAbsent,
+    List,
+    Reference
 };
 
 struct Word {
@@ -37,26 +37,26 @@ struct Word {
     Form form;
 };
 
-constexpr std::array<Word, 7> kInput = {{{"SNVTTYPE", "type", Form::type},
-                                         {"LOGICALADDRESS", "address", Form::number},
-                                         {"ISPERMANENT", "permanent", Form::one},
-                                         {"VISIBLE", "visible", Form::presence},
-                                         {"MANDATORY", "mandatory mark", Form::presence},
-                                         {"SNVTCOMPATIBILITYLIST", "accepted types", Form::list},
-                                         {"PROTOCOLREFERENCE", "reference", Form::reference}}};
-constexpr std::array<Word, 7> kOutput = {{{"SNVTTYPE", "type", Form::type},
-                                          {"LOGICALADDRESS", "address", Form::number},
-                                          {"VISIBLE", "visible", Form::presence},
-                                          {"ISMAPASOO", "mapped as object output", Form::number},
-                                          {"OBJOFFSET", "object offset", Form::number},
-                                          {"ABSOLUTEOBJECTINDEX", "absolute object index", Form::number},
-                                          {"ISWRITABLE", "writable", Form::number}}};
-constexpr std::array<Word, 6> kAttribute = {{{"SNVTTYPE", "type", Form::type},
-                                             {"LOGICALADDRESS", "address", Form::number},
-                                             {"ISPERMANENT", "permanent", Form::oneOrAbsent},
-                                             {"VISIBLE", "visible", Form::presence},
-                                             {"VALUE", "value", Form::value},
-                                             {"DESCRIPTION", "description", Form::text}}};
+constexpr std::array<Word, 7> kInput = {{{"SNVTTYPE", "type", Form::Type},
+                                         {"LOGICALADDRESS", "address", Form::Number},
+                                         {"ISPERMANENT", "permanent", Form::One},
+                                         {"VISIBLE", "visible", Form::Presence},
+                                         {"MANDATORY", "mandatory mark", Form::Presence},
+                                         {"SNVTCOMPATIBILITYLIST", "accepted types", Form::List},
+                                         {"PROTOCOLREFERENCE", "reference", Form::Reference}}};
+constexpr std::array<Word, 7> kOutput = {{{"SNVTTYPE", "type", Form::Type},
+                                          {"LOGICALADDRESS", "address", Form::Number},
+                                          {"VISIBLE", "visible", Form::Presence},
+                                          {"ISMAPASOO", "mapped as object output", Form::Number},
+                                          {"OBJOFFSET", "object offset", Form::Number},
+                                          {"ABSOLUTEOBJECTINDEX", "absolute object index", Form::Number},
+                                          {"ISWRITABLE", "writable", Form::Number}}};
+constexpr std::array<Word, 6> kAttribute = {{{"SNVTTYPE", "type", Form::Type},
+                                             {"LOGICALADDRESS", "address", Form::Number},
+                                             {"ISPERMANENT", "permanent", Form::OneOrAbsent},
+                                             {"VISIBLE", "visible", Form::Presence},
+                                             {"VALUE", "value", Form::Value},
+                                             {"DESCRIPTION", "description", Form::Text}}};
 
 struct Section {
     std::string_view element;
@@ -135,32 +135,32 @@ class PointReader {
         const std::string text = isThere ? document_.TextOf(element) : "";
         Field field{word.name, text, text, isThere ? document_.LineOf(element) : line};
         switch (word.form) {
-        case Form::text:
+        case Form::Text:
             break;
-        case Form::number:
+        case Form::Number:
             field.meaning = MeaningOfNumber(text);
             break;
-        case Form::type:
+        case Form::Type:
             field.shown = ShownType(text, document_.Types());
             break;
-        case Form::value:
+        case Form::Value:
             field.meaning = MeaningOfValue(text, type, document_.Types());
             field.shown = ShownValue(text, type, document_.Types());
             break;
-        case Form::presence:
+        case Form::Presence:
             field.meaning = field.shown = YesNo(isThere);
             break;
-        case Form::one:
+        case Form::One:
             field.meaning = field.shown = YesNo(text == "1");
             break;
-        case Form::oneOrAbsent:
+        case Form::OneOrAbsent:
             field.meaning = field.shown = YesNo(!isThere || text == "1");
             break;
-        case Form::list:
+        case Form::List:
             field.shown.clear();
             field.meaning = MeaningOfList(text, document_.Types(), field.shown);
             break;
-        case Form::reference:
+        case Form::Reference:
             field.meaning = LeadsNowhere(text) ? "" : check::Upper(text);
             break;
         }

@@ -23,14 +23,14 @@ struct Look {
 
 Look LookOf(What what) {
     switch (what) {
-    case What::added:
+    case What::Added:
         return {'+', kGreen};
-    case What::removed:
+    case What::Removed:
         return {'-', kRed};
-    case What::renamed:
-    case What::moved:
+    case What::Renamed:
+    case What::Moved:
         return {'>', kCyan};
-    case What::changed:
+    case What::Changed:
         break;
     }
     return {'~', kYellow};
@@ -44,15 +44,15 @@ std::string Shown(const std::string& text) {
 std::string Sentence(const Change& change) {
     const std::string name = check::Clean(change.name);
     switch (change.what) {
-    case What::added:
+    case What::Added:
         return name + (change.after.empty() ? "" : "  (" + check::Clean(change.after) + ")");
-    case What::removed:
+    case What::Removed:
         return name + (change.before.empty() ? "" : "  (" + check::Clean(change.before) + ")");
-    case What::renamed:
+    case What::Renamed:
         return name + ": was named " + Shown(change.before);
-    case What::moved:
+    case What::Moved:
         return name + ": moved from place " + change.before + " to " + change.after;
-    case What::changed:
+    case What::Changed:
         break;
     }
     return (change.name.empty() ? "" : name + ", ") + check::Clean(change.field) + ": " +
@@ -80,15 +80,15 @@ std::string TitleOf(const std::string& noun, const Model& model) {
 
 std::string_view WordOf(What what) {
     switch (what) {
-    case What::added:
+    case What::Added:
         return "added";
-    case What::removed:
+    case What::Removed:
         return "removed";
-    case What::renamed:
+    case What::Renamed:
         return "renamed";
-    case What::moved:
+    case What::Moved:
         return "moved";
-    case What::changed:
+    case What::Changed:
         break;
     }
     return "changed";
@@ -114,7 +114,7 @@ std::string Text(const std::vector<Change>& changes, const Model& model, bool is
     }
     text += "\n" + std::to_string(changes.size()) + (changes.size() == 1 ? " change:" : " changes:");
     std::string separator = " ";
-    for (const What what : {What::added, What::removed, What::renamed, What::moved, What::changed}) {
+    for (const What what : {What::Added, What::Removed, What::Renamed, What::Moved, What::Changed}) {
         const auto count = std::count_if(changes.begin(), changes.end(),
                                          [what](const Change& change) { return change.what == what; });
         if (count > 0) {

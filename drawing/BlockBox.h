@@ -16,7 +16,7 @@ class BlockBox {
     /// Side by side, an input and an output share a row, and what they are wired to
     /// stands outside. Below each other, each point has a row of its own, which lines
     /// can reach from either side; what it is wired to stands in the row.
-    enum class Rows { sideBySide, belowEachOther };
+    enum class Rows { SideBySide, BelowEachOther };
 
     /// The block must outlive this.
     BlockBox(const Block& block, std::size_t number, Rows rows, const Measure& measure);
@@ -40,7 +40,7 @@ class BlockBox {
     void Paint(Drawing& drawing) const;
 
   private:
-    static std::size_t IndexOf(Side side) noexcept { return side == Side::input ? 0 : 1; }
+    static std::size_t IndexOf(Side side) noexcept { return side == Side::Input ? 0 : 1; }
     const std::vector<Pin>& PinsOf(Side side) const noexcept;
     double NameWidth(Side side) const;
     double TagWidth(const Pin& pin, Side side) const;

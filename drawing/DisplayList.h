@@ -12,24 +12,24 @@ namespace drawing {
 
 /// What a thing on the sheet is. A painter has a colour for each (see Palette.h).
 enum class Paint {
-    body,
-    head,
-    outline,
-    title,
-    subtitle,
-    name,
-    hiddenName,
-    note,
-    address,
-    openLead,
-    wiredLead,
-    hiddenLead,
-    openPin,
-    wiredPin,
-    tag,
-    tagText,
-    mirror,
-    mirrorPort
+    Body,
+    Head,
+    Outline,
+    Title,
+    Subtitle,
+    Name,
+    HiddenName,
+    Note,
+    Address,
+    OpenLead,
+    WiredLead,
+    HiddenLead,
+    OpenPin,
+    WiredPin,
+    Tag,
+    TagText,
+    Mirror,
+    MirrorPort
 };
 
 struct Point {
@@ -60,14 +60,14 @@ struct Polygon {
     std::vector<Point> points;
 };
 
-enum class Anchor { start, middle, end };
+enum class Anchor { Start, Middle, End };
 
 /// The point lies on the base line of the letters.
 struct Text {
     Point at;
     std::string text;
     Font font;
-    Anchor anchor = Anchor::start;
+    Anchor anchor = Anchor::Start;
 };
 
 /// The module's icon.

@@ -45,7 +45,7 @@ double WidthOf(const std::vector<std::size_t>& order, const std::vector<BlockBox
     double width = 0;
     for (const std::size_t channel : order) {
         const BlockBox& box = channels[channel];
-        width = std::max(width, box.Margin(Side::input) + box.Width() + box.Margin(Side::output));
+        width = std::max(width, box.Margin(Side::Input) + box.Width() + box.Margin(Side::Output));
     }
     return width;
 }
@@ -55,26 +55,26 @@ double WidthOf(const std::vector<std::size_t>& order, const std::vector<BlockBox
 Drawing Draw(const Sheet& sheet, const Measure& measure, Format format) {
     const std::vector<Place> places = PlacesOf(sheet);
     const Mirrors mirrors(sheet, places);
-    const bool isNarrow = format == Format::narrow && sheet.channels.empty();
-    BlockBox module(sheet.module, 0, isNarrow ? BlockBox::Rows::belowEachOther : BlockBox::Rows::sideBySide,
+    const bool isNarrow = format == Format::Narrow && sheet.channels.empty();
+    BlockBox module(sheet.module, 0, isNarrow ? BlockBox::Rows::BelowEachOther : BlockBox::Rows::SideBySide,
                     measure);
     std::vector<BlockBox> channels;
     channels.reserve(sheet.channels.size());
     for (std::size_t i = 0; i < sheet.channels.size(); ++i) {
-        channels.emplace_back(sheet.channels[i], i + 1, BlockBox::Rows::belowEachOther, measure);
+        channels.emplace_back(sheet.channels[i], i + 1, BlockBox::Rows::BelowEachOther, measure);
     }
 
-    const std::vector<std::size_t> left = Ordered(sheet, places, Place::left);
-    const std::vector<std::size_t> right = Ordered(sheet, places, Place::right);
+    const std::vector<std::size_t> left = Ordered(sheet, places, Place::Left);
+    const std::vector<std::size_t> right = Ordered(sheet, places, Place::Right);
     const double leftWidth = WidthOf(left, channels);
     const auto stack = [&](const std::vector<std::size_t>& order, double x, double width) {
         double y = kBorder;
         for (const std::size_t channel : order) {
             BlockBox& box = channels[channel];
             // Towards the module, where its lines come from.
-            const double inset = places[channel] == Place::left
-                                     ? width - box.Margin(Side::output) - box.Width()
-                                     : box.Margin(Side::input);
+            const double inset = places[channel] == Place::Left
+                                     ? width - box.Margin(Side::Output) - box.Width()
+                                     : box.Margin(Side::Input);
             box.MoveTo({x + inset, y});
             if (mirrors.Collides(module, box, channel + 1)) {
                 y += kOutOfTheWay;
@@ -83,10 +83,10 @@ Drawing Draw(const Sheet& sheet, const Measure& measure, Format format) {
             y += box.Height() + kBetweenChannels;
         }
     };
-    const double x = kBorder + leftWidth + mirrors.Gutter(Place::left) + module.Margin(Side::input);
+    const double x = kBorder + leftWidth + mirrors.Gutter(Place::Left) + module.Margin(Side::Input);
     module.MoveTo({x, kBorder});
     stack(left, kBorder, leftWidth);
-    const double behind = module.Right() + module.Margin(Side::output) + mirrors.Gutter(Place::right);
+    const double behind = module.Right() + module.Margin(Side::Output) + mirrors.Gutter(Place::Right);
     const double rightWidth = WidthOf(right, channels);
     stack(right, behind, rightWidth);
 
@@ -111,7 +111,7 @@ const Pin* Find(const Sheet& sheet, const PinId& id) noexcept {
         return nullptr;
     }
     const Block& block = id.block == 0 ? sheet.module : sheet.channels[id.block - 1];
-    const std::vector<Pin>& pins = id.side == Side::input ? block.inputs : block.outputs;
+    const std::vector<Pin>& pins = id.side == Side::Input ? block.inputs : block.outputs;
     return id.index < pins.size() ? &pins[id.index] : nullptr;
 }
 

@@ -11,7 +11,7 @@ constexpr double kTrack = 9;
 constexpr double kPort = 4;
 
 Side SideOf(Place place) noexcept {
-    return place == Place::left ? Side::input : Side::output;
+    return place == Place::Left ? Side::Input : Side::Output;
 }
 
 /// The part of a gutter between the blocks and the first track.
@@ -28,12 +28,12 @@ std::vector<Place> PlacesOf(const Sheet& sheet) {
     std::vector<std::ptrdiff_t> inputs(sheet.channels.size(), 0);
     for (const Mirror& mirror : sheet.mirrors) {
         if (IsDrawn(sheet, mirror)) {
-            inputs[mirror.channel.block - 1] += mirror.module.side == Side::input ? 1 : -1;
+            inputs[mirror.channel.block - 1] += mirror.module.side == Side::Input ? 1 : -1;
         }
     }
     std::vector<Place> places;
     for (const std::ptrdiff_t more : inputs) {
-        places.push_back(more > 0 ? Place::left : Place::right);
+        places.push_back(more > 0 ? Place::Left : Place::Right);
     }
     return places;
 }
@@ -54,14 +54,14 @@ std::size_t Mirrors::Count(Place place, bool isAround) const noexcept {
 }
 
 double Mirrors::Gutter(Place place) const noexcept {
-    const Place other = place == Place::left ? Place::right : Place::left;
+    const Place other = place == Place::Left ? Place::Right : Place::Left;
     // A line that goes around takes a track on each side.
     const std::size_t tracks = Count(place, false) + Count(place, true) + Count(other, true);
     return tracks == 0 ? 0 : 2 * kMargin + kTrack * static_cast<double>(tracks - 1);
 }
 
 double Mirrors::Below() const noexcept {
-    const std::size_t tracks = Count(Place::left, true) + Count(Place::right, true);
+    const std::size_t tracks = Count(Place::Left, true) + Count(Place::Right, true);
     return tracks == 0 ? 0 : kMargin + kTrack * static_cast<double>(tracks);
 }
 
@@ -84,19 +84,19 @@ Mirrors::Ends Mirrors::EndsOf(const Route& route, const BlockBox& module,
     const PinId& far = route.mirror.channel;
     // The edge of the channel that faces the module. A pin that leaves the channel
     // there has a lead; another one is met at the edge.
-    const Side facing = route.place == Place::left ? Side::output : Side::input;
-    const double edge = facing == Side::output ? channel.Right() : channel.Left();
-    const double lead = far.side != facing ? 0 : channel.Lead(facing) * (facing == Side::output ? 1 : -1);
-    const double start = own.side == Side::input ? module.Left() - module.Lead(Side::input)
-                                                 : module.Right() + module.Lead(Side::output);
+    const Side facing = route.place == Place::Left ? Side::Output : Side::Input;
+    const double edge = facing == Side::Output ? channel.Right() : channel.Left();
+    const double lead = far.side != facing ? 0 : channel.Lead(facing) * (facing == Side::Output ? 1 : -1);
+    const double start = own.side == Side::Input ? module.Left() - module.Lead(Side::Input)
+                                                 : module.Right() + module.Lead(Side::Output);
     return {{start, module.HeightOf(own.side, own.index)},
             {edge + lead, channel.HeightOf(far.side, far.index)}};
 }
 
 void Mirrors::PaintLines(Drawing& drawing, const BlockBox& module,
                          const std::vector<BlockBox>& channels) const {
-    PaintDirect(drawing, Place::left, module, channels);
-    PaintDirect(drawing, Place::right, module, channels);
+    PaintDirect(drawing, Place::Left, module, channels);
+    PaintDirect(drawing, Place::Right, module, channels);
     PaintAround(drawing, module, channels);
 }
 
@@ -104,7 +104,7 @@ void Mirrors::PaintPorts(Drawing& drawing, const BlockBox& module,
                          const std::vector<BlockBox>& channels) const {
     for (const Route& route : routes_) {
         const Point end = EndsOf(route, module, channels[route.mirror.channel.block - 1]).channel;
-        drawing.items.push_back({Paint::mirrorPort,
+        drawing.items.push_back({Paint::MirrorPort,
                                  Polygon{{{end.x - kPort, end.y},
                                           {end.x, end.y - kPort},
                                           {end.x + kPort, end.y},
@@ -135,14 +135,14 @@ void Mirrors::PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
     std::stable_sort(rising.begin(), rising.end(), byHeight);
     std::stable_sort(falling.begin(), falling.end(), byHeight);
     std::reverse(falling.begin(), falling.end());
-    const double out = place == Place::left ? -1 : 1;
-    const double edge = place == Place::left ? module.Left() : module.Right();
+    const double out = place == Place::Left ? -1 : 1;
+    const double edge = place == Place::Left ? module.Left() : module.Right();
     double track = edge + out * (module.Margin(SideOf(place)) + kMargin);
     for (const auto* const lines : {&rising, &falling}) {
         for (const Wanted& line : *lines) {
             const auto& [from, to] = line.ends;
             drawing.items.push_back(
-                {Paint::mirror, Line{{from, {track, from.y}, {track, to.y}, to}}, line.route->mirror.module});
+                {Paint::Mirror, Line{{from, {track, from.y}, {track, to.y}, to}}, line.route->mirror.module});
             track += out * kTrack;
         }
     }
@@ -151,19 +151,19 @@ void Mirrors::PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
 void Mirrors::PaintAround(Drawing& drawing, const BlockBox& module,
                           const std::vector<BlockBox>& channels) const {
     // Behind the tracks of the direct lines, on both sides.
-    double left = module.Left() - module.Margin(Side::input) - kMargin -
-                  kTrack * static_cast<double>(Count(Place::left, false));
-    double right = module.Right() + module.Margin(Side::output) + kMargin +
-                   kTrack * static_cast<double>(Count(Place::right, false));
+    double left = module.Left() - module.Margin(Side::Input) - kMargin -
+                  kTrack * static_cast<double>(Count(Place::Left, false));
+    double right = module.Right() + module.Margin(Side::Output) + kMargin +
+                   kTrack * static_cast<double>(Count(Place::Right, false));
     double level = module.Bottom() + kMargin;
     for (const Route& route : routes_) {
         if (!route.isAround) {
             continue;
         }
         const auto [from, to] = EndsOf(route, module, channels[route.mirror.channel.block - 1]);
-        const double near = route.place == Place::left ? right : left;
-        const double far = route.place == Place::left ? left : right;
-        drawing.items.push_back({Paint::mirror,
+        const double near = route.place == Place::Left ? right : left;
+        const double far = route.place == Place::Left ? left : right;
+        drawing.items.push_back({Paint::Mirror,
                                  Line{{from, {near, from.y}, {near, level}, {far, level}, {far, to.y}, to}},
                                  route.mirror.module});
         left -= kTrack;

@@ -10,7 +10,7 @@
 namespace drawing {
 
 /// Where a channel stands: left of the module or right of it.
-enum class Place { left, right };
+enum class Place { Left, Right };
 
 /// Where each channel stands: on the side on which most of its items are. The
 /// right one, when there is no difference.
@@ -38,9 +38,9 @@ class Mirrors {
     struct Route {
         Mirror mirror;
         /// The side of the channel.
-        Place place;
+        Place place = Place::Left;
         /// Whether the module's item is on the other side, so that the line goes around.
-        bool isAround;
+        bool isAround = false;
     };
     struct Ends {
         Point module;

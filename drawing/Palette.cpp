@@ -55,7 +55,7 @@ constexpr Colours kDark = {.background = 0x10161D,
                            .mirror = 0xC792EA};
 
 constexpr const Colours& ColoursOf(Scheme scheme) noexcept {
-    return scheme == Scheme::light ? kLight : kDark;
+    return scheme == Scheme::Light ? kLight : kDark;
 }
 
 double Luminance(Colour colour) noexcept {
@@ -79,40 +79,40 @@ Look LineLook(Colour colour, double width, bool isDashed = false) noexcept {
 Look LookOf(Paint paint, Scheme scheme) noexcept {
     const Colours& colours = ColoursOf(scheme);
     switch (paint) {
-    case Paint::body:
+    case Paint::Body:
         return {.fill = colours.body};
-    case Paint::head:
+    case Paint::Head:
         return {.fill = colours.head};
-    case Paint::outline:
+    case Paint::Outline:
         return LineLook(colours.border, 1.5);
-    case Paint::title:
+    case Paint::Title:
         return TextLook(colours.title);
-    case Paint::subtitle:
+    case Paint::Subtitle:
         return TextLook(colours.subtitle);
-    case Paint::name:
+    case Paint::Name:
         return TextLook(colours.text);
-    case Paint::hiddenName:
+    case Paint::HiddenName:
         return TextLook(colours.hidden);
-    case Paint::note:
-    case Paint::address:
+    case Paint::Note:
+    case Paint::Address:
         return TextLook(colours.muted);
-    case Paint::openLead:
+    case Paint::OpenLead:
         return LineLook(colours.line, 1);
-    case Paint::wiredLead:
+    case Paint::WiredLead:
         return LineLook(colours.accent, 2);
-    case Paint::hiddenLead:
+    case Paint::HiddenLead:
         return LineLook(colours.line, 1, true);
-    case Paint::openPin:
+    case Paint::OpenPin:
         return {.fill = colours.background, .stroke = colours.line, .strokeWidth = 1.2};
-    case Paint::wiredPin:
+    case Paint::WiredPin:
         return {.fill = colours.accent, .stroke = colours.accent, .strokeWidth = 1.2};
-    case Paint::tag:
+    case Paint::Tag:
         return {.fill = colours.tag, .stroke = colours.accent};
-    case Paint::tagText:
+    case Paint::TagText:
         return TextLook(colours.tagText);
-    case Paint::mirror:
+    case Paint::Mirror:
         return LineLook(colours.mirror, 1.5, true);
-    case Paint::mirrorPort:
+    case Paint::MirrorPort:
         break;
     }
     return {.fill = colours.mirror};
@@ -125,14 +125,14 @@ Colour Background(Scheme scheme) noexcept {
 Colour GroundOf(Paint paint, Scheme scheme) noexcept {
     const Colours& colours = ColoursOf(scheme);
     switch (paint) {
-    case Paint::title:
-    case Paint::subtitle:
+    case Paint::Title:
+    case Paint::Subtitle:
         return colours.head;
-    case Paint::name:
-    case Paint::hiddenName:
-    case Paint::note:
+    case Paint::Name:
+    case Paint::HiddenName:
+    case Paint::Note:
         return colours.body;
-    case Paint::tagText:
+    case Paint::TagText:
         return colours.tag;
     default:
         return colours.background;

@@ -7,7 +7,7 @@
 
 namespace drawing {
 
-enum class Scheme { light, dark };
+enum class Scheme { Light, Dark };
 
 /// 0xRRGGBB
 using Colour = std::uint32_t;

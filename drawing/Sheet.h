@@ -9,7 +9,7 @@ namespace drawing {
 
 // What is to be drawn, in words. All texts are UTF-8.
 
-enum class Side { input, output };
+enum class Side { Input, Output };
 
 /// A point of a block.
 struct Pin {
@@ -35,7 +35,7 @@ struct Block {
 /// A pin of a sheet: block 0 is the module, block n its channel n - 1.
 struct PinId {
     std::size_t block = 0;
-    Side side = Side::input;
+    Side side = Side::Input;
     std::size_t index = 0;
     auto operator<=>(const PinId&) const = default;
 };

@@ -14,28 +14,28 @@ namespace drawing {
 
 namespace {
 
-constexpr std::pair<Paint, const char*> kPaints[] = {{Paint::body, "body"},
-                                                     {Paint::head, "head"},
-                                                     {Paint::outline, "outline"},
-                                                     {Paint::title, "title"},
-                                                     {Paint::subtitle, "subtitle"},
-                                                     {Paint::name, "name"},
-                                                     {Paint::hiddenName, "hidden-name"},
-                                                     {Paint::note, "note"},
-                                                     {Paint::address, "address"},
-                                                     {Paint::openLead, "open-lead"},
-                                                     {Paint::wiredLead, "wired-lead"},
-                                                     {Paint::hiddenLead, "hidden-lead"},
-                                                     {Paint::openPin, "open-pin"},
-                                                     {Paint::wiredPin, "wired-pin"},
-                                                     {Paint::tag, "tag"},
-                                                     {Paint::tagText, "tag-text"},
-                                                     {Paint::mirror, "mirror"},
-                                                     {Paint::mirrorPort, "mirror-port"}};
+constexpr std::pair<Paint, const char*> kPaints[] = {{Paint::Body, "body"},
+                                                     {Paint::Head, "head"},
+                                                     {Paint::Outline, "outline"},
+                                                     {Paint::Title, "title"},
+                                                     {Paint::Subtitle, "subtitle"},
+                                                     {Paint::Name, "name"},
+                                                     {Paint::HiddenName, "hidden-name"},
+                                                     {Paint::Note, "note"},
+                                                     {Paint::Address, "address"},
+                                                     {Paint::OpenLead, "open-lead"},
+                                                     {Paint::WiredLead, "wired-lead"},
+                                                     {Paint::HiddenLead, "hidden-lead"},
+                                                     {Paint::OpenPin, "open-pin"},
+                                                     {Paint::WiredPin, "wired-pin"},
+                                                     {Paint::Tag, "tag"},
+                                                     {Paint::TagText, "tag-text"},
+                                                     {Paint::Mirror, "mirror"},
+                                                     {Paint::MirrorPort, "mirror-port"}};
 
 constexpr std::pair<Font, const char*> kFonts[] = {
-    {Font::title, "f-title"}, {Font::subtitle, "f-subtitle"}, {Font::name, "f-name"},
-    {Font::note, "f-note"},   {Font::address, "f-address"},   {Font::tag, "f-tag"}};
+    {Font::Title, "f-title"}, {Font::Subtitle, "f-subtitle"}, {Font::Name, "f-name"},
+    {Font::Note, "f-note"},   {Font::Address, "f-address"},   {Font::Tag, "f-tag"}};
 
 template <class Key, std::size_t n>
 const char* NameOf(const std::pair<Key, const char*> (&names)[n], Key key) {
@@ -104,8 +104,8 @@ class ElementWriter {
         return "<polygon" + class_ + Attribute("points", Points(polygon.points)) + "/>";
     }
     std::string operator()(const Text& text) const {
-        const char* const anchor = text.anchor == Anchor::start    ? ""
-                                   : text.anchor == Anchor::middle ? " text-anchor=\"middle\""
+        const char* const anchor = text.anchor == Anchor::Start    ? ""
+                                   : text.anchor == Anchor::Middle ? " text-anchor=\"middle\""
                                                                    : " text-anchor=\"end\"";
         const std::string classes =
             class_.substr(0, class_.size() - 1) + " " + NameOf(kFonts, text.font) + "\"";
@@ -180,7 +180,7 @@ std::string Escaped(std::string_view text) {
 }
 
 std::string InWords(const Pin& pin, Side side) {
-    std::string words = (side == Side::input ? "input " : "output ") + pin.name;
+    std::string words = (side == Side::Input ? "input " : "output ") + pin.name;
     if (!pin.type.empty()) {
         words += ", type " + pin.type;
     }
@@ -202,14 +202,14 @@ std::string SvgStyle() {
                  (shape.isBold ? ";font-weight:600" : "") + "}";
     }
     for (const auto& [paint, name] : kPaints) {
-        const Look look = LookOf(paint, Scheme::light);
+        const Look look = LookOf(paint, Scheme::Light);
         if (look.stroke) {
             style += std::string(".block-drawing .") + name + "{stroke-width:" + Number(look.strokeWidth) +
                      (look.isDashed ? ";stroke-dasharray:4 3" : "") + "}";
         }
     }
-    return style + Colours(Scheme::light) + "@media screen and (prefers-color-scheme:dark){" +
-           Colours(Scheme::dark) + "}";
+    return style + Colours(Scheme::Light) + "@media screen and (prefers-color-scheme:dark){" +
+           Colours(Scheme::Dark) + "}";
 }
 
 std::string Svg(const Drawing& drawing, const Sheet& sheet, const SvgOptions& options) {

@@ -55,17 +55,17 @@ double Thousandths(char32_t character) noexcept {
 
 FontShape ShapeOf(Font font) noexcept {
     switch (font) {
-    case Font::title:
+    case Font::Title:
         return {15, true};
-    case Font::subtitle:
+    case Font::Subtitle:
         return {11, false};
-    case Font::name:
+    case Font::Name:
         return {13, false};
-    case Font::note:
+    case Font::Note:
         return {10.5, false};
-    case Font::address:
+    case Font::Address:
         return {9.5, false};
-    case Font::tag:
+    case Font::Tag:
         break;
     }
     return {11, false};

@@ -8,7 +8,7 @@
 namespace drawing {
 
 /// The kinds of lettering on a sheet.
-enum class Font { title, subtitle, name, note, address, tag };
+enum class Font { Title, Subtitle, Name, Note, Address, Tag };
 
 struct FontShape {
     /// Height of the letters in units of the sheet.

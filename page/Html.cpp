@@ -67,8 +67,8 @@ drawing::SvgOptions OptionsOf(const Page& page) {
 /// The block twice: one of the two is shown, by the width of the window.
 std::string Drawings(const Page& page) {
     std::string html;
-    for (const auto& [format, name] : {std::pair{drawing::Format::wide, "block-wide"},
-                                       std::pair{drawing::Format::narrow, "block-narrow"}}) {
+    for (const auto& [format, name] : {std::pair{drawing::Format::Wide, "block-wide"},
+                                       std::pair{drawing::Format::Narrow, "block-narrow"}}) {
         drawing::SvgOptions options = OptionsOf(page);
         options.prefix = name;
         options.isDocument = false;

@@ -40,11 +40,11 @@ struct SeverityWords {
 
 SeverityWords WordsOf(Severity severity) noexcept {
     switch (severity) {
-    case Severity::error:
+    case Severity::Error:
         return {"error", "Error"};
-    case Severity::warning:
+    case Severity::Warning:
         return {"warning", "Warning"};
-    case Severity::note:
+    case Severity::Note:
         break;
     }
     return {"note", "Note"};

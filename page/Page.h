@@ -56,7 +56,7 @@ struct Enumeration {
     std::vector<Label> labels;
 };
 
-enum class Severity { error, warning, note };
+enum class Severity { Error, Warning, Note };
 
 struct Finding {
     Severity severity;

@@ -7,8 +7,8 @@
 A folder may include what its library links, directly or through another one
 (tam_layer, target_link_libraries in its CMakeLists.txt). The build sees to it
 for what is compiled; this also sees headers that nobody includes, paths that go
-around the search path ("../"), and whether the table in docs/architecture.md is
-the one of today."""
+around the search path ("../"), whether the table in docs/architecture.md is the
+one of today, and whether clang-tidy looks at the headers of every folder."""
 import pathlib
 import re
 import sys
@@ -35,6 +35,7 @@ MAY_SEE = {
     "bench": ["core", "com", "batch", "drawing", "page", "check", "diff"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
+LOOKED_AT = re.compile(r"^HeaderFilterRegex: '\(([^)]*)\)/", re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"
 
 
@@ -75,6 +76,9 @@ def main():
     drawn = text.partition(BEGIN)[2].partition(END)[0].strip()
     if drawn != draw(arrows):
         findings.append("docs/architecture.md: the table of layers is not today's (--draw prints it)")
+    looked_at = LOOKED_AT.search((ROOT / ".clang-tidy").read_text(encoding="utf-8"))
+    if looked_at is None or looked_at[1] != "|".join(MAY_SEE):
+        findings.append(f".clang-tidy: HeaderFilterRegex is to begin with ({'|'.join(MAY_SEE)})/")
     for finding in findings:
         print(finding)
     return 1 if findings else 0

@@ -23,6 +23,7 @@ class CheckLayersTest(unittest.TestCase):
         self.addCleanup(folder.cleanup)
         self.root = pathlib.Path(folder.name)
         self.write("docs/architecture.md", TABLE)
+        self.write(".clang-tidy", f"HeaderFilterRegex: '({'|'.join(check_layers.MAY_SEE)})/[^/]*'\n")
         self.write("com/Dll.cpp", '#include "com/Dll.h"\n#include "core/Case.h"\n#include <windows.h>\n')
 
     def write(self, name, text):
@@ -55,6 +56,12 @@ class CheckLayersTest(unittest.TestCase):
         self.write("types/CSNVTType.h", '#include "common/ErrorReport.h"\n')
         self.assertEqual(self.run_check(),
                          (1, "docs/architecture.md: the table of layers is not today's (--draw prints it)\n"))
+
+    def test_finds_headers_that_clang_tidy_does_not_look_at(self):
+        self.write(".clang-tidy", "HeaderFilterRegex: '(com|core)/[^/]*'\n")
+        status, printed = self.run_check()
+        self.assertEqual(status, 1)
+        self.assertIn(".clang-tidy: HeaderFilterRegex is to begin with (core|drawing|", printed)
 
     def test_draws_the_table(self):
         status, printed = self.run_check("--draw")

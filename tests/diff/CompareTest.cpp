@@ -65,7 +65,7 @@ TEST(CompareTest, FindsTheFewestMovesOfAnyOrder) {
         }
         const auto changes = Compare(ModelWith(Names(order.size())), ModelWith(shuffled));
         EXPECT_EQ(LeastMoves(order), changes.size());
-        EXPECT_EQ(changes.size(), CountOf(changes, What::moved));
+        EXPECT_EQ(changes.size(), CountOf(changes, What::Moved));
     }
 }
 
@@ -73,7 +73,7 @@ TEST(CompareTest, PairsItemsOfOneNameInTheirOrder) {
     EXPECT_TRUE(Compare(ModelWith({"A", "A", "a"}), ModelWith({"A", "a", "A"})).empty());
     const auto changes = Compare(ModelWith({"A", "A"}), ModelWith({"A"}));
     ASSERT_EQ(1U, changes.size());
-    EXPECT_EQ(What::removed, changes[0].what);
+    EXPECT_EQ(What::Removed, changes[0].what);
 }
 
 TEST(CompareTest, TellsLetterCaseOnlyWhereItMeansSomething) {
@@ -90,9 +90,9 @@ TEST(CompareTest, ComparesAHundredThousandItems) {
     std::reverse(names.begin(), names.end());
     names.back() = "new";
     const auto changes = Compare(before, ModelWith(names));
-    EXPECT_EQ(1U, CountOf(changes, What::removed));
-    EXPECT_EQ(1U, CountOf(changes, What::added));
-    EXPECT_EQ(99998U, CountOf(changes, What::moved));
+    EXPECT_EQ(1U, CountOf(changes, What::Removed));
+    EXPECT_EQ(1U, CountOf(changes, What::Added));
+    EXPECT_EQ(99998U, CountOf(changes, What::Moved));
 }
 
 } // namespace

@@ -62,14 +62,14 @@ Sheet LargeSheet() {
         sheet.module.outputs.push_back(WiredPin(key + "_Out", "AO1_In1, AO2_In1"));
         sheet.channels.push_back(
             {.name = key, .inputs = {OpenPin("In1"), OpenPin("In2")}, .outputs = {OpenPin("Out")}});
-        sheet.mirrors.push_back({{0, Side::input, 2 * i - 2}, {i, Side::input, 0}});
-        sheet.mirrors.push_back({{0, Side::input, 2 * i - 1}, {i, Side::input, 1}});
-        sheet.mirrors.push_back({{0, Side::output, i - 1}, {i, Side::output, 0}});
+        sheet.mirrors.push_back({{0, Side::Input, 2 * i - 2}, {i, Side::Input, 0}});
+        sheet.mirrors.push_back({{0, Side::Input, 2 * i - 1}, {i, Side::Input, 1}});
+        sheet.mirrors.push_back({{0, Side::Output, i - 1}, {i, Side::Output, 0}});
     }
     for (std::size_t i = 1; i <= 8; ++i) {
         sheet.module.outputs.push_back(OpenPin("AI" + std::to_string(i) + "_Out"));
         sheet.channels.push_back({.name = "AI" + std::to_string(i), .outputs = {OpenPin("Out")}});
-        sheet.mirrors.push_back({{0, Side::output, 7 + i}, {8 + i, Side::output, 0}});
+        sheet.mirrors.push_back({{0, Side::Output, 7 + i}, {8 + i, Side::Output, 0}});
     }
     return sheet;
 }
@@ -78,8 +78,8 @@ class ChannelsTest : public testing::TestWithParam<Sheet (*)()> {
   protected:
     Sheet sheet_ = GetParam()();
     Drawing drawing_ = Draw(sheet_, EvenWidth);
-    std::vector<Rectangle> bodies_ = ShapesOf<Rectangle>(drawing_, Paint::body);
-    std::vector<Line> lines_ = ShapesOf<Line>(drawing_, Paint::mirror);
+    std::vector<Rectangle> bodies_ = ShapesOf<Rectangle>(drawing_, Paint::Body);
+    std::vector<Line> lines_ = ShapesOf<Line>(drawing_, Paint::Mirror);
 };
 
 TEST_P(ChannelsTest, DrawsEachChannelApartFromTheOthers) {
@@ -111,7 +111,7 @@ TEST_P(ChannelsTest, JoinsTheItemsByLinesThatMeetBothPins) {
         };
         EXPECT_EQ(1, std::count_if(lines_.begin(), lines_.end(), joins)) << from << " to " << to;
     }
-    EXPECT_EQ(sheet_.mirrors.size(), ShapesOf<Polygon>(drawing_, Paint::mirrorPort).size());
+    EXPECT_EQ(sheet_.mirrors.size(), ShapesOf<Polygon>(drawing_, Paint::MirrorPort).size());
 }
 
 TEST_P(ChannelsTest, LeadsLinesAroundTheBlocks) {
@@ -158,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(Sheets, ChannelsTest, testing::Values(SheetWithChannels
 
 TEST(ChannelsPlacesTest, PutsAChannelWhereMostOfItsItemsAre) {
     const Drawing drawing = Draw(SheetWithChannels(), EvenWidth);
-    const auto bodies = ShapesOf<Rectangle>(drawing, Paint::body);
+    const auto bodies = ShapesOf<Rectangle>(drawing, Paint::Body);
     ASSERT_EQ(4U, bodies.size());
     EXPECT_GT(bodies[1].x, bodies[0].x); // AI1: an output
     EXPECT_LT(bodies[2].x, bodies[0].x); // AO1: two inputs and an output
@@ -167,13 +167,13 @@ TEST(ChannelsPlacesTest, PutsAChannelWhereMostOfItsItemsAre) {
 
 TEST(ChannelsPlacesTest, PassesOverMirrorsOfWhatIsNotThere) {
     Sheet sheet = SheetWithChannels();
-    sheet.mirrors = {{{0, Side::input, 9}, {1, Side::output, 0}},
-                     {{0, Side::input, 0}, {9, Side::input, 0}},
-                     {{1, Side::output, 0}, {1, Side::output, 0}},
-                     {{0, Side::input, 0}, {0, Side::input, 0}}};
+    sheet.mirrors = {{{0, Side::Input, 9}, {1, Side::Output, 0}},
+                     {{0, Side::Input, 0}, {9, Side::Input, 0}},
+                     {{1, Side::Output, 0}, {1, Side::Output, 0}},
+                     {{0, Side::Input, 0}, {0, Side::Input, 0}}};
     const Drawing drawing = Draw(sheet, EvenWidth);
-    EXPECT_TRUE(ShapesOf<Line>(drawing, Paint::mirror).empty());
-    EXPECT_EQ(4U, ShapesOf<Rectangle>(drawing, Paint::body).size());
+    EXPECT_TRUE(ShapesOf<Line>(drawing, Paint::Mirror).empty());
+    EXPECT_EQ(4U, ShapesOf<Rectangle>(drawing, Paint::Body).size());
 }
 
 } // namespace

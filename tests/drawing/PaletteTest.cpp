@@ -8,10 +8,10 @@ using namespace drawing;
 
 namespace {
 
-constexpr Paint kTexts[] = {Paint::title, Paint::subtitle, Paint::name,   Paint::hiddenName,
-                            Paint::note,  Paint::address,  Paint::tagText};
-constexpr Paint kLines[] = {Paint::outline,    Paint::openLead, Paint::wiredLead,
-                            Paint::hiddenLead, Paint::openPin,  Paint::mirror};
+constexpr Paint kTexts[] = {Paint::Title, Paint::Subtitle, Paint::Name,   Paint::HiddenName,
+                            Paint::Note,  Paint::Address,  Paint::TagText};
+constexpr Paint kLines[] = {Paint::Outline,    Paint::OpenLead, Paint::WiredLead,
+                            Paint::HiddenLead, Paint::OpenPin,  Paint::Mirror};
 
 class PaletteTest : public testing::TestWithParam<Scheme> {};
 
@@ -33,15 +33,15 @@ TEST_P(PaletteTest, MakesLinesVisible) {
 }
 
 TEST_P(PaletteTest, TellsWiredPinsApartWithoutColour) {
-    EXPECT_NE(LookOf(Paint::wiredLead, GetParam()).strokeWidth,
-              LookOf(Paint::openLead, GetParam()).strokeWidth);
-    EXPECT_EQ(Background(GetParam()), LookOf(Paint::openPin, GetParam()).fill);
-    EXPECT_EQ(LookOf(Paint::wiredPin, GetParam()).stroke, LookOf(Paint::wiredPin, GetParam()).fill);
-    EXPECT_TRUE(LookOf(Paint::hiddenLead, GetParam()).isDashed);
-    EXPECT_FALSE(LookOf(Paint::openLead, GetParam()).isDashed);
+    EXPECT_NE(LookOf(Paint::WiredLead, GetParam()).strokeWidth,
+              LookOf(Paint::OpenLead, GetParam()).strokeWidth);
+    EXPECT_EQ(Background(GetParam()), LookOf(Paint::OpenPin, GetParam()).fill);
+    EXPECT_EQ(LookOf(Paint::WiredPin, GetParam()).stroke, LookOf(Paint::WiredPin, GetParam()).fill);
+    EXPECT_TRUE(LookOf(Paint::HiddenLead, GetParam()).isDashed);
+    EXPECT_FALSE(LookOf(Paint::OpenLead, GetParam()).isDashed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest, testing::Values(Scheme::light, Scheme::dark));
+INSTANTIATE_TEST_SUITE_P(Schemes, PaletteTest, testing::Values(Scheme::Light, Scheme::Dark));
 
 TEST(PaletteContrastTest, GoesFromOneToTwentyOne) {
     EXPECT_DOUBLE_EQ(21, Contrast(0x000000, 0xFFFFFF));

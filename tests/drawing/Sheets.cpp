@@ -39,9 +39,9 @@ Sheet SheetWithChannels() {
         {.name = "AO1", .inputs = {OpenPin("In1"), OpenPin("In2")}, .outputs = {OpenPin("Out")}},
         {.name = "DO1", .inputs = {OpenPin("In1")}, .outputs = {OpenPin("Out")}}};
     sheet.mirrors = {
-        {{0, Side::output, 0}, {1, Side::output, 0}}, {{0, Side::input, 0}, {2, Side::input, 0}},
-        {{0, Side::input, 1}, {2, Side::input, 1}},   {{0, Side::output, 1}, {2, Side::output, 0}},
-        {{0, Side::input, 2}, {3, Side::input, 0}},   {{0, Side::output, 2}, {3, Side::output, 0}}};
+        {{0, Side::Output, 0}, {1, Side::Output, 0}}, {{0, Side::Input, 0}, {2, Side::Input, 0}},
+        {{0, Side::Input, 1}, {2, Side::Input, 1}},   {{0, Side::Output, 1}, {2, Side::Output, 0}},
+        {{0, Side::Input, 2}, {3, Side::Input, 0}},   {{0, Side::Output, 2}, {3, Side::Output, 0}}};
     return sheet;
 }
 

@@ -42,9 +42,9 @@ TEST(SvgEscapedTest, ReplacesWhatNoDocumentMayHold) {
 
 TEST(SvgInWordsTest, TellsWhatIsKnownOfAPin) {
     EXPECT_EQ("input DO1_In1, type 95 switch, address 2, wired to DI1_Out",
-              InWords(WiredPin("DO1_In1", "DI1_Out"), Side::input));
-    EXPECT_EQ("output A, wired", InWords({.name = "A", .isWired = true}, Side::output));
-    EXPECT_EQ("output A, hidden", InWords({.name = "A", .isHidden = true}, Side::output));
+              InWords(WiredPin("DO1_In1", "DI1_Out"), Side::Input));
+    EXPECT_EQ("output A, wired", InWords({.name = "A", .isWired = true}, Side::Output));
+    EXPECT_EQ("output A, hidden", InWords({.name = "A", .isHidden = true}, Side::Output));
 }
 
 TEST(SvgTest, NamesThePictureForThoseWhoDoNotSeeIt) {

@@ -44,30 +44,30 @@ TEST(TextWidthNextCharacterTest, TakesABrokenByteForOneReplacement) {
 }
 
 TEST(TextWidthShortenedTest, LeavesWhatFits) {
-    EXPECT_EQ("AI1_Out", Shortened("AI1_Out", Font::tag, 7 * 5.5, EvenWidth));
-    EXPECT_EQ("", Shortened("", Font::tag, 0, EvenWidth));
+    EXPECT_EQ("AI1_Out", Shortened("AI1_Out", Font::Tag, 7 * 5.5, EvenWidth));
+    EXPECT_EQ("", Shortened("", Font::Tag, 0, EvenWidth));
 }
 
 TEST(TextWidthShortenedTest, KeepsTheLongestBeginningThatFits) {
     // The ellipsis is three bytes long, so three letters wide here.
-    EXPECT_EQ("AI1\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5, EvenWidth));
-    EXPECT_EQ("AI\u2026", Shortened("AI1_Out", Font::tag, 6 * 5.5 - 0.1, EvenWidth));
-    EXPECT_EQ("\u2026", Shortened("AI1_Out", Font::tag, 1, EvenWidth));
+    EXPECT_EQ("AI1\u2026", Shortened("AI1_Out", Font::Tag, 6 * 5.5, EvenWidth));
+    EXPECT_EQ("AI\u2026", Shortened("AI1_Out", Font::Tag, 6 * 5.5 - 0.1, EvenWidth));
+    EXPECT_EQ("\u2026", Shortened("AI1_Out", Font::Tag, 1, EvenWidth));
 }
 
 TEST(TextWidthShortenedTest, CutsBetweenCharacters) {
     const std::string degrees = "\u00B0\u00B0\u00B0\u00B0\u00B0";
-    EXPECT_EQ("\u00B0\u2026", Shortened(degrees, Font::tag, 6 * 5.5, EvenWidth));
+    EXPECT_EQ("\u00B0\u2026", Shortened(degrees, Font::Tag, 6 * 5.5, EvenWidth));
 }
 
 TEST(TextWidthByTableTest, GrowsWithTheTextAndTheFont) {
-    EXPECT_EQ(0, WidthByTable("", Font::name));
-    EXPECT_LT(WidthByTable("il", Font::name), WidthByTable("WM", Font::name));
-    EXPECT_DOUBLE_EQ(2 * WidthByTable("AI1", Font::name), WidthByTable("AI1AI1", Font::name));
-    EXPECT_LT(WidthByTable("AI1", Font::note), WidthByTable("AI1", Font::name));
+    EXPECT_EQ(0, WidthByTable("", Font::Name));
+    EXPECT_LT(WidthByTable("il", Font::Name), WidthByTable("WM", Font::Name));
+    EXPECT_DOUBLE_EQ(2 * WidthByTable("AI1", Font::Name), WidthByTable("AI1AI1", Font::Name));
+    EXPECT_LT(WidthByTable("AI1", Font::Note), WidthByTable("AI1", Font::Name));
     // A combining mark takes no room, an ideograph that of a letter's height at least.
-    EXPECT_DOUBLE_EQ(WidthByTable("a", Font::name), WidthByTable("a\u0301", Font::name));
-    EXPECT_GE(WidthByTable("\u6C34", Font::name), 13);
+    EXPECT_DOUBLE_EQ(WidthByTable("a", Font::Name), WidthByTable("a\u0301", Font::Name));
+    EXPECT_GE(WidthByTable("\u6C34", Font::Name), 13);
 }
 
 } // namespace

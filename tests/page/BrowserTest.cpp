@@ -81,9 +81,9 @@ Page PageWith(const std::string& name, std::size_t rows) {
     }
     page.points = {table, {"Inputs", "", "The module has no inputs.", {}, {}}};
     page.enumerations = {{name, name, {{"0", "ST_OFF"}, {"1", name}}}};
-    page.findings = {{Severity::error, "unknown-element", 12, 4, name, name},
-                     {Severity::warning, "retired-type", 1, 2, name},
-                     {Severity::note, name, 0, 0, name}};
+    page.findings = {{Severity::Error, "unknown-element", 12, 4, name, name},
+                     {Severity::Warning, "retired-type", 1, 2, name},
+                     {Severity::Note, name, 0, 0, name}};
     return page;
 }
 

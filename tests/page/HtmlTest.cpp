@@ -87,8 +87,8 @@ TEST(HtmlTest, ShowsFindingsOnlyOfWhatWasChecked) {
     page.isChecked = true;
     EXPECT_TRUE(Holds(Html(page), "<p class=\"good\">"));
     page.findings = {
-        {Severity::error, "unknown-element", 12, 4, "There is no <VALEU> here.", "Did you mean VALUE?"},
-        {Severity::warning, "retired-type", 0, 0, "Type 8 is retired."}};
+        {Severity::Error, "unknown-element", 12, 4, "There is no <VALEU> here.", "Did you mean VALUE?"},
+        {Severity::Warning, "retired-type", 0, 0, "Type 8 is retired."}};
     const std::string html = Html(page);
     EXPECT_TRUE(Holds(html,
                       "<li class=\"error\"><span class=\"severity\">Error</span> <span class=\"place\">line "
@@ -110,7 +110,7 @@ TEST(HtmlTest, WritesEveryTextAsText) {
                    {bad, bad, bad, {}, {}}};
     page.enumerations = {{bad, bad, {{bad, bad}}}};
     page.isChecked = true;
-    page.findings = {{Severity::note, bad, 1, 1, bad, bad}};
+    page.findings = {{Severity::Note, bad, 1, 1, bad, bad}};
     const std::string html = Html(page);
     EXPECT_FALSE(Holds(html, "<script"));
     EXPECT_FALSE(Holds(html, "\"'&"));
