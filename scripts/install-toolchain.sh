@@ -46,6 +46,10 @@ check_packages=(
 )
 package_packages=(
     cmark-gfm                  # documents as pages
+    nsis                       # the installer
+    openssl                    # a certificate to try signing with
+    osslsigncode               # signs, when a certificate is named
+    python3-jsonschema         # the bill of materials against its schema
 )
 
 say() { printf '%s\n' "$*" >&2; }

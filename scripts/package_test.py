@@ -10,7 +10,11 @@ import unittest
 import zipfile
 from unittest import mock
 
+import jsonschema
+
 import package
+import package_programs
+from package_installer import file_lists
 from package_pages import Pages
 from package_sbom import sbom_bytes
 from package_zip import sums_text, zip_bytes
@@ -61,18 +65,18 @@ class BinaryTest(unittest.TestCase):
 
     def test_takes_the_right_one(self):
         self.path.write_bytes(binary(0x14C, (2, 5, 7, 0)))
-        self.assertEqual(package.read_binary(self.path, "win32", "2.5.7"), self.path.read_bytes())
+        self.assertEqual(package_programs.read_binary(self.path, "win32", "2.5.7"), self.path.read_bytes())
 
     def test_refuses_another_kind_and_another_version(self):
         for machine, numbers, words in ((0x8664, (2, 5, 7, 0), "not for win32"), (0x14C, (2, 5, 6, 0), "2.5.6.0")):
             with self.subTest(words):
                 self.path.write_bytes(binary(machine, numbers))
                 with self.assertRaisesRegex(SystemExit, words):
-                    package.read_binary(self.path, "win32", "2.5.7")
+                    package_programs.read_binary(self.path, "win32", "2.5.7")
 
     def test_refuses_what_was_not_built(self):
         with self.assertRaisesRegex(SystemExit, "is not there"):
-            package.read_binary(self.path, "win32", "2.5.7")
+            package_programs.read_binary(self.path, "win32", "2.5.7")
 
 
 class PagesTest(unittest.TestCase):
@@ -106,6 +110,49 @@ class PagesTest(unittest.TestCase):
         self.assertIn('<h2 id="b-1">', page)
 
 
+class FileListsTest(unittest.TestCase):
+    def lists(self, *names):
+        """The lines of each macro."""
+        text = file_lists(names, pathlib.Path("/stage"))
+        macros = [macro.splitlines() for macro in text.split("!macro ")[1:]]
+        return {macro[0]: [line.strip() for line in macro[1:-1]] for macro in macros}
+
+    def test_each_file_goes_with_its_component(self):
+        lists = self.lists("README.md", "win32/O_Tam_id.dll", "win32/tambench.exe", "win64/samples/device.xml",
+                           "samples/device.xml", "win64/channels/a.xml")
+        self.assertEqual(lists["InstallCommon"], ['SetOutPath "$INSTDIR"', 'File "/stage/README.md"'])
+        self.assertEqual(lists["InstallWin32"], ['SetOutPath "$INSTDIR\\win32"', 'File "/stage/win32/O_Tam_id.dll"'])
+        self.assertEqual(lists["InstallBench32"], ['SetOutPath "$INSTDIR\\win32"', 'File "/stage/win32/tambench.exe"'])
+        self.assertEqual(lists["InstallBench64"],
+                         ['SetOutPath "$INSTDIR\\win64\\samples"', 'File "/stage/win64/samples/device.xml"'])
+        self.assertEqual(lists["InstallSamples"],
+                         ['SetOutPath "$INSTDIR\\samples"', 'File "/stage/samples/device.xml"'])
+
+    def test_removes_inner_folders_first_and_no_more_than_was_brought(self):
+        self.assertEqual(self.lists("a/b/c.txt", "a/d.txt", "e.txt")["RemoveFiles"], [
+            'Delete "$INSTDIR\\a\\b\\c.txt"', 'Delete "$INSTDIR\\a\\d.txt"', 'Delete "$INSTDIR\\e.txt"',
+            'RMDir "$INSTDIR\\a\\b"', 'RMDir "$INSTDIR\\a"'])
+
+    def test_refuses_a_name_that_the_installer_would_read_as_a_variable(self):
+        with self.assertRaises(SystemExit):
+            self.lists("$INSTDIR.txt")
+
+
+    def test_every_binary_is_asked_whether_it_is_in_use(self):
+        self.assertEqual(self.lists("README.md", "win32/O_Tam_id.dll", "win64/tambench.exe")["RefuseAnyInUse prefix"], [
+            '!insertmacro InUse "${prefix}" "win32\\O_Tam_id.dll"',
+            '!insertmacro InUse "${prefix}" "win64\\tambench.exe"'])
+
+
+class StrippedTest(unittest.TestCase):
+    def test_a_program_has_no_time_in_it(self):
+        first, second = (bytearray(binary(0x14C, (1, 0, 0, 0))) for _ in range(2))
+        struct.pack_into("<I", second, 0x88, 1_700_000_000)  # behind the signature, the machine and the sections
+        struct.pack_into("<I", second, 0x80 + 24 + 64, 77)
+        self.assertNotEqual(first, second)
+        self.assertEqual(package_programs.without_time(first), package_programs.without_time(second))
+
+
 class BillTest(unittest.TestCase):
     def bill(self, files):
         return json.loads(sbom_bytes(files, "2.5.7", MOMENT, version_of=lambda package: f"{package} 1"))
@@ -118,6 +165,20 @@ class BillTest(unittest.TestCase):
                          {"algorithm": "SHA1", "checksumValue": "a9993e364706816aba3e25717850c26c9cd0d89d"})
         self.assertEqual(bill["packages"][0]["packageVerificationCode"]["packageVerificationCodeValue"],
                          hashlib.sha1(b"a9993e364706816aba3e25717850c26c9cd0d89d").hexdigest())
+
+    def test_is_of_the_form_of_spdx(self):
+        schema = json.loads((package.ROOT / "packaging/bill.schema.json").read_text(encoding="utf-8"))
+        bill = self.bill({"win32/O_Tam_id.dll": b"a", "docs/x y.md": b"b", "docs/x-y.md": b"c"})
+        jsonschema.Draft7Validator.check_schema(schema)
+        jsonschema.Draft7Validator(schema).validate(bill)
+        elements = [element["SPDXID"] for element in [bill] + bill["packages"] + bill["files"]]
+        self.assertEqual(len(elements), len(set(elements)))
+        for relation in bill["relationships"]:
+            self.assertIn(relation["spdxElementId"], elements)
+            self.assertIn(relation["relatedSpdxElement"], elements)
+        for damage in (lambda: bill["files"][0].pop("fileName"), lambda: bill.update(extra=1)):
+            damage()
+            self.assertFalse(jsonschema.Draft7Validator(schema).is_valid(bill))
 
     def test_says_what_is_linked_into_which_binary(self):
         bill = self.bill({"win32/O_Tam_id.dll": b"a", "win32/tambench.exe": b"b", "README.md": b"c"})

@@ -1,4 +1,5 @@
-# Drives the component from Windows PowerShell (the 32-bit one, in SysWOW64).
+# Drives the component from Windows PowerShell. The 64-bit one finds the DLLs of 64 bits alone, the 32-bit one, in
+# SysWOW64, those of 32 bits.
 #
 #   powershell -File client.ps1 -Catalogue catalogue.xml -Stream channels.xml -Project project.xml
 #
@@ -10,10 +11,6 @@ param(
 )
 $ErrorActionPreference = 'Stop'
 $script:failures = 0
-
-if ([Environment]::Is64BitProcess) {
-    throw 'The component is a 32-bit DLL: use C:\Windows\SysWOW64\WindowsPowerShell\v1.0\powershell.exe'
-}
 
 # Members by name, through IDispatch alone: it offers the members of all interfaces
 # of an object, whatever PowerShell's own adapter makes of the type information.

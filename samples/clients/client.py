@@ -1,10 +1,10 @@
 """Drives the component from Python, by its interfaces instead of by name.
 
-    py -3-32 -m pip install comtypes
-    py -3-32 client.py CATALOGUE STREAM PROJECT
+    py -m pip install comtypes
+    py client.py CATALOGUE STREAM PROJECT
 
-Needs a 32-bit Python on Windows. The last line is "All right." and the exit
-status 0 only when every check held.
+A Python of 64 bits finds the DLLs of 64 bits alone, one of 32 bits (py -3-32) those
+of 32. The last line is "All right." and the exit status 0 only when every check held.
 """
 
 import os

@@ -1,0 +1,326 @@
+; The installer. scripts/package_installer.py calls makensis with VERSION, OUTPUT and FILES
+; (files.nsh, the lists of what goes where), and with SIGN when the uninstaller is to be signed.
+;
+;   setup.exe [/S] [/AllUsers | /CurrentUser] [/Components=win32,win64,services,bench,samples] [/D=folder]
+;
+; Exit statuses: 0 done, 1 ended by the user, 2 failed, 3 wrong command line, 4 in use, 5 not allowed.
+Unicode true
+ManifestDPIAware true
+RequestExecutionLevel highest
+SetCompressor /SOLID lzma
+SetDateSave off ; the times of the files here say nothing, and would differ from one packing to the next
+InstallDir ""   ; so that a folder in .onInit is one of the command line
+Name "O_Tam_id ${VERSION}"
+OutFile "${OUTPUT}"
+BrandingText "O_Tam_id ${VERSION}"
+VIProductVersion "${VERSION}.0"
+VIFileVersion "${VERSION}.0"
+VIAddVersionKey /LANG=1033 ProductName "O_Tam_id"
+VIAddVersionKey /LANG=1033 ProductVersion "${VERSION}.0"
+VIAddVersionKey /LANG=1033 FileVersion "${VERSION}.0"
+VIAddVersionKey /LANG=1033 FileDescription "Setup of O_Tam_id"
+VIAddVersionKey /LANG=1033 LegalCopyright ""
+
+!ifdef SIGN
+  !finalize `${SIGN} "%1"`
+  !uninstfinalize `${SIGN} "%1"`
+!endif
+
+!include MUI2.nsh
+!include x64.nsh
+!include LogicLib.nsh
+!include FileFunc.nsh
+!include Sections.nsh
+!include WordFunc.nsh
+!include "${FILES}"
+!include "users.nsh"
+
+!define APPS "Software\Microsoft\Windows\CurrentVersion\Uninstall\O_Tam_id"
+
+Var Scope      ; AllUsers or CurrentUser
+Var Registered ; the DLLs that are registered, as names below $INSTDIR, each with a bar behind it
+Var Components ; the components that are installed, as the command line names them
+
+!define MUI_ABORTWARNING
+!insertmacro MUI_PAGE_WELCOME
+!insertmacro MUI_PAGE_COMPONENTS
+!insertmacro MUI_PAGE_DIRECTORY
+!insertmacro MUI_PAGE_INSTFILES
+!insertmacro MUI_PAGE_FINISH
+!insertmacro MUI_UNPAGE_CONFIRM
+!insertmacro MUI_UNPAGE_INSTFILES
+!insertmacro MUI_LANGUAGE English
+
+; Ends with a status, and says why: in a box, or in silence by the status alone.
+!macro End status words
+  MessageBox MB_OK|MB_ICONSTOP `${words}` /SD IDOK
+  SetErrorLevel ${status}
+  Quit
+!macroend
+
+; ---- who may, and for whom
+
+!macro ReadScope
+  ${GetParameters} $0
+  ClearErrors
+  ${GetOptions} $0 "/AllUsers" $1
+  ${IfNot} ${Errors}
+    StrCpy $Scope AllUsers
+  ${EndIf}
+  ClearErrors
+  ${GetOptions} $0 "/CurrentUser" $1
+  ${IfNot} ${Errors}
+    StrCpy $Scope CurrentUser
+  ${EndIf}
+  UserInfo::GetAccountType
+  Pop $1
+  ; For whom it is installed already; else for all, by who may do that.
+  ${If} $Scope == ""
+    ReadRegStr $2 HKCU "${APPS}" InstallLocation
+    ${If} $2 == ""
+    ${AndIf} $1 == "Admin"
+      StrCpy $Scope AllUsers
+    ${Else}
+      StrCpy $Scope CurrentUser
+    ${EndIf}
+  ${EndIf}
+  ${If} $Scope == AllUsers
+  ${AndIf} $1 != "Admin"
+    !insertmacro End 5 "An installation for all users takes an administrator. /CurrentUser installs for you alone."
+  ${EndIf}
+  ${If} ${RunningX64}
+    SetRegView 64
+  ${EndIf}
+  ${If} $Scope == AllUsers
+    SetShellVarContext all
+  ${Else}
+    SetShellVarContext current
+  ${EndIf}
+!macroend
+
+; ---- registering: each kind's own regsvr32, for everybody or for this user
+
+; Sets $0 to the program's status. kind is win32 or win64, undo "" or "/u ".
+!macro RunRegistrar kind dll undo
+  ${If} "${kind}" == win64
+    StrCpy $1 "$WINDIR\Sysnative\regsvr32.exe" ; System32 would be the 32-bit one for this program
+  ${Else}
+    StrCpy $1 "$SYSDIR\regsvr32.exe"
+  ${EndIf}
+  ${If} $Scope == AllUsers
+    ExecWait '"$1" /s ${undo}"$INSTDIR\${kind}\${dll}"' $0
+  ${Else}
+    ExecWait '"$1" /s ${undo}/n /i:user "$INSTDIR\${kind}\${dll}"' $0
+  ${EndIf}
+!macroend
+
+!macro Register kind dll
+  !insertmacro RunRegistrar ${kind} ${dll} ""
+  ${If} $0 <> 0
+    !insertmacro End 2 "$INSTDIR\${kind}\${dll} could not be registered (regsvr32 ended with $0)."
+  ${EndIf}
+  StrCpy $Registered "$Registered${kind}\${dll}|"
+!macroend
+
+!macro Unregister kind dll
+  ; A list that has the name is another one without it.
+  ${WordReplace} "|$Registered" "|${kind}\${dll}|" "|" "+" $0
+  ${If} $0 != "|$Registered"
+    !insertmacro RunRegistrar ${kind} ${dll} "/u "
+  ${EndIf}
+!macroend
+
+; RefuseAnyInUse of the lists has one for each binary.
+!macro InUse prefix name
+  Push "$INSTDIR\${name}"
+  Call ${prefix}RefuseWhenInUse
+!macroend
+
+!insertmacro DefineRefuseWhenInUse ""
+!insertmacro DefineRefuseWhenInUse "un."
+
+; ---- sections
+
+Section "-Before" SecBefore
+  !insertmacro RefuseAnyInUse ""
+  ; An older version goes as its own uninstaller takes it away: what this one no longer has would stay otherwise.
+  ${If} ${FileExists} "$INSTDIR\uninstall.exe"
+    InitPluginsDir
+    CopyFiles /SILENT "$INSTDIR\uninstall.exe" "$PLUGINSDIR\old.exe"
+    ExecWait '"$PLUGINSDIR\old.exe" /S /$Scope _?=$INSTDIR' $0
+    ${If} $0 <> 0
+      !insertmacro End 2 "The version that is installed could not be removed (its uninstaller ended with $0)."
+    ${EndIf}
+  ${EndIf}
+  ${GetParent} "$INSTDIR" $1
+  ${IfNot} ${FileExists} "$1\*.*"
+    StrCpy $9 1 ; this folder goes again too
+  ${Else}
+    StrCpy $9 0
+  ${EndIf}
+  SetOutPath "$INSTDIR"
+  WriteUninstaller "$INSTDIR\uninstall.exe" ; first, so that a part of an installation can be removed
+  WriteRegStr SHCTX "${APPS}" InstallLocation "$INSTDIR"
+  WriteRegStr SHCTX "${APPS}" UninstallString '"$INSTDIR\uninstall.exe" /$Scope'
+  WriteRegStr SHCTX "${APPS}" QuietUninstallString '"$INSTDIR\uninstall.exe" /$Scope /S'
+  WriteRegStr SHCTX "${APPS}" DisplayName "O_Tam_id"
+  WriteRegStr SHCTX "${APPS}" DisplayVersion "${VERSION}"
+  WriteRegStr SHCTX "${APPS}" Publisher "O_Tam_id project"
+  WriteRegDWORD SHCTX "${APPS}" NoModify 1
+  WriteRegDWORD SHCTX "${APPS}" NoRepair 1
+  WriteRegDWORD SHCTX "${APPS}" MadeParent $9
+  !insertmacro InstallCommon
+SectionEnd
+
+Section "Component, 32 bits" SecWin32
+  !insertmacro InstallWin32
+SectionEnd
+
+Section "Component, 64 bits" SecWin64
+  !insertmacro InstallWin64
+SectionEnd
+
+Section "Host services" SecServices
+SectionEnd
+
+Section "Bench" SecBench
+  ${If} ${SectionIsSelected} ${SecWin32}
+    !insertmacro InstallBench32
+  ${EndIf}
+  ${If} ${SectionIsSelected} ${SecWin64}
+    !insertmacro InstallBench64
+  ${EndIf}
+SectionEnd
+
+Section "Samples and script clients" SecSamples
+  !insertmacro InstallSamples
+SectionEnd
+
+!macro RegisterKind section kind
+  ${If} ${SectionIsSelected} ${section}
+    !insertmacro Register ${kind} O_Tam_id.dll
+    ${If} ${SectionIsSelected} ${SecServices}
+      !insertmacro Register ${kind} OrvHost.dll
+    ${EndIf}
+    WriteRegStr SHCTX "${APPS}" Registered $Registered
+    StrCpy $Components "$Components,${kind}"
+    WriteRegStr SHCTX "${APPS}" DisplayIcon "$INSTDIR\${kind}\O_Tam_id.ico"
+  ${EndIf}
+!macroend
+
+Section "-After"
+  WriteRegStr SHCTX "${APPS}" DisplayIcon "$INSTDIR\uninstall.exe"
+  StrCpy $Registered ""
+  StrCpy $Components ""
+  !insertmacro RegisterKind ${SecWin32} win32
+  !insertmacro RegisterKind ${SecWin64} win64
+  ${If} ${SectionIsSelected} ${SecServices}
+    StrCpy $Components "$Components,services"
+  ${EndIf}
+  ${If} ${SectionIsSelected} ${SecBench}
+    StrCpy $Components "$Components,bench"
+  ${EndIf}
+  ${If} ${SectionIsSelected} ${SecSamples}
+    StrCpy $Components "$Components,samples"
+  ${EndIf}
+  WriteRegStr SHCTX "${APPS}" Components $Components
+  ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
+  WriteRegDWORD SHCTX "${APPS}" EstimatedSize $0
+SectionEnd
+
+!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecWin32} "For hosts and scripts of 32 bits."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecWin64} "For hosts and scripts of 64 bits."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecServices} "Registers the host services, for a machine without a host. Names that a host has stay with it."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecBench} "tambench.exe, a host without a drawing on the command line."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecSamples} "Device streams, the catalogue, and clients in VBScript, PowerShell and Python."
+!insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+; ---- what is chosen
+
+; Selects a section when the list in $2 names it.
+!macro Choose section name
+  ${WordReplace} ",$2," ",${name}," "," "+" $3
+  ${If} $3 != ",$2,"
+    !insertmacro SelectSection ${section}
+  ${Else}
+    !insertmacro UnselectSection ${section}
+  ${EndIf}
+!macroend
+
+; Takes a name out of the list in $4, which has commas around each.
+!macro CrossOut name
+  ${WordReplace} $4 ",${name}," "," "+" $4
+!macroend
+
+Function .onInit
+  !insertmacro ReadScope
+  ReadRegStr $1 SHCTX "${APPS}" InstallLocation
+  ${If} $INSTDIR == ""
+    StrCpy $INSTDIR $1
+  ${EndIf}
+  ${If} $INSTDIR == ""
+    ${If} $Scope == CurrentUser
+      StrCpy $INSTDIR "$LOCALAPPDATA\Programs\O_Tam_id"
+    ${ElseIf} ${RunningX64}
+      StrCpy $INSTDIR "$PROGRAMFILES64\O_Tam_id"
+    ${Else}
+      StrCpy $INSTDIR "$PROGRAMFILES32\O_Tam_id"
+    ${EndIf}
+  ${EndIf}
+  ; Those of the command line, those that an older version has, or all.
+  ReadRegStr $2 SHCTX "${APPS}" Components
+  ClearErrors
+  ${GetOptions} $0 "/Components=" $3
+  ${IfNot} ${Errors}
+    StrCpy $2 $3
+    StrCpy $4 ",$3,"
+    !insertmacro CrossOut win32
+    !insertmacro CrossOut win64
+    !insertmacro CrossOut services
+    !insertmacro CrossOut bench
+    !insertmacro CrossOut samples
+    ${If} $2 == ""
+    ${OrIf} $4 != ","
+      !insertmacro End 3 "/Components= names win32, win64, services, bench, samples, with commas between them."
+    ${EndIf}
+  ${EndIf}
+  ${If} $2 != ""
+    !insertmacro Choose ${SecWin32} win32
+    !insertmacro Choose ${SecWin64} win64
+    !insertmacro Choose ${SecServices} services
+    !insertmacro Choose ${SecBench} bench
+    !insertmacro Choose ${SecSamples} samples
+  ${EndIf}
+  ${IfNot} ${RunningX64}
+    !insertmacro UnselectSection ${SecWin64}
+    !insertmacro SetSectionFlag ${SecWin64} ${SF_RO}
+  ${EndIf}
+  !insertmacro RefuseAnyInUse ""
+FunctionEnd
+
+; ---- taking it away
+
+Function un.onInit
+  !insertmacro ReadScope
+  !insertmacro RefuseAnyInUse "un."
+FunctionEnd
+
+Section "Uninstall"
+  ReadRegStr $Registered SHCTX "${APPS}" Registered
+  ReadRegDWORD $9 SHCTX "${APPS}" MadeParent
+  !insertmacro Unregister win32 OrvHost.dll
+  !insertmacro Unregister win32 O_Tam_id.dll
+  !insertmacro Unregister win64 OrvHost.dll
+  !insertmacro Unregister win64 O_Tam_id.dll
+  ; Only what the installer brought: what the user put beside it stays.
+  SetOutPath "$TEMP"
+  !insertmacro RemoveFiles
+  Delete "$INSTDIR\uninstall.exe"
+  RMDir "$INSTDIR"
+  ${If} $9 = 1
+    ${GetParent} "$INSTDIR" $1
+    RMDir "$1"
+  ${EndIf}
+  DeleteRegKey SHCTX "${APPS}"
+SectionEnd
