@@ -1,0 +1,119 @@
+#pragma once
+
+// Identifiers of the window: commands, controls and texts, read by the resource
+// compiler too.
+
+#define VIEW_CLASS L"TamViewFrame"
+#define VIEW_SHEET_CLASS L"TamViewSheet"
+#define VIEW_SPLITTER_CLASS L"TamViewSplitter"
+
+#define IDI_VIEW 1
+#define IDR_MENU 100
+#define IDR_ACCELERATORS 101
+#define IDR_LIST_MENU 102
+
+// Parts of the window, children of the frame: GetDlgItem finds them.
+
+#define IDC_TOOLBAR 1001
+#define IDC_STATUS 1002
+// The sheet. Its text is the words of the picked pin, or of the module.
+#define IDC_SHEET 1003
+// A tab control with a page for each list, in the order of the lists' identifiers.
+#define IDC_PAGES 1004
+// What is typed here filters the page's list.
+#define IDC_FILTER 1005
+#define IDC_FILTER_LABEL 1006
+// One virtual list (report view) for each page; the current page's is visible.
+#define IDC_ATTRIBUTES 1010
+#define IDC_INPUTS 1011
+#define IDC_OUTPUTS 1012
+#define IDC_CATALOGUE 1013
+// The field in which a cell of a list is typed; a child of the list, there while it lasts.
+#define IDC_CELL 1014
+#define IDC_FINDINGS_TITLE 1020
+#define IDC_FINDINGS 1021
+#define IDC_SOURCE_TITLE 1022
+// The text of the open file, read-only; its selection is where a finding is.
+#define IDC_SOURCE 1023
+// Splitters between the sheet and the lists, these and the panes, and between the panes.
+#define IDC_SPLIT_SHEET 1030
+#define IDC_SPLIT_PANES 1031
+#define IDC_SPLIT_SOURCE 1032
+// Shown while something long runs.
+#define IDC_PROGRESS 1040
+#define IDC_STOP 1041
+
+// Parts of the status line.
+#define VIEW_STATUS_MESSAGE 0
+#define VIEW_STATUS_SHOWN 1
+#define VIEW_STATUS_UNSAVED 2
+#define VIEW_STATUS_UNITS 3
+#define VIEW_STATUS_ZOOM 4
+
+// Columns of the lists of points, as subitems.
+#define VIEW_COLUMN_NAME 0
+#define VIEW_COLUMN_TYPE 1
+#define VIEW_COLUMN_VALUE 2
+#define VIEW_COLUMN_DISPLAYED 3
+#define VIEW_COLUMN_UNIT 4
+#define VIEW_COLUMN_DEFAULT 5
+#define VIEW_COLUMN_ADDRESS 6
+#define VIEW_COLUMN_VISIBLE 7
+
+// Menu entries and keys.
+
+#define IDM_FILE_OPEN 40001
+#define IDM_FILE_RELOAD 40002
+// Into the project that was named last; asks for one when none was.
+#define IDM_FILE_SAVE 40003
+#define IDM_FILE_SAVE_AS 40004
+// The stream with the changed values, in a file of its own.
+#define IDM_FILE_SAVE_STREAM 40005
+#define IDM_FILE_EXPORT_IMAGE 40006
+#define IDM_FILE_EXPORT_INTEROP 40007
+#define IDM_FILE_EXPORT_SHEET 40008
+#define IDM_FILE_EXPORT_PNG 40009
+#define IDM_FILE_EXPORT_SVG 40010
+#define IDM_FILE_EXIT 40011
+// Ten recent files from here on; where there are none, the first one is a greyed word.
+#define IDM_FILE_RECENT 40020
+#define IDM_FILE_RECENT_LAST 40029
+
+#define IDM_EDIT_UNDO 40101
+#define IDM_EDIT_REDO 40102
+// The component's own editor of the picked attribute.
+#define IDM_EDIT_VALUE 40103
+// Typing the value in the list.
+#define IDM_EDIT_CELL 40104
+#define IDM_EDIT_COPY 40105
+#define IDM_EDIT_FILTER 40106
+#define IDM_EDIT_CLEAR_FILTER 40107
+#define IDM_EDIT_SELECT_ALL 40108
+
+#define IDM_VIEW_ATTRIBUTES 40201
+#define IDM_VIEW_INPUTS 40202
+#define IDM_VIEW_OUTPUTS 40203
+#define IDM_VIEW_CATALOGUE 40204
+#define IDM_VIEW_SHEET 40205
+#define IDM_VIEW_FINDINGS 40206
+#define IDM_VIEW_SOURCE 40207
+#define IDM_VIEW_ZOOM_IN 40208
+#define IDM_VIEW_ZOOM_OUT 40209
+#define IDM_VIEW_ZOOM_FIT 40210
+#define IDM_VIEW_ZOOM_ACTUAL 40211
+#define IDM_VIEW_SI 40212
+#define IDM_VIEW_US 40213
+// F6 and Shift+F6: the focus to the next part of the window and the one before.
+#define IDM_VIEW_NEXT_PART 40214
+#define IDM_VIEW_PREVIOUS_PART 40215
+#define IDM_VIEW_NEXT_FINDING 40216
+#define IDM_VIEW_PREVIOUS_FINDING 40217
+#define IDM_VIEW_STOP 40218
+
+#define IDM_HELP_KEYS 40301
+#define IDM_HELP_ABOUT 40302
+
+// Texts
+
+#define IDS_TITLE 2001
+#define IDS_FIRST_TEXT 2001
