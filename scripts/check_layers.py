@@ -31,6 +31,7 @@ MAY_SEE = {
     "appobject": ["core", "com", "common", "types", "dialogs", "points"],
     "internal": ["core", "com", "common"],
     "component": ["core", "com", "common", "types", "dialogs", "points", "appobject", "internal"],
+    "view/model": ["core", "drawing", "check"],
     "host": ["core", "com"],
     "bench": ["core", "com", "batch", "drawing", "page", "check", "diff"],
 }
@@ -59,12 +60,12 @@ def draw(arrows):
 def main():
     arrows, findings = {}, []
     for path, name in includes():
-        folder = path.parts[0]
+        folder = path.parent.as_posix()
         if ".." in pathlib.PurePosixPath(name).parts:
             findings.append(f"{path}: {name} goes around the layers")
             continue
-        other = name.split("/")[0]
-        if "/" not in name or other not in MAY_SEE or other == folder:
+        other = name.rpartition("/")[0]
+        if other not in MAY_SEE or other == folder:
             continue
         arrows.setdefault(folder, set()).add(other)
         if other not in MAY_SEE[folder]:

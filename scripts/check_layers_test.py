@@ -63,6 +63,13 @@ class CheckLayersTest(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertIn(".clang-tidy: HeaderFilterRegex is to begin with (core|drawing|", printed)
 
+    def test_knows_a_folder_within_another(self):
+        self.write("view/model/Row.h", '#include "view/model/History.h"\n#include "com/Dll.h"\n')
+        status, printed = self.run_check()
+        self.assertEqual(status, 1)
+        self.assertIn("view/model/Row.h: view/model/ may not see com/Dll.h\n", printed)
+        self.assertNotIn("History", printed)
+
     def test_draws_the_table(self):
         status, printed = self.run_check("--draw")
         self.assertEqual(status, 0)

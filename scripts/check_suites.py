@@ -46,7 +46,7 @@ def findings_of(folder):
 
 def main(arguments):
     root = pathlib.Path(arguments[0]) if arguments else pathlib.Path(__file__).parent.parent / "tests"
-    folders = sorted(path for path in root.iterdir() if path.is_dir())
+    folders = sorted(path for path in root.rglob("*") if path.is_dir())
     if not any(path for folder in folders for path in folder.glob(f"*{ENDING}.cpp")):
         print(f"{root}: there are no tests")
         return 1

@@ -1,0 +1,85 @@
+#include "view/model/Recovery.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+
+using namespace view;
+
+namespace {
+
+Recovery Sample() {
+    return {L"C:\\files\\hall.xml",
+            {1234, 133000000000000000ULL},
+            {{{Kind::input, L"AO1_In1"}, L"DI1_Out"}, {{Kind::attribute, L"Gain"}, L"12.5"}}};
+}
+
+TEST(RecoveryTest, IsWrittenInLines) {
+    EXPECT_EQ(L"tamview unsaved 1\n"
+              L"C:\\\\files\\\\hall.xml\n"
+              L"1234\t133000000000000000\n"
+              L"input\tAO1_In1\tDI1_Out\n"
+              L"attribute\tGain\t12.5\n"
+              L"end\n",
+              TextOf(Sample()));
+}
+
+TEST(RecoveryTest, ReadsWhatItWrote) {
+    EXPECT_EQ(Sample(), ReadRecovery(TextOf(Sample())));
+    Recovery odd;
+    odd.file = L"C:\\new\\tab\\\u00E4\\end";
+    odd.stamp = {0, std::numeric_limits<std::uint64_t>::max()};
+    odd.values[{Kind::output, L"a"}] = L"";
+    odd.values[{Kind::attribute, L"a\tb"}] = L"line\r\nline\\n\tend\n";
+    odd.values[{Kind::attribute, L"zero"}] = std::wstring(L"a\0b", 3);
+    EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
+    odd.values.clear();
+    EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
+}
+
+TEST(RecoveryTest, RefusesEveryTextThatWasCutOff) {
+    const std::wstring text = TextOf(Sample());
+    for (std::size_t size = 0; size < text.size(); ++size) {
+        EXPECT_EQ(std::nullopt, ReadRecovery(std::wstring_view(text).substr(0, size))) << size;
+    }
+}
+
+TEST(RecoveryTest, RefusesWhatIsDamaged) {
+    const std::wstring head = L"tamview unsaved 1\nC:\\\\a.xml\n1\t2\n";
+    ASSERT_TRUE(ReadRecovery(head + L"end\n"));
+    for (const wchar_t* rest : {
+             L"attribute\tGain\nend\n",                        // no value
+             L"attribute\tGain\t1\t2\nend\n",                  // too much
+             L"attribute\t\t1\nend\n",                         // no name
+             L"colour\tGain\t1\nend\n",                        // no kind of point
+             L"attribute\tGain\t\\x\nend\n",                   // an escape that is none
+             L"attribute\tGain\t1\\\nend\n",                   // one that is cut off
+             L"attribute\tGain\t1\nattribute\tGain\t2\nend\n", // twice
+             L"attribute\tGain\t1\n\nend\n",                   // an empty line
+             L"attribute\tGain\t1\nend\nmore\n",               // something behind the end
+             L"attribute\tGain\t1\nEND\n",                     // another end
+         }) {
+        EXPECT_EQ(std::nullopt, ReadRecovery(head + rest)) << rest;
+    }
+    for (const wchar_t* text : {
+             L"tamview unsaved 2\nC:\\\\a.xml\n1\t2\nend\n", // another version
+             L"tamview unsaved 1\n\n1\t2\nend\n",            // no file
+             L"tamview unsaved 1\nC:\\a.xml\n1\t2\nend\n",   // an escape that is none
+             L"tamview unsaved 1\nC:\\\\a.xml\n1\nend\n",    // half a stamp
+             L"tamview unsaved 1\nC:\\\\a.xml\n1\t\nend\n",
+             L"tamview unsaved 1\nC:\\\\a.xml\n1\t2\t3\nend\n",
+             L"tamview unsaved 1\nC:\\\\a.xml\n-1\t2\nend\n",
+             L"tamview unsaved 1\nC:\\\\a.xml\n1\t18446744073709551616\nend\n", // past 64 bits
+             L"tamview unsaved 1\nend\n",
+             L"",
+         }) {
+        EXPECT_EQ(std::nullopt, ReadRecovery(text)) << text;
+    }
+}
+
+} // namespace

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace view {
+
+/// What a cell is sorted by: numbers as numbers, "AO2" before "AO10", letter case
+/// does not count.
+class CellKey {
+  public:
+    explicit CellKey(std::wstring_view cell);
+
+    /// An empty cell stands last, whichever way the column is sorted.
+    bool IsEmpty() const noexcept { return kind_ == Kind::empty; }
+    /// Below 0, 0 or above 0. Numbers come before texts; behind equal numbers the
+    /// rest of the cell decides ("105 temp_p").
+    int Compare(const CellKey& other) const noexcept;
+
+  private:
+    enum class Kind { number, text, empty };
+    Kind kind_ = Kind::empty;
+    double number_ = 0;
+    /// Behind the number, in capitals.
+    std::wstring rest_;
+};
+
+/// Compares texts in one letter case; runs of digits count as numbers of any length.
+int CompareNaturally(std::wstring_view left, std::wstring_view right) noexcept;
+
+} // namespace view

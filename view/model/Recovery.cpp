@@ -1,0 +1,136 @@
+#include "view/model/Recovery.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace view {
+
+namespace {
+
+constexpr std::wstring_view kFirstLine = L"tamview unsaved 1";
+constexpr std::wstring_view kLastLine = L"end";
+constexpr std::array<std::pair<Kind, std::wstring_view>, 3> kKinds = {
+    {{Kind::input, L"input"}, {Kind::output, L"output"}, {Kind::attribute, L"attribute"}}};
+/// What cannot stand in a part of a line, and the letter that stands for it behind "\".
+constexpr std::array<std::pair<wchar_t, wchar_t>, 5> kEscapes = {
+    {{L'\\', L'\\'}, {L'\n', L'n'}, {L'\r', L'r'}, {L'\t', L't'}, {L'\0', L'0'}}};
+
+std::wstring Escaped(std::wstring_view text) {
+    std::wstring escaped;
+    for (const wchar_t c : text) {
+        const auto found =
+            std::find_if(kEscapes.begin(), kEscapes.end(), [c](const auto& pair) { return pair.first == c; });
+        if (found != kEscapes.end()) {
+            escaped += L'\\';
+        }
+        escaped += found != kEscapes.end() ? found->second : c;
+    }
+    return escaped;
+}
+
+std::optional<std::wstring> Unescaped(std::wstring_view text) {
+    std::wstring plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != L'\\') {
+            plain += text[i];
+            continue;
+        }
+        const wchar_t letter = ++i < text.size() ? text[i] : L'\0';
+        const auto found = std::find_if(kEscapes.begin(), kEscapes.end(),
+                                        [letter](const auto& pair) { return pair.second == letter; });
+        if (found == kEscapes.end()) {
+            return std::nullopt;
+        }
+        plain += found->first;
+    }
+    return plain;
+}
+
+std::optional<std::uint64_t> ReadNumber(std::wstring_view text) {
+    constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+    std::uint64_t number = 0;
+    for (const wchar_t c : text) {
+        if (c < L'0' || c > L'9') {
+            return std::nullopt;
+        }
+        const auto digit = static_cast<std::uint64_t>(c - L'0');
+        if (number > (kMost - digit) / 10) {
+            return std::nullopt;
+        }
+        number = number * 10 + digit;
+    }
+    return text.empty() ? std::nullopt : std::optional(number);
+}
+
+std::vector<std::wstring_view> Split(std::wstring_view text, wchar_t mark) {
+    std::vector<std::wstring_view> parts;
+    for (;;) {
+        const std::size_t end = text.find(mark);
+        parts.push_back(text.substr(0, end));
+        if (end == std::wstring_view::npos) {
+            return parts;
+        }
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Adds the value of a line "kind<tab>name<tab>value"; false for another one.
+bool AddValue(std::wstring_view line, Recovery& recovery) {
+    const std::vector<std::wstring_view> parts = Split(line, L'\t');
+    if (parts.size() != 3) {
+        return false;
+    }
+    const auto kind =
+        std::find_if(kKinds.begin(), kKinds.end(), [&](const auto& pair) { return pair.second == parts[0]; });
+    std::optional<std::wstring> name = Unescaped(parts[1]);
+    std::optional<std::wstring> value = Unescaped(parts[2]);
+    return kind != kKinds.end() && name && !name->empty() && value &&
+           recovery.values.try_emplace({kind->first, std::move(*name)}, std::move(*value)).second;
+}
+
+} // namespace
+
+std::wstring TextOf(const Recovery& recovery) {
+    std::wstring text(kFirstLine);
+    text += L'\n' + Escaped(recovery.file) + L'\n' + std::to_wstring(recovery.stamp.size) + L'\t' +
+            std::to_wstring(recovery.stamp.modified) + L'\n';
+    for (const auto& [point, value] : recovery.values) {
+        const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
+                                       [&](const auto& pair) { return pair.first == point.kind; });
+        text.append(kind->second) += L'\t' + Escaped(point.name) + L'\t' + Escaped(value) + L'\n';
+    }
+    return text.append(kLastLine) + L'\n';
+}
+
+std::optional<Recovery> ReadRecovery(std::wstring_view text) {
+    const std::vector<std::wstring_view> lines = Split(text, L'\n');
+    // Behind the last line end nothing follows.
+    constexpr std::size_t kHead = 3;
+    constexpr std::size_t kTail = 2;
+    if (lines.size() < kHead + kTail || lines[0] != kFirstLine || lines[lines.size() - kTail] != kLastLine ||
+        !lines.back().empty()) {
+        return std::nullopt;
+    }
+    Recovery recovery;
+    std::optional<std::wstring> file = Unescaped(lines[1]);
+    const std::vector<std::wstring_view> stamp = Split(lines[2], L'\t');
+    const auto size = ReadNumber(stamp.front());
+    const auto modified = ReadNumber(stamp.back());
+    if (!file || file->empty() || stamp.size() != 2 || !size || !modified) {
+        return std::nullopt;
+    }
+    recovery.file = std::move(*file);
+    recovery.stamp = {*size, *modified};
+    for (std::size_t i = kHead; i < lines.size() - kTail; ++i) {
+        if (!AddValue(lines[i], recovery)) {
+            return std::nullopt;
+        }
+    }
+    return recovery;
+}
+
+} // namespace view
