@@ -46,6 +46,7 @@ class BoxWatcher {
     /// What was seen since the last call.
     std::vector<Box> Take();
     void OnBox(Handler handler) { handler_ = std::move(handler); }
+    void SetMode(Mode mode) noexcept { mode_ = mode; }
     /// Presses the OK (or first) button of a box, as soon as the box handles its messages.
     static void Press(HWND window);
 

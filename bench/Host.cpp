@@ -38,7 +38,7 @@ void CheckBeside(const wchar_t* file, const char* what) {
     const std::wstring folder = ProgramFolder();
     if (!IsFile(folder + file)) {
         throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
-                         Utf8(file) + " is not beside tambench.exe, in " + Utf8(folder) + ": it has " + what);
+                         Utf8(file) + " is not beside " + ProgramName() + ", in " + Utf8(folder) + ": it has " + what);
     }
 }
 

@@ -97,6 +97,12 @@ class Host {
     /// A message box with this text is what the command line asked for and no fault.
     void ExpectBox(std::wstring text) { expectedBox_ = std::move(text); }
 
+    /// From here on boxes are shown to the user, who answers them.
+    void LeaveBoxesToUser() noexcept {
+        watcher_.SetMode(BoxWatcher::Mode::LeaveToUser);
+        quickBoxes_.reset();
+    }
+
     /// Runs what is no part of the command: its boxes are answered, and nobody is told of them.
     template <class F>
     void Unseen(F&& f) {

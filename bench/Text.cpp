@@ -58,7 +58,9 @@ std::wstring FullPath(const std::wstring& path) {
     return full;
 }
 
-std::wstring ProgramFolder() {
+namespace {
+
+std::wstring ProgramPath() {
     std::wstring path(MAX_PATH, L'\0');
     DWORD length = 0;
     while ((length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()))) >=
@@ -66,7 +68,19 @@ std::wstring ProgramFolder() {
         path.resize(path.size() * 2);
     }
     path.resize(length);
+    return path;
+}
+
+} // namespace
+
+std::wstring ProgramFolder() {
+    const std::wstring path = ProgramPath();
     return path.substr(0, path.find_last_of(L'\\') + 1);
+}
+
+std::string ProgramName() {
+    const std::wstring path = ProgramPath();
+    return Utf8(path.substr(path.find_last_of(L'\\') + 1));
 }
 
 void ThrowFileError(const std::wstring& path, const char* what, DWORD error) {

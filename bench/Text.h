@@ -45,6 +45,8 @@ bool IsFile(const std::wstring& path);
 std::wstring FullPath(const std::wstring& path);
 /// The folder of this program, with the closing backslash.
 std::wstring ProgramFolder();
+/// The name of this program's file.
+std::string ProgramName();
 
 /// Throws a BenchError of an error of Windows: "<path> <what>: <the system's words>".
 [[noreturn]] void ThrowFileError(const std::wstring& path, const char* what, DWORD error);

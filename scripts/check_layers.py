@@ -34,6 +34,7 @@ MAY_SEE = {
     "view/model": ["core", "drawing", "check"],
     "host": ["core", "com"],
     "bench": ["core", "com", "batch", "drawing", "page", "check", "diff"],
+    "view": ["core", "com", "batch", "drawing", "page", "check", "view/model", "bench"],
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 LOOKED_AT = re.compile(r"^HeaderFilterRegex: '\(([^)]*)\)/", re.MULTILINE)

@@ -68,6 +68,7 @@ NAMES_OF = {
         set_intersection set_symmetric_difference set_union is_heap is_heap_until make_heap push_heap pop_heap
         sort_heap max max_element min min_element minmax minmax_element clamp equal lexicographical_compare
         lexicographical_compare_three_way is_permutation next_permutation prev_permutation ranges::""",
+    "numbers": "numbers::pi numbers",
     "numeric": """accumulate inner_product partial_sum adjacent_difference iota reduce transform_reduce
         inclusive_scan exclusive_scan gcd lcm midpoint""",
     "ranges": """views ranges::range ranges::view ranges::begin ranges::end ranges::size ranges::data ranges::empty

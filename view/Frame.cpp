@@ -1,0 +1,189 @@
+#include "view/Frame.h"
+
+#include "view/resource.h"
+
+#include <shellapi.h>
+#include <windowsx.h>
+
+#include <string_view>
+
+namespace view {
+
+namespace {
+
+constexpr UINT_PTR kDiskTimer = 1;
+constexpr UINT kDiskPeriod = 1000;
+constexpr UINT_PTR kProgressTimer = 2;
+constexpr SIZE kLeastSize{560, 400};
+constexpr SIZE kFirstSize{1180, 760};
+
+bool IsText(HWND window) noexcept {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    return lstrcmpiW(name, WC_EDITW) == 0;
+}
+
+bool Accelerates(HWND window, UINT table, MSG& message) noexcept {
+    HACCEL const keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(table));
+    return keys != nullptr && TranslateAcceleratorW(window, keys, &message) != 0;
+}
+
+} // namespace
+
+Frame::Frame(Settings& settings)
+    : settings_(settings)
+    , typeList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
+        const TypeRow& type = types_.at(row);
+        const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
+                                             &type.least,  &type.greatest, &type.resolution, &type.invalid};
+        return *cells[column];
+    })
+    , findingList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
+        return findingTexts_.at(row).at(column);
+    })
+    , isUs_(settings.usUnits) {
+    Shape shape{.className = VIEW_CLASS};
+    const std::wstring title = Text(IDS_TITLE);
+    shape.title = title.c_str();
+    shape.style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
+    shape.exStyle = WS_EX_ACCEPTFILES;
+    shape.icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_VIEW));
+    Create(shape);
+    SetMenu(Handle(), LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU)));
+    MatchTitle(Handle());
+    MakeParts();
+    SetFonts();
+    ShowPage(0);
+    UpdateTitle();
+    UpdateTools();
+    UpdateStatus();
+    SetTimer(Handle(), kDiskTimer, kDiskPeriod, nullptr);
+}
+
+Frame::~Frame() = default;
+
+void Frame::Show(int how) {
+    WINDOWPLACEMENT place = settings_.placement;
+    const RECT& area = place.rcNormalPosition;
+    const bool isKnown = place.length == sizeof place && area.right > area.left && area.bottom > area.top &&
+                         MonitorFromRect(&area, MONITOR_DEFAULTTONULL) != nullptr;
+    if (isKnown) {
+        // The place and not the state: a window that ended as a symbol comes back as a window.
+        place.showCmd = place.showCmd == SW_SHOWMAXIMIZED ? SW_SHOWMAXIMIZED : static_cast<UINT>(how);
+        SetWindowPlacement(Handle(), &place);
+    } else {
+        SetWindowPos(Handle(), nullptr, 0, 0, scaling_(kFirstSize.cx), scaling_(kFirstSize.cy),
+                     SWP_NOMOVE | SWP_NOZORDER);
+        ShowWindow(Handle(), how);
+    }
+    UpdateWindow(Handle());
+    SetFocus(PaneOf(page_).Handle());
+}
+
+LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_SIZE:
+        if (sheet_ && wParam != SIZE_MINIMIZED) {
+            Layout();
+        }
+        return 0;
+    case WM_GETMINMAXINFO: {
+        auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+        limits.ptMinTrackSize = {scaling_(kLeastSize.cx), scaling_(kLeastSize.cy)};
+        return 0;
+    }
+    case WM_DPICHANGED:
+        OnDpiChanged(*reinterpret_cast<const RECT*>(lParam));
+        return 0;
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
+        MatchTitle(Handle());
+        SetFonts();
+        InvalidateRect(Handle(), nullptr, TRUE);
+        break;
+    case WM_COMMAND:
+        if (OnCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam))) {
+            return 0;
+        }
+        break;
+    case WM_NOTIFY:
+        return OnNotify(*reinterpret_cast<NMHDR*>(lParam));
+    case WM_INITMENUPOPUP:
+        UpdateMenu(reinterpret_cast<HMENU>(wParam));
+        return 0;
+    case WM_SETFOCUS:
+        if (sheet_) {
+            SetFocus(PaneOf(page_).Handle());
+        }
+        return 0;
+    case WM_CONTEXTMENU: {
+        HMENU const menus = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_LIST_MENU));
+        HMENU const menu = GetSubMenu(menus, 0);
+        POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        if (place.x == -1 && place.y == -1) { // by the keyboard
+            RECT area{};
+            GetWindowRect(GetFocus(), &area);
+            place = {area.left + scaling_(24), area.top + scaling_(24)};
+        }
+        UpdateMenu(menu);
+        TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, Handle(), nullptr);
+        DestroyMenu(menus);
+        return 0;
+    }
+    case WM_DROPFILES: {
+        auto* const drop = reinterpret_cast<HDROP>(wParam);
+        std::wstring file(DragQueryFileW(drop, 0, nullptr, 0) + std::size_t{1}, L'\0');
+        file.resize(DragQueryFileW(drop, 0, file.data(), static_cast<UINT>(file.size())));
+        DragFinish(drop);
+        SetForegroundWindow(Handle());
+        Open(file);
+        return 0;
+    }
+    case WM_TIMER:
+        if (wParam == kDiskTimer) {
+            CheckDisk();
+        } else if (wParam == kProgressTimer) {
+            OnProgress();
+        }
+        return 0;
+    case WM_QUERYENDSESSION:
+        return AskToSave() ? TRUE : FALSE;
+    case WM_CLOSE:
+        Close();
+        return 0;
+    case WM_DESTROY:
+        SavePlaces();
+        PostQuitMessage(0);
+        return 0;
+    default:
+        break;
+    }
+    return Window::OnMessage(message, wParam, lParam);
+}
+
+void Frame::OnProblem(const std::wstring& words) {
+    Ask(words, MB_OK | MB_ICONERROR);
+}
+
+bool Frame::Translate(MSG& message) {
+    if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST ||
+        (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == FALSE)) {
+        return false;
+    }
+    const bool isCell = GetDlgCtrlID(message.hwnd) == IDC_CELL && IsText(message.hwnd);
+    if (!isCell && Accelerates(Handle(), IDR_ACCELERATORS, message)) {
+        return true;
+    }
+    if (!IsText(message.hwnd) && Accelerates(Handle(), IDR_LIST_ACCELERATORS, message)) {
+        return true;
+    }
+    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&
+        !isCell) {
+        MoveTab(GetKeyState(VK_SHIFT) >= 0);
+        return true;
+    }
+    return false;
+}
+
+} // namespace view

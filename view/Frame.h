@@ -1,0 +1,196 @@
+#pragma once
+
+#include "view/Glyphs.h"
+#include "view/ListPane.h"
+#include "view/model/FindingRow.h"
+#include "view/model/History.h"
+#include "view/model/RowTable.h"
+#include "view/RecoveryFile.h"
+#include "view/Session.h"
+#include "view/Settings.h"
+#include "view/SheetView.h"
+#include "view/Splitter.h"
+#include "view/Window.h"
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace view {
+
+/// The program's window: the sheet, the lists, the findings and the source of one file.
+class Frame : public Window {
+  public:
+    explicit Frame(Settings& settings);
+    ~Frame() override;
+
+    /// Shows the window where it was last.
+    void Show(int how);
+    /// Opens a file; asks first when something is unsaved.
+    void Open(const std::wstring& file);
+    /// Offers what a program that ended without being asked left unsaved. True when it was
+    /// brought back.
+    bool OfferRecovery();
+    /// True for a key that is a command, or that moves the focus.
+    bool Translate(MSG& message);
+
+  private:
+    /// A page of the lists: points of a kind, and what is typed into the filter.
+    struct PointPage {
+        Kind kind;
+        RowTable table;
+        std::unique_ptr<ListPane> pane;
+        std::wstring filter;
+    };
+    static constexpr std::size_t kPointPages = 3;
+    static constexpr std::size_t kCatalogue = 3;
+
+    /// The window is busy while this lives: no command but "stop" is taken.
+    class Busy;
+
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnProblem(const std::wstring& words) override;
+
+    // Frame_Make.cpp
+    void MakeParts();
+    void MakeToolbar();
+    void MakePointPage(std::size_t index, Kind kind, int id, const wchar_t* key, UINT name);
+    void MakeCatalogue();
+    void MakeFindings();
+    void SetFonts();
+
+    // Frame_Layout.cpp
+    void Layout();
+    void MoveSplit(std::size_t split, int distance);
+    void OnDpiChanged(const RECT& place);
+    void SavePlaces();
+
+    // Frame_Commands.cpp
+    bool OnCommand(int id, int code, HWND control);
+    LRESULT OnNotify(NMHDR& head);
+    bool IsEnabled(int command) const;
+    void UpdateMenu(HMENU menu);
+    void UpdateTools();
+    void UpdateStatus();
+    void UpdateTitle();
+    void ShowPage(std::size_t page);
+    void OnFilter();
+    void Filter(const std::wstring& words);
+    void ShowParts(bool findings, bool source);
+    void MoveFocus(bool isForward);
+    void MoveTab(bool isForward);
+    void Copy();
+    void Say(const std::wstring& words);
+    int Ask(const std::wstring& words, UINT kind);
+    ListPane& PaneOf(std::size_t page);
+    Listing& ListingOf(std::size_t page);
+
+    // Frame_Files.cpp
+    /// False when the person thinks better of it.
+    bool AskToSave();
+    void Load(const std::wstring& file);
+    void Fill();
+    void OnProgress();
+    bool Save();
+    bool SaveAs();
+    bool SaveProject(const std::wstring& path);
+    void SaveStream();
+    void Export(int command);
+    void CheckDisk();
+    void Close();
+
+    // Frame_Values.cpp
+    PointPage* PageOf(Kind kind);
+    /// The values, as they are now, of all points that were changed since the file was
+    /// opened: what was saved into a project before belongs into the next one too.
+    std::vector<bench::PointValue> ValuesToSave() const;
+    void MarkSaved();
+    void OpenEditor(const PointId& id);
+    void StartCell();
+    void OnCellEntered(const PointId& id, const std::wstring& text);
+    void Apply(const std::vector<view::Change>& changes);
+    void RefreshPoint(const PointId& id);
+    void AfterChange();
+    void SetUnits(bool isUs);
+    void TakeBoxes();
+    std::optional<PointId> PickedPoint();
+    void PickPoint(const PointId& id);
+    void OnPinPicked(const drawing::PinId& pin);
+    void OnRowPicked(const PointId& id);
+    std::optional<PointId> PointOf(const drawing::PinId& pin) const;
+    std::optional<drawing::PinId> PinOf(const PointId& id) const;
+
+    // Frame_Findings.cpp
+    void ShowFindings();
+    void GoToFinding(std::size_t row);
+    void StepFinding(bool isForward);
+    void ShowSource();
+    void GoToSource(const FindingRow& finding);
+
+    Settings& settings_;
+    Scaling scaling_;
+    std::optional<Fonts> fonts_;
+    Images images_;
+    HWND toolbar_ = nullptr;
+    HWND status_ = nullptr;
+    HWND tabs_ = nullptr;
+    HWND filterLabel_ = nullptr;
+    HWND filter_ = nullptr;
+    HWND findingsTitle_ = nullptr;
+    HWND sourceTitle_ = nullptr;
+    HWND sourceBox_ = nullptr;
+    HWND progress_ = nullptr;
+    HWND stop_ = nullptr;
+    std::unique_ptr<SheetView> sheet_;
+    std::array<std::unique_ptr<Splitter>, 3> splitters_;
+    std::array<PointPage, kPointPages> pages_;
+    std::vector<TypeRow> types_;
+    Listing typeList_;
+    std::unique_ptr<ListPane> typePane_;
+    std::wstring typeFilter_;
+    std::vector<FindingRow> findings_;
+    /// The cells of each: weight, place, message, rule.
+    std::vector<std::array<std::wstring, 4>> findingTexts_;
+    Listing findingList_;
+    std::unique_ptr<ListPane> findingPane_;
+    std::size_t page_ = 0;
+
+    std::unique_ptr<Session> session_;
+    bool isLoaded_ = false;
+    std::wstring file_;
+    std::wstring project_;
+    FileStamp stamp_;
+    History history_;
+    std::set<PointId> changed_;
+    RecoveryFile recovery_;
+    bool isUs_ = false;
+    int busy_ = 0;
+    bool isClosing_ = false;
+    bool isSourceShown_ = false;
+    bool isPicking_ = false;
+    bool isAsking_ = false;
+};
+
+/// The window is busy while this lives: no command but "stop" is taken.
+class Frame::Busy {
+  public:
+    explicit Busy(Frame& frame) : frame_(frame) {
+        ++frame_.busy_;
+        frame_.UpdateTools();
+    }
+    ~Busy() {
+        --frame_.busy_;
+        frame_.UpdateTools();
+    }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+
+  private:
+    Frame& frame_;
+};
+
+} // namespace view

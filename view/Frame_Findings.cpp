@@ -1,0 +1,102 @@
+#include "view/Frame.h"
+
+#include "view/resource.h"
+
+#include "bench/Text.h"
+#include "core/Numbers.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace view {
+
+namespace {
+
+constexpr std::size_t kColumnsOfFindings = 4;
+
+std::wstring FromUtf16(const std::u16string& text) {
+    return {text.begin(), text.end()};
+}
+
+} // namespace
+
+void Frame::ShowFindings() {
+    SortByWeight(findings_);
+    findingTexts_.clear();
+    std::size_t errors = 0;
+    for (const FindingRow& finding : findings_) {
+        constexpr UINT kWords[] = {IDS_BOX, IDS_ERROR, IDS_WARNING, IDS_NOTE};
+        errors += finding.weight == Weight::box || finding.weight == Weight::error ? 1U : 0U;
+        findingTexts_.push_back({Text(kWords[static_cast<std::size_t>(finding.weight)]),
+                                 finding.line == 0
+                                     ? std::wstring()
+                                     : std::to_wstring(finding.line) + L":" + std::to_wstring(finding.column),
+                                 bench::Wide(finding.message), bench::Wide(finding.rule)});
+    }
+    findingList_.Reset(findings_.size(), kColumnsOfFindings);
+    findingPane_->Update();
+    const std::wstring title =
+        !session_ ? Text(IDS_FINDINGS)
+        : findings_.empty()
+            ? Text(IDS_NO_FINDINGS)
+            : Text(IDS_FINDINGS_COUNT, std::to_wstring(findings_.size()), std::to_wstring(errors));
+    SetWindowTextW(findingsTitle_, title.c_str());
+}
+
+void Frame::GoToFinding(std::size_t row) {
+    const FindingRow finding = findings_.at(row);
+    GoToSource(finding);
+    if (finding.point && isLoaded_ && PageOf(finding.point->kind)->table.Find(*finding.point) != nullptr) {
+        PickPoint(*finding.point);
+        SetFocus(PaneOf(page_).Handle());
+    } else if (settings_.showsSource) {
+        SetFocus(sourceBox_);
+    }
+}
+
+void Frame::StepFinding(bool isForward) {
+    if (findingList_.Shown() == 0) {
+        return;
+    }
+    if (!settings_.showsFindings) {
+        ShowParts(true, settings_.showsSource);
+    }
+    const auto picked = findingPane_->Picked();
+    const std::size_t count = findingList_.Shown();
+    std::size_t place = isForward ? 0 : count - 1;
+    if (picked) {
+        place = (findingList_.PlaceOf(*picked).value_or(0) + (isForward ? 1 : count - 1)) % count;
+    }
+    const std::size_t row = findingList_.RowAt(place);
+    findingPane_->Pick(row);
+    GoToFinding(row);
+}
+
+void Frame::ShowSource() {
+    if (isSourceShown_ || !session_) {
+        return;
+    }
+    isSourceShown_ = true;
+    SetWindowTextW(sourceBox_, FromUtf16(session_->Source().Shown(u"\r\n")).c_str());
+    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_OF, file_.substr(file_.find_last_of(L"\\/") + 1)).c_str());
+}
+
+void Frame::GoToSource(const FindingRow& finding) {
+    if (finding.line == 0 || !session_ || !settings_.showsSource) {
+        return;
+    }
+    ShowSource();
+    constexpr std::size_t kLineEnd = 2;
+    const SourceText& source = session_->Source();
+    const std::size_t begin = source.ShownOffsetOf({finding.line, finding.column}, kLineEnd);
+    const std::size_t end =
+        std::max(begin, source.ShownOffsetOf({finding.endLine, finding.endColumn}, kLineEnd));
+    Send(sourceBox_, EM_SETSEL, end, begin);
+    Send(sourceBox_, EM_SCROLLCARET);
+    const std::wstring place = std::to_wstring(finding.line) + L":" + std::to_wstring(finding.column);
+    SetWindowTextW(sourceTitle_,
+                   Text(IDS_SOURCE_AT, file_.substr(file_.find_last_of(L"\\/") + 1), place).c_str());
+}
+
+} // namespace view

@@ -1,0 +1,245 @@
+#include "view/Frame.h"
+
+#include "view/resource.h"
+
+#include "bench/Text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace view {
+
+namespace {
+
+HWND MakeControl(HWND parent, const wchar_t* kind, const wchar_t* text, DWORD style, int id,
+                 DWORD exStyle = 0) {
+    const HWND control = CreateWindowExW(exStyle, kind, text, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0,
+                                         parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                         GetModuleHandleW(nullptr), nullptr);
+    if (control == nullptr) {
+        throw com::CallError(bench::CodeOf(GetLastError()));
+    }
+    return control;
+}
+
+LRESULT CALLBACK OnFilterMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR data) noexcept {
+    auto* const frame = reinterpret_cast<HWND>(data);
+    const bool isKey = message == WM_KEYDOWN;
+    if (isKey && (wParam == VK_DOWN || wParam == VK_RETURN)) {
+        PostMessageW(frame, WM_COMMAND, IDM_VIEW_LIST, 0);
+        return 0;
+    }
+    if (isKey && wParam == VK_ESCAPE) {
+        PostMessageW(frame, WM_COMMAND, IDM_EDIT_CLEAR_FILTER, 0);
+        return 0;
+    }
+    if (message == WM_CHAR && (wParam == L'\r' || wParam == L'\x1B')) {
+        return 0; // a beep
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+std::vector<ListPane::Column> PointColumns() {
+    return {{IDS_COLUMN_NAME, 150},         {IDS_COLUMN_TYPE, 120},  {IDS_COLUMN_VALUE, 90, true},
+            {IDS_COLUMN_DISPLAYED, 120},    {IDS_COLUMN_UNIT, 56},   {IDS_COLUMN_DEFAULT, 64, true},
+            {IDS_COLUMN_ADDRESS, 60, true}, {IDS_COLUMN_VISIBLE, 56}};
+}
+
+drawing::Colour GlyphColour() noexcept {
+    const COLORREF colour = GetSysColor(COLOR_BTNTEXT);
+    constexpr drawing::Colour kCalm = 0x1D4E89;
+    return IsHighContrast() ? static_cast<drawing::Colour>(GetRValue(colour)) << 16U |
+                                  static_cast<drawing::Colour>(GetGValue(colour)) << 8U | GetBValue(colour)
+                            : kCalm;
+}
+
+} // namespace
+
+void Frame::MakeParts() {
+    const HWND frame = Handle();
+    MakeToolbar();
+    sheet_ =
+        std::make_unique<SheetView>(frame, IDC_SHEET,
+                                    SheetView::Events{[this](const drawing::PinId& pin) { OnPinPicked(pin); },
+                                                      [this](const drawing::PinId& pin) {
+                                                          if (const auto id = PointOf(pin)) {
+                                                              OpenEditor(*id);
+                                                          }
+                                                      },
+                                                      [this] { UpdateStatus(); }});
+    for (std::size_t i = 0; i < splitters_.size(); ++i) {
+        splitters_[i] = std::make_unique<Splitter>(frame, IDC_SPLIT_SHEET + static_cast<int>(i), i != 1,
+                                                   [this, i](int distance) { MoveSplit(i, distance); });
+    }
+    filterLabel_ = MakeControl(frame, WC_STATICW, Text(IDS_FILTER).c_str(),
+                               WS_VISIBLE | SS_CENTERIMAGE | SS_RIGHT, IDC_FILTER_LABEL);
+    filter_ = MakeControl(frame, WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, IDC_FILTER,
+                          WS_EX_CLIENTEDGE);
+    SetWindowSubclass(filter_, OnFilterMessage, 1, reinterpret_cast<DWORD_PTR>(frame));
+    tabs_ = MakeControl(frame, WC_TABCONTROLW, L"", WS_VISIBLE | WS_TABSTOP | TCS_FOCUSNEVER, IDC_PAGES);
+    for (const int title : {IDS_ATTRIBUTES, IDS_INPUTS, IDS_OUTPUTS, IDS_CATALOGUE}) {
+        std::wstring text = Text(static_cast<UINT>(title));
+        TCITEMW item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = text.data();
+        Send(tabs_, TCM_INSERTITEMW, Send(tabs_, TCM_GETITEMCOUNT), &item);
+    }
+    MakePointPage(0, Kind::attribute, IDC_ATTRIBUTES, L"Attributes", IDS_ATTRIBUTES);
+    MakePointPage(1, Kind::input, IDC_INPUTS, L"Inputs", IDS_INPUTS);
+    MakePointPage(2, Kind::output, IDC_OUTPUTS, L"Outputs", IDS_OUTPUTS);
+    MakeCatalogue();
+    MakeFindings();
+    sourceTitle_ = MakeControl(frame, WC_STATICW, Text(IDS_SOURCE).c_str(), WS_VISIBLE | SS_CENTERIMAGE,
+                               IDC_SOURCE_TITLE);
+    sourceBox_ = MakeControl(frame, WC_EDITW, L"",
+                             WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY |
+                                 ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL,
+                             IDC_SOURCE);
+    status_ = MakeControl(frame, STATUSCLASSNAMEW, L"", WS_VISIBLE | SBARS_SIZEGRIP, IDC_STATUS);
+    progress_ = MakeControl(frame, PROGRESS_CLASSW, L"", 0, IDC_PROGRESS);
+    stop_ = MakeControl(frame, WC_BUTTONW, Text(IDS_STOP).c_str(), WS_TABSTOP | BS_PUSHBUTTON, IDC_STOP);
+}
+
+void Frame::MakeToolbar() {
+    toolbar_ = MakeControl(Handle(), TOOLBARCLASSNAMEW, Text(IDS_TOOLBAR).c_str(),
+                           WS_VISIBLE | TBSTYLE_FLAT | TBSTYLE_LIST | TBSTYLE_TOOLTIPS | CCS_NODIVIDER |
+                               CCS_NOPARENTALIGN | CCS_NORESIZE,
+                           IDC_TOOLBAR);
+    Send(toolbar_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
+    Send(toolbar_, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DRAWDDARROWS);
+    struct Tool {
+        int command;
+        int image;
+        UINT text;
+        BYTE style;
+    };
+    const auto glyph = [](Glyph picture) { return static_cast<int>(picture); };
+    const BYTE plain = BTNS_BUTTON | BTNS_AUTOSIZE;
+    const BYTE labelled = plain | BTNS_SHOWTEXT;
+    const BYTE check = BTNS_CHECK | BTNS_AUTOSIZE;
+    const BYTE unit = BTNS_CHECKGROUP | BTNS_AUTOSIZE | BTNS_SHOWTEXT;
+    const Tool tools[] = {{IDM_FILE_OPEN, glyph(Glyph::open), IDS_TOOL_OPEN, labelled},
+                          {IDM_FILE_SAVE, glyph(Glyph::save), IDS_TOOL_SAVE, labelled},
+                          {0, 0, 0, BTNS_SEP},
+                          {IDM_EDIT_UNDO, glyph(Glyph::undo), IDS_TOOL_UNDO, plain},
+                          {IDM_EDIT_REDO, glyph(Glyph::redo), IDS_TOOL_REDO, plain},
+                          {IDM_EDIT_VALUE, glyph(Glyph::edit), IDS_TOOL_EDIT, labelled},
+                          {0, 0, 0, BTNS_SEP},
+                          {IDM_VIEW_ZOOM_OUT, glyph(Glyph::zoomOut), IDS_TOOL_ZOOM_OUT, plain},
+                          {IDM_VIEW_ZOOM_IN, glyph(Glyph::zoomIn), IDS_TOOL_ZOOM_IN, plain},
+                          {IDM_VIEW_ZOOM_FIT, glyph(Glyph::fit), IDS_TOOL_ZOOM_FIT, plain},
+                          {0, 0, 0, BTNS_SEP},
+                          {IDM_VIEW_SI, I_IMAGENONE, IDS_TOOL_SI, unit},
+                          {IDM_VIEW_US, I_IMAGENONE, IDS_TOOL_US, unit},
+                          {0, 0, 0, BTNS_SEP},
+                          {IDM_VIEW_FINDINGS, glyph(Glyph::findings), IDS_TOOL_FINDINGS, check},
+                          {IDM_VIEW_SOURCE, glyph(Glyph::source), IDS_TOOL_SOURCE, check}};
+    for (const Tool& tool : tools) {
+        TBBUTTON button{};
+        const std::wstring text = tool.text != 0 ? Text(tool.text) : std::wstring();
+        button.iBitmap = tool.image;
+        button.idCommand = tool.command;
+        button.fsState = TBSTATE_ENABLED;
+        button.fsStyle = tool.style;
+        button.iString = reinterpret_cast<INT_PTR>(text.c_str());
+        Send(toolbar_, TB_ADDBUTTONSW, 1, &button);
+    }
+}
+
+void Frame::MakePointPage(std::size_t index, Kind kind, int id, const wchar_t* key, UINT name) {
+    PointPage& page = pages_.at(index);
+    page.kind = kind;
+    ListPane::Source source;
+    source.cell = [&page](std::size_t row, std::size_t column) {
+        return std::wstring(CellOf(page.table.Rows().at(row), static_cast<Column>(column)));
+    };
+    source.isBold = [&page](std::size_t row) { return page.table.Rows().at(row).isUnsaved; };
+    const auto idOf = [&page](std::size_t row) { return page.table.Rows().at(row).id; };
+    ListPane::Events events;
+    events.picked = [this, idOf](std::size_t row) { OnRowPicked(idOf(row)); };
+    events.opened = [this, idOf](std::size_t row) { OpenEditor(idOf(row)); };
+    events.typed = [this](wchar_t letter) { Filter(std::wstring(1, letter)); };
+    events.entered = [this, idOf](std::size_t row, const std::wstring& text) {
+        OnCellEntered(idOf(row), text);
+    };
+    page.pane = std::make_unique<ListPane>(Handle(), id, key, name, PointColumns(), page.table.List(),
+                                           std::move(source), std::move(events));
+    page.pane->Read(settings_);
+}
+
+void Frame::MakeCatalogue() {
+    ListPane::Source source;
+    source.cell = [this](std::size_t row, std::size_t column) {
+        const TypeRow& type = types_.at(row);
+        const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
+                                             &type.least,  &type.greatest, &type.resolution, &type.invalid};
+        return *cells[column];
+    };
+    ListPane::Events events;
+    events.typed = [this](wchar_t letter) { Filter(std::wstring(1, letter)); };
+    std::vector<ListPane::Column> columns = {{IDS_COLUMN_NUMBER, 60, true},
+                                             {IDS_COLUMN_NAME, 170},
+                                             {IDS_COLUMN_KIND, 110},
+                                             {IDS_COLUMN_UNIT, 70},
+                                             {IDS_COLUMN_LEAST, 90, true},
+                                             {IDS_COLUMN_GREATEST, 90, true},
+                                             {IDS_COLUMN_RESOLUTION, 80, true},
+                                             {IDS_COLUMN_INVALID, 80, true}};
+    typePane_ =
+        std::make_unique<ListPane>(Handle(), IDC_CATALOGUE, L"Catalogue", IDS_CATALOGUE, std::move(columns),
+                                   typeList_, std::move(source), std::move(events));
+    typePane_->Read(settings_);
+}
+
+void Frame::MakeFindings() {
+    findingsTitle_ = MakeControl(Handle(), WC_STATICW, Text(IDS_FINDINGS).c_str(),
+                                 WS_VISIBLE | SS_CENTERIMAGE, IDC_FINDINGS_TITLE);
+    ListPane::Source source;
+    source.cell = [this](std::size_t row, std::size_t column) { return findingTexts_.at(row).at(column); };
+    source.colour = [this](std::size_t row) -> std::optional<COLORREF> {
+        if (IsHighContrast() || findings_.at(row).weight == Weight::note) {
+            return std::nullopt;
+        }
+        return findings_.at(row).weight == Weight::warning ? RGB(0x8A, 0x55, 0x00) : RGB(0xB0, 0x1E, 0x1E);
+    };
+    ListPane::Events events;
+    events.picked = [this](std::size_t row) { GoToSource(findings_.at(row)); };
+    events.opened = [this](std::size_t row) { GoToFinding(row); };
+    std::vector<ListPane::Column> columns = {{IDS_COLUMN_WEIGHT, 64},
+                                             {IDS_COLUMN_PLACE, 56, true},
+                                             {IDS_COLUMN_MESSAGE, 360},
+                                             {IDS_COLUMN_RULE, 130}};
+    findingPane_ =
+        std::make_unique<ListPane>(Handle(), IDC_FINDINGS, L"Findings", IDS_FINDINGS, std::move(columns),
+                                   findingList_, std::move(source), std::move(events));
+    findingPane_->Read(settings_);
+    ShowWindow(findingPane_->Handle(), SW_SHOWNA);
+}
+
+void Frame::SetFonts() {
+    scaling_ = Scaling::Of(Handle());
+    std::optional<Fonts> fonts;
+    fonts.emplace(scaling_);
+    const HFONT normal = fonts->normal.Get();
+    for (const HWND control :
+         {toolbar_, filterLabel_, filter_, tabs_, findingsTitle_, sourceTitle_, status_, stop_}) {
+        Send(control, WM_SETFONT, normal, TRUE);
+    }
+    Send(sourceBox_, WM_SETFONT, fonts->fixed.Get(), TRUE);
+    for (const PointPage& page : pages_) {
+        page.pane->SetFonts(*fonts, scaling_);
+    }
+    typePane_->SetFonts(*fonts, scaling_);
+    sheet_->SetScaling(scaling_);
+    findingPane_->SetFonts(*fonts, scaling_);
+    fonts_ = std::move(fonts); // the old ones go when nobody has them any more
+    Images images = MakeGlyphs(scaling_, GlyphColour());
+    Send(toolbar_, TB_SETIMAGELIST, 0, images.get());
+    images_ = std::move(images);
+    Send(toolbar_, TB_SETPADDING, 0, MAKELPARAM(scaling_(9), scaling_(8)));
+    Send(toolbar_, TB_AUTOSIZE);
+    Layout();
+}
+
+} // namespace view

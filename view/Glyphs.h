@@ -1,0 +1,28 @@
+#pragma once
+
+#include "view/Window.h"
+
+#include "drawing/Palette.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <memory>
+#include <type_traits>
+
+namespace view {
+
+/// The pictures of the toolbar, in the order of their place in an image list.
+enum class Glyph { open, save, undo, redo, edit, zoomIn, zoomOut, fit, findings, source };
+inline constexpr int kGlyphs = 10;
+
+struct DestroyImages {
+    void operator()(HIMAGELIST images) const noexcept { ImageList_Destroy(images); }
+};
+using Images = std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, DestroyImages>;
+
+/// The pictures in a size and a colour: they are drawn as lines, so each scale has sharp ones.
+Images MakeGlyphs(Scaling scaling, drawing::Colour colour);
+
+} // namespace view

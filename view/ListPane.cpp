@@ -1,0 +1,331 @@
+#include "view/ListPane.h"
+
+#include "view/resource.h"
+
+#include "bench/Text.h"
+#include "com/Boundary.h"
+#include "view/Session.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace view {
+
+namespace {
+
+constexpr UINT_PTR kListSubclass = 1;
+constexpr UINT_PTR kCellSubclass = 2;
+constexpr int kWidest = 2000;
+
+} // namespace
+
+ListPane::ListPane(HWND parent, int id, const wchar_t* key, UINT name, std::vector<Column> columns,
+                   Listing& listing, Source source, Events events)
+    : list_(CreateWindowExW(
+          0, WC_LISTVIEWW, Text(name).c_str(),
+          WS_CHILD | WS_TABSTOP | WS_CLIPSIBLINGS | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS, 0, 0, 0,
+          0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr))
+    , key_(key)
+    , columns_(std::move(columns))
+    , listing_(listing)
+    , source_(std::move(source))
+    , events_(std::move(events)) {
+    if (list_ == nullptr) {
+        throw com::CallError(bench::CodeOf(GetLastError()));
+    }
+    const DWORD styles = LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_LABELTIP;
+    Send(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, styles, styles);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        std::wstring title = Text(columns_[i].title);
+        LVCOLUMNW column{};
+        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT | LVCF_SUBITEM;
+        column.fmt = columns_[i].isNumber ? LVCFMT_RIGHT : LVCFMT_LEFT;
+        column.cx = columns_[i].width;
+        column.pszText = title.data();
+        column.iSubItem = static_cast<int>(i);
+        Send(list_, LVM_INSERTCOLUMNW, i, &column);
+    }
+    SetWindowSubclass(list_, &ListPane::OnListMessage, kListSubclass, reinterpret_cast<DWORD_PTR>(this));
+}
+
+ListPane::~ListPane() {
+    if (IsWindow(list_) != FALSE) {
+        RemoveWindowSubclass(list_, &ListPane::OnListMessage, kListSubclass);
+        DestroyWindow(list_);
+    }
+}
+
+void ListPane::Read(const Settings& settings) {
+    const std::vector<int> widths = settings.WidthsOf(key_.c_str());
+    for (std::size_t i = 0; i < columns_.size() && widths.size() == columns_.size(); ++i) {
+        columns_[i].width = std::clamp(widths[i], 0, kWidest);
+    }
+}
+
+void ListPane::Write(const Settings& settings) const {
+    std::vector<int> widths;
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        widths.push_back(scaling_.Back(static_cast<int>(Send(list_, LVM_GETCOLUMNWIDTH, i))));
+    }
+    settings.SetWidths(key_.c_str(), widths);
+}
+
+void ListPane::SetFonts(const Fonts& fonts, Scaling scaling) {
+    scaling_ = scaling;
+    bold_ = fonts.bold.Get();
+    Send(list_, WM_SETFONT, fonts.normal.Get(), TRUE);
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        Send(list_, LVM_SETCOLUMNWIDTH, i, scaling(columns_[i].width));
+    }
+}
+
+void ListPane::Update() {
+    EndCell(false);
+    isUpdating_ = true;
+    const std::optional<std::size_t> row = picked_;
+    LVITEMW none{};
+    none.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    Send(list_, LVM_SETITEMSTATE, -1, &none);
+    Send(list_, LVM_SETITEMCOUNT, listing_.Shown(), LVSICF_NOSCROLL);
+    picked_ = row;
+    if (picked_ && *picked_ < listing_.Rows()) {
+        if (listing_.PlaceOf(*picked_)) {
+            Pick(*picked_);
+        }
+    } else {
+        picked_.reset();
+    }
+    ShowOrder();
+    isUpdating_ = false;
+    InvalidateRect(list_, nullptr, FALSE);
+}
+
+void ListPane::Redraw(std::size_t row) {
+    if (const auto place = listing_.PlaceOf(row)) {
+        Send(list_, LVM_REDRAWITEMS, *place, *place);
+    }
+}
+
+void ListPane::RedrawAll() {
+    InvalidateRect(list_, nullptr, FALSE);
+}
+
+std::optional<std::size_t> ListPane::Picked() const {
+    const LRESULT place = Send(list_, LVM_GETNEXTITEM, -1, LVNI_FOCUSED);
+    if (place < 0 || static_cast<std::size_t>(place) >= listing_.Shown()) {
+        return std::nullopt;
+    }
+    return listing_.RowAt(static_cast<std::size_t>(place));
+}
+
+bool ListPane::Pick(std::size_t row) {
+    const auto place = listing_.PlaceOf(row);
+    if (!place) {
+        return false;
+    }
+    const bool wasUpdating = std::exchange(isUpdating_, true);
+    LVITEMW state{};
+    state.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    Send(list_, LVM_SETITEMSTATE, -1, &state);
+    state.state = LVIS_SELECTED | LVIS_FOCUSED;
+    Send(list_, LVM_SETITEMSTATE, *place, &state);
+    Send(list_, LVM_ENSUREVISIBLE, *place, FALSE);
+    isUpdating_ = wasUpdating;
+    picked_ = row;
+    return true;
+}
+
+void ListPane::SelectAll() {
+    LVITEMW state{};
+    state.stateMask = LVIS_SELECTED;
+    state.state = LVIS_SELECTED;
+    Send(list_, LVM_SETITEMSTATE, -1, &state);
+}
+
+std::wstring ListPane::SelectedText() const {
+    std::wstring text;
+    for (LRESULT place = -1; (place = Send(list_, LVM_GETNEXTITEM, place, LVNI_SELECTED)) >= 0;) {
+        const std::size_t row = listing_.RowAt(static_cast<std::size_t>(place));
+        for (std::size_t i = 0; i < columns_.size(); ++i) {
+            text += (i > 0 ? L"\t" : L"") + source_.cell(row, i);
+        }
+        text += L"\r\n";
+    }
+    return text;
+}
+
+void ListPane::EditCell(std::size_t column, const std::wstring& text) {
+    const auto row = Picked();
+    if (!row || !listing_.PlaceOf(*row)) {
+        return;
+    }
+    EndCell(false);
+    Send(list_, LVM_ENSUREVISIBLE, *listing_.PlaceOf(*row), FALSE);
+    RECT area{};
+    area.top = static_cast<LONG>(column);
+    area.left = LVIR_BOUNDS;
+    Send(list_, LVM_GETSUBITEMRECT, *listing_.PlaceOf(*row), &area);
+    area.right = std::max(area.right, area.left + scaling_(120));
+    cellRow_ = *row;
+    cell_ = CreateWindowExW(0, WC_EDITW, text.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL,
+                            area.left, area.top, area.right - area.left, area.bottom - area.top, list_,
+                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_CELL)),
+                            GetModuleHandleW(nullptr), nullptr);
+    Send(cell_, WM_SETFONT, Send(list_, WM_GETFONT), TRUE);
+    SetWindowSubclass(cell_, &ListPane::OnCellMessage, kCellSubclass, reinterpret_cast<DWORD_PTR>(this));
+    Send(cell_, EM_SETSEL, 0, -1);
+    SetFocus(cell_);
+}
+
+void ListPane::EndCell(bool isTaken) {
+    if (cell_ == nullptr) {
+        return;
+    }
+    const HWND cell = std::exchange(cell_, nullptr); // its end takes the focus, which ends it
+    const std::wstring text = TextOf(cell);
+    RemoveWindowSubclass(cell, &ListPane::OnCellMessage, kCellSubclass);
+    const bool hadFocus = GetFocus() == cell;
+    DestroyWindow(cell);
+    if (hadFocus) {
+        SetFocus(list_);
+    }
+    if (isTaken && events_.entered) {
+        events_.entered(cellRow_, text);
+    }
+}
+
+LRESULT CALLBACK ListPane::OnCellMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                         DWORD_PTR data) noexcept {
+    auto& pane = *reinterpret_cast<ListPane*>(data);
+    bool isDone = false;
+    com::Attempt([&] {
+        if (message == WM_KEYDOWN && (wParam == VK_RETURN || wParam == VK_ESCAPE)) {
+            pane.EndCell(wParam == VK_RETURN);
+            isDone = true;
+        } else if (message == WM_KILLFOCUS) {
+            pane.EndCell(true);
+            isDone = true;
+        }
+    });
+    if (isDone || (message == WM_CHAR && (wParam == L'\r' || wParam == L'\x1B'))) {
+        return 0;
+    }
+    return message == WM_GETDLGCODE ? DLGC_WANTALLKEYS : DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK ListPane::OnListMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                         DWORD_PTR data) noexcept {
+    auto& pane = *reinterpret_cast<ListPane*>(data);
+    bool isDone = false;
+    const auto failure = com::Attempt([&] {
+        if (message == WM_KEYDOWN && wParam == VK_RETURN) {
+            const auto row = pane.Picked();
+            isDone = true;
+            if (row && pane.events_.opened) {
+                pane.events_.opened(*row);
+            }
+        } else if (message == WM_CHAR && wParam > L' ' && pane.events_.typed) {
+            isDone = true;
+            pane.events_.typed(static_cast<wchar_t>(wParam));
+        } else if (message == WM_VSCROLL || message == WM_HSCROLL || message == WM_MOUSEWHEEL) {
+            pane.EndCell(true);
+        }
+    });
+    return isDone || failure ? 0 : DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT ListPane::OnNotify(NMHDR& head) {
+    switch (head.code) {
+    case LVN_GETDISPINFOW: {
+        LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(head).item;
+        if ((item.mask & LVIF_TEXT) != 0 && item.iItem >= 0 &&
+            static_cast<std::size_t>(item.iItem) < listing_.Shown() && item.cchTextMax > 0) {
+            const std::wstring text = source_.cell(listing_.RowAt(static_cast<std::size_t>(item.iItem)),
+                                                   static_cast<std::size_t>(item.iSubItem));
+            lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
+        }
+        return 0;
+    }
+    case LVN_ITEMCHANGED: {
+        const auto& change = reinterpret_cast<const NMLISTVIEW&>(head);
+        const bool isPick = (change.uNewState & LVIS_FOCUSED) != 0 && (change.uOldState & LVIS_FOCUSED) == 0;
+        if (isPick && !isUpdating_ && change.iItem >= 0 &&
+            static_cast<std::size_t>(change.iItem) < listing_.Shown()) {
+            picked_ = listing_.RowAt(static_cast<std::size_t>(change.iItem));
+            if (events_.picked) {
+                events_.picked(*picked_);
+            }
+        }
+        return 0;
+    }
+    case LVN_COLUMNCLICK:
+        OnHead(static_cast<std::size_t>(reinterpret_cast<const NMLISTVIEW&>(head).iSubItem));
+        return 0;
+    case LVN_ODFINDITEMW: {
+        const auto& find = reinterpret_cast<const NMLVFINDITEMW&>(head);
+        if ((find.lvfi.flags & LVFI_STRING) == 0 || find.lvfi.psz == nullptr) {
+            return -1;
+        }
+        const auto place =
+            listing_.FindBeginning(find.lvfi.psz, 0, static_cast<std::size_t>(std::max(0, find.iStart)));
+        return place ? static_cast<LRESULT>(*place) : -1;
+    }
+    case NM_DBLCLK:
+        if (const int item = reinterpret_cast<const NMITEMACTIVATE&>(head).iItem;
+            item >= 0 && events_.opened) {
+            events_.opened(listing_.RowAt(static_cast<std::size_t>(item)));
+        }
+        return 0;
+    case NM_CUSTOMDRAW:
+        return OnDraw(reinterpret_cast<NMLVCUSTOMDRAW&>(head));
+    default:
+        return 0;
+    }
+}
+
+LRESULT ListPane::OnDraw(NMLVCUSTOMDRAW& draw) const {
+    if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) {
+        return CDRF_NOTIFYITEMDRAW;
+    }
+    const std::size_t place = draw.nmcd.dwItemSpec;
+    if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT || place >= listing_.Shown()) {
+        return CDRF_DODEFAULT;
+    }
+    const std::size_t row = listing_.RowAt(place);
+    LRESULT answer = CDRF_DODEFAULT;
+    if (source_.isBold && bold_ != nullptr && source_.isBold(row)) {
+        SelectObject(draw.nmcd.hdc, bold_);
+        answer = CDRF_NEWFONT;
+    }
+    if (source_.colour) {
+        if (const auto colour = source_.colour(row)) {
+            draw.clrText = *colour;
+        }
+    }
+    return answer;
+}
+
+void ListPane::OnHead(std::size_t column) {
+    EndCell(true);
+    listing_.ToggleSort(column);
+    Update();
+    if (events_.sorted) {
+        events_.sorted();
+    }
+}
+
+void ListPane::ShowOrder() {
+    const auto header = reinterpret_cast<HWND>(Send(list_, LVM_GETHEADER));
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        Send(header, HDM_GETITEMW, i, &item);
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (const auto& order = listing_.Order(); order && order->column == i) {
+            item.fmt |= order->isDownward ? HDF_SORTDOWN : HDF_SORTUP;
+        }
+        Send(header, HDM_SETITEMW, i, &item);
+    }
+}
+
+} // namespace view

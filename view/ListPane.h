@@ -1,0 +1,105 @@
+#pragma once
+
+#include "view/model/Listing.h"
+#include "view/Settings.h"
+#include "view/Window.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace view {
+
+/// A virtual list in report view over a listing: it asks for what it shows, so a long
+/// list costs no more than a short one.
+class ListPane {
+  public:
+    struct Column {
+        UINT title;
+        /// Pixels at 96 dots to the inch.
+        int width;
+        bool isNumber = false;
+    };
+    struct Source {
+        std::function<std::wstring(std::size_t row, std::size_t column)> cell;
+        /// Not needed: whether a row is bold, and the colour of its text.
+        std::function<bool(std::size_t row)> isBold = {};
+        std::function<std::optional<COLORREF>(std::size_t row)> colour = {};
+    };
+    struct Events {
+        std::function<void(std::size_t row)> picked = {};
+        /// Double click or Enter.
+        std::function<void(std::size_t row)> opened = {};
+        /// A letter was typed into the list.
+        std::function<void(wchar_t letter)> typed = {};
+        std::function<void()> sorted = {};
+        /// A value was typed into the cell of a row. The words of what is wrong with it, if
+        /// anything is.
+        std::function<void(std::size_t row, const std::wstring& text)> entered = {};
+    };
+
+    /// `key` names the list in the settings, `name` to a screen reader.
+    ListPane(HWND parent, int id, const wchar_t* key, UINT name, std::vector<Column> columns,
+             Listing& listing, Source source, Events events);
+    ~ListPane();
+    ListPane(const ListPane&) = delete;
+    ListPane& operator=(const ListPane&) = delete;
+
+    HWND Handle() const noexcept { return list_; }
+    int Id() const noexcept { return GetDlgCtrlID(list_); }
+    void Read(const Settings& settings);
+    void Write(const Settings& settings) const;
+    void SetFonts(const Fonts& fonts, Scaling scaling);
+
+    /// The listing shows other rows. The picked row stays picked, when it is still shown.
+    void Update();
+    /// The cells of a row changed.
+    void Redraw(std::size_t row);
+    void RedrawAll();
+    /// None when no row has the focus.
+    std::optional<std::size_t> Picked() const;
+    /// Picks a row and brings it into sight; false when the filter hides it.
+    bool Pick(std::size_t row);
+    void SelectAll();
+    /// The selected rows as lines, with tabs between the cells.
+    std::wstring SelectedText() const;
+
+    /// Opens a field over a cell of the picked row.
+    void EditCell(std::size_t column, const std::wstring& text);
+    bool IsEditing() const noexcept { return cell_ != nullptr; }
+
+    /// What the list tells its parent.
+    LRESULT OnNotify(NMHDR& head);
+
+  private:
+    static LRESULT CALLBACK OnListMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR data) noexcept;
+    static LRESULT CALLBACK OnCellMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                          UINT_PTR id, DWORD_PTR data) noexcept;
+    LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
+    void OnHead(std::size_t column);
+    void ShowOrder();
+    void EndCell(bool isTaken);
+
+    HWND list_;
+    HWND cell_ = nullptr;
+    std::size_t cellRow_ = 0;
+    std::wstring key_;
+    std::vector<Column> columns_;
+    Listing& listing_;
+    Source source_;
+    Events events_;
+    HFONT bold_ = nullptr;
+    Scaling scaling_;
+    /// The row that was picked last, to find it again where it is shown.
+    std::optional<std::size_t> picked_;
+    bool isUpdating_ = false;
+};
+
+} // namespace view

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "view/model/FindingRow.h"
+#include "view/model/Row.h"
+#include "view/model/SourceText.h"
+
+#include "bench/CommandLine.h"
+#include "bench/Device.h"
+#include "bench/Host.h"
+#include "bench/Report.h"
+#include "bench/StreamEdit.h"
+#include "check/Catalogue.h"
+#include "com/Boundary.h"
+#include "drawing/Sheet.h"
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace view {
+
+/// A type of the catalogue, a row of its page.
+struct TypeRow {
+    std::wstring number;
+    std::wstring name;
+    std::wstring kind;
+    std::wstring unit;
+    std::wstring least;
+    std::wstring greatest;
+    std::wstring resolution;
+    std::wstring invalid;
+};
+
+/// What a failed action says: the words for a person.
+struct Problem {
+    HRESULT code = E_FAIL;
+    std::wstring words;
+};
+
+/// Runs what calls the component or writes files; what it throws comes back in words.
+std::optional<Problem> Try(com::Body body);
+
+/// A file with its module, opened as a host opens it. One at a time: the boxes of the
+/// component come to the one that lives.
+class Session {
+  public:
+    /// What a file holds.
+    enum class Kind { stream, device, project };
+
+    Session();
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Reads the file and checks it: source and findings are there also when the
+    /// component takes it for damaged, and Load fails.
+    void Read(const std::wstring& file);
+    /// Has the component load what was read. The messages of the windows are handled meanwhile.
+    void Load();
+    /// Ends Load, called by one of these messages.
+    void Stop() noexcept;
+    bool IsStopped() const noexcept { return isStopped_; }
+    /// How many points the file has, and how many of them are loaded by now.
+    std::size_t PointsInFile() const noexcept { return pointsInFile_; }
+    std::size_t PointsLoaded() const;
+
+    const std::wstring& File() const noexcept { return file_; }
+    Kind FileKind() const noexcept { return kind_; }
+    const SourceText& Source() const noexcept { return source_; }
+    const std::vector<FindingRow>& Findings() const noexcept { return findings_; }
+    std::wstring ModuleName() const;
+
+    std::vector<Row> ReadRows(view::Kind kind);
+    /// The point as it is now; none when the module does not have it.
+    std::optional<Row> ReadRow(const PointId& id);
+    drawing::Sheet ReadSheet();
+    std::vector<TypeRow> ReadTypes() const;
+    /// The bytes of the module's icon file; empty when it has none.
+    std::string Icon() const;
+
+    void SetUnits(bool isUs);
+    std::wstring ValueOf(const PointId& id) const;
+    void SetValue(const PointId& id, const std::wstring& value);
+    /// What is wrong with a value for the point, in words; none when it may be set. The
+    /// component takes any text, so the checks judge.
+    std::optional<std::wstring> ProblemOf(const PointId& id, const std::wstring& value) const;
+    /// Shows the component's own editor for the attribute; it may change the value.
+    void Edit(const std::wstring& attribute);
+    void ShowAbout();
+    /// The boxes that the component showed since the last call.
+    std::vector<FindingRow> TakeBoxes();
+
+    // Files. Each throws, and leaves an old file as it was.
+
+    /// The stream with the values as they are.
+    std::string StreamText(const std::vector<bench::PointValue>& changes) const;
+    /// Writes the module, and its stream with the values as they are, into a project:
+    /// a new one, or one that holds other objects.
+    void SaveProject(const std::wstring& path, const std::vector<bench::PointValue>& changes);
+    void ExportImage(const std::wstring& path);
+    void ExportInteroperability(const std::wstring& path);
+    void ExportSheet(const std::wstring& path, bool asSvg);
+
+  private:
+    class Documents;
+    struct TypeWords {
+        std::wstring title;
+        std::wstring unit;
+    };
+
+    Row ReadInput(IInput& input, std::size_t index);
+    Row ReadOutput(IOutput& output, std::size_t index);
+    Row ReadAttribute(IAttribute& attribute, std::size_t index);
+    const TypeWords& WordsOf(const std::wstring& typeId);
+    std::wstring OutputsReaders(const std::wstring& output) const;
+    void ReadReaders();
+    drawing::Block ReadChannelBlock(const bench::Channel& channel, std::size_t number, drawing::Sheet& sheet);
+
+    bench::Options options_;
+    bench::Report report_;
+    std::unique_ptr<bench::Host> host_;
+    std::unique_ptr<bench::OpenedDevice> device_;
+    std::unique_ptr<Documents> documents_;
+    check::Catalogue catalogue_;
+    com::Ref<IUnitConverter> converter_;
+    std::map<std::wstring, TypeWords> types_;
+    /// The inputs that are wired to an output, by its name in capitals.
+    std::map<std::wstring, std::wstring> readers_;
+    std::wstring file_;
+    Kind kind_ = Kind::stream;
+    /// The stream as the component gets it.
+    std::wstring stream_;
+    SourceText source_;
+    std::vector<FindingRow> findings_;
+    std::size_t pointsInFile_ = 0;
+    std::size_t boxesTaken_ = 0;
+    bool isStopped_ = false;
+};
+
+} // namespace view

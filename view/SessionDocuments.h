@@ -1,0 +1,54 @@
+#pragma once
+
+#include "view/model/SourcePoints.h"
+#include "view/Session.h"
+
+#include "bench/Xml.h"
+#include "check/Encoding.h"
+#include "check/Findings.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <unordered_map>
+
+namespace view {
+
+namespace xml = bench::xml;
+
+/// What a file holds, and the text of the device stream in it as far as the file itself
+/// has it: bytes, and in a project UTF-8.
+struct FileText {
+    Session::Kind kind = Session::Kind::stream;
+    std::string source;
+};
+/// Throws BenchError for a project that holds no device stream.
+FileText ReadFileText(const std::string& bytes, const std::wstring& file);
+
+/// What only the documents tell of the points: the component keeps it to itself.
+class Session::Documents {
+  public:
+    struct Words {
+        std::wstring type;
+        std::wstring address;
+    };
+
+    /// The stream in UTF-8, and the name of the module's definition.
+    Documents(const std::string& stream, const std::wstring& definition);
+
+    std::size_t Points() const noexcept { return places_.Places().size(); }
+    /// Empty texts for a point that the stream does not have.
+    const Words& Of(const PointId& id) const;
+    /// The default value of an attribute; empty without one.
+    std::wstring DefaultOf(const std::wstring& attribute) const;
+    /// The first point whose name stands in a text as a word.
+    const SourcePoints::Place* PlaceNamedIn(const std::string& text) const;
+
+  private:
+    SourcePoints places_;
+    std::map<PointId, Words> words_;
+    std::unordered_map<std::wstring, std::wstring> defaults_;
+    std::unordered_map<std::string, std::size_t> names_;
+};
+
+} // namespace view

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "view/model/RecentFiles.h"
+
+#include <windows.h>
+
+#include <vector>
+
+namespace view {
+
+/// What the program remembers for a user, in the registry below
+/// HKCU\Software\O_Tam_id\View. What cannot be read is as at the first start.
+class Settings {
+  public:
+    Settings();
+
+    /// The window's place on the screen; of no size at the first start.
+    WINDOWPLACEMENT placement{};
+    /// Widths, in thousandths of the window, of the sheet, the panes and the findings.
+    std::vector<int> splits = {440, 270, 480};
+    bool showsFindings = true;
+    bool showsSource = true;
+    bool usUnits = false;
+    RecentFiles recent;
+
+    /// Of a list: the width of each column in pixels at 96 dots to the inch, in the order
+    /// of the subitems; empty at the first start.
+    std::vector<int> WidthsOf(const wchar_t* list) const;
+    void SetWidths(const wchar_t* list, const std::vector<int>& widths) const;
+
+    /// Writes what has no member of its own to write it.
+    void Save() const;
+};
+
+} // namespace view

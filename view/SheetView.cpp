@@ -1,0 +1,334 @@
+#include "view/SheetView.h"
+
+#include "view/IconFile.h"
+#include "view/resource.h"
+
+#include "bench/Text.h"
+#include "drawing/Layout.h"
+#include "drawing/Svg.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+#include <utility>
+
+namespace view {
+
+namespace {
+
+using drawing::PinId;
+using drawing::Side;
+
+/// Pixels, at 96 dots to the inch, that a notch of the wheel or an arrow moves the sheet.
+constexpr int kStep = 48;
+
+drawing::Point PointOf(LPARAM lParam) noexcept {
+    return {static_cast<double>(GET_X_LPARAM(lParam)), static_cast<double>(GET_Y_LPARAM(lParam))};
+}
+
+const drawing::Block& BlockOf(const drawing::Sheet& sheet, std::size_t number) {
+    return number == 0 ? sheet.module : sheet.channels.at(number - 1);
+}
+
+std::size_t PinsOf(const drawing::Sheet& sheet, const PinId& id) {
+    const drawing::Block& block = BlockOf(sheet, id.block);
+    return id.side == Side::input ? block.inputs.size() : block.outputs.size();
+}
+
+} // namespace
+
+SheetView::SheetView(HWND parent, int id, Events events) : events_(std::move(events)) {
+    Shape shape{.className = VIEW_SHEET_CLASS};
+    shape.style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS;
+    shape.classStyle = CS_DBLCLKS;
+    shape.parent = parent;
+    shape.id = id;
+    Create(shape);
+    viewport_.SetDpi(Scaling::Of(parent).Dpi());
+    TellName();
+}
+
+void SheetView::Show(drawing::Sheet sheet, const std::string& icon) {
+    icon_.reset(IconOfFile(icon, 2 * Scaling::Of(Handle())(32)));
+    sheet.module.hasIcon = icon_ != nullptr;
+    sheet_ = std::move(sheet);
+    drawing_ = drawing::Draw(sheet_);
+    picked_.reset();
+    isShown_ = true;
+    viewport_.SetSheet({drawing_.width, drawing_.height});
+    TellName();
+    TellZoom();
+    Repaint();
+}
+
+void SheetView::Refresh(drawing::Sheet sheet) {
+    sheet.module.hasIcon = icon_ != nullptr;
+    sheet_ = std::move(sheet);
+    drawing_ = drawing::Draw(sheet_);
+    TellName();
+    Repaint();
+}
+
+void SheetView::Clear() {
+    sheet_ = {};
+    drawing_ = {};
+    picked_.reset();
+    isShown_ = false;
+    TellName();
+    Repaint();
+}
+
+void SheetView::Pick(std::optional<PinId> pin) {
+    if (pin == picked_) {
+        return;
+    }
+    picked_ = pin;
+    if (picked_) {
+        if (const drawing::Rectangle* const area = drawing::AreaOf(drawing_, *picked_)) {
+            viewport_.Reveal(*area);
+        }
+    }
+    TellName();
+    Repaint();
+}
+
+void SheetView::ZoomIn() {
+    viewport_.ZoomIn();
+    TellZoom();
+}
+
+void SheetView::ZoomOut() {
+    viewport_.ZoomOut();
+    TellZoom();
+}
+
+void SheetView::Fit() {
+    viewport_.Fit();
+    TellZoom();
+}
+
+void SheetView::ZoomToNatural() {
+    viewport_.ZoomToNatural();
+    TellZoom();
+}
+
+void SheetView::SetScaling(Scaling scaling) {
+    viewport_.SetDpi(scaling.Dpi());
+    TellZoom();
+}
+
+void SheetView::TellZoom() {
+    if (events_.zoomed) {
+        events_.zoomed();
+    }
+    Repaint();
+}
+
+void SheetView::TellName() {
+    std::wstring name = Text(IDS_NO_SHEET);
+    if (isShown_) {
+        const drawing::Pin* const pin = picked_ ? drawing::Find(sheet_, *picked_) : nullptr;
+        const std::wstring module = bench::Wide(sheet_.module.name);
+        name =
+            pin == nullptr ? Text(IDS_SHEET_OF, module) : bench::Wide(drawing::InWords(*pin, picked_->side));
+        if (pin != nullptr && picked_->block > 0) {
+            name = bench::Wide(sheet_.channels.at(picked_->block - 1).name) + L": " + name;
+        }
+    }
+    SetWindowTextW(Handle(), name.c_str());
+    NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Handle(), OBJID_CLIENT, CHILDID_SELF);
+}
+
+void SheetView::Repaint() {
+    InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+LRESULT SheetView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+    case WM_SIZE:
+        viewport_.SetWindow(
+            {static_cast<double>(GET_X_LPARAM(lParam)), static_cast<double>(GET_Y_LPARAM(lParam))});
+        bitmap_.reset();
+        TellZoom();
+        return 0;
+    case WM_ERASEBKGND:
+        return 1;
+    case WM_PAINT:
+        Paint();
+        return 0;
+    case WM_GETDLGCODE:
+        return DLGC_WANTARROWS;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+        Repaint();
+        return 0;
+    case WM_LBUTTONDOWN:
+        OnButtonDown(lParam);
+        return 0;
+    case WM_LBUTTONDBLCLK:
+        if (const auto pin = viewport_.PinAt(drawing_, PointOf(lParam)); pin && events_.opened) {
+            events_.opened(*pin);
+        }
+        return 0;
+    case WM_MOUSEMOVE:
+        OnMove(lParam);
+        return 0;
+    case WM_LBUTTONUP:
+        if (dragged_) {
+            ReleaseCapture();
+        }
+        return 0;
+    case WM_CAPTURECHANGED:
+        dragged_.reset();
+        return 0;
+    case WM_MOUSEWHEEL:
+    case WM_MOUSEHWHEEL:
+        OnWheel(wParam, lParam, message == WM_MOUSEHWHEEL);
+        return 0;
+    case WM_KEYDOWN:
+        if (OnKey(wParam)) {
+            return 0;
+        }
+        break;
+    default:
+        break;
+    }
+    return Window::OnMessage(message, wParam, lParam);
+}
+
+void SheetView::Paint() {
+    PAINTSTRUCT paint{};
+    const HDC target = BeginPaint(Handle(), &paint);
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    if (area.right > 0 && area.bottom > 0) {
+        if (!bitmap_) {
+            bitmap_ = std::make_unique<Bitmap>(area.right, area.bottom);
+        }
+        View view;
+        view.scale = viewport_.Scale();
+        view.at = viewport_.ToScreen(drawing::Point{0, 0});
+        view.picked = picked_;
+        view.hasFocus = GetFocus() == Handle();
+        view.icon = icon_.get();
+        if (IsHighContrast()) {
+            view.system = SystemColours::Now();
+        }
+        PaintDrawing(*bitmap_, drawing_, view);
+        BitBlt(target, 0, 0, area.right, area.bottom, bitmap_->Context(), 0, 0, SRCCOPY);
+    }
+    EndPaint(Handle(), &paint);
+}
+
+void SheetView::OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel) {
+    const int delta = GET_WHEEL_DELTA_WPARAM(wParam);
+    if ((GET_KEYSTATE_WPARAM(wParam) & MK_CONTROL) != 0 && !isLevel) {
+        // A fine wheel turns by less than a notch at a time.
+        wheel_ += delta;
+        POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        ScreenToClient(Handle(), &place);
+        const drawing::Point pixel{static_cast<double>(place.x), static_cast<double>(place.y)};
+        for (; std::abs(wheel_) >= WHEEL_DELTA; wheel_ -= wheel_ > 0 ? WHEEL_DELTA : -WHEEL_DELTA) {
+            viewport_.ZoomStep(pixel, wheel_ > 0);
+        }
+        TellZoom();
+        return;
+    }
+    const double distance = double(Scaling::Of(Handle())(kStep)) * delta / WHEEL_DELTA;
+    const bool isSideways = isLevel || (GET_KEYSTATE_WPARAM(wParam) & MK_SHIFT) != 0;
+    viewport_.Drag(isSideways ? (isLevel ? -distance : distance) : 0, isSideways ? 0 : distance);
+    Repaint();
+}
+
+void SheetView::OnButtonDown(LPARAM lParam) {
+    SetFocus(Handle());
+    if (const auto pin = viewport_.PinAt(drawing_, PointOf(lParam))) {
+        Pick(pin);
+        if (events_.picked) {
+            events_.picked(*pin);
+        }
+    }
+    dragged_ = POINT{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    SetCapture(Handle());
+}
+
+void SheetView::OnMove(LPARAM lParam) {
+    if (!dragged_) {
+        return;
+    }
+    const POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    viewport_.Drag(place.x - dragged_->x, place.y - dragged_->y);
+    dragged_ = place;
+    Repaint();
+}
+
+bool SheetView::OnKey(WPARAM key) {
+    const bool isMoving = GetKeyState(VK_CONTROL) < 0;
+    const double step = Scaling::Of(Handle())(kStep);
+    switch (key) {
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN:
+        if (isMoving) {
+            viewport_.Drag(key == VK_LEFT    ? step
+                           : key == VK_RIGHT ? -step
+                                             : 0,
+                           key == VK_UP     ? step
+                           : key == VK_DOWN ? -step
+                                            : 0);
+            Repaint();
+        } else {
+            PickNext(key);
+        }
+        return true;
+    case VK_RETURN:
+        if (picked_ && events_.opened) {
+            events_.opened(*picked_);
+        }
+        return true;
+    case VK_ADD:
+    case VK_OEM_PLUS:
+        ZoomIn();
+        return true;
+    case VK_SUBTRACT:
+    case VK_OEM_MINUS:
+        ZoomOut();
+        return true;
+    case VK_HOME:
+        Fit();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SheetView::PickNext(WPARAM key) {
+    std::optional<PinId> next = picked_;
+    if (!next) {
+        const Side side = sheet_.module.inputs.empty() ? Side::output : Side::input;
+        next = PinId{0, side, 0};
+    } else if (key == VK_UP || key == VK_DOWN) {
+        const std::size_t count = PinsOf(sheet_, *next);
+        if (key == VK_UP && next->index > 0) {
+            --next->index;
+        } else if (key == VK_DOWN && next->index + 1 < count) {
+            ++next->index;
+        }
+    } else {
+        next->side = key == VK_LEFT ? Side::input : Side::output;
+        const std::size_t count = PinsOf(sheet_, *next);
+        next->index = count == 0 ? 0 : std::min(next->index, count - 1);
+    }
+    if (drawing::Find(sheet_, *next) == nullptr) {
+        return;
+    }
+    Pick(next);
+    if (events_.picked) {
+        events_.picked(*next);
+    }
+}
+
+} // namespace view

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "view/model/Viewport.h"
+#include "view/Painter.h"
+#include "view/Window.h"
+
+#include "drawing/DisplayList.h"
+#include "drawing/Sheet.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+
+namespace view {
+
+/// The sheet: a module as a block with its channels. Zoomed by Ctrl and wheel or by keys,
+/// dragged with the mouse or moved by wheel; a pin is picked by a click or by the arrows.
+/// Its window text is what a screen reader says: the picked pin in words, or the module.
+class SheetView : public Window {
+  public:
+    struct Events {
+        std::function<void(const drawing::PinId&)> picked;
+        /// A double click or Enter on a pin.
+        std::function<void(const drawing::PinId&)> opened;
+        std::function<void()> zoomed;
+    };
+
+    SheetView(HWND parent, int id, Events events);
+
+    /// Another module; it is fitted in.
+    void Show(drawing::Sheet sheet, const std::string& icon);
+    /// The same module with other values: place and zoom stay.
+    void Refresh(drawing::Sheet sheet);
+    void Clear();
+    const drawing::Sheet& Sheet() const noexcept { return sheet_; }
+    const drawing::Drawing& Drawing() const noexcept { return drawing_; }
+    HICON Icon() const noexcept { return icon_.get(); }
+
+    /// Marks a pin and brings it into sight; none takes the mark away.
+    void Pick(std::optional<drawing::PinId> pin);
+    const std::optional<drawing::PinId>& Picked() const noexcept { return picked_; }
+
+    void SetScaling(Scaling scaling);
+    void ZoomIn();
+    void ZoomOut();
+    void Fit();
+    void ZoomToNatural();
+    double Zoom() const noexcept { return viewport_.Zoom(); }
+
+  private:
+    struct DestroyTheIcon {
+        void operator()(HICON icon) const noexcept { DestroyIcon(icon); }
+    };
+
+    LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void Paint();
+    void OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel);
+    void OnButtonDown(LPARAM lParam);
+    void OnMove(LPARAM lParam);
+    bool OnKey(WPARAM key);
+    void PickNext(WPARAM key);
+    void Repaint();
+    void TellZoom();
+    void TellName();
+
+    Events events_;
+    drawing::Sheet sheet_;
+    drawing::Drawing drawing_;
+    Viewport viewport_;
+    std::optional<drawing::PinId> picked_;
+    std::unique_ptr<std::remove_pointer_t<HICON>, DestroyTheIcon> icon_;
+    std::unique_ptr<Bitmap> bitmap_;
+    std::optional<POINT> dragged_;
+    int wheel_ = 0;
+    bool isShown_ = false;
+};
+
+} // namespace view
