@@ -83,7 +83,7 @@ void Frame::Show(int how) {
 LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
     case WM_SIZE:
-        if (sheet_ && wParam != SIZE_MINIMIZED) {
+        if (fonts_ && wParam != SIZE_MINIMIZED) {
             Layout();
         }
         return 0;
@@ -99,8 +99,15 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
         MatchTitle(Handle());
-        SetFonts();
-        InvalidateRect(Handle(), nullptr, TRUE);
+        if (fonts_) {
+            SetFonts();
+            InvalidateRect(Handle(), nullptr, TRUE);
+        }
+        break;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE) {
+            lastFocus_ = GetFocus();
+        }
         break;
     case WM_COMMAND:
         if (OnCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam))) {
@@ -113,8 +120,10 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         UpdateMenu(reinterpret_cast<HMENU>(wParam));
         return 0;
     case WM_SETFOCUS:
-        if (sheet_) {
-            SetFocus(PaneOf(page_).Handle());
+        if (typePane_) {
+            const bool isThere = IsWindow(lastFocus_) != FALSE && IsWindowVisible(lastFocus_) != FALSE &&
+                                 IsChild(Handle(), lastFocus_) != FALSE;
+            SetFocus(isThere ? lastFocus_ : PaneOf(page_).Handle());
         }
         return 0;
     case WM_CONTEXTMENU: {

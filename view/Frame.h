@@ -115,6 +115,7 @@ class Frame : public Window {
     void Apply(const std::vector<view::Change>& changes);
     void RefreshPoint(const PointId& id);
     void AfterChange();
+    drawing::Sheet ReadSheet();
     void SetUnits(bool isUs);
     void TakeBoxes();
     std::optional<PointId> PickedPoint();
@@ -168,7 +169,9 @@ class Frame : public Window {
     std::set<PointId> changed_;
     RecoveryFile recovery_;
     bool isUs_ = false;
+    HWND lastFocus_ = nullptr;
     int busy_ = 0;
+    bool isLoading_ = false;
     bool isClosing_ = false;
     bool isSourceShown_ = false;
     bool isPicking_ = false;

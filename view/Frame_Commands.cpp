@@ -178,15 +178,13 @@ bool Frame::OnCommand(int id, int code, HWND control) {
         StepFinding(id == IDM_VIEW_NEXT_FINDING);
         break;
     case IDM_VIEW_STOP:
-        if (session_) {
-            session_->Stop();
-        }
+        session_->Stop();
         break;
     case IDM_HELP_KEYS:
         Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2), MB_OK | MB_ICONINFORMATION);
         break;
     case IDM_HELP_ABOUT:
-        if (session_) {
+        if (isLoaded_) {
             const Busy busy(*this);
             session_->ShowAbout();
         } else {
@@ -218,7 +216,7 @@ LRESULT Frame::OnNotify(NMHDR& head) {
 
 bool Frame::IsEnabled(int command) const {
     if (command == IDM_VIEW_STOP) {
-        return busy_ > 0 && session_ != nullptr && !isLoaded_;
+        return isLoading_;
     }
     if (busy_ > 0) {
         return false;

@@ -80,14 +80,16 @@ void Frame::Load(const std::wstring& file) {
         if (isRead) {
             findings_ = session_->Findings();
             SetTimer(Handle(), kProgressTimer, kProgressPeriod, nullptr);
-            UpdateTools();
+            isLoading_ = true;
             problem = Try([&] { session_->Load(); });
+            isLoading_ = false;
             KillTimer(Handle(), kProgressTimer);
             ShowWindow(progress_, SW_HIDE);
             ShowWindow(stop_, SW_HIDE);
         }
         SetCursor(former);
         if (isClosing_) {
+            DestroyWindow(Handle());
             return;
         }
         isLoaded_ = isRead && !problem;
@@ -113,9 +115,7 @@ void Frame::Load(const std::wstring& file) {
     UpdateTitle();
     UpdateTools();
     UpdateStatus();
-    if (isClosing_) {
-        DestroyWindow(Handle());
-    } else if (!session_ || session_->Source().Text().empty()) {
+    if (!session_ || session_->Source().Text().empty()) {
         Ask(findings_.empty() ? Text(IDS_NOT_READ, NameOf(file)) : bench::Wide(findings_.front().message),
             MB_OK | MB_ICONERROR);
     }
@@ -130,7 +130,8 @@ void Frame::Fill() {
     typeList_.Reset(types_.size(), 8);
     typePane_->Update();
     if (isLoaded_) {
-        sheet_->Show(session_->ReadSheet(), session_->Icon());
+        sheet_->Show(ReadSheet(), session_->Icon());
+        pages_[0].pane->Pick(0);
     } else {
         sheet_->Clear();
     }
@@ -142,7 +143,7 @@ void Frame::Fill() {
 }
 
 void Frame::OnProgress() {
-    if (!session_ || isLoaded_ || session_->PointsInFile() == 0) {
+    if (!isLoading_ || session_->PointsInFile() == 0) {
         return;
     }
     const bool isShown = IsWindowVisible(progress_) != FALSE;
@@ -272,7 +273,7 @@ void Frame::CheckDisk() {
 
 void Frame::Close() {
     if (busy_ > 0) {
-        if (session_ && !isLoaded_ && !isAsking_) {
+        if (isLoading_) {
             isClosing_ = true;
             session_->Stop();
         }

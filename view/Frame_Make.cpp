@@ -96,6 +96,7 @@ void Frame::MakeParts() {
                              WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY |
                                  ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_NOHIDESEL,
                              IDC_SOURCE);
+    Send(sourceBox_, EM_SETLIMITTEXT, 0); // as much as there is
     status_ = MakeControl(frame, STATUSCLASSNAMEW, L"", WS_VISIBLE | SBARS_SIZEGRIP, IDC_STATUS);
     progress_ = MakeControl(frame, PROGRESS_CLASSW, L"", 0, IDC_PROGRESS);
     stop_ = MakeControl(frame, WC_BUTTONW, Text(IDS_STOP).c_str(), WS_TABSTOP | BS_PUSHBUTTON, IDC_STOP);

@@ -119,8 +119,12 @@ void Frame::RefreshPoint(const PointId& id) {
         PointPage& outputs = *PageOf(Kind::output);
         outputs.table.Assign(session_->ReadRows(Kind::output));
         outputs.pane->RedrawAll();
-        sheet_->Refresh(session_->ReadSheet());
+        sheet_->Refresh(ReadSheet());
     }
+}
+
+drawing::Sheet Frame::ReadSheet() {
+    return session_->ReadSheet(PageOf(Kind::input)->table.Rows(), PageOf(Kind::output)->table.Rows());
 }
 
 void Frame::AfterChange() {

@@ -76,7 +76,8 @@ class Session {
     std::vector<Row> ReadRows(view::Kind kind);
     /// The point as it is now; none when the module does not have it.
     std::optional<Row> ReadRow(const PointId& id);
-    drawing::Sheet ReadSheet();
+    /// The module with these points, and its channels.
+    drawing::Sheet ReadSheet(const std::vector<Row>& inputs, const std::vector<Row>& outputs);
     std::vector<TypeRow> ReadTypes() const;
     /// The bytes of the module's icon file; empty when it has none.
     std::string Icon() const;

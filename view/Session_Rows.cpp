@@ -177,17 +177,17 @@ std::optional<Row> Session::ReadRow(const PointId& id) {
     return std::nullopt;
 }
 
-drawing::Sheet Session::ReadSheet() {
+drawing::Sheet Session::ReadSheet(const std::vector<Row>& inputs, const std::vector<Row>& outputs) {
     drawing::Sheet sheet;
     IAppObject& app = host_->App();
     sheet.module.name = bench::TextOf(app, &IAppObject::get_Name);
     sheet.module.subtitle =
         bench::TextOf(app, &IAppObject::get_Category) + " \u00B7 " + bench::TextOf(app, &IAppObject::get_ID);
     sheet.module.hasIcon = true;
-    for (const Row& row : ReadRows(view::Kind::input)) {
+    for (const Row& row : inputs) {
         sheet.module.inputs.push_back(PinOf(row));
     }
-    for (const Row& row : ReadRows(view::Kind::output)) {
+    for (const Row& row : outputs) {
         sheet.module.outputs.push_back(PinOf(row));
     }
     if (device_) {

@@ -2,6 +2,7 @@
 
 #include "view/IconFile.h"
 #include "view/resource.h"
+#include "view/SheetAccessible.h"
 
 #include "bench/Text.h"
 #include "drawing/Layout.h"
@@ -10,6 +11,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <utility>
@@ -127,18 +129,55 @@ void SheetView::TellZoom() {
 }
 
 void SheetView::TellName() {
-    std::wstring name = Text(IDS_NO_SHEET);
-    if (isShown_) {
-        const drawing::Pin* const pin = picked_ ? drawing::Find(sheet_, *picked_) : nullptr;
-        const std::wstring module = bench::Wide(sheet_.module.name);
-        name =
-            pin == nullptr ? Text(IDS_SHEET_OF, module) : bench::Wide(drawing::InWords(*pin, picked_->side));
-        if (pin != nullptr && picked_->block > 0) {
-            name = bench::Wide(sheet_.channels.at(picked_->block - 1).name) + L": " + name;
-        }
+    std::wstring name = picked_ ? WordsOf(*picked_) : std::wstring();
+    if (name.empty()) {
+        name = isShown_ ? Text(IDS_SHEET_OF, bench::Wide(sheet_.module.name)) : Text(IDS_NO_SHEET);
     }
     SetWindowTextW(Handle(), name.c_str());
+    const auto spot = PickedSpot();
     NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Handle(), OBJID_CLIENT, CHILDID_SELF);
+    if (spot && GetFocus() == Handle()) {
+        NotifyWinEvent(EVENT_OBJECT_FOCUS, Handle(), OBJID_CLIENT, static_cast<LONG>(*spot) + 1);
+    }
+}
+
+std::wstring SheetView::WordsOf(const PinId& id) const {
+    const drawing::Pin* const pin = drawing::Find(sheet_, id);
+    if (pin == nullptr) {
+        return {};
+    }
+    const std::wstring words = bench::Wide(drawing::InWords(*pin, id.side));
+    return id.block > 0 ? bench::Wide(sheet_.channels.at(id.block - 1).name) + L": " + words : words;
+}
+
+std::wstring SheetView::WordsOf(std::size_t spot) const {
+    return WordsOf(drawing_.spots.at(spot).pin);
+}
+
+std::optional<std::size_t> SheetView::PickedSpot() const {
+    const auto found = std::find_if(drawing_.spots.begin(), drawing_.spots.end(),
+                                    [this](const drawing::Spot& spot) { return spot.pin == picked_; });
+    return found != drawing_.spots.end()
+               ? std::optional(static_cast<std::size_t>(found - drawing_.spots.begin()))
+               : std::nullopt;
+}
+
+std::optional<std::size_t> SheetView::SpotAt(POINT onScreen) const {
+    ScreenToClient(Handle(), &onScreen);
+    const drawing::Point place =
+        viewport_.ToSheet(drawing::Point{static_cast<double>(onScreen.x), static_cast<double>(onScreen.y)});
+    const auto found = std::find_if(drawing_.spots.rbegin(), drawing_.spots.rend(),
+                                    [&](const drawing::Spot& spot) { return spot.area.Holds(place); });
+    return found != drawing_.spots.rend()
+               ? std::optional(static_cast<std::size_t>(drawing_.spots.rend() - found) - 1)
+               : std::nullopt;
+}
+
+RECT SheetView::AreaOfSpot(std::size_t spot) const {
+    const drawing::Rectangle area = viewport_.ToScreen(drawing_.spots.at(spot).area);
+    POINT corner{std::lround(area.x), std::lround(area.y)};
+    ClientToScreen(Handle(), &corner);
+    return {corner.x, corner.y, corner.x + std::lround(area.width), corner.y + std::lround(area.height)};
 }
 
 void SheetView::Repaint() {
@@ -153,6 +192,11 @@ LRESULT SheetView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         bitmap_.reset();
         TellZoom();
         return 0;
+    case WM_GETOBJECT:
+        if (const LRESULT answer = AnswerGetObject(*this, wParam, lParam)) {
+            return answer;
+        }
+        break;
     case WM_ERASEBKGND:
         return 1;
     case WM_PAINT:

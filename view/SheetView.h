@@ -7,6 +7,7 @@
 #include "drawing/DisplayList.h"
 #include "drawing/Sheet.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -42,6 +43,14 @@ class SheetView : public Window {
     void Pick(std::optional<drawing::PinId> pin);
     const std::optional<drawing::PinId>& Picked() const noexcept { return picked_; }
 
+    // The pins one after the other, for screen readers: a spot is one of the drawing's.
+
+    std::wstring WordsOf(std::size_t spot) const;
+    std::optional<std::size_t> PickedSpot() const;
+    std::optional<std::size_t> SpotAt(POINT onScreen) const;
+    /// On the screen.
+    RECT AreaOfSpot(std::size_t spot) const;
+
     void SetScaling(Scaling scaling);
     void ZoomIn();
     void ZoomOut();
@@ -64,6 +73,7 @@ class SheetView : public Window {
     void Repaint();
     void TellZoom();
     void TellName();
+    std::wstring WordsOf(const drawing::PinId& id) const;
 
     Events events_;
     drawing::Sheet sheet_;

@@ -1,0 +1,184 @@
+#include "view/SheetAccessible.h"
+
+#include "view/SheetView.h"
+#include "view/Window.h"
+
+#include "com/Boundary.h"
+#include "com/Counted.h"
+
+#include <oleacc.h>
+
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+namespace view {
+
+namespace {
+
+/// The system's part in accessibility, loaded when a screen reader first asks.
+template <class F>
+F SystemFunction(const char* name) {
+    static const HMODULE library = LoadLibraryExW(L"oleacc.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+    com::CheckSet(library);
+    const auto function = reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(library, name)));
+    com::CheckSet(reinterpret_cast<const void*>(function));
+    return function;
+}
+
+/// The window as the system describes it, with the pins as its children: child n is the
+/// drawing's spot n - 1. It may outlive the window; its calls fail then.
+class SheetAccessible final : public com::Counted<IAccessible> {
+  public:
+    SheetAccessible(const SheetView& sheet, com::Ref<IAccessible> plain)
+        : sheet_(sheet), window_(sheet.Handle()), plain_(std::move(plain)) {}
+
+    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
+        return Counted::QueryInterface(iid == IID_IDispatch ? __uuidof(IAccessible) : iid, out);
+    }
+
+    // By slot alone, as screen readers call.
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        return count == nullptr ? E_POINTER : (*count = 0, S_OK);
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
+        return info == nullptr ? E_POINTER : (*info = nullptr, E_NOTIMPL);
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+        return E_NOTIMPL;
+    }
+
+    STDMETHODIMP get_accChildCount(LONG* count) override {
+        return count == nullptr ? E_POINTER : (*count = static_cast<LONG>(Count()), S_OK);
+    }
+    STDMETHODIMP get_accChild(VARIANT, IDispatch** child) override {
+        return child == nullptr ? E_POINTER : (*child = nullptr, S_FALSE); // simple elements
+    }
+    STDMETHODIMP get_accName(VARIANT self, BSTR* name) override {
+        return com::Return(__uuidof(IAccessible), name,
+                           [&] { return IsChild(self) ? sheet_.WordsOf(SpotOf(self)) : TextOf(window_); });
+    }
+    STDMETHODIMP get_accRole(VARIANT self, VARIANT* role) override {
+        return Answer(role, IsChild(self) ? ROLE_SYSTEM_GRAPHIC : ROLE_SYSTEM_DIAGRAM);
+    }
+    STDMETHODIMP get_accState(VARIANT self, VARIANT* state) override {
+        if (state == nullptr) {
+            return E_POINTER;
+        }
+        if (!IsChild(self)) {
+            return plain_->get_accState(self, state);
+        }
+        const bool isPicked = sheet_.PickedSpot() == SpotOf(self);
+        const LONG focus = isPicked && GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0;
+        return Answer(state, STATE_SYSTEM_SELECTABLE | STATE_SYSTEM_FOCUSABLE |
+                                 (isPicked ? STATE_SYSTEM_SELECTED : 0) | focus);
+    }
+    STDMETHODIMP get_accFocus(VARIANT* child) override {
+        const auto picked = Count() > 0 ? sheet_.PickedSpot() : std::nullopt;
+        return picked && GetFocus() == window_ ? Answer(child, static_cast<LONG>(*picked) + 1)
+                                               : plain_->get_accFocus(child);
+    }
+    STDMETHODIMP get_accSelection(VARIANT* children) override {
+        const auto picked = Count() > 0 ? sheet_.PickedSpot() : std::nullopt;
+        return picked ? Answer(children, static_cast<LONG>(*picked) + 1) : plain_->get_accSelection(children);
+    }
+    STDMETHODIMP accLocation(LONG* left, LONG* top, LONG* width, LONG* height, VARIANT self) override {
+        if (!IsChild(self)) {
+            return plain_->accLocation(left, top, width, height, self);
+        }
+        if (left == nullptr || top == nullptr || width == nullptr || height == nullptr) {
+            return E_POINTER;
+        }
+        const RECT area = sheet_.AreaOfSpot(SpotOf(self));
+        *left = area.left;
+        *top = area.top;
+        *width = area.right - area.left;
+        *height = area.bottom - area.top;
+        return S_OK;
+    }
+    STDMETHODIMP accHitTest(LONG left, LONG top, VARIANT* child) override {
+        const auto spot = Count() > 0 ? sheet_.SpotAt({left, top}) : std::nullopt;
+        return spot ? Answer(child, static_cast<LONG>(*spot) + 1) : plain_->accHitTest(left, top, child);
+    }
+    STDMETHODIMP accNavigate(LONG direction, VARIANT start, VARIANT* end) override {
+        if (end == nullptr) {
+            return E_POINTER;
+        }
+        const auto count = static_cast<LONG>(Count());
+        const LONG from = start.vt == VT_I4 ? start.lVal : CHILDID_SELF;
+        const LONG to = direction == NAVDIR_FIRSTCHILD  ? 1
+                        : direction == NAVDIR_LASTCHILD ? count
+                        : from == CHILDID_SELF          ? 0
+                        : direction == NAVDIR_NEXT      ? from + 1
+                        : direction == NAVDIR_PREVIOUS  ? from - 1
+                                                        : 0;
+        if (to >= 1 && to <= count) {
+            return Answer(end, to);
+        }
+        return from == CHILDID_SELF ? plain_->accNavigate(direction, start, end)
+                                    : (VariantInit(end), S_FALSE);
+    }
+
+    STDMETHODIMP get_accParent(IDispatch** parent) override { return plain_->get_accParent(parent); }
+    STDMETHODIMP get_accValue(VARIANT, BSTR* value) override {
+        return value == nullptr ? E_POINTER : (*value = nullptr, S_FALSE);
+    }
+    STDMETHODIMP get_accDescription(VARIANT, BSTR* text) override {
+        return text == nullptr ? E_POINTER : (*text = nullptr, S_FALSE);
+    }
+    STDMETHODIMP get_accHelp(VARIANT, BSTR* text) override {
+        return text == nullptr ? E_POINTER : (*text = nullptr, S_FALSE);
+    }
+    STDMETHODIMP get_accHelpTopic(BSTR* file, VARIANT, LONG*) override {
+        return file == nullptr ? E_POINTER : (*file = nullptr, S_FALSE);
+    }
+    STDMETHODIMP get_accKeyboardShortcut(VARIANT, BSTR* text) override {
+        return text == nullptr ? E_POINTER : (*text = nullptr, S_FALSE);
+    }
+    STDMETHODIMP get_accDefaultAction(VARIANT, BSTR* action) override {
+        return action == nullptr ? E_POINTER : (*action = nullptr, S_FALSE);
+    }
+    STDMETHODIMP accDoDefaultAction(VARIANT) override { return DISP_E_MEMBERNOTFOUND; }
+    STDMETHODIMP accSelect(LONG flags, VARIANT self) override { return plain_->accSelect(flags, self); }
+    STDMETHODIMP put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
+    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
+
+  private:
+    std::size_t Count() const { return IsWindow(window_) != FALSE ? sheet_.Drawing().spots.size() : 0; }
+    bool IsChild(const VARIANT& self) const {
+        return self.vt == VT_I4 && self.lVal >= 1 && static_cast<std::size_t>(self.lVal) <= Count();
+    }
+    static std::size_t SpotOf(const VARIANT& self) noexcept {
+        return static_cast<std::size_t>(self.lVal) - 1;
+    }
+    static HRESULT Answer(VARIANT* out, LONG number) noexcept {
+        if (out == nullptr) {
+            return E_POINTER;
+        }
+        VariantInit(out);
+        out->vt = VT_I4;
+        out->lVal = number;
+        return S_OK;
+    }
+
+    const SheetView& sheet_;
+    HWND window_;
+    com::Ref<IAccessible> plain_;
+};
+
+} // namespace
+
+LRESULT AnswerGetObject(const SheetView& sheet, WPARAM wParam, LPARAM lParam) {
+    if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
+        return 0;
+    }
+    com::Ref<IAccessible> plain;
+    com::Check(SystemFunction<decltype(&CreateStdAccessibleObject)>("CreateStdAccessibleObject")(
+        sheet.Handle(), OBJID_CLIENT, __uuidof(IAccessible), plain.PutVoid()));
+    const auto accessible = com::Ref<IAccessible>::Own(new SheetAccessible(sheet, std::move(plain)));
+    return SystemFunction<decltype(&LresultFromObject)>("LresultFromObject")(__uuidof(IAccessible), wParam,
+                                                                             accessible.Get());
+}
+
+} // namespace view
