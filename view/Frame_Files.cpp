@@ -100,7 +100,7 @@ void Frame::Load(const std::wstring& file) {
             Say(Text(IDS_STOPPED, NameOf(file)));
         } else if (problem) {
             FindingRow row;
-            row.weight = Weight::box;
+            row.weight = Weight::Box;
             row.rule = bench::Utf8(Text(isRead ? IDS_LOAD_RULE : IDS_READ_RULE));
             row.message = bench::Utf8(problem->words);
             findings_.insert(findings_.begin(), std::move(row));
@@ -156,7 +156,7 @@ void Frame::OnProgress() {
 }
 
 bool Frame::Save() {
-    if (project_.empty() && session_ && session_->FileKind() == Session::Kind::project) {
+    if (project_.empty() && session_ && session_->FileKind() == Session::Kind::Project) {
         project_ = file_;
     }
     return project_.empty() ? SaveAs() : SaveProject(project_);

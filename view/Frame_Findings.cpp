@@ -27,7 +27,7 @@ void Frame::ShowFindings() {
     std::size_t errors = 0;
     for (const FindingRow& finding : findings_) {
         constexpr UINT kWords[] = {IDS_BOX, IDS_ERROR, IDS_WARNING, IDS_NOTE};
-        errors += finding.weight == Weight::box || finding.weight == Weight::error ? 1U : 0U;
+        errors += finding.weight == Weight::Box || finding.weight == Weight::Error ? 1U : 0U;
         findingTexts_.push_back({Text(kWords[static_cast<std::size_t>(finding.weight)]),
                                  finding.line == 0
                                      ? std::wstring()

@@ -85,9 +85,9 @@ void Frame::MakeParts() {
         item.pszText = text.data();
         Send(tabs_, TCM_INSERTITEMW, Send(tabs_, TCM_GETITEMCOUNT), &item);
     }
-    MakePointPage(0, Kind::attribute, IDC_ATTRIBUTES, L"Attributes", IDS_ATTRIBUTES);
-    MakePointPage(1, Kind::input, IDC_INPUTS, L"Inputs", IDS_INPUTS);
-    MakePointPage(2, Kind::output, IDC_OUTPUTS, L"Outputs", IDS_OUTPUTS);
+    MakePointPage(0, Kind::Attribute, IDC_ATTRIBUTES, L"Attributes", IDS_ATTRIBUTES);
+    MakePointPage(1, Kind::Input, IDC_INPUTS, L"Inputs", IDS_INPUTS);
+    MakePointPage(2, Kind::Output, IDC_OUTPUTS, L"Outputs", IDS_OUTPUTS);
     MakeCatalogue();
     MakeFindings();
     sourceTitle_ = MakeControl(frame, WC_STATICW, Text(IDS_SOURCE).c_str(), WS_VISIBLE | SS_CENTERIMAGE,
@@ -120,22 +120,22 @@ void Frame::MakeToolbar() {
     const BYTE labelled = plain | BTNS_SHOWTEXT;
     const BYTE check = BTNS_CHECK | BTNS_AUTOSIZE;
     const BYTE unit = BTNS_CHECKGROUP | BTNS_AUTOSIZE | BTNS_SHOWTEXT;
-    const Tool tools[] = {{IDM_FILE_OPEN, glyph(Glyph::open), IDS_TOOL_OPEN, labelled},
-                          {IDM_FILE_SAVE, glyph(Glyph::save), IDS_TOOL_SAVE, labelled},
+    const Tool tools[] = {{IDM_FILE_OPEN, glyph(Glyph::Open), IDS_TOOL_OPEN, labelled},
+                          {IDM_FILE_SAVE, glyph(Glyph::Save), IDS_TOOL_SAVE, labelled},
                           {0, 0, 0, BTNS_SEP},
-                          {IDM_EDIT_UNDO, glyph(Glyph::undo), IDS_TOOL_UNDO, plain},
-                          {IDM_EDIT_REDO, glyph(Glyph::redo), IDS_TOOL_REDO, plain},
-                          {IDM_EDIT_VALUE, glyph(Glyph::edit), IDS_TOOL_EDIT, labelled},
+                          {IDM_EDIT_UNDO, glyph(Glyph::Undo), IDS_TOOL_UNDO, plain},
+                          {IDM_EDIT_REDO, glyph(Glyph::Redo), IDS_TOOL_REDO, plain},
+                          {IDM_EDIT_VALUE, glyph(Glyph::Edit), IDS_TOOL_EDIT, labelled},
                           {0, 0, 0, BTNS_SEP},
-                          {IDM_VIEW_ZOOM_OUT, glyph(Glyph::zoomOut), IDS_TOOL_ZOOM_OUT, plain},
-                          {IDM_VIEW_ZOOM_IN, glyph(Glyph::zoomIn), IDS_TOOL_ZOOM_IN, plain},
-                          {IDM_VIEW_ZOOM_FIT, glyph(Glyph::fit), IDS_TOOL_ZOOM_FIT, plain},
+                          {IDM_VIEW_ZOOM_OUT, glyph(Glyph::ZoomOut), IDS_TOOL_ZOOM_OUT, plain},
+                          {IDM_VIEW_ZOOM_IN, glyph(Glyph::ZoomIn), IDS_TOOL_ZOOM_IN, plain},
+                          {IDM_VIEW_ZOOM_FIT, glyph(Glyph::Fit), IDS_TOOL_ZOOM_FIT, plain},
                           {0, 0, 0, BTNS_SEP},
                           {IDM_VIEW_SI, I_IMAGENONE, IDS_TOOL_SI, unit},
                           {IDM_VIEW_US, I_IMAGENONE, IDS_TOOL_US, unit},
                           {0, 0, 0, BTNS_SEP},
-                          {IDM_VIEW_FINDINGS, glyph(Glyph::findings), IDS_TOOL_FINDINGS, check},
-                          {IDM_VIEW_SOURCE, glyph(Glyph::source), IDS_TOOL_SOURCE, check}};
+                          {IDM_VIEW_FINDINGS, glyph(Glyph::Findings), IDS_TOOL_FINDINGS, check},
+                          {IDM_VIEW_SOURCE, glyph(Glyph::Source), IDS_TOOL_SOURCE, check}};
     for (const Tool& tool : tools) {
         TBBUTTON button{};
         const std::wstring text = tool.text != 0 ? Text(tool.text) : std::wstring();
@@ -199,10 +199,10 @@ void Frame::MakeFindings() {
     ListPane::Source source;
     source.cell = [this](std::size_t row, std::size_t column) { return findingTexts_.at(row).at(column); };
     source.colour = [this](std::size_t row) -> std::optional<COLORREF> {
-        if (IsHighContrast() || findings_.at(row).weight == Weight::note) {
+        if (IsHighContrast() || findings_.at(row).weight == Weight::Note) {
             return std::nullopt;
         }
-        return findings_.at(row).weight == Weight::warning ? RGB(0x8A, 0x55, 0x00) : RGB(0xB0, 0x1E, 0x1E);
+        return findings_.at(row).weight == Weight::Warning ? RGB(0x8A, 0x55, 0x00) : RGB(0xB0, 0x1E, 0x1E);
     };
     ListPane::Events events;
     events.picked = [this](std::size_t row) { GoToSource(findings_.at(row)); };

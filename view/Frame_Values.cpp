@@ -32,12 +32,12 @@ void Frame::OpenEditor(const PointId& id) {
     }
     PickPoint(id);
     const Row* const row = PageOf(id.kind)->table.Find(id);
-    if (id.kind == Kind::output || row == nullptr) {
+    if (id.kind == Kind::Output || row == nullptr) {
         Say(Text(IDS_OUTPUT_HAS_NO_VALUE, id.name));
         return;
     }
     // An input's value is what it is wired to; it has no editor, nor has a value without a type.
-    if (id.kind == Kind::input || row->type.empty()) {
+    if (id.kind == Kind::Input || row->type.empty()) {
         StartCell();
         return;
     }
@@ -61,10 +61,10 @@ void Frame::OpenEditor(const PointId& id) {
 }
 
 void Frame::StartCell() {
-    if (const auto id = PickedPoint(); id && id->kind != Kind::output) {
+    if (const auto id = PickedPoint(); id && id->kind != Kind::Output) {
         PointPage& page = pages_.at(page_);
         SetFocus(page.pane->Handle());
-        page.pane->EditCell(static_cast<std::size_t>(Column::value), page.table.Find(*id)->value);
+        page.pane->EditCell(static_cast<std::size_t>(Column::Value), page.table.Find(*id)->value);
     }
 }
 
@@ -114,17 +114,17 @@ void Frame::RefreshPoint(const PointId& id) {
     row->isUnsaved = history_.IsUnsaved(id);
     page.table.Update(std::move(*row));
     page.pane->Redraw(number);
-    if (id.kind == Kind::input) {
+    if (id.kind == Kind::Input) {
         // Outputs tell which inputs read them.
-        PointPage& outputs = *PageOf(Kind::output);
-        outputs.table.Assign(session_->ReadRows(Kind::output));
+        PointPage& outputs = *PageOf(Kind::Output);
+        outputs.table.Assign(session_->ReadRows(Kind::Output));
         outputs.pane->RedrawAll();
         sheet_->Refresh(ReadSheet());
     }
 }
 
 drawing::Sheet Frame::ReadSheet() {
-    return session_->ReadSheet(PageOf(Kind::input)->table.Rows(), PageOf(Kind::output)->table.Rows());
+    return session_->ReadSheet(PageOf(Kind::Input)->table.Rows(), PageOf(Kind::Output)->table.Rows());
 }
 
 void Frame::AfterChange() {
@@ -139,7 +139,7 @@ void Frame::AfterChange() {
 std::vector<bench::PointValue> Frame::ValuesToSave() const {
     std::vector<bench::PointValue> values;
     for (const PointId& point : changed_) {
-        values.push_back({point.kind == Kind::input, point.name, session_->ValueOf(point)});
+        values.push_back({point.kind == Kind::Input, point.name, session_->ValueOf(point)});
     }
     return values;
 }
@@ -236,19 +236,19 @@ std::optional<PointId> Frame::PointOf(const drawing::PinId& pin) const {
     if (known == nullptr) {
         return std::nullopt;
     }
-    return PointId{own.side == drawing::Side::input ? Kind::input : Kind::output, bench::Wide(known->name)};
+    return PointId{own.side == drawing::Side::Input ? Kind::Input : Kind::Output, bench::Wide(known->name)};
 }
 
 std::optional<drawing::PinId> Frame::PinOf(const PointId& id) const {
-    if (id.kind == Kind::attribute) {
+    if (id.kind == Kind::Attribute) {
         return std::nullopt;
     }
-    const PointPage& page = pages_.at(id.kind == Kind::input ? 1 : 2);
+    const PointPage& page = pages_.at(id.kind == Kind::Input ? 1 : 2);
     const Row* const row = page.table.Find(id);
     return row == nullptr
                ? std::nullopt
                : std::optional(drawing::PinId{
-                     0, id.kind == Kind::input ? drawing::Side::input : drawing::Side::output, row->index});
+                     0, id.kind == Kind::Input ? drawing::Side::Input : drawing::Side::Output, row->index});
 }
 
 } // namespace view

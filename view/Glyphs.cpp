@@ -54,40 +54,40 @@ std::vector<Stroke> Undo() {
 
 std::vector<Stroke> StrokesOf(Glyph glyph) {
     switch (glyph) {
-    case Glyph::open:
+    case Glyph::Open:
         return {{{1.5, 13}, {1.5, 3.2}, {6.2, 3.2}, {7.8, 5.4}, {14.5, 5.4}, {14.5, 13}, {1.5, 13}},
                 {{1.5, 8}, {14.5, 8}}};
-    case Glyph::save:
+    case Glyph::Save:
         return {{{2, 2}, {11.6, 2}, {14, 4.4}, {14, 14}, {2, 14}, {2, 2}},
                 {{5, 2}, {5, 5.8}, {10.6, 5.8}, {10.6, 2}},
                 {{4.6, 14}, {4.6, 9.2}, {11.4, 9.2}, {11.4, 14}}};
-    case Glyph::undo:
+    case Glyph::Undo:
         return Undo();
-    case Glyph::redo:
+    case Glyph::Redo:
         return Mirrored(Undo());
-    case Glyph::edit:
+    case Glyph::Edit:
         return {{{2.4, 13.6}, {3.4, 9.8}, {11, 2.2}, {13.8, 5}, {6.2, 12.6}, {2.4, 13.6}},
                 {{9.3, 3.9}, {12.1, 6.7}}};
-    case Glyph::zoomIn: {
+    case Glyph::ZoomIn: {
         std::vector<Stroke> strokes = Lens();
         strokes.push_back({{4.6, 6.8}, {9, 6.8}});
         strokes.push_back({{6.8, 4.6}, {6.8, 9}});
         return strokes;
     }
-    case Glyph::zoomOut: {
+    case Glyph::ZoomOut: {
         std::vector<Stroke> strokes = Lens();
         strokes.push_back({{4.6, 6.8}, {9, 6.8}});
         return strokes;
     }
-    case Glyph::fit:
+    case Glyph::Fit:
         return {{{2, 5.5}, {2, 2}, {5.5, 2}},
                 {{10.5, 2}, {14, 2}, {14, 5.5}},
                 {{14, 10.5}, {14, 14}, {10.5, 14}},
                 {{5.5, 14}, {2, 14}, {2, 10.5}},
                 {{5.5, 6}, {10.5, 6}, {10.5, 10}, {5.5, 10}, {5.5, 6}}};
-    case Glyph::findings:
+    case Glyph::Findings:
         return {{{8, 2}, {14.6, 13.8}, {1.4, 13.8}, {8, 2}}, {{8, 6.4}, {8, 10}}, {{8, 11.4}, {8, 12.4}}};
-    case Glyph::source:
+    case Glyph::Source:
         return {
             {{5.4, 4}, {1.8, 8}, {5.4, 12}}, {{10.6, 4}, {14.2, 8}, {10.6, 12}}, {{9.2, 2.8}, {6.8, 13.2}}};
     }

@@ -14,7 +14,7 @@
 namespace view {
 
 /// The pictures of the toolbar, in the order of their place in an image list.
-enum class Glyph { open, save, undo, redo, edit, zoomIn, zoomOut, fit, findings, source };
+enum class Glyph { Open, Save, Undo, Redo, Edit, ZoomIn, ZoomOut, Fit, Findings, Source };
 inline constexpr int kGlyphs = 10;
 
 struct DestroyImages {

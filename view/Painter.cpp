@@ -114,8 +114,8 @@ class Painting {
         const bool isPicked = item.pin && item.pin == view_.picked;
         const bool isText = std::holds_alternative<drawing::Text>(item.shape);
         const Colour ink = isPicked && isText ? view_.system->pickedText : view_.system->text;
-        const bool isArea = item.paint == Paint::body || item.paint == Paint::head ||
-                            item.paint == Paint::tag || item.paint == Paint::openPin;
+        const bool isArea = item.paint == Paint::Body || item.paint == Paint::Head ||
+                            item.paint == Paint::Tag || item.paint == Paint::OpenPin;
         if (look.fill) {
             look.fill = isArea && !isText ? view_.system->window : ink;
         }
@@ -249,8 +249,8 @@ class Painting {
         }
         const double width = drawing::WidthByTable(shape.text, shape.font) * view_.scale * 0.8;
         const Point place = Place(shape.at);
-        const double left = shape.anchor == drawing::Anchor::start    ? place.x
-                            : shape.anchor == drawing::Anchor::middle ? place.x - width / 2
+        const double left = shape.anchor == drawing::Anchor::Start    ? place.x
+                            : shape.anchor == drawing::Anchor::Middle ? place.x - width / 2
                                                                       : place.x - width;
         const drawing::Look look = LookAs(item);
         const drawing::Rectangle bar{left, place.y - letters * 0.6, width, std::max(1.0, letters * 0.5)};
@@ -275,8 +275,8 @@ class Painting {
         const HDC context = bitmap_.Context();
         SelectObject(context, font.get());
         SetTextColor(context, ToSystem(look.fill.value_or(0)));
-        SetTextAlign(context, TA_BASELINE | (text.anchor == drawing::Anchor::start    ? TA_LEFT
-                                             : text.anchor == drawing::Anchor::middle ? TA_CENTER
+        SetTextAlign(context, TA_BASELINE | (text.anchor == drawing::Anchor::Start    ? TA_LEFT
+                                             : text.anchor == drawing::Anchor::Middle ? TA_CENTER
                                                                                       : TA_RIGHT));
         const std::wstring letter = bench::Wide(text.text);
         ExtTextOutW(context, static_cast<int>(std::lround(place.x)), static_cast<int>(std::lround(place.y)),

@@ -48,7 +48,7 @@ struct View {
     double scale = 1;
     /// The pixel at which the drawing begins.
     drawing::Point at{0, 0};
-    drawing::Scheme scheme = drawing::Scheme::light;
+    drawing::Scheme scheme = drawing::Scheme::Light;
     std::optional<SystemColours> system = std::nullopt;
     std::optional<drawing::PinId> picked = std::nullopt;
     bool hasFocus = false;

@@ -68,7 +68,7 @@ void Session::Read(const std::wstring& file) {
     const std::string bytes = bench::ReadBytes(file);
     FileText text = ReadFileText(bytes, file);
     kind_ = text.kind;
-    if (kind_ == Kind::device) {
+    if (kind_ == Kind::Device) {
         options_.deviceFile = file;
         text.source = bench::ReadBytes(bench::ReadDeviceFile(file).streamFile);
     }
@@ -76,28 +76,28 @@ void Session::Read(const std::wstring& file) {
     catalogue_ = check::ReadCatalogue(check::ReadFile(host_->CatalogueFile(), problem));
     const check::Surroundings surroundings(&catalogue_);
     check::Findings encoding;
-    const check::Result result = kind_ == Kind::project ? check::CheckText(text.source, surroundings)
+    const check::Result result = kind_ == Kind::Project ? check::CheckText(text.source, surroundings)
                                                         : check::CheckBytes(text.source, surroundings);
-    if (kind_ != Kind::project) {
+    if (kind_ != Kind::Project) {
         text.source = check::Decode(std::move(text.source), encoding);
     }
     findings_ = RowsOf(result.findings, text.source);
     documents_ = std::make_unique<Documents>(text.source, options_.definition);
     pointsInFile_ = documents_->Points();
-    stream_ = kind_ == Kind::project ? bench::Wide(text.source) : std::wstring();
+    stream_ = kind_ == Kind::Project ? bench::Wide(text.source) : std::wstring();
     source_ = SourceText(std::move(text.source));
 }
 
 void Session::Load() {
     switch (kind_) {
-    case Kind::stream:
+    case Kind::Stream:
         host_->LoadStreamFile(file_, file_);
         break;
-    case Kind::device:
+    case Kind::Device:
         device_ = std::make_unique<bench::OpenedDevice>(*host_, options_, report_);
         device_->PlaceAll();
         break;
-    case Kind::project: {
+    case Kind::Project: {
         host_->LoadStreamText(stream_);
         const xml::Document document = xml::LoadFile(file_);
         const std::wstring name = bench::WideOf(host_->App(), &IAppObject::get_UniqueIDString);
@@ -140,7 +140,7 @@ void Session::SetUnits(bool isUs) {
 }
 
 std::wstring Session::ValueOf(const PointId& id) const {
-    if (id.kind == view::Kind::input) {
+    if (id.kind == view::Kind::Input) {
         const auto input = bench::FindInput(host_->App(), id.name);
         com::CheckSet(input.Get());
         return bench::WideOf(*input.Get(), &IInput::get_Value);
@@ -152,7 +152,7 @@ std::wstring Session::ValueOf(const PointId& id) const {
 
 void Session::SetValue(const PointId& id, const std::wstring& value) {
     const com::Bstr text(value);
-    if (id.kind == view::Kind::input) {
+    if (id.kind == view::Kind::Input) {
         const auto input = bench::FindInput(host_->App(), id.name);
         com::CheckSet(input.Get());
         com::Call(input, &IInput::put_Value, text.Get());
@@ -166,7 +166,7 @@ void Session::SetValue(const PointId& id, const std::wstring& value) {
 
 std::optional<std::wstring> Session::ProblemOf(const PointId& id, const std::wstring& value) const {
     const std::wstring type = documents_->Of(id).type;
-    if (id.kind != view::Kind::attribute || type.empty()) {
+    if (id.kind != view::Kind::Attribute || type.empty()) {
         return std::nullopt;
     }
     const std::string point = drawing::Escaped(bench::Utf8(value));
@@ -207,7 +207,7 @@ std::vector<FindingRow> Session::TakeBoxes() {
             continue;
         }
         FindingRow row;
-        row.weight = Weight::box;
+        row.weight = Weight::Box;
         row.rule = box["caption"].get<std::string>();
         row.message = OneLine(box["text"].get<std::string>());
         if (const auto place = documents_->PlaceNamedIn(row.message)) {

@@ -48,7 +48,7 @@ std::optional<Problem> Try(com::Body body);
 class Session {
   public:
     /// What a file holds.
-    enum class Kind { stream, device, project };
+    enum class Kind { Stream, Device, Project };
 
     Session();
     ~Session();
@@ -131,7 +131,7 @@ class Session {
     /// The inputs that are wired to an output, by its name in capitals.
     std::map<std::wstring, std::wstring> readers_;
     std::wstring file_;
-    Kind kind_ = Kind::stream;
+    Kind kind_ = Kind::Stream;
     /// The stream as the component gets it.
     std::wstring stream_;
     SourceText source_;

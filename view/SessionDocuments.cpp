@@ -42,10 +42,10 @@ FileText ReadFileText(const std::string& bytes, const std::wstring& file) {
     const auto root = tree.Root();
     const std::string name = root == check::XmlTree::kNone ? "" : std::string(tree.Name(root));
     if (name == "Device") {
-        return {Session::Kind::device, {}};
+        return {Session::Kind::Device, {}};
     }
     if (name != "Project") {
-        return {Session::Kind::stream, bytes};
+        return {Session::Kind::Stream, bytes};
     }
     const auto stream = tree.Find("Tam");
     constexpr std::string_view kEnd = "</Tam>";
@@ -57,7 +57,7 @@ FileText ReadFileText(const std::string& bytes, const std::wstring& file) {
                                                   "of its module");
     }
     const std::size_t begin = tree.OffsetOf(stream);
-    return {Session::Kind::project, std::string(tree.Text().substr(begin, end + kEnd.size() - begin)) + "\n"};
+    return {Session::Kind::Project, std::string(tree.Text().substr(begin, end + kEnd.size() - begin)) + "\n"};
 }
 
 Session::Documents::Documents(const std::string& stream, const std::wstring& definition) : places_(stream) {

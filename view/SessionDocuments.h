@@ -19,7 +19,7 @@ namespace xml = bench::xml;
 /// What a file holds, and the text of the device stream in it as far as the file itself
 /// has it: bytes, and in a project UTF-8.
 struct FileText {
-    Session::Kind kind = Session::Kind::stream;
+    Session::Kind kind = Session::Kind::Stream;
     std::string source;
 };
 /// Throws BenchError for a project that holds no device stream.

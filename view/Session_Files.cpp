@@ -124,7 +124,7 @@ void Session::ExportInteroperability(const std::wstring& path) {
 
 void Session::ExportSheet(const std::wstring& path, bool asSvg) {
     page::Page page = bench::ReadDeviceSheet(*host_, options_);
-    page.sheet = ReadSheet(ReadRows(view::Kind::input), ReadRows(view::Kind::output));
+    page.sheet = ReadSheet(ReadRows(view::Kind::Input), ReadRows(view::Kind::Output));
     page.sheet.module.hasIcon = !page.icon.empty();
     page.findings = bench::FindingsOf(*host_);
     page.isChecked = true;

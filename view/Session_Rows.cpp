@@ -87,7 +87,7 @@ std::wstring Session::OutputsReaders(const std::wstring& output) const {
 
 Row Session::ReadInput(IInput& input, std::size_t index) {
     Row row;
-    row.id = {view::Kind::input, bench::WideOf(input, &IInput::get_Name)};
+    row.id = {view::Kind::Input, bench::WideOf(input, &IInput::get_Name)};
     row.index = index;
     const Documents::Words& words = documents_->Of(row.id);
     const TypeWords& type = WordsOf(words.type);
@@ -102,7 +102,7 @@ Row Session::ReadInput(IInput& input, std::size_t index) {
 
 Row Session::ReadOutput(IOutput& output, std::size_t index) {
     Row row;
-    row.id = {view::Kind::output, bench::WideOf(output, &IOutput::get_Name)};
+    row.id = {view::Kind::Output, bench::WideOf(output, &IOutput::get_Name)};
     row.index = index;
     com::Ref<ISNVType> type;
     com::Call(output, &IOutput::get_SNVTType, type.Put());
@@ -119,7 +119,7 @@ Row Session::ReadOutput(IOutput& output, std::size_t index) {
 
 Row Session::ReadAttribute(IAttribute& attribute, std::size_t index) {
     Row row;
-    row.id = {view::Kind::attribute, bench::WideOf(attribute, &IAttribute::get_Name)};
+    row.id = {view::Kind::Attribute, bench::WideOf(attribute, &IAttribute::get_Name)};
     row.index = index;
     row.value = bench::WideOf(attribute, &IAttribute::get_Value);
     com::Ref<ISNVType> type;
@@ -139,15 +139,15 @@ Row Session::ReadAttribute(IAttribute& attribute, std::size_t index) {
 std::vector<Row> Session::ReadRows(view::Kind kind) {
     std::vector<Row> rows;
     switch (kind) {
-    case view::Kind::input:
+    case view::Kind::Input:
         bench::ForEachInput(host_->App(),
                             [&](IInput& input) { rows.push_back(ReadInput(input, rows.size())); });
         break;
-    case view::Kind::output:
+    case view::Kind::Output:
         bench::ForEachOutput(host_->App(),
                              [&](IOutput& output) { rows.push_back(ReadOutput(output, rows.size())); });
         break;
-    case view::Kind::attribute:
+    case view::Kind::Attribute:
         bench::ForEachAttribute(host_->App(), [&](IAttribute& attribute) {
             rows.push_back(ReadAttribute(attribute, rows.size()));
         });
@@ -158,17 +158,17 @@ std::vector<Row> Session::ReadRows(view::Kind kind) {
 
 std::optional<Row> Session::ReadRow(const PointId& id) {
     switch (id.kind) {
-    case view::Kind::input:
+    case view::Kind::Input:
         if (const auto input = bench::FindInput(host_->App(), id.name)) {
             return ReadInput(*input.Get(), 0);
         }
         break;
-    case view::Kind::output:
+    case view::Kind::Output:
         if (const auto output = bench::FindOutput(host_->App(), id.name)) {
             return ReadOutput(*output.Get(), 0);
         }
         break;
-    case view::Kind::attribute:
+    case view::Kind::Attribute:
         if (const auto attribute = bench::FindAttribute(host_->App(), id.name)) {
             return ReadAttribute(*attribute.Get(), 0);
         }
@@ -212,7 +212,7 @@ drawing::Block Session::ReadChannelBlock(const bench::Channel& channel, std::siz
             continue;
         }
         std::vector<drawing::Pin>& pins = isInput ? block.inputs : block.outputs;
-        const drawing::Side side = isInput ? drawing::Side::input : drawing::Side::output;
+        const drawing::Side side = isInput ? drawing::Side::Input : drawing::Side::Output;
         drawing::Pin pin;
         pin.name = point["name"];
         pin.isHidden = !point["visible"].get<bool>();

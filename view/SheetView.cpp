@@ -36,7 +36,7 @@ const drawing::Block& BlockOf(const drawing::Sheet& sheet, std::size_t number) {
 
 std::size_t PinsOf(const drawing::Sheet& sheet, const PinId& id) {
     const drawing::Block& block = BlockOf(sheet, id.block);
-    return id.side == Side::input ? block.inputs.size() : block.outputs.size();
+    return id.side == Side::Input ? block.inputs.size() : block.outputs.size();
 }
 
 } // namespace
@@ -352,7 +352,7 @@ bool SheetView::OnKey(WPARAM key) {
 void SheetView::PickNext(WPARAM key) {
     std::optional<PinId> next = picked_;
     if (!next) {
-        const Side side = sheet_.module.inputs.empty() ? Side::output : Side::input;
+        const Side side = sheet_.module.inputs.empty() ? Side::Output : Side::Input;
         next = PinId{0, side, 0};
     } else if (key == VK_UP || key == VK_DOWN) {
         const std::size_t count = PinsOf(sheet_, *next);
@@ -362,7 +362,7 @@ void SheetView::PickNext(WPARAM key) {
             ++next->index;
         }
     } else {
-        next->side = key == VK_LEFT ? Side::input : Side::output;
+        next->side = key == VK_LEFT ? Side::Input : Side::Output;
         const std::size_t count = PinsOf(sheet_, *next);
         next->index = count == 0 ? 0 : std::min(next->index, count - 1);
     }

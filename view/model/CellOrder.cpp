@@ -79,15 +79,15 @@ CellKey::CellKey(std::wstring_view cell) {
         return;
     }
     const std::size_t end = EndOfNumber(cell);
-    kind_ = end > 0 && ReadNumber(cell.substr(0, end), number_) ? Kind::number : Kind::text;
-    rest_ = tam::UpperCase(kind_ == Kind::number ? cell.substr(end) : cell);
+    kind_ = end > 0 && ReadNumber(cell.substr(0, end), number_) ? Kind::Number : Kind::Text;
+    rest_ = tam::UpperCase(kind_ == Kind::Number ? cell.substr(end) : cell);
 }
 
 int CellKey::Compare(const CellKey& other) const noexcept {
     if (kind_ != other.kind_) {
         return kind_ < other.kind_ ? -1 : 1;
     }
-    if (kind_ == Kind::number && number_ != other.number_) {
+    if (kind_ == Kind::Number && number_ != other.number_) {
         return number_ < other.number_ ? -1 : 1;
     }
     return CompareNaturally(rest_, other.rest_);

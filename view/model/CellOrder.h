@@ -12,14 +12,14 @@ class CellKey {
     explicit CellKey(std::wstring_view cell);
 
     /// An empty cell stands last, whichever way the column is sorted.
-    bool IsEmpty() const noexcept { return kind_ == Kind::empty; }
+    bool IsEmpty() const noexcept { return kind_ == Kind::Empty; }
     /// Below 0, 0 or above 0. Numbers come before texts; behind equal numbers the
     /// rest of the cell decides ("105 temp_p").
     int Compare(const CellKey& other) const noexcept;
 
   private:
-    enum class Kind { number, text, empty };
-    Kind kind_ = Kind::empty;
+    enum class Kind { Number, Text, Empty };
+    Kind kind_ = Kind::Empty;
     double number_ = 0;
     /// Behind the number, in capitals.
     std::wstring rest_;

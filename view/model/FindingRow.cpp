@@ -12,13 +12,13 @@ namespace {
 Weight WeightOf(check::Severity severity) noexcept {
     switch (severity) {
     case check::Severity::Error:
-        return Weight::error;
+        return Weight::Error;
     case check::Severity::Warning:
-        return Weight::warning;
+        return Weight::Warning;
     case check::Severity::Note:
         break;
     }
-    return Weight::note;
+    return Weight::Note;
 }
 
 std::string MessageOf(const check::Finding& finding) {

@@ -12,11 +12,11 @@
 namespace view {
 
 /// How bad it is; a box is something that the component itself told.
-enum class Weight { box, error, warning, note };
+enum class Weight { Box, Error, Warning, Note };
 
 /// One line of the pane of findings.
 struct FindingRow {
-    Weight weight = Weight::error;
+    Weight weight = Weight::Error;
     /// Of the source, from 1; 0 when it has no place there.
     std::size_t line = 0;
     std::size_t column = 0;

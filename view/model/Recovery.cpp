@@ -14,7 +14,7 @@ namespace {
 constexpr std::wstring_view kFirstLine = L"tamview unsaved 1";
 constexpr std::wstring_view kLastLine = L"end";
 constexpr std::array<std::pair<Kind, std::wstring_view>, 3> kKinds = {
-    {{Kind::input, L"input"}, {Kind::output, L"output"}, {Kind::attribute, L"attribute"}}};
+    {{Kind::Input, L"input"}, {Kind::Output, L"output"}, {Kind::Attribute, L"attribute"}}};
 /// What cannot stand in a part of a line, and the letter that stands for it behind "\".
 constexpr std::array<std::pair<wchar_t, wchar_t>, 5> kEscapes = {
     {{L'\\', L'\\'}, {L'\n', L'n'}, {L'\r', L'r'}, {L'\t', L't'}, {L'\0', L'0'}}};

@@ -8,11 +8,11 @@
 
 namespace view {
 
-enum class Kind { input, output, attribute };
+enum class Kind { Input, Output, Attribute };
 
 /// A point of the open module. Names are unique among the points of one kind.
 struct PointId {
-    Kind kind = Kind::attribute;
+    Kind kind = Kind::Attribute;
     std::wstring name;
     auto operator<=>(const PointId&) const = default;
 };
@@ -34,7 +34,7 @@ struct Row {
     bool isUnsaved = false;
 };
 
-enum class Column : std::size_t { name, type, value, displayed, unit, defaultValue, address, visible };
+enum class Column : std::size_t { Name, Type, Value, Displayed, Unit, DefaultValue, Address, Visible };
 inline constexpr std::size_t kColumns = 8;
 
 inline std::wstring_view CellOf(const Row& row, Column column) noexcept {

@@ -15,7 +15,7 @@ namespace view {
 namespace {
 
 constexpr std::array<std::pair<std::string_view, Kind>, 3> kSections = {
-    {{"InReferences", Kind::input}, {"OutReferences", Kind::output}, {"Attributes", Kind::attribute}}};
+    {{"InReferences", Kind::Input}, {"OutReferences", Kind::Output}, {"Attributes", Kind::Attribute}}};
 /// The elements around a point: the document's and its section.
 constexpr std::size_t kAround = 2;
 

@@ -34,8 +34,8 @@ drawing::Rectangle Around(const std::vector<drawing::Point>& points) {
 drawing::Rectangle Around(const drawing::Text& text) {
     const double width = drawing::WidthByTable(text.text, text.font);
     const double height = drawing::ShapeOf(text.font).size;
-    const double left = text.anchor == drawing::Anchor::start    ? text.at.x
-                        : text.anchor == drawing::Anchor::middle ? text.at.x - width / 2
+    const double left = text.anchor == drawing::Anchor::Start    ? text.at.x
+                        : text.anchor == drawing::Anchor::Middle ? text.at.x - width / 2
                                                                  : text.at.x - width;
     // Letters reach below the base line by less than a third of their height.
     return {left, text.at.y - height, width, height * 4 / 3};

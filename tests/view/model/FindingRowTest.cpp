@@ -32,9 +32,9 @@ std::vector<std::string> Messages(const std::vector<FindingRow>& rows) {
 }
 
 std::vector<FindingRow> Sample() {
-    return {RowAt(Weight::note, 1, 1, "note"),       RowAt(Weight::error, 9, 5, "late"),
-            RowAt(Weight::error, 9, 2, "early"),     RowAt(Weight::box, 0, 0, "box"),
-            RowAt(Weight::warning, 2, 1, "warning"), RowAt(Weight::box, 0, 0, "box after")};
+    return {RowAt(Weight::Note, 1, 1, "note"),       RowAt(Weight::Error, 9, 5, "late"),
+            RowAt(Weight::Error, 9, 2, "early"),     RowAt(Weight::Box, 0, 0, "box"),
+            RowAt(Weight::Warning, 2, 1, "warning"), RowAt(Weight::Box, 0, 0, "box after")};
 }
 
 TEST(FindingRowTest, TheWorstIsFirst) {
@@ -66,8 +66,8 @@ TEST(FindingRowTest, TellsRulePlaceAndPoint) {
         EXPECT_TRUE(rows[i].message.starts_with(result.findings[i].message));
         EXPECT_EQ(check::RuleOf(result.findings[i].rule).name, rows[i].rule);
         if (rows[i].line == 4) {
-            EXPECT_EQ((PointId{Kind::attribute, L"GAIN"}), rows[i].point);
-            isFound |= rows[i].weight == Weight::error;
+            EXPECT_EQ((PointId{Kind::Attribute, L"GAIN"}), rows[i].point);
+            isFound |= rows[i].weight == Weight::Error;
         }
     }
     EXPECT_TRUE(isFound) << "a name that is there twice is an error";

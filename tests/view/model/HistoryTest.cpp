@@ -14,7 +14,7 @@ using namespace view;
 namespace {
 
 PointId Point(const std::wstring& name) {
-    return {Kind::attribute, name};
+    return {Kind::Attribute, name};
 }
 
 Change Of(const std::wstring& name, const std::wstring& before, const std::wstring& after) {
@@ -85,7 +85,7 @@ TEST(HistoryTest, KnowsWhatIsUnsaved) {
     EXPECT_TRUE(history.IsDirty());
     EXPECT_TRUE(history.IsUnsaved(Point(L"a")));
     EXPECT_FALSE(history.IsUnsaved(Point(L"c")));
-    EXPECT_FALSE(history.IsUnsaved({Kind::input, L"a"}));
+    EXPECT_FALSE(history.IsUnsaved({Kind::Input, L"a"}));
     EXPECT_EQ((std::map<PointId, std::wstring>{{Point(L"a"), L"2"}, {Point(L"b"), L"y"}}), history.Unsaved());
     history.MarkSaved();
     EXPECT_FALSE(history.IsDirty());

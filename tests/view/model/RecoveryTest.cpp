@@ -16,7 +16,7 @@ namespace {
 Recovery Sample() {
     return {L"C:\\files\\hall.xml",
             {1234, 133000000000000000ULL},
-            {{{Kind::input, L"AO1_In1"}, L"DI1_Out"}, {{Kind::attribute, L"Gain"}, L"12.5"}}};
+            {{{Kind::Input, L"AO1_In1"}, L"DI1_Out"}, {{Kind::Attribute, L"Gain"}, L"12.5"}}};
 }
 
 TEST(RecoveryTest, IsWrittenInLines) {
@@ -34,9 +34,9 @@ TEST(RecoveryTest, ReadsWhatItWrote) {
     Recovery odd;
     odd.file = L"C:\\new\\tab\\\u00E4\\end";
     odd.stamp = {0, std::numeric_limits<std::uint64_t>::max()};
-    odd.values[{Kind::output, L"a"}] = L"";
-    odd.values[{Kind::attribute, L"a\tb"}] = L"line\r\nline\\n\tend\n";
-    odd.values[{Kind::attribute, L"zero"}] = std::wstring(L"a\0b", 3);
+    odd.values[{Kind::Output, L"a"}] = L"";
+    odd.values[{Kind::Attribute, L"a\tb"}] = L"line\r\nline\\n\tend\n";
+    odd.values[{Kind::Attribute, L"zero"}] = std::wstring(L"a\0b", 3);
     EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
     odd.values.clear();
     EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));

@@ -11,7 +11,7 @@ using namespace view;
 namespace {
 
 PointId Attribute(const std::wstring& name) {
-    return {Kind::attribute, name};
+    return {Kind::Attribute, name};
 }
 
 Row RowOf(const std::wstring& name, std::size_t index, const std::wstring& value) {
@@ -25,14 +25,14 @@ Row RowOf(const std::wstring& name, std::size_t index, const std::wstring& value
 TEST(RowTableTest, GivesEachColumnItsCell) {
     const Row row{
         Attribute(L"Gain"), 3, L"81 lev_percent", L"12.5", L"12.5 %", L"%", L"0", L"11", L"yes", true};
-    EXPECT_EQ(L"Gain", CellOf(row, Column::name));
-    EXPECT_EQ(L"81 lev_percent", CellOf(row, Column::type));
-    EXPECT_EQ(L"12.5", CellOf(row, Column::value));
-    EXPECT_EQ(L"12.5 %", CellOf(row, Column::displayed));
-    EXPECT_EQ(L"%", CellOf(row, Column::unit));
-    EXPECT_EQ(L"0", CellOf(row, Column::defaultValue));
-    EXPECT_EQ(L"11", CellOf(row, Column::address));
-    EXPECT_EQ(L"yes", CellOf(row, Column::visible));
+    EXPECT_EQ(L"Gain", CellOf(row, Column::Name));
+    EXPECT_EQ(L"81 lev_percent", CellOf(row, Column::Type));
+    EXPECT_EQ(L"12.5", CellOf(row, Column::Value));
+    EXPECT_EQ(L"12.5 %", CellOf(row, Column::Displayed));
+    EXPECT_EQ(L"%", CellOf(row, Column::Unit));
+    EXPECT_EQ(L"0", CellOf(row, Column::DefaultValue));
+    EXPECT_EQ(L"11", CellOf(row, Column::Address));
+    EXPECT_EQ(L"yes", CellOf(row, Column::Visible));
 }
 
 TEST(RowTableTest, FindsAPointAndItsPlace) {
@@ -44,7 +44,7 @@ TEST(RowTableTest, FindsAPointAndItsPlace) {
     EXPECT_EQ(1U, table.PlaceOf(Attribute(L"b")));
     ASSERT_NE(nullptr, table.Find(Attribute(L"a")));
     EXPECT_EQ(1U, table.Find(Attribute(L"a"))->index);
-    EXPECT_EQ(nullptr, table.Find({Kind::input, L"a"}));
+    EXPECT_EQ(nullptr, table.Find({Kind::Input, L"a"}));
     EXPECT_EQ(std::nullopt, table.PlaceOf(Attribute(L"c")));
     table.List().Filter(L"a");
     EXPECT_EQ(std::nullopt, table.PlaceOf(Attribute(L"b")));

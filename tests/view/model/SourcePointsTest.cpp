@@ -23,11 +23,11 @@ std::optional<PointId> PointAtMark(const std::string& marked) {
 }
 
 TEST(SourcePointsTest, FindsThePointAroundAPlace) {
-    EXPECT_EQ((PointId{Kind::input, L"AO1"}),
+    EXPECT_EQ((PointId{Kind::Input, L"AO1"}),
               PointAtMark("<Tam><InReferences><AO1><VISIBLE>|1</VISIBLE></AO1></InReferences></Tam>"));
-    EXPECT_EQ((PointId{Kind::output, L"AI1"}),
+    EXPECT_EQ((PointId{Kind::Output, L"AI1"}),
               PointAtMark("<Tam><OutReferences><|AI1/></OutReferences></Tam>"));
-    EXPECT_EQ((PointId{Kind::attribute, L"Gain"}),
+    EXPECT_EQ((PointId{Kind::Attribute, L"Gain"}),
               PointAtMark("<Tam><Attributes><Gain><VALUE>1</VALUE></Gain|></Attributes></Tam>"));
 }
 
@@ -43,13 +43,13 @@ TEST(SourcePointsTest, APlaceOutsideIsNoPoint) {
 TEST(SourcePointsTest, KnowsWhereAPointStands) {
     const std::string text = "<Tam><Attributes> <Gain><VALUE>1</VALUE></Gain><Mode/></Attributes></Tam>";
     const SourcePoints points(text);
-    const auto* gain = points.Find({Kind::attribute, L"GAIN"});
+    const auto* gain = points.Find({Kind::Attribute, L"GAIN"});
     ASSERT_NE(nullptr, gain);
     EXPECT_EQ("<Gain><VALUE>1</VALUE></Gain>", text.substr(gain->begin, gain->end - gain->begin));
-    const auto* mode = points.Find({Kind::attribute, L"Mode"});
+    const auto* mode = points.Find({Kind::Attribute, L"Mode"});
     ASSERT_NE(nullptr, mode);
     EXPECT_EQ("<Mode/>", text.substr(mode->begin, mode->end - mode->begin));
-    EXPECT_EQ(nullptr, points.Find({Kind::input, L"Gain"}));
+    EXPECT_EQ(nullptr, points.Find({Kind::Input, L"Gain"}));
     EXPECT_EQ(2U, points.Places().size());
 }
 
@@ -64,15 +64,15 @@ TEST(SourcePointsTest, ReadsADamagedTextAsFarAsItsTagsGo) {
     const SourcePoints points("<Tam><Attributes><a><VALUE>1</a></NOTHING><b></Attributes>"
                               "<InReferences><c><VISIBLE>");
     ASSERT_EQ(3U, points.Places().size());
-    EXPECT_EQ((PointId{Kind::attribute, L"a"}), points.Places()[0].point);
-    EXPECT_EQ((PointId{Kind::attribute, L"b"}), points.Places()[1].point);
-    EXPECT_EQ((PointId{Kind::input, L"c"}), points.Places()[2].point);
+    EXPECT_EQ((PointId{Kind::Attribute, L"a"}), points.Places()[0].point);
+    EXPECT_EQ((PointId{Kind::Attribute, L"b"}), points.Places()[1].point);
+    EXPECT_EQ((PointId{Kind::Input, L"c"}), points.Places()[2].point);
 }
 
 TEST(SourcePointsTest, FindsTheFirstOfTwo) {
     const SourcePoints points("<Tam><Attributes><a/><A/></Attributes></Tam>");
     ASSERT_EQ(2U, points.Places().size());
-    EXPECT_EQ(points.Places().data(), points.Find({Kind::attribute, L"A"}));
+    EXPECT_EQ(points.Places().data(), points.Find({Kind::Attribute, L"A"}));
 }
 
 TEST(SourcePointsTest, NamesAreTexts) {

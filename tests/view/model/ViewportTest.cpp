@@ -171,7 +171,7 @@ TEST_F(ViewportTest, BringsAPartIntoSightWithTheLeastMove) {
 
 TEST_F(ViewportTest, FindsThePinUnderThePointer) {
     drawing::Drawing sheet;
-    const drawing::PinId pin{0, drawing::Side::output, 2};
+    const drawing::PinId pin{0, drawing::Side::Output, 2};
     sheet.spots.push_back({{100, 100, 50, 20}, pin});
     EXPECT_EQ(pin, view_.PinAt(sheet, {300, 300}));
     EXPECT_EQ(std::nullopt, view_.PinAt(sheet, {299, 300}));
@@ -182,24 +182,24 @@ TEST_F(ViewportTest, FindsThePinUnderThePointer) {
 
 TEST_F(ViewportTest, KnowsWhatAnItemCovers) {
     using namespace drawing;
-    const Rectangle box = BoundsOf({Paint::body, Rectangle{1, 2, 3, 4}});
+    const Rectangle box = BoundsOf({Paint::Body, Rectangle{1, 2, 3, 4}});
     EXPECT_EQ(1, box.x);
     EXPECT_EQ(4, box.height);
-    const Rectangle line = BoundsOf({Paint::openLead, Line{{{5, 9}, {1, 3}, {7, 4}}}});
+    const Rectangle line = BoundsOf({Paint::OpenLead, Line{{{5, 9}, {1, 3}, {7, 4}}}});
     EXPECT_EQ(1, line.x);
     EXPECT_EQ(3, line.y);
     EXPECT_EQ(6, line.width);
     EXPECT_EQ(6, line.height);
-    const double width = WidthByTable("Gain", Font::name);
-    EXPECT_DOUBLE_EQ(100, BoundsOf({Paint::name, Text{{100, 50}, "Gain", Font::name}}).x);
+    const double width = WidthByTable("Gain", Font::Name);
+    EXPECT_DOUBLE_EQ(100, BoundsOf({Paint::Name, Text{{100, 50}, "Gain", Font::Name}}).x);
     EXPECT_DOUBLE_EQ(100 - width,
-                     BoundsOf({Paint::name, Text{{100, 50}, "Gain", Font::name, Anchor::end}}).x);
-    const Rectangle middle = BoundsOf({Paint::name, Text{{100, 50}, "Gain", Font::name, Anchor::middle}});
+                     BoundsOf({Paint::Name, Text{{100, 50}, "Gain", Font::Name, Anchor::End}}).x);
+    const Rectangle middle = BoundsOf({Paint::Name, Text{{100, 50}, "Gain", Font::Name, Anchor::Middle}});
     EXPECT_DOUBLE_EQ(100 - width / 2, middle.x);
     EXPECT_LT(middle.y, 50);
     EXPECT_GT(middle.y + middle.height, 50) << "letters reach below their line";
-    EXPECT_EQ(3, BoundsOf({Paint::head, Picture{{1, 2, 3, 4}}}).width);
-    EXPECT_EQ(0, BoundsOf({Paint::openPin, Polygon{}}).width);
+    EXPECT_EQ(3, BoundsOf({Paint::Head, Picture{{1, 2, 3, 4}}}).width);
+    EXPECT_EQ(0, BoundsOf({Paint::OpenPin, Polygon{}}).width);
 }
 
 TEST_F(ViewportTest, LevelLinesOverlapToo) {
