@@ -48,6 +48,7 @@ Frame::Frame(Settings& settings)
     shape.style = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
     shape.exStyle = WS_EX_ACCEPTFILES;
     shape.icon = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_VIEW));
+    shape.background = GetSysColorBrush(COLOR_BTNFACE);
     Create(shape);
     SetMenu(Handle(), LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_MENU)));
     MatchTitle(Handle());
@@ -116,6 +117,14 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         break;
     case WM_NOTIFY:
         return OnNotify(*reinterpret_cast<NMHDR*>(lParam));
+    case WM_CTLCOLORSTATIC:
+        if (reinterpret_cast<HWND>(lParam) == sourceBox_) {
+            // As a text to read, and not as a field that takes nothing.
+            SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOWTEXT));
+            SetBkColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOW));
+            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+        }
+        break;
     case WM_INITMENUPOPUP:
         UpdateMenu(reinterpret_cast<HMENU>(wParam));
         return 0;

@@ -172,6 +172,7 @@ class Frame : public Window {
     HWND lastFocus_ = nullptr;
     int busy_ = 0;
     bool isLoading_ = false;
+    DWORD loadStart_ = 0;
     bool isClosing_ = false;
     bool isSourceShown_ = false;
     bool isPicking_ = false;

@@ -16,6 +16,8 @@ namespace {
 
 constexpr UINT_PTR kProgressTimer = 2;
 constexpr UINT kProgressPeriod = 60;
+/// What takes no longer shows no progress, which would only flicker.
+constexpr DWORD kShort = 250;
 
 std::wstring NameOf(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/") + 1);
@@ -56,6 +58,7 @@ bool Frame::AskToSave() {
 
 void Frame::Load(const std::wstring& file) {
     const DWORD start = GetTickCount();
+    loadStart_ = start;
     {
         const Busy busy(*this);
         HCURSOR const former = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
@@ -91,6 +94,9 @@ void Frame::Load(const std::wstring& file) {
         if (isClosing_) {
             DestroyWindow(Handle());
             return;
+        }
+        if (session_) {
+            session_->LeaveBoxesToUser();
         }
         isLoaded_ = isRead && !problem;
         if (isRead && !session_->IsStopped()) {
@@ -143,7 +149,7 @@ void Frame::Fill() {
 }
 
 void Frame::OnProgress() {
-    if (!isLoading_ || session_->PointsInFile() == 0) {
+    if (!isLoading_ || session_->PointsInFile() == 0 || GetTickCount() - loadStart_ < kShort) {
         return;
     }
     const bool isShown = IsWindowVisible(progress_) != FALSE;

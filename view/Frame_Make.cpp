@@ -41,9 +41,9 @@ LRESULT CALLBACK OnFilterMessage(HWND window, UINT message, WPARAM wParam, LPARA
 }
 
 std::vector<ListPane::Column> PointColumns() {
-    return {{IDS_COLUMN_NAME, 150},         {IDS_COLUMN_TYPE, 120},  {IDS_COLUMN_VALUE, 90, true},
-            {IDS_COLUMN_DISPLAYED, 120},    {IDS_COLUMN_UNIT, 56},   {IDS_COLUMN_DEFAULT, 64, true},
-            {IDS_COLUMN_ADDRESS, 60, true}, {IDS_COLUMN_VISIBLE, 56}};
+    return {{IDS_COLUMN_NAME, 132},         {IDS_COLUMN_TYPE, 116},  {IDS_COLUMN_VALUE, 80, true},
+            {IDS_COLUMN_DISPLAYED, 104},    {IDS_COLUMN_UNIT, 50},   {IDS_COLUMN_DEFAULT, 64, true},
+            {IDS_COLUMN_ADDRESS, 62, true}, {IDS_COLUMN_VISIBLE, 52}};
 }
 
 drawing::Colour GlyphColour() noexcept {
@@ -119,7 +119,7 @@ void Frame::MakeToolbar() {
     const BYTE plain = BTNS_BUTTON | BTNS_AUTOSIZE;
     const BYTE labelled = plain | BTNS_SHOWTEXT;
     const BYTE check = BTNS_CHECK | BTNS_AUTOSIZE;
-    const BYTE unit = BTNS_CHECKGROUP | BTNS_AUTOSIZE | BTNS_SHOWTEXT;
+    const BYTE unit = BTNS_CHECKGROUP | BTNS_AUTOSIZE;
     const Tool tools[] = {{IDM_FILE_OPEN, glyph(Glyph::Open), IDS_TOOL_OPEN, labelled},
                           {IDM_FILE_SAVE, glyph(Glyph::Save), IDS_TOOL_SAVE, labelled},
                           {0, 0, 0, BTNS_SEP},
@@ -131,8 +131,8 @@ void Frame::MakeToolbar() {
                           {IDM_VIEW_ZOOM_IN, glyph(Glyph::ZoomIn), IDS_TOOL_ZOOM_IN, plain},
                           {IDM_VIEW_ZOOM_FIT, glyph(Glyph::Fit), IDS_TOOL_ZOOM_FIT, plain},
                           {0, 0, 0, BTNS_SEP},
-                          {IDM_VIEW_SI, I_IMAGENONE, IDS_TOOL_SI, unit},
-                          {IDM_VIEW_US, I_IMAGENONE, IDS_TOOL_US, unit},
+                          {IDM_VIEW_SI, glyph(Glyph::Si), IDS_TOOL_SI, unit},
+                          {IDM_VIEW_US, glyph(Glyph::Us), IDS_TOOL_US, unit},
                           {0, 0, 0, BTNS_SEP},
                           {IDM_VIEW_FINDINGS, glyph(Glyph::Findings), IDS_TOOL_FINDINGS, check},
                           {IDM_VIEW_SOURCE, glyph(Glyph::Source), IDS_TOOL_SOURCE, check}};

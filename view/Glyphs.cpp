@@ -52,6 +52,18 @@ std::vector<Stroke> Undo() {
     return {{{5.8, 2.4}, {2.2, 6}, {5.8, 9.6}}, bow};
 }
 
+/// Letters of the unit systems, from this place on.
+Stroke LetterS(double left) {
+    return {{left + 5.4, 4.2},  {left + 4, 3},     {left + 1.6, 3},   {left + 0.4, 4.2},
+            {left + 0.4, 6.4},  {left + 1.6, 7.6}, {left + 4.2, 8.4}, {left + 5.4, 9.6},
+            {left + 5.4, 11.8}, {left + 4.2, 13},  {left + 1.6, 13},  {left + 0.2, 11.8}};
+}
+
+Stroke LetterU(double left) {
+    return {{left, 3},        {left, 10.6},       {left + 0.8, 12.2}, {left + 2.4, 13},
+            {left + 3.6, 13}, {left + 5.2, 12.2}, {left + 6, 10.6},   {left + 6, 3}};
+}
+
 std::vector<Stroke> StrokesOf(Glyph glyph) {
     switch (glyph) {
     case Glyph::Open:
@@ -85,6 +97,10 @@ std::vector<Stroke> StrokesOf(Glyph glyph) {
                 {{14, 10.5}, {14, 14}, {10.5, 14}},
                 {{5.5, 14}, {2, 14}, {2, 10.5}},
                 {{5.5, 6}, {10.5, 6}, {10.5, 10}, {5.5, 10}, {5.5, 6}}};
+    case Glyph::Si:
+        return {LetterS(1.6), {{12, 3}, {12, 13}}, {{10, 3}, {14, 3}}, {{10, 13}, {14, 13}}};
+    case Glyph::Us:
+        return {LetterU(1.2), LetterS(9.4)};
     case Glyph::Findings:
         return {{{8, 2}, {14.6, 13.8}, {1.4, 13.8}, {8, 2}}, {{8, 6.4}, {8, 10}}, {{8, 11.4}, {8, 12.4}}};
     case Glyph::Source:

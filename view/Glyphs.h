@@ -14,8 +14,8 @@
 namespace view {
 
 /// The pictures of the toolbar, in the order of their place in an image list.
-enum class Glyph { Open, Save, Undo, Redo, Edit, ZoomIn, ZoomOut, Fit, Findings, Source };
-inline constexpr int kGlyphs = 10;
+enum class Glyph { Open, Save, Undo, Redo, Edit, ZoomIn, ZoomOut, Fit, Si, Us, Findings, Source };
+inline constexpr int kGlyphs = 12;
 
 struct DestroyImages {
     void operator()(HIMAGELIST images) const noexcept { ImageList_Destroy(images); }

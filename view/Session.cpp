@@ -57,6 +57,7 @@ std::optional<Problem> Try(com::Body body) {
 }
 
 Session::Session() : report_("view", bench::Screen{}) {
+    options_.wire = true; // as a host does: the sheet shows what is wired to what
     host_ = std::make_unique<bench::Host>(options_, report_);
     converter_ = com::CreateByProgId(L"UnitManager.Converter").As<IUnitConverter>();
 }
@@ -108,7 +109,9 @@ void Session::Load() {
     }
     }
     ReadReaders();
-    // From here on a person is there to answer what the component asks.
+}
+
+void Session::LeaveBoxesToUser() noexcept {
     host_->LeaveBoxesToUser();
 }
 

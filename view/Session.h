@@ -60,6 +60,9 @@ class Session {
     void Read(const std::wstring& file);
     /// Has the component load what was read. The messages of the windows are handled meanwhile.
     void Load();
+    /// From here on a person is there to answer boxes; before, each one is answered at once,
+    /// the window's own among them.
+    void LeaveBoxesToUser() noexcept;
     /// Ends Load, called by one of these messages.
     void Stop() noexcept;
     bool IsStopped() const noexcept { return isStopped_; }

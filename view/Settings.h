@@ -17,7 +17,7 @@ class Settings {
     /// The window's place on the screen; of no size at the first start.
     WINDOWPLACEMENT placement{};
     /// Widths, in thousandths of the window, of the sheet, the panes and the findings.
-    std::vector<int> splits = {440, 270, 480};
+    std::vector<int> splits = {420, 260, 480};
     bool showsFindings = true;
     bool showsSource = true;
     bool usUnits = false;

@@ -25,6 +25,8 @@ using drawing::Side;
 
 /// Pixels, at 96 dots to the inch, that a notch of the wheel or an arrow moves the sheet.
 constexpr int kStep = 48;
+/// A sheet that would be smaller as a whole is shown from its top.
+constexpr double kReadable = 0.6;
 
 drawing::Point PointOf(LPARAM lParam) noexcept {
     return {static_cast<double>(GET_X_LPARAM(lParam)), static_cast<double>(GET_Y_LPARAM(lParam))};
@@ -60,9 +62,24 @@ void SheetView::Show(drawing::Sheet sheet, const std::string& icon) {
     picked_.reset();
     isShown_ = true;
     viewport_.SetSheet({drawing_.width, drawing_.height});
+    if (viewport_.Zoom() < kReadable) {
+        ShowTop();
+    }
     TellName();
     TellZoom();
     Repaint();
+}
+
+void SheetView::ShowTop() {
+    RECT area{};
+    GetClientRect(Handle(), &area);
+    const double width = drawing_.width * viewport_.Scale();
+    const double room = area.right - 2 * Viewport::kMargin;
+    const double times = std::clamp(room / width, kReadable / viewport_.Zoom(), 1 / viewport_.Zoom());
+    viewport_.ZoomAbout({0, 0}, times);
+    const drawing::Point corner = viewport_.ToScreen(drawing::Point{0, 0});
+    const double left = std::max(Viewport::kMargin, (area.right - drawing_.width * viewport_.Scale()) / 2);
+    viewport_.Drag(left - corner.x, Viewport::kMargin - corner.y);
 }
 
 void SheetView::Refresh(drawing::Sheet sheet) {

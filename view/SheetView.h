@@ -71,6 +71,7 @@ class SheetView : public Window {
     bool OnKey(WPARAM key);
     void PickNext(WPARAM key);
     void Repaint();
+    void ShowTop();
     void TellZoom();
     void TellName();
     std::wstring WordsOf(const drawing::PinId& id) const;

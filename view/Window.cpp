@@ -41,6 +41,7 @@ void Window::Create(const Shape& shape) {
         own.hInstance = GetModuleHandleW(nullptr);
         own.hIcon = shape.icon;
         own.hCursor = shape.cursor != nullptr ? shape.cursor : LoadCursorW(nullptr, IDC_ARROW);
+        own.hbrBackground = shape.background;
         own.lpszClassName = shape.className;
         if (RegisterClassExW(&own) == 0) {
             throw com::CallError(bench::CodeOf(GetLastError()));

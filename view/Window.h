@@ -27,6 +27,7 @@ class Window {
         HWND parent = nullptr;
         int id = 0;
         HCURSOR cursor = nullptr;
+        HBRUSH background = nullptr;
         HICON icon = nullptr;
     };
     /// Throws CallError.
