@@ -1,0 +1,76 @@
+// What is asked before something unsaved is lost.
+
+#include "tests/view/Fixture.h"
+
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class ClosingTest : public OpenedTest {
+  protected:
+    void SetUp() override { viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6"); }
+};
+
+TEST_F(ClosingTest, AsksAndStays) {
+    viewer_.BeginClose();
+    const Box box = viewer_.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"channels.xml")) << Narrow(box.Text());
+    box.Press(IDCANCEL);
+    EXPECT_TRUE(viewer_.IsRunning());
+    EXPECT_EQ(L"6", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+}
+
+TEST_F(ClosingTest, AsksAndForgets) {
+    viewer_.Begin(IDM_FILE_EXIT);
+    viewer_.NextBox().Press(IDNO);
+    EXPECT_EQ(0U, viewer_.WaitForEnd());
+    EXPECT_EQ(Texts(), UnsavedFiles());
+}
+
+TEST_F(ClosingTest, AsksAndSaves) {
+    viewer_.Begin(IDM_FILE_EXIT);
+    viewer_.NextBox().Click(IDYES);
+    Box chooser;
+    Await("the question for a name", [&] {
+        chooser = viewer_.ShownBox();
+        return chooser && chooser.Text().empty() && GetDlgItem(chooser.Window(), IDYES) == nullptr;
+    });
+    chooser.ChooseFile(FileNamed(L"saved.xml"));
+    EXPECT_EQ(0U, viewer_.WaitForEnd());
+    EXPECT_TRUE(IsFile(FileNamed(L"saved.xml")));
+}
+
+TEST_F(ClosingTest, WhoNamesNoFileStays) {
+    viewer_.Begin(IDM_FILE_EXIT);
+    viewer_.NextBox().Click(IDYES);
+    Box chooser;
+    Await("the question for a name", [&] {
+        chooser = viewer_.ShownBox();
+        return chooser && chooser.Text().empty() && GetDlgItem(chooser.Window(), IDYES) == nullptr;
+    });
+    chooser.Press(IDCANCEL);
+    viewer_.Settle();
+    EXPECT_TRUE(viewer_.IsRunning());
+    EXPECT_EQ(L"6", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+}
+
+TEST_F(ClosingTest, AnotherFileAsksToo) {
+    viewer_.Drop({Sample(L"full.xml")});
+    viewer_.NextBox().Press(IDCANCEL);
+    EXPECT_EQ(kAttributes, viewer_.Count(IDC_ATTRIBUTES));
+    viewer_.Drop({Sample(L"full.xml")});
+    viewer_.NextBox().Press(IDNO);
+    AwaitAttributes(viewer_, 65);
+    viewer_.Close();
+}
+
+TEST_F(ClosingTest, NothingUnsavedAsksNothing) {
+    viewer_.Do(IDM_EDIT_UNDO);
+    viewer_.Close();
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,104 @@
+// Values changed by the component's editors and in the grid.
+
+#include "tests/view/Fixture.h"
+
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class EditorTest : public OpenedTest {
+  protected:
+    static constexpr const wchar_t* kOffset = L"AI1_Offset";
+
+    /// Types a text into the first field of the numeric editor.
+    static void Fill(const Box& editor, const std::wstring& text) {
+        const HWND edit = FindWindowExW(editor.Window(), nullptr, L"Edit", nullptr);
+        ASSERT_NE(nullptr, edit);
+        SendMessageW(edit, EM_SETSEL, 0, -1);
+        for (const wchar_t c : text) {
+            SendMessageW(edit, WM_CHAR, c, 1);
+        }
+    }
+    bool IsShownAsUnsaved() const { return viewer_.Title().find(L'*') != std::wstring::npos; }
+};
+
+TEST_F(EditorTest, ADoubleClickOpensTheComponentsEditor) {
+    viewer_.DoubleClickRow(IDC_ATTRIBUTES, viewer_.PlaceOf(IDC_ATTRIBUTES, kOffset));
+    const Box editor = viewer_.NextBox();
+    EXPECT_EQ(L"Edit Value", editor.Caption());
+    Fill(editor, Local("1.5"));
+    editor.Press(IDOK);
+    Await("the new value", [&] { return viewer_.ValueOf(IDC_ATTRIBUTES, kOffset) == Local("1.5"); });
+    EXPECT_EQ(Local("1.5 \xC2\xB0\x43"), viewer_.Cell(IDC_ATTRIBUTES, 2, VIEW_COLUMN_DISPLAYED));
+    EXPECT_TRUE(IsShownAsUnsaved());
+    EXPECT_NE(L"", viewer_.Status(VIEW_STATUS_UNSAVED));
+    EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO));
+}
+
+TEST_F(EditorTest, TheMenuOpensTheEditorOfThePickedAttribute) {
+    viewer_.Pick(IDC_ATTRIBUTES, L"AO1_Setup");
+    Await("the entry", [&] { return viewer_.IsEnabled(IDM_EDIT_VALUE); });
+    viewer_.Begin(IDM_EDIT_VALUE);
+    const Box editor = viewer_.NextBox();
+    ASSERT_TRUE(editor.Has(IDCANCEL));
+    editor.Press(IDCANCEL);
+    EXPECT_EQ(L"21", viewer_.ValueOf(IDC_ATTRIBUTES, L"AO1_Setup"));
+    EXPECT_FALSE(IsShownAsUnsaved()) << "Cancel changes nothing";
+    EXPECT_FALSE(viewer_.IsEnabled(IDM_EDIT_UNDO));
+}
+
+TEST_F(EditorTest, TheGridTakesAValue) {
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    EXPECT_EQ(L"7", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    EXPECT_TRUE(IsShownAsUnsaved());
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"1");
+    EXPECT_FALSE(IsShownAsUnsaved()) << "it is the file's value again";
+    EXPECT_EQ(L"", viewer_.Status(VIEW_STATUS_UNSAVED));
+}
+
+TEST_F(EditorTest, EscLeavesACellAsItWas) {
+    viewer_.Pick(IDC_ATTRIBUTES, L"AI1_Channel");
+    viewer_.Do(IDM_EDIT_CELL);
+    const HWND cell = GetDlgItem(viewer_.Part(IDC_ATTRIBUTES), IDC_CELL);
+    ASSERT_NE(nullptr, cell);
+    EXPECT_EQ(L"1", TextOf(cell));
+    SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"9"));
+    PostMessageW(cell, WM_KEYDOWN, VK_ESCAPE, 1);
+    Await("the end of the cell", [&] { return IsWindow(cell) == FALSE; });
+    EXPECT_EQ(L"1", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    EXPECT_FALSE(IsShownAsUnsaved());
+}
+
+TEST_F(EditorTest, TheGridRefusesAValueThatTheTypeDoesNotTake) {
+    viewer_.SetCell(IDC_ATTRIBUTES, kOffset, L"99999");
+    if (const Box box = viewer_.ShownBox()) {
+        box.Press(IDOK);
+    }
+    EXPECT_EQ(L"-0.50", viewer_.ValueOf(IDC_ATTRIBUTES, kOffset));
+    EXPECT_NE(L"", viewer_.Status(VIEW_STATUS_MESSAGE)) << "and says so";
+    EXPECT_FALSE(IsShownAsUnsaved());
+}
+
+TEST_F(EditorTest, AnInputIsWiredInTheGrid) {
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.SetCell(IDC_INPUTS, L"CTX1_In1", L"DI1_Out");
+    EXPECT_EQ(L"DI1_Out", viewer_.ValueOf(IDC_INPUTS, L"CTX1_In1"));
+    viewer_.Do(IDM_EDIT_UNDO);
+    EXPECT_EQ(L"", viewer_.ValueOf(IDC_INPUTS, L"CTX1_In1"));
+}
+
+TEST_F(EditorTest, AnOutputHasNoValue) {
+    viewer_.Do(IDM_VIEW_OUTPUTS);
+    viewer_.Pick(IDC_OUTPUTS, 0);
+    viewer_.Do(IDM_EDIT_CELL);
+    EXPECT_EQ(nullptr, GetDlgItem(viewer_.Part(IDC_OUTPUTS), IDC_CELL));
+    viewer_.DoubleClickRow(IDC_OUTPUTS, 0);
+    viewer_.Settle();
+    EXPECT_FALSE(viewer_.ShownBox());
+}
+
+} // namespace
+
+} // namespace viewtest

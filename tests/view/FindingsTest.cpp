@@ -1,0 +1,180 @@
+// The panes of findings and of the source.
+
+#include "tests/view/Fixture.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+#include <utility>
+
+namespace viewtest {
+
+namespace {
+
+// Columns of the findings.
+constexpr int kWeight = 0;
+constexpr int kPlace = 1;
+constexpr int kMessage = 2;
+constexpr int kRule = 3;
+
+class FindingsTest : public ViewTest {
+  protected:
+    /// What is selected in the source.
+    static std::wstring Selected(const Viewer& viewer) {
+        DWORD begin = 0;
+        DWORD end = 0;
+        // The system brings these two over itself.
+        SendMessageW(viewer.Part(IDC_SOURCE), EM_GETSEL, reinterpret_cast<WPARAM>(&begin),
+                     reinterpret_cast<LPARAM>(&end));
+        return viewer.PartText(IDC_SOURCE).substr(begin, end - begin);
+    }
+    /// The place of the first finding of a rule.
+    static int OfRule(const Viewer& viewer, const std::wstring& rule) {
+        return viewer.PlaceOf(IDC_FINDINGS, rule, kRule);
+    }
+    static void AwaitFindings(const Viewer& viewer) {
+        Await("findings", [&] { return viewer.Count(IDC_FINDINGS) > 0 && viewer.IsEnabled(IDM_FILE_OPEN); });
+    }
+    static void Show(const Viewer& viewer, int command) {
+        if (!viewer.IsTicked(command)) {
+            viewer.Do(command);
+        }
+    }
+};
+
+TEST_F(FindingsTest, AGoodFileHasNone) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(0, viewer.Count(IDC_FINDINGS));
+}
+
+TEST_F(FindingsTest, ShowsWhatIsWrongAndWhatTheComponentSaid) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    EXPECT_EQ(7, viewer.Count(IDC_INPUTS));
+    EXPECT_EQ(7, viewer.Count(IDC_OUTPUTS));
+    const Texts weights = viewer.Cells(IDC_FINDINGS, kWeight);
+    EXPECT_EQ(8, std::count(weights.begin(), weights.end(), L"Box"))
+        << "the boxes that the component shows at load";
+    EXPECT_GT(std::count(weights.begin(), weights.end(), L"Error"), 0);
+    const Texts messages = viewer.Cells(IDC_FINDINGS, kMessage);
+    EXPECT_TRUE(std::any_of(messages.begin(), messages.end(), [](const std::wstring& message) {
+        return message.find(L"AO1_In1: SNVT Compatibility list not defined") != std::wstring::npos;
+    }));
+    EXPECT_FALSE(viewer.ShownBox()) << "no box waits for an answer";
+}
+
+TEST_F(FindingsTest, ADoubleClickGoesToThePointAndToTheSource) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    Show(viewer, IDM_VIEW_FINDINGS);
+    Show(viewer, IDM_VIEW_SOURCE);
+    const Texts messages = viewer.Cells(IDC_FINDINGS, kMessage);
+    const Texts places = viewer.Cells(IDC_FINDINGS, kPlace);
+    const auto found = std::find_if(messages.begin(), messages.end(), [](const std::wstring& text) {
+        return text.find(L"9999") != std::wstring::npos;
+    });
+    ASSERT_NE(messages.end(), found);
+    viewer.DoubleClickRow(IDC_FINDINGS, static_cast<int>(found - messages.begin()));
+    Await("the selection", [&] {
+        return Selected(viewer).find(L"9999") != std::wstring::npos ||
+               Selected(viewer).find(L"AI1") != std::wstring::npos;
+    });
+    Await("the point", [&] {
+        return viewer.PickedName(IDC_OUTPUTS) == L"AI1_Out" ||
+               viewer.PickedName(IDC_ATTRIBUTES) == L"AI1_Offset";
+    });
+}
+
+TEST_F(FindingsTest, EachFindingLeadsToItsPlace) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    Show(viewer, IDM_VIEW_SOURCE);
+    const std::wstring source = viewer.PartText(IDC_SOURCE);
+    const int count = viewer.Count(IDC_FINDINGS);
+    for (int place = 0; place < count; ++place) {
+        const std::wstring at = viewer.Cell(IDC_FINDINGS, place, kPlace);
+        if (at.empty()) {
+            continue;
+        }
+        viewer.Pick(IDC_FINDINGS, place);
+        viewer.Settle();
+        const auto line = std::stoul(at);
+        const auto column = std::stoul(at.substr(at.find(L':') + 1));
+        std::size_t offset = 0;
+        for (unsigned long i = 1; i < line; ++i) {
+            offset = source.find(L"\r\n", offset) + 2;
+        }
+        DWORD begin = 0;
+        SendMessageW(viewer.Part(IDC_SOURCE), EM_GETSEL, reinterpret_cast<WPARAM>(&begin), 0);
+        EXPECT_EQ(offset + column - 1, begin)
+            << Narrow(at) << " " << Narrow(viewer.Cell(IDC_FINDINGS, place, kMessage));
+    }
+}
+
+TEST_F(FindingsTest, AKeyGoesFromFindingToFinding) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    const int count = viewer.Count(IDC_FINDINGS);
+    viewer.Do(IDM_VIEW_NEXT_FINDING);
+    EXPECT_EQ(0, viewer.Picked(IDC_FINDINGS));
+    viewer.Do(IDM_VIEW_NEXT_FINDING);
+    EXPECT_EQ(1, viewer.Picked(IDC_FINDINGS));
+    viewer.Do(IDM_VIEW_PREVIOUS_FINDING);
+    viewer.Do(IDM_VIEW_PREVIOUS_FINDING);
+    EXPECT_EQ(count - 1, viewer.Picked(IDC_FINDINGS)) << "around the end";
+}
+
+TEST_F(FindingsTest, AFileThatDoesNotLoadShowsWhyAndWhere) {
+    Viewer viewer({Sample(L"damaged.xml")});
+    AwaitFindings(viewer);
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+    EXPECT_FALSE(viewer.IsEnabled(IDM_FILE_SAVE));
+    Show(viewer, IDM_VIEW_SOURCE);
+    EXPECT_NE(std::wstring::npos, viewer.PartText(IDC_SOURCE).find(L"<Tam>"));
+    const Texts rules = viewer.Cells(IDC_FINDINGS, kRule);
+    EXPECT_TRUE(std::any_of(rules.begin(), rules.end(),
+                            [](const std::wstring& rule) { return rule.starts_with(L"xml"); }));
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(0, viewer.Count(IDC_FINDINGS));
+    EXPECT_EQ(std::wstring::npos, viewer.PartText(IDC_SOURCE).find(L"damaged"));
+}
+
+TEST_F(FindingsTest, EachStreamWithFaultsOpens) {
+    for (const wchar_t* name : {L"missing_name.xml", L"duplicate_attribute.xml"}) {
+        Viewer viewer({Sample(name)});
+        AwaitFindings(viewer);
+        EXPECT_FALSE(viewer.ShownBox());
+        viewer.Close();
+    }
+}
+
+TEST_F(FindingsTest, ThePanesAreShownAndHidden) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    for (const auto& [command, part] :
+         {std::pair(IDM_VIEW_FINDINGS, IDC_FINDINGS), {IDM_VIEW_SOURCE, IDC_SOURCE}}) {
+        const bool wasShown = viewer.IsVisible(part);
+        EXPECT_EQ(wasShown, viewer.IsTicked(command));
+        viewer.Do(command);
+        EXPECT_EQ(!wasShown, viewer.IsVisible(part)) << command;
+        EXPECT_EQ(!wasShown, viewer.IsTicked(command));
+        viewer.Do(command);
+        EXPECT_EQ(wasShown, viewer.IsVisible(part));
+    }
+}
+
+TEST_F(FindingsTest, TheSourceCannotBeTypedInto) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Show(viewer, IDM_VIEW_SOURCE);
+    Await("the source", [&] { return !viewer.PartText(IDC_SOURCE).empty(); });
+    const std::wstring before = viewer.PartText(IDC_SOURCE);
+    SendMessageW(viewer.Part(IDC_SOURCE), WM_CHAR, L'x', 1);
+    EXPECT_EQ(before, viewer.PartText(IDC_SOURCE));
+}
+
+} // namespace
+
+} // namespace viewtest

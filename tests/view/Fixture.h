@@ -1,0 +1,56 @@
+#pragma once
+
+#include "tests/bench/BenchRun.h"
+#include "tests/view/Viewer.h"
+#include "view/resource.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace viewtest {
+
+using benchtest::Narrow;
+
+/// A number text with "." as this machine's user writes it.
+std::wstring Local(const std::string& number);
+
+/// A user who has never opened the window, and a folder for the files of the test.
+class ViewTest : public testing::Test {
+  protected:
+    ViewTest();
+    void TearDown() override;
+
+    /// The file of a sample stream; one that may be changed.
+    static std::wstring Sample(const std::wstring& name);
+    static std::wstring OwnSample(const std::wstring& name);
+    /// A file of the test's folder; the path when nothing is to be written.
+    static std::wstring FileNamed(const std::wstring& name);
+    static std::wstring FileWith(const std::wstring& name, const std::string& text);
+    static bool IsFile(const std::wstring& path);
+    static std::string BytesOf(const std::wstring& path) { return benchtest::ReadFileBytes(path); }
+
+    /// Waits until a file with so many attributes is open.
+    static void AwaitAttributes(const Viewer& viewer, int count);
+};
+
+/// The numbers of points in the sample "channels".
+inline constexpr int kAttributes = 11;
+inline constexpr int kInputs = 3;
+inline constexpr int kOutputs = 5;
+
+/// A window with the sample "channels", in a file that may be changed.
+class OpenedTest : public ViewTest {
+  protected:
+    OpenedTest() : file_(OwnSample(L"channels.xml")), viewer_({file_}) {
+        AwaitAttributes(viewer_, kAttributes);
+    }
+
+    std::wstring file_;
+    Viewer viewer_;
+};
+
+/// A stream of so many points: a third each of attributes, inputs and outputs.
+std::string LargeStream(int points);
+
+} // namespace viewtest

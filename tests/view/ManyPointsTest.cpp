@@ -1,0 +1,118 @@
+// A document of ten thousand points: how long it takes is printed, and never a reason to fail.
+
+#include "tests/view/Fixture.h"
+
+#include <algorithm>
+#include <iostream>
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+constexpr int kPoints = 10000;
+constexpr int kAttributesOfMany = (kPoints + 2) / 3;
+
+class ManyPointsTest : public ViewTest {
+  protected:
+    static double Seconds(const LARGE_INTEGER& begin) {
+        LARGE_INTEGER now{};
+        LARGE_INTEGER second{};
+        QueryPerformanceCounter(&now);
+        QueryPerformanceFrequency(&second);
+        return static_cast<double>(now.QuadPart - begin.QuadPart) / static_cast<double>(second.QuadPart);
+    }
+    const std::wstring file_ = FileWith(L"large.xml", LargeStream(kPoints));
+};
+
+TEST_F(ManyPointsTest, OpensScrollsSortsAndFilters) {
+    Viewer viewer;
+    LARGE_INTEGER begin{};
+    QueryPerformanceCounter(&begin);
+    viewer.Drop({file_});
+    AwaitAttributes(viewer, kAttributesOfMany);
+    std::cout << kPoints << " points are open after " << Seconds(begin) << " s\n";
+    EXPECT_EQ(kPoints, viewer.Count(IDC_ATTRIBUTES) + viewer.Count(IDC_INPUTS) + viewer.Count(IDC_OUTPUTS));
+    EXPECT_EQ(L"A9999", viewer.Cell(IDC_ATTRIBUTES, kAttributesOfMany - 1, VIEW_COLUMN_NAME));
+
+    QueryPerformanceCounter(&begin);
+    constexpr int kPages = 200;
+    for (int i = 0; i < kPages; ++i) {
+        SendMessageW(viewer.Part(IDC_ATTRIBUTES), WM_VSCROLL, MAKEWPARAM(SB_PAGEDOWN, 0), 0);
+        UpdateWindow(viewer.Part(IDC_ATTRIBUTES));
+    }
+    std::cout << "a page is scrolled in " << Seconds(begin) / kPages * 1000 << " ms\n";
+
+    QueryPerformanceCounter(&begin);
+    viewer.ClickHeading(IDC_ATTRIBUTES, VIEW_COLUMN_VALUE);
+    Await("the least value first", [&] { return viewer.Cell(IDC_ATTRIBUTES, 1, VIEW_COLUMN_VALUE) == L"0"; });
+    std::cout << "sorted after " << Seconds(begin) << " s\n";
+    EXPECT_EQ(L"999", viewer.Cell(IDC_ATTRIBUTES, kAttributesOfMany - 1, VIEW_COLUMN_VALUE));
+
+    QueryPerformanceCounter(&begin);
+    viewer.Filter(L"a999");
+    std::cout << "filtered after " << Seconds(begin) << " s\n";
+    EXPECT_EQ(5, viewer.Count(IDC_ATTRIBUTES)) << "A999, A9990, A9993, A9996 and A9999";
+
+    QueryPerformanceCounter(&begin);
+    viewer.SetCell(IDC_ATTRIBUTES, L"A9999", L"5");
+    std::cout << "a value is changed after " << Seconds(begin) << " s\n";
+    EXPECT_EQ(L"5", viewer.ValueOf(IDC_ATTRIBUTES, L"A9999"));
+    viewer.Do(IDM_EDIT_UNDO);
+    EXPECT_EQ(L"999", viewer.ValueOf(IDC_ATTRIBUTES, L"A9999"));
+    viewer.Close();
+}
+
+TEST_F(ManyPointsTest, AnswersWhileItLoads) {
+    Viewer viewer;
+    viewer.Drop({file_});
+    double longest = 0;
+    int asked = 0;
+    while (viewer.Count(IDC_ATTRIBUTES) != kAttributesOfMany && viewer.IsRunning()) {
+        LARGE_INTEGER begin{};
+        QueryPerformanceCounter(&begin);
+        DWORD_PTR answer = 0;
+        ASSERT_NE(0, SendMessageTimeoutW(viewer.Frame(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, &answer))
+            << "\"not responding\"";
+        longest = std::max(longest, Seconds(begin));
+        ++asked;
+        Sleep(5);
+    }
+    std::cout << "asked " << asked << " times, the longest silence was " << longest << " s\n";
+}
+
+TEST_F(ManyPointsTest, LoadingCanBeStopped) {
+    Viewer viewer;
+    viewer.Drop({file_});
+    const bool isShown = Await("the button", [&] {
+        return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany;
+    });
+    ASSERT_TRUE(isShown);
+    if (viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany) {
+        std::cout << "it was loaded before it could be stopped\n";
+        return;
+    }
+    EXPECT_TRUE(viewer.IsVisible(IDC_PROGRESS));
+    viewer.Do(IDM_VIEW_STOP);
+    Await("the end of loading",
+          [&] { return !viewer.IsVisible(IDC_STOP) && viewer.IsEnabled(IDM_FILE_OPEN); });
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+    EXPECT_NE(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"stopped"))
+        << Narrow(viewer.Status(VIEW_STATUS_MESSAGE));
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Close();
+}
+
+TEST_F(ManyPointsTest, ClosesWhileItLoads) {
+    Viewer viewer;
+    viewer.Drop({file_});
+    Await("the button",
+          [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany; });
+    viewer.BeginClose();
+    EXPECT_EQ(0U, viewer.WaitForEnd());
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,155 @@
+// Opening files again and again leaves nothing behind.
+
+#include "tests/view/Fixture.h"
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iostream>
+
+namespace viewtest {
+
+namespace {
+
+/// What another program holds of the system.
+struct Holdings {
+    std::size_t handles = 0;
+    std::size_t graphics = 0;
+    std::size_t windows = 0;
+    std::size_t privateBytes = 0;
+};
+
+/// The highest number of many handles made at once in that program: handles get the
+/// lowest number that is free, and Wine's own count is always 0.
+std::size_t HighestHandle(HANDLE process) {
+    std::array<HANDLE, 300> copies{};
+    std::size_t highest = 0;
+    for (HANDLE& copy : copies) {
+        DuplicateHandle(GetCurrentProcess(), GetCurrentProcess(), process, &copy, SYNCHRONIZE, FALSE, 0);
+        highest = std::max(highest, reinterpret_cast<std::size_t>(copy) / 4);
+    }
+    for (const HANDLE copy : copies) {
+        DuplicateHandle(process, copy, nullptr, nullptr, 0, FALSE, DUPLICATE_CLOSE_SOURCE);
+    }
+    return highest;
+}
+
+/// Runs a function of a system DLL, which is at the same place in all programs, in that one.
+DWORD CallIn(HANDLE process, const char* function, DWORD argument) {
+    const auto address = reinterpret_cast<LPTHREAD_START_ROUTINE>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"gdi32.dll"), function)));
+    const HANDLE thread = CreateRemoteThread(
+        process, nullptr, 0, address, reinterpret_cast<void*>(static_cast<UINT_PTR>(argument)), 0, nullptr);
+    DWORD result = 0;
+    WaitForSingleObject(thread, INFINITE);
+    GetExitCodeThread(thread, &result);
+    CloseHandle(thread);
+    return result;
+}
+
+/// The same of graphics objects.
+std::size_t HighestGraphics(HANDLE process) {
+    std::array<DWORD, 100> brushes{};
+    WORD highest = 0;
+    for (DWORD& brush : brushes) {
+        brush = CallIn(process, "CreateSolidBrush", RGB(1, 2, 3));
+        highest = std::max(highest, LOWORD(brush));
+    }
+    for (const DWORD brush : brushes) {
+        CallIn(process, "DeleteObject", brush);
+    }
+    return highest;
+}
+
+BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+    ++*reinterpret_cast<std::size_t*>(count);
+    return TRUE;
+}
+
+BOOL CALLBACK CountWindowAndChildren(HWND window, LPARAM count) {
+    EnumChildWindows(window, &CountWindow, count);
+    return CountWindow(window, count);
+}
+
+Holdings HoldingsOf(const Viewer& viewer) {
+    Holdings now;
+    now.handles = HighestHandle(viewer.Process());
+    now.graphics = HighestGraphics(viewer.Process());
+    EnumThreadWindows(GetWindowThreadProcessId(viewer.Frame(), nullptr), &CountWindowAndChildren,
+                      reinterpret_cast<LPARAM>(&now.windows));
+    PROCESS_MEMORY_COUNTERS memory{};
+    memory.cb = sizeof memory;
+    GetProcessMemoryInfo(viewer.Process(), &memory, sizeof memory);
+    now.privateBytes = memory.PagefileUsage;
+    return now;
+}
+
+void Print(const char* when, const Holdings& holdings) {
+    std::cout << when << ": " << holdings.handles << " handles, " << holdings.graphics << " drawing objects, "
+              << holdings.windows << " windows, " << holdings.privateBytes / 1024 << " KB\n";
+}
+
+class OpenOftenTest : public ViewTest {};
+
+TEST_F(OpenOftenTest, AThousandFilesLeaveNothing) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Drop({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    const auto open = [&] {
+        // The second of the recent files is the one that is not open.
+        viewer.Do(IDM_FILE_RECENT + 1);
+        UpdateWindow(viewer.Frame());
+    };
+    constexpr int kWarmUp = 50;
+    constexpr int kRounds = 1000;
+    for (int i = 0; i < kWarmUp; ++i) {
+        open();
+    }
+    const Holdings before = HoldingsOf(viewer);
+    Print("before", before);
+    for (int i = 0; i < kRounds && !HasFailure(); ++i) {
+        open();
+    }
+    const Holdings after = HoldingsOf(viewer);
+    Print("after ", after);
+    EXPECT_EQ(8, viewer.Count(IDC_ATTRIBUTES));
+    EXPECT_EQ(before.handles, after.handles);
+    EXPECT_EQ(before.graphics, after.graphics);
+    EXPECT_EQ(before.windows, after.windows);
+    EXPECT_LT(after.privateBytes, before.privateBytes + 4U * 1024 * 1024);
+    viewer.Close();
+}
+
+TEST_F(OpenOftenTest, TwoHundredEditorsLeaveNothing) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Pick(IDC_ATTRIBUTES, L"AI1_Offset");
+    const auto open = [&] {
+        viewer.Begin(IDM_EDIT_VALUE);
+        viewer.NextBox().Press(IDCANCEL);
+        viewer.Settle();
+    };
+    constexpr int kWarmUp = 20;
+    constexpr int kRounds = 200;
+    for (int i = 0; i < kWarmUp; ++i) {
+        open();
+    }
+    const Holdings before = HoldingsOf(viewer);
+    Print("before", before);
+    for (int i = 0; i < kRounds && !HasFailure(); ++i) {
+        open();
+    }
+    const Holdings after = HoldingsOf(viewer);
+    Print("after ", after);
+    EXPECT_EQ(before.handles, after.handles);
+    EXPECT_EQ(before.graphics, after.graphics);
+    EXPECT_EQ(before.windows, after.windows);
+    viewer.Close();
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,132 @@
+// How a file comes into the window.
+
+#include "tests/view/Fixture.h"
+
+#include <commctrl.h>
+
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class OpeningTest : public ViewTest {};
+
+TEST_F(OpeningTest, TheWindowOpensWithoutAFile) {
+    Viewer viewer;
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+    EXPECT_EQ(0, viewer.Count(IDC_FINDINGS));
+    EXPECT_TRUE(viewer.IsEnabled(IDM_FILE_OPEN));
+    EXPECT_FALSE(viewer.IsEnabled(IDM_FILE_SAVE));
+    EXPECT_FALSE(viewer.IsEnabled(IDM_EDIT_VALUE));
+    EXPECT_FALSE(viewer.IsEnabled(IDM_EDIT_UNDO));
+    EXPECT_FALSE(viewer.IsEnabled(IDM_VIEW_ZOOM_IN));
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, TheCommandLineNamesAFile) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(kInputs, viewer.Count(IDC_INPUTS));
+    EXPECT_EQ(kOutputs, viewer.Count(IDC_OUTPUTS));
+    EXPECT_TRUE(viewer.Title().starts_with(L"channels.xml")) << Narrow(viewer.Title());
+    EXPECT_NE(std::wstring::npos, viewer.PartText(IDC_SHEET).find(L"Reading room"))
+        << Narrow(viewer.PartText(IDC_SHEET));
+    EXPECT_TRUE(viewer.IsEnabled(IDM_FILE_SAVE));
+    EXPECT_TRUE(viewer.IsEnabled(IDM_VIEW_ZOOM_IN));
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, TheMenuAsksForAFile) {
+    Viewer viewer;
+    viewer.Begin(IDM_FILE_OPEN);
+    viewer.NextBox().ChooseFile(Sample(L"channels.xml"));
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Begin(IDM_FILE_OPEN);
+    viewer.NextBox().Press(IDCANCEL);
+    EXPECT_EQ(kAttributes, viewer.Count(IDC_ATTRIBUTES)) << "a person who thinks better of it keeps the file";
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, AFileFallsOnTheWindow) {
+    Viewer viewer;
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Drop({Sample(L"full.xml"), Sample(L"channels.xml")});
+    AwaitAttributes(viewer, 65);
+    EXPECT_TRUE(viewer.Title().starts_with(L"full.xml")) << "the first one of several";
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, AnotherFileTakesThePlaceOfTheFirst) {
+    Viewer viewer({Sample(L"full.xml")});
+    AwaitAttributes(viewer, 65);
+    EXPECT_EQ(13, viewer.Count(IDC_INPUTS));
+    EXPECT_EQ(25, viewer.Count(IDC_OUTPUTS));
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(kInputs, viewer.Count(IDC_INPUTS));
+    EXPECT_EQ(kOutputs, viewer.Count(IDC_OUTPUTS));
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, AFileThatIsNotThereIsSaid) {
+    Viewer viewer({FileNamed(L"none.xml")});
+    const Box box = viewer.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"none.xml")) << Narrow(box.Text());
+    box.Press(IDOK);
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, RecentFilesComeBack) {
+    {
+        Viewer viewer({Sample(L"full.xml")});
+        AwaitAttributes(viewer, 65);
+        viewer.Drop({Sample(L"channels.xml")});
+        AwaitAttributes(viewer, kAttributes);
+        viewer.Do(IDM_FILE_RECENT + 1);
+        AwaitAttributes(viewer, 65);
+        viewer.Close();
+    }
+    Viewer viewer;
+    viewer.Do(IDM_FILE_RECENT + 1);
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_TRUE(viewer.Title().starts_with(L"channels.xml"));
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, ARecentFileThatIsGoneIsSaidAndForgotten) {
+    const std::wstring file = OwnSample(L"channels.xml");
+    Viewer viewer({file});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Drop({Sample(L"full.xml")});
+    AwaitAttributes(viewer, 65);
+    DeleteFileW(file.c_str());
+    viewer.Begin(IDM_FILE_RECENT + 1);
+    const Box box = viewer.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(file)) << Narrow(box.Text());
+    box.Press(IDOK);
+    viewer.Do(IDM_FILE_RECENT + 1);
+    EXPECT_FALSE(viewer.ShownBox()) << "there is no second recent file any more";
+    EXPECT_EQ(65, viewer.Count(IDC_ATTRIBUTES));
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, ReadsTheFileAgain) {
+    const std::wstring file = OwnSample(L"channels.xml");
+    Viewer viewer({file});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"5");
+    viewer.Begin(IDM_FILE_RELOAD);
+    viewer.NextBox().Press(IDNO);
+    Await("the file's value", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"1"; });
+    EXPECT_EQ(kAttributes, viewer.Count(IDC_ATTRIBUTES));
+    viewer.Close();
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,132 @@
+// Changed values saved into a project and into a stream.
+
+#include "tests/view/Fixture.h"
+
+#include <cstddef>
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class SavingTest : public OpenedTest {
+  protected:
+    void Change(const std::wstring& value) { viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", value); }
+    bool IsUnsaved() const { return viewer_.Title().find(L'*') != std::wstring::npos; }
+    /// The value of the attribute in a file that is opened on its own.
+    static std::wstring ValueIn(const std::wstring& file) {
+        Viewer other({file});
+        AwaitAttributes(other, kAttributes);
+        return other.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel");
+    }
+    const std::wstring project_ = FileNamed(L"hall.project.xml");
+};
+
+TEST_F(SavingTest, SavesIntoAProjectThatOpensAgain) {
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return !IsUnsaved(); });
+    EXPECT_TRUE(IsFile(project_));
+    EXPECT_EQ(L"", viewer_.Status(VIEW_STATUS_UNSAVED));
+    EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO)) << "a save ends no history";
+    const std::string text = BytesOf(project_);
+    EXPECT_NE(std::string::npos, text.find("<Project")) << text;
+    EXPECT_NE(std::string::npos, text.find("K7")) << text;
+    EXPECT_EQ(L"6", ValueIn(project_));
+    EXPECT_EQ(L"1", ValueIn(file_)) << "the stream is as it was";
+}
+
+TEST_F(SavingTest, ASecondSaveAsksForNoName) {
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return !IsUnsaved(); });
+    Change(L"4");
+    viewer_.Do(IDM_FILE_SAVE);
+    EXPECT_FALSE(IsUnsaved());
+    EXPECT_EQ(L"4", ValueIn(project_));
+}
+
+TEST_F(SavingTest, UndoBehindASaveIsUnsaved) {
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return !IsUnsaved(); });
+    viewer_.Do(IDM_EDIT_UNDO);
+    EXPECT_TRUE(IsUnsaved());
+    viewer_.Do(IDM_FILE_SAVE);
+    EXPECT_EQ(L"1", ValueIn(project_));
+}
+
+TEST_F(SavingTest, AnotherNameLeavesTheFirstProject) {
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return !IsUnsaved(); });
+    Change(L"4");
+    viewer_.Begin(IDM_FILE_SAVE_AS);
+    viewer_.NextBox().ChooseFile(FileNamed(L"other.xml"));
+    Await("the other project", [&] { return !IsUnsaved(); });
+    EXPECT_EQ(L"6", ValueIn(project_));
+    EXPECT_EQ(L"4", ValueIn(FileNamed(L"other.xml")));
+}
+
+TEST_F(SavingTest, AProjectKeepsWhatElseItHolds) {
+    FileWith(L"hall.project.xml",
+             "<?xml version=\"1.0\"?>\n<Project><Other><Name>x</Name></Other></Project>");
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    const Box chooser = viewer_.NextBox();
+    chooser.ChooseFile(project_);
+    if (const Box question = viewer_.ShownBox()) {
+        question.Press(IDYES); // whether the file is to be replaced
+    }
+    Await("the project", [&] { return !IsUnsaved(); });
+    EXPECT_NE(std::string::npos, BytesOf(project_).find("<Other><Name>x</Name></Other>"))
+        << BytesOf(project_);
+    EXPECT_EQ(L"6", ValueIn(project_));
+}
+
+TEST_F(SavingTest, WhoCancelsSavesNothing) {
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().Press(IDCANCEL);
+    EXPECT_TRUE(IsUnsaved());
+    EXPECT_FALSE(IsFile(project_));
+}
+
+TEST_F(SavingTest, AFileThatCannotBeWrittenIsSaid) {
+    const HANDLE held = CreateFileW(project_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE_STREAM);
+    viewer_.NextBox().ChooseFile(project_);
+    Box box = viewer_.NextBox();
+    if (box.Has(IDYES)) { // whether the file is to be replaced
+        box.Press(IDYES);
+        box = viewer_.NextBox();
+    }
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDOK);
+    EXPECT_TRUE(IsUnsaved());
+    CloseHandle(held);
+}
+
+TEST_F(SavingTest, SavesTheStreamWithItsValues) {
+    const std::string before = BytesOf(file_);
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE_STREAM);
+    viewer_.NextBox().ChooseFile(FileNamed(L"changed.xml"));
+    Await("the stream", [&] { return !IsUnsaved(); });
+    std::string after = BytesOf(FileNamed(L"changed.xml"));
+    EXPECT_EQ(L"6", ValueIn(FileNamed(L"changed.xml")));
+    const std::size_t value = after.find("<VALUE>6</VALUE>");
+    ASSERT_NE(std::string::npos, value);
+    after.replace(value, 16, "<VALUE>1</VALUE>");
+    EXPECT_EQ(before, after) << "comments and blanks are as they were";
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,124 @@
+// What the window remembers of its user.
+
+#include "tests/view/Fixture.h"
+
+#include <commctrl.h>
+
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class SettingsTest : public ViewTest {
+  protected:
+    static RECT PlaceOf(const Viewer& viewer) {
+        RECT place{};
+        GetWindowRect(viewer.Frame(), &place);
+        return place;
+    }
+    static int WidthOf(const Viewer& viewer, int column) {
+        return static_cast<int>(
+            SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+    }
+    /// The keys below a key of the user's registry.
+    static Texts KeysBelow(const wchar_t* path) {
+        Texts keys;
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &key) == ERROR_SUCCESS) {
+            wchar_t name[256] = {};
+            DWORD size = 256;
+            for (DWORD i = 0;
+                 RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+                 ++i, size = 256) {
+                keys.emplace_back(name);
+            }
+            RegCloseKey(key);
+        }
+        return keys;
+    }
+};
+
+TEST_F(SettingsTest, TheWindowComesBackWhereItWas) {
+    {
+        Viewer viewer;
+        SetWindowPos(viewer.Frame(), nullptr, 40, 50, 900, 640, SWP_NOZORDER | SWP_NOACTIVATE);
+        viewer.Close();
+    }
+    Viewer viewer;
+    const RECT place = PlaceOf(viewer);
+    EXPECT_EQ(40, place.left);
+    EXPECT_EQ(50, place.top);
+    EXPECT_EQ(900, place.right - place.left);
+    EXPECT_EQ(640, place.bottom - place.top);
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, ColumnsKeepTheirWidths) {
+    {
+        Viewer viewer;
+        SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
+        SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_UNIT, 33);
+        viewer.Close();
+    }
+    Viewer viewer;
+    EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME));
+    EXPECT_EQ(33, WidthOf(viewer, VIEW_COLUMN_UNIT));
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, UnitsAndPanesAreRemembered) {
+    bool hadFindings = false;
+    {
+        Viewer viewer({Sample(L"channels.xml")});
+        AwaitAttributes(viewer, kAttributes);
+        viewer.Do(IDM_VIEW_US);
+        hadFindings = viewer.IsVisible(IDC_FINDINGS);
+        viewer.Do(IDM_VIEW_FINDINGS);
+        viewer.Close();
+    }
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_TRUE(viewer.IsTicked(IDM_VIEW_US));
+    EXPECT_NE(std::wstring::npos, viewer.Cell(IDC_ATTRIBUTES, 2, VIEW_COLUMN_DISPLAYED).find(L"\u00B0F"));
+    EXPECT_EQ(!hadFindings, viewer.IsVisible(IDC_FINDINGS));
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, NothingElseStandsInTheRegistry) {
+    const Texts software = KeysBelow(L"Software");
+    const Texts classes = KeysBelow(L"Software\\Classes");
+    const Texts own = KeysBelow(L"Software\\O_Tam_id");
+    {
+        Viewer viewer({Sample(L"channels.xml")});
+        AwaitAttributes(viewer, kAttributes);
+        viewer.Close();
+    }
+    EXPECT_EQ(Texts{L"View"}, KeysBelow(L"Software\\O_Tam_id"));
+    EXPECT_EQ(Texts(), KeysBelow(L"Software\\O_Tam_id\\View"));
+    EXPECT_EQ(classes, KeysBelow(L"Software\\Classes"));
+    EXPECT_LE(KeysBelow(L"Software").size(), software.size() + (own.empty() ? 1U : 0U));
+}
+
+TEST_F(SettingsTest, WhatIsDamagedIsPassedOver) {
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\O_Tam_id\\View", 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                    nullptr);
+    const BYTE bytes[44] = {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0xFF, 0xFF, 0xFF};
+    for (const wchar_t* name : {L"Placement", L"Splits", L"Columns.Attributes", L"RecentFiles"}) {
+        RegSetValueExW(key, name, 0, REG_BINARY, bytes, sizeof bytes);
+    }
+    RegSetValueExW(key, L"RecentFiles", 0, REG_MULTI_SZ, bytes, 7);
+    RegCloseKey(key);
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    const RECT place = PlaceOf(viewer);
+    EXPECT_GT(place.right, 100);
+    EXPECT_LT(place.left, GetSystemMetrics(SM_CXSCREEN));
+    EXPECT_GT(place.right - place.left, 300);
+    viewer.Close();
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,351 @@
+#include "tests/view/Viewer.h"
+
+#include "bench/Keys.h"
+#include "tests/bench/BenchRun.h"
+#include "view/resource.h"
+
+#include <commctrl.h>
+#include <commdlg.h>
+#include <dlgs.h>
+#include <shlobj.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+namespace viewtest {
+
+namespace {
+
+using benchtest::Narrow;
+
+constexpr DWORD kLongest = 30000;
+constexpr DWORD kPause = 5;
+
+struct Search {
+    DWORD process;
+    const wchar_t* className;
+    HWND found;
+};
+
+BOOL CALLBACK FindTop(HWND window, LPARAM data) {
+    auto& search = *reinterpret_cast<Search*>(data);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    wchar_t name[64] = {};
+    GetClassNameW(window, name, 64);
+    if (process != search.process || IsWindowVisible(window) == FALSE ||
+        lstrcmpW(name, search.className) != 0) {
+        return TRUE;
+    }
+    search.found = window;
+    return FALSE;
+}
+
+HWND TopWindow(DWORD process, const wchar_t* className) {
+    Search search{process, className, nullptr};
+    EnumWindows(&FindTop, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+BOOL CALLBACK FindEdit(HWND window, LPARAM data) {
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (lstrcmpiW(name, WC_EDITW) != 0 || IsWindowVisible(window) == FALSE) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(data) = window;
+    return FALSE;
+}
+
+std::wstring Folder() {
+    wchar_t folder[MAX_PATH] = {};
+    GetEnvironmentVariableW(L"LOCALAPPDATA", folder, MAX_PATH);
+    return std::wstring(folder) + L"\\O_Tam_id\\View\\";
+}
+
+/// As the program's start-up code reads it back; no test has a quotation mark in a name.
+std::wstring CommandLine(const Texts& arguments) {
+    std::wstring line = L"\"" + benchtest::ProgramFolder() + L"tamview.exe\"";
+    for (const std::wstring& argument : arguments) {
+        line += L" \"" + argument + L"\"";
+    }
+    return line;
+}
+
+INPUT KeyInput(WORD key, wchar_t character, DWORD flags) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = key;
+    input.ki.wScan = key != 0 ? static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC)) : character;
+    input.ki.dwFlags = flags;
+    return input;
+}
+
+void Send(std::vector<INPUT> inputs) {
+    EXPECT_EQ(inputs.size(), SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)))
+        << "error " << GetLastError();
+}
+
+} // namespace
+
+bool Await(const std::string& what, const std::function<bool()>& holds) {
+    const ULONGLONG begin = GetTickCount64();
+    while (!holds()) {
+        if (GetTickCount64() - begin > kLongest) {
+            ADD_FAILURE() << "waited in vain for: " << what;
+            return false;
+        }
+        Sleep(kPause);
+    }
+    return true;
+}
+
+void ForgetSettings() {
+    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\O_Tam_id\\View");
+}
+
+Texts UnsavedFiles() {
+    Texts files;
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW((Folder() + L"*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        return files;
+    }
+    do {
+        if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+            files.push_back(Folder() + found.cFileName);
+        }
+    } while (FindNextFileW(search, &found) != FALSE);
+    FindClose(search);
+    return files;
+}
+
+void ForgetUnsaved() {
+    for (const std::wstring& file : UnsavedFiles()) {
+        DeleteFileW(file.c_str());
+    }
+}
+
+RemoteMemory::RemoteMemory(HANDLE process, std::size_t size)
+    : process_(process)
+    , memory_(static_cast<BYTE*>(
+          VirtualAllocEx(process, nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE))) {
+    EXPECT_NE(nullptr, memory_) << "error " << GetLastError();
+}
+
+RemoteMemory::~RemoteMemory() {
+    VirtualFreeEx(process_, memory_, 0, MEM_RELEASE);
+}
+
+void RemoteMemory::Write(const void* bytes, std::size_t size, std::size_t offset) const {
+    EXPECT_TRUE(WriteProcessMemory(process_, At(offset), bytes, size, nullptr));
+}
+
+void RemoteMemory::Read(void* bytes, std::size_t size, std::size_t offset) const {
+    EXPECT_TRUE(ReadProcessMemory(process_, At(offset), bytes, size, nullptr));
+}
+
+std::wstring TextOf(HWND window) {
+    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+    const LRESULT length =
+        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+std::wstring Box::Text() const {
+    constexpr int kMessageText = 0xFFFF;
+    return TextOf(GetDlgItem(window_, kMessageText));
+}
+
+void Box::Click(int button) const {
+    const HWND control = GetDlgItem(window_, button);
+    EXPECT_NE(nullptr, control) << "no button " << button << " in " << Narrow(Caption());
+    PostMessageW(control, BM_CLICK, 0, 0);
+}
+
+void Box::Press(int button) const {
+    Click(button);
+    Await("the end of the box " + Narrow(Caption()),
+          [this] { return IsWindow(window_) == FALSE || IsWindowVisible(window_) == FALSE; });
+}
+
+void Box::ChooseFile(const std::wstring& path) const {
+    HWND edit = GetDlgItem(window_, edt1);
+    if (edit == nullptr || IsWindowVisible(edit) == FALSE) {
+        EnumChildWindows(window_, &FindEdit, reinterpret_cast<LPARAM>(&edit));
+    }
+    ASSERT_NE(nullptr, edit) << Narrow(Caption()) << " has no field for a name";
+    SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    Press(IDOK);
+}
+
+Viewer::Viewer(const Texts& arguments) {
+    std::wstring line = CommandLine(arguments);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                       &process) == FALSE) {
+        ADD_FAILURE() << Narrow(line) << " does not start, error " << GetLastError();
+        return;
+    }
+    CloseHandle(process.hThread);
+    process_ = process.hProcess;
+    id_ = process.dwProcessId;
+    Await("the window of " + Narrow(line), [this] {
+        frame_ = TopWindow(id_, VIEW_CLASS);
+        return frame_ != nullptr || !IsRunning();
+    });
+    EXPECT_NE(nullptr, frame_) << "it ended, or shows no window";
+}
+
+Viewer::~Viewer() {
+    if (process_ != nullptr) {
+        Kill();
+        CloseHandle(process_);
+    }
+}
+
+std::wstring Viewer::Status(int part) const {
+    constexpr std::size_t kRoom = 1024;
+    const RemoteMemory memory(process_, kRoom * sizeof(wchar_t));
+    const auto length =
+        LOWORD(SendMessageW(Part(IDC_STATUS), SB_GETTEXTLENGTHW, static_cast<WPARAM>(part), 0));
+    std::wstring text(std::min<std::size_t>(length, kRoom - 1), L'\0');
+    SendMessageW(Part(IDC_STATUS), SB_GETTEXTW, static_cast<WPARAM>(part),
+                 reinterpret_cast<LPARAM>(memory.At()));
+    memory.Read(text.data(), text.size() * sizeof(wchar_t));
+    return text;
+}
+
+bool Viewer::IsEnabled(int command) const noexcept {
+    return SendMessageW(Part(IDC_TOOLBAR), TB_ISBUTTONENABLED, static_cast<WPARAM>(command), 0) != 0;
+}
+
+bool Viewer::IsTicked(int command) const noexcept {
+    return SendMessageW(Part(IDC_TOOLBAR), TB_ISBUTTONCHECKED, static_cast<WPARAM>(command), 0) != 0;
+}
+
+void Viewer::Do(int command) const {
+    DWORD_PTR answer = 0;
+    EXPECT_NE(0, SendMessageTimeoutW(frame_, WM_COMMAND, static_cast<WPARAM>(command), 0, SMTO_NORMAL,
+                                     kLongest, &answer))
+        << "the command " << command << " does not end";
+}
+
+void Viewer::Settle() const {
+    // Nobody else presses the button that is hidden; messages are handled in their order.
+    const HWND stop = Part(IDC_STOP);
+    PostMessageW(stop, BM_SETSTATE, TRUE, 0);
+    Await("the end of the messages", [&] {
+        return (SendMessageW(stop, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0 || !IsRunning();
+    });
+    SendMessageW(stop, BM_SETSTATE, FALSE, 0);
+}
+
+Box Viewer::ShownBox() const {
+    return Box(TopWindow(id_, L"#32770"));
+}
+
+Box Viewer::NextBox() const {
+    Box box;
+    Await("a box", [&] {
+        box = ShownBox();
+        return static_cast<bool>(box) || !IsRunning();
+    });
+    return box;
+}
+
+void Viewer::ToFront() const {
+    Await("the window in front", [this] {
+        DWORD process = 0;
+        GetWindowThreadProcessId(GetForegroundWindow(), &process);
+        return process == id_ || (SetForegroundWindow(frame_), false);
+    });
+}
+
+void Viewer::Press(WORD key, const std::vector<WORD>& held) const {
+    ToFront();
+    std::vector<INPUT> inputs;
+    for (const WORD holder : held) {
+        inputs.push_back(KeyInput(holder, 0, 0));
+    }
+    inputs.push_back(KeyInput(key, 0, 0));
+    inputs.push_back(KeyInput(key, 0, KEYEVENTF_KEYUP));
+    for (auto holder = held.rbegin(); holder != held.rend(); ++holder) {
+        inputs.push_back(KeyInput(*holder, 0, KEYEVENTF_KEYUP));
+    }
+    Send(std::move(inputs));
+}
+
+void Viewer::Type(const std::wstring& keys) const {
+    ToFront();
+    for (const bench::Stroke& stroke : bench::ReadKeys(keys)) {
+        switch (stroke.kind) {
+        case bench::Stroke::Kind::Key:
+            Press(stroke.key);
+            break;
+        case bench::Stroke::Kind::Access:
+            Press(LOBYTE(VkKeyScanW(stroke.character)), {VK_MENU});
+            break;
+        case bench::Stroke::Kind::Character:
+            Send({KeyInput(0, stroke.character, KEYEVENTF_UNICODE),
+                  KeyInput(0, stroke.character, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP)});
+            break;
+        }
+    }
+}
+
+int Viewer::Focus() const noexcept {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    GetGUIThreadInfo(GetWindowThreadProcessId(frame_, nullptr), &thread);
+    return thread.hwndFocus != nullptr ? GetDlgCtrlID(thread.hwndFocus) : 0;
+}
+
+void Viewer::Drop(const Texts& files) const {
+    std::wstring names;
+    for (const std::wstring& file : files) {
+        names.append(file) += L'\0';
+    }
+    names += L'\0';
+    // The window frees it, as far as memory that it did not allocate can be freed.
+    auto* const memory = static_cast<BYTE*>(VirtualAllocEx(
+        process_, nullptr, sizeof(DROPFILES) + names.size() * 2, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+    DROPFILES head{};
+    head.pFiles = sizeof head;
+    head.fWide = TRUE;
+    WriteProcessMemory(process_, memory, &head, sizeof head, nullptr);
+    WriteProcessMemory(process_, memory + sizeof head, names.data(), names.size() * sizeof(wchar_t), nullptr);
+    PostMessageW(frame_, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
+}
+
+void Viewer::Close() {
+    BeginClose();
+    Await("the end of the window", [this] { return !IsRunning() || static_cast<bool>(ShownBox()); });
+    if (const Box box = ShownBox()) {
+        ADD_FAILURE() << "it asks: " << Narrow(box.Text());
+        Kill();
+    }
+    EXPECT_EQ(0U, WaitForEnd());
+}
+
+DWORD Viewer::WaitForEnd() {
+    DWORD status = ~0UL;
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process_, kLongest)) << "it does not end";
+    GetExitCodeProcess(process_, &status);
+    return status;
+}
+
+void Viewer::Kill() {
+    if (IsRunning()) {
+        TerminateProcess(process_, 9);
+        WaitForSingleObject(process_, kLongest);
+    }
+}
+
+} // namespace viewtest

@@ -1,0 +1,125 @@
+#include "tests/view/Viewer.h"
+
+#include "tests/bench/BenchRun.h"
+#include "view/resource.h"
+
+#include <commctrl.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace viewtest {
+
+using benchtest::Narrow;
+
+int Viewer::Count(int list) const noexcept {
+    return static_cast<int>(SendMessageW(Part(list), LVM_GETITEMCOUNT, 0, 0));
+}
+
+std::wstring Viewer::Cell(int list, int place, int column) const {
+    constexpr int kRoom = 512;
+    const RemoteMemory memory(process_, sizeof(LVITEMW) + kRoom * sizeof(wchar_t));
+    LVITEMW item{};
+    item.iSubItem = column;
+    item.pszText = reinterpret_cast<wchar_t*>(memory.At(sizeof item));
+    item.cchTextMax = kRoom;
+    memory.Write(&item, sizeof item);
+    const LRESULT length = SendMessageW(Part(list), LVM_GETITEMTEXTW, static_cast<WPARAM>(place),
+                                        reinterpret_cast<LPARAM>(memory.At()));
+    std::wstring text(static_cast<std::size_t>(std::clamp<LRESULT>(length, 0, kRoom - 1)), L'\0');
+    memory.Read(text.data(), text.size() * sizeof(wchar_t), sizeof item);
+    return text;
+}
+
+Texts Viewer::Cells(int list, int column) const {
+    Texts cells;
+    const int count = Count(list);
+    for (int place = 0; place < count; ++place) {
+        cells.push_back(Cell(list, place, column));
+    }
+    return cells;
+}
+
+int Viewer::PlaceOf(int list, const std::wstring& text, int column) const {
+    const Texts cells = Cells(list, column);
+    const auto found = std::find(cells.begin(), cells.end(), text);
+    if (found == cells.end()) {
+        ADD_FAILURE() << "no row " << Narrow(text) << " in list " << list;
+        return -1;
+    }
+    return static_cast<int>(found - cells.begin());
+}
+
+int Viewer::Picked(int list) const noexcept {
+    return static_cast<int>(SendMessageW(Part(list), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
+}
+
+std::wstring Viewer::PickedName(int list) const {
+    const int place = Picked(list);
+    return place < 0 ? std::wstring() : Cell(list, place, 0);
+}
+
+void Viewer::Pick(int list, int place) const {
+    const RemoteMemory memory(process_, sizeof(LVITEMW));
+    LVITEMW item{};
+    item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+    memory.Write(&item, sizeof item);
+    SendMessageW(Part(list), LVM_SETITEMSTATE, static_cast<WPARAM>(-1),
+                 reinterpret_cast<LPARAM>(memory.At()));
+    item.state = LVIS_SELECTED | LVIS_FOCUSED;
+    memory.Write(&item, sizeof item);
+    SendMessageW(Part(list), LVM_SETITEMSTATE, static_cast<WPARAM>(place),
+                 reinterpret_cast<LPARAM>(memory.At()));
+    SendMessageW(Part(list), LVM_ENSUREVISIBLE, static_cast<WPARAM>(place), FALSE);
+}
+
+void Viewer::ClickHeading(int list, int column) const {
+    const auto heading = reinterpret_cast<HWND>(SendMessageW(Part(list), LVM_GETHEADER, 0, 0));
+    int x = 0;
+    for (int i = 0; i < column; ++i) {
+        x += static_cast<int>(SendMessageW(Part(list), LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(i), 0));
+    }
+    constexpr int kInside = 20;
+    const LPARAM at = MAKELPARAM(x + kInside, 5);
+    PostMessageW(heading, WM_LBUTTONDOWN, MK_LBUTTON, at);
+    PostMessageW(heading, WM_LBUTTONUP, 0, at);
+}
+
+void Viewer::DoubleClickRow(int list, int place) const {
+    SendMessageW(Part(list), LVM_ENSUREVISIBLE, static_cast<WPARAM>(place), FALSE);
+    const RemoteMemory memory(process_, sizeof(RECT));
+    RECT area{};
+    area.left = LVIR_LABEL;
+    memory.Write(&area, sizeof area);
+    SendMessageW(Part(list), LVM_GETITEMRECT, static_cast<WPARAM>(place),
+                 reinterpret_cast<LPARAM>(memory.At()));
+    memory.Read(&area, sizeof area);
+    const LPARAM at = MAKELPARAM(area.left + 5, (area.top + area.bottom) / 2);
+    for (const int message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP}) {
+        PostMessageW(Part(list), static_cast<UINT>(message),
+                     message == WM_LBUTTONUP ? WPARAM{0} : WPARAM{MK_LBUTTON}, at);
+    }
+}
+
+void Viewer::Filter(const std::wstring& words) const {
+    SendMessageW(Part(IDC_FILTER), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(words.c_str()));
+}
+
+void Viewer::SetCell(int list, const std::wstring& name, const std::wstring& value) const {
+    Pick(list, name);
+    Do(IDM_EDIT_CELL);
+    const HWND cell = GetDlgItem(Part(list), IDC_CELL);
+    ASSERT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
+    SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
+    PostMessageW(cell, WM_KEYDOWN, VK_RETURN, 1);
+    Await("the end of the cell", [&] { return IsWindow(cell) == FALSE; });
+    Settle();
+}
+
+std::wstring Viewer::ValueOf(int list, const std::wstring& name) const {
+    return Cell(list, PlaceOf(list, name), VIEW_COLUMN_VALUE);
+}
+
+} // namespace viewtest
