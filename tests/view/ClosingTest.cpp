@@ -31,12 +31,9 @@ TEST_F(ClosingTest, AsksAndForgets) {
 
 TEST_F(ClosingTest, AsksAndSaves) {
     viewer_.Begin(IDM_FILE_EXIT);
-    viewer_.NextBox().Click(IDYES);
-    Box chooser;
-    Await("the question for a name", [&] {
-        chooser = viewer_.ShownBox();
-        return chooser && chooser.Text().empty() && GetDlgItem(chooser.Window(), IDYES) == nullptr;
-    });
+    const Box question = viewer_.NextBox();
+    question.Click(IDYES);
+    const Box chooser = viewer_.NextBox(question);
     chooser.ChooseFile(FileNamed(L"saved.xml"));
     EXPECT_EQ(0U, viewer_.WaitForEnd());
     EXPECT_TRUE(IsFile(FileNamed(L"saved.xml")));
@@ -44,12 +41,9 @@ TEST_F(ClosingTest, AsksAndSaves) {
 
 TEST_F(ClosingTest, WhoNamesNoFileStays) {
     viewer_.Begin(IDM_FILE_EXIT);
-    viewer_.NextBox().Click(IDYES);
-    Box chooser;
-    Await("the question for a name", [&] {
-        chooser = viewer_.ShownBox();
-        return chooser && chooser.Text().empty() && GetDlgItem(chooser.Window(), IDYES) == nullptr;
-    });
+    const Box question = viewer_.NextBox();
+    question.Click(IDYES);
+    const Box chooser = viewer_.NextBox(question);
     chooser.Press(IDCANCEL);
     viewer_.Settle();
     EXPECT_TRUE(viewer_.IsRunning());

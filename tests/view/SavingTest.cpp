@@ -77,14 +77,12 @@ TEST_F(SavingTest, AProjectKeepsWhatElseItHolds) {
              "<?xml version=\"1.0\"?>\n<Project><Other><Name>x</Name></Other></Project>");
     Change(L"6");
     viewer_.Begin(IDM_FILE_SAVE);
-    const Box chooser = viewer_.NextBox();
-    chooser.ChooseFile(project_);
-    if (const Box question = viewer_.ShownBox()) {
-        question.Press(IDYES); // whether the file is to be replaced
-    }
+    viewer_.NextBox().ChooseFile(project_);
     Await("the project", [&] { return !IsUnsaved(); });
-    EXPECT_NE(std::string::npos, BytesOf(project_).find("<Other><Name>x</Name></Other>"))
-        << BytesOf(project_);
+    const std::string text = BytesOf(project_);
+    const std::size_t other = text.find("<Other>");
+    ASSERT_NE(std::string::npos, other) << text;
+    EXPECT_NE(std::string::npos, text.find("<Name>x</Name>", other)) << text;
     EXPECT_EQ(L"6", ValueIn(project_));
 }
 
@@ -101,12 +99,12 @@ TEST_F(SavingTest, AFileThatCannotBeWrittenIsSaid) {
                                     FILE_ATTRIBUTE_NORMAL, nullptr);
     Change(L"6");
     viewer_.Begin(IDM_FILE_SAVE_STREAM);
-    viewer_.NextBox().ChooseFile(project_);
-    Box box = viewer_.NextBox();
-    if (box.Has(IDYES)) { // whether the file is to be replaced
-        box.Press(IDYES);
-        box = viewer_.NextBox();
-    }
+    const Box chooser = viewer_.NextBox();
+    chooser.EnterFile(project_);
+    const Box question = viewer_.NextBox(chooser); // whether the file is to be replaced
+    question.Press(IDYES);
+    chooser.AwaitEnd();
+    const Box box = viewer_.NextBox();
     EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
     box.Press(IDOK);
     EXPECT_TRUE(IsUnsaved());

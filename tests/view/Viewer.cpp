@@ -169,18 +169,27 @@ void Box::Click(int button) const {
 
 void Box::Press(int button) const {
     Click(button);
+    AwaitEnd();
+}
+
+void Box::AwaitEnd() const {
     Await("the end of the box " + Narrow(Caption()),
           [this] { return IsWindow(window_) == FALSE || IsWindowVisible(window_) == FALSE; });
 }
 
-void Box::ChooseFile(const std::wstring& path) const {
+void Box::EnterFile(const std::wstring& path) const {
     HWND edit = GetDlgItem(window_, edt1);
     if (edit == nullptr || IsWindowVisible(edit) == FALSE) {
         EnumChildWindows(window_, &FindEdit, reinterpret_cast<LPARAM>(&edit));
     }
     ASSERT_NE(nullptr, edit) << Narrow(Caption()) << " has no field for a name";
     SendMessageW(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
-    Press(IDOK);
+    Click(IDOK);
+}
+
+void Box::ChooseFile(const std::wstring& path) const {
+    EnterFile(path);
+    AwaitEnd();
 }
 
 Viewer::Viewer(const Texts& arguments) {
@@ -241,9 +250,8 @@ void Viewer::Settle() const {
     // Nobody else presses the button that is hidden; messages are handled in their order.
     const HWND stop = Part(IDC_STOP);
     PostMessageW(stop, BM_SETSTATE, TRUE, 0);
-    Await("the end of the messages", [&] {
-        return (SendMessageW(stop, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0 || !IsRunning();
-    });
+    Await("the end of the messages",
+          [&] { return (SendMessageW(stop, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0 || !IsRunning(); });
     SendMessageW(stop, BM_SETSTATE, FALSE, 0);
 }
 
@@ -251,11 +259,11 @@ Box Viewer::ShownBox() const {
     return Box(TopWindow(id_, L"#32770"));
 }
 
-Box Viewer::NextBox() const {
+Box Viewer::NextBox(const Box& before) const {
     Box box;
     Await("a box", [&] {
         box = ShownBox();
-        return static_cast<bool>(box) || !IsRunning();
+        return (box && box.Window() != before.Window()) || !IsRunning();
     });
     return box;
 }

@@ -56,8 +56,11 @@ class Box {
     void Press(int button) const;
     /// Presses a button, whatever comes of it.
     void Click(int button) const;
-    /// Puts a file's name into a common dialog and presses its OK.
+    /// Puts a file's name into a common dialog and presses its OK, which ends it.
     void ChooseFile(const std::wstring& path) const;
+    /// The same, whatever comes of it.
+    void EnterFile(const std::wstring& path) const;
+    void AwaitEnd() const;
 
   private:
     HWND window_;
@@ -91,8 +94,8 @@ class Viewer {
     }
     /// Waits until every message that was posted so far is handled.
     void Settle() const;
-    /// The next box; the test fails when none comes.
-    Box NextBox() const;
+    /// The next box, another one than the one that is given; the test fails when none comes.
+    Box NextBox(const Box& before = Box()) const;
     /// The box that is shown; none when there is none now.
     Box ShownBox() const;
 
