@@ -171,12 +171,19 @@ void XmlLexer::CheckCharacters(Span span) {
         return;
     }
     CheckLength(span);
+    const auto byteAt = [&](std::size_t at) {
+        return at < text_.size() ? static_cast<unsigned char>(text_[at]) : static_cast<unsigned char>(0);
+    };
     for (std::size_t at = span.at; at < span.at + span.size; ++at) {
-        const auto byte = static_cast<unsigned char>(text_[at]);
-        const bool isBad =
-            (byte < 0x20 && !IsBlank(text_[at])) ||
-            (byte == 0xEF && at + 2 < text_.size() && static_cast<unsigned char>(text_[at + 1]) == 0xBF &&
-             static_cast<unsigned char>(text_[at + 2]) >= 0xBE);
+        const unsigned char byte = byteAt(at);
+        bool isBad = (byte < 0x20 && !IsBlank(text_[at])) ||
+                     (byte == 0xEF && byteAt(at + 1) == 0xBF && byteAt(at + 2) >= 0xBE);
+        // Halves of a pair, each written as a character: the two are one.
+        if (byte == 0xED && byteAt(at + 1) >= 0xA0) {
+            const bool isPair = byteAt(at + 1) < 0xB0 && byteAt(at + 3) == 0xED && byteAt(at + 4) >= 0xB0;
+            at += isPair ? 5U : 0U;
+            isBad = !isPair;
+        }
         if (isBad) {
             Report(RuleId::XmlCharacter, {at, 1}, "a character that XML does not allow");
         }

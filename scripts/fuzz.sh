@@ -46,7 +46,7 @@ run_long() {
     shift
     mkdir -p "$findings"
     run_child "$build/win32/tests/fuzz" env WINEPREFIX="$(prefix_folder point)" \
-        TAM_FUZZ_KEEP="$(windows_path "$findings")" "$@" wine "./$program.exe" --gtest_brief=1
+        TAM_SAMPLES="$(windows_path "$root/samples")" TAM_FUZZ_KEEP="$(windows_path "$findings")" "$@" wine "./$program.exe" --gtest_brief=1
 }
 
 # is_number TEXT: a whole number from 1 on, within reason.
@@ -69,9 +69,9 @@ command_fuzz() {
     start_display
     start_wine point
     printf 'The component, seed %s\n' "$seed"
-    # Five tests share the other half: documents of a module, of a channel (two),
-    # calls of a module, of a channel.
-    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS="$(share_of "$seconds" 10)" || status=$?
+    # Nine tests share the other half: documents of a module, of a channel (two), calls of a
+    # module, of a channel, documents before checks and component (four).
+    run_long fuzz_tests TAM_FUZZ_SEED="$seed" TAM_FUZZ_SECONDS="$(share_of "$seconds" 18)" || status=$?
     return "$status"
 }
 

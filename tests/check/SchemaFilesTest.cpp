@@ -16,7 +16,7 @@ struct ClosePipe {
 
 TEST(SchemaFilesTest, TakeEverySampleAndNoCounterexample) {
     const std::unique_ptr<std::FILE, ClosePipe> pipe(
-        popen("python3 '" TAM_ROOT "/scripts/check_schemas.py' 2>&1 && echo done", "r"));
+        popen("/usr/bin/python3 '" TAM_ROOT "/scripts/check_schemas.py' 2>&1 && echo done", "r"));
     ASSERT_TRUE(pipe);
     std::string said;
     std::array<char, 4096> piece{};

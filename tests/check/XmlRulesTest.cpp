@@ -125,6 +125,16 @@ TEST(XmlRulesTest, FindsCommentsSectionsAndInstructions) {
     ExpectAmong(RuleId::XmlInstruction, WithName("Hall") + "^<?note");
 }
 
+TEST(XmlRulesTest, FindsHalvesOfCharactersInTexts) {
+    const auto places = [](const std::string& text) {
+        return Places(CheckText("<Library><!--" + text + "--></Library>", {}).findings);
+    };
+    const auto whole = places("\xED\xA0\xBD\xED\xB8\x80");
+    for (const char* const half : {"\xED\xA0\xBD", "\xED\xB8\x80", "\xED\xB8\x80\xED\xA0\xBD"}) {
+        EXPECT_GT(places(half).size(), whole.size()) << half;
+    }
+}
+
 TEST(XmlRulesTest, FindsDocumentTypes) {
     ExpectOne(RuleId::XmlDoctype, "^<!DOCTYPE Tam [<!ENTITY e \"a>b\">]>" + WithName("Hall"));
     ExpectOne(RuleId::XmlDoctype,
