@@ -46,7 +46,7 @@ run_long() {
     shift
     mkdir -p "$findings"
     run_child "$build/win32/tests/fuzz" env WINEPREFIX="$(prefix_folder point)" \
-        TAM_SAMPLES="$(windows_path "$root/samples")" TAM_FUZZ_KEEP="$(windows_path "$findings")" "$@" wine "./$program.exe" --gtest_brief=1
+        TAM_ROOT="$(windows_path "$root")" TAM_FUZZ_KEEP="$(windows_path "$findings")" "$@" wine "./$program.exe" --gtest_brief=1
 }
 
 # is_number TEXT: a whole number from 1 on, within reason.

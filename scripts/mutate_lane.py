@@ -53,8 +53,7 @@ class Lane:
         self.environment.update(
             DISPLAY=display,
             WINEPREFIX=str(self.prefix),
-            TAM_SAMPLES=self.windows_path(self.windows.root / "samples"),
-            TAM_PROGRAMS="T:\\bin",
+            TAM_ROOT=self.windows_path(self.windows.root),
             UBSAN_OPTIONS="print_stacktrace=1",
         )
 

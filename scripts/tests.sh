@@ -107,11 +107,11 @@ run_program() {
     mkdir -p "$results"
     rm -f "$report" "$report.part" "$log"
     if [[ $kind == native ]]; then
-        run_child "$(dirname "$path")" env TAM_SAMPLES="$root/samples" \
+        run_child "$(dirname "$path")" env TAM_ROOT="$root" \
             UBSAN_OPTIONS=print_stacktrace=1 \
             timeout -k 10 "$limit" "$path" "--gtest_output=xml:$report.part" >"$log" 2>&1 || status=$?
     else
-        run_child "$(dirname "$path")" env TAM_SAMPLES="$(windows_path "$root/samples")" \
+        run_child "$(dirname "$path")" env TAM_ROOT="$(windows_path "$root")" \
             WINEPREFIX="$(prefix_folder "$prefix")" \
             timeout -k 10 "$limit" "$loader" "$path" "--gtest_output=xml:$(windows_path "$report.part")" \
             >"$log" 2>&1 || status=$?

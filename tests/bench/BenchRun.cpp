@@ -1,6 +1,7 @@
 #include "tests/bench/BenchRun.h"
 
 #include "tests/bench/Schema.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
@@ -23,6 +24,26 @@ HANDLE OpenInherited(const std::wstring& path, DWORD access, DWORD disposition) 
                        FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+HANDLE PipeThatNobodyReads() {
+    SECURITY_ATTRIBUTES inherited{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
+    HANDLE read = nullptr;
+    HANDLE write = nullptr;
+    EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
+    CloseHandle(read);
+    return write;
+}
+
+/// What a program prints to: a file of its own unless another is given.
+HANDLE OpenOutput(const std::wstring& output, const std::wstring& own) {
+    if (output == kNobodyReads) {
+        return PipeThatNobodyReads();
+    }
+    return output.empty()
+               ? OpenInherited(own, GENERIC_WRITE, CREATE_ALWAYS)
+               : OpenInherited(output, output == kConsole ? GENERIC_READ | GENERIC_WRITE : GENERIC_WRITE,
+                               OPEN_EXISTING);
+}
+
 /// An argument as the program's start-up code reads it back.
 std::wstring Quoted(const std::wstring& argument) {
     std::wstring quoted = L"\"";
@@ -36,18 +57,6 @@ std::wstring Quoted(const std::wstring& argument) {
     }
     quoted.append(backslashes, L'\\');
     return quoted + L"\"";
-}
-
-std::wstring WithBackslashes(std::wstring path) {
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return path.ends_with(L'\\') ? path : path + L'\\';
-}
-
-/// The folder that the environment names, else the one of the build.
-std::wstring FolderIn(const wchar_t* variable, const wchar_t* built) {
-    wchar_t given[MAX_PATH] = {};
-    const DWORD length = GetEnvironmentVariableW(variable, given, MAX_PATH);
-    return WithBackslashes(length > 0 && length < MAX_PATH ? given : built);
 }
 
 } // namespace
@@ -68,11 +77,7 @@ Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>&
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
     start.hStdInput = OpenInherited(input, GENERIC_READ, OPEN_EXISTING);
-    start.hStdOutput =
-        output.empty()
-            ? OpenInherited(outFile, GENERIC_WRITE, CREATE_ALWAYS)
-            : OpenInherited(output, output == kConsole ? GENERIC_READ | GENERIC_WRITE : GENERIC_WRITE,
-                            OPEN_EXISTING);
+    start.hStdOutput = OpenOutput(output, outFile);
     start.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
     const BOOL started =
@@ -125,11 +130,12 @@ Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
 }
 
 std::wstring ProgramFolder() {
-    return FolderIn(L"TAM_PROGRAMS", TAM_PROGRAM_FOLDER);
+    // The build puts the test programs into tests\\<folder>.
+    return (tests::ProgramFolder() / L".." / L".." / L"bin" / L"").lexically_normal().native();
 }
 
 std::wstring SamplesFolder() {
-    return FolderIn(L"TAM_SAMPLES", TAM_SAMPLES_FOLDER);
+    return (tests::TopFolder() / L"samples" / L"").make_preferred().native();
 }
 
 std::wstring ScratchFolder() {

@@ -26,8 +26,10 @@ struct Outcome {
 Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
                    const std::wstring& output = L"", const std::wstring& input = L"NUL");
 
-/// A device that takes no byte, as a full disk.
+/// A device that takes no byte, as a full disk. Wine alone has one.
 std::wstring FullDevice();
+/// As an output: a pipe whose reader is gone.
+inline constexpr const wchar_t* kNobodyReads = L"|";
 
 /// The bench in the build's folder.
 Outcome RunBench(const std::vector<std::wstring>& arguments, const std::wstring& input = L"NUL");

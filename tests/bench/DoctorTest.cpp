@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -167,16 +168,27 @@ TEST(DoctorTest, FindsAFileOfTheOtherKind) {
               told[0]);
 }
 
+/// With a blank where a table breaks a long path, or anything else.
+std::string InOneLine(const std::string& text) {
+    std::istringstream stream(text);
+    std::string line;
+    for (std::string word; stream >> word;) {
+        line += word + " ";
+    }
+    return line;
+}
+
 TEST(DoctorTest, TellsPeopleTheSame) {
     const Registered dlls;
     const Outcome run = RunBench({L"doctor"});
     EXPECT_EQ(0U, run.status) << run.err;
+    const std::string said = InOneLine(run.out);
     for (const std::string& part :
          {"This is the " + Kind(kBits) + " bench on 64-bit Windows.",
           std::string("What a 32-bit client finds"), std::string("What a 64-bit client finds"),
           Narrow(ProgramFolder()) + "O_Tam_id.dll", std::string("not registered"),
           std::string("Findings (2)")}) {
-        EXPECT_NE(std::string::npos, run.out.find(part)) << part << " is not in\n" << run.out;
+        EXPECT_NE(std::string::npos, said.find(part)) << part << " is not in\n" << run.out;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "check/Files.h"
 #include "check/Json.h"
 #include "check/Schemas.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
@@ -26,8 +27,6 @@ using namespace check;
 namespace {
 
 namespace fs = std::filesystem;
-
-const fs::path kRoot = TAM_ROOT;
 
 std::string Read(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -295,13 +294,13 @@ TEST_F(ProgramTest, WritesTheSchemas) {
     EXPECT_EQ(RunProgram(options_), kClean);
     EXPECT_EQ(AllSchemas().size(), 8u);
     for (const Schema& schema : AllSchemas()) {
-        EXPECT_EQ(Read(folder_ / "schemas" / schema.file), Read(kRoot / "schemas" / schema.file))
+        EXPECT_EQ(Read(folder_ / "schemas" / schema.file), Read(tests::TopFolder() / "schemas" / schema.file))
             << schema.file;
     }
 }
 
 TEST_F(ProgramTest, TheDocumentOfTheRulesIsOfToday) {
-    EXPECT_EQ(Read(kRoot / "docs" / "rules.md"), RulesMarkdown())
+    EXPECT_EQ(Read(tests::TopFolder() / "docs" / "rules.md"), RulesMarkdown())
         << "write it again: tamcheck --rules --format markdown > docs/rules.md";
     options_.listsRules = true;
     EXPECT_EQ(RunProgram(options_), kClean);
@@ -314,7 +313,8 @@ TEST_F(ProgramTest, TheGoodSamplesHaveNotesAtMost) {
     for (const std::string_view name :
          {"O_Tam_id.xml", "catalogue.xml", "streams/full.xml", "streams/channels.xml", "channels"}) {
         printed_.clear();
-        EXPECT_EQ(Run(kRoot / "samples" / name), kClean) << printed_;
+        EXPECT_EQ(Run(tests::TopFolder() / "samples" / name), kClean) << printed_;
     }
-    EXPECT_EQ(Run(kRoot / "samples" / "device.xml"), kFound); // it has two versions with a fault on purpose
+    EXPECT_EQ(Run(tests::TopFolder() / "samples" / "device.xml"),
+              kFound); // it has two versions with a fault on purpose
 }

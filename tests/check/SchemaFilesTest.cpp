@@ -1,5 +1,7 @@
 // The XML Schemas, asked by another program's parser: what scripts/check_schemas.py says.
 
+#include "tests/Places.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,7 +18,10 @@ struct ClosePipe {
 
 TEST(SchemaFilesTest, TakeEverySampleAndNoCounterexample) {
     const std::unique_ptr<std::FILE, ClosePipe> pipe(
-        popen("/usr/bin/python3 '" TAM_ROOT "/scripts/check_schemas.py' 2>&1 && echo done", "r"));
+        popen(("/usr/bin/python3 '" + (tests::TopFolder() / "scripts" / "check_schemas.py").string() +
+               "' 2>&1 && echo done")
+                  .c_str(),
+              "r"));
     ASSERT_TRUE(pipe);
     std::string said;
     std::array<char, 4096> piece{};

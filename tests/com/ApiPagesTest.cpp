@@ -2,6 +2,7 @@
 
 #include "tests/com/ApiPages.h"
 #include "tests/com/HostServices.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +16,7 @@ using namespace contract;
 namespace {
 
 std::string Stored(const std::string& file) {
-    std::ifstream stream(TAM_API_FOLDER "/" + file, std::ios::binary);
+    std::ifstream stream(tests::TopFolder() / "docs" / "api" / file, std::ios::binary);
     return std::string((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
 }
 

@@ -1,5 +1,7 @@
 #include "tests/com/IdlSource.h"
 
+#include "tests/Places.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
@@ -156,7 +158,7 @@ class Reader {
 /// The text of a file, with the files that it includes in their places; without
 /// the dispinterfaces, which repeat the names of the interfaces.
 std::string ReadWhole(const std::string& name) {
-    std::ifstream file(TAM_IDL_FOLDER "/" + name, std::ios::binary);
+    std::ifstream file(tests::TopFolder() / "idl" / name, std::ios::binary);
     if (!file) {
         throw std::runtime_error("there is no " + name);
     }

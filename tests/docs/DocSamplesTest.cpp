@@ -2,9 +2,11 @@
 // the documents say. scripts/doc_samples.py takes them out of the Markdown.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <fstream>
 #include <string>
@@ -73,8 +75,17 @@ struct Command {
     std::wstring line;
 };
 
+/// What the build took out of the documents, with a closing backslash.
+std::wstring TakenOut() {
+    return (tests::ProgramFolder() / L"samples" / L"").native();
+}
+
+std::wstring Top() {
+    return (tests::TopFolder() / L"").native();
+}
+
 std::vector<Command> Commands() {
-    std::ifstream file(Narrow(TAM_DOC_SAMPLES L"commands.txt"));
+    std::ifstream file(Narrow(TakenOut() + L"commands.txt"));
     std::vector<Command> commands;
     for (std::string line; std::getline(file, line);) {
         const std::size_t first = line.find('\t');
@@ -88,7 +99,11 @@ std::vector<Command> Commands() {
 /// The build may lie elsewhere than the documents say.
 std::wstring Place(const std::wstring& path) {
     const std::wstring built = L"build/win32/bin";
-    return path.starts_with(built) ? ProgramFolder() + path.substr(built.size()) : path;
+    if (!path.starts_with(built)) {
+        return path;
+    }
+    const std::wstring file = path.substr(built.size());
+    return ProgramFolder() + (file.starts_with(L"/") ? file.substr(1) : file);
 }
 
 TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
@@ -97,22 +112,23 @@ TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
     for (const Command& command : commands) {
         SCOPED_TRACE(command.place + ": " + Narrow(command.line));
         const bool isTop = command.folder == L".";
-        const InFolder there(isTop ? std::wstring(TAM_TOP_FOLDER) : Place(command.folder));
+        const InFolder there(isTop ? Top() : Place(command.folder));
         std::vector<std::wstring> words = Words(command.line);
-        const std::wstring program = Place(words.front());
+        std::transform(words.begin(), words.end(), words.begin(), Place);
+        const std::wstring program = words.front();
         words.erase(words.begin());
         const Outcome run = RunProgram(program, words);
         EXPECT_EQ(0U, run.status) << run.out << run.err;
     }
     // The document's script says at its end whether all was right.
-    const std::string result = ReadFileBytes(TAM_TOP_FOLDER L"result.txt");
+    const std::string result = ReadFileBytes(Top() + L"result.txt");
     std::string plain;
     for (std::size_t at = 2; at < result.size(); at += 2) {
         plain += result[at];
     }
     EXPECT_NE(std::string::npos, plain.find("All right.")) << plain;
-    for (const wchar_t* const file : {TAM_TOP_FOLDER L"project.xml", TAM_TOP_FOLDER L"result.txt"}) {
-        EXPECT_TRUE(DeleteFileW(file)) << Narrow(file);
+    for (const wchar_t* const file : {L"project.xml", L"result.txt"}) {
+        EXPECT_TRUE(DeleteFileW((Top() + file).c_str())) << Narrow(file);
     }
     EXPECT_TRUE(DeleteFileW((ProgramFolder() + L"project.xml").c_str())) << "the example saved a project";
 }
@@ -149,7 +165,7 @@ TEST(DocSamplesTest, TheSampleInCppReadsTheDefinition) {
 TEST(DocSamplesTest, TheSampleInVBScriptListsTheAttributes) {
     const Registered dlls;
     const InFolder there(ProgramFolder());
-    const Outcome run = RunProgram(L"cscript.exe", {L"//nologo", TAM_DOC_SAMPLES L"README_1.vbs"});
+    const Outcome run = RunProgram(L"cscript.exe", {L"//nologo", TakenOut() + L"README_1.vbs"});
     EXPECT_EQ(0U, run.status) << run.err;
     EXPECT_NE(std::string::npos, run.out.find("AI1_Offset = 1.5 ")) << run.out << run.err;
     EXPECT_NE(std::string::npos, run.out.find("CTX1_Mask = ")) << run.out;

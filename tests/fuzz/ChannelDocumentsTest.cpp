@@ -24,7 +24,7 @@ constexpr unsigned kRounds = 300;
 constexpr const wchar_t* kSecret = L"SECRET-OF-ANOTHER-FILE";
 
 Tree GoodTree(const wchar_t* name) {
-    const Document document = support::Parse(FromUtf8(ReadFile(std::wstring(TAM_FUZZ_DOCUMENTS) + name)));
+    const Document document = support::Parse(FromUtf8(ReadFile(CorpusFolder() + name)));
     return TreeOf(Node(support::Root(document).Get()));
 }
 

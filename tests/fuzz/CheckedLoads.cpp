@@ -1,8 +1,10 @@
 #include "tests/fuzz/CheckedLoads.h"
+#include "tests/Places.h"
 
 #include "bench/Text.h"
 #include "check/Utf8.h"
 #include "tests/fuzz/Watchdog.h"
+#include "tests/Places.h"
 #include "tests/support/Fixture.h"
 
 #include <windows.h>
@@ -138,9 +140,7 @@ unsigned SeedOfUser(unsigned seed) {
 }
 
 std::wstring SamplesFolder() {
-    wchar_t folder[MAX_PATH] = L"";
-    GetEnvironmentVariableW(L"TAM_SAMPLES", folder, MAX_PATH);
-    return std::wstring(folder) + L"\\";
+    return (tests::TopFolder() / L"samples" / L"").make_preferred().native();
 }
 
 } // namespace component_fuzz

@@ -1,13 +1,13 @@
 #include "core/RunTimeError.h"
 #include "Mutator.h"
 #include "Subjects.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <ios>
@@ -25,10 +25,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The corpus lies where the sources do; TAM_FUZZ_CORPUS says it otherwise.
 std::filesystem::path Corpus(const std::string& subject) {
-    const char* given = std::getenv("TAM_FUZZ_CORPUS");
-    return std::filesystem::path(given != nullptr ? given : TAM_FUZZ_CORPUS) / subject;
+    return tests::TopFolder() / "tests" / "fuzz" / "corpus" / subject;
 }
 
 std::vector<std::pair<std::string, Bytes>> Files(const std::string& subject) {

@@ -1,6 +1,7 @@
 #include "tests/fuzz/DocumentRounds.h"
 
 #include "tests/fuzz/DocumentMutator.h"
+#include "tests/Places.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -19,9 +20,6 @@ constexpr std::size_t kDeep = 10000;
 std::size_t IndexOf(Input::Kind kind) {
     return static_cast<std::size_t>(kind);
 }
-
-/// Where the corpus lies, with a closing backslash.
-constexpr const wchar_t* kCorpus = TAM_FUZZ_DOCUMENTS;
 
 bool LoadXml(const Document& document, const std::wstring& text) {
     VARIANT_BOOL done = VARIANT_FALSE;
@@ -89,7 +87,7 @@ void DocumentsFuzzTest::SetUp() {
     UseCompiler();
     UseDatabaseLocation();
     for (std::size_t i = 0; i < seeds_.size(); ++i) {
-        goodTexts_[i] = FromUtf8(ReadFile(std::wstring(kCorpus) + L"good-" + Input::kNames[i] + L".xml"));
+        goodTexts_[i] = FromUtf8(ReadFile(CorpusFolder() + L"good-" + Input::kNames[i] + L".xml"));
         seeds_[i] = {TreeOf(com::Ref<IXMLDOMNode>(Root(Parse(goodTexts_[i])).Get()))};
     }
     for (const std::wstring& name : Corpus()) {
@@ -136,7 +134,7 @@ Input DocumentsFuzzTest::Changed(Random& random) const {
 std::vector<std::wstring> DocumentsFuzzTest::Corpus() {
     std::vector<std::wstring> names;
     WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW((std::wstring(kCorpus) + L"*-*").c_str(), &found);
+    const HANDLE search = FindFirstFileW((CorpusFolder() + L"*-*").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) {
         throw std::runtime_error("the corpus is not there");
     }
@@ -159,7 +157,7 @@ Input DocumentsFuzzTest::FromFile(const std::wstring& name) {
         throw std::runtime_error("a file of the corpus whose name tells no kind");
     }
     input.kind = static_cast<Input::Kind>(kind - Input::kNames.begin());
-    input.bytes = ReadFile(kCorpus + name);
+    input.bytes = ReadFile(CorpusFolder() + name);
     input.text = FromUtf8(input.bytes);
     return input;
 }
@@ -374,6 +372,12 @@ std::size_t DocumentsFuzzTest::Reports() {
     return static_cast<std::size_t>(std::count_if(boxes.begin(), boxes.end(), [](const bench::Box& box) {
         return box.caption == L"Gateway Object - Error report";
     }));
+}
+
+const std::wstring& CorpusFolder() {
+    static const std::wstring folder =
+        (tests::TopFolder() / L"tests" / L"fuzz" / L"corpus" / L"documents" / L"").make_preferred().native();
+    return folder;
 }
 
 std::string ReadFile(const std::wstring& path) {

@@ -88,6 +88,8 @@ class DocumentsFuzzTest : public support::ComponentTest {
     std::map<std::string, unsigned> tally_;
 };
 
+/// Where the documents of the corpus lie, with a closing backslash.
+const std::wstring& CorpusFolder();
 std::string ReadFile(const std::wstring& path);
 std::wstring FromUtf8(const std::string& bytes);
 

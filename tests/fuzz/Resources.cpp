@@ -1,5 +1,7 @@
 #include "tests/fuzz/Resources.h"
 
+#include "tests/Wine.h"
+
 #include <windows.h>
 
 #include <psapi.h>
@@ -59,8 +61,15 @@ Resources Resources::Now() {
     memory.cb = sizeof memory;
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
     now.privateBytes = memory.PagefileUsage;
-    now.handles = HighestHandleNumber();
-    now.graphics = HighestGraphicsNumber();
+    if (tests::IsWine()) {
+        now.handles = HighestHandleNumber();
+        now.graphics = HighestGraphicsNumber();
+    } else {
+        DWORD handles = 0;
+        GetProcessHandleCount(GetCurrentProcess(), &handles);
+        now.handles = handles;
+        now.graphics = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+    }
     EnumThreadWindows(GetCurrentThreadId(), &CountWindowAndChildren, reinterpret_cast<LPARAM>(&now.windows));
     return now;
 }
