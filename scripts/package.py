@@ -16,6 +16,7 @@ from pathlib import Path
 
 from check_version import project_version
 from package_installer import installer_bytes
+from package_kit import kit_files
 from package_pages import Pages, page_name
 from package_programs import MACHINES, built_files, tracked
 from package_sbom import sbom_bytes
@@ -74,8 +75,10 @@ def main(arguments):
         files.update(built_files(build, kind, version))
     sign = f"python3 '{ROOT / 'scripts/package_sign.py'}'" if signing() else None
     sdk = with_pages(sdk_files(ROOT, build))
+    kit = with_pages({**kit_files(ROOT, build), **texts})
     packages = {f"{name}-windows.zip": zip_bytes(in_folder(name, files), moment),
                 f"{name}-sdk.zip": zip_bytes(in_folder(f"{name}-sdk", sdk), moment),
+                f"{name}-windows-tests.zip": zip_bytes(in_folder(f"{name}-windows-tests", kit), moment),
                 f"{name}-setup.exe": installer_bytes(files, version, moment, sign),
                 f"{name}.spdx.json": sbom_bytes(files, version, moment)}
 

@@ -22,8 +22,11 @@ command_package() {
     $twice && refuse_changes
     prepare --package
     python3 "$root/scripts/check_version.py" >&2 || die "The versions differ; all follow project() in CMakeLists.txt."
-    build_preset win32 O_Tam_id OrvHost tambench
-    build_preset win64 O_Tam_id OrvHost tambench
+    local programs_of_64=()
+    read_test_list "$root/scripts/test-list"
+    mapfile -t programs_of_64 < <(list_64_bit_programs)
+    build_preset win32
+    build_preset win64 O_Tam_id OrvHost tambench "${programs_of_64[@]}"
     pack "$root/dist"
     if $twice; then
         pack_elsewhere

@@ -15,6 +15,7 @@ import jsonschema
 import package
 import package_programs
 from package_installer import file_lists
+from package_kit import command_file, is_for, listed_places
 from package_pages import Pages
 from package_sbom import sbom_bytes
 from package_zip import sums_text, zip_bytes
@@ -144,7 +145,21 @@ class FileListsTest(unittest.TestCase):
             '!insertmacro InUse "${prefix}" "win64\\tambench.exe"'])
 
 
-class StrippedTest(unittest.TestCase):
+class KitTest(unittest.TestCase):
+    LIST = "# a line\ncore_tests     native,point,comma\nside_tests comma64\n\nsoak_tests     point               600\n"
+
+    def test_takes_the_kinds_that_the_list_names(self):
+        places = listed_places(self.LIST)
+        for name, kinds in (("core_tests", ["win32"]), ("side_tests", ["win64"]), ("other_tests", ["win32"])):
+            with self.subTest(name):
+                self.assertEqual([kind for kind in ("win32", "win64") if is_for(kind, name, places)], kinds)
+
+    def test_command_file_has_a_line_for_each_program_and_ends_of_windows(self):
+        made = command_file("@echo off\nrem @PROGRAMS@\n:run\n", [("win32", "tests/core/core_tests.exe"),
+                                                                 ("win64", "tests/com/com_tests.exe")])
+        self.assertEqual(made, b"@echo off\r\ncall :run win32 core core_tests\r\n"
+                               b"call :run win64 com com_tests\r\n:run\r\n")
+
     def test_a_program_has_no_time_in_it(self):
         first, second = (bytearray(binary(0x14C, (1, 0, 0, 0))) for _ in range(2))
         struct.pack_into("<I", second, 0x88, 1_700_000_000)  # behind the signature, the machine and the sections

@@ -51,6 +51,7 @@ try_packages() {
     try_to "an older version goes, with what only it had; the user's files stay" try_upgrade
     try_to "a component in use is left alone, and its user named" try_in_use
     try_to "the SDK's example is built from the SDK alone, and runs" try_sdk
+    try_to "the test programs run by run-tests.cmd" try_kit
     try_to "the bill of materials names every file with its sums" try_bill
     try_to "with a certificate everything is signed" try_signed
     printf '%s passed, %s failed\n' "$tries_passed" "$tries_failed"
@@ -121,6 +122,17 @@ try_sdk() {
         -h -o ../own/OrvDBFaces.h OrvDBFaces.idl)
     # But for the first line, which names the source.
     diff <(tail -n +2 "$folder-sdk/own/OrvDBFaces.h") <(tail -n +2 "$folder-sdk/include/OrvDBFaces.h")
+}
+
+# The kit by Wine's own cmd, in the prefix where nothing is registered.
+try_kit() {
+    local folder="$package_folder/test kit" status=0 last
+    unpack "O_Tam_id-$version-windows-tests.zip" "$folder"
+    folder="$folder/O_Tam_id-$version-windows-tests"
+    (cd "$folder" && wine cmd /c run-tests.cmd) | tr -d '\r' >"$package_folder/kit.txt" || status=$?
+    cat "$package_folder/kit.txt"
+    last=$(tail -n 1 "$package_folder/kit.txt")
+    [[ $status -eq 0 && $last =~ ^[1-9][0-9]*\ passed,\ 0\ failed$ ]]
 }
 
 # Without the times of keys and of Wine's display driver. A program that removes itself goes on from a copy in the
