@@ -183,12 +183,19 @@ SectionEnd
 Section "Host services" SecServices
 SectionEnd
 
-Section "Bench" SecBench
+Section "Bench and window" SecBench
+  StrCpy $0 ""
   ${If} ${SectionIsSelected} ${SecWin32}
     !insertmacro InstallBench32
+    StrCpy $0 win32
   ${EndIf}
   ${If} ${SectionIsSelected} ${SecWin64}
     !insertmacro InstallBench64
+    StrCpy $0 win64
+  ${EndIf}
+  ${If} $0 != ""
+    SetOutPath "$INSTDIR\$0" ; where the program starts
+    CreateShortcut "$SMPROGRAMS\O_Tam_id.lnk" "$INSTDIR\$0\tamview.exe"
   ${EndIf}
 SectionEnd
 
@@ -232,7 +239,7 @@ SectionEnd
   !insertmacro MUI_DESCRIPTION_TEXT ${SecWin32} "For hosts and scripts of 32 bits."
   !insertmacro MUI_DESCRIPTION_TEXT ${SecWin64} "For hosts and scripts of 64 bits."
   !insertmacro MUI_DESCRIPTION_TEXT ${SecServices} "Registers the host services, for a machine without a host. Names that a host has stay with it."
-  !insertmacro MUI_DESCRIPTION_TEXT ${SecBench} "tambench.exe, a host without a drawing on the command line."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecBench} "tambench.exe, a host without a drawing on the command line, and tamview.exe, a module in a window."
   !insertmacro MUI_DESCRIPTION_TEXT ${SecSamples} "Device streams, the catalogue, and clients in VBScript, PowerShell and Python."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
@@ -316,6 +323,7 @@ Section "Uninstall"
   ; Only what the installer brought: what the user put beside it stays.
   SetOutPath "$TEMP"
   !insertmacro RemoveFiles
+  Delete "$SMPROGRAMS\O_Tam_id.lnk"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
   ${If} $9 = 1

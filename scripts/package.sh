@@ -26,7 +26,7 @@ command_package() {
     read_test_list "$root/scripts/test-list"
     mapfile -t programs_of_64 < <(list_64_bit_programs)
     build_preset win32
-    build_preset win64 O_Tam_id OrvHost tambench "${programs_of_64[@]}"
+    build_preset win64 O_Tam_id OrvHost tambench tamview "${programs_of_64[@]}"
     pack "$root/dist"
     if $twice; then
         pack_elsewhere

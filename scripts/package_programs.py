@@ -10,8 +10,8 @@ from pathlib import Path
 from package_sign import signed, signing
 
 DLLS = ("O_Tam_id.dll", "OrvHost.dll")
-# The bench: with the DLLs in each folder of a kind, and a component of its own in the installer.
-PROGRAMS = ("tambench.exe",)
+# The bench and the window on a module: with the DLLs in each folder of a kind, and a component of the installer.
+PROGRAMS = ("tambench.exe", "tamview.exe")
 # What the build puts beside them, and what of it is for users: not the example of a host.
 BESIDE = ("O_Tam_id.xml", "O_Tam_id.ico", "O_Tam_id.pdf", "*.Classes.manifest", "channels/*.xml", "samples/**/*.xml")
 MACHINES = {"win32": 0x14C, "win64": 0x8664}

@@ -12,7 +12,7 @@ LINKED = (
     ("GCC run-time libraries", "gcc-mingw-w64-base", "GPL-3.0-or-later WITH GCC-exception-3.1", ""),
     ("mingw-w64 run-time libraries", "mingw-w64-common", "ZPL-2.1", ""),
     ("CLI11", "libcli11-dev", "BSD-3-Clause", "tambench.exe"),
-    ("nlohmann-json", "nlohmann-json3-dev", "MIT", "tambench.exe"),
+    ("nlohmann-json", "nlohmann-json3-dev", "MIT", ("tambench.exe", "tamview.exe")),
 )
 BINARY = re.compile(r"\.(dll|exe)$")
 

@@ -207,8 +207,9 @@ try_installer() {
     take_state "$package_folder/before"
     set_up "/$scope" '/D=C:\tools\O Tam'
     for folder in win32 win64; do
-        [[ -f $installed/$folder/O_Tam_id.dll && -f $installed/$folder/tambench.exe ]]
+        [[ -f $installed/$folder/O_Tam_id.dll && -f $installed/$folder/tambench.exe && -f $installed/$folder/tamview.exe ]]
     done
+    [[ -n $(find "$WINEPREFIX/drive_c" -path '*Start Menu*' -name O_Tam_id.lnk) ]]
     [[ -f $installed/README.html && -f $installed/samples/clients/client.vbs ]]
     apps_entry "$scope" | tr -d '\r' >"$package_folder/apps.txt"
     cat "$package_folder/apps.txt"
@@ -349,5 +350,5 @@ try_signed() {
     while IFS= read -r file; do
         osslsigncode verify -CAfile "$folder/certificate.pem" -in "$file"
     done < <(find "$folder" -name '*.dll' -o -name '*.exe')
-    [[ $(find "$folder" -name '*.dll' -o -name '*.exe' | wc -l) -eq 8 ]]
+    [[ $(find "$folder" -name '*.dll' -o -name '*.exe' | wc -l) -eq 10 ]]
 }
