@@ -37,8 +37,8 @@ com::Ref<I> Create(REFCLSID clsid) {
 void CheckBeside(const wchar_t* file, const char* what) {
     const std::wstring folder = ProgramFolder();
     if (!IsFile(folder + file)) {
-        throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
-                         Utf8(file) + " is not beside " + ProgramName() + ", in " + Utf8(folder) + ": it has " + what);
+        throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND), Utf8(file) + " is not beside " + ProgramName() +
+                                                           ", in " + Utf8(folder) + ": it has " + what);
     }
 }
 

@@ -27,10 +27,10 @@ class LibraryError final : public std::exception {
 namespace std {
 
 [[noreturn]] void __throw_bad_alloc() {
-    throw bad_alloc();
+    throw std::bad_alloc();
 }
 [[noreturn]] void __throw_bad_array_new_length() {
-    throw bad_array_new_length();
+    throw std::bad_array_new_length();
 }
 [[noreturn]] void __throw_logic_error(const char* text) {
     throw LibraryError(text);

@@ -1,5 +1,4 @@
 #include "tests/fuzz/CheckedLoads.h"
-#include "tests/Places.h"
 
 #include "bench/Text.h"
 #include "check/Utf8.h"
