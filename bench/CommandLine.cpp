@@ -202,6 +202,9 @@ void CheckTogether(const Options& options) {
     if (options.command == "sheet" && options.output.empty() && options.outFolder.empty()) {
         throw CLI::ValidationError("a sheet is a file: name it with -o, or a folder with --out");
     }
+    if (options.command == "device sheet" && options.output.empty()) {
+        throw CLI::ValidationError("a sheet is a file: name it with -o");
+    }
 }
 
 /// What is wrong with the command line. A word that is no command is all that

@@ -23,6 +23,7 @@ void Types(Host& host, const Options& options, Report& report);
 
 // Commands_Sheet.cpp
 void Sheet(Host& host, const Options& options, Report& report);
+void DeviceSheet(Host& host, const Options& options, Report& report);
 
 // Commands_Project.cpp
 void Save(Host& host, const Options& options, Report& report);

@@ -1,4 +1,5 @@
 #include "bench/Commands.h"
+#include "bench/DeviceProject.h"
 #include "bench/DeviceSheet.h"
 #include "bench/SheetFindings.h"
 #include "bench/Text.h"
@@ -24,25 +25,50 @@ Json CountsOf(const page::Page& page) {
             {"notes", count(page::Severity::Note)}};
 }
 
-} // namespace
+std::string FileName(const std::string& path) {
+    return path.substr(path.find_last_of("\\/") + 1);
+}
 
-void Sheet(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    SetValues(host, options, report);
-    page::Page page;
-    host.Step("reading the device sheet", [&] {
-        page = ReadDeviceSheet(host, options);
-        page.findings = FindingsOf(host);
-        page.isChecked = true;
-    });
-    const std::string stream = report.data["streamFile"];
-    page.origin = "Made by tambench of " + stream.substr(stream.find_last_of("\\/") + 1) + ".";
+void WriteSheet(page::Page& page, const std::string& source, const Options& options, Report& report) {
+    page.origin = "Made by tambench of " + FileName(source) + ".";
     const std::string document = options.svg ? page::Svg(page) : page::Html(page);
     WriteWholeFile(options.output, document);
     report.data["file"] = Utf8(options.output);
     report.data["bytes"] = document.size();
     report.data["findings"] = CountsOf(page);
     report.Line("Written to " + Utf8(options.output) + ", " + Count(document.size(), "byte") + ".");
+}
+
+page::Page ReadChecked(Host& host, const Options& options) {
+    page::Page page = ReadDeviceSheet(host, options);
+    page.findings = FindingsOf(host);
+    page.isChecked = true;
+    return page;
+}
+
+} // namespace
+
+void Sheet(Host& host, const Options& options, Report& report) {
+    LoadAndTell(host, report);
+    SetValues(host, options, report);
+    page::Page page;
+    host.Step("reading the device sheet", [&] { page = ReadChecked(host, options); });
+    WriteSheet(page, report.data["streamFile"], options, report);
+}
+
+void DeviceSheet(Host& host, const Options& options, Report& report) {
+    OpenedDevice device(host, options, report);
+    OpenDevice(device, options, report);
+    page::Page page;
+    host.Step("reading the device sheet", [&] {
+        page = ReadChecked(host, options);
+        AddChannels(device, page);
+    });
+    Json& keys = report.data["channels"] = Json::array();
+    for (const Channel& channel : device.Channels()) {
+        keys.push_back(Utf8(channel.key));
+    }
+    WriteSheet(page, report.data["device"], options, report);
 }
 
 } // namespace bench

@@ -48,7 +48,8 @@ const std::map<std::string, Command>& Commands() {
                                                             {"device set", DeviceSet},
                                                             {"device save", DeviceSave},
                                                             {"device load", DeviceLoad},
-                                                            {"device export", DeviceExport}};
+                                                            {"device export", DeviceExport},
+                                                            {"device sheet", DeviceSheet}};
     return commands;
 }
 

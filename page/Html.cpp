@@ -10,7 +10,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 
 namespace page {
 
@@ -60,23 +59,53 @@ drawing::SvgOptions OptionsOf(const Page& page) {
     options.description = Count(module.inputs.size(), "input") + " at the left, " +
                           Count(module.outputs.size(), "output") + " at the right, " +
                           Count(static_cast<std::size_t>(wired), "point") + " wired.";
+    if (!page.sheet.channels.empty()) {
+        options.description += " " + Count(page.sheet.channels.size(), "channel") + " beside it, " +
+                               Count(page.sheet.mirrors.size(), "point") +
+                               " of them joined to the module's items.";
+    }
     options.icon = page.icon.empty() ? "" : "data:image/png;base64," + Base64(page.icon);
     return options;
 }
 
+/// A block of a page; `prefix` is before the identifiers of its elements.
+std::string DrawingHtml(const drawing::Sheet& sheet, drawing::Format format, const std::string& prefix,
+                        drawing::SvgOptions options) {
+    options.prefix = prefix;
+    options.isDocument = false;
+    return drawing::Svg(Draw(sheet, drawing::WidthByTable, format), sheet, options);
+}
+
+/// Where lines have no room, each channel is a drawing of its own, whose pins say what they
+/// are joined to.
+drawing::Sheet ChannelAlone(const drawing::Sheet& sheet, std::size_t channel) {
+    drawing::Sheet alone{sheet.channels[channel], {}, {}};
+    for (const drawing::Mirror& mirror : sheet.mirrors) {
+        const drawing::Pin* const item = Find(sheet, mirror.module);
+        const auto& [block, side, index] = mirror.channel;
+        auto& pins = side == drawing::Side::Input ? alone.module.inputs : alone.module.outputs;
+        if (block == channel + 1 && index < pins.size() && item != nullptr) {
+            pins[index].isWired = true;
+            pins[index].wiredTo = item->name;
+        }
+    }
+    return alone;
+}
+
 /// The block twice: one of the two is shown, by the width of the window.
 std::string Drawings(const Page& page) {
-    std::string html;
-    for (const auto& [format, name] : {std::pair{drawing::Format::Wide, "block-wide"},
-                                       std::pair{drawing::Format::Narrow, "block-narrow"}}) {
-        drawing::SvgOptions options = OptionsOf(page);
-        options.prefix = name;
-        options.isDocument = false;
-        const drawing::Drawing drawing = Draw(page.sheet, drawing::WidthByTable, format);
-        html += "<div class=\"" + std::string(name) + "\">" + drawing::Svg(drawing, page.sheet, options) +
-                "</div>\n";
+    const drawing::SvgOptions options = OptionsOf(page);
+    std::string html =
+        "<div class=\"block-wide\">" + DrawingHtml(page.sheet, drawing::Format::Wide, "block-wide", options) +
+        "</div>\n<div class=\"block-narrow\">" +
+        DrawingHtml({page.sheet.module, {}, {}}, drawing::Format::Narrow, "block-narrow", options);
+    for (std::size_t i = 0; i < page.sheet.channels.size(); ++i) {
+        drawing::SvgOptions own;
+        own.title = "The channel " + page.sheet.channels[i].name;
+        html += DrawingHtml(ChannelAlone(page.sheet, i), drawing::Format::Narrow,
+                            "block-narrow-" + std::to_string(i + 1), own);
     }
-    return html;
+    return html + "</div>\n";
 }
 
 std::string Link(const std::string& id, const std::string& text) {
@@ -112,13 +141,18 @@ std::string Overview(const Page& page) {
     for (const Facts& group : page.identity) {
         facts += FactsHtml(group);
     }
-    return "<div class=\"overview\">\n" +
+    // A device is wider than its module alone: it takes the whole width, or is drawn apart.
+    return std::string("<div class=\"overview") + (page.sheet.channels.empty() ? "" : " device") + "\">\n" +
            Section(
                kBlock, "Block",
                "<figure>\n" + Drawings(page) +
                    "<figcaption>Inputs left, outputs right; below each name its type, beside each pin its "
-                   "address. A filled arrow is wired, and the tag says to what. Pale names are "
-                   "hidden.</figcaption>\n</figure>\n") +
+                   "address. A filled arrow is wired, and the tag says to what. Pale names are hidden." +
+                   (page.sheet.channels.empty() ? ""
+                                                : " Lines join points that have one value; where there are "
+                                                  "none, the tags of channels name "
+                                                  "the other one.") +
+                   "</figcaption>\n</figure>\n") +
            Section(kModule, "Module", "<div class=\"facts\">\n" + facts + "</div>\n") + "</div>\n";
 }
 

@@ -47,7 +47,7 @@ figcaption{margin-top:.5rem;color:var(--muted);font-size:.85rem}
 .block-narrow{display:none}
 .facts{display:grid;gap:1rem;grid-template-columns:repeat(auto-fit,minmax(min(100%,20rem),1fr));align-items:start}
 .facts>div{padding:.9rem 1.1rem;border:1px solid var(--line);border-radius:.5rem;background:var(--raised)}
-dl{display:grid;grid-template-columns:minmax(5.5rem,8.5rem) minmax(0,1fr);gap:.25rem 1rem;margin:0;font-size:.92rem}
+dl{display:grid;grid-template-columns:minmax(5.5rem,7rem) minmax(0,1fr);gap:.25rem 1rem;margin:0;font-size:.92rem}
 dt{color:var(--muted)}
 dd{margin:0}
 table{width:100%;border-collapse:collapse;font-size:.88rem;font-variant-numeric:tabular-nums}
@@ -79,8 +79,10 @@ align-items:start}
 .note{background:var(--note-ground);border-color:var(--note);color:var(--note)}
 .good{margin:0;padding:.6rem .9rem;border-radius:.25rem;background:var(--good-ground);color:var(--good)}
 footer{margin-top:2.5rem;padding-top:1rem;padding-bottom:2rem;color:var(--muted);font-size:.85rem}
-@media screen and (min-width:75em){.overview{grid-template-columns:minmax(0,7fr) minmax(0,6fr)}
-.overview section+section{margin-top:2.25rem}}
+@media screen and (min-width:75em){.overview:not(.device){grid-template-columns:minmax(0,7fr) minmax(0,6fr)}
+.overview:not(.device) section+section{margin-top:2.25rem}}
+@media screen and (max-width:62em){.device .block-wide{display:none}.device .block-narrow{display:flex;
+flex-wrap:wrap;gap:0 1rem;align-items:flex-start}}
 @media screen and (max-width:42em){.block-wide{display:none}.block-narrow{display:block}
 header,main,footer{padding-left:1rem;padding-right:1rem}h1{font-size:1.5rem}
 dl{grid-template-columns:7.5rem minmax(0,1fr)}}
@@ -103,7 +105,8 @@ constexpr const char* kPrint = R"(
 @media print{body{font-size:9pt}footer{margin-top:8pt;break-before:avoid}.points thead th:last-child{min-width:6.5em}header,main,footer{max-width:none;padding:0}nav,.skip{display:none}
 h1{font-size:18pt}h2{break-after:avoid}section{margin-top:14pt}
 table{font-size:7.5pt}th,td{padding:2pt 4pt}thead{display:table-header-group}tr,.facts>div,.findings li,figure,
-.enumerations>div{break-inside:avoid}caption{break-after:avoid}
+.enumerations>div{break-inside:avoid}caption{break-after:avoid;break-inside:avoid}
+tbody tr:nth-child(-n+2){break-before:avoid}.points td:last-child{overflow-wrap:normal}.points thead th:nth-child(2){min-width:8em}
 .block-wide .block-drawing{max-height:190mm;margin:0 auto}.facts,.enumerations{grid-template-columns:repeat(2,minmax(0,1fr));gap:8pt}
 a{color:inherit;text-decoration:none}*{print-color-adjust:exact;-webkit-print-color-adjust:exact}}
 )";

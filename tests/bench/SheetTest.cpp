@@ -183,8 +183,35 @@ TEST(SheetTest, TakesValuesThatAreSetAfterLoading) {
               RowOf(SheetOf(L"channels", {L"AI1_Offset=1.50"}), "AI1_Offset")["Displayed as"]);
 }
 
+TEST(SheetTest, ShowsTheChannelsOfADeviceBesideTheModule) {
+    const std::wstring file = ScratchFolder() + L"device.html";
+    const Json answer = Bench({L"device", L"sheet", L"-o", file});
+    EXPECT_EQ((Json{"AI1", "AO1", "DI1", "DO1", "CTX1"}), answer["channels"]);
+    const std::string html = ReadFileBytes(file);
+    EXPECT_EQ(Json(html.size()), answer["bytes"]);
+    for (const char* const key : {"AI1", "AO1", "DI1", "DO1", "CTX1"}) {
+        EXPECT_TRUE(Holds(html, std::string(">Channel ") + key + " <span class=\"count\">")) << key;
+    }
+    const Json row = RowOf(html.substr(html.find(">Channel AI1 <span class=\"count\">(")), "Offset");
+    EXPECT_EQ("attribute", row["Kind"]);
+    EXPECT_EQ("-0.50", row["Value"]);
+    EXPECT_EQ("AI1_Offset", row["Item of the module"]);
+    EXPECT_TRUE(Holds(html, "Made by tambench of device.xml."));
+}
+
+TEST(SheetTest, JoinsMirroredPointsByLines) {
+    const std::wstring file = ScratchFolder() + L"device.svg";
+    Bench({L"device", L"sheet", L"--svg", L"-o", file});
+    const std::string svg = ReadFileBytes(file);
+    // The module of the sample has six points with pins that channels have too.
+    EXPECT_TRUE(Holds(svg, "<title>output AI1_Out, "));
+    EXPECT_TRUE(Holds(svg, "<title>output Out, "));
+    EXPECT_TRUE(Holds(svg, "class=\"mirror\""));
+}
+
 TEST(SheetTest, WantsAFile) {
     EXPECT_EQ(2U, RunBench({L"sheet", L"channels"}).status);
+    EXPECT_EQ(2U, RunBench({L"device", L"sheet"}).status);
 }
 
 TEST(SheetTest, WritesAModuleWithoutPoints) {

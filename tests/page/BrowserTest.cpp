@@ -87,6 +87,22 @@ Page PageWith(const std::string& name, std::size_t rows) {
     return page;
 }
 
+/// The block of a device: channels at the module's sides, one line around it.
+Page PageWithChannels() {
+    Page page = PageWith("Reading room", 2);
+    page.sheet.channels = {
+        {.name = "AI1", .subtitle = "Analogue input", .outputs = {{.name = "Out", .type = "105 temp_p"}}},
+        {.name = "AO1",
+         .subtitle = "Analogue output",
+         .inputs = {{.name = "In1", .type = "81 lev_percent"}, {.name = "In2", .isHidden = true}},
+         .outputs = {{.name = "Out"}}}};
+    using drawing::Side;
+    page.sheet.mirrors = {{{0, Side::Output, 0}, {1, Side::Output, 0}},
+                          {{0, Side::Input, 0}, {2, Side::Input, 0}},
+                          {{0, Side::Output, 1}, {2, Side::Output, 0}}};
+    return page;
+}
+
 Page EmptyPage() {
     Page page;
     page.origin = "Made by tambench.";
@@ -115,7 +131,8 @@ const Json& Seen() {
                                     Write("hostile.html", Html(PageWith(kScript, 3))) + "' '" +
                                     Write("long.html", Html(PageWith(std::string(3000, 'W'), 3))) + "' '" +
                                     Write("empty.html", Html(EmptyPage())) + "' '" +
-                                    Write("faulty.html", kFaulty) + "'";
+                                    Write("faulty.html", kFaulty) + "' '" +
+                                    Write("device.html", Html(PageWithChannels())) + "'";
         const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
         std::string text;
         std::array<char, 65536> part{};
@@ -192,7 +209,9 @@ TEST_P(BrowserTest, CanBeReadAloud) {
         for (const char* const role : {"banner", "navigation", "main", "contentinfo"}) {
             EXPECT_EQ(1, view["roles"].value(role, 0)) << role << ", " << NameOf(view);
         }
-        EXPECT_EQ(1, view["roles"].value("image", 0)) << NameOf(view);
+        // Beside the module, or apart where there is no room.
+        const bool isApart = std::string(GetParam().name) == "Device" && view["width"] < 992;
+        EXPECT_EQ(isApart ? 3 : 1, view["roles"].value("image", 0)) << NameOf(view);
         for (const Json& table : view["tables"]) {
             EXPECT_NE("", table) << NameOf(view);
         }
@@ -215,7 +234,7 @@ TEST_P(BrowserTest, IsWellFormed) {
 
 INSTANTIATE_TEST_SUITE_P(Pages, BrowserTest,
                          testing::Values(Case{0, "Large"}, Case{1, "Hostile"}, Case{2, "Long"},
-                                         Case{3, "Empty"}),
+                                         Case{3, "Empty"}, Case{5, "Device"}),
                          [](const auto& chosen) { return std::string(chosen.param.name); });
 
 TEST(BrowserScreenTest, KeepsTheRowsOfTablesForReadersWhenTheyAreCards) {

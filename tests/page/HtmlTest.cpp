@@ -57,6 +57,22 @@ TEST(HtmlTest, ShowsEachPointInARowThatItsNameHeads) {
                       "<td class=\"number\" data-label=\"Value\"><span>-0.50</span></td>"));
 }
 
+TEST(HtmlTest, ShowsChannelsBesideTheModuleAndInNarrowWindowsBelowIt) {
+    Page page = SmallPage();
+    page.sheet.channels = {{.name = "AO1", .inputs = {{.name = "In1"}}}};
+    page.sheet.mirrors = {{{0, drawing::Side::Input, 0}, {1, drawing::Side::Input, 0}}};
+    const std::string html = Html(page);
+    const std::size_t narrow = html.find("<div class=\"block-narrow\">");
+    const std::string wide = html.substr(0, narrow);
+    EXPECT_TRUE(Holds(wide, "<title>input In1</title>"));
+    EXPECT_EQ(CountOf(wide, "<svg"), 1U);
+    EXPECT_EQ(CountOf(html.substr(narrow), "<svg"), 2U);
+    EXPECT_TRUE(Holds(html.substr(narrow), "<title>input In1, wired to AO1_In1</title>"));
+    EXPECT_TRUE(Holds(html, "1 channel beside it, 1 point of them joined to the module&#39;s items."));
+    EXPECT_TRUE(Holds(html, "Lines join points that have one value; "));
+    EXPECT_EQ(CountOf(Html(SmallPage()), "<svg"), 2U);
+}
+
 TEST(HtmlTest, CountsRowsInHeadingsAndContents) {
     const std::string html = Html(SmallPage());
     EXPECT_TRUE(Holds(html, "<h2 id=\"points-1\">Attributes <span class=\"count\">(2)</span></h2>"));
