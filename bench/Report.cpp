@@ -116,7 +116,7 @@ std::string LineOf(const Json& finding) {
     const std::string suggestion = part("suggestion");
     return part("file") + ":" + finding["line"].dump() + ":" + finding["column"].dump() + ": " +
            part("severity") + ": " + part("message") +
-           (part("expected").empty() ? "" : "; " + part("expected")) +
+           (part("expected").empty() ? "" : "; expected: " + part("expected")) +
            (suggestion.empty() ? "" : "; did you mean " + suggestion + "?") + " [" + part("rule") + "]";
 }
 

@@ -39,7 +39,8 @@ std::string FirstError(check::Findings findings, std::string_view text) {
     for (const check::Finding& finding : std::move(findings).Place(text)) {
         if (finding.Level() == check::Severity::Error) {
             return "line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column) +
-                   ": " + finding.message + (finding.expected.empty() ? "" : "; " + finding.expected);
+                   ": " + finding.message +
+                   (finding.expected.empty() ? "" : "; expected: " + finding.expected);
         }
     }
     return "";

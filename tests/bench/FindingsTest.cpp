@@ -44,6 +44,9 @@ TEST(FindingsTest, StandUnderTheBox) {
     const std::string below = run.out.substr(run.out.find('\n', box) + 1);
     EXPECT_TRUE(Has(below, ":8:13: error: ")) << run.out;
     EXPECT_TRUE(Has(below, "[type-unknown]")) << run.out;
+    EXPECT_TRUE(
+        Has(RunBench({L"inspect", L"oddities"}).out, "<IsLastOnDev> is \"1.0\"; expected: 0 or 1; did you"))
+        << "as check says it";
 }
 
 TEST(FindingsTest, StandUnderAFailure) {
