@@ -1,5 +1,6 @@
 #include "bench/Text.h"
 #include "bench/WholeFile.h"
+#include "performance/Checking.h"
 #include "performance/Goals.h"
 #include "performance/Jobs.h"
 
@@ -26,6 +27,7 @@ struct Result {
     std::vector<Row> rows;
     double yieldCost = 0;
     double bytesPerPoint = 0;
+    CheckingCost checking;
     unsigned long dllSize = 0;
     StartCost start;
 };
@@ -64,8 +66,10 @@ void Print(const Result& result) {
     std::printf("\nA yield to the message loop costs %.2f us here.\n", result.yieldCost);
     std::printf("The DLL loads in %.0f us, the first module object is made in %.0f us.\n", result.start.load,
                 result.start.create);
-    std::printf("A point takes %.0f bytes; O_Tam_id.dll has %lu bytes.\n\n", result.bytesPerPoint,
+    std::printf("A point takes %.0f bytes; O_Tam_id.dll has %lu bytes.\n", result.bytesPerPoint,
                 result.dllSize);
+    std::printf("To check a point of a stream takes %.2f us, to parse it by the DOM alone %.2f us.\n\n",
+                result.checking.checks, result.checking.dom);
 }
 
 void PrintGoals(const std::vector<Finding>& findings) {
@@ -86,7 +90,9 @@ std::string Json(const Result& result, const std::vector<Finding>& findings) {
     text << std::fixed << std::setprecision(3) << "{\n  \"yield_us\": " << result.yieldCost
          << ",\n  \"bytes_per_point\": " << std::setprecision(1) << result.bytesPerPoint
          << ",\n  \"load_us\": " << result.start.load << ",\n  \"first_object_us\": " << result.start.create
-         << ",\n  \"dll_bytes\": " << result.dllSize << ",\n  \"jobs\": [\n"
+         << ",\n  \"check_us\": " << std::setprecision(3) << result.checking.checks
+         << ",\n  \"dom_us\": " << result.checking.dom << ",\n  \"dll_bytes\": " << result.dllSize
+         << ",\n  \"jobs\": [\n"
          << std::setprecision(2);
     const char* separator = "";
     for (const Row& row : result.rows) {
@@ -137,6 +143,8 @@ Result Run(const std::wstring& script) {
     result.start = Jobs::CostOfStart();
     result.bytesPerPoint = jobs.BytesPerPoint(kSizes[2]);
     result.yieldCost = YieldCost();
+    std::fputs("checking ...\n", stderr);
+    result.checking = MeasureChecking(kSizes[2]);
     for (const long points : kSizes) {
         std::fprintf(stderr, "%ld points ...\n", points);
         for (Row& row : jobs.Run(points)) {
