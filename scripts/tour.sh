@@ -221,6 +221,11 @@ expected_status=1
 step "A project without the module" \
     "A project is loaded completely or not at all. This document is the catalogue, which is no project." \
     device load samples/catalogue.xml
+
+step "What other programs find" \
+    "The bench takes the DLLs beside it, other programs take what is registered. Nothing is registered here. The \
+doctor tells so for 32-bit and for 64-bit programs, and what to run." \
+    doctor
 expected_status=0
 
 printf '\n\n'
