@@ -107,7 +107,7 @@ void Set(Host& host, const Options& options, Report& report) {
                               Wide(change["after"]["value"].get<std::string>())});
         }
         host.Step("writing the stream",
-                  [&] { WriteWholeFile(options.output, Utf8(WithValues(host.StreamText(), values))); });
+                  [&] { WriteWholeFile(options.output, WithValues(host.StreamText(), values)); });
         report.data["file"] = Utf8(options.output);
         report.Line("\nWritten to " + Utf8(options.output) + ".");
     }

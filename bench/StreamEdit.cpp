@@ -1,12 +1,12 @@
 #include "bench/StreamEdit.h"
 
 #include "bench/Text.h"
-#include "bench/Xml.h"
-#include "com/Boundary.h"
-#include "com/Conversion.h"
+#include "check/Findings.h"
+#include "check/Utf8.h"
+#include "check/XmlTree.h"
 
-#include <algorithm>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,98 +15,181 @@ namespace bench {
 
 namespace {
 
-constexpr const wchar_t* kInputs = L"Tam/InReferences";
-constexpr const wchar_t* kAttributes = L"Tam/Attributes";
-constexpr const wchar_t* kInputValue = L"PROTOCOLREFERENCE";
-constexpr const wchar_t* kAttributeValue = L"VALUE";
+using check::XmlTree;
 
-xml::Node PointIn(const xml::Document& document, const PointValue& wanted) {
-    const xml::Node section = xml::Select(xml::Node(document), wanted.isInput ? kInputs : kAttributes);
-    xml::Node point;
-    if (section) {
-        xml::ForEachElement(section, [&](const xml::Node& element) {
-            if (!point && xml::NameOf(element) == wanted.name) {
-                point = element;
-            }
-        });
+/// A piece of the text, from one place up to another.
+struct Range {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+struct Edit {
+    std::size_t end = 0;
+    std::string text;
+};
+/// By the place where each begins. One place is edited once: the last value counts.
+using Edits = std::map<std::size_t, Edit>;
+
+bool StartsAt(std::string_view text, std::size_t at, std::string_view word) {
+    return text.substr(at, word.size()) == word;
+}
+
+/// Behind the tag that begins at a place: a ">" in an attribute's value does not end it.
+std::size_t EndOfTag(std::string_view text, std::size_t at) {
+    char quote = '\0';
+    for (; at < text.size() && (quote != '\0' || text[at] != '>'); ++at) {
+        if (text[at] == quote) {
+            quote = '\0';
+        } else if (quote == '\0' && (text[at] == '"' || text[at] == '\'')) {
+            quote = text[at];
+        }
     }
-    if (!point) {
-        throw BenchError(E_INVALIDARG,
-                         "the stream has no point \"" + Utf8(wanted.name) + "\" to write a value to");
+    return at + 1;
+}
+
+bool IsWholeElement(std::string_view text, std::size_t endOfTag) {
+    return text[endOfTag - 2] == '/';
+}
+
+/// What stands between the tags of the element that begins at a place. The stream was
+/// loaded, so it is well-formed.
+Range ContentOf(std::string_view text, std::size_t at) {
+    const std::size_t begin = EndOfTag(text, at);
+    if (IsWholeElement(text, begin)) {
+        return {begin, begin};
+    }
+    constexpr std::string_view kSections[][2] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+    std::size_t depth = 1;
+    for (at = text.find('<', begin); at < text.size(); at = text.find('<', at)) {
+        std::size_t end = 0;
+        for (const auto& [opening, closing] : kSections) {
+            if (StartsAt(text, at, opening)) {
+                end = text.find(closing, at + opening.size()) + closing.size();
+            }
+        }
+        if (end == 0) {
+            end = EndOfTag(text, at);
+            const bool isEnd = StartsAt(text, at, "</");
+            if (isEnd && --depth == 0) {
+                return {begin, at};
+            }
+            depth += isEnd || IsWholeElement(text, end) ? 0U : 1U;
+        }
+        at = end;
+    }
+    return {begin, begin};
+}
+
+std::string Escaped(std::string_view value) {
+    std::string escaped;
+    for (const char c : value) {
+        switch (c) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '\r':
+            escaped += "&#13;";
+            break;
+        default:
+            escaped += c;
+        }
+    }
+    return escaped;
+}
+
+/// Gives an element another content; one that ends in "/>" gets an end tag for it.
+void SetContent(const XmlTree& tree, XmlTree::Index element, Range replaced, const std::string& content,
+                Edits& edits) {
+    const std::size_t endOfTag = EndOfTag(tree.Text(), tree.OffsetOf(element));
+    if (IsWholeElement(tree.Text(), endOfTag)) {
+        edits[endOfTag - 2] = {endOfTag, ">" + content + "</" + std::string(tree.Name(element)) + ">"};
+    } else {
+        edits[replaced.begin] = {replaced.end, content};
+    }
+}
+
+XmlTree::Index PointIn(const XmlTree& tree, const PointValue& wanted) {
+    const XmlTree::Index section = tree.Child(tree.Root(), wanted.isInput ? "InReferences" : "Attributes");
+    const std::string name = Utf8(wanted.name);
+    const XmlTree::Index point = section == XmlTree::kNone ? section : tree.Child(section, name);
+    if (point == XmlTree::kNone) {
+        throw BenchError(E_INVALIDARG, "the stream has no point \"" + name + "\" to write a value to");
     }
     return point;
 }
 
-/// The blanks before the first child, which the other children have too.
-std::wstring IndentIn(const xml::Node& point) {
-    xml::Node first;
-    com::Call(point, &IXMLDOMNode::get_firstChild, first.Put());
-    const std::wstring text = first ? xml::TextOf(first) : std::wstring();
-    return text.find_first_not_of(L" \t\r\n") == std::wstring::npos ? text : std::wstring();
-}
-
-/// A new element before the blanks that end its parent.
-xml::Node Append(const xml::Document& document, const xml::Node& point, const wchar_t* name) {
-    const std::wstring indent = IndentIn(point);
-    xml::Node last;
-    com::Call(point, &IXMLDOMNode::get_lastChild, last.Put());
-    xml::Node element = xml::Append(document, point, name);
-    if (!indent.empty() && last) {
-        // The element first: blanks beside blanks may become one text.
-        com::Ref<IXMLDOMText> blanks;
-        com::Call(document, &IXMLDOMDocument::createTextNode, com::Bstr(indent).Get(), blanks.Put());
-        com::Call(point, &IXMLDOMNode::insertBefore, element.Get(), com::Variant(last.Get()).Get(), nullptr);
-        com::Call(point, &IXMLDOMNode::insertBefore, blanks.Get(), com::Variant(element.Get()).Get(),
-                  nullptr);
+/// A new element behind the others, with the blanks before it that the first one has.
+void Append(const XmlTree& tree, XmlTree::Index point, const std::string& element, Edits& edits) {
+    const std::string_view text = tree.Text();
+    Range content = ContentOf(text, tree.OffsetOf(point));
+    const std::string_view inner = text.substr(content.begin, content.end - content.begin);
+    const std::size_t filled = check::Trim(inner).size();
+    const std::size_t indent = inner.find_first_not_of(" \t\r\n");
+    std::string added = element;
+    if (filled > 0) {
+        added = std::string(inner.substr(0, indent)) + element;
+        content.begin += indent + filled;
+        content.end = content.begin;
     }
-    return element;
+    SetContent(tree, point, content, added, edits);
 }
 
-void SetValue(const xml::Document& document, const PointValue& wanted) {
-    const xml::Node point = PointIn(document, wanted);
-    const wchar_t* const name = wanted.isInput ? kInputValue : kAttributeValue;
+void SetValue(const XmlTree& tree, const PointValue& wanted, Edits& edits) {
+    const XmlTree::Index point = PointIn(tree, wanted);
+    const std::string name = wanted.isInput ? "PROTOCOLREFERENCE" : "VALUE";
+    const std::string value = Escaped(Utf8(wanted.value));
     bool isSet = false;
-    const com::Bstr value(wanted.value);
-    xml::ForEachElement(point, [&](const xml::Node& child) {
-        if (SameKey(xml::NameOf(child), name)) {
-            com::Call(child, &IXMLDOMNode::put_text, value.Get());
+    tree.ForEachElement(point, [&](XmlTree::Index child) {
+        if (check::EqualKeyword(tree.Name(child), name)) {
+            SetContent(tree, child, ContentOf(tree.Text(), tree.OffsetOf(child)), value, edits);
             isSet = true;
         }
     });
     if (!isSet) {
-        com::Call(Append(document, point, name), &IXMLDOMNode::put_text, value.Get());
+        Append(tree, point, "<" + name + ">" + value + "</" + name + ">", edits);
     }
 }
 
-void Replace(std::wstring& text, std::wstring_view from, std::wstring_view to) {
-    for (std::size_t at = text.find(from); at != std::wstring::npos; at = text.find(from, at + to.size())) {
-        text.replace(at, from.size(), to);
+/// Where another encoding was declared there are blanks (TextOfDocument): the file is UTF-8.
+void DeclareUtf8(std::string& text) {
+    constexpr std::string_view kVersion = "version";
+    const std::size_t end = text.starts_with("<?xml") ? text.find("?>") : std::string::npos;
+    if (end == std::string::npos || text.substr(0, end).find("encoding") != std::string::npos) {
+        return;
+    }
+    const std::size_t quote = text.find_first_of("\"'", text.find(kVersion));
+    const std::size_t blanks = quote < end ? text.find(text[quote], quote + 1) + 1 : end;
+    const std::size_t next = text.find_first_not_of(' ', blanks);
+    if (next <= end && next > blanks + kVersion.size()) {
+        text.replace(blanks, next - blanks, next == end ? " encoding=\"UTF-8\"" : " encoding=\"UTF-8\" ");
     }
 }
 
 } // namespace
 
-std::wstring WithValues(const std::wstring& stream, const std::vector<PointValue>& values) {
-    const xml::Document document = xml::New();
-    com::Call(document, &IXMLDOMDocument::put_preserveWhiteSpace, VARIANT_TRUE);
-    VARIANT_BOOL done = VARIANT_FALSE;
-    com::Call(document, &IXMLDOMDocument::loadXML, com::Bstr(stream).Get(), &done);
+std::string WithValues(const std::wstring& stream, const std::vector<PointValue>& values) {
+    check::Findings ignored; // the component took the stream
+    const XmlTree tree(Utf8(stream), ignored);
+    Edits edits;
     for (const PointValue& value : values) {
-        SetValue(document, value);
+        SetValue(tree, value, edits);
     }
-    com::Bstr text;
-    com::Call(document, &IXMLDOMNode::get_xml, text.Put());
-    std::wstring written(text.View());
-    if (written.starts_with(L"<?xml")) {
-        written.erase(0, written.find(L"?>") + 2);
+    std::string written;
+    std::size_t at = 0;
+    for (const auto& [begin, edit] : edits) {
+        written += tree.Text().substr(at, begin - at);
+        written += edit.text;
+        at = edit.end;
     }
-    written.erase(0, std::min(written.find(L'<'), written.size()));
-    written = L"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + written;
-    Replace(written, L"\r\n", L"\n");
-    if (stream.find(L"\r\n") != std::wstring::npos) {
-        Replace(written, L"\n", L"\r\n");
-    }
-    return written.ends_with(L'\n') ? written : written + L'\n';
+    written += tree.Text().substr(at);
+    DeclareUtf8(written);
+    return written;
 }
 
 } // namespace bench

@@ -13,8 +13,8 @@ struct PointValue {
     std::wstring value;
 };
 
-/// A device stream whose points have other values; all else is as it was, blanks and
-/// comments too. Throws BenchError for a point that the stream does not have.
-std::wstring WithValues(const std::wstring& stream, const std::vector<PointValue>& values);
+/// The bytes, UTF-8, of a device stream whose points have other values; every other character is
+/// as it was. Throws BenchError for a point that the stream does not have.
+std::string WithValues(const std::wstring& stream, const std::vector<PointValue>& values);
 
 } // namespace bench

@@ -36,7 +36,31 @@ TEST_F(SetFileTest, HasTheNewValuesAndAllElseAsItWas) {
     expected = Replaced(expected, "<VALUE>-0.50</VALUE>", "<VALUE>1.5</VALUE>");
     expected = Replaced(expected, "<PROTOCOLREFERENCE>DI1_Out<", "<PROTOCOLREFERENCE>AO1_Out<");
     const std::string written = Set(Channels(), {L"AI1_Offset=1.5", L"do1_in1=AO1_Out"});
-    EXPECT_EQ(expected.substr(expected.find('\n')), written.substr(written.find('\n')));
+    EXPECT_EQ(expected, written);
+}
+
+TEST_F(SetFileTest, ChangesNoOtherCharacter) {
+    const std::string head = "<?xml version='1.0' standalone='yes' ?>\n<Tam ><Name>N&#228;</Name>\r\n"
+                             "<DevKey>K9</DevKey>\n<IsLastOnDev>1</IsLastOnDev><TamObjID  >7</TamObjID>";
+    const std::string stream =
+        head + "<Attributes><A><SNVTTYPE>105</SNVTTYPE><VISIBLE></VISIBLE><!-- > --><VALUE note='>'\n>"
+               "1<!-- </VALUE> --></VALUE></A><B><SNVTTYPE>105</SNVTTYPE><value/></B>"
+               "<C><SNVTTYPE>105</SNVTTYPE></C></Attributes></Tam>";
+    const std::string expected =
+        head + "<Attributes><A><SNVTTYPE>105</SNVTTYPE><VISIBLE></VISIBLE><!-- > --><VALUE note='>'\n>"
+               "2</VALUE></A><B><SNVTTYPE>105</SNVTTYPE><value>3</value></B>"
+               "<C><SNVTTYPE>105</SNVTTYPE><VALUE>4</VALUE></C></Attributes></Tam>";
+    EXPECT_EQ(expected, Set(WrittenFile(L"own.xml", stream), {L"A=1", L"A=2", L"B=3", L"C=4"}));
+}
+
+TEST_F(SetFileTest, IsUtf8AndSaysSo) {
+    const std::string rest =
+        "\n<Tam><Name>B\xFCro</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev>"
+        "<TamObjID>7</TamObjID><Attributes><A><SNVTTYPE>105</SNVTTYPE></A></Attributes></Tam>";
+    const std::string written =
+        Set(WrittenFile(L"latin.xml", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>" + rest), {L"A=1"});
+    EXPECT_TRUE(written.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Tam><Name>B\xC3\xBCro<"))
+        << written;
 }
 
 TEST_F(SetFileTest, LoadsWithTheNewValues) {
