@@ -4,16 +4,16 @@
 #include "bench/Model.h"
 #include "bench/SheetTypes.h"
 #include "bench/Text.h"
-
+#include "core/References.h"
 #include "page/Icon.h"
 
 #include <windows.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,12 +27,6 @@ using Row = std::vector<page::Cell>;
 constexpr const char* kInputs = "INREFERENCES";
 constexpr const char* kOutputs = "OUTREFERENCES";
 constexpr const char* kAttributes = "ATTRIBUTES";
-
-/// As the export document tells it: a reference of zeros, however many, leads nowhere.
-bool IsWired(const std::string& reference) {
-    constexpr std::string_view kNowhere = "000000";
-    return reference != kNowhere.substr(0, std::min(reference.size(), kNowhere.size()));
-}
 
 std::string Joined(const std::vector<std::string>& texts) {
     std::string joined;
@@ -222,7 +216,7 @@ class Points {
                                   : TypeOfCatalogue(host_, Wide(input["type"]["id"].get<std::string>()));
             const std::string reference = input["reference"];
             std::vector<std::string> wiredTo;
-            Mark(wiredTo, IsWired(reference), reference.c_str());
+            Mark(wiredTo, tam::LeadsToAnOutput(std::string_view(reference)), reference.c_str());
             std::vector<std::string> marks;
             Mark(marks, input["permanent"], "permanent");
             Mark(marks, hidden[i], "hidden");
@@ -245,6 +239,10 @@ class Points {
                           "The module has no outputs.",
                           Columns({{"Wired to"}, {"Address", true}, {"Marks"}}),
                           {}};
+        std::unordered_map<std::string, std::vector<std::string>> inputsOf;
+        for (const Json& input : inputs) {
+            inputsOf[Capitals(Wide(input["reference"].get<std::string>()))].push_back(input["name"]);
+        }
         std::vector<bool> hidden;
         std::vector<bool> dependent;
         ForEachOutput(host_.App(), [&](IOutput& output) {
@@ -258,13 +256,8 @@ class Points {
                 type["enumDesc"] =
                     Utf8(host_.CatalogueText(Wide(type["id"].get<std::string>()), L"EnumDesc"));
             }
-            std::vector<std::string> wiredTo;
-            for (const Json& input : inputs) {
-                if (SameKey(Wide(input["reference"].get<std::string>()),
-                            Wide(output["name"].get<std::string>()))) {
-                    wiredTo.push_back(input["name"]);
-                }
-            }
+            const std::vector<std::string> wiredTo =
+                inputsOf[Capitals(Wide(output["name"].get<std::string>()))];
             std::vector<std::string> marks;
             Mark(marks, dependent[i], "type depends on the setup");
             Mark(marks, output["displayable"], "in displays");

@@ -8,9 +8,11 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Creation.h"
+#include "core/References.h"
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace bench {
@@ -71,11 +73,6 @@ std::wstring FindCatalogue(const std::wstring& given) {
     }
     throw BenchError(CodeOf(ERROR_FILE_NOT_FOUND),
                      "there is no catalogue.xml beside the program or in a folder samples; use --catalogue");
-}
-
-/// Zeros, or nothing: a reference to no output.
-bool IsOpen(const std::wstring& reference) {
-    return reference.find_first_not_of(L'0') == std::wstring::npos;
 }
 
 } // namespace
@@ -290,7 +287,7 @@ void Host::WireInputs() {
 
 Wire Host::WireInput(IInput& input, const std::wstring& reference) {
     Wire wire{TextOf(input, &IInput::get_Name), Utf8(reference), "left open", ""};
-    if (IsOpen(reference)) {
+    if (!tam::LeadsToAnOutput(std::wstring_view(reference))) {
         return wire;
     }
     const auto connection = com::Query<ISubItemConnable>(&input);

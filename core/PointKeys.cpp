@@ -1,6 +1,7 @@
 #include "core/PointKeys.h"
 
 #include "core/Case.h"
+#include "core/References.h"
 #include "core/RunTimeError.h"
 
 #include <limits>
@@ -12,8 +13,7 @@ std::wstring ReferenceKey(std::wstring_view text) {
 }
 
 bool IsConnectedReference(std::wstring_view reference) {
-    constexpr std::wstring_view kNoConnection = L"000000";
-    return reference != kNoConnection.substr(0, reference.size());
+    return LeadsToAnOutput(reference);
 }
 
 std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_view name) {

@@ -111,12 +111,36 @@ std::vector<bool> MovedOf(const Pairs& pairs) {
     return moved;
 }
 
-const Field* FindField(const std::vector<Field>& fields, const std::string& name) {
-    const auto found = std::find_if(fields.begin(), fields.end(), [&name](const Field& field) {
-        return check::EqualKeyword(field.name, name);
-    });
-    return found != fields.end() ? &*found : nullptr;
-}
+/// The fields of an item by name: an element of a project has a field for each output.
+class FieldsByName {
+  public:
+    explicit FieldsByName(const std::vector<Field>& fields) : fields_(fields) {
+        if (fields.size() > kFew) {
+            for (const Field& field : fields) {
+                places_.emplace(check::Upper(field.name), &field);
+            }
+        }
+    }
+
+    /// Null when there is none.
+    const Field* Find(const std::string& name) const {
+        if (fields_.size() > kFew) {
+            const auto found = places_.find(check::Upper(name));
+            return found != places_.end() ? found->second : nullptr;
+        }
+        const auto found = std::find_if(fields_.begin(), fields_.end(), [&name](const Field& field) {
+            return check::EqualKeyword(field.name, name);
+        });
+        return found != fields_.end() ? &*found : nullptr;
+    }
+
+  private:
+    /// So many are sooner walked than put into a table.
+    static constexpr std::size_t kFew = 16;
+
+    const std::vector<Field>& fields_;
+    std::unordered_map<std::string, const Field*> places_;
+};
 
 /// What a field is named by: an item, or the document itself.
 struct Owner {
@@ -131,14 +155,16 @@ void CompareFields(const Owner& owner, const std::vector<Field>& before, const s
                            is != nullptr ? is->shown : "", was != nullptr ? was->line : 0,
                            is != nullptr ? is->line : 0});
     };
+    const FieldsByName fieldsAfter(after);
     for (const Field& was : before) {
-        const Field* const is = FindField(after, was.name);
+        const Field* const is = fieldsAfter.Find(was.name);
         if (is == nullptr || is->meaning != was.meaning) {
             add(was.name, &was, is);
         }
     }
+    const FieldsByName fieldsBefore(before);
     for (const Field& is : after) {
-        if (FindField(before, is.name) == nullptr) {
+        if (fieldsBefore.Find(is.name) == nullptr) {
             add(is.name, nullptr, &is);
         }
     }

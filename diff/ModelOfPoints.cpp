@@ -1,6 +1,7 @@
 // Device streams and definitions of channels: both have points in three sections.
 
 #include "check/Utf8.h"
+#include "core/References.h"
 #include "diff/Readers.h"
 
 #include <algorithm>
@@ -89,11 +90,6 @@ std::string MeaningOfList(std::string_view text, const check::Catalogue& types, 
     return meaning;
 }
 
-/// A reference of zeros, however many, leads nowhere.
-bool LeadsNowhere(std::string_view reference) {
-    return reference.size() <= 6 && reference.find_first_not_of('0') == std::string_view::npos;
-}
-
 class PointReader {
   public:
     explicit PointReader(const Document& document) : document_(document) {}
@@ -161,7 +157,7 @@ class PointReader {
             field.meaning = MeaningOfList(text, document_.Types(), field.shown);
             break;
         case Form::Reference:
-            field.meaning = LeadsNowhere(text) ? "" : check::Upper(text);
+            field.meaning = tam::LeadsToAnOutput(std::string_view(text)) ? check::Upper(text) : "";
             break;
         }
         return field;

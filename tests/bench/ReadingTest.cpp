@@ -118,6 +118,19 @@ TEST(ReadingInspectTest, WiresWhatFitsAndRefusesTheRest) {
     EXPECT_EQ("", Named(inputs, "AO3_In1")["value"]);
 }
 
+TEST(ReadingInspectTest, TakesSevenZerosForAReferenceAsTheComponentDoes) {
+    const auto resultOf = [](const std::string& reference) {
+        const std::wstring stream = WrittenFile(
+            L"zeros.xml", "<Tam><Name>N</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev>"
+                          "<TamObjID>7</TamObjID><InReferences><A><SNVTTYPE>105</SNVTTYPE>"
+                          "<SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST><PROTOCOLREFERENCE>" +
+                              reference + "</PROTOCOLREFERENCE></A></InReferences></Tam>");
+        return Bench({L"inspect", stream, L"--wire"})["wires"][0]["result"].get<std::string>();
+    };
+    EXPECT_EQ("left open", resultOf("000000"));
+    EXPECT_EQ("wired", resultOf("0000000"));
+}
+
 TEST(ReadingInspectTest, TellsTheBoxesOfAFaultyStreamInTheirOrder) {
     const Json oddities = Bench({L"inspect", L"oddities"}, 1);
     EXPECT_EQ(7U, oddities["inputs"].size());

@@ -1,4 +1,5 @@
 #include "core/PointKeys.h"
+#include "core/References.h"
 
 #include "Thrown.h"
 
@@ -9,6 +10,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace tam {
 namespace {
@@ -33,6 +35,15 @@ TEST(PointKeysIsConnectedReferenceTest, TakesZerosForNoConnection) {
 TEST(PointKeysIsConnectedReferenceTest, TakesAnythingElseForAConnection) {
     for (const wchar_t* reference : {L"0000000", L"4203", L"00001", L"K_1", L" ", L"00000O"}) {
         EXPECT_TRUE(IsConnectedReference(reference)) << std::wstring(reference);
+    }
+}
+
+TEST(PointKeysIsConnectedReferenceTest, IsTheSameForNarrowTexts) {
+    for (const std::string_view reference : {"", "0", "000000"}) {
+        EXPECT_FALSE(LeadsToAnOutput(reference)) << reference;
+    }
+    for (const std::string_view reference : {"0000000", "4203", "00001", " ", "00000O"}) {
+        EXPECT_TRUE(LeadsToAnOutput(reference)) << reference;
     }
 }
 

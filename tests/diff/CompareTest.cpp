@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <numeric>
 #include <random>
@@ -93,6 +94,45 @@ TEST(CompareTest, ComparesAHundredThousandItems) {
     EXPECT_EQ(1U, CountOf(changes, What::Removed));
     EXPECT_EQ(1U, CountOf(changes, What::Added));
     EXPECT_EQ(99998U, CountOf(changes, What::Moved));
+}
+
+/// An item with fields of these names.
+Model ModelOfFields(const std::vector<std::string>& names) {
+    Model model = ModelWith({"P"});
+    for (const std::string& name : names) {
+        model.groups[0].items[0].fields.push_back({name, "yes", "yes", 1});
+    }
+    return model;
+}
+
+std::vector<std::string> FieldsOf(const std::vector<Change>& changes) {
+    std::vector<std::string> fields;
+    for (const Change& change : changes) {
+        fields.push_back(change.field);
+    }
+    return fields;
+}
+
+TEST(CompareTest, FindsFieldsByNameWhetherFewOrMany) {
+    for (const std::size_t count : {3U, 40U}) {
+        std::vector<std::string> before = Names(count);
+        std::vector<std::string> after(before.rbegin(), before.rend());
+        EXPECT_EQ(0U, Compare(ModelOfFields(before), ModelOfFields(after)).size());
+        before[1] = "p1"; // letter case is none
+        after.emplace_back("New");
+        EXPECT_EQ(std::vector<std::string>{"New"},
+                  FieldsOf(Compare(ModelOfFields(before), ModelOfFields(after))));
+        before.emplace_back("Old");
+        EXPECT_EQ((std::vector<std::string>{"Old", "New"}),
+                  FieldsOf(Compare(ModelOfFields(before), ModelOfFields(after))));
+    }
+}
+
+TEST(CompareTest, AnItemOfManyFieldsTakesNoSquareOfTime) {
+    const Model model = ModelOfFields(Names(100000));
+    const auto started = std::chrono::steady_clock::now();
+    EXPECT_EQ(0U, Compare(model, model).size());
+    EXPECT_GT(std::chrono::seconds(20), std::chrono::steady_clock::now() - started); // else an hour
 }
 
 } // namespace
