@@ -4,7 +4,6 @@
 #include "check/Encoding.h"
 #include "check/Utf8.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace check {
@@ -48,17 +47,12 @@ Result CheckTree(std::string text, Findings findings, const Surroundings& surrou
     Document document(tree, findings, surroundings);
     result.kind = Recognise(tree);
     CheckKind(result.kind, document, summary);
+    result.counts = findings.CountsOfAll();
     result.findings = std::move(findings).Place(tree.Text());
     return result;
 }
 
 } // namespace
-
-std::size_t Result::Count(Severity severity) const {
-    return static_cast<std::size_t>(
-        std::count_if(findings.begin(), findings.end(),
-                      [&](const Finding& finding) { return finding.Level() == severity; }));
-}
 
 Result CheckBytes(std::string bytes, const Surroundings& surroundings, StreamSummary* summary) {
     Findings findings;

@@ -17,8 +17,10 @@ struct Result {
     Kind kind = Kind::Unknown;
     /// In the document's order.
     std::vector<Finding> findings;
+    /// Of all findings, those that are not listed too.
+    Findings::Counts counts{};
 
-    std::size_t Count(Severity severity) const;
+    std::size_t Count(Severity severity) const { return counts.at(static_cast<std::size_t>(severity)); }
     bool HasErrors() const { return Count(Severity::Error) > 0; }
 };
 

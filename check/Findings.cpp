@@ -41,18 +41,35 @@ class Places {
 
 void Findings::Add(RuleId rule, Span span, std::string message, std::string expected,
                    std::string suggestion) {
-    errors_ += RuleOf(rule).severity == Severity::Error ? 1U : 0U;
-    if (found_.size() == kMost) {
-        ++dropped_;
+    const Severity severity = RuleOf(rule).severity;
+    const bool isError = severity == Severity::Error;
+    const std::size_t kept = isError ? Errors() : others_;
+    ++counts_[static_cast<std::size_t>(severity)];
+    if (kept >= kMost) {
         return;
     }
+    others_ += isError ? 0U : 1U;
     found_.push_back({rule, span, std::move(message), std::move(expected), std::move(suggestion)});
+}
+
+/// Leaves kMost: all errors, and of the others those that stand first.
+void Findings::DropMost() {
+    if (found_.size() <= kMost) {
+        return;
+    }
+    std::size_t room = kMost - (found_.size() - others_);
+    std::erase_if(found_, [&room](const Finding& finding) {
+        const bool isDropped = finding.Level() != Severity::Error && room == 0;
+        room -= finding.Level() != Severity::Error && !isDropped ? 1U : 0U;
+        return isDropped;
+    });
 }
 
 std::vector<Finding> Findings::Place(std::string_view text) && {
     std::stable_sort(found_.begin(), found_.end(), [](const Finding& a, const Finding& b) {
         return a.span.at != b.span.at ? a.span.at < b.span.at : a.rule < b.rule;
     });
+    DropMost();
     Places begin(text);
     for (Finding& finding : found_) {
         begin.GoTo(finding.span.at);
@@ -64,11 +81,15 @@ std::vector<Finding> Findings::Place(std::string_view text) && {
         finding.endLine = end.Line();
         finding.endColumn = end.Column();
     }
-    if (dropped_ > 0) {
+    const std::size_t unlisted = Total() - found_.size();
+    if (unlisted > 0) {
         begin.GoTo(text.size());
+        const std::size_t errors = Errors() > kMost ? Errors() - kMost : 0;
         Finding rest{RuleId::TooManyFindings,
                      {text.size(), 0},
-                     std::to_string(dropped_) + " more findings are not listed",
+                     std::to_string(unlisted) +
+                         (unlisted == 1 ? " more finding is not listed" : " more findings are not listed") +
+                         (errors == 0 ? "" : "; errors among them: " + std::to_string(errors)),
                      {},
                      {}};
         rest.line = rest.endLine = begin.Line();

@@ -2,6 +2,7 @@
 
 #include "check/Rules.h"
 
+#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -36,21 +37,28 @@ struct Finding {
 /// What is found in one document, without positions until it is placed.
 class Findings {
   public:
-    /// More than these of one document are counted, not kept.
+    /// More than these of one document are counted, not listed; errors are listed first.
     static constexpr std::size_t kMost = 10000;
+    /// How many there are of each severity, in its order.
+    using Counts = std::array<std::size_t, 3>;
 
     void Add(RuleId rule, Span span, std::string message, std::string expected = {},
              std::string suggestion = {});
     /// How many errors so far, those past the limit included.
-    std::size_t Errors() const noexcept { return errors_; }
-    std::size_t Total() const noexcept { return found_.size() + dropped_; }
-    /// Puts the findings into the document's order and gives them lines and columns.
+    std::size_t Errors() const noexcept { return counts_[0]; }
+    std::size_t Total() const noexcept { return counts_[0] + counts_[1] + counts_[2]; }
+    const Counts& CountsOfAll() const noexcept { return counts_; }
+    /// Puts the findings into the document's order and gives them lines and columns. A note
+    /// at the end tells how many are not listed.
     std::vector<Finding> Place(std::string_view text) &&;
 
   private:
+    void DropMost();
+
+    /// At most kMost errors and as many others.
     std::vector<Finding> found_;
-    std::size_t errors_ = 0;
-    std::size_t dropped_ = 0;
+    std::size_t others_ = 0;
+    Counts counts_{};
 };
 
 } // namespace check

@@ -313,8 +313,9 @@ constexpr std::array kRules = {
          "IsConnected is 1 where the reference is other than zeros.",
          "LinkReference=\"0000\" IsConnected=\"1\""},
 
-    Rule{TooManyFindings, "too-many-findings", Error, "More findings than are listed",
-         "Of one document 10,000 findings are listed.", ""},
+    Rule{TooManyFindings, "too-many-findings", Note, "More findings than are listed",
+         "Of one document 10,000 findings are listed, errors before all others. The summary counts them all.",
+         ""},
 };
 
 static_assert(kRules.size() == static_cast<std::size_t>(RuleId::Count));

@@ -120,3 +120,46 @@ TEST(PositionsTest, NoFindingHidesAnother) {
         EXPECT_EQ(std::count(rules.begin(), rules.end(), rule), 1) << RuleOf(rule).name;
     }
 }
+
+TEST(PositionsTest, ListsTenThousandFindingsErrorsFirstAndCountsAll) {
+    const auto check = [](std::size_t warnings, std::size_t errors) {
+        Findings findings;
+        for (std::size_t i = 0; i < warnings; ++i) {
+            findings.Add(RuleId::TypeRetired, {i, 1}, "a note");
+        }
+        for (std::size_t i = 0; i < errors; ++i) {
+            findings.Add(RuleId::FlagValue, {warnings, 1}, "an error");
+        }
+        return std::move(findings).Place(std::string(warnings + 1, 'x'));
+    };
+    const auto errorsIn = [](const std::vector<Finding>& findings) {
+        return std::count_if(findings.begin(), findings.end(),
+                             [](const Finding& finding) { return finding.Level() == Severity::Error; });
+    };
+    EXPECT_EQ(check(9999, 1).size(), 10000u);
+    auto found = check(10000, 1);
+    ASSERT_EQ(found.size(), 10001u);
+    EXPECT_EQ(errorsIn(found), 1);
+    EXPECT_EQ(found.back().rule, RuleId::TooManyFindings);
+    EXPECT_EQ(found.back().message, "1 more finding is not listed");
+    EXPECT_EQ(found[9998].column, 9999u) << "the first notes are kept";
+    found = check(3, 10002);
+    ASSERT_EQ(found.size(), 10001u);
+    EXPECT_EQ(errorsIn(found), 10000);
+    EXPECT_EQ(found.back().message, "5 more findings are not listed; errors among them: 2");
+}
+
+TEST(PositionsTest, TheSummaryCountsWhatIsNotListed) {
+    std::string elements;
+    for (int i = 0; i < 10001; ++i) {
+        elements += "<X/>";
+    }
+    const Result result = CheckText("<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev>"
+                                    "<TamObjID>3</TamObjID>" +
+                                        elements + "</Tam>",
+                                    Types());
+    EXPECT_EQ(result.findings.size(), 10001u);
+    EXPECT_EQ(result.Count(Severity::Error) + result.Count(Severity::Warning) + result.Count(Severity::Note),
+              10001u);
+    EXPECT_EQ(result.findings.back().message.substr(0, 28), "1 more finding is not listed");
+}
