@@ -89,6 +89,7 @@ std::vector<std::string> Arguments() {
 /// Newer versions of the parser take no argument whose name has a "=" in it.
 /// They get the form with a "_" there; people read the form as it is.
 constexpr std::string_view kFormOfParser = "NAME_VALUE";
+constexpr const char* kJsonHelp = "Print one JSON document instead of text";
 constexpr const char* kCommonGroup = "Options of every command";
 constexpr std::string_view kForm = "NAME=VALUE";
 
@@ -229,6 +230,20 @@ CommandSyntax CommandSyntax::Command(const std::string& name, const std::string&
     return syntax;
 }
 
+CommandSyntax CommandSyntax::DocumentCommand(const std::string& name, const std::string& help,
+                                             const std::string& examples) {
+    CLI::App& command = *app_->add_subcommand(name, help);
+    AddExamples(command, examples);
+    CommandSyntax syntax(command, *options_);
+    syntax.Text(
+        "--catalogue", options_->catalogue,
+        "SNVT catalogue; without it the nearest catalogue.xml, from the folder of the document upwards, "
+        "then beside the program",
+        "FILE");
+    syntax.Flag("--json", options_->json, kJsonHelp);
+    return syntax;
+}
+
 CommandSyntax CommandSyntax::Group(const std::string& name, const std::string& help,
                                    const std::string& examples) {
     CommandSyntax group = Command(name, help, examples);
@@ -336,7 +351,7 @@ void CommandSyntax::Common() {
     Flag("--us", options_->usUnits, "Show values in US units");
     Flag("--wire", options_->wire,
          "Wire each input to what its reference in the stream names, as a drawing would");
-    Flag("--json", options_->json, "Print one JSON document instead of text");
+    Flag("--json", options_->json, kJsonHelp);
     Flag("--interactive", options_->interactive, "Leave boxes and dialogs to the user");
     Flag("--tolerate-boxes", options_->tolerateBoxes, "Take a command as done whose boxes report a fault");
     app_->option_defaults()->group("Options");

@@ -42,26 +42,29 @@ class ModuleCommands {
     }
 
     void AddDiff() {
-        CommandSyntax diff =
-            Command("diff", "Say what changed in meaning between two documents of one kind",
-                    "  tambench diff old.xml new.xml\n"
-                    "  tambench diff full new.xml --json      the sample full and a file\n\n"
-                    "Exit status: 0 nothing changed, 1 something did, 2 a file cannot be read or compared");
+        CommandSyntax diff = DocumentCommand(
+            "diff", "Say what changed in meaning between two documents of one kind",
+            "  tambench diff old.xml new.xml\n"
+            "  tambench diff full new.xml --json      the sample full and a file\n\n"
+            "Exit status: 0 nothing changed, 1 something did, 2 a file cannot be read or compared");
         diff.Argument("BEFORE", options_.before, "File, or name of a sample");
         diff.Argument("AFTER", options_.after, "File, or name of a sample");
     }
 
     void AddCheck() {
-        CommandSyntax check =
-            Command("check", "Say everything that is wrong with documents, with line and column",
-                    "  tambench check stream.xml\n"
-                    "  tambench check samples --format sarif  all .xml files below a folder\n"
-                    "  tambench check --rules                 what is looked for, and why\n"
-                    "  tambench check --schemas folder        write XML Schemas for editors\n\n"
-                    "Exit status: 0 nothing but notes, 1 errors or warnings, 2 a file cannot be read");
+        CommandSyntax check = DocumentCommand(
+            "check", "Say everything that is wrong with documents, with line and column",
+            "  tambench check stream.xml\n"
+            "  tambench check samples --format sarif  all .xml files below a folder\n"
+            "  tambench check --rules                 what is looked for, and why\n"
+            "  tambench check --schemas folder        write XML Schemas for editors\n\n"
+            "Exit status: 0 nothing but notes, 1 errors or warnings, 2 a file cannot be read");
         check.Names("FILE", "", options_.files,
                     "Files, and folders with all .xml files below; - is the standard input");
         check.Text("--format", options_.format, "text, json or sarif; --rules takes markdown too");
+        check.Text("--out", options_.outFolder,
+                   "Folder that the findings of each file are written to as well, in a file of its own",
+                   "FOLDER");
         check.Text("--jobs", options_.jobs, "So many files at a time; 0 for as many as there are processors",
                    "N");
         check.Flag("--rules", options_.listsRules, "List the rules");
@@ -164,6 +167,14 @@ class ModuleCommands {
   private:
     CommandSyntax Command(const std::string& name, const std::string& help, const std::string& examples) {
         CommandSyntax command = program_.Command(name, help, examples);
+        command.WhenChosen([&options = options_, name] { options.command = name; });
+        return command;
+    }
+
+    /// One that reads documents and needs no host.
+    CommandSyntax DocumentCommand(const std::string& name, const std::string& help,
+                                  const std::string& examples) {
+        CommandSyntax command = program_.DocumentCommand(name, help, examples);
         command.WhenChosen([&options = options_, name] { options.command = name; });
         return command;
     }

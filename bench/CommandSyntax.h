@@ -21,6 +21,10 @@ class CommandSyntax {
 
     /// A command below this one; the examples end its help.
     CommandSyntax Command(const std::string& name, const std::string& help, const std::string& examples);
+    /// One that reads documents and drives no component: of the options of every command it
+    /// has the catalogue and the JSON.
+    CommandSyntax DocumentCommand(const std::string& name, const std::string& help,
+                                  const std::string& examples);
     /// A command that is nothing without one of those below it.
     CommandSyntax Group(const std::string& name, const std::string& help, const std::string& examples);
     /// Called when the command stands in the command line.
@@ -49,7 +53,7 @@ class CommandSyntax {
     void Output(const std::string& help);
     void Placing();
     void NoCompiler();
-    /// What every command takes, in a group of its own at the end of its help.
+    /// What every command that drives the component takes, in a group of its own at the end of its help.
     void Common();
 
   private:

@@ -20,6 +20,7 @@ int CheckDocuments(const Options& options) {
     run.catalogue = options.catalogue;
     run.listsRules = options.listsRules;
     run.schemas = options.schemas;
+    run.outFolder = options.outFolder;
     run.inputs.assign(options.files.begin(), options.files.end());
     if (!options.format.empty() && !check::ReadFormat(Utf8(options.format), run.format)) {
         Complain("tambench: there is no format " + Utf8(options.format) + "; text, json or sarif\n");

@@ -114,13 +114,23 @@ void WriteDriver(JsonWriter& json, std::string_view program) {
     json.EndObject();
 }
 
-/// A table's cell takes no bar and no tag as they stand.
+/// A cell of a Markdown table: a bar would end it, and what reads as a tag or a reference
+/// would not be shown.
 std::string Cell(std::string_view text) {
+    std::string cell;
+    for (const char c : text) {
+        cell += c == '|' ? "\\|" : c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
+    }
+    return cell;
+}
+
+/// The same as code, where only the bar counts.
+std::string CodeCell(std::string_view text) {
     std::string cell;
     for (const char c : text) {
         cell += c == '|' ? "\\|" : std::string(1, c);
     }
-    return cell;
+    return "`" + cell + "`";
 }
 
 } // namespace
@@ -285,7 +295,7 @@ std::string RulesMarkdown() {
     for (const Rule& rule : AllRules()) {
         text += "| `" + std::string(rule.name) + "` | " + std::string(NameOf(rule.severity)) + " | " +
                 Cell(rule.title) + ". " + Cell(rule.explanation) + " | " +
-                (rule.example.empty() ? std::string() : "`" + Cell(rule.example) + "`") + " |\n";
+                (rule.example.empty() ? std::string() : CodeCell(rule.example)) + " |\n";
     }
     return text;
 }

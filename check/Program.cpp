@@ -16,6 +16,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -38,6 +39,35 @@ std::string Shown(const fs::path& path) {
 /// Documents of these kinds name types.
 bool LooksTypesUp(Kind kind) {
     return kind != Kind::Catalogue && kind != Kind::Unknown;
+}
+
+std::string_view EndingOf(Format format) {
+    switch (format) {
+    case Format::Json:
+        return ".json";
+    case Format::Sarif:
+        return ".sarif";
+    case Format::Text:
+    case Format::Markdown:
+        break;
+    }
+    return ".txt";
+}
+
+/// Writes a file beside its place and puts it there when it is whole.
+bool WriteWhole(const fs::path& path, const std::string& text) {
+    std::error_code error;
+    fs::create_directories(path.parent_path(), error);
+    fs::path beside = path;
+    beside += ".new";
+    std::ofstream file(beside, std::ios::binary);
+    file << text;
+    file.close();
+    if (!file) {
+        return false;
+    }
+    fs::rename(beside, path, error);
+    return !error;
 }
 
 /// The catalogues of a run, each read once.
@@ -129,6 +159,15 @@ class Run {
             return kUnreadable;
         }
         const std::vector<batch::Input> inputs = batch::FindInputs(options_.inputs);
+        std::vector<fs::path> outputs;
+        if (!options_.outFolder.empty()) {
+            try {
+                outputs = batch::OutputsIn(options_.outFolder, inputs, EndingOf(options_.format));
+            } catch (const std::invalid_argument& error) {
+                options_.complain(options_.program + ": " + Clean(error.what()) + "\n");
+                return kUnreadable;
+            }
+        }
         hasOthers_ = inputs.size() > 1;
         std::vector<FileResult> results;
         {
@@ -144,7 +183,9 @@ class Run {
                 });
         }
         CheckAgain(inputs, results);
-        return Tell(results);
+        const bool isWritten = WriteEach(results, outputs);
+        const int status = Tell(results);
+        return isWritten ? status : kUnreadable;
     }
 
   private:
@@ -189,18 +230,35 @@ class Run {
         }
     }
 
-    int Tell(const std::vector<FileResult>& results) {
-        const Totals totals = TotalsOf(results);
-        if (options_.format == Format::Text) {
-            for (const FileResult& result : results) {
-                options_.print(TextOf(result, options_.hasColour));
+    /// False, with a word of complaint, when a file cannot be written.
+    bool WriteEach(const std::vector<FileResult>& results, const std::vector<fs::path>& outputs) const {
+        bool isWritten = true;
+        for (std::size_t i = 0; i < outputs.size(); ++i) {
+            if (results[i].problem.empty() && !WriteWhole(outputs[i], AnswerOf({results[i]}, false))) {
+                options_.complain(options_.program + ": " + Shown(outputs[i]) + " cannot be written\n");
+                isWritten = false;
             }
-            options_.print(TextOf(totals));
-        } else {
-            options_.print(options_.format == Format::Sarif
-                               ? SarifOf(results, options_.program)
-                               : JsonOf(results, options_.program, StatusOf(totals)));
         }
+        return isWritten;
+    }
+
+    std::string AnswerOf(const std::vector<FileResult>& results, bool hasColour) const {
+        const Totals totals = TotalsOf(results);
+        if (options_.format == Format::Sarif) {
+            return SarifOf(results, options_.program);
+        }
+        if (options_.format == Format::Json) {
+            return JsonOf(results, options_.program, StatusOf(totals));
+        }
+        std::string text;
+        for (const FileResult& result : results) {
+            text += TextOf(result, hasColour);
+        }
+        return text + TextOf(totals);
+    }
+
+    int Tell(const std::vector<FileResult>& results) {
+        options_.print(AnswerOf(results, options_.hasColour));
         for (const FileResult& result : results) {
             if (!result.problem.empty()) {
                 options_.complain(options_.program + ": " + Clean(result.file) + ": " + result.problem +
@@ -208,7 +266,7 @@ class Run {
             }
         }
         catalogues_.Complain();
-        return StatusOf(totals);
+        return StatusOf(TotalsOf(results));
     }
     int StatusOf(const Totals& totals) const {
         if (totals.unreadable > 0 || catalogues_.HasProblem()) {
@@ -242,14 +300,9 @@ int ListRules(const ProgramOptions& options) {
 }
 
 int WriteSchemas(const ProgramOptions& options) {
-    std::error_code error;
-    fs::create_directories(options.schemas, error);
     for (const Schema& schema : AllSchemas()) {
         const fs::path path = options.schemas / batch::PathOf(schema.file);
-        std::ofstream file(path, std::ios::binary);
-        file << schema.text;
-        file.close();
-        if (!file) {
+        if (!WriteWhole(path, std::string(schema.text))) {
             options.complain(options.program + ": " + Shown(path) + " cannot be written\n");
             return kUnreadable;
         }

@@ -24,6 +24,8 @@ struct ProgramOptions {
     bool listsRules = false;
     /// Where the schemas are written; empty: nowhere.
     std::filesystem::path schemas;
+    /// Where the findings of each file are written too, in a file of its own; empty: nowhere.
+    std::filesystem::path outFolder;
     unsigned jobs = 1;
     bool hasColour = false;
     /// Places in the line of progress.

@@ -28,6 +28,7 @@ standard input.
   --catalogue FILE   the types; without it the nearest catalogue.xml, from the folder
                      of each file upwards, then beside this program
   --format FORMAT    text, json or sarif; --rules takes markdown too
+  --out FOLDER       write the findings of each file there too, in a file of its own
   --jobs N           so many files at a time; 0 for as many as there are processors
   --rules            list what is looked for, and why
   --schemas FOLDER   write XML Schemas for editors into a folder
@@ -99,6 +100,8 @@ bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
             options.catalogue = nextPath();
         } else if (word == "--schemas") {
             options.schemas = nextPath();
+        } else if (word == "--out") {
+            options.outFolder = nextPath();
         } else if (word == "--jobs") {
             options.jobs = ReadJobs(next());
         } else if (word == "--format") {

@@ -58,6 +58,19 @@ TEST(CommandHelpTest, ShowsTheOptionsOfEveryCommandToo) {
     }
 }
 
+TEST(CommandHelpTest, CommandsThatReadDocumentsShowWhatTheyUse) {
+    for (const wchar_t* const command : {L"check", L"diff"}) {
+        const std::string help = HelpOf({command});
+        EXPECT_TRUE(Has(help, "--json ")) << help;
+        EXPECT_TRUE(Has(help, "--catalogue FILE")) << help;
+        EXPECT_TRUE(Has(help, "upwards")) << help;
+        for (const char* const option :
+             {"--us ", "--wire ", "--definition ", "--interactive ", "--tolerate-boxes "}) {
+            EXPECT_FALSE(Has(help, option)) << option << " of " << help;
+        }
+    }
+}
+
 TEST(CommandHelpTest, NamesWhatAnOptionTakes) {
     EXPECT_TRUE(Has(HelpOf({L"save"}), "-o,--output FILE"));
     EXPECT_TRUE(Has(HelpOf({L"save"}), "--out FOLDER"));

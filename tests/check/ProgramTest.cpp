@@ -289,6 +289,39 @@ TEST_F(ProgramTest, ReadsHowManyFilesAtATime) {
     }
 }
 
+TEST_F(ProgramTest, WritesTheFindingsOfEachFileBelowAFolder) {
+    Write("many/good.xml", kGood);
+    const fs::path bad = Write("many/deep/bad.xml", kBad);
+    options_.outFolder = folder_ / "out";
+    EXPECT_EQ(Run(folder_ / "many"), kFound);
+    EXPECT_EQ(Read(folder_ / "out" / "good.txt"), "1 file: nothing found\n");
+    EXPECT_TRUE(
+        Read(folder_ / "out" / "deep" / "bad.txt").starts_with(batch::NameOf(bad) + ":2:46: error: "));
+    EXPECT_NE(printed_.find("2 files: 1 error"), std::string::npos) << printed_;
+    options_.format = Format::Json;
+    EXPECT_EQ(Run(folder_ / "many"), kFound);
+    EXPECT_NE(Read(folder_ / "out" / "deep" / "bad.json").find("\"status\": 1"), std::string::npos);
+    EXPECT_NE(Read(folder_ / "out" / "good.json").find("\"status\": 0"), std::string::npos);
+    options_.inputs = {bad, folder_ / "nowhere.xml"};
+    EXPECT_EQ(RunProgram(options_), kUnreadable);
+    EXPECT_FALSE(fs::exists(folder_ / "out" / "nowhere.json"));
+}
+
+TEST_F(ProgramTest, RefusesTwoFindingsOfOneName) {
+    options_.inputs = {Write("one/a.xml", kGood), Write("two/a.xml", kGood)};
+    options_.outFolder = folder_ / "out";
+    EXPECT_EQ(RunProgram(options_), kUnreadable);
+    EXPECT_NE(complained_.find("would both be written to"), std::string::npos) << complained_;
+    EXPECT_FALSE(fs::exists(folder_ / "out"));
+    EXPECT_EQ(printed_, "");
+}
+
+TEST_F(ProgramTest, SaysWhereFindingsCannotBeWritten) {
+    options_.outFolder = Write("file", "") / "below";
+    EXPECT_EQ(Run(Write("a.xml", kGood)), kUnreadable);
+    EXPECT_NE(complained_.find("a.txt cannot be written"), std::string::npos) << complained_;
+}
+
 TEST_F(ProgramTest, WritesTheSchemas) {
     options_.schemas = folder_ / "schemas";
     EXPECT_EQ(RunProgram(options_), kClean);

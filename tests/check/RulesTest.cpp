@@ -1,8 +1,11 @@
 #include "check/Rules.h"
 
+#include "check/Output.h"
+
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
 #include <string_view>
 
 using namespace check;
@@ -17,4 +20,11 @@ TEST(RulesTest, EveryRuleHasANameATitleAndAnExplanation) {
         EXPECT_TRUE(rule.explanation.ends_with('.')) << rule.name;
     }
     EXPECT_GE(names.size(), 40u);
+}
+
+// A site that renders Markdown would show "<" where "&lt;" is meant.
+TEST(RulesTest, TheListOfRulesShowsReferencesAsTheyAre) {
+    const std::string list = RulesMarkdown();
+    EXPECT_NE(list.find("begins a reference: &amp;lt; &amp;gt; &amp;amp;"), std::string::npos);
+    EXPECT_NE(list.find("`<Name>Heating & cooling</Name>`"), std::string::npos);
 }
