@@ -1,3 +1,7 @@
+// The module's stream. The component writes an export document and hands it to the host's
+// compiler; without a compiler the document itself is the stream. An input's reference
+// marks the outputs and attributes of the same key as connected.
+
 #include "appobject/CDBAppObject.h"
 
 #include "com/Creation.h"

@@ -1,3 +1,8 @@
+// export: what the module answers as its stream. With a compiler that is a database image,
+// whose head and checksum are read here to be shown; without one it is the export document.
+// When the compiler refuses the module, the component answers an empty stream and no reason.
+// Then the module exports once more without a compiler, and the bench asks the compiler.
+
 #include "bench/Commands.h"
 #include "bench/Compiler.h"
 #include "bench/Model.h"

@@ -1,3 +1,6 @@
+// What is wrong with a machine's registration and what to do about it. This half only judges
+// what Doctor.cpp read from the registry and from the heads of the files.
+
 #include "bench/Doctor.h"
 #include "bench/Text.h"
 

@@ -1,3 +1,7 @@
+// Lines between the module's points and the same points of its channels. A line runs through
+// the gutter between two blocks, on a track of its own. When the module's point is on the
+// other side of the module, the line goes around: down, below the blocks, and up.
+
 #include "drawing/Mirrors.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// A picture of an .ico file as PNG, written by hand: chunks with their CRC, and the pixels in
+// blocks that are stored without compression. An icon is small, and the page needs no library.
+
 #include "page/Icon.h"
 
 #include <algorithm>

@@ -7,6 +7,8 @@
 - Each decision (docs/decisions/*.md) has the paragraphs Rule, Why and Where. The files and tests that Where names
   exist: a token in backticks with a slash is a file or folder, NameTest a suite, NameTest.Case a test.
 - docs/decisions/README.md lists every decision.
+- A suite, test or fixture that any other document names is there too; FooTest is an example.
+- docs/testing.md tells what each program of scripts/test-list proves.
 
 With --fix the list of decisions is written, a file that has moved and a test whose suite has another name are found
 by their own name where only one has it. Exits 1 when findings are left.
@@ -20,6 +22,7 @@ from whole_file import write_whole
 HEADING = re.compile(r"^#{1,6} +(.+?) *$", re.MULTILINE)
 LINK = re.compile(r"\[([^\]]*)\]\(([^)\s]+)\)")
 TEST = re.compile(r"^(?:TYPED_)?TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\s*\)", re.MULTILINE)
+FIXTURE = re.compile(r"^\s*(?:class|struct|using) (\w+Test)\b", re.MULTILINE)
 QUOTED = re.compile(r"`([^`\n]+)`")
 PARTS = ["Rule", "Why", "Where"]
 NOT_OURS = {".git", "build"}
@@ -42,10 +45,13 @@ class Tree:
             if path.is_file() and not NOT_OURS.intersection(inside.parts):
                 self.by_name.setdefault(path.name, []).append(inside.as_posix())
         self.tests = set()
+        self.fixtures = set()
         self.suites_of = {}  # case -> the suites that have it
         for path in sorted((root / "tests").rglob("*")):
             if path.suffix in (".cpp", ".h"):
-                for suite, case in TEST.findall(path.read_text(encoding="utf-8")):
+                text = path.read_text(encoding="utf-8")
+                self.fixtures.update(FIXTURE.findall(text))
+                for suite, case in TEST.findall(text):
                     self.tests.update((suite, f"{suite}.{case}"))
                     self.suites_of.setdefault(case, set()).add(suite)
 
@@ -120,6 +126,25 @@ def check_decisions(tree, fixes):
             write_whole(path, text.encode("utf-8"))
 
 
+def check_tests(tree):
+    """Tests that other documents than the decisions name, and the programs of the tests."""
+    known = tree.tests | tree.fixtures | {"FooTest"}
+    for path in tree.documents():
+        if path in tree.decisions():
+            continue
+        text = path.read_text(encoding="utf-8")
+        for token in QUOTED.findall(text):
+            if re.match("[A-Z]", token) and is_test(token) and not token.endswith(".cpp") and token not in known:
+                yield f"{path.relative_to(tree.root)}: {token} is not there"
+    programs, table = tree.root / "scripts/test-list", tree.root / "docs/testing.md"
+    if programs.exists() and table.exists():
+        told = set(QUOTED.findall(table.read_text(encoding="utf-8")))
+        for line in programs.read_text(encoding="utf-8").splitlines():
+            words = line.partition("#")[0].split()
+            if words and words[0] not in told:
+                yield f"docs/testing.md: {words[0]} of scripts/test-list is not told"
+
+
 def index(tree, head):
     """The list of decisions, below what stands in front of it."""
     lines = [head.rstrip()]
@@ -146,7 +171,7 @@ def check_index(tree, fixes):
 
 def check(root, fixes=False):
     tree = Tree(root)
-    return [*check_decisions(tree, fixes), *check_index(tree, fixes), *check_links(tree)]
+    return [*check_decisions(tree, fixes), *check_index(tree, fixes), *check_tests(tree), *check_links(tree)]
 
 
 if __name__ == "__main__":

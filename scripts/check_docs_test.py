@@ -52,6 +52,15 @@ class CheckDocsTest(unittest.TestCase):
     def test_finds_nothing_in_a_tree_without_faults(self):
         self.assertEqual(check(self.root), [])
 
+    def test_finds_tests_and_programs_that_documents_do_not_name_as_they_are(self):
+        self.put("scripts/test-list", "# head\na_tests native\nb_tests point 600\n")
+        self.put("tests/points/Fixture.h", "class HeldTest : public Test {};\n")
+        self.put("docs/testing.md", "`a_tests`, `ATest.Holds`, `HeldTest`, `FooTest`, `accHitTest`, `BTest`\n")
+        self.assertEqual(
+            check(self.root),
+            ["docs/testing.md: BTest is not there", "docs/testing.md: b_tests of scripts/test-list is not told"],
+        )
+
     def test_finds_links_to_nowhere(self):
         self.put("README.md", "[a](docs/none.md) [b](docs/decisions/points.md#two) [c](https://example.org/x)\n")
         self.assertEqual(

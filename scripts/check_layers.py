@@ -36,6 +36,27 @@ MAY_SEE = {
     "bench": ["core", "com", "batch", "drawing", "page", "check", "diff"],
     "view": ["core", "com", "batch", "drawing", "page", "check", "view/model", "bench"],
 }
+WHAT = {
+    "core": "pure code: parsers, texts, collections, the states of dialogs",
+    "drawing": "a module as a block: shapes, and SVG of them",
+    "batch": "many files at once: which they are, in which order, how far",
+    "page": "the device sheet: one page of HTML",
+    "check": "what is wrong with a document",
+    "diff": "what changed between two documents",
+    "tamcheck": "the checks as a program of this machine",
+    "com": "COM plumbing and the DOM, for the component, the host services and the bench",
+    "common": "what the component's classes share: state, reports, the host's message loop",
+    "types": "network variable types of the catalogue",
+    "dialogs": "the editors and forms as windows",
+    "points": "inputs, outputs, attributes and their collections",
+    "appobject": "the module object",
+    "internal": "the channel objects and their manager",
+    "component": "the DLL: exports, classes table, resources",
+    "view/model": "what the window shows and keeps, without a window",
+    "host": "the host services, `OrvHost.dll`",
+    "bench": "`tambench.exe`, a host on a command line",
+    "view": "`tamview.exe`, a module in a window",
+}
 INCLUDE = re.compile(r'^\s*#\s*include\s+"([^"]+)"', re.MULTILINE)
 LOOKED_AT = re.compile(r"^HeaderFilterRegex: '\(([^)]*)\)/", re.MULTILINE)
 BEGIN, END = "<!-- layers: scripts/check_layers.py --draw -->", "<!-- end of layers -->"
@@ -51,10 +72,10 @@ def includes():
 
 
 def draw(arrows):
-    lines = ["| folder | includes |", "| --- | --- |"]
+    lines = ["| folder | what it is | includes |", "| --- | --- | --- |"]
     for folder in MAY_SEE:
         seen = [other for other in MAY_SEE if other in arrows.get(folder, set())]
-        lines.append(f"| `{folder}/` | {', '.join(f'`{other}/`' for other in seen) or '–'} |")
+        lines.append(f"| `{folder}/` | {WHAT[folder]} | {', '.join(f'`{other}/`' for other in seen) or '–'} |")
     return "\n".join(lines)
 
 

@@ -73,7 +73,7 @@ class CheckLayersTest(unittest.TestCase):
     def test_draws_the_table(self):
         status, printed = self.run_check("--draw")
         self.assertEqual(status, 0)
-        self.assertIn("| `com/` | `core/` |\n", printed)
+        self.assertIn(f"| `com/` | {check_layers.WHAT['com']} | `core/` |\n", printed)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 // What doctor tells of the registry, and what it advises.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/bench/Registered.h"
 #include "tests/bench/Schema.h"
 
 #include <gtest/gtest.h>

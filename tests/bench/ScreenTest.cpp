@@ -127,7 +127,7 @@ TEST_F(ScreenTest, FindingsHaveColoursAndNoSequences) {
     EXPECT_NE(std::wstring::npos, text.find(L"error: ")) << Narrow(text);
     EXPECT_EQ(std::wstring::npos, text.find(L"1;31m")) << Narrow(text);
     EXPECT_EQ(std::wstring::npos, text.find(L"0m")) << Narrow(text);
-    EXPECT_EQ(3U, Colours().size()) << "the place, the severity, the text";
+    EXPECT_LE(3U, Colours().size()) << "the place, the severities, the text";
 }
 
 TEST_F(ScreenTest, ChangesHaveColoursAndNoSequences) {

@@ -2,6 +2,7 @@
 // the documents say. scripts/doc_samples.py takes them out of the Markdown.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/bench/Registered.h"
 #include "tests/Places.h"
 
 #include <gtest/gtest.h>
