@@ -16,7 +16,6 @@ namespace bench::doctor {
 namespace {
 
 constexpr const wchar_t* kClasses = L"Software\\Classes\\";
-constexpr int kOtherBits = 96 - kBits;
 
 struct Known {
     Group group;

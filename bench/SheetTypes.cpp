@@ -2,6 +2,7 @@
 
 #include "bench/Model.h"
 #include "bench/Text.h"
+#include "check/Decimal.h"
 
 #include <windows.h>
 
@@ -85,17 +86,7 @@ std::string Resolution(const std::string& generalType, long a, long b, const std
         b < -kMost) {
         return "";
     }
-    std::string digits = std::to_string(a);
-    if (b >= 0) {
-        return digits + std::string(static_cast<std::size_t>(b), '0');
-    }
-    const auto broken = static_cast<std::size_t>(-b);
-    if (digits.size() <= broken) {
-        digits.insert(0, broken + 1 - digits.size(), '0');
-    }
-    digits.insert(digits.size() - broken, mark);
-    digits.erase(digits.find_last_not_of('0') + 1);
-    return digits.ends_with(mark) ? digits.substr(0, digits.size() - mark.size()) : digits;
+    return check::StepText(a, b, mark);
 }
 
 std::vector<page::Label> Labels(const std::string& description) {

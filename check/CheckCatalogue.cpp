@@ -181,12 +181,10 @@ class Entry {
         }
         const auto number = ReadDecimal(kept);
         if (!number) {
-            std::string withPoint = kept;
-            std::replace(withPoint.begin(), withPoint.end(), ',', '.');
             document_.Report(RuleId::EntryLimitForm, leaf->span,
                              Tagged(document_.Tree().Piece(leaf->name)) + " is " + Quoted(kept),
                              "a number with \".\" as its decimal mark",
-                             withPoint != kept && ReadDecimal(withPoint) ? withPoint : LeadingNumber(kept));
+                             WithPoint(kept).value_or(LeadingNumber(kept)));
             return std::nullopt;
         }
         return number->value;

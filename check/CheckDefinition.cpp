@@ -138,11 +138,9 @@ class Defaults {
         if (ReadDecimal(text)) {
             return;
         }
-        std::string withPoint(text);
-        std::replace(withPoint.begin(), withPoint.end(), ',', '.');
         document_.Report(RuleId::DefaultNotNumber, leaf.span, "the default is " + Quoted(text),
                          "a number with \".\" as its decimal mark",
-                         withPoint != text && ReadDecimal(withPoint) ? withPoint : LeadingNumber(text));
+                         WithPoint(text).value_or(LeadingNumber(text)));
     }
 
     void CheckAttribute(XmlTree::Index attribute) {

@@ -110,18 +110,16 @@ class Project {
         }
         const std::string what = Tagged(document_.Tree().Piece(leaf.name));
         const auto number = ReadDecimal(text);
-        std::string withPoint(text);
-        std::replace(withPoint.begin(), withPoint.end(), ',', '.');
         if (number && std::isfinite(number->value)) {
             return;
         }
         if (number) {
             document_.Report(RuleId::NumberRange, leaf.span, what + " is too large",
                              "a position on the sheet");
-        } else if (withPoint != text && ReadDecimal(withPoint)) {
+        } else if (const auto withPoint = WithPoint(text)) {
             document_.Report(RuleId::ValueDecimalMark, leaf.span,
                              what + " is " + Quoted(text) + ": it is read up to the comma",
-                             "\".\" as the decimal mark", withPoint);
+                             "\".\" as the decimal mark", *withPoint);
         } else {
             document_.Report(RuleId::NumberForm, leaf.span, what + " is " + Quoted(text), "a number",
                              LeadingNumber(text));

@@ -110,6 +110,26 @@ bool IsMultiple(const Decimal& number, long a, long b) {
     return rest == 0;
 }
 
+std::optional<std::string> WithPoint(std::string_view text) {
+    std::string withPoint(text);
+    std::replace(withPoint.begin(), withPoint.end(), ',', '.');
+    return withPoint != text && ReadDecimal(withPoint) ? std::optional(withPoint) : std::nullopt;
+}
+
+std::string StepText(long a, long b, std::string_view mark) {
+    constexpr long kMost = 30; // no type goes so far
+    std::string digits = std::to_string(std::labs(a));
+    if (b >= 0) {
+        return digits + std::string(static_cast<std::size_t>(std::min(b, kMost)), '0');
+    }
+    const auto places = static_cast<std::size_t>(std::min(-b, kMost));
+    digits.insert(0, digits.size() <= places ? places + 1 - digits.size() : 0, '0');
+    std::string broken = digits.substr(digits.size() - places);
+    digits.resize(digits.size() - places);
+    broken.erase(broken.find_last_not_of('0') + 1);
+    return broken.empty() ? digits : digits + std::string(mark) + broken;
+}
+
 std::string LeadingNumber(std::string_view text) {
     for (std::size_t size = std::min<std::size_t>(text.size(), 40); size > 0; --size) {
         if (text[size - 1] != '.' && ReadDecimal(text.substr(0, size))) {

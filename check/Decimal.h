@@ -22,6 +22,11 @@ std::optional<Decimal> ReadDecimal(std::string_view text);
 std::optional<long long> ReadWhole(std::string_view text);
 /// Whether the number is a whole multiple of a times ten to the power of b.
 bool IsMultiple(const Decimal& number, long a, long b);
+/// A text with a comma as its decimal mark, written with a point; nothing when that is no
+/// number either.
+std::optional<std::string> WithPoint(std::string_view text);
+/// The step between two values of a type, a times ten to the power of b, without zeros behind.
+std::string StepText(long a, long b, std::string_view mark);
 /// What the component reads of a text: the number that it begins with; empty
 /// when it begins with none.
 std::string LeadingNumber(std::string_view text);

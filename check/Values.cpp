@@ -28,27 +28,13 @@ std::string Range(const TypeInfo& type) {
 
 /// Reports a text that is no number.
 void ReportNoNumber(Document& document, const TypeInfo& type, std::string_view text, Span span) {
-    std::string withPoint(text);
-    std::replace(withPoint.begin(), withPoint.end(), ',', '.');
-    if (withPoint != text && ReadDecimal(withPoint)) {
+    if (const auto withPoint = WithPoint(text)) {
         document.Report(RuleId::ValueDecimalMark, span, Quoted(text) + " has a comma as its decimal mark",
-                        "\".\" as the decimal mark", withPoint);
+                        "\".\" as the decimal mark", *withPoint);
         return;
     }
     const std::string leading = LeadingNumber(text);
     document.Report(RuleId::ValueNotNumber, span, Quoted(text) + " is no number", Range(type), leading);
-}
-
-/// The step between two values, as text.
-std::string Step(const TypeInfo& type) {
-    std::string digits = std::to_string(std::labs(type.a));
-    if (type.b >= 0) {
-        return digits + std::string(static_cast<std::size_t>(std::min(type.b, 30L)), '0');
-    }
-    const auto places = static_cast<std::size_t>(std::min(-type.b, 30L));
-    digits.insert(0, digits.size() <= places ? places + 1 - digits.size() : 0, '0');
-    digits.insert(digits.size() - places, ".");
-    return digits;
 }
 
 void CheckNumber(Document& document, const TypeInfo& type, std::string_view text, Span span) {
@@ -71,7 +57,7 @@ void CheckNumber(Document& document, const TypeInfo& type, std::string_view text
     if (type.HasScale() && !IsMultiple(*number, type.a, type.b)) {
         document.Report(RuleId::ValueResolution, span,
                         std::string(text) + " is finer than " + type.name + " resolves",
-                        "steps of " + WithUnit(Step(type), type));
+                        "steps of " + WithUnit(StepText(type.a, type.b, "."), type));
     }
 }
 

@@ -1,6 +1,9 @@
+#include "check/Decimal.h"
 #include "tests/check/Documents.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
 
 using namespace check;
 using namespace checking;
@@ -65,4 +68,20 @@ TEST(ValueRulesTest, FindsEnumerationValuesWithoutALabel) {
     ExpectOne(RuleId::EnumNoLabel, WithValue("22", " ^1"), "1");
     ExpectOne(RuleId::EnumNoLabel, WithValue("22", "^ST_LOW"), "1");
     ExpectOne(RuleId::EnumNoLabel, WithValue("22", "^st_onn"), "4");
+}
+
+TEST(ValueRulesTest, WritesTheStepOfATypeWithoutZerosThatMeanNothing) {
+    EXPECT_EQ(StepText(1, -2, "."), "0.01");
+    EXPECT_EQ(StepText(5, -1, ","), "0,5");
+    EXPECT_EQ(StepText(10, -2, "."), "0.1");
+    EXPECT_EQ(StepText(100, -2, "."), "1");
+    EXPECT_EQ(StepText(-25, 0, "."), "25");
+    EXPECT_EQ(StepText(2, 3, "."), "2000");
+}
+
+TEST(ValueRulesTest, TakesACommaForADecimalMarkWhereThatMakesANumber) {
+    EXPECT_EQ(WithPoint("1,5"), "1.5");
+    EXPECT_EQ(WithPoint("1.5"), std::nullopt);
+    EXPECT_EQ(WithPoint("1,500,5"), std::nullopt);
+    EXPECT_EQ(WithPoint("a,b"), std::nullopt);
 }
