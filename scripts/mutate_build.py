@@ -7,6 +7,14 @@ import subprocess
 from pathlib import Path
 
 
+def together(source):
+    """The sources that a file of the build's compiles together; a source of the project's is one by itself."""
+    if not source.match("Unity/unity_*"):
+        return [source]
+    included = re.findall(r'^#include "([^"]+)"', source.read_text(encoding="utf-8"), re.MULTILINE)
+    return [Path(each).resolve() for each in included]
+
+
 class Build:
     """One configured and finished build folder."""
 
@@ -15,6 +23,7 @@ class Build:
         entries = json.loads((self.folder / "compile_commands.json").read_text(encoding="utf-8"))
         self.commands = {}
         self.source_of = {}
+        self.sources_in = {}
         for entry in entries:
             command = shlex.split(entry["command"])
             if "-o" not in command:
@@ -24,6 +33,7 @@ class Build:
             self.commands[output] = command
             if source.is_relative_to(self.root):
                 self.source_of[output] = str(source.relative_to(self.root))
+                self.sources_in[output] = [str(each.relative_to(self.root)) for each in together(source)]
         self.readers = {}
         output = None
         for line in self._ninja("deps").splitlines():
@@ -80,14 +90,14 @@ class Build:
     def tests_of(self, header):
         """The sources that test a header by itself: those named after it; where few include it, all of those."""
         if not self.named:
-            for output, source in self.source_of.items():
-                if source.startswith("tests/"):
-                    text = (self.root / source).read_text(encoding="utf-8")
-                    for name in re.findall(r'^#include "([^"]+)"', text, re.MULTILINE):
-                        self.named.setdefault(name, []).append(output)
+            for output, sources in self.sources_in.items():
+                texts = [(self.root / each).read_text(encoding="utf-8") for each in sources if each.startswith("tests/")]
+                for name in dict.fromkeys(re.findall(r'^#include "([^"]+)"', "\n".join(texts), re.MULTILINE)):
+                    self.named.setdefault(name, []).append(output)
         outputs = self.named.get(header, [])
         own = f"/{Path(header).stem}Test.cpp"
-        return outputs if len(outputs) <= 3 else [each for each in outputs if self.source_of[each].endswith(own)]
+        return outputs if len(outputs) <= 3 else [each for each in outputs
+                                                  if any(source.endswith(own) for source in self.sources_in[each])]
 
     def compile_command(self, output, tree, target):
         """The command that compiles an object from the sources in another tree into another file."""

@@ -7,7 +7,7 @@ import unittest
 from pathlib import Path
 
 from cpp_changes import described, sites_of, tokens_of
-from mutate_build import Build
+from mutate_build import Build, together
 from mutate_lane import DLL, NATIVE, Change, Lane, LinkError, failing_test
 
 
@@ -126,6 +126,27 @@ class TreeTest(unittest.TestCase):
         self.build.link_includes(self.tree)
         for name in ("core", "com"):
             self.assertEqual(self.tree / name, (self.tree.parent / "include" / name / name).readlink())
+
+
+class TogetherTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = Path(folder.name).resolve()
+        self.one, self.both = self.root / "tests/core/OneTest.cpp", self.root / "build/Unity/unity_0_cxx.cxx"
+        for file, text in ((self.one, '#include "core/One.h"\n'), (self.both, f'#include "{self.one}"\n')):
+            file.parent.mkdir(parents=True)
+            file.write_text(text, encoding="utf-8")
+
+    def test_knows_which_sources_are_compiled_as_one(self):
+        self.assertEqual([self.one], together(self.both))
+        self.assertEqual([self.one], together(self.one))
+
+    def test_finds_the_test_of_a_header_among_them(self):
+        build = Build.__new__(Build)
+        build.root, build.named, build.sources_in = self.root, {}, {"unity.obj": ["tests/core/OneTest.cpp"]}
+        self.assertEqual(["unity.obj"], build.tests_of("core/One.h"))
+        self.assertEqual([], build.tests_of("core/Two.h"))
 
 
 class BuildDouble:

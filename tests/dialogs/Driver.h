@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/resource.h"
 #include "tests/support/Fixture.h"
 
 #include <windows.h>
@@ -11,6 +12,9 @@
 #include <vector>
 
 namespace dialogs {
+
+/// The edit control of an editor.
+inline constexpr int kValueBox = IDC_NEW_VALUE;
 
 /// A dialog of the component while it is shown, worked as a user works it.
 class Shown {

@@ -14,7 +14,6 @@
 namespace dialogs {
 namespace {
 
-constexpr int kBox = IDC_NEW_VALUE;
 constexpr const wchar_t* kRestoring = L"Form_Unload Form frmCPModif4";
 
 class EditorFaultTest : public DialogTest {
@@ -65,8 +64,8 @@ class EditorFaultTest : public DialogTest {
 TEST_F(EditorFaultTest, AMaximumThatCannotBeReadIsReportedAtEachChange) {
     Edit(number_, [this](Shown& dialog) {
         number_.type->Break(L"Max");
-        dialog.Type(kBox, L"7");
-        EXPECT_EQ(dialog.Text(kBox), L"7");
+        dialog.Type(kValueBox, L"7");
+        EXPECT_EQ(dialog.Text(kValueBox), L"7");
         EXPECT_TRUE(dialog.IsOpen());
         dialog.Click(IDCANCEL);
     });
@@ -78,7 +77,7 @@ TEST_F(EditorFaultTest, AnInvalidValueThatCannotBeReadIsReported) {
     Edit(number_, [this](Shown& dialog) {
         number_.type->Break(L"InvalidValue");
         dialog.Click(IDC_INVALID);
-        EXPECT_EQ(dialog.Text(kBox), L"40");
+        EXPECT_EQ(dialog.Text(kValueBox), L"40");
         EXPECT_TRUE(dialog.IsOpen());
         dialog.Click(IDCANCEL);
     });
@@ -91,13 +90,13 @@ TEST_F(EditorFaultTest, WithoutAnInvalidValueToReadTheLimitsHoldOn) {
         number_.type->Break(L"InvalidValue");
         dialog.Click(IDC_INVALID);
         EXPECT_FALSE(dialog.IsTicked(IDC_INVALID));
-        EXPECT_TRUE(dialog.IsEnabled(kBox));
-        dialog.Select(kBox, 0, -1);
-        dialog.Type(kBox, L"101");
-        EXPECT_EQ(dialog.Text(kBox), L"100");
-        dialog.Type(kBox, L"-101");
+        EXPECT_TRUE(dialog.IsEnabled(kValueBox));
+        dialog.Select(kValueBox, 0, -1);
+        dialog.Type(kValueBox, L"101");
+        EXPECT_EQ(dialog.Text(kValueBox), L"100");
+        dialog.Type(kValueBox, L"-101");
         dialog.Click(IDOK);
-        EXPECT_EQ(dialog.Text(kBox), L"-100");
+        EXPECT_EQ(dialog.Text(kValueBox), L"-100");
         dialog.Click(IDCANCEL);
     });
     EXPECT_TRUE(number_.writes.empty());
@@ -125,8 +124,8 @@ TEST_F(EditorFaultTest, AMinimumThatCannotBeReadFailsOk) {
 TEST_F(EditorFaultTest, ALengthThatCannotBeReadIsReported) {
     Edit(text_, [this](Shown& dialog) {
         text_.type->Break(L"Length");
-        dialog.Type(kBox, L"x");
-        EXPECT_EQ(dialog.Text(kBox), L"x");
+        dialog.Type(kValueBox, L"x");
+        EXPECT_EQ(dialog.Text(kValueBox), L"x");
         dialog.Click(IDCANCEL);
     });
     ExpectOneReport(L"Length is out of order", L"txtNewCPValue_Change Form frmCPModif2",
@@ -145,7 +144,7 @@ TEST_F(EditorFaultTest, AWriteBackThatFailsIsReported) {
     structure.SetFields({&number_});
     Edit(structure, [this](Shown& dialog) {
         Next([this](Shown& field) {
-            field.Type(kBox, L"5");
+            field.Type(kValueBox, L"5");
             field.Click(IDOK);
             EXPECT_EQ(number_.writes, std::vector<std::wstring>{L"5"});
             number_.object->Break(L"Value");
@@ -168,12 +167,12 @@ TEST_F(EditorFaultTest, CancelOfAStructureReportsTheFirstValueThatItCannotRestor
     structure.SetFields({&text_, &mode_, &number_});
     Edit(structure, [this](Shown& dialog) {
         Next([](Shown& field) {
-            field.Type(kBox, L"attic");
+            field.Type(kValueBox, L"attic");
             field.Click(IDOK);
         });
         dialog.DoubleClickRow(IDC_FIELDS, 0);
         Next([](Shown& field) {
-            field.Type(kBox, L"5");
+            field.Type(kValueBox, L"5");
             field.Click(IDOK);
         });
         dialog.DoubleClickRow(IDC_FIELDS, 2);
@@ -197,7 +196,7 @@ TEST_F(EditorFaultTest, CancelOfANestedStructureReportsToo) {
     Edit(structure, [this](Shown& dialog) {
         Next([this](Shown& nested) {
             Next([](Shown& field) {
-                field.Type(kBox, L"5");
+                field.Type(kValueBox, L"5");
                 field.Click(IDOK);
             });
             nested.DoubleClickRow(IDC_FIELDS, 0);
@@ -219,7 +218,7 @@ TEST_F(EditorFaultTest, AFieldThatRefusesItsValueAtOkLeavesTheStructureOpen) {
     structure.SetFields({&number_, &text_});
     Edit(structure, [this](Shown& dialog) {
         Next([](Shown& field) {
-            field.Type(kBox, L"attic");
+            field.Type(kValueBox, L"attic");
             field.Click(IDOK);
         });
         dialog.DoubleClickRow(IDC_FIELDS, 1);

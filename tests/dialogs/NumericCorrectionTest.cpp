@@ -14,8 +14,6 @@ namespace {
 using support::ExpectBox;
 using support::Local;
 
-constexpr int kBox = IDC_NEW_VALUE;
-
 class NumericCorrectionTest : public DialogTest {
   protected:
     void Edit(const HostPoint& point, Script script) {
@@ -26,8 +24,8 @@ class NumericCorrectionTest : public DialogTest {
     /// The limit is in the box, all of it selected, and was told once.
     void ExpectCorrected(const Shown& dialog, const std::wstring& limit) {
         SCOPED_TRACE(::testing::PrintToString(limit));
-        EXPECT_EQ(dialog.Text(kBox), limit);
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, static_cast<int>(limit.size())));
+        EXPECT_EQ(dialog.Text(kValueBox), limit);
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, static_cast<int>(limit.size())));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         const auto messages = TakeMessages();
         ASSERT_EQ(messages.size(), 1U);
@@ -45,8 +43,8 @@ TEST_F(NumericCorrectionTest, AfterBackspace) {
     HostPoint cold(L"Cold", L"-12", L"SignedNumeric");
     cold.type->AddText(L"Max", L"-5");
     Edit(cold, [this](Shown& dialog) {
-        dialog.Select(kBox, 3, 3);
-        dialog.Type(kBox, L"\b");
+        dialog.Select(kValueBox, 3, 3);
+        dialog.Type(kValueBox, L"\b");
         ExpectCorrected(dialog, L"-5");
         dialog.Click(IDCANCEL);
     });
@@ -56,9 +54,9 @@ TEST_F(NumericCorrectionTest, AfterEscape) {
     HostPoint high(L"High", L"2000", L"Float");
     high.type->AddText(L"Max", L"1000.25");
     Edit(high, [this](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(kBox), L"2000") << "what is there at opening stays";
-        dialog.Type(kBox, L"7");
-        dialog.Type(kBox, L"\x1B");
+        EXPECT_EQ(dialog.Text(kValueBox), L"2000") << "what is there at opening stays";
+        dialog.Type(kValueBox, L"7");
+        dialog.Type(kValueBox, L"\x1B");
         ExpectCorrected(dialog, Local(L"1000.25"));
         dialog.Click(IDOK);
     });
@@ -69,9 +67,9 @@ TEST_F(NumericCorrectionTest, AfterPasting) {
     HostPoint speed(L"Speed", L"40", L"UnsignedNumeric");
     speed.type->AddText(L"Max", L"100");
     Edit(speed, [this](Shown& dialog) {
-        dialog.Paste(kBox, L"101");
+        dialog.Paste(kValueBox, L"101");
         ExpectCorrected(dialog, L"100");
-        SetWindowTextW(dialog.Control(kBox), L"4711");
+        SetWindowTextW(dialog.Control(kValueBox), L"4711");
         ExpectCorrected(dialog, L"100");
         dialog.Click(IDCANCEL);
     });
@@ -83,7 +81,7 @@ TEST_F(NumericCorrectionTest, NothingWhileTheInvalidValueIsTicked) {
     speed.type->AddText(L"InvalidValue", L"255");
     Edit(speed, [](Shown& dialog) {
         dialog.Click(IDC_INVALID);
-        EXPECT_EQ(dialog.Text(kBox), L"255");
+        EXPECT_EQ(dialog.Text(kValueBox), L"255");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(speed.writes, std::vector<std::wstring>{L"255"});
@@ -95,7 +93,7 @@ TEST_F(NumericCorrectionTest, NoInvalidValueThatIsAWord) {
     speed.type->AddText(L"InvalidValue", L"NaN");
     Edit(speed, [](Shown& dialog) {
         dialog.Click(IDC_INVALID);
-        EXPECT_EQ(dialog.Text(kBox), L"NaN");
+        EXPECT_EQ(dialog.Text(kValueBox), L"NaN");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(speed.writes, std::vector<std::wstring>{L"NaN"});
@@ -107,7 +105,7 @@ TEST_F(NumericCorrectionTest, PutsAZeroBeforeTheMarkOfAnInvalidValueToo) {
     speed.type->AddText(L"InvalidValue", L"-.5");
     Edit(speed, [](Shown& dialog) {
         dialog.Click(IDC_INVALID);
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-.5"));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-.5"));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(speed.writes, std::vector<std::wstring>{Local(L"-0.5")});
@@ -121,20 +119,20 @@ TEST_F(NumericCorrectionTest, TheMaximumIsReadAtEachChangeAndTheMinimumAtOk) {
     speed.type->Add(L"Max", [&](auto) { return com::Variant(max); });
     Edit(speed, [&](Shown& dialog) {
         max = L"50";
-        dialog.Type(kBox, L"51");
+        dialog.Type(kValueBox, L"51");
         ExpectCorrected(dialog, L"50");
         min = L"45.5";
         max = L"";
-        dialog.Type(kBox, L"44");
+        dialog.Type(kValueBox, L"44");
         EXPECT_TRUE(TakeMessages().empty());
         dialog.Click(IDOK);
-        EXPECT_EQ(dialog.Text(kBox), Local(L"45.5"));
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 4));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"45.5"));
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 4));
         const auto messages = TakeMessages();
         ASSERT_EQ(messages.size(), 1U);
         ExpectBox(messages[0], L"The value is less than " + Local(L"45.5"), L"Gateway Object");
         min = L"";
-        dialog.Type(kBox, L"1");
+        dialog.Type(kValueBox, L"1");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(speed.writes, std::vector<std::wstring>{L"1"});

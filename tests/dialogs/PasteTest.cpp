@@ -10,8 +10,6 @@
 namespace dialogs {
 namespace {
 
-constexpr int kBox = IDC_NEW_VALUE;
-
 /// The clipboard, open for a window until this object is gone: no other window
 /// can read it meanwhile.
 class OpenedClipboard {
@@ -28,10 +26,10 @@ class PasteTest : public DialogTest {
     /// stays, all of it selected.
     void ExpectNothingPasted(const std::function<void(Shown& dialog)>& paste) {
         const auto script = [&paste](Shown& dialog) {
-            const std::wstring before = dialog.Text(kBox);
+            const std::wstring before = dialog.Text(kValueBox);
             paste(dialog);
-            EXPECT_EQ(dialog.Text(kBox), before);
-            EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, static_cast<int>(before.size())));
+            EXPECT_EQ(dialog.Text(kValueBox), before);
+            EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, static_cast<int>(before.size())));
             EXPECT_TRUE(dialog.IsEnabled(IDOK));
             dialog.Click(IDOK);
         };
@@ -46,7 +44,7 @@ TEST_F(PasteTest, AnEmptyClipboard) {
             const OpenedClipboard clipboard(dialog);
             EmptyClipboard();
         }
-        dialog.PressPaste(kBox);
+        dialog.PressPaste(kValueBox);
     });
 }
 
@@ -58,7 +56,7 @@ TEST_F(PasteTest, AClipboardOfOtherData) {
             EXPECT_NE(SetClipboardData(RegisterClipboardFormatW(L"A drawing"), GlobalAlloc(GMEM_MOVEABLE, 4)),
                       nullptr);
         }
-        dialog.PressPaste(kBox);
+        dialog.PressPaste(kValueBox);
     });
 }
 
@@ -66,18 +64,18 @@ TEST_F(PasteTest, AClipboardThatAnotherWindowHasOpen) {
     ExpectNothingPasted([](Shown& dialog) {
         dialog.Copy(L"7");
         const OpenedClipboard clipboard(dialog);
-        dialog.PressPaste(kBox);
+        dialog.PressPaste(kValueBox);
     });
 }
 
 TEST_F(PasteTest, ATextThatIsEmptyForTheBox) {
     ExpectNothingPasted([](Shown& dialog) {
-        dialog.Paste(kBox, L"\r\n");
-        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
+        dialog.Paste(kValueBox, L"\r\n");
+        SendMessageW(dialog.Control(kValueBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\r\n"));
     });
     EXPECT_EQ(Edit(Attribute(kSigned, L"12"),
                    [](Shown& dialog) {
-                       dialog.Paste(kBox, L" \t ");
+                       dialog.Paste(kValueBox, L" \t ");
                        dialog.Click(IDOK);
                    }),
               L"12");
@@ -85,8 +83,8 @@ TEST_F(PasteTest, ATextThatIsEmptyForTheBox) {
 
 TEST_F(PasteTest, AnEmptyTextFromADriverTakesTheSelectionAway) {
     Edit(Attribute(kSigned, L"12"), [](Shown& dialog) {
-        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L""));
-        EXPECT_EQ(dialog.Text(kBox), L"");
+        SendMessageW(dialog.Control(kValueBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L""));
+        EXPECT_EQ(dialog.Text(kValueBox), L"");
         dialog.Click(IDCANCEL);
     });
 }

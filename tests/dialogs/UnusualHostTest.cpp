@@ -20,8 +20,6 @@ namespace {
 
 using support::Local;
 
-constexpr int kBox = IDC_NEW_VALUE;
-
 /// A VARIANT that owns nothing.
 template <class T>
 com::Variant Plain(VARTYPE kind, T VARIANT::*member, T value) {
@@ -74,16 +72,16 @@ TEST_F(UnusualHostTest, NumbersMayBeNumbers) {
     point->Add(L"SNVTType", [type](auto) { return com::Variant(type.Get()); });
     EXPECT_EQ(Edit(point.Get(),
                    [](Shown& dialog) {
-                       EXPECT_EQ(dialog.Text(kBox), Local(L"21.5"));
+                       EXPECT_EQ(dialog.Text(kValueBox), Local(L"21.5"));
                        EXPECT_EQ(dialog.Text(IDC_MIN), Local(L"-2.5"));
                        EXPECT_EQ(dialog.Text(IDC_MAX), Local(L"30.25"));
                        EXPECT_FALSE(dialog.IsEnabled(IDC_INVALID));
-                       dialog.Type(kBox, L"31");
-                       EXPECT_EQ(dialog.Text(kBox), Local(L"30.25"));
-                       dialog.Type(kBox, L"-" + Local(L"2.75"));
+                       dialog.Type(kValueBox, L"31");
+                       EXPECT_EQ(dialog.Text(kValueBox), Local(L"30.25"));
+                       dialog.Type(kValueBox, L"-" + Local(L"2.75"));
                        dialog.Click(IDOK);
-                       EXPECT_EQ(dialog.Text(kBox), Local(L"-2.5"));
-                       dialog.Type(kBox, L"-" + Local(L".25"));
+                       EXPECT_EQ(dialog.Text(kValueBox), Local(L"-2.5"));
+                       dialog.Type(kValueBox, L"-" + Local(L".25"));
                        dialog.Click(IDOK);
                    }),
               S_OK);
@@ -211,7 +209,7 @@ TEST_F(UnusualHostTest, AnotherAttributeMayBeEditedMeanwhile) {
                                        inner.Click(IDOK);
                                    }),
                   L"4");
-        dialog.Type(kBox, L"attic");
+        dialog.Type(kValueBox, L"attic");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"attic");
@@ -230,7 +228,7 @@ TEST_F(UnusualHostTest, FieldsMayBeADictionary) {
                        EXPECT_EQ(dialog.Cell(IDC_FIELDS, 1, 1), L"1");
                        Next([](Shown& field) {
                            EXPECT_EQ(field.Text(IDC_NAME), L"Deep");
-                           field.Type(kBox, L"2");
+                           field.Type(kValueBox, L"2");
                            field.Click(IDOK);
                        });
                        dialog.DoubleClickRow(IDC_FIELDS, 1);
@@ -270,7 +268,7 @@ TEST_F(UnusualHostTest, AFieldMadeAnewForEachCallerIsFoundByItsName) {
     EXPECT_EQ(Edit(structure.object.Get(),
                    [this](Shown& dialog) {
                        Next([](Shown& field) {
-                           field.Type(kBox, L"55");
+                           field.Type(kValueBox, L"55");
                            field.Click(IDOK);
                        });
                        dialog.DoubleClickRow(IDC_FIELDS, 0);
@@ -287,7 +285,7 @@ TEST_F(UnusualHostTest, AnAttributeThatIsEditedKeepsItsModuleAndOutlivesItsCalle
     IAttribute* const bare = point.Get();
     std::wstring value;
     Next([&](Shown& dialog) {
-        dialog.Type(kBox, L"attic");
+        dialog.Type(kValueBox, L"attic");
         const com::Ref<IAttribute> last(bare);
         point.Reset();
         dialog.Click(IDOK);
@@ -304,7 +302,7 @@ TEST_F(UnusualHostTest, ATypeThatIsReplacedLeavesTheEditor) {
     const auto value = DialogTest::Edit(point, [](Shown& dialog) {
         EXPECT_EQ(dialog.Text(IDC_TYPE), L"SNVT_str");
         EXPECT_TRUE(dialog.Control(IDC_INVALID)) << "the numeric editor, as chosen at first";
-        dialog.Type(kBox, L"1a3");
+        dialog.Type(kValueBox, L"1a3");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"13");
@@ -325,7 +323,7 @@ TEST_F(UnusualHostTest, TheWindowsOwnCloseIsCancel) {
     mode.type->AddText(L"EnumDesc", L"0,Off;1,On;");
     EXPECT_EQ(Edit(speed.object.Get(),
                    [](Shown& dialog) {
-                       dialog.Type(kBox, L"5");
+                       dialog.Type(kValueBox, L"5");
                        dialog.CloseByItsFrame();
                    }),
               S_OK);

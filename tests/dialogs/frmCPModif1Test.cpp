@@ -10,8 +10,6 @@ namespace {
 using support::ExpectBox;
 using support::Local;
 
-constexpr int kBox = IDC_NEW_VALUE;
-
 class frmCPModif1Test : public DialogTest {};
 
 TEST_F(frmCPModif1Test, ShowsThePointItsTypeAndItsLimits) {
@@ -26,9 +24,9 @@ TEST_F(frmCPModif1Test, ShowsThePointItsTypeAndItsLimits) {
         EXPECT_EQ(dialog.Text(IDC_UNIT), L"\u00B0C");
         EXPECT_EQ(dialog.Text(IDC_INVALID), L"&Invalid value (" + Local(L"327.67") + L")");
         EXPECT_EQ(dialog.Text(IDCANCEL), L"&Cancel");
-        EXPECT_EQ(dialog.Text(kBox), Local(L"21.5"));
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, static_cast<int>(Local(L"21.5").size())));
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"21.5"));
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, static_cast<int>(Local(L"21.5").size())));
+        EXPECT_TRUE(dialog.HasFocus(kValueBox));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         dialog.Click(IDCANCEL);
@@ -37,8 +35,8 @@ TEST_F(frmCPModif1Test, ShowsThePointItsTypeAndItsLimits) {
 
 TEST_F(frmCPModif1Test, WritesWhatWasTyped) {
     const auto value = Edit(Attribute(kSigned, L"21.5"), [](Shown& dialog) {
-        dialog.Type(kBox, L"-" + Local(L"12.75"));
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-12.75"));
+        dialog.Type(kValueBox, L"-" + Local(L"12.75"));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-12.75"));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"-12.75"));
@@ -46,7 +44,7 @@ TEST_F(frmCPModif1Test, WritesWhatWasTyped) {
 
 TEST_F(frmCPModif1Test, CancelLeavesTheValue) {
     const auto value = Edit(Attribute(kSigned, L"21.5"), [](Shown& dialog) {
-        dialog.Type(kBox, L"5");
+        dialog.Type(kValueBox, L"5");
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(value, L"21.5");
@@ -54,46 +52,46 @@ TEST_F(frmCPModif1Test, CancelLeavesTheValue) {
 
 TEST_F(frmCPModif1Test, RefusesKeysThatFormNoNumber) {
     Edit(Attribute(kFloat, L"0"), [](Shown& dialog) {
-        dialog.Type(kBox, L"1a" + Local(L".") + L"2" + Local(L".") + L"e3+-x ");
-        EXPECT_EQ(dialog.Text(kBox), Local(L"1.23"));
-        dialog.Select(kBox, 1, 1);
-        dialog.Type(kBox, Local(L"."));
-        EXPECT_EQ(dialog.Text(kBox), Local(L"1.23"));
-        dialog.Select(kBox, 0, -1);
-        dialog.Type(kBox, Local(L".") + L"5");
-        EXPECT_EQ(dialog.Text(kBox), Local(L".5"));
+        dialog.Type(kValueBox, L"1a" + Local(L".") + L"2" + Local(L".") + L"e3+-x ");
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"1.23"));
+        dialog.Select(kValueBox, 1, 1);
+        dialog.Type(kValueBox, Local(L"."));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"1.23"));
+        dialog.Select(kValueBox, 0, -1);
+        dialog.Type(kValueBox, Local(L".") + L"5");
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L".5"));
         dialog.Click(IDCANCEL);
     });
 }
 
 TEST_F(frmCPModif1Test, TakesASignOnlyWhereTheTypeHasNegatives) {
     Edit(Attribute(kUnsigned, L"5"), [](Shown& dialog) {
-        dialog.Type(kBox, L"-7");
-        EXPECT_EQ(dialog.Text(kBox), L"7");
+        dialog.Type(kValueBox, L"-7");
+        EXPECT_EQ(dialog.Text(kValueBox), L"7");
         dialog.Click(IDCANCEL);
     });
 }
 
 TEST_F(frmCPModif1Test, PastesAWholeNumberOrNothing) {
     Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
-        dialog.Paste(kBox, L" " + Local(L"-2.5") + L"\r\n");
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-2.5"));
-        dialog.Select(kBox, 0, -1);
-        dialog.Paste(kBox, L"12abc");
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-2.5"));
-        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"3x"));
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-2.5"));
-        SendMessageW(dialog.Control(kBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"33"));
-        EXPECT_EQ(dialog.Text(kBox), L"33");
+        dialog.Paste(kValueBox, L" " + Local(L"-2.5") + L"\r\n");
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-2.5"));
+        dialog.Select(kValueBox, 0, -1);
+        dialog.Paste(kValueBox, L"12abc");
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-2.5"));
+        SendMessageW(dialog.Control(kValueBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"3x"));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-2.5"));
+        SendMessageW(dialog.Control(kValueBox), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"33"));
+        EXPECT_EQ(dialog.Text(kValueBox), L"33");
         dialog.Click(IDCANCEL);
     });
 }
 
 TEST_F(frmCPModif1Test, CorrectsAValueAboveTheMaximumWhileItIsTyped) {
     const auto value = Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
-        dialog.Type(kBox, L"501");
-        EXPECT_EQ(dialog.Text(kBox), Local(L"500.25"));
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
+        dialog.Type(kValueBox, L"501");
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"500.25"));
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 6));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"500.25"));
@@ -104,7 +102,7 @@ TEST_F(frmCPModif1Test, CorrectsAValueAboveTheMaximumWhileItIsTyped) {
 
 TEST_F(frmCPModif1Test, ConfirmsAValueAboveTheMaximumThatNobodyTouched) {
     const auto value = Edit(Attribute(kSigned, L"501"), [](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(kBox), L"501");
+        EXPECT_EQ(dialog.Text(kValueBox), L"501");
         dialog.Click(IDOK);
         EXPECT_FALSE(dialog.IsOpen());
     });
@@ -114,12 +112,12 @@ TEST_F(frmCPModif1Test, ConfirmsAValueAboveTheMaximumThatNobodyTouched) {
 
 TEST_F(frmCPModif1Test, RefusesAValueBelowTheMinimumAtOk) {
     const auto value = Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
-        dialog.Type(kBox, L"-101");
+        dialog.Type(kValueBox, L"-101");
         dialog.Click(IDOK);
         EXPECT_TRUE(dialog.IsOpen());
-        EXPECT_EQ(dialog.Text(kBox), Local(L"-100.5"));
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"-100.5"));
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 6));
+        EXPECT_TRUE(dialog.HasFocus(kValueBox));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"-100.5"));
@@ -130,7 +128,7 @@ TEST_F(frmCPModif1Test, RefusesAValueBelowTheMinimumAtOk) {
 
 TEST_F(frmCPModif1Test, ChecksNothingWithoutLimits) {
     const auto value = Edit(Attribute(kFloat, L"1"), [](Shown& dialog) {
-        dialog.Type(kBox, std::wstring(20, L'9'));
+        dialog.Type(kValueBox, std::wstring(20, L'9'));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, std::wstring(20, L'9'));
@@ -138,12 +136,12 @@ TEST_F(frmCPModif1Test, ChecksNothingWithoutLimits) {
 
 TEST_F(frmCPModif1Test, PutsAZeroBeforeALeadingMark) {
     const auto half = Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
-        dialog.Type(kBox, Local(L".5"));
+        dialog.Type(kValueBox, Local(L".5"));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(half, Local(L"0.5"));
     const auto negative = Edit(Attribute(kSigned, L"1"), [](Shown& dialog) {
-        dialog.Type(kBox, L"-" + Local(L".5"));
+        dialog.Type(kValueBox, L"-" + Local(L".5"));
         dialog.Click(IDOK);
     });
     EXPECT_EQ(negative, Local(L"-0.5"));
@@ -151,14 +149,14 @@ TEST_F(frmCPModif1Test, PutsAZeroBeforeALeadingMark) {
 
 TEST_F(frmCPModif1Test, EnablesOkWhenThereIsSomethingToWrite) {
     Edit(Attribute(kSigned, L"12"), [](Shown& dialog) {
-        dialog.Type(kBox, L"\b");
-        EXPECT_EQ(dialog.Text(kBox), L"");
+        dialog.Type(kValueBox, L"\b");
+        EXPECT_EQ(dialog.Text(kValueBox), L"");
         EXPECT_FALSE(dialog.IsEnabled(IDOK));
-        dialog.Type(kBox, L"\r");
+        dialog.Type(kValueBox, L"\r");
         EXPECT_TRUE(dialog.IsOpen());
-        dialog.Type(kBox, Local(L"."));
+        dialog.Type(kValueBox, Local(L"."));
         EXPECT_FALSE(dialog.IsEnabled(IDOK));
-        dialog.Type(kBox, L"5");
+        dialog.Type(kValueBox, L"5");
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDCANCEL);
     });
@@ -166,12 +164,12 @@ TEST_F(frmCPModif1Test, EnablesOkWhenThereIsSomethingToWrite) {
 
 TEST_F(frmCPModif1Test, BackspaceShortensAndPutsTheCaretAtTheEnd) {
     Edit(Attribute(kSigned, L"123"), [](Shown& dialog) {
-        dialog.Select(kBox, 1, 1);
-        dialog.Type(kBox, L"\b");
-        EXPECT_EQ(dialog.Text(kBox), L"23");
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(2, 2));
-        dialog.Type(kBox, L"\b\b\b");
-        EXPECT_EQ(dialog.Text(kBox), L"");
+        dialog.Select(kValueBox, 1, 1);
+        dialog.Type(kValueBox, L"\b");
+        EXPECT_EQ(dialog.Text(kValueBox), L"23");
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(2, 2));
+        dialog.Type(kValueBox, L"\b\b\b");
+        EXPECT_EQ(dialog.Text(kValueBox), L"");
         dialog.Click(IDCANCEL);
     });
 }
@@ -179,10 +177,10 @@ TEST_F(frmCPModif1Test, BackspaceShortensAndPutsTheCaretAtTheEnd) {
 TEST_F(frmCPModif1Test, EscapeResetsTheTextAndEnterConfirms) {
     const auto value = Edit(Attribute(kSigned, L"12"), [](Shown& dialog) {
         dialog.PressKey('7');
-        EXPECT_EQ(dialog.Text(kBox), L"7");
+        EXPECT_EQ(dialog.Text(kValueBox), L"7");
         dialog.PressKey(VK_ESCAPE);
         EXPECT_TRUE(dialog.IsOpen());
-        EXPECT_EQ(dialog.Text(kBox), L"12");
+        EXPECT_EQ(dialog.Text(kValueBox), L"12");
         dialog.PressKey('8');
         dialog.PressKey(VK_RETURN);
         EXPECT_FALSE(dialog.IsOpen());
@@ -193,23 +191,23 @@ TEST_F(frmCPModif1Test, EscapeResetsTheTextAndEnterConfirms) {
 TEST_F(frmCPModif1Test, TicksStoreTheInvalidValueAndClearingGivesTheTextBack) {
     const auto point = Attribute(kSigned, L"12");
     const auto value = Edit(point, [](Shown& dialog) {
-        dialog.Type(kBox, L"\b");
+        dialog.Type(kValueBox, L"\b");
         dialog.Click(IDC_INVALID);
-        EXPECT_EQ(dialog.Text(kBox), Local(L"327.67"));
-        EXPECT_FALSE(dialog.IsEnabled(kBox));
+        EXPECT_EQ(dialog.Text(kValueBox), Local(L"327.67"));
+        EXPECT_FALSE(dialog.IsEnabled(kValueBox));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDC_INVALID);
-        EXPECT_TRUE(dialog.IsEnabled(kBox));
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_TRUE(dialog.IsEnabled(kValueBox));
+        EXPECT_TRUE(dialog.HasFocus(kValueBox));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 6));
         dialog.Click(IDC_INVALID);
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"327.67"));
     Edit(point, [](Shown& dialog) {
         EXPECT_TRUE(dialog.IsTicked(IDC_INVALID));
-        EXPECT_FALSE(dialog.IsEnabled(kBox));
+        EXPECT_FALSE(dialog.IsEnabled(kValueBox));
         EXPECT_TRUE(dialog.HasFocus(IDC_INVALID));
         dialog.Click(IDCANCEL);
     });
@@ -264,7 +262,7 @@ TEST_F(frmCPModif1Test, ATypeWithoutInvalidValueHasNothingToTick) {
 
 TEST_F(frmCPModif1Test, SaysThatATextWithoutANumberCannotBeWritten) {
     const auto value = Edit(Attribute(kSigned, L"12"), [](Shown& dialog) {
-        dialog.Type(kBox, L"-");
+        dialog.Type(kValueBox, L"-");
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDOK);
         EXPECT_TRUE(dialog.IsOpen());

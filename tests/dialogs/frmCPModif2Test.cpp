@@ -8,8 +8,6 @@ namespace {
 
 using support::ExpectBox;
 
-constexpr int kBox = IDC_NEW_VALUE;
-
 class frmCPModif2Test : public DialogTest {};
 
 TEST_F(frmCPModif2Test, ShowsThePointItsTypeAndItsLength) {
@@ -17,9 +15,9 @@ TEST_F(frmCPModif2Test, ShowsThePointItsTypeAndItsLength) {
         EXPECT_EQ(dialog.Text(IDC_NAME), L"Point");
         EXPECT_EQ(dialog.Text(IDC_TYPE), L"SNVT_str");
         EXPECT_EQ(dialog.Text(IDC_LENGTH), L"8 characters at most");
-        EXPECT_EQ(dialog.Text(kBox), L"hall");
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 4));
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_EQ(dialog.Text(kValueBox), L"hall");
+        EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 4));
+        EXPECT_TRUE(dialog.HasFocus(kValueBox));
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         dialog.Click(IDCANCEL);
     });
@@ -27,8 +25,8 @@ TEST_F(frmCPModif2Test, ShowsThePointItsTypeAndItsLength) {
 
 TEST_F(frmCPModif2Test, WritesUnderscoresForBlanks) {
     const auto value = Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
-        dialog.Type(kBox, L"a b");
-        EXPECT_EQ(dialog.Text(kBox), L"a_b");
+        dialog.Type(kValueBox, L"a b");
+        EXPECT_EQ(dialog.Text(kValueBox), L"a_b");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"a_b");
@@ -36,7 +34,7 @@ TEST_F(frmCPModif2Test, WritesUnderscoresForBlanks) {
 
 TEST_F(frmCPModif2Test, CancelLeavesTheValue) {
     const auto value = Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
-        dialog.Type(kBox, L"x");
+        dialog.Type(kValueBox, L"x");
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(value, L"hall");
@@ -44,8 +42,8 @@ TEST_F(frmCPModif2Test, CancelLeavesTheValue) {
 
 TEST_F(frmCPModif2Test, CutsAPastedTextOnce) {
     const auto value = Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
-        dialog.Paste(kBox, L"one two three\r\nfour");
-        EXPECT_EQ(dialog.Text(kBox), L"one_two_");
+        dialog.Paste(kValueBox, L"one two three\r\nfour");
+        EXPECT_EQ(dialog.Text(kValueBox), L"one_two_");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"one_two_");
@@ -58,10 +56,10 @@ TEST_F(frmCPModif2Test, EscapeResetsTheTextAndEnterConfirms) {
     const auto value = Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
         dialog.PressKey('7');
         dialog.PressKey(VK_BACK);
-        EXPECT_EQ(dialog.Text(kBox), L"");
+        EXPECT_EQ(dialog.Text(kValueBox), L"");
         dialog.PressKey(VK_ESCAPE);
         EXPECT_TRUE(dialog.IsOpen());
-        EXPECT_EQ(dialog.Text(kBox), L"hall");
+        EXPECT_EQ(dialog.Text(kValueBox), L"hall");
         dialog.PressKey('8');
         dialog.PressKey(VK_SPACE);
         dialog.PressKey(VK_RETURN);
@@ -72,7 +70,7 @@ TEST_F(frmCPModif2Test, EscapeResetsTheTextAndEnterConfirms) {
 
 TEST_F(frmCPModif2Test, WritesAnEmptyText) {
     const auto value = Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
-        dialog.Type(kBox, L"\b");
+        dialog.Type(kValueBox, L"\b");
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDOK);
     });

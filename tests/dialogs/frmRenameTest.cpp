@@ -14,7 +14,7 @@ namespace {
 
 using support::ExpectBox;
 
-constexpr int kBox = IDC_DEVICE_NAME;
+constexpr int kNameBox = IDC_DEVICE_NAME;
 
 class frmRenameTest : public DialogTest {
   protected:
@@ -49,9 +49,9 @@ TEST_F(frmRenameTest, OpensWithTheNameSelected) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
         EXPECT_EQ(dialog.Caption(), L"Add Gateway Device");
         EXPECT_EQ(dialog.Text(-1), L" Device Name");
-        EXPECT_EQ(dialog.Text(kBox), L"Dev1");
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 4));
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_EQ(dialog.Text(kNameBox), L"Dev1");
+        EXPECT_EQ(dialog.Selection(kNameBox), std::make_pair(0, 4));
+        EXPECT_TRUE(dialog.HasFocus(kNameBox));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         EXPECT_EQ(dialog.DefaultButton(), 0);
         dialog.Click(IDCANCEL);
@@ -62,7 +62,7 @@ TEST_F(frmRenameTest, OpensWithTheNameSelected) {
 
 TEST_F(frmRenameTest, GivesTheNewNameBack) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
-        dialog.Type(kBox, L"a_1");
+        dialog.Type(kNameBox, L"a_1");
         dialog.Click(IDOK);
     });
     EXPECT_EQ(answer.choice, 1);
@@ -72,8 +72,8 @@ TEST_F(frmRenameTest, GivesTheNewNameBack) {
 TEST_F(frmRenameTest, TakesSixCharacters) {
     const auto answer = Rename(L"", [](Shown& dialog) {
         EXPECT_FALSE(dialog.IsEnabled(IDOK));
-        dialog.Type(kBox, L"abcdefg");
-        EXPECT_EQ(dialog.Text(kBox), L"abcdef");
+        dialog.Type(kNameBox, L"abcdefg");
+        EXPECT_EQ(dialog.Text(kNameBox), L"abcdef");
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDOK);
     });
@@ -83,11 +83,11 @@ TEST_F(frmRenameTest, TakesSixCharacters) {
 TEST_F(frmRenameTest, RefusesABadNameAndStaysOpen) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
         for (const wchar_t* name : {L"1a", L"a-b", L"a b"}) {
-            dialog.Select(kBox, 0, -1);
-            dialog.Type(kBox, name);
+            dialog.Select(kNameBox, 0, -1);
+            dialog.Type(kNameBox, name);
             dialog.Click(IDOK);
             EXPECT_TRUE(dialog.IsOpen());
-            EXPECT_EQ(dialog.Text(kBox), name);
+            EXPECT_EQ(dialog.Text(kNameBox), name);
         }
         dialog.Click(IDCANCEL);
     });
@@ -106,10 +106,10 @@ TEST_F(frmRenameTest, JudgesTheFirstCharacterByItsCodeInTheAnsiCodePage) {
     ASSERT_EQ(GetACP(), 1252U) << "the code page that the expectations are of";
     Rename(L"Dev1", [](Shown& dialog) {
         for (const wchar_t* name : {L"\u00e91", L"\u4e2da", L"\u0100b", L"a\u00e9"}) {
-            dialog.Select(kBox, 0, -1);
-            dialog.Type(kBox, name);
+            dialog.Select(kNameBox, 0, -1);
+            dialog.Type(kNameBox, name);
             dialog.Click(IDOK);
-            EXPECT_EQ(dialog.Text(kBox), name);
+            EXPECT_EQ(dialog.Text(kNameBox), name);
         }
         dialog.Click(IDCANCEL);
     });
@@ -127,7 +127,7 @@ TEST_F(frmRenameTest, JudgesTheFirstCharacterByItsCodeInTheAnsiCodePage) {
 
 TEST_F(frmRenameTest, TheKeyCodeZeroConfirms) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
-        SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+        SendMessageW(dialog.Control(kNameBox), WM_CHAR, 0, 0);
         EXPECT_FALSE(dialog.IsOpen());
     });
     EXPECT_EQ(answer.choice, 1);
@@ -137,14 +137,14 @@ TEST_F(frmRenameTest, TheKeyCodeZeroConfirms) {
 TEST_F(frmRenameTest, TheKeyCodeZeroConfirmsNoBadName) {
     const auto answer = Rename(L"", [](Shown& dialog) {
         for (const wchar_t* name : {L"", L"a-b"}) {
-            dialog.Type(kBox, name);
-            SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+            dialog.Type(kNameBox, name);
+            SendMessageW(dialog.Control(kNameBox), WM_CHAR, 0, 0);
             EXPECT_TRUE(dialog.IsOpen());
-            EXPECT_EQ(dialog.Text(kBox), name);
+            EXPECT_EQ(dialog.Text(kNameBox), name);
         }
-        dialog.Select(kBox, 0, -1);
-        dialog.Type(kBox, L"ab");
-        SendMessageW(dialog.Control(kBox), WM_CHAR, 0, 0);
+        dialog.Select(kNameBox, 0, -1);
+        dialog.Type(kNameBox, L"ab");
+        SendMessageW(dialog.Control(kNameBox), WM_CHAR, 0, 0);
     });
     EXPECT_EQ(answer.choice, 1) << "a refusal before does not count";
     EXPECT_EQ(answer.name, L"ab");
@@ -157,8 +157,8 @@ TEST_F(frmRenameTest, TheKeyCodeZeroConfirmsNoBadName) {
 
 TEST_F(frmRenameTest, ALongNameIsShownCutAndLeftAloneByCancel) {
     const auto close = [](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(kBox), L"Longna");
-        EXPECT_EQ(dialog.Selection(kBox), std::make_pair(0, 6));
+        EXPECT_EQ(dialog.Text(kNameBox), L"Longna");
+        EXPECT_EQ(dialog.Selection(kNameBox), std::make_pair(0, 6));
         dialog.CloseByItsFrame();
     };
     const auto answer = Rename(L"Longname", close);
@@ -172,17 +172,17 @@ TEST_F(frmRenameTest, ActivationPutsTheFocusIntoTheName) {
         SendMessageW(dialog.Window(), WM_ACTIVATE, WA_INACTIVE, 0);
         EXPECT_TRUE(dialog.HasFocus(IDCANCEL));
         SendMessageW(dialog.Window(), WM_ACTIVATE, WA_ACTIVE, 0);
-        EXPECT_TRUE(dialog.HasFocus(kBox));
+        EXPECT_TRUE(dialog.HasFocus(kNameBox));
         dialog.Click(IDCANCEL);
     });
 }
 
 TEST_F(frmRenameTest, TakesNoMoreThanSixPastedCharacters) {
     const auto answer = Rename(L"x", [](Shown& dialog) {
-        dialog.Type(kBox, L"\b");
+        dialog.Type(kNameBox, L"\b");
         EXPECT_FALSE(dialog.IsEnabled(IDOK));
-        dialog.Paste(kBox, L"abcdefgh");
-        EXPECT_EQ(dialog.Text(kBox), L"abcdef");
+        dialog.Paste(kNameBox, L"abcdefgh");
+        EXPECT_EQ(dialog.Text(kNameBox), L"abcdef");
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
         dialog.Click(IDOK);
     });
@@ -191,12 +191,12 @@ TEST_F(frmRenameTest, TakesNoMoreThanSixPastedCharacters) {
 
 TEST_F(frmRenameTest, EnterIsLeftToTheName) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
-        dialog.Type(kBox, L"new");
+        dialog.Type(kNameBox, L"new");
         ExpectNoDefaultButton(dialog);
         dialog.PressKey(VK_RETURN);
         EXPECT_TRUE(dialog.IsOpen());
-        EXPECT_TRUE(dialog.HasFocus(kBox));
-        EXPECT_EQ(dialog.Text(kBox), L"new");
+        EXPECT_TRUE(dialog.HasFocus(kNameBox));
+        EXPECT_EQ(dialog.Text(kNameBox), L"new");
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(answer.choice, 2);
@@ -240,7 +240,7 @@ TEST_F(frmRenameTest, OkIsPressedByItsAccessKey) {
 
 TEST_F(frmRenameTest, NoButtonIsTheDefaultOneAfterARoundOfTheTabKey) {
     const auto answer = Rename(L"Dev1", [](Shown& dialog) {
-        for (const int id : {IDOK, IDCANCEL, kBox}) {
+        for (const int id : {IDOK, IDCANCEL, kNameBox}) {
             dialog.PressKey(VK_TAB);
             EXPECT_TRUE(dialog.HasFocus(id));
         }
@@ -249,10 +249,11 @@ TEST_F(frmRenameTest, NoButtonIsTheDefaultOneAfterARoundOfTheTabKey) {
         EXPECT_TRUE(dialog.IsOpen());
         // The focus goes back without the Tab key, and by the dialog's own message.
         SetFocus(dialog.Control(IDOK));
-        SetFocus(dialog.Control(kBox));
+        SetFocus(dialog.Control(kNameBox));
         ExpectNoDefaultButton(dialog);
         SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(IDOK)), TRUE);
-        SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(kBox)), TRUE);
+        SendMessageW(dialog.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(dialog.Control(kNameBox)),
+                     TRUE);
         ExpectNoDefaultButton(dialog);
         SendMessageW(dialog.Control(IDOK), BM_SETSTYLE, BS_DEFPUSHBUTTON, TRUE);
         ExpectNoDefaultButton(dialog);
@@ -264,7 +265,7 @@ TEST_F(frmRenameTest, NoButtonIsTheDefaultOneAfterARoundOfTheTabKey) {
 TEST_F(frmRenameTest, IsReachedByNameWithAVariableByReference) {
     const auto module = NewModule();
     Next([](Shown& dialog) {
-        dialog.Type(kBox, L"new");
+        dialog.Type(kNameBox, L"new");
         dialog.Click(IDOK);
     });
     OLECHAR member[] = L"ShowRename";
@@ -289,8 +290,8 @@ TEST_F(frmRenameTest, IsReachedByNameWithAVariableByReference) {
 TEST_F(frmRenameTest, WritesThroughAReferenceToAText) {
     const auto module = NewModule();
     const auto typeNew = [](Shown& dialog) {
-        EXPECT_EQ(dialog.Text(kBox), L"old");
-        dialog.Type(kBox, L"new");
+        EXPECT_EQ(dialog.Text(kNameBox), L"old");
+        dialog.Type(kNameBox, L"new");
         dialog.Click(IDOK);
     };
     for (const bool isVariablesVariable : {false, true}) {
@@ -322,7 +323,7 @@ TEST_F(frmRenameTest, OpensEmptyForAVariableThatHoldsNothing) {
         argument.vt = kind;
         short choice = 0;
         Next([](Shown& dialog) {
-            EXPECT_EQ(dialog.Text(kBox), L"");
+            EXPECT_EQ(dialog.Text(kNameBox), L"");
             EXPECT_FALSE(dialog.IsEnabled(IDOK));
             dialog.Click(IDCANCEL);
         });
