@@ -5,6 +5,7 @@
 #include "common/ComponentState.h"
 #include "core/ShownValue.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <utility>
@@ -13,8 +14,11 @@ namespace tam {
 
 namespace {
 
-/// No host nests structures as deep; one that contains itself ends here.
-constexpr int kDeepest = 16;
+// No host nests structures as deep, or has as many fields in one. A structure that
+// contains itself ends here where the host makes its objects for each caller: nothing
+// else tells that it is the same one.
+constexpr std::size_t kDeepest = 16;
+constexpr std::size_t kMostFields = 10'000;
 
 /// A field as its collection gave it, with the key when it gave that too.
 struct Entry {
@@ -198,19 +202,51 @@ DataPoint FetchField(const DataPoint& structure, const FieldPlace& place) {
     return DataPoint(ItemOf(*collection.Get(), place.key.Get()).Get());
 }
 
-ValueSnapshot::ValueSnapshot(const DataPoint& point, int depth) {
-    com::Attempt([&] { value_ = point.Value(); });
-    if (depth == kDeepest) {
-        return;
+/// The way down to where a snapshot is read.
+struct ValueSnapshot::Walk {
+    std::vector<IDispatch*> above;
+    std::size_t fieldsLeft = kMostFields;
+
+    bool GoesBelow(const DataPoint& point) const {
+        return above.empty() || (above.size() < kDeepest && IsStructure(point) && !IsAbove(point));
     }
-    // What has no fields may well refuse to be asked for them.
-    com::Attempt([&] {
-        places_ = PlacesOf(point);
-        fields_.reserve(places_.size());
-        for (const FieldPlace& place : places_) {
-            fields_.push_back(ValueSnapshot(place.field, depth + 1));
-        }
-    });
+
+  private:
+    static bool IsStructure(const DataPoint& point) {
+        return GeneralTypeOf(TypeTextOf(point, &DataPointType::GenType)) == GeneralType::Struct;
+    }
+    bool IsAbove(const DataPoint& point) const {
+        return std::ranges::any_of(
+            above, [&](IDispatch* object) { return com::SameObject(object, point.Object()); });
+    }
+};
+
+ValueSnapshot::ValueSnapshot(const DataPoint& point) {
+    Walk walk;
+    *this = ValueSnapshot(point, walk);
+}
+
+ValueSnapshot::ValueSnapshot(const DataPoint& point, Walk& walk) {
+    com::Attempt([&] { value_ = point.Value(); });
+    if (walk.GoesBelow(point)) {
+        walk.above.push_back(point.Object());
+        // What has no fields may well refuse to be asked for them.
+        com::Attempt([&] { ReadFields(point, walk); });
+        walk.above.pop_back();
+    }
+}
+
+void ValueSnapshot::ReadFields(const DataPoint& point, Walk& walk) {
+    std::vector<FieldPlace> places = PlacesOf(point);
+    if (walk.above.size() > 1 && places.size() > walk.fieldsLeft) {
+        return; // the structure's own fields are read however many they are
+    }
+    walk.fieldsLeft -= std::min(places.size(), walk.fieldsLeft);
+    places_ = std::move(places);
+    fields_.reserve(places_.size());
+    for (const FieldPlace& place : places_) {
+        fields_.push_back(ValueSnapshot(place.field, walk));
+    }
 }
 
 std::optional<com::Failure> ValueSnapshot::Restore(const DataPoint& point) const noexcept {

@@ -48,16 +48,19 @@ DataPoint FetchField(const DataPoint& structure, const FieldPlace& place);
 
 /// The values of a data point and of all its fields at one moment, structures
 /// within structures included.
+/// A structure that stands in itself is read once.
 class ValueSnapshot {
   public:
-    explicit ValueSnapshot(const DataPoint& point) : ValueSnapshot(point, 0) {}
+    explicit ValueSnapshot(const DataPoint& point);
 
     /// Writes back what differs by now, the inner values first. What fails is
     /// passed over; the first failure is the answer.
     std::optional<com::Failure> Restore(const DataPoint& point) const noexcept;
 
   private:
-    ValueSnapshot(const DataPoint& point, int depth);
+    struct Walk;
+    ValueSnapshot(const DataPoint& point, Walk& walk);
+    void ReadFields(const DataPoint& point, Walk& walk);
 
     std::optional<std::wstring> value_;
     std::vector<FieldPlace> places_;

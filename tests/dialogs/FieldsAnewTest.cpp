@@ -25,6 +25,8 @@ struct StoredField {
     std::wstring genType = L"SignedNumeric";
     std::vector<StoredField> fields = {};
     std::vector<std::wstring> writes = {};
+    /// The fields of another in place of its own.
+    std::vector<StoredField>* sameAs = nullptr;
 };
 
 com::Ref<NamedObject> ObjectOf(StoredField& stored);
@@ -77,8 +79,8 @@ com::Ref<NamedObject> ObjectOf(StoredField& stored) {
         });
     object->Add(L"SNVTType", [type](auto) { return com::Variant(type.Get()); });
     object->Add(L"Fields", [&stored](auto) {
-        return com::Variant(stored.fields.empty() ? nullptr
-                                                  : CollectionOf(stored.fields, Finds::Names).Get());
+        std::vector<StoredField>& fields = stored.sameAs != nullptr ? *stored.sameAs : stored.fields;
+        return com::Variant(fields.empty() ? nullptr : CollectionOf(fields, Finds::Names).Get());
     });
     return object;
 }
@@ -129,6 +131,20 @@ TEST_F(FieldsAnewTest, CancelGoesBackToTheValuesAtOpening) {
         EXPECT_EQ(fields_[0].value, L"40");
         EXPECT_TRUE(fields_[2].writes.empty());
     }
+}
+
+TEST_F(FieldsAnewTest, AStructureThatContainsItselfSeveralTimesOpens) {
+    fields_ = {{L"Speed", L"40"}, {L"Left", L"1", L"Struct"}, {L"Right", L"2", L"Struct"}};
+    fields_[1].sameAs = &fields_;
+    fields_[2].sameAs = &fields_;
+    EditStructure(Finds::Names, [this](Shown& dialog) {
+        EXPECT_EQ(dialog.Rows(IDC_FIELDS), 3);
+        fields_[0].value = L"55";
+        fields_[2].value = L"3";
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(fields_[0].value, L"40");
+    EXPECT_EQ(fields_[2].value, L"2");
 }
 
 TEST_F(FieldsAnewTest, CancelGoesBackInsideStructuresToo) {

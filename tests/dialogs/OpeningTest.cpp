@@ -163,6 +163,40 @@ TEST_F(OpeningTest, AStructureThatContainsItselfOpens) {
     EXPECT_EQ(structure.value, L"whole");
 }
 
+TEST_F(OpeningTest, AStructureThatContainsItselfSeveralTimesOpens) {
+    HostPoint structure(L"Setpoints", L"whole", L"Struct");
+    HostPoint inner(L"Inner", L"in", L"Struct");
+    structure.SetFields({&structure, &inner, &structure});
+    inner.SetFields({&inner, &structure, &inner});
+    EXPECT_EQ(Edit(structure,
+                   [&](Shown& dialog) {
+                       EXPECT_EQ(dialog.Rows(IDC_FIELDS), 3);
+                       structure.value = L"changed";
+                       inner.value = L"changed";
+                       dialog.Click(IDCANCEL);
+                   }),
+              S_OK);
+    EXPECT_EQ(structure.value, L"whole");
+    EXPECT_EQ(inner.value, L"in");
+}
+
+// A sloppy host answers the fields of the structure for each of its fields.
+TEST_F(OpeningTest, FieldsThatAnswerTheCollectionTheyStandInOpen) {
+    HostPoint structure(L"Setpoints", L"whole", L"Struct");
+    HostPoint first(L"Speed", L"1", L"Float");
+    HostPoint second(L"Mode", L"2", L"Float");
+    for (HostPoint* const point : {&structure, &first, &second}) {
+        point->SetFields({&first, &second});
+    }
+    EXPECT_EQ(Edit(structure,
+                   [&](Shown& dialog) {
+                       second.value = L"3";
+                       dialog.Click(IDCANCEL);
+                   }),
+              S_OK);
+    EXPECT_EQ(second.writes, (std::vector<std::wstring>{L"2"}));
+}
+
 TEST_F(OpeningTest, CancelRestoresFieldsBelowFields) {
     HostPoint deep(L"Deep", L"1", L"Float");
     std::vector<std::unique_ptr<HostPoint>> levels;
