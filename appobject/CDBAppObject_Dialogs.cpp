@@ -53,8 +53,11 @@ STDMETHODIMP CDBAppObject::ShowAbout() {
 }
 
 STDMETHODIMP CDBAppObject::ShowRename(VARIANT* deviceName, BSTR deviceKey, short* choice) {
+    if (choice != nullptr && deviceName == nullptr) {
+        *choice = 0;
+        return com::Refuse(E_POINTER);
+    }
     return Get(choice, [&] {
-        com::Check(deviceName == nullptr ? E_POINTER : S_OK);
         const std::wstring name = TextOf(*deviceName);
         CheckTakesText(*deviceName);
         frmRename form(RenameState(name, com::Text(deviceKey)));

@@ -26,7 +26,7 @@ HRESULT CompilersInterop::SetDBPath(BSTR path) {
 
 HRESULT CompilersInterop::CompileTamObject(VARIANT* document, VARIANT* cdbSize, VARIANT* ddbSize) {
     if (document == nullptr || cdbSize == nullptr || ddbSize == nullptr) {
-        return E_POINTER;
+        return com::Refuse(E_POINTER);
     }
     return Do([&] {
         if (databasePath_.empty()) {

@@ -50,6 +50,17 @@ TEST(CompilersInteropTest, AcceptsEveryKindOfReference) {
     }
 }
 
+TEST(CompilersInteropTest, RefusesAMissingArgumentWithoutTheErrorOfAnEarlierCall) {
+    Compiler compiler;
+    VARIANT text{};
+    com::Ref<ICreateErrorInfo> earlier;
+    ASSERT_EQ(S_OK, CreateErrorInfo(earlier.Put()));
+    ASSERT_EQ(S_OK, SetErrorInfo(0, earlier.As<IErrorInfo>().Get()));
+    EXPECT_EQ(E_POINTER, compiler.Object().CompileTamObject(&text, &text, nullptr));
+    com::Ref<IErrorInfo> left;
+    EXPECT_EQ(S_FALSE, GetErrorInfo(0, left.Put()));
+}
+
 TEST(CompilersInteropTest, FollowsAReferenceToAReference) {
     const Compiler::Result expected = Compiler().Compile(kGood);
     Compiler compiler;
