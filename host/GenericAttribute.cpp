@@ -193,7 +193,7 @@ HRESULT GenericAttribute::get_Max(BSTR* value) {
 }
 
 HRESULT GenericAttribute::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsMacroKey(point_.link, point_.globalKey); });
+    return Get(value, [&] { return IsMacroKey(point_.link, point_.GlobalKey()); });
 }
 
 HRESULT GenericAttribute::SetType(ISNVType* newType) {

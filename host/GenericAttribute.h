@@ -52,7 +52,9 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     HRESULT STDMETHODCALLTYPE put_Value(BSTR value) override;
     HRESULT STDMETHODCALLTYPE get_Name(BSTR* value) override { return Answer(value, point_.Name()); }
     HRESULT STDMETHODCALLTYPE get_NodeType(long* value) override { return Answer(value, 9L); }
-    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override { return Answer(value, point_.globalKey); }
+    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override {
+        return Get(value, [&] { return point_.GlobalKey(); });
+    }
     HRESULT STDMETHODCALLTYPE get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
     HRESULT STDMETHODCALLTYPE BackToDefault() override;
     HRESULT STDMETHODCALLTYPE get_DefaultValue(BSTR* value) override;
@@ -78,7 +80,7 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     HRESULT STDMETHODCALLTYPE get_Min(BSTR* value) override;
     HRESULT STDMETHODCALLTYPE get_Max(BSTR* value) override;
     HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* value) override {
-        return Answer(value, point_.extendedKey);
+        return Get(value, [&] { return point_.ExtendedKey(); });
     }
     HRESULT STDMETHODCALLTYPE get_IsMacroConnected(VARIANT_BOOL* value) override;
 

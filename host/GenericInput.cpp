@@ -41,7 +41,7 @@ HRESULT GenericInput::get_Parent(IAppObject** value) {
 }
 
 HRESULT GenericInput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsMacroKey(point_.link, point_.globalKey); });
+    return Get(value, [&] { return IsMacroKey(point_.link, point_.GlobalKey()); });
 }
 
 HRESULT GenericInput::put_IsConnected(VARIANT_BOOL value) {

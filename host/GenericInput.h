@@ -39,7 +39,9 @@ class GenericInput final : public com::DualObject<GenericInput, IInput, ISubItem
     HRESULT STDMETHODCALLTYPE get_Value(BSTR* value) override { return Answer(value, value_); }
     HRESULT STDMETHODCALLTYPE put_Value(BSTR value) override { return Store(value_, value); }
     HRESULT STDMETHODCALLTYPE get_Name(BSTR* value) override { return Answer(value, point_.Name()); }
-    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override { return Answer(value, point_.globalKey); }
+    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override {
+        return Get(value, [&] { return point_.GlobalKey(); });
+    }
     HRESULT STDMETHODCALLTYPE get_Extended(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE get_Index(long* value) override { return Answer(value, index_); }
     HRESULT STDMETHODCALLTYPE get_CDBPosition(long* value) override;
@@ -48,7 +50,7 @@ class GenericInput final : public com::DualObject<GenericInput, IInput, ISubItem
     }
     HRESULT STDMETHODCALLTYPE get_Parent(IAppObject** value) override;
     HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* value) override {
-        return Answer(value, point_.extendedKey);
+        return Get(value, [&] { return point_.ExtendedKey(); });
     }
     HRESULT STDMETHODCALLTYPE get_IsMacroConnected(VARIANT_BOOL* value) override;
 

@@ -27,6 +27,16 @@ com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const B
     return points;
 }
 
+/// The keys of the collections under their block's key. They are made before anything
+/// is changed: behind them nothing of a key's writing can fail.
+struct CollectionKeys {
+    explicit CollectionKeys(const std::wstring& key)
+        : inputs(key + kInputKey), outputs(key + kOutputKey), attributes(key + kAttributeKey) {}
+    std::wstring inputs;
+    std::wstring outputs;
+    std::wstring attributes;
+};
+
 } // namespace
 
 HRESULT GenericObject::Text(const wchar_t* keyword, BSTR* value) {
@@ -70,12 +80,14 @@ void GenericObject::MakePoints() {
     for (const Definition& definition : definition_->attributes) {
         attributes->Add(GenericAttribute::Make(definition, link));
     }
-    inputs->SetGlobalKey(globalKey_ + kInputKey);
-    outputs->SetGlobalKey(globalKey_ + kOutputKey);
-    attributes->SetGlobalKey(globalKey_ + kAttributeKey);
-    inputs->SetExtendedKey(extendedKey_ + kInputKey);
-    outputs->SetExtendedKey(extendedKey_ + kOutputKey);
-    attributes->SetExtendedKey(extendedKey_ + kAttributeKey);
+    CollectionKeys global(globalKey_);
+    inputs->SetGlobalKey(std::move(global.inputs));
+    outputs->SetGlobalKey(std::move(global.outputs));
+    attributes->SetGlobalKey(std::move(global.attributes));
+    CollectionKeys extended(extendedKey_);
+    inputs->SetExtendedKey(std::move(extended.inputs));
+    outputs->SetExtendedKey(std::move(extended.outputs));
+    attributes->SetExtendedKey(std::move(extended.attributes));
 
     link_->block = nullptr; // points of an earlier call belong to nobody
     link_ = link;
@@ -83,8 +95,9 @@ void GenericObject::MakePoints() {
     outputs_ = outputs;
     attributes_ = attributes;
     created_ = true;
-    if (const auto saved = std::exchange(saved_, std::nullopt)) {
-        TakePoints(*saved);
+    if (saved_) {
+        TakePoints(*saved_); // kept for another Create when this fails
+        saved_.reset();
     }
 }
 
@@ -158,22 +171,26 @@ STDMETHODIMP GenericObject::ViewDatasheet(VARIANT) {
 
 STDMETHODIMP GenericObject::put_GlobalKey(BSTR value) {
     return Do([&] {
-        globalKey_ = com::View(value);
+        std::wstring key = com::Text(value);
+        CollectionKeys keys(key);
+        globalKey_ = std::move(key);
         if (attributes_) {
-            inputs_->SetGlobalKey(globalKey_ + kInputKey);
-            outputs_->SetGlobalKey(globalKey_ + kOutputKey);
-            attributes_->SetGlobalKey(globalKey_ + kAttributeKey);
+            inputs_->SetGlobalKey(std::move(keys.inputs));
+            outputs_->SetGlobalKey(std::move(keys.outputs));
+            attributes_->SetGlobalKey(std::move(keys.attributes));
         }
     });
 }
 
 STDMETHODIMP GenericObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
-        extendedKey_ = com::View(value);
+        std::wstring key = com::Text(value);
+        CollectionKeys keys(key);
+        extendedKey_ = std::move(key);
         if (attributes_) {
-            inputs_->SetExtendedKey(extendedKey_ + kInputKey);
-            outputs_->SetExtendedKey(extendedKey_ + kOutputKey);
-            attributes_->SetExtendedKey(extendedKey_ + kAttributeKey);
+            inputs_->SetExtendedKey(std::move(keys.inputs));
+            outputs_->SetExtendedKey(std::move(keys.outputs));
+            attributes_->SetExtendedKey(std::move(keys.attributes));
         }
     });
 }

@@ -24,11 +24,12 @@ dom::Node ChildOf(const dom::Node& parent, std::wstring_view name, const wchar_t
                   std::wstring_view text = {}) {
     dom::Node found;
     if (parent) {
-        dom::ForEachChild(parent, [&](const dom::Node& child) {
-            if (!found && dom::IsElement(child) && dom::BaseName(child) == name &&
-                (attribute == nullptr || dom::Attribute(child, attribute) == std::wstring(text))) {
-                found = child;
-            }
+        dom::AnyChild(parent, [&](const dom::Node& child) {
+            const bool fits =
+                dom::IsElement(child) && dom::BaseName(child) == name &&
+                (attribute == nullptr || dom::Attribute(child, attribute) == std::wstring(text));
+            found = fits ? child : dom::Node();
+            return fits;
         });
     }
     return found;
@@ -127,6 +128,7 @@ STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
         SavedBlock saved = ReadSaved(dom::NodeOf(element));
         if (created_) {
             TakePoints(saved);
+            saved_.reset(); // of a Create that failed
         }
         userName_ = saved.userName.value_or(userName_);
         x_ = saved.x.value_or(x_);

@@ -50,7 +50,7 @@ HRESULT GenericOutput::get_IsTypeDependent(VARIANT_BOOL* value) {
 }
 
 HRESULT GenericOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
-    return Get(value, [&] { return IsMacroKey(point_.link, point_.globalKey); });
+    return Get(value, [&] { return IsMacroKey(point_.link, point_.GlobalKey()); });
 }
 
 HRESULT GenericOutput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {

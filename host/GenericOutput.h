@@ -50,7 +50,9 @@ class GenericOutput final
         return Answer(value, point_.visible);
     }
     HRESULT STDMETHODCALLTYPE get_Name(BSTR* value) override { return Answer(value, point_.Name()); }
-    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override { return Answer(value, point_.globalKey); }
+    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override {
+        return Get(value, [&] { return point_.GlobalKey(); });
+    }
     HRESULT STDMETHODCALLTYPE get_Index(long* value) override { return Answer(value, index_); }
     HRESULT STDMETHODCALLTYPE get_SNVTCompatible(ICompatibleSNVT** value) override;
     HRESULT STDMETHODCALLTYPE get_SNVTType(ISNVType** value) override { return Answer(value, type_); }
@@ -58,7 +60,7 @@ class GenericOutput final
     HRESULT STDMETHODCALLTYPE get_DisplayWritable(VARIANT_BOOL* value) override { return Writable(value); }
     HRESULT STDMETHODCALLTYPE get_IsTypeDependent(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* value) override {
-        return Answer(value, point_.extendedKey);
+        return Get(value, [&] { return point_.ExtendedKey(); });
     }
     HRESULT STDMETHODCALLTYPE get_IsMacroConnected(VARIANT_BOOL* value) override;
     HRESULT STDMETHODCALLTYPE get_IsDisplayable(VARIANT_BOOL* value) override {
@@ -82,7 +84,9 @@ class GenericOutput final
     // IDisplayItem
     HRESULT STDMETHODCALLTYPE get_DisplayText(BSTR* value) override { return Answer(value, displayText_); }
     HRESULT STDMETHODCALLTYPE put_DisplayText(BSTR value) override { return Store(displayText_, value); }
-    HRESULT STDMETHODCALLTYPE get_key(BSTR* value) override { return Answer(value, point_.extendedKey); }
+    HRESULT STDMETHODCALLTYPE get_key(BSTR* value) override {
+        return Get(value, [&] { return point_.ExtendedKey(); });
+    }
     HRESULT DisplayItemType(long* value) { return Answer(value, 10L); }
     HRESULT STDMETHODCALLTYPE get_Icon(IDispatch** value) override {
         return Answer(value, com::Ref<IDispatch>());

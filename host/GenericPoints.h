@@ -6,6 +6,7 @@
 #include "host/GenericInput.h"
 #include "host/GenericOutput.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,6 +23,8 @@ class GenericPoints : public com::DualObject<Derived, Collection> {
     /// "Duplicate key" for a name that is there already.
     void Add(com::Ref<Item> item) {
         const std::wstring name = item->Point().Name();
+        item->Point().globalKeyAbove = globalKey_;
+        item->Point().extendedKeyAbove = extendedKey_;
         items_.Add(name, std::move(item));
     }
     const Items& All() const noexcept { return items_; }
@@ -30,26 +33,16 @@ class GenericPoints : public com::DualObject<Derived, Collection> {
         const com::Ref<Item>* found = items_.FindKey(name);
         return found != nullptr ? *found : com::Ref<Item>();
     }
-    void SetGlobalKey(std::wstring key) {
-        globalKey_ = std::move(key);
-        for (const auto& item : items_) {
-            item->Point().globalKey = globalKey_ + L"\\" + item->Point().Name();
-        }
-    }
-    void SetExtendedKey(std::wstring key) {
-        extendedKey_ = std::move(key);
-        for (const auto& item : items_) {
-            item->Point().extendedKey = extendedKey_ + L"\\" + item->Point().Name();
-        }
-    }
+    void SetGlobalKey(std::wstring key) noexcept { *globalKey_ = std::move(key); }
+    void SetExtendedKey(std::wstring key) noexcept { *extendedKey_ = std::move(key); }
 
     HRESULT STDMETHODCALLTYPE get_Count(long* value) override {
         return this->Get(value, [&] { return static_cast<long>(items_.Count()); });
     }
     HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* value) override {
-        return this->Answer(value, extendedKey_);
+        return this->Answer(value, *extendedKey_);
     }
-    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override { return this->Answer(value, globalKey_); }
+    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* value) override { return this->Answer(value, *globalKey_); }
     /// By name, else by the position that the text begins with; empty when
     /// neither finds one.
     HRESULT STDMETHODCALLTYPE get_Item(BSTR index, Face** value) override {
@@ -64,8 +57,8 @@ class GenericPoints : public com::DualObject<Derived, Collection> {
 
   private:
     Items items_;
-    std::wstring globalKey_;
-    std::wstring extendedKey_;
+    std::shared_ptr<std::wstring> globalKey_ = std::make_shared<std::wstring>();
+    std::shared_ptr<std::wstring> extendedKey_ = std::make_shared<std::wstring>();
 };
 
 class GenericInputs final : public GenericPoints<GenericInputs, IInputs, IInput, GenericInput> {

@@ -141,6 +141,28 @@ class ServicesFaultTest : public ::testing::Test {
         }
         return fields;
     }
+    /// Both keys of the block, of its collections and of a point of each.
+    Fields OfKeys() const {
+        Fields fields;
+        const auto add = [&](const auto& keyed, auto global, auto extended) {
+            fields.push_back(support::Text(keyed, global));
+            fields.push_back(support::Text(keyed, extended));
+        };
+        add(block_, &IAppObject::get_GlobalKey, &IAppObject::get_ExtendedKey);
+        const auto inputs = support::Object(block_, &IAppObject::get_Inputs);
+        add(inputs, &IInputs::get_GlobalKey, &IInputs::get_ExtendedKey);
+        add(support::Item(inputs, &IInputs::get_Item, L"In2"), &IInput::get_GlobalKey,
+            &IInput::get_ExtendedKey);
+        const auto outputs = support::Object(block_, &IAppObject::get_Outputs);
+        add(outputs, &IOutputs::get_GlobalKey, &IOutputs::get_ExtendedKey);
+        add(support::Item(outputs, &IOutputs::get_Item, L"Out"), &IOutput::get_GlobalKey,
+            &IOutput::get_ExtendedKey);
+        const auto attributes = support::Object(block_, &IAppObject::get_Attributes);
+        add(attributes, &IAttributes::get_GlobalKey, &IAttributes::get_ExtendedKey);
+        add(support::Item(attributes, &IAttributes::get_Item, L"Gain"), &IAttribute::get_GlobalKey,
+            &IAttribute::get_ExtendedKey);
+        return fields;
+    }
     Fields OfPlace() const {
         return {Field(L"UserName", block_, &IAppObject::get_UserName),
                 Field(L"X", support::Double(block_, &IAppObject::get_XPosition)),
@@ -229,6 +251,48 @@ TEST_F(ServicesFaultTest, XmlLoadBeforeCreate) {
     job.run = [this] { return Left{block_->XmlLoad(support::Root(document_).Get()), {}, {}}; };
     job.read = [this] { return OfPlace(); };
     loop_->Run(job);
+}
+
+// A Create that fails keeps what was read for the next one.
+TEST_F(ServicesFaultTest, CreateBehindXmlLoad) {
+    Job job = NewJob("Create of a block behind XmlLoad", {Kind::Memory, Kind::Text});
+    std::optional<HRESULT> created;
+    job.prepare = [&] {
+        created.reset();
+        block_ = NewBlock(kDefinition);
+        com::Check(block_->XmlLoad(support::Root(support::Parse(kSaved)).Get()));
+    };
+    job.run = [&] {
+        created = block_->Create();
+        return Left{*created, {}, {}};
+    };
+    job.read = [&] {
+        if (!created) {
+            return Fields();
+        }
+        if (FAILED(*created)) {
+            com::Check(block_->Create());
+        }
+        return OfPoints();
+    };
+    job.judge = [](const Case& run) { EXPECT_EQ(run.left.fields, run.untouched.fields); };
+    loop_->Run(job);
+}
+
+TEST_F(ServicesFaultTest, KeysOfABlock) {
+    using Put = HRESULT (STDMETHODCALLTYPE IAppObject::*)(BSTR);
+    for (const Put put : {&IAppObject::put_GlobalKey, &IAppObject::put_ExtendedKey}) {
+        Job job = NewJob("key of a block", {Kind::Memory});
+        job.prepare = [this, put] {
+            block_ = CreatedBlock();
+            com::Check(support::Put(block_, put, L"A key that is longer than a small text"));
+        };
+        job.run = [this, put] {
+            return Left{support::Put(block_, put, L"A new key, as long as the old one was"), {}, {}};
+        };
+        job.read = [this] { return OfKeys(); };
+        loop_->Run(job);
+    }
 }
 
 TEST_F(ServicesFaultTest, XMLSaveOfABlock) {
