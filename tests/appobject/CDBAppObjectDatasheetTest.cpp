@@ -141,6 +141,24 @@ TEST_F(CDBAppObjectDatasheetTest, PassesOverSharedSheetsOfOtherObjects) {
     EXPECT_FALSE(Available(Defined(L"<ID>77</ID>")));
 }
 
+// The identifier is a part of the pattern that the file is looked for with.
+TEST_F(CDBAppObjectDatasheetTest, TakesWhateverFitsAnIdThatIsAPattern) {
+    const SharedFolder folder;
+    const TextFile sheet = SharedFolder::File(L"pb_77_en.pdf");
+    const auto module = Defined(L"<ID>*</ID>");
+    EXPECT_TRUE(Available(module));
+    EXPECT_EQ(Opened(module), Ansi(Component::Folder() + L"..\\DataSheets\\pb_77_en.pdf"));
+    EXPECT_TRUE(Available(Defined(L"<ID>7?</ID>")));
+}
+
+TEST_F(CDBAppObjectDatasheetTest, FindsNothingForAnIdThatCannotBeInAName) {
+    const SharedFolder folder;
+    const TextFile sheet = SharedFolder::File(L"pb_77_en.pdf");
+    for (const wchar_t* id : {L"..\\x", L"a|b", L"C:\\x", L"%s%n"}) {
+        EXPECT_FALSE(Available(Defined(std::wstring(L"<ID>") + id + L"</ID>"))) << com::Bstr(id).Get();
+    }
+}
+
 TEST_F(CDBAppObjectDatasheetTest, LooksIntoTheSharedFolderOnlyWithAnId) {
     const SharedFolder folder;
     const TextFile shared = SharedFolder::File(L"pb__en.pdf");

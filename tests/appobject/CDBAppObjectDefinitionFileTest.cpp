@@ -4,6 +4,7 @@
 #include "tests/appobject/Module.h"
 
 #include "common/resource.h"
+#include "tests/support/HostWindows.h"
 #include "tests/support/ImportPatch.h"
 
 #include <array>
@@ -69,6 +70,34 @@ class ParserTexts {
     std::array<ULONG_PTR, 2> originals_{};
 };
 
+/// Documents that are complete at the third question alone, while this object lives.
+class SlowDocuments {
+  public:
+    SlowDocuments() {
+        slot_ = *reinterpret_cast<ULONG_PTR**>(NewDocument().Get()) + kReadyState;
+        original_ = *slot_;
+        asked = 0;
+        WriteProtected(slot_, reinterpret_cast<ULONG_PTR>(&SlowDocuments::Get));
+    }
+    ~SlowDocuments() { WriteProtected(slot_, original_); }
+    SlowDocuments(const SlowDocuments&) = delete;
+    SlowDocuments& operator=(const SlowDocuments&) = delete;
+
+    static inline int asked;
+
+  private:
+    // IUnknown 3, IDispatch 4 and IXMLDOMNode 36 members, then 16 of the document.
+    static constexpr std::size_t kReadyState = 59;
+
+    static HRESULT STDMETHODCALLTYPE Get(IXMLDOMDocument*, long* out) {
+        *out = ++asked < 3 ? 1 : 4;
+        return S_OK;
+    }
+
+    ULONG_PTR* slot_ = nullptr;
+    ULONG_PTR original_ = 0;
+};
+
 /// The component's own file lies in a folder "Moved" while this object lives, as
 /// far as the component can tell.
 class MovedComponent {
@@ -94,6 +123,17 @@ class MovedComponent {
 };
 
 class CDBAppObjectDefinitionFileTest : public ModuleTest {};
+
+TEST_F(CDBAppObjectDefinitionFileTest, GivesTheHostATurnWhileTheDocumentIsNotComplete) {
+    DefineWhole(L"Valve", L"<Tam><AppObject><NAME>Valve</NAME></AppObject></Tam>");
+    const auto module = NewModule();
+    const SlowDocuments slow;
+    const Reposter host;
+    EXPECT_TRUE(Init(module, L"Valve"));
+    EXPECT_EQ(SlowDocuments::asked, 3);
+    EXPECT_EQ(host.Handled(), 2);
+    EXPECT_EQ(Text(module, &IAppObject::get_Name), L"Valve");
+}
 
 TEST_F(CDBAppObjectDefinitionFileTest, IsParsedByTheClassOfDefinitions) {
     constexpr CLSID kDefinitions = {

@@ -198,6 +198,24 @@ TEST_F(CDBAppObjectDefinitionTest, ReportsASizeRowPastTheTable) {
     EXPECT_EQ(Text(module, &IAppObject::get_Name), L"Valve") << "the other children are read";
 }
 
+TEST_F(CDBAppObjectDefinitionTest, BearsAHostThatDropsTheLastReferenceWhileAReportIsShown) {
+    DefineWhole(L"Valve",
+                L"<Tam><AppObject><DataSizes><T6/></DataSizes><NAME>Valve</NAME></AppObject></Tam>");
+    auto module = NewModule();
+    Watcher().OnBox([&](HWND, const bench::Box&) {
+        module.Reset();
+        return false;
+    });
+    IAppObject* const asked = module.Get();
+    VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_EQ(asked->Init(com::Bstr(L"Valve").Get(), &done), S_OK);
+    Watcher().OnBox(nullptr);
+    EXPECT_FALSE(module);
+    EXPECT_EQ(done, VARIANT_TRUE);
+    ExpectOneReport(kSubscriptText, kLocation, kSizes);
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(CDBAppObjectDefinitionTest, ReportsTheLargestRowNumberAsPastTheTable) {
     Defined(L"<DataSizes><T255/></DataSizes>");
     ExpectOneReport(kSubscriptText, kLocation, kSizes);

@@ -315,6 +315,23 @@ TEST_F(CDBAppObjectExportTest, ExportsClearedInputsAsUnconnected) {
     EXPECT_NE(compiler.givenXml.find(L"IsConnected=\"0\""), std::wstring::npos);
 }
 
+TEST_F(CDBAppObjectExportTest, BearsAHostThatDropsTheLastReferenceWhileTheBoxIsShown) {
+    UseDatabaseLocation();
+    auto module = Sized();
+    Watcher().OnBox([&](HWND, const bench::Box&) {
+        module.Reset();
+        return false;
+    });
+    IAppObject* const asked = module.Get();
+    com::Bstr stream;
+    EXPECT_EQ(asked->get_Stream(stream.Put()), S_OK);
+    Watcher().OnBox(nullptr);
+    EXPECT_FALSE(module);
+    EXPECT_NE(stream.View().find(L"DevKey=\"K7\""), std::wstring::npos);
+    ExpectNoCompilerBox();
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(CDBAppObjectExportTest, ClearsNothingWithoutInputs) {
     const auto module = NewModule();
     EXPECT_EQ(module->ClearReferences(), S_OK);
@@ -323,10 +340,10 @@ TEST_F(CDBAppObjectExportTest, ClearsNothingWithoutInputs) {
 }
 
 TEST_F(CDBAppObjectExportTest, GivesTheHostATurnAtEachInputToClear) {
-    const auto module = Sized();
-    OnYield turn([] {});
+    const auto module = Loaded(Stream(L"<In1/><In2/><In3/>"));
+    const Reposter host;
     EXPECT_EQ(module->ClearReferences(), S_OK);
-    EXPECT_TRUE(turn.Ran());
+    EXPECT_EQ(host.Handled(), 3);
     OnYield idle([] {});
     EXPECT_EQ(NewModule()->ClearReferences(), S_OK);
     EXPECT_FALSE(idle.Ran()) << "without an input there is no turn";

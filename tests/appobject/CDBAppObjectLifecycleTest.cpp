@@ -1,4 +1,5 @@
 #include "tests/appobject/Module.h"
+#include "tests/support/ImportPatch.h"
 
 #include "com/LateBound.h"
 
@@ -44,6 +45,31 @@ TEST_F(CDBAppObjectLifecycleConstructionTest, SaysWhichClassHasNoServer) {
                                        L"{7A0E3B52-3A0C-4C3B-9B0E-5D1F528C11A1} has no DLL for " +
                                            std::wstring(sizeof(void*) == 4 ? L"32" : L"64") +
                                            L"-bit programs");
+}
+
+// COM passes the code of the loader on where the class has a DLL that does not load.
+TEST_F(CDBAppObjectLifecycleConstructionTest, SaysWhichClassHasADllThatDoesNotLoad) {
+    static HRESULT answer;
+    const HostClass noFactory(kCompilerClass, kConverterProgId, {});
+    const ImportPatch loader(
+        component.Module(), "CoGetClassObject",
+        reinterpret_cast<const void*>(+[](REFCLSID, DWORD, LPVOID, REFIID, LPVOID* out) WINAPI {
+            *out = nullptr;
+            return answer;
+        }));
+    ASSERT_TRUE(loader.IsImported());
+    for (const HRESULT code :
+         {CO_E_DLLNOTFOUND, CO_E_ERRORINDLL, HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND),
+          HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), HRESULT_FROM_WIN32(ERROR_BAD_EXE_FORMAT)}) {
+        answer = code;
+        EXPECT_FALSE(component.NewModule());
+        EXPECT_EQ(component.LastCreateResult(), REGDB_E_CLASSNOTREG);
+        EXPECT_EQ(LastError().description, L"UnitManager.Converter cannot be loaded: the DLL of its class "
+                                           L"{7A0E3B52-3A0C-4C3B-9B0E-5D1F528C11A1} is not there, lacks "
+                                           L"another DLL, or is not for " +
+                                               std::wstring(sizeof(void*) == 4 ? L"32" : L"64") +
+                                               L"-bit programs");
+    }
 }
 
 TEST_F(CDBAppObjectLifecycleTest, StartsWithEmptyTexts) {

@@ -103,8 +103,7 @@ TEST_F(CDBAppObjectUnusualDefinitionTest, MayBeDeepAndLong) {
     EXPECT_TRUE(Text(module, &IAppObject::get_Category) == text);
 }
 
-TEST_F(CDBAppObjectUnusualDefinitionTest, DoesNotTakeItsIdForAPattern) {
-    // The identifier is a part of the pattern that the data sheet is looked for with.
+TEST_F(CDBAppObjectUnusualDefinitionTest, MayHaveAnyTextForItsId) {
     for (const wchar_t* id : {L"*", L"..\\x", L"?", L"a|b", L"C:\\x", L"%s%n", L"'"}) {
         const auto module = Defined(std::wstring(L"<ID>") + id + L"</ID>");
         EXPECT_EQ(Text(module, &IAppObject::get_ID), id);
