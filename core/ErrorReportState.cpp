@@ -5,7 +5,8 @@ namespace tam {
 ErrorReportState::ErrorReportState(const std::wstring& application, const std::wstring& description,
                                    const std::wstring& callingObject, const std::wstring& callingFunction,
                                    const std::wstring& source)
-    : caption_(application + L" - Error report")
+    : application_(application)
+    , caption_(application + L" - Error report")
     , description_(description)
     , advancedInfo_(L"* Source application (Err.Source): \r\n"
                     L"  " +

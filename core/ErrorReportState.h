@@ -12,6 +12,7 @@ class ErrorReportState {
                      const std::wstring& callingObject, const std::wstring& callingFunction,
                      const std::wstring& source);
 
+    const std::wstring& Application() const noexcept { return application_; }
     const std::wstring& Caption() const noexcept { return caption_; }
     const std::wstring& Description() const noexcept { return description_; }
     /// Six lines, joined by CR LF.
@@ -21,6 +22,7 @@ class ErrorReportState {
     void ToggleAdvanced() noexcept { advancedShown_ = !advancedShown_; }
 
   private:
+    std::wstring application_;
     std::wstring caption_;
     std::wstring description_;
     std::wstring advancedInfo_;

@@ -193,9 +193,6 @@ INT_PTR ModalDialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         return TRUE;
     }
-    case WM_DESTROY:
-        OnClosed();
-        return FALSE;
     default: {
         LRESULT result = 0;
         if (!OnMessage(message, wParam, lParam, result)) {

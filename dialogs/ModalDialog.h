@@ -49,8 +49,6 @@ class ModalDialog {
     virtual bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
     /// What it is about, written down where it is not shown.
     virtual std::wstring Subject() const { return {}; }
-    /// The window is going: references to host objects end here.
-    virtual void OnClosed() {}
 
     HWND Window() const noexcept { return window_; }
     HWND Control(int id) const noexcept { return GetDlgItem(window_, id); }

@@ -13,6 +13,7 @@ void frmError::OnInit() {
     SetWindowTextW(Window(), state_.Caption().c_str());
     SendMessageW(Control(IDC_ERROR_ICON), STM_SETICON,
                  reinterpret_cast<WPARAM>(LoadIconW(nullptr, IDI_ERROR)), 0);
+    SetText(IDC_ERROR_TITLE, state_.Application());
     description_.Show(Control(IDC_ERROR_DESCRIPTION), state_.Description());
     advancedInfo_.Show(Control(IDC_ERROR_ADVANCED_INFO), state_.AdvancedInfo());
 

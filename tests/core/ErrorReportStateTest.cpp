@@ -10,6 +10,7 @@ namespace {
 const ErrorReportState kReport(L"Gateway Object", L"what happened", L"CDBInput", L"Sub XmlLoad", L"O_Tam_id");
 
 TEST(ErrorReportStateTest, ShowsItsTexts) {
+    EXPECT_EQ(kReport.Application(), L"Gateway Object");
     EXPECT_EQ(kReport.Caption(), L"Gateway Object - Error report");
     EXPECT_EQ(kReport.Description(), L"what happened");
     EXPECT_EQ(kReport.AdvancedInfo(), L"* Source application (Err.Source): \r\n  O_Tam_id\r\n"

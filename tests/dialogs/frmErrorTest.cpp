@@ -135,9 +135,12 @@ TEST_F(frmErrorTest, ShowsTheErrorAndFoldsItsAdvancedPart) {
 
 TEST_F(frmErrorTest, ItsTextsAreReadOnlyAndCanBeCopied) {
     Report([](Shown& dialog) {
+        dialog.Click(IDC_ERROR_ADVANCED);
         for (const int id : {IDC_ERROR_DESCRIPTION, IDC_ERROR_ADVANCED_INFO}) {
             EXPECT_NE(GetWindowLongW(dialog.Control(id), GWL_STYLE) & ES_READONLY, 0);
             EXPECT_NE(GetWindowLongW(dialog.Control(id), GWL_STYLE) & WS_TABSTOP, 0);
+            EXPECT_FALSE(dialog.Text(id).empty());
+            EXPECT_EQ(Copied(dialog, id, 0, -1), dialog.Text(id));
         }
         dialog.PressKey(VK_ESCAPE);
         EXPECT_FALSE(dialog.IsOpen());
