@@ -50,6 +50,7 @@ TEST_F(HostTypeTest, ClassifiesEachGeneralType) {
         {L"Bitfield", L"Numeric", false, false},
         {L"UnsignedNumeric", L"Numeric", false, false},
         {L"SignedNumeric", L"Numeric", false, false},
+        {L"Fancy", L"Numeric", false, false}, // a word that is not known
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(row.general)));

@@ -1,5 +1,6 @@
 #include "tests/host/Compiling.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -92,6 +93,16 @@ TEST(ImageTest, LaysOutAnObjectByteByByte) {
     ASSERT_EQ(expected.size() + 4, image.size());
     EXPECT_EQ(expected, Bytes(image.begin(), image.end() - 4));
     EXPECT_EQ(Checksum(image, image.size() - 4), U32(image, image.size() - 4));
+}
+
+TEST(ImageTest, WritesCharactersOfThreeAndFourBytes) {
+    const std::wstring document =
+        Document({}, {},
+                 L"<G LogicalAddress=\"\" SNVTType=\"\" Value=\"\u20AC\U0001F600\" isPermanent=\"0\" "
+                 L"IsConnected=\"0\" EnumDesc=\"\"/>");
+    const Bytes image = BytesOf(Compiler().Compile(document).stream);
+    const Bytes text{0x07, 0x00, 0xE2, 0x82, 0xAC, 0xF0, 0x9F, 0x98, 0x80};
+    EXPECT_FALSE(std::ranges::search(image, text).empty());
 }
 
 TEST(ImageTest, TellsAConnectedInputFromAPermanentOne) {
