@@ -13,10 +13,10 @@ namespace com {
 // Objects of classes outside. Where one is missing, the failure keeps COM's own
 // code and says which class it is and what is wrong with it.
 
-/// Creates an object by its ProgID. Throws tam::RunTimeError.
+/// Creates an object by its ProgID. Throws tam::RunTimeError, CallError without memory.
 Ref<IDispatch> CreateByProgId(const std::wstring& progId);
 
-/// Creates an object by its class identifier, which a message calls `name`.
+/// Creates an object by its class identifier, which a message calls `name`. Throws the same.
 void CreateByClass(REFCLSID clsid, const std::wstring& name, REFIID iid, void** object);
 
 template <class I>

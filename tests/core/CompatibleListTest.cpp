@@ -205,7 +205,6 @@ TEST(CompatibleListTest, KeepsWhatWasAddedBeforeMemoryRunsOut) {
     }
 }
 
-} // namespace
 TEST(CompatibleListTest, AddsOneIdentifierAsItStands) {
     CompatibleList list;
     list.AddId(L"1,2");
@@ -216,5 +215,7 @@ TEST(CompatibleListTest, AddsOneIdentifierAsItStands) {
     EXPECT_TRUE(list.Exists(L"1,2"));
     EXPECT_FALSE(list.Exists(L"1"));
 }
+
+} // namespace
 
 } // namespace tam
