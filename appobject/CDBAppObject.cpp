@@ -117,6 +117,7 @@ STDMETHODIMP CDBAppObject::put_Address(short value) {
 }
 
 STDMETHODIMP CDBAppObject::Contains(ITamInternalAppObject* item, VARIANT_BOOL* value) {
+    const auto kept = This<ITamObject>(); // the item that is asked may drop the last reference
     return Get(value, [&] {
         com::CheckSet(item);
         com::Bstr deviceKey;

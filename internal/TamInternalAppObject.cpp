@@ -94,9 +94,9 @@ TamInternalAppObject::~TamInternalAppObject() {
     }
 }
 
-void TamInternalAppObject::SetUp(std::wstring internalObjectKey, IDispatch* device) {
+void TamInternalAppObject::SetUp(std::wstring internalObjectKey, com::Ref<IDispatch> device) {
     internalObjectKey_ = std::move(internalObjectKey);
-    device_ = com::Ref<IDispatch>(device);
+    device_ = std::move(device);
 }
 
 STDMETHODIMP TamInternalAppObject::Create() {
@@ -156,6 +156,7 @@ void TamInternalAppObject::ApplyVisibility() {
 }
 
 STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    const auto kept = AsChannel(); // the generic object may drop the last reference
     return Do([&] {
         // All that may be refused comes first: an element is saved with both keys or not at all.
         const std::wstring deviceKey = DeviceKey();

@@ -30,7 +30,7 @@ class TamInternalAppObject final
     ~TamInternalAppObject() override;
 
     // The component's own side.
-    void SetUp(std::wstring internalObjectKey, IDispatch* device);
+    void SetUp(std::wstring internalObjectKey, com::Ref<IDispatch> device);
     template <class I>
     com::Ref<I> Inner() const {
         return inner_;

@@ -11,11 +11,12 @@ STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
 STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
     const auto kept = This<IAttribute>(); // the inner attribute may drop the last reference
     return Do([&] {
-        com::Call(inner_, &IAttribute::put_Value, value);
+        const com::Bstr text(com::View(value)); // the inner attribute may end what the caller gave
+        com::Call(inner_, &IAttribute::put_Value, text.Get());
         const auto parent = ParentOf(Owner());
         const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
         if (const auto attribute = ContainerAttribute(*parent.Get(), key)) {
-            com::Call(attribute, &IAttribute::put_Value, value);
+            com::Call(attribute, &IAttribute::put_Value, text.Get());
         }
     });
 }

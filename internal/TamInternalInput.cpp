@@ -26,9 +26,10 @@ void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR va
 STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
     const auto kept = This<IInput>(); // the inner input may drop the last reference
     return Do([&] {
-        com::Call(inner_, &IInput::put_Value, value);
+        const com::Bstr text(com::View(value)); // the inner input may end what the caller gave
+        com::Call(inner_, &IInput::put_Value, text.Get());
         const auto parent = ParentOf(Owner());
-        MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), value);
+        MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), text.Get());
     });
 }
 

@@ -45,6 +45,7 @@ short ConnectedBefore(const com::Ref<IOutputs>& outputs, const std::wstring& key
 } // namespace
 
 STDMETHODIMP TamInternalOutput::putref_CallBack(IDispatch* value) {
+    const auto kept = This<IOutput>(); // the inner output may drop the last reference
     // By name: hosts' outputs differ in how their slot takes the object.
     return Do([&] {
         const com::Variant argument(value);
@@ -85,6 +86,7 @@ STDMETHODIMP TamInternalOutput::get_Parent(IAppObject** value) {
 }
 
 STDMETHODIMP TamInternalOutput::put_IsDisplayable(VARIANT_BOOL value) {
+    const auto kept = This<IOutput>(); // the inner output may drop the last reference
     return Do([&] {
         com::Call(inner_, &IOutput::put_IsDisplayable, value);
         if (const auto output = MatchingOutput()) {

@@ -11,6 +11,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tam {
 
@@ -32,11 +33,10 @@ bool IsModuleObject(std::wstring_view identifier) {
 
 STDMETHODIMP TamObjectManager::IsTamInternalObject(BSTR identifier, VARIANT_BOOL* value) {
     return Get(value, [&] {
-        if (!IsTamLibraryAvailable()) {
-            return false;
-        }
+        // Before the search: a message of the host may end what the caller gave.
         const std::wstring wanted = LowerCase(com::View(identifier));
-        return std::find(kInternalObjects.begin(), kInternalObjects.end(), wanted) != kInternalObjects.end();
+        return IsTamLibraryAvailable() &&
+               std::find(kInternalObjects.begin(), kInternalObjects.end(), wanted) != kInternalObjects.end();
     });
 }
 
@@ -46,12 +46,18 @@ STDMETHODIMP TamObjectManager::IsTamObject(BSTR identifier, VARIANT_BOOL* value)
 
 STDMETHODIMP TamObjectManager::CreateTamInternalAppObject(BSTR* internalObjectKey, IDispatch* device,
                                                           IAppObject** value) {
+    if (value != nullptr && internalObjectKey == nullptr) {
+        *value = nullptr;
+        return com::Refuse(E_POINTER);
+    }
     return Get(value, [&] {
-        com::Check(internalObjectKey == nullptr ? E_POINTER : S_OK);
+        // Before the search: a message of the host may end what the caller gave.
+        std::wstring key = com::Text(*internalObjectKey);
+        com::Ref<IDispatch> held(device);
         com::Ref<TamInternalAppObject> object;
         if (IsTamLibraryAvailable()) {
             object = TamInternalAppObject::Make();
-            object->SetUp(com::Text(*internalObjectKey), device);
+            object->SetUp(std::move(key), std::move(held));
         }
         return com::Ref<IAppObject>(object);
     });

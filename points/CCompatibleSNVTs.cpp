@@ -97,6 +97,7 @@ STDMETHODIMP CCompatibleSNVTs::get_Item(long position, ICompatibleSNVT** value) 
 }
 
 STDMETHODIMP CCompatibleSNVTs::Merge(ICompatibleSNVTs* other, ICompatibleSNVTs** value) {
+    const auto kept = This<ICompatibleSNVTs>(); // the other list may drop the last reference
     return Get(value, [&] {
         com::CheckSet(other);
         return CCompatibleSNVTs::Make(list_.Merge(ListOf(*other)));

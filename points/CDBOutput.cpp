@@ -94,6 +94,7 @@ STDMETHODIMP CDBOutput::put_IsConnected(VARIANT_BOOL value) {
 }
 
 STDMETHODIMP CDBOutput::putref_ConnectedType(IDispatch* value) {
+    const auto kept = Kept(); // the type that is asked may drop the last reference
     return Do([&] {
         const auto type = Required<ISNVType>(value);
         com::Bstr id;

@@ -36,6 +36,24 @@ TEST_F(CDBAppObjectContainsTest, FindsTheKeyInAnInputsName) {
     EXPECT_FALSE(Contains(module, L"AI2"));
 }
 
+TEST_F(CDBAppObjectContainsTest, BearsAnItemThatDropsTheLastReference) {
+    for (const wchar_t* const member : {L"get TamDeviceKey", L"get TamInternalObjectKey"}) {
+        auto module = Loaded(Stream(L"<_AI1_Value/>", L"<Out1/>")).As<ITamObject>();
+        const auto item = Recorder::Make(L"item", {&__uuidof(ITamInternalAppObject)});
+        item->Set(L"TamDeviceKey", L"K7");
+        item->Set(L"TamInternalObjectKey", L"AI1");
+        item->On(member, [&](const Invocation& call) {
+            module.Reset();
+            return call.Answer(std::wstring(member == std::wstring(L"get TamDeviceKey") ? L"K7" : L"AI1"));
+        });
+        ITamObject* const asked = module.Get();
+        VARIANT_BOOL contained = VARIANT_FALSE;
+        EXPECT_EQ(asked->Contains(item->As<ITamInternalAppObject>().Get(), &contained), S_OK);
+        EXPECT_FALSE(module);
+        EXPECT_EQ(contained, VARIANT_TRUE);
+    }
+}
+
 TEST_F(CDBAppObjectContainsTest, FindsTheKeyInAnOutputsName) {
     const auto module = Loaded(Stream(L"<In1/>", L"<Out1/><_AO1_Value/>"));
     EXPECT_TRUE(Contains(module, L"AO1"));

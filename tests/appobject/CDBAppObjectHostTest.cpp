@@ -74,6 +74,18 @@ TEST_F(CDBAppObjectHostShowTest, IsActiveWhileItIsShown) {
     EXPECT_FALSE(Active(module));
 }
 
+TEST_F(CDBAppObjectHostShowTest, BearsAViewThatDropsTheLastReference) {
+    auto module = OnSheet();
+    view->On(L"ShowObject", [&](const Invocation&) {
+        module.Reset();
+        return S_OK;
+    });
+    IAppObject* const asked = module.Get();
+    EXPECT_EQ(asked->Show(), S_OK);
+    EXPECT_FALSE(module);
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(CDBAppObjectHostShowTest, ShowsNothingWithoutAParent) {
     const auto module = NewModule();
     EXPECT_EQ(module->Show(), S_OK);

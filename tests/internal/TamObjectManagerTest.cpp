@@ -270,9 +270,13 @@ TEST_F(TamObjectManagerTest, WantsAPlaceForEachResult) {
 }
 
 TEST_F(TamObjectManagerTest, WantsAPlaceForTheKey) {
-    com::Ref<IAppObject> object;
-    EXPECT_EQ(NewManager()->CreateTamInternalAppObject(nullptr, Device().Get(), object.Put()), E_POINTER);
-    EXPECT_FALSE(object);
+    const auto manager = NewManager();
+    support::LeaveError(L"an earlier call's");
+    int left = 0;
+    auto* object = reinterpret_cast<IAppObject*>(&left); // by the caller
+    EXPECT_EQ(manager->CreateTamInternalAppObject(nullptr, Device().Get(), &object), E_POINTER);
+    EXPECT_FALSE(support::HasLastError()) << "a refusal has no error object";
+    EXPECT_EQ(object, nullptr);
     EXPECT_EQ(Said(), Texts()) << "nothing is searched for";
 }
 

@@ -70,20 +70,25 @@ TEST_F(YieldTest, GivesTheHostATurnBeforeEachElementOfAConfiguration) {
     }
 }
 
-TEST_F(YieldTest, GivesTheHostATurnWhileItSearchesTheLibrary) {
+TEST_F(YieldTest, GivesTheHostATurnAtEachChildOfTheLibraryUpToTheOneItSearches) {
     context->Set(L"Document",
-                 support::Parse(L"<Device><FWVersion><V12><Objects><Library><a/><o_tam_id/></Library>"
-                                L"</Objects></V12></FWVersion></Device>")
+                 support::Parse(L"<Device><FWVersion><V12><Objects><Library><a/><!-- c --><b/><o_tam_id/>"
+                                L"<c/></Library></Objects></V12></FWVersion></Device>")
                      .Get());
     const auto manager = NewManager();
     int count = 0;
-    const Turns turns([&] { ++count; });
+    const Turns* asking = nullptr;
+    const Turns turns([&] {
+        ++count;
+        asking->Ask(); // for the next turn
+    });
+    asking = &turns;
     VARIANT_BOOL answer = VARIANT_FALSE;
     EXPECT_EQ(manager->IsTamObject(com::Bstr(L"o_tam_id").Get(), &answer), S_OK);
     EXPECT_EQ(count, 0);
     EXPECT_EQ(manager->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
     EXPECT_EQ(answer, VARIANT_TRUE);
-    EXPECT_EQ(count, 1);
+    EXPECT_EQ(count, 4);
 }
 
 // The search goes from an element to its next sibling: one that is taken away has none.
@@ -135,6 +140,39 @@ TEST_F(YieldTest, BearsAHostThatDropsTheManagerWhileItSearches) {
     EXPECT_EQ(asked->IsTamInternalObject(com::Bstr(L"o_tam_ai_id").Get(), &answer), S_OK);
     EXPECT_FALSE(manager);
     EXPECT_EQ(answer, VARIANT_TRUE);
+}
+
+TEST_F(YieldTest, BearsAScriptThatChangesTheIdentifierItGaveWhileItSearches) {
+    BSTR identifier = SysAllocString(L"o_tam_ai_id");
+    const Turns turns([&] {
+        wmemset(identifier, L'9', 11);
+        SysFreeString(std::exchange(identifier, nullptr));
+    });
+    VARIANT_BOOL answer = VARIANT_FALSE;
+    EXPECT_EQ(NewManager()->IsTamInternalObject(identifier, &answer), S_OK);
+    EXPECT_EQ(identifier, nullptr);
+    EXPECT_EQ(answer, VARIANT_TRUE);
+}
+
+TEST_F(YieldTest, BearsAScriptThatChangesTheKeyAndTheDeviceItGaveWhileItSearches) {
+    com::Bstr key(L"AI3");
+    Double given = Recorder::Make(L"given", {&__uuidof(IDevice)});
+    given->Set(L"DeviceKey", L"K7");
+    auto heldDevice = given->As<IDispatch>();
+    IDispatch* const handed = heldDevice.Get();
+    const Turns turns([&] {
+        wmemset(key.Get(), L'9', 3);
+        key = com::Bstr(L"DO11");
+        heldDevice.Reset();
+        given.Reset();
+    });
+    com::Ref<IAppObject> object;
+    EXPECT_EQ(NewManager()->CreateTamInternalAppObject(key.Address(), handed, object.Put()), S_OK);
+    EXPECT_FALSE(given);
+    ASSERT_TRUE(object);
+    const auto internal = InternalOf(object);
+    EXPECT_EQ(support::Text(internal, &ITamInternalAppObject::get_TamInternalObjectKey), L"AI3");
+    EXPECT_EQ(support::Text(internal, &ITamInternalAppObject::get_TamDeviceKey), L"K7");
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "tests/points/Points.h"
 #include "tests/support/HostWindows.h"
+#include "tests/support/Recorder.h"
 
 #include "com/LateBound.h"
 
@@ -162,6 +163,23 @@ TEST_F(CCompatibleSNVTsTest, MergesToTheIntersectionInTheOthersOrder) {
     EXPECT_EQ(Shown(Merged(other, list)), L"2,3");
     EXPECT_EQ(Shown(list), L"1,2,3");
     EXPECT_EQ(Shown(other), L"3,2,9");
+}
+
+TEST_F(CCompatibleSNVTsTest, BearsAnotherListThatDropsTheLastReference) {
+    List list = Made(L"1,2,3");
+    const auto entry = Recorder::Make(L"entry", {&__uuidof(ICompatibleSNVT)});
+    entry->On(L"get ID", [&](const Invocation& call) {
+        list.Reset();
+        return call.Answer(std::wstring(L"2"));
+    });
+    const auto other = Recorder::Make(L"other", {&__uuidof(ICompatibleSNVTs)});
+    other->Set(L"Count", 1L);
+    other->Set(L"Item", entry);
+    ICompatibleSNVTs* const asked = list.Get();
+    List merged;
+    EXPECT_EQ(asked->Merge(other->As<ICompatibleSNVTs>().Get(), merged.Put()), S_OK);
+    EXPECT_FALSE(list);
+    EXPECT_EQ(Shown(merged), L"2");
 }
 
 TEST_F(CCompatibleSNVTsTest, MergesWithNothingToNothing) {

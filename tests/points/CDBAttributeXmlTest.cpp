@@ -49,6 +49,25 @@ TEST_F(CDBAttributeXmlTest, ReportsASaveWithoutParentNode) {
     ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XMLSave");
 }
 
+TEST_F(CDBAttributeXmlTest, BearsAHostThatDropsTheLastReferenceWhileABoxIsShown) {
+    auto gain = One().As<_CDBAttribute>();
+    Watcher().OnBox([&](HWND, const bench::Box&) {
+        gain.Reset();
+        module.Reset();
+        return false;
+    });
+    _CDBAttribute* const asked = gain.Get();
+    const auto saved = Saved(L"<Gain><SNVT_TYPE>777</SNVT_TYPE><SNVT_TYPE>95</SNVT_TYPE></Gain>");
+    EXPECT_EQ(asked->XmlLoad(saved.Get()), S_OK);
+    Watcher().OnBox(nullptr);
+    EXPECT_FALSE(gain);
+    const auto boxes = Boxes();
+    ASSERT_EQ(boxes.size(), 1u);
+    ExpectBox(boxes[0], L"Can't find the node related to SNVT ID 777",
+              L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(CDBAttributeXmlTest, LoadsOnlyTheType) {
     const auto gain = One();
     EXPECT_EQ(LoadSaved(gain, L"<Gain><Value>9</Value><SNVT_TYPE>95</SNVT_TYPE><Name>Other</Name></Gain>"),

@@ -158,6 +158,18 @@ TEST_F(CDBOutputTest, ReadsTheIdentifierOfAConnectedTypeAndKeepsNothingElse) {
     EXPECT_EQ(Text(Object(connable, &ISubItemConnable::get_SNVTType), &ISNVType::get_ID), L"105");
 }
 
+TEST_F(CDBOutputTest, BearsAConnectedTypeThatDropsTheLastReference) {
+    auto connable = Output(Loaded(Stream({}, L"<Out1/>")), L"1").As<ISubItemConnable>();
+    const auto type = Recorder::Make(L"type", {&__uuidof(ISNVType)});
+    type->On(L"get ID", [&](const Invocation& call) {
+        connable.Reset();
+        return call.Answer(std::wstring(L"an identifier that is longer than a small text"));
+    });
+    ISubItemConnable* const asked = connable.Get();
+    EXPECT_EQ(asked->putref_ConnectedType(type->As<IDispatch>().Get()), S_OK);
+    EXPECT_FALSE(connable);
+}
+
 TEST_F(CDBOutputTest, HandsAFailingConnectedTypeToTheCaller) {
     const auto connable = One().As<ISubItemConnable>();
     const auto type = UnusualType();

@@ -48,6 +48,22 @@ TEST_F(MacroConnectionsTest, FindsAnInputsAndAnOutputsKey) {
     EXPECT_FALSE(GainIsConnected());
 }
 
+TEST_F(MacroConnectionsTest, BearsAHostThatDropsTheLastReference) {
+    Group({kGain});
+    auto gain = Attribute(module, L"Gain");
+    host.object->On(L"get Groups", [&](const Invocation& call) {
+        gain.Reset();
+        module.Reset();
+        return call.Answer(host.groups.object);
+    });
+    IAttribute* const asked = gain.Get();
+    VARIANT_BOOL connected = VARIANT_FALSE;
+    EXPECT_EQ(asked->get_IsMacroConnected(&connected), S_OK);
+    EXPECT_FALSE(gain);
+    EXPECT_EQ(connected, VARIANT_TRUE);
+    EXPECT_EQ(Dll().CanUnload(), S_OK);
+}
+
 TEST_F(MacroConnectionsTest, IsFalseWithoutGroupsOrItems) {
     EXPECT_FALSE(GainIsConnected());
     Group({});

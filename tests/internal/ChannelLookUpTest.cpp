@@ -10,7 +10,7 @@ namespace internal_tests {
 
 namespace {
 
-class InternalParentTest : public InternalTest {
+class ChannelLookUpTest : public InternalTest {
   protected:
     void TearDown() override {
         contained.clear();
@@ -55,7 +55,7 @@ class InternalParentTest : public InternalTest {
 
 using Texts = std::vector<std::wstring>;
 
-TEST_F(InternalParentTest, GivesAValueToNoAttributeAtThePositionOfItsKey) {
+TEST_F(ChannelLookUpTest, GivesAValueToNoAttributeAtThePositionOfItsKey) {
     for (const wchar_t* key : {L"3", L" 3", L"3rd", L"+3", L"&H3", L"2.6"}) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(key)));
         Attributes(key, {L"AI1_Gain", L"AI2_Gain", L"AI3_Gain"});
@@ -65,13 +65,13 @@ TEST_F(InternalParentTest, GivesAValueToNoAttributeAtThePositionOfItsKey) {
     }
 }
 
-TEST_F(InternalParentTest, GivesAValueToTheAttributeOfItsNameInAnyLetterCase) {
+TEST_F(ChannelLookUpTest, GivesAValueToTheAttributeOfItsNameInAnyLetterCase) {
     Attributes(L"3", {L"AI1_Gain", L"3_GAIN", L"AI3_Gain"});
     EXPECT_EQ(support::Put(AttributeOf(object, L"Gain"), &IAttribute::put_Value, L"5"), S_OK);
     EXPECT_EQ(Left(L"Value"), (Texts{L"none", L"\"5\"", L"none"}));
 }
 
-TEST_F(InternalParentTest, MirrorsWhatItInterceptsToNoAttributeAtThePositionOfItsKey) {
+TEST_F(ChannelLookUpTest, MirrorsWhatItInterceptsToNoAttributeAtThePositionOfItsKey) {
     Attributes(L"3", {L"AI1_Gain", L"AI2_Gain", L"AI3_Gain"});
     gain->Set(L"Value", L"5");
     VARIANT_BOOL handled = VARIANT_FALSE;
@@ -84,7 +84,7 @@ TEST_F(InternalParentTest, MirrorsWhatItInterceptsToNoAttributeAtThePositionOfIt
     EXPECT_EQ(Left(L"SetType"), (Texts{L"none", L"none", L"none"}));
 }
 
-TEST_F(InternalParentTest, GivesADisplayFlagToNoOutputAtThePositionOfItsKey) {
+TEST_F(ChannelLookUpTest, GivesADisplayFlagToNoOutputAtThePositionOfItsKey) {
     Outputs(L"2", {L"AI1_Out", L"AI2_Out"});
     EXPECT_EQ(OutputOf(object, L"Out")->put_IsDisplayable(VARIANT_FALSE), S_OK);
     EXPECT_EQ(out->Value(L"IsDisplayable"), L"False");
@@ -94,7 +94,7 @@ TEST_F(InternalParentTest, GivesADisplayFlagToNoOutputAtThePositionOfItsKey) {
     EXPECT_EQ(Left(L"IsDisplayable"), (Texts{L"False", L"none"}));
 }
 
-TEST_F(InternalParentTest, HasNoReferenceOfAnOutputAtThePositionOfItsKey) {
+TEST_F(ChannelLookUpTest, HasNoReferenceOfAnOutputAtThePositionOfItsKey) {
     Outputs(L"2", {L"AI1_Out", L"AI2_Out"});
     com::Bstr reference;
     ExpectRaised(OutputOf(object, L"Out").As<IDisplayItem>()->get_Reference(reference.Put()), kObjectNotSet);
@@ -104,7 +104,7 @@ TEST_F(InternalParentTest, HasNoReferenceOfAnOutputAtThePositionOfItsKey) {
               L"2_Out");
 }
 
-TEST_F(InternalParentTest, PassesTheErrorOfANameThatCannotBeReadBack) {
+TEST_F(ChannelLookUpTest, PassesTheErrorOfANameThatCannotBeReadBack) {
     constexpr auto kCode = static_cast<HRESULT>(0x8004AAAAu);
     Attributes(L"3", {L"AI1_Gain", L"AI2_Gain", L"AI3_Gain"});
     contained[2]->Fail(L"get Name", kCode, L"no name");

@@ -1,0 +1,94 @@
+#include "com/Dom.h"
+#include "tests/internal/Channel.h"
+
+#include <utility>
+
+// A member asks an object of the host, and the host lets go of the last reference
+// from outside meanwhile. The member goes on to its end all the same.
+
+namespace internal_tests {
+
+namespace {
+
+using LastReferenceTest = InternalTest;
+
+TEST_F(LastReferenceTest, BearsAnInnerInputThatDropsTheLastReference) {
+    const Double mirror = NewInput(L"AI3_In1", L"AI3_In1");
+    container.Fill(L"container", {mirror}, {}, {});
+    auto input = InputOf(Created(), L"In1");
+    BSTR value = SysAllocString(L"1");
+    in1->On(L"put Value", [&](const Invocation&) {
+        input.Reset();
+        wmemset(value, L'9', 1); // nor does the caller's text outlive it
+        SysFreeString(std::exchange(value, nullptr));
+        return S_OK;
+    });
+    IInput* const asked = input.Get();
+    EXPECT_EQ(asked->put_Value(value), S_OK);
+    EXPECT_FALSE(input);
+    EXPECT_EQ(mirror->Value(L"Value"), L"\"1\"");
+}
+
+TEST_F(LastReferenceTest, BearsAnInnerAttributeThatDropsTheLastReference) {
+    const Double mirror = NewAttribute(L"AI3_Gain", L"AI3_Gain");
+    container.Fill(L"container", {}, {}, {mirror});
+    auto attribute = AttributeOf(Created(), L"Gain");
+    BSTR value = SysAllocString(L"2");
+    gain->On(L"put Value", [&](const Invocation&) {
+        attribute.Reset();
+        wmemset(value, L'9', 1);
+        SysFreeString(std::exchange(value, nullptr));
+        return S_OK;
+    });
+    IAttribute* const asked = attribute.Get();
+    EXPECT_EQ(asked->put_Value(value), S_OK);
+    EXPECT_FALSE(attribute);
+    EXPECT_EQ(mirror->Value(L"Value"), L"\"2\"");
+}
+
+TEST_F(LastReferenceTest, BearsAnInnerOutputThatDropsTheLastReference) {
+    const Double mirror = NewOutput(L"AI3_Out", L"AI3_Out");
+    container.Fill(L"container", {}, {mirror}, {});
+    auto output = OutputOf(Created(), L"Out");
+    out->On(L"put IsDisplayable", [&](const Invocation&) {
+        output.Reset();
+        return S_OK;
+    });
+    IOutput* const asked = output.Get();
+    EXPECT_EQ(asked->put_IsDisplayable(VARIANT_TRUE), S_OK);
+    EXPECT_FALSE(output);
+    EXPECT_EQ(mirror->Value(L"IsDisplayable"), L"True");
+}
+
+TEST_F(LastReferenceTest, BearsAnInnerOutputThatDropsTheLastReferenceForACallBack) {
+    auto output = OutputOf(Created(), L"Out");
+    out->On(L"set CallBack", [&](const Invocation&) {
+        output.Reset();
+        ForgetDoubles(); // the inner output ends with the channel's object
+        return S_OK;
+    });
+    IOutput* const asked = output.Get();
+    EXPECT_EQ(asked->putref_CallBack(nullptr), S_OK);
+    EXPECT_FALSE(output);
+}
+
+TEST_F(LastReferenceTest, BearsAGenericObjectThatDropsTheLastReferenceWhileItSaves) {
+    auto object = Created();
+    const support::Document document = support::Parse(L"<Project/>");
+    const auto root = support::Root(document);
+    generic.object->On(L"XMLSave", [&](const Invocation&) {
+        object.Reset();
+        com::Ref<IXMLDOMElement> saved;
+        com::Check(document->createElement(com::Bstr(L"Level").Get(), saved.Put()));
+        return root->appendChild(saved.Get(), nullptr);
+    });
+    IAppObject* const asked = object.Get();
+    EXPECT_EQ(asked->XMLSave(root.Get(), document.Get()), S_OK);
+    EXPECT_FALSE(object);
+    EXPECT_EQ(tam::dom::TextOf(tam::dom::Select(tam::dom::Node(root), L"Level/TamObjectKey")), L"AI3");
+    EXPECT_EQ(tam::dom::TextOf(tam::dom::Select(tam::dom::Node(root), L"Level/DevKey")), L"DEV7");
+}
+
+} // namespace
+
+} // namespace internal_tests
