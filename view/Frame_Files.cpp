@@ -57,8 +57,7 @@ bool Frame::AskToSave() {
 }
 
 void Frame::Load(const std::wstring& file) {
-    const DWORD start = GetTickCount();
-    loadStart_ = start;
+    loadStart_ = GetTickCount();
     {
         const Busy busy(*this);
         HCURSOR const former = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
@@ -115,7 +114,9 @@ void Frame::Load(const std::wstring& file) {
         Fill();
         if (isLoaded_) {
             settings_.recent.Add(file);
-            Say(Text(IDS_LOADED, NameOf(file), std::to_wstring(GetTickCount() - start)));
+            Say(Text(IDS_LOADED, NameOf(file),
+                     std::to_wstring(pages_[0].table.Rows().size() + pages_[1].table.Rows().size() +
+                                     pages_[2].table.Rows().size())));
         }
     }
     UpdateTitle();
