@@ -129,7 +129,7 @@ class CheckedChannelLoadTest : public InternalTest {
 };
 
 TEST_F(CheckedChannelLoadTest, HoldsForDefinitions) {
-    ForEachRound({FromUtf8(ReadFile(TAM_FUZZ_DOCUMENTS L"good-channel.xml")),
+    ForEachRound({FromUtf8(ReadFile(CorpusFolder() + L"good-channel.xml")),
                   FromUtf8(ReadFile(SamplesFolder() + L"channels\\O_Tam_AO_id.xml")),
                   FromUtf8(ReadFile(SamplesFolder() + L"channels\\O_Tam_AI_id.xml"))},
                  [&](const std::wstring& text) { CompareDefinition(text); });
@@ -138,7 +138,7 @@ TEST_F(CheckedChannelLoadTest, HoldsForDefinitions) {
 
 TEST_F(CheckedChannelLoadTest, HoldsForLibraries) {
     ForEachRound(
-        {FromUtf8(ReadFile(TAM_FUZZ_DOCUMENTS L"good-library.xml")),
+        {FromUtf8(ReadFile(CorpusFolder() + L"good-library.xml")),
          L"<?xml version=\"1.0\"?>\n<Device>\n  <Stream>streams/channels.xml</Stream>\n  <FWVersion>\n"
          L"    <V1_00>\n      <Objects>\n        <Library>\n          <o_tam_ai_id/>\n"
          L"          <o_tam_id/>\n        </Library>\n      </Objects>\n    </V1_00>\n    <V2_10>\n"
