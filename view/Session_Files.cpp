@@ -75,7 +75,7 @@ std::string WithoutDeclaration(std::string text) {
 } // namespace
 
 std::string Session::StreamText(const std::vector<bench::PointValue>& changes) const {
-    return bench::Utf8(bench::WithValues(host_->StreamText(), changes));
+    return bench::WithValues(host_->StreamText(), changes);
 }
 
 void Session::SaveProject(const std::wstring& path, const std::vector<bench::PointValue>& changes) {
