@@ -27,7 +27,7 @@ def is_for(kind, name, places):
 def programs_of(build, kind, places):
     """The paths of a kind's test programs from its folder, in the order in which they run."""
     folder = build / kind
-    found = sorted(folder.glob("tests/*/*_tests.exe"), key=lambda path: (path.name, path))
+    found = sorted(folder.glob("tests/**/*_tests.exe"), key=lambda path: (path.name, path))
     return [path.relative_to(folder).as_posix() for path in found if is_for(kind, path.stem, places)]
 
 
@@ -36,7 +36,8 @@ def command_file(template, programs):
     ends lines, or labels are not found."""
     calls = []
     for kind, path in programs:
-        _, folder, name = path.split("/")
+        folder, _, name = path.removeprefix("tests/").rpartition("/")
+        folder = folder.replace("/", "\\")
         calls.append(f"call :run {kind} {folder} {name.removesuffix('.exe')}")
     return template.replace("rem @PROGRAMS@", "\n".join(calls)).replace("\n", "\r\n").encode("ascii")
 

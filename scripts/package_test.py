@@ -156,9 +156,9 @@ class KitTest(unittest.TestCase):
 
     def test_command_file_has_a_line_for_each_program_and_ends_of_windows(self):
         made = command_file("@echo off\nrem @PROGRAMS@\n:run\n", [("win32", "tests/core/core_tests.exe"),
-                                                                 ("win64", "tests/com/com_tests.exe")])
+                                                                 ("win64", "tests/view/model/view_tests.exe")])
         self.assertEqual(made, b"@echo off\r\ncall :run win32 core core_tests\r\n"
-                               b"call :run win64 com com_tests\r\n:run\r\n")
+                               b"call :run win64 view\\model view_tests\r\n:run\r\n")
 
     def test_a_program_has_no_time_in_it(self):
         first, second = (bytearray(binary(0x14C, (1, 0, 0, 0))) for _ in range(2))
