@@ -53,37 +53,33 @@ CDBAppObject::CDBAppObject()
     unitsManager_ = com::CreateByProgId(kConverterProgId);
 }
 
+template <class Give>
+void CDBAppObject::TakeKey(std::wstring& field, BSTR value, Give give) {
+    std::wstring key(com::View(value));
+    CollectionKeys keys(key);
+    field = std::move(key);
+    if (attributes_) {
+        give(*attributes_.Get(), std::move(keys.attributes));
+    }
+    if (inputs_) {
+        give(*inputs_.Get(), std::move(keys.inputs));
+    }
+    if (outputs_) {
+        give(*outputs_.Get(), std::move(keys.outputs));
+    }
+}
+
 STDMETHODIMP CDBAppObject::put_GlobalKey(BSTR value) {
     return Do([&] {
-        std::wstring key(com::View(value));
-        CollectionKeys keys(key);
-        data_.notes.globalKey = std::move(key);
-        if (attributes_) {
-            attributes_->SetGlobalKey(std::move(keys.attributes));
-        }
-        if (inputs_) {
-            inputs_->SetGlobalKey(std::move(keys.inputs));
-        }
-        if (outputs_) {
-            outputs_->SetGlobalKey(std::move(keys.outputs));
-        }
+        TakeKey(data_.notes.globalKey, value,
+                [](auto& points, NewCollectionKey key) { points.SetGlobalKey(std::move(key)); });
     });
 }
 
 STDMETHODIMP CDBAppObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
-        std::wstring key(com::View(value));
-        CollectionKeys keys(key);
-        data_.notes.extendedKey = std::move(key);
-        if (attributes_) {
-            attributes_->SetExtendedKey(std::move(keys.attributes));
-        }
-        if (inputs_) {
-            inputs_->SetExtendedKey(std::move(keys.inputs));
-        }
-        if (outputs_) {
-            outputs_->SetExtendedKey(std::move(keys.outputs));
-        }
+        TakeKey(data_.notes.extendedKey, value,
+                [](auto& points, NewCollectionKey key) { points.SetExtendedKey(std::move(key)); });
     });
 }
 

@@ -145,6 +145,10 @@ class CDBAppObject final
         return defaultValues_.Find(attribute);
     }
 
+    /// A key of the module and what follows from it; `give` hands a collection its own.
+    template <class Give>
+    void TakeKey(std::wstring& field, BSTR value, Give give);
+
     // Definition
     bool LoadDefinition(const std::wstring& name);
     void GetBasicInfos() noexcept;
