@@ -1,5 +1,8 @@
+#include "common/ComponentState.h"
 #include "tests/members/Members.h"
 #include "tests/support/Recorder.h"
+
+#include <string>
 
 using namespace members;
 using namespace support;
@@ -54,6 +57,58 @@ TEST_F(CDBAppObjectTest, KeepsItsChannelNumber) {
     module->SetChannelNumber(0);
     EXPECT_EQ(0, module->ChannelNumber());
     EXPECT_EQ(255, Module()->ChannelNumber());
+}
+
+/// Reads a definition with this content.
+void Init(const com::Ref<tam::CDBAppObject>& module, const std::wstring& content) {
+    const TextFile file(tam::State().AppPath + L"Sized.xml", L"<Tam>" + content + L"</Tam>");
+    VARIANT_BOOL done = VARIANT_FALSE;
+    EXPECT_EQ(S_OK, module->Init(com::Bstr(L"Sized").Get(), &done));
+    EXPECT_EQ(VARIANT_TRUE, done);
+}
+
+TEST_F(CDBAppObjectTest, TheLastDefinitionOverwritesTheRowsOfSizesThatItHas) {
+    tam::State().DataSizes = {};
+    Init(Module(), L"<AppObject><DataSizes><T0 Name='a' CDB_Size='1' Size_area_1='2' Size_area_2='3'/>"
+                   L"<x2 Name='c' CDB_Size='9'/></DataSizes></AppObject>");
+    using Row = tam::DataSizeEntry;
+    const tam::DataSizeTable& table = tam::State().DataSizes;
+    EXPECT_EQ((Row{L"a", 1, 2, 3}), table.Rows()[0]);
+    EXPECT_EQ((Row{L"c", 9, 0, 0}), table.Rows()[2]);
+    EXPECT_EQ(2, table.Count());
+    Init(Module(), L"<AppObject><DataSizes><T0 Name='b' CDB_Size='4' Size_area_1='5' Size_area_2='255'/>"
+                   L"</DataSizes></AppObject>");
+    EXPECT_EQ((Row{L"b", 4, 5, 255}), table.Rows()[0]);
+    EXPECT_EQ(Row(), table.Rows()[1]);
+    EXPECT_EQ((Row{L"c", 9, 0, 0}), table.Rows()[2]);
+    EXPECT_EQ(1, table.Count());
+}
+
+// Hosts are told that there is no default value; the component keeps it.
+TEST_F(CDBAppObjectTest, KeepsTheDefaultValueOfNumbersAlone) {
+    const std::wstring kinds[] = {L"Float", L"SignedNumeric", L"UnsignedNumeric",
+                                  L"Enum",  L"Textual",       L"Struct"};
+    std::wstring entries;
+    std::wstring attributes;
+    std::wstring defaults;
+    for (int i = 0; i < 6; ++i) {
+        const std::wstring number = std::to_wstring(i + 1);
+        entries +=
+            L"<SNVT_" + number + L"><NAME>kind</NAME><TYPE>" + kinds[i] + L"</TYPE></SNVT_" + number + L">";
+        attributes += L"<A" + number + L"><SNVTTYPE>" + number + L"</SNVTTYPE></A" + number + L">";
+        defaults += L"<A" + number + L"><DefaultValue>1,5</DefaultValue></A" + number + L">";
+    }
+    UseCatalogue(entries);
+    const auto module = Module();
+    tam::State().DecimalSeparator = L".";
+    Init(module, L"<AppObject/><Attributes>" + defaults + L"</Attributes>");
+    ASSERT_EQ(S_OK, module->LoadFromXmlStream(com::Bstr(Stream({}, {}, attributes)).Get()));
+    Boxes(); // entries without limits are told
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(i < 3 ? L"1.5" : L"",
+                  module->Attributes()->GetItem(std::to_wstring(i + 1))->Data().defaultValue)
+            << com::Bstr(kinds[i]).Get();
+    }
 }
 
 TEST_F(CDBAppObjectTest, EndsThePlugInWhileItIsShown) {

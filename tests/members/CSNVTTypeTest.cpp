@@ -1,6 +1,8 @@
+#include "common/ComponentState.h"
 #include "tests/members/Members.h"
 
 #include <initializer_list>
+#include <string>
 
 using namespace members;
 using namespace support;
@@ -46,6 +48,23 @@ TEST_F(CSNVTTypeTest, AGeneralTypeThatWasForcedGivesWayToALoadedOne) {
     type->SetGenType(L"Textual");
     EXPECT_EQ(L"Textual", type->Data().generalType);
     EXPECT_EQ(L"8", type->Id());
+}
+
+// Once when they are stored, and again when they are read.
+TEST_F(CSNVTTypeTest, LimitsFollowTheDecimalMarkOfTheMomentTheyAreRead) {
+    const std::wstring before = tam::State().DecimalSeparator;
+    tam::State().DecimalSeparator = L".";
+    UseCatalogue(L"<SNVT_8><NAME>temp</NAME><TYPE>Float</TYPE><UNIT>C</UNIT><BACNETUNIT>62</BACNETUNIT>"
+                 L"<MIN>-12,5</MIN><MAX>40.25</MAX><LENGTH>4</LENGTH><A_COEF>1</A_COEF><B_COEF>0</B_COEF>"
+                 L"<C_COEF>0</C_COEF><INVALIDVALUE>0</INVALIDVALUE></SNVT_8>");
+    const auto type = tam::CSNVTType::Make();
+    type->SetId(L"8");
+    EXPECT_EQ(L"-12.5", type->Data().min);
+    EXPECT_EQ(L"40.25", type->Data().max);
+    tam::State().DecimalSeparator = L",";
+    EXPECT_EQ(L"-12,5", Text(Seen(type), &ISNVType::get_Min));
+    EXPECT_EQ(L"40,25", Text(Seen(type), &ISNVType::get_Max));
+    tam::State().DecimalSeparator = before;
 }
 
 TEST_F(CSNVTTypeTest, AnEnumerationDescriptionIsAnsweredByBothInterfaces) {
