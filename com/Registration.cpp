@@ -8,6 +8,7 @@
 #include "com/Boundary.h"
 #include "com/Dll.h"
 #include "com/Registry.h"
+#include "com/RegistryOwners.h"
 #include "com/RegistryView.h"
 
 #include <set>
@@ -21,7 +22,6 @@ namespace {
 
 /// The automation marshaler, which reads the type library.
 constexpr const wchar_t* kAutomationProxy = L"{00020424-0000-0000-C000-000000000046}";
-constexpr const wchar_t* kClasses = L"Software\\Classes\\";
 
 enum class Action { Register, Unregister };
 
@@ -38,61 +38,46 @@ struct Plan {
     std::set<std::wstring> keys;
     std::vector<Entry> entries;
 
-    void Key(const std::wstring& path) { keys.insert(kClasses + path); }
+    void Key(const std::wstring& path) { keys.insert(kClassesPath + path); }
     void Value(const std::wstring& path, const std::wstring& text, const std::wstring& value = {}) {
-        entries.push_back({kClasses + path, TextValue(value, text)});
+        entries.push_back({kClassesPath + path, TextValue(value, text)});
     }
 };
 
-std::wstring TextOfGuid(REFGUID guid) {
-    wchar_t text[40] = {};
-    StringFromGUID2(guid, text, 40);
-    return text;
-}
-
-bool FileExists(const std::wstring& path) {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-bool SameText(const std::wstring& left, const std::wstring& right) {
-    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
-std::wstring ReadClassesText(HKEY root, const std::wstring& path, REGSAM view = 0) {
-    const RegistryKey key = OpenKey(root, (kClasses + path).c_str(), view);
-    return key ? ReadText(key) : std::wstring();
-}
-
-/// True when a class is registered for the other kind of process, with a file
-/// that exists and is not this one.
-bool OtherKindHas(const std::wstring& clsid, HKEY root) {
-    const REGSAM view = OtherView();
-    const std::wstring file =
-        view == 0 ? std::wstring() : ReadClassesText(root, L"CLSID\\" + clsid + L"\\InprocServer32", view);
-    return !file.empty() && !SameText(file, ThisDll().FilePath()) && FileExists(PathOfOtherKind(file));
-}
-
 /// True when the name stays as it is: it stands for another class, or the other
 /// kind of process still needs it.
-bool NameStays(const ClassEntry& entry, const std::wstring& clsid, Action action, HKEY root) {
-    const std::wstring other = ReadClassesText(root, std::wstring(entry.progId) + L"\\CLSID");
+bool NameStays(const ClassEntry& entry, const std::wstring& clsid, Action action,
+               const RegistryOwners& owners) {
+    const std::wstring other = owners.ClassOfName(entry.progId);
     if (other.empty()) {
         return false;
     }
     if (SameText(other, clsid)) {
-        return action == Action::Unregister && OtherKindHas(clsid, root);
+        return action == Action::Unregister && owners.OtherKindHas(clsid);
     }
-    return entry.rule == ProgIdRule::Own
-               ? action == Action::Unregister
-               : FileExists(ReadClassesText(root, L"CLSID\\" + other + L"\\InprocServer32")) ||
-                     OtherKindHas(other, root);
+    return entry.rule == ProgIdRule::Own ? action == Action::Unregister : owners.ClassExists(other);
+}
+
+/// True when the class stays as it is: another file has it. Registering takes it over,
+/// but from another maker the class of a service: our own copies name our library.
+bool ClassStays(const ClassEntry& entry, const std::wstring& clsid, const std::wstring& library,
+                Action action, const RegistryOwners& owners) {
+    if (!owners.AnotherFileHas(clsid)) {
+        return false;
+    }
+    return action == Action::Unregister ||
+           (entry.rule == ProgIdRule::Shared &&
+            !SameText(owners.Text(L"CLSID\\" + clsid + L"\\TypeLib"), library));
 }
 
 void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library,
-               HKEY root) {
+               const RegistryOwners& owners) {
     const std::wstring clsid = TextOfGuid(*entry.id);
+    if (ClassStays(entry, clsid, library, plan.action, owners)) {
+        return;
+    }
     const std::wstring key = L"CLSID\\" + clsid;
-    const bool nameIsOurs = entry.progId != nullptr && !NameStays(entry, clsid, plan.action, root);
+    const bool nameIsOurs = entry.progId != nullptr && !NameStays(entry, clsid, plan.action, owners);
     plan.Key(key);
     if (nameIsOurs) {
         plan.Key(entry.progId);
@@ -115,7 +100,19 @@ void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, co
     }
 }
 
-void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, const std::wstring& library) {
+/// Who has what, and the identifiers of our libraries.
+struct Claims {
+    RegistryOwners owners;
+    /// A library is registered for the machine and for the user each by itself: one for
+    /// the user does not end with the machine's.
+    RegistryOwners libraryOwners;
+    std::vector<std::wstring> libraries;
+};
+
+/// The host's own interfaces are in the shared library too: where the machine has the
+/// host, its library or its proxy stays with them.
+void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, const std::wstring& library,
+                   const Claims& claims) {
     const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
     const bool automation = (attributes.wTypeFlags & TYPEFLAG_FOLEAUTOMATION) != 0;
     const bool isInterface = attributes.typekind == TKIND_INTERFACE || attributes.typekind == TKIND_DISPATCH;
@@ -124,7 +121,11 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     }
     Bstr name;
     Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
-    const std::wstring key = L"Interface\\" + TextOfGuid(attributes.guid);
+    const std::wstring iid = TextOfGuid(attributes.guid);
+    if (claims.owners.AnotherMarshals(iid, claims.libraries)) {
+        return;
+    }
+    const std::wstring key = L"Interface\\" + iid;
     plan.Key(key);
     if (plan.action == Action::Unregister) {
         return;
@@ -164,16 +165,6 @@ bool Has(const Library& library, REFGUID guid) {
     return SUCCEEDED(library.library->GetTypeInfoOfGuid(guid, info.Put()));
 }
 
-/// The file of a registered library: "file.dll\2" is the second one in it.
-std::wstring LibraryFile(std::wstring path) {
-    if (const auto number = path.find_last_of(L'\\');
-        number != std::wstring::npos &&
-        path.find_first_not_of(L"0123456789", number + 1) == std::wstring::npos) {
-        path.resize(number);
-    }
-    return path;
-}
-
 /// Where a library is registered for a kind of system.
 std::wstring KindKey(const Library& library, const wchar_t* kind) {
     return library.key + L"\\1.0\\0\\" + kind;
@@ -182,16 +173,17 @@ std::wstring KindKey(const Library& library, const wchar_t* kind) {
 /// True when another file that exists has the library registered. The host
 /// interfaces lie in several DLLs of a machine: whoever registered them keeps
 /// them, and nobody else takes them away.
-bool BelongsToAnother(const Library& library, HKEY root) {
-    const std::wstring path = ReadClassesText(root, KindKey(library, kThisKind));
+bool BelongsToAnother(const Library& library, const RegistryOwners& owners) {
+    const std::wstring path = owners.Text(KindKey(library, kThisKind));
     return !path.empty() && !SameText(path, library.path) && FileExists(LibraryFile(path));
 }
 
 /// The library's own keys. A library is registered once for both kinds of
 /// process: what the other kind has of it stays.
-void PlanLibraryKeys(Plan& plan, const Library& library, const std::wstring& help, HKEY root) {
+void PlanLibraryKeys(Plan& plan, const Library& library, const std::wstring& help,
+                     const RegistryOwners& owners) {
     plan.Key(library.key);
-    const std::wstring other = ReadClassesText(root, KindKey(library, kOtherKind));
+    const std::wstring other = owners.Text(KindKey(library, kOtherKind));
     const std::wstring otherFile = LibraryFile(other);
     const bool otherStays = !other.empty() && FileExists(PathOfOtherKind(otherFile));
     const bool isWritten = plan.action == Action::Register;
@@ -212,11 +204,11 @@ void PlanLibraryKeys(Plan& plan, const Library& library, const std::wstring& hel
 
 /// The library's own keys and those of its interfaces. What `owner` has too is
 /// the owner's: the first library repeats the host interfaces in its class list.
-void PlanLibrary(Plan& plan, const Library& library, const Library* owner, HKEY root) {
+void PlanLibrary(Plan& plan, const Library& library, const Library* owner, const Claims& claims) {
     ITypeLib& types = *library.library.Get();
     Bstr help;
     Check(types.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
-    PlanLibraryKeys(plan, library, std::wstring(help.View()), root);
+    PlanLibraryKeys(plan, library, std::wstring(help.View()), claims.libraryOwners);
     const std::wstring id = IdOf(types);
     for (UINT i = 0; i < types.GetTypeInfoCount(); ++i) {
         Ref<ITypeInfo> info;
@@ -225,7 +217,7 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner, HKEY 
         Check(info->GetTypeAttr(&type));
         const auto failure = Attempt([&] {
             if (owner == nullptr || !Has(*owner, type->guid)) {
-                PlanInterface(plan, *info.Get(), *type, id);
+                PlanInterface(plan, *info.Get(), *type, id, claims);
             }
         });
         info->ReleaseTypeAttr(type);
@@ -238,18 +230,23 @@ void PlanLibrary(Plan& plan, const Library& library, const Library* owner, HKEY 
 Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
     Plan plan{action, {}, {}};
     const std::wstring file = ThisDll().FilePath();
+    // What the user is registered with comes before the machine's: it may not hide that
+    // of another maker there. Removing looks at what is removed alone.
+    const bool seesMachine = action == Action::Register && root == HKEY_CURRENT_USER;
+    using Sees = RegistryOwners::Sees;
+    Claims claims{{root, seesMachine ? Sees::Machine : Sees::Root}, {root, Sees::Root}, {}};
     std::vector<Library> libraries;
     for (int resource = 1; resource <= server.libraries; ++resource) {
         libraries.push_back(LoadLibraryResource(file, resource));
+        claims.libraries.push_back(IdOf(*libraries.back().library.Get()));
     }
-    const std::wstring own = IdOf(*libraries.front().library.Get());
     for (const ClassEntry& entry : server.classes) {
-        PlanClass(plan, entry, file, own, root);
+        PlanClass(plan, entry, file, claims.libraries.front(), claims.owners);
     }
     for (const Library& library : libraries) {
         const bool isOwn = &library == &libraries.front();
-        if (isOwn || !BelongsToAnother(library, root)) {
-            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr, root);
+        if ((isOwn && action == Action::Register) || !BelongsToAnother(library, claims.libraryOwners)) {
+            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr, claims);
         }
     }
     return plan;

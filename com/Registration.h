@@ -6,12 +6,12 @@
 
 namespace com {
 
-/// Who has a ProgID that two makers register.
+/// Who has a ProgID or a class that two makers register.
 enum class ProgIdRule {
-    /// The class alone: registering takes the name from another class.
+    /// This DLL alone: registering takes the name from another class.
     Own,
-    /// Whoever has it first, for as long as that class's file exists: the name
-    /// stands for a service that the machine may have from somebody else.
+    /// Whoever has it first, for as long as that class's file exists: the name and the
+    /// class stand for a service that the machine may have from somebody else.
     Shared
 };
 
@@ -34,9 +34,9 @@ struct ServerInfo {
 enum class Scope { Machine, User };
 
 /// Registers classes and type libraries with their interfaces. All or nothing:
-/// on a failure every key that it touches is as it was before the call. A type
-/// library or a shared ProgID that another existing file has registered stays
-/// that file's.
+/// on a failure every key that it touches is as it was before the call. The
+/// host interfaces, a shared ProgID and a shared class that another existing file has
+/// registered stay that file's. Another copy of this DLL gives way.
 /// Throws CallError.
 void Register(const ServerInfo& server, Scope scope);
 

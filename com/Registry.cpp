@@ -49,20 +49,6 @@ bool HasValues(const RegistryKey& key) {
     return status != ERROR_NO_MORE_ITEMS;
 }
 
-std::vector<std::wstring> SubkeyNames(HKEY key) {
-    std::vector<std::wstring> names;
-    for (DWORD index = 0;; ++index) {
-        wchar_t name[kMaxKeyName];
-        DWORD length = kMaxKeyName;
-        const LSTATUS status = RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_NO_MORE_ITEMS) {
-            return names;
-        }
-        CheckWin32(status);
-        names.emplace_back(name, length);
-    }
-}
-
 std::vector<RegistryTree::Value> Values(HKEY key) {
     std::vector<RegistryTree::Value> values;
     std::wstring name(kMaxValueName, L'\0');
@@ -111,6 +97,21 @@ std::wstring ReadText(const RegistryKey& key) {
     return text;
 }
 
+std::vector<std::wstring> SubkeyNames(const RegistryKey& key) {
+    std::vector<std::wstring> names;
+    for (DWORD index = 0;; ++index) {
+        wchar_t name[kMaxKeyName];
+        DWORD length = kMaxKeyName;
+        const LSTATUS status =
+            RegEnumKeyExW(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_NO_MORE_ITEMS) {
+            return names;
+        }
+        CheckWin32(status);
+        names.emplace_back(name, length);
+    }
+}
+
 RegistryTree::Value TextValue(const std::wstring& name, const std::wstring& text) {
     std::vector<BYTE> data((text.size() + 1) * sizeof(wchar_t));
     std::memcpy(data.data(), text.c_str(), data.size());
@@ -125,7 +126,7 @@ RegistryTree ReadTree(HKEY root, const std::wstring& path) {
     RegistryTree tree;
     tree.name = path.substr(path.find_last_of(L'\\') + 1);
     tree.values = Values(key.Get());
-    for (const std::wstring& name : SubkeyNames(key.Get())) {
+    for (const std::wstring& name : SubkeyNames(key)) {
         tree.keys.push_back(ReadTree(key.Get(), name));
     }
     return tree;

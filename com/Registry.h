@@ -50,6 +50,8 @@ struct RegistryTree {
 RegistryKey OpenKey(HKEY root, const wchar_t* path, REGSAM view = 0);
 /// The text of a key's default value; empty when it has none.
 std::wstring ReadText(const RegistryKey& key);
+/// The names of the keys right below a key.
+std::vector<std::wstring> SubkeyNames(const RegistryKey& key);
 /// A text value; an empty name is the default value.
 RegistryTree::Value TextValue(const std::wstring& name, const std::wstring& text);
 /// Reads a key and all below it. The key must exist.

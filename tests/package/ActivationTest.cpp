@@ -16,10 +16,6 @@ namespace package {
 
 namespace {
 
-std::wstring Wide(const std::string& ascii) {
-    return std::wstring(ascii.begin(), ascii.end());
-}
-
 CLSID IdOf(const std::string& text) {
     CLSID id{};
     EXPECT_EQ(S_OK, CLSIDFromString(Wide(text).c_str(), &id));

@@ -14,11 +14,11 @@ F Export(HMODULE module, const char* name) {
     return reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
+} // namespace
+
 std::wstring Wide(const std::string& ascii) {
     return std::wstring(ascii.begin(), ascii.end());
 }
-
-} // namespace
 
 std::wstring DllFolder() {
     wchar_t path[MAX_PATH] = {};
@@ -30,8 +30,8 @@ std::wstring DllFolder() {
     return full;
 }
 
-Dll::Dll(const DllFacts& facts)
-    : facts_(facts), path_(DllFolder() + facts.file), module_(LoadLibraryW(path_.c_str())) {
+Dll::Dll(const DllFacts& facts, const std::wstring& folder)
+    : facts_(facts), path_(folder + facts.file), module_(LoadLibraryW(path_.c_str())) {
     EXPECT_NE(nullptr, module_) << "the DLL does not load, error " << GetLastError();
 }
 

@@ -12,10 +12,16 @@
 
 namespace package {
 
-/// One of the two DLLs as the build made it, loaded, with its exports.
+std::wstring Wide(const std::string& ascii);
+
+/// Folder of the DLLs with a closing backslash.
+std::wstring DllFolder();
+
+/// One of the two DLLs as the build made it, or a copy of it in another folder, loaded,
+/// with its exports.
 class Dll {
   public:
-    explicit Dll(const DllFacts& facts);
+    explicit Dll(const DllFacts& facts, const std::wstring& folder = DllFolder());
     ~Dll() { FreeLibrary(module_); }
     Dll(const Dll&) = delete;
     Dll& operator=(const Dll&) = delete;
@@ -36,9 +42,6 @@ class Dll {
     std::wstring path_;
     HMODULE module_;
 };
-
-/// Folder of the DLLs with a closing backslash.
-std::wstring DllFolder();
 
 /// Runs regsvr32 over a DLL; its exit status. A minute is allowed.
 DWORD Regsvr32(const std::wstring& options, const std::wstring& path);

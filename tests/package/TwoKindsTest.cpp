@@ -23,10 +23,6 @@ void PrintTo(const Case& entry, std::ostream* out) {
     *out << entry.name;
 }
 
-std::wstring Wide(const std::string& ascii) {
-    return std::wstring(ascii.begin(), ascii.end());
-}
-
 /// A file that exists and is none of the DLLs.
 std::wstring OtherFile() {
     wchar_t path[MAX_PATH] = {};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <windows.h>
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace com {
+
+/// The path of everything that a registration writes.
+inline constexpr const wchar_t* kClassesPath = L"Software\\Classes\\";
+
+/// A GUID as the registry has it.
+std::wstring TextOfGuid(REFGUID guid);
+/// Equal but for letter case, as the registry's names and paths are compared.
+bool SameText(const std::wstring& left, const std::wstring& right);
+/// A name without a folder is looked for as the system does when it loads the file.
+bool FileExists(const std::wstring& path);
+/// The file of a registered type library: "file.dll\2" is the second one in it.
+std::wstring LibraryFile(std::wstring path);
+
+/// Who has a class, a name, an interface or a type library in the registry. An owner
+/// counts while its file exists.
+class RegistryOwners {
+  public:
+    enum class Sees {
+        /// What stands in the root itself.
+        Root,
+        /// What the user's processes find: the root, and behind it the machine's part.
+        Machine
+    };
+
+    RegistryOwners(HKEY root, Sees sees) noexcept : root_(root), sees_(sees) {}
+
+    /// A text below the classes, in a view of the registry; empty when there is none.
+    std::wstring Text(const std::wstring& path, REGSAM view = 0) const;
+    /// The class that a name stands for; empty when there is none.
+    std::wstring ClassOfName(const std::wstring& progId) const;
+    /// True when the class has a DLL or a program that exists, for either kind of process.
+    bool ClassExists(const std::wstring& clsid) const;
+    /// True when a DLL or a program that exists, other than this DLL, has the class.
+    bool AnotherFileHas(const std::wstring& clsid) const;
+    /// The same for the other kind of process.
+    bool OtherKindHas(const std::wstring& clsid) const;
+    /// True when another type library than these, or a proxy of its maker's, marshals
+    /// the interface.
+    bool AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const;
+
+  private:
+    std::wstring FileOf(const std::wstring& clsid) const;
+    std::vector<std::wstring> KeyNames(const std::wstring& path) const;
+    bool LibraryExists(const std::wstring& id) const;
+
+    HKEY root_;
+    Sees sees_;
+};
+
+} // namespace com
