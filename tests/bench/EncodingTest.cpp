@@ -58,10 +58,9 @@ TEST(EncodingTest, AStreamIsWrittenAsUtf8) {
     const std::wstring file = ScratchFolder() + L"from_latin1.xml";
     const std::wstring stream = WrittenFile(L"latin1_set.xml", Stream("ISO-8859-1", "B\xF6rse"));
     ASSERT_EQ(0U, RunBench({L"set", stream, L"A=2.5", L"-o", file}).status);
-    const std::string written = ReadFileBytes(file);
-    EXPECT_EQ(0U, written.find("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")) << written;
-    EXPECT_NE(std::string::npos, written.find("<Name>B\u00F6rse</Name>")) << written;
-    EXPECT_NE(std::string::npos, written.find("<VALUE>2.5</VALUE>")) << written;
+    std::string expected = Stream("UTF-8", "B\u00F6rse");
+    expected.replace(expected.find("1.5"), 3, "2.5");
+    EXPECT_EQ(expected, ReadFileBytes(file));
 }
 
 } // namespace
