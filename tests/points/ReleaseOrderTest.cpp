@@ -16,7 +16,7 @@ using namespace points;
 namespace {
 
 /// What a host may hold of one module.
-enum Held : std::size_t { kReportClass, kCollections, kInput, kAttribute, kEnumerators, kTypes, kHeldCount };
+enum Held : std::size_t { kModule, kCollections, kInput, kAttribute, kEnumerators, kTypes, kHeldCount };
 constexpr std::array<const char*, kHeldCount> kHeldNames = {"module",    "collections", "input",
                                                             "attribute", "enumerators", "types"};
 
@@ -45,7 +45,7 @@ class ReleaseOrderModuleTest : public PointsTest {
         held[kTypes] = {Object(output, &IOutput::get_SNVTType), Object(output, &IOutput::get_SNVTCompatible),
                         Object(Input(object, L"In1"), &IInput::get_SNVTCompatibles)};
         held[kCollections] = {inputs, outputs, attributes};
-        held[kReportClass] = {object, object.As<ITamObject>()};
+        held[kModule] = {object, object.As<ITamObject>()};
         change(object);
         return held;
     }

@@ -1,6 +1,7 @@
 #include "tests/points/Points.h"
 #include "tests/support/HostWindows.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,18 @@ TEST_F(YieldTest, DispatchesMessagesWhileAttributesAreLoaded) {
     EXPECT_EQ(Attributes(module).As<_CDBAttributes>()->XmlLoad(Saved(L"<Attributes><A/></Attributes>").Get()),
               S_OK);
     EXPECT_EQ(heard, 1);
+}
+
+TEST_F(YieldTest, GivesATurnAtEachSavedChild) {
+    const auto turnsOf = [](const std::function<HRESULT()>& load) {
+        const Reposter host;
+        EXPECT_EQ(load(), S_OK);
+        return host.Handled();
+    };
+    const auto saved = Saved(L"<Points><A/><!-- c --><B/></Points>");
+    EXPECT_EQ(turnsOf([&] { return Inputs(module).As<_CDBInputs>()->XmlLoad(saved.Get()); }), 3);
+    EXPECT_EQ(turnsOf([&] { return Outputs(module).As<_CDBOutputs>()->XmlLoad(saved.Get()); }), 3);
+    EXPECT_EQ(turnsOf([&] { return Attributes(module).As<_CDBAttributes>()->XmlLoad(saved.Get()); }), 3);
 }
 
 TEST_F(YieldTest, LeavesTheEndOfTheHostsLoopToTheHost) {
