@@ -23,7 +23,7 @@ void CDBInput::ReadDefinition(const dom::Node& element, const std::wstring& owne
         const std::wstring keyword = UpperCase(dom::BaseName(child));
         if (keyword == kCompatibilityList) {
             compatible_->AddList(dom::FirstChildTextOrEmpty(child));
-            if (compatible_->GetList().empty()) {
+            if (compatible_->List().Count() == 0) {
                 WarnNoCompatibilityList(PointName(), ownerName);
             }
         } else {
