@@ -122,7 +122,9 @@ TEST_F(SavingTest, SavesTheStreamWithItsValues) {
     const std::size_t value = after.find("<VALUE>6</VALUE>");
     ASSERT_NE(std::string::npos, value);
     after.replace(value, 16, "<VALUE>1</VALUE>");
-    EXPECT_EQ(before, after) << "comments and blanks are as they were";
+    // The declaration names the encoding now.
+    EXPECT_EQ(before.substr(before.find("?>")), after.substr(after.find("?>")))
+        << "comments and blanks are as they were";
 }
 
 } // namespace

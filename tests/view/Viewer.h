@@ -12,7 +12,7 @@ namespace viewtest {
 using Texts = std::vector<std::wstring>;
 
 /// Asks again and again until it holds. False, and a failed test, when it does not
-/// within half a minute.
+/// within a minute.
 bool Await(const std::string& what, const std::function<bool()>& holds);
 
 /// What the user's registry keeps of the window, and what a window that was ended left
