@@ -110,6 +110,28 @@ void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value
     CheckCall(hr, &object, IID_IDispatch);
 }
 
+bool HasMember(IDispatch& object, const std::wstring& name) {
+    DISPID id = DISPID_UNKNOWN;
+    Bstr member(name);
+    BSTR text = member.Get();
+    return object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != DISP_E_UNKNOWNNAME;
+}
+
+Variant MemberOrNone(IDispatch& object, const std::wstring& name) {
+    return HasMember(object, name) ? GetMember(object, name) : Variant();
+}
+
+Variant MemberOrNone(IDispatch& object, DISPID id) {
+    DISPPARAMS none{};
+    Variant result;
+    const HRESULT hr = Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, none, result.Put());
+    if (hr == DISP_E_MEMBERNOTFOUND || hr == DISP_E_UNKNOWNNAME || hr == E_NOTIMPL) {
+        return {};
+    }
+    CheckCall(hr, &object, IID_IDispatch);
+    return result;
+}
+
 VARIANT ByReference(Bstr& text) noexcept {
     VARIANT argument{};
     argument.vt = VT_BYREF | VT_BSTR;

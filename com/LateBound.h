@@ -19,6 +19,12 @@ Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIAN
 Variant GetMember(IDispatch& object, const std::wstring& name);
 void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value);
 
+/// False when the object says that it has no member of this name.
+bool HasMember(IDispatch& object, const std::wstring& name);
+// A member without arguments; an empty value when the object has no such member.
+Variant MemberOrNone(IDispatch& object, const std::wstring& name);
+Variant MemberOrNone(IDispatch& object, DISPID id);
+
 /// An argument that the callee may change: a text by reference.
 VARIANT ByReference(Bstr& text) noexcept;
 

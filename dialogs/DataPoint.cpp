@@ -7,21 +7,6 @@
 
 namespace tam {
 
-namespace {
-
-/// A member by name; none when the object has no such member.
-com::Variant MemberOrNone(IDispatch& object, const wchar_t* name) {
-    com::Bstr member(name);
-    BSTR text = member.Get();
-    DISPID id = DISPID_UNKNOWN;
-    if (object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) == DISP_E_UNKNOWNNAME) {
-        return {};
-    }
-    return com::GetMember(object, name);
-}
-
-} // namespace
-
 std::wstring TextOfResult(const com::Variant& result) {
     if (result.Get().vt == VT_EMPTY || result.Get().vt == VT_NULL) {
         return {};
@@ -47,7 +32,7 @@ DataPointType::DataPointType(com::Ref<IDispatch> object) : object_(std::move(obj
 
 std::wstring DataPointType::Text(TextMember member, const wchar_t* name) const {
     if (!type_) {
-        return TextOfResult(MemberOrNone(*object_.Get(), name));
+        return TextOfResult(com::MemberOrNone(*object_.Get(), name));
     }
     com::Bstr text;
     com::Call(type_, member, text.Put());
@@ -56,7 +41,7 @@ std::wstring DataPointType::Text(TextMember member, const wchar_t* name) const {
 
 std::int32_t DataPointType::Length() const {
     if (!type_) {
-        const std::wstring text = TextOfResult(MemberOrNone(*object_.Get(), L"Length"));
+        const std::wstring text = TextOfResult(com::MemberOrNone(*object_.Get(), L"Length"));
         return text.empty() ? 0 : static_cast<std::int32_t>(com::LongOf(text));
     }
     long length = 0;
@@ -88,7 +73,7 @@ std::wstring DataPoint::Value() const {
 
 std::wstring DataPoint::DispValue() const {
     if (!attribute_) {
-        return TextOfResult(MemberOrNone(*object_.Get(), L"DispValue"));
+        return TextOfResult(com::MemberOrNone(*object_.Get(), L"DispValue"));
     }
     com::Bstr shown;
     com::Call(attribute_, &IAttribute::get_DispValue, shown.Put());
@@ -118,7 +103,7 @@ com::Ref<IDispatch> DataPoint::Fields() const {
     com::ForgetErrors();
     const HRESULT result = attribute_ ? attribute_->get_Fields(fields.Put()) : E_NOTIMPL;
     if (result == E_NOTIMPL) {
-        return ObjectOfResult(MemberOrNone(*object_.Get(), L"Fields"));
+        return ObjectOfResult(com::MemberOrNone(*object_.Get(), L"Fields"));
     }
     com::CheckCall(result, attribute_.Get(), __uuidof(IAttribute));
     return fields;

@@ -34,16 +34,10 @@ com::Ref<IDispatch> ItemOf(IDispatch& collection, const VARIANT& key) {
 
 /// The enumerator that For Each uses; empty when the collection has none.
 com::Ref<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
-    DISPPARAMS none{};
-    com::Variant result;
-    const HRESULT hr =
-        collection.Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
-                          DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, result.Put(), nullptr, nullptr);
+    const com::Variant result = com::MemberOrNone(collection, DISPID_NEWENUM);
     const VARIANT& value = result.Get();
-    if (FAILED(hr) || (value.vt != VT_UNKNOWN && value.vt != VT_DISPATCH)) {
-        return {};
-    }
-    return com::Query<IEnumVARIANT>(value.punkVal);
+    const bool isObject = value.vt == VT_UNKNOWN || value.vt == VT_DISPATCH;
+    return isObject ? com::Query<IEnumVARIANT>(value.punkVal) : com::Ref<IEnumVARIANT>();
 }
 
 /// A dictionary enumerates its keys; the fields are behind them.
@@ -75,13 +69,6 @@ Entries Counted(IDispatch& collection) {
     return entries;
 }
 
-bool HasItem(IDispatch& collection) {
-    com::Bstr member(L"Item");
-    BSTR text = member.Get();
-    DISPID id = DISPID_UNKNOWN;
-    return collection.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != DISP_E_UNKNOWNNAME;
-}
-
 com::Ref<IDispatch> FoundBy(IDispatch& collection, const com::Variant& key) {
     com::Ref<IDispatch> found;
     com::Attempt([&] { found = ItemOf(collection, key.Get()); });
@@ -100,7 +87,7 @@ std::wstring NameOf(const DataPoint& field) {
 /// finds anything by it: some make their objects anew for each caller and take
 /// names alone. Empty when nothing finds the field.
 com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
-    if (!HasItem(collection)) {
+    if (!com::HasMember(collection, L"Item")) {
         return {};
     }
     com::Variant byName(name);

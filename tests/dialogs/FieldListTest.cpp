@@ -6,7 +6,9 @@
 #include "tests/support/Values.h"
 
 #include "com/LateBound.h"
+#include "core/RunTimeError.h"
 
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,6 +47,48 @@ TEST_F(FieldListTest, AListThatCannotBeReadToItsEndIsNotShownAsAWholeOne) {
     for (const bench::Box& box : Messages()) {
         EXPECT_EQ(box.caption, L"Edit Value");
     }
+}
+
+/// A structure of one field whose list of fields can be counted, and has this to say
+/// when it is to be walked.
+class FieldListWalkTest : public FieldListTest {
+  protected:
+    HRESULT EditCounted(const NamedObject::Get& enumerator) {
+        HostPoint structure(L"All", L"", L"Struct");
+        structure.SetFields({&speed_}, HostPoint::Walk::ByCount);
+        const com::Variant fields = com::GetMember(*structure.object.Get(), L"Fields");
+        static_cast<NamedObject*>(fields.Get().pdispVal)->Add(L"_NewEnum", enumerator);
+        return NewModule().As<ITamDialogs>()->EditValue(structure.object.Get());
+    }
+};
+
+TEST_F(FieldListWalkTest, AListWithoutAnEnumeratorIsCounted) {
+    for (const HRESULT none : {DISP_E_MEMBERNOTFOUND, DISP_E_UNKNOWNNAME, E_NOTIMPL}) {
+        Next([](Shown& dialog) {
+            EXPECT_EQ(dialog.Rows(IDC_FIELDS), 1);
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(EditCounted([none](auto) -> com::Variant { throw com::CallError(none); }), S_OK);
+    }
+}
+
+TEST_F(FieldListWalkTest, AListWhoseEnumeratorFailsIsToldAsTheHostToldIt) {
+    const auto expectFailure = [this](HRESULT code, const NamedObject::Get& enumerator,
+                                      const std::wstring& description) {
+        EXPECT_EQ(EditCounted(enumerator), code);
+        EXPECT_EQ(support::LastError().description, description);
+        for (const bench::Box& box : Messages()) {
+            EXPECT_EQ(box.caption, L"Edit Value");
+        }
+    };
+    expectFailure(
+        E_ACCESSDENIED, [](auto) -> com::Variant { throw com::CallError(E_ACCESSDENIED); }, L"");
+    expectFailure(
+        NamedObject::kRaised,
+        [](auto) -> com::Variant {
+            throw tam::RunTimeError(NamedObject::kRaised, L"Host", L"The list is locked");
+        },
+        L"The list is locked");
 }
 
 } // namespace
