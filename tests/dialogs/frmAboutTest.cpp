@@ -1,5 +1,6 @@
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
+#include "tests/support/ImportPatch.h"
 
 namespace dialogs {
 namespace {
@@ -29,6 +30,28 @@ TEST_F(frmAboutTest, ShowsTitleVersionAndLogo) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(module->ShowAbout(), S_OK);
+}
+
+// The file's own version is 1.0.0.0, which would not show one number in another's place.
+TEST_F(frmAboutTest, ShowsMajorMinorAndRevision) {
+    const support::ImportPatch version(
+        Dll().Module(), "VerQueryValueW",
+        reinterpret_cast<const void*>(+[](LPCVOID, LPCWSTR, LPVOID* value, PUINT size) WINAPI -> BOOL {
+            static VS_FIXEDFILEINFO info{};
+            info.dwFileVersionMS = MAKELONG(2, 1);
+            info.dwFileVersionLS = MAKELONG(4, 3);
+            info.dwProductVersionMS = MAKELONG(6, 5);
+            info.dwProductVersionLS = MAKELONG(8, 7);
+            *value = &info;
+            *size = sizeof info;
+            return TRUE;
+        }));
+    ASSERT_TRUE(version.IsImported());
+    Next([](Shown& dialog) {
+        EXPECT_EQ(dialog.Text(IDC_ABOUT_VERSION), L"Version 1.2.3");
+        dialog.Click(IDOK);
+    });
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->ShowAbout(), S_OK);
 }
 
 } // namespace
