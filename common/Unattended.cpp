@@ -1,6 +1,7 @@
 #include "common/Unattended.h"
 
 #include "com/Boundary.h"
+#include "com/Environment.h"
 
 #include <windows.h>
 
@@ -12,17 +13,6 @@
 namespace tam {
 
 namespace {
-
-std::wstring Value() {
-    std::wstring value;
-    DWORD size = GetEnvironmentVariableW(kUnattendedVariable, nullptr, 0);
-    if (size != 0) {
-        value.resize(size - 1);
-        size = GetEnvironmentVariableW(kUnattendedVariable, value.data(), size);
-        value.resize(size); // another thread may have shortened it
-    }
-    return value;
-}
 
 /// In UTC, to the millisecond.
 std::wstring Now() {
@@ -66,7 +56,7 @@ void WriteUnshown(const Unshown& unshown) noexcept {
     com::Attempt([&] {
         const std::wstring line = JsonLine(unshown, Now()) + L"\n";
         OutputDebugStringW(line.c_str());
-        const std::wstring value = Value();
+        const std::wstring value = com::EnvironmentText(kUnattendedVariable);
         const std::wstring file(UnattendedFile(value));
         if (!file.empty()) {
             Append(file, Utf8(line));

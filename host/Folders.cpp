@@ -1,6 +1,7 @@
 #include "host/Folders.h"
 
 #include "com/Boundary.h"
+#include "com/Environment.h"
 #include "core/RunTimeError.h"
 
 #include <OrvHost.h>
@@ -24,35 +25,16 @@ constexpr const wchar_t* kBelowTemp = L"OrvHost\\Database";
                                 failure.Description());
 }
 
-std::wstring Environment(const wchar_t* name) {
-    std::wstring value;
-    for (DWORD size = GetEnvironmentVariableW(name, nullptr, 0); size > value.size();) {
-        value.resize(size);
-        size = GetEnvironmentVariableW(name, value.data(), size);
-        if (size < value.size()) {
-            value.resize(size);
-            break;
-        }
-    }
-    return value;
-}
-
 std::wstring TempFolder() {
     wchar_t path[MAX_PATH + 1] = {};
     return {path, GetTempPathW(MAX_PATH + 1, path)};
 }
 
-std::wstring FullPath(const std::wstring& path) {
-    std::wstring full(path.size() + MAX_PATH, L'\0');
-    DWORD size = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-    if (size >= full.size()) {
-        full.resize(size);
-        size = GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
-    }
-    if (size == 0) {
+std::wstring FullFolder(const std::wstring& path) {
+    std::wstring full = FullPath(path);
+    if (full.empty()) {
         ThrowFolderError(path, GetLastError());
     }
-    full.resize(size);
     // The root of a drive keeps its backslash: "C:" alone is something else.
     if (full.size() > 3 && full.back() == L'\\') {
         full.pop_back();
@@ -82,9 +64,20 @@ bool IsFolder(const std::wstring& path) noexcept {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+std::wstring FullPath(const std::wstring& path) {
+    std::wstring full(path.size() + MAX_PATH, L'\0');
+    DWORD size = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    if (size >= full.size()) {
+        full.resize(size);
+        size = GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+    }
+    full.resize(size);
+    return full;
+}
+
 std::wstring DatabaseFolder() {
-    const std::wstring given = Environment(kVariable);
-    std::wstring folder = FullPath(given.empty() ? TempFolder() + kBelowTemp : given);
+    const std::wstring given = com::EnvironmentText(kVariable);
+    std::wstring folder = FullFolder(given.empty() ? TempFolder() + kBelowTemp : given);
     MakeFolder(folder);
     return folder;
 }

@@ -10,6 +10,8 @@ namespace orv {
 /// there. Throws errDatabaseFolder.
 std::wstring DatabaseFolder();
 
+/// The full form of a path; empty where the system makes none of it.
+std::wstring FullPath(const std::wstring& path);
 bool IsFolder(const std::wstring& path) noexcept;
 
 } // namespace orv

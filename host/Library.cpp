@@ -1,6 +1,7 @@
 #include "host/Library.h"
 
 #include "com/Dll.h"
+#include "com/Environment.h"
 #include "core/RunTimeError.h"
 #include "host/Folders.h"
 #include "host/XmlDocument.h"
@@ -24,18 +25,8 @@ std::wstring& SetFolder() noexcept {
     return folder;
 }
 
-std::wstring Variable() {
-    std::wstring value(GetEnvironmentVariableW(kVariable, nullptr, 0), L'\0');
-    if (!value.empty()) {
-        value.resize(GetEnvironmentVariableW(kVariable, value.data(), static_cast<DWORD>(value.size())));
-    }
-    return value;
-}
-
 std::wstring FullFolder(std::wstring_view folder) {
-    const std::wstring given(folder);
-    std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    std::wstring full = FullPath(std::wstring(folder));
     if (!full.empty() && full.back() != L'\\') {
         full += L'\\';
     }
@@ -63,7 +54,7 @@ std::wstring LibraryFolder() {
     if (!SetFolder().empty()) {
         return SetFolder();
     }
-    const std::wstring given = Variable();
+    const std::wstring given = com::EnvironmentText(kVariable);
     return FullFolder(given.empty() ? com::ThisDll().Folder() + kBesideDll : given);
 }
 
