@@ -3,6 +3,7 @@
 #include "com/Dom.h"
 #include "performance/Floor.h"
 #include "performance/Material.h"
+#include "tests/fuzz/HeapBlocks.h"
 
 #include <cstddef>
 #include <memory>
@@ -30,20 +31,6 @@ std::wstring DefinitionPath() {
 
 void Succeed(HRESULT result) {
     com::Check(result);
-}
-
-/// Bytes of all blocks in use in all heaps of the process.
-std::size_t BytesInUse() {
-    std::vector<HANDLE> heaps(64);
-    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
-    std::size_t bytes = 0;
-    for (const HANDLE heap : heaps) {
-        PROCESS_HEAP_ENTRY entry{};
-        while (HeapWalk(heap, &entry) != FALSE) {
-            bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
-        }
-    }
-    return bytes;
 }
 
 Document EmptyParent() {
@@ -168,11 +155,11 @@ double Jobs::BytesPerPoint(long points) {
     const com::Bstr key(kKey);
     LoadStream(NewModule(false), stream); // what is made once is no point's
     loaded_ = NewModule(false);
-    const std::size_t before = BytesInUse();
+    const std::size_t before = component_fuzz::HeapBlocks::Now().bytes;
     LoadStream(loaded_, stream);
     Succeed(loaded_->put_GlobalKey(key.Get()));
     Succeed(loaded_->put_ExtendedKey(key.Get()));
-    const std::size_t after = BytesInUse();
+    const std::size_t after = component_fuzz::HeapBlocks::Now().bytes;
     loaded_.Reset();
     return static_cast<double>(after - before) / static_cast<double>(points);
 }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <iomanip>
 #include <ios>
 #include <sstream>
@@ -13,15 +14,17 @@
 #include <utility>
 #include <vector>
 
-// Whole jobs of a host at 100, 1,000, 10,000 and 100,000 points, each beside its floor
-// and beside the same job in a script, in the same run.
-// tam_benchmark JOBS.VBS [RESULT.JSON]
+// Whole jobs of a host at 100, 1,000, 10,000 and 100,000 points, or at others, each beside
+// its floor and beside the same job in a script, in the same run.
+// tam_benchmark JOBS.VBS [RESULT.JSON [POINTS...]]
 
 namespace {
 
 using namespace benchmark;
 
-constexpr long kSizes[] = {100, 1000, 10000, 100000};
+const std::vector<long> kSizes{100, 1000, 10000, 100000};
+/// Where the memory for a point, and the checks, are measured.
+constexpr long kWeighed = 10000;
 
 struct Result {
     std::vector<Row> rows;
@@ -136,22 +139,23 @@ bool Write(const char* path, const std::string& bytes) {
     }
 }
 
-Result Run(const std::wstring& script) {
+Result Run(const std::wstring& script, const std::vector<long>& sizes) {
     Result result;
     Jobs jobs(script);
     result.dllSize = Jobs::DllSize();
     result.start = Jobs::CostOfStart();
-    result.bytesPerPoint = jobs.BytesPerPoint(kSizes[2]);
     result.yieldCost = YieldCost();
     std::fputs("checking ...\n", stderr);
-    result.checking = MeasureChecking(kSizes[2]);
-    for (const long points : kSizes) {
+    result.checking = MeasureChecking(kWeighed);
+    for (const long points : sizes) {
         std::fprintf(stderr, "%ld points ...\n", points);
         for (Row& row : jobs.Run(points)) {
             result.rows.push_back(std::move(row));
         }
         result.yieldCost = std::min(result.yieldCost, YieldCost());
     }
+    // The last, because from then on every block of memory is counted, which takes time.
+    result.bytesPerPoint = jobs.BytesPerPoint(kWeighed);
     return result;
 }
 
@@ -160,15 +164,19 @@ Result Run(const std::wstring& script) {
 int main(int argc, char** argv) {
     const std::wstring script = argc > 1 ? FileText(argv[1]) : std::wstring();
     if (script.empty()) {
-        std::fputs("usage: tam_benchmark JOBS.VBS [RESULT.JSON]\n", stderr);
+        std::fputs("usage: tam_benchmark JOBS.VBS [RESULT.JSON [POINTS...]]\n", stderr);
         return 2;
+    }
+    std::vector<long> sizes;
+    for (int i = 3; i < argc; ++i) {
+        sizes.push_back(std::strtol(argv[i], nullptr, 10));
     }
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
         return 1;
     }
     int status = 1;
     const auto failure = com::Attempt([&] {
-        const Result result = Run(script);
+        const Result result = Run(script, sizes.empty() ? kSizes : sizes);
         const auto findings = Judge(result.rows);
         Print(result);
         PrintGoals(findings);
