@@ -291,7 +291,8 @@ TEST_F(ProgramTest, ReadsHowManyFilesAtATime) {
 
 TEST_F(ProgramTest, WritesTheFindingsOfEachFileBelowAFolder) {
     Write("many/good.xml", kGood);
-    const fs::path bad = Write("many/deep/bad.xml", kBad);
+    Write("many/deep/bad.xml", kBad);
+    const fs::path bad = folder_ / "many" / "deep" / "bad.xml";
     options_.outFolder = folder_ / "out";
     EXPECT_EQ(Run(folder_ / "many"), kFound);
     EXPECT_EQ(Read(folder_ / "out" / "good.txt"), "1 file: nothing found\n");
