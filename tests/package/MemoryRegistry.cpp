@@ -134,6 +134,9 @@ const Value* MemoryRegistry::Find(HKEY key, LPCWSTR name) const {
 }
 
 LSTATUS WINAPI MemoryRegistry::OpenKey(HKEY key, LPCWSTR path, DWORD, REGSAM, HKEY* result) {
+    if (key != Root(current->scope_) && !current->open_.contains(key)) {
+        return ERROR_FILE_NOT_FOUND; // the other scope's, which has nothing
+    }
     const std::wstring full = current->Path(key, path);
     if (!current->keys_.contains(full)) {
         return ERROR_FILE_NOT_FOUND;

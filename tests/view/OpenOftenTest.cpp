@@ -32,7 +32,10 @@ std::size_t HighestHandle(HANDLE process) {
         highest = std::max(highest, reinterpret_cast<std::size_t>(copy) / 4);
     }
     for (const HANDLE copy : copies) {
-        DuplicateHandle(process, copy, nullptr, nullptr, 0, FALSE, DUPLICATE_CLOSE_SOURCE);
+        HANDLE taken = nullptr; // Wine closes no source that is given to nobody
+        DuplicateHandle(process, copy, GetCurrentProcess(), &taken, 0, FALSE,
+                        DUPLICATE_CLOSE_SOURCE | DUPLICATE_SAME_ACCESS);
+        CloseHandle(taken);
     }
     return highest;
 }
@@ -126,7 +129,8 @@ TEST_F(OpenOftenTest, OpenedFilesLeaveNothing) {
     Print("after ", after);
     EXPECT_EQ(8, viewer.Count(IDC_ATTRIBUTES));
     EXPECT_EQ(before.handles, after.handles);
-    EXPECT_EQ(before.graphics, after.graphics);
+    // The highest number in use falls where one below it had become free before.
+    EXPECT_LE(after.graphics, before.graphics);
     EXPECT_EQ(before.windows, after.windows);
     EXPECT_LT(after.privateBytes, before.privateBytes + 4U * 1024 * 1024);
     viewer.Close();
@@ -154,7 +158,8 @@ TEST_F(OpenOftenTest, OpenedEditorsLeaveNothing) {
     const Holdings after = HoldingsOf(viewer);
     Print("after ", after);
     EXPECT_EQ(before.handles, after.handles);
-    EXPECT_EQ(before.graphics, after.graphics);
+    // The highest number in use falls where one below it had become free before.
+    EXPECT_LE(after.graphics, before.graphics);
     EXPECT_EQ(before.windows, after.windows);
     viewer.Close();
 }
