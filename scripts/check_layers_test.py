@@ -1,14 +1,11 @@
 #!/usr/bin/env python3
 """Tests of check_layers.py, over trees made for them."""
-import contextlib
-import io
-import pathlib
 import sys
-import tempfile
 import unittest
 from unittest import mock
 
 import check_layers
+from folder_case import FolderCase
 
 TABLE = f"""Before.
 {check_layers.BEGIN}
@@ -17,27 +14,18 @@ TABLE = f"""Before.
 """
 
 
-class CheckLayersTest(unittest.TestCase):
+class CheckLayersTest(FolderCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.root = pathlib.Path(folder.name)
+        super().setUp()
         self.write("docs/architecture.md", TABLE)
         self.write(".clang-tidy", f"HeaderFilterRegex: '({'|'.join(check_layers.MAY_SEE)})/[^/]*'\n")
         self.write("com/Dll.cpp", '#include "com/Dll.h"\n#include "core/Case.h"\n#include <windows.h>\n')
 
-    def write(self, name, text):
-        path = self.root / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(text, encoding="utf-8")
-
     def run_check(self, *arguments):
         """(status, what was printed)"""
-        printed = io.StringIO()
         with mock.patch.object(check_layers, "ROOT", self.root), \
-                mock.patch.object(sys, "argv", ["check_layers.py", *arguments]), \
-                contextlib.redirect_stdout(printed):
-            return check_layers.main(), printed.getvalue()
+                mock.patch.object(sys, "argv", ["check_layers.py", *arguments]):
+            return self.printed_by(check_layers.main)
 
     def test_passes_what_runs_downward(self):
         self.assertEqual(self.run_check(), (0, ""))

@@ -1,31 +1,19 @@
 #!/usr/bin/env python3
 """Tests of check_suites.py, over folders of tests made for them."""
-import contextlib
-import io
-import pathlib
-import tempfile
 import unittest
 
 import check_suites
+from folder_case import FolderCase
 
 
-class CheckSuitesTest(unittest.TestCase):
+class CheckSuitesTest(FolderCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.root = pathlib.Path(folder.name)
+        super().setUp()
         self.write("points/ValveTest.cpp", "TEST(ValveTest, Opens) {}\n")
-
-    def write(self, name, text):
-        path = self.root / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(text, encoding="utf-8")
 
     def run_check(self):
         """(status, what was printed)"""
-        printed = io.StringIO()
-        with contextlib.redirect_stdout(printed):
-            return check_suites.main([str(self.root)]), printed.getvalue()
+        return self.printed_by(lambda: check_suites.main([str(self.root)]))
 
     def test_passes_a_suite_that_is_called_as_its_file(self):
         self.assertEqual(self.run_check(), (0, ""))

@@ -1,39 +1,27 @@
 #!/usr/bin/env python3
 """Tests of check_version.py, over trees made for them."""
-import contextlib
-import io
-import pathlib
-import tempfile
 import unittest
 
 import check_version
+from folder_case import FolderCase
 
 MANIFEST = '<assembly manifestVersion="1.0">\n<assemblyIdentity type="win32" name="bench" version="{}" a="*"/>\n' \
     '<assemblyIdentity type="win32" name="Microsoft.Windows.Common-Controls" version="6.0.0.0"/></assembly>\n'
 LIBRARY = '[\n    version({}),\n    helpstring("Valves {}: all of them")\n]\n'
 
 
-class CheckVersionTest(unittest.TestCase):
+class CheckVersionTest(FolderCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.root = pathlib.Path(folder.name)
+        super().setUp()
         self.write("CMakeLists.txt", "cmake_minimum_required(VERSION 3.25)\nproject(O_Tam_id VERSION 2.5.7 LANGUAGES CXX)\n")
         self.write("docs/changelog.md", "## [Unreleased]\n\n## [2.5.7]\n\n## [1.0.0]\n")
         self.write("bench/bench.manifest", MANIFEST.format("2.5.7.0"))
         self.write("idl/Valves.idl", LIBRARY.format("2.5", "2.5"))
         self.write("bench/bench.rc", 'FILEVERSION TAM_VERSION_NUMBERS\nVALUE "FileVersion", TAM_VERSION_TEXT\n')
 
-    def write(self, name, text):
-        path = self.root / name
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(text, encoding="utf-8")
-
     def run_check(self):
         """(status, what was printed)"""
-        printed = io.StringIO()
-        with contextlib.redirect_stdout(printed):
-            return check_version.main([str(self.root)]), printed.getvalue()
+        return self.printed_by(lambda: check_version.main([str(self.root)]))
 
     def test_reads_the_version_of_the_project(self):
         self.assertEqual(check_version.project_version(self.root), "2.5.7")
