@@ -153,9 +153,11 @@ std::string Escaped(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t start = at;
         const char32_t character = NextCharacter(text, at);
-        const bool isControl =
-            (character < 0x20 && character != '\t' && character != '\n') || character == 0x7F;
-        const bool isNone = character == 0xFFFE || character == 0xFFFF || character == 0xFFFD;
+        const bool isControl = (character < 0x20 && character != '\t' && character != '\n') ||
+                               (character >= 0x7F && character <= 0x9F);
+        // What Unicode has for no character: 32 in a row, and the last two of each plane.
+        const bool isNone = (character & 0xFFFEU) == 0xFFFEU ||
+                            (character >= 0xFDD0 && character <= 0xFDEF) || character == 0xFFFD;
         switch (character) {
         case '&':
             escaped += "&amp;";

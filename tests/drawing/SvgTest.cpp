@@ -38,6 +38,9 @@ TEST(SvgEscapedTest, ReplacesWhatNoDocumentMayHold) {
     EXPECT_EQ("\uFFFD", Escaped("\r"));
     EXPECT_EQ("\uFFFD", Escaped("\xEF\xBF\xBE"));
     EXPECT_EQ("\uFFFD", Escaped("\xC2"));
+    EXPECT_EQ("\uFFFD\uFFFD\u00A0", Escaped("\xC2\x80\xC2\x9F\xC2\xA0"));   // U+0080, U+009F, a blank
+    EXPECT_EQ("\uFFFD\uFFFD", Escaped("\xEF\xB7\x90\xEF\xB7\xAF"));         // U+FDD0, U+FDEF
+    EXPECT_EQ("\uFFFD\uFFFD", Escaped("\xF0\x9F\xBF\xBE\xF4\x8F\xBF\xBF")); // U+1FFFE, U+10FFFF
 }
 
 TEST(SvgInWordsTest, TellsWhatIsKnownOfAPin) {
