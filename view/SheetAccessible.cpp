@@ -4,50 +4,24 @@
 #include "view/Window.h"
 
 #include "com/Boundary.h"
-#include "com/Counted.h"
+#include "com/Ref.h"
+#include "com/StandardAccessible.h"
 
 #include <oleacc.h>
 
 #include <cstddef>
 #include <optional>
-#include <utility>
 
 namespace view {
 
 namespace {
 
-/// The system's part in accessibility, loaded when a screen reader first asks.
-template <class F>
-F SystemFunction(const char* name) {
-    static const HMODULE library = LoadLibraryExW(L"oleacc.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-    com::CheckSet(library);
-    const auto function = reinterpret_cast<F>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    com::CheckSet(reinterpret_cast<const void*>(function));
-    return function;
-}
-
 /// The window as the system describes it, with the pins as its children: child n is the
 /// drawing's spot n - 1. It may outlive the window; its calls fail then.
-class SheetAccessible final : public com::Counted<IAccessible> {
+class SheetAccessible final : public com::StandardAccessible {
   public:
-    SheetAccessible(const SheetView& sheet, com::Ref<IAccessible> plain)
-        : sheet_(sheet), window_(sheet.Handle()), plain_(std::move(plain)) {}
-
-    STDMETHODIMP QueryInterface(REFIID iid, void** out) override {
-        return Counted::QueryInterface(iid == IID_IDispatch ? __uuidof(IAccessible) : iid, out);
-    }
-
-    // By slot alone, as screen readers call.
-    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
-        return count == nullptr ? E_POINTER : (*count = 0, S_OK);
-    }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) override {
-        return info == nullptr ? E_POINTER : (*info = nullptr, E_NOTIMPL);
-    }
-    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-        return E_NOTIMPL;
-    }
+    explicit SheetAccessible(const SheetView& sheet)
+        : StandardAccessible(sheet.Handle()), sheet_(sheet), window_(sheet.Handle()) {}
 
     STDMETHODIMP get_accChildCount(LONG* count) override {
         return count == nullptr ? E_POINTER : (*count = static_cast<LONG>(Count()), S_OK);
@@ -67,7 +41,7 @@ class SheetAccessible final : public com::Counted<IAccessible> {
             return E_POINTER;
         }
         if (!IsChild(self)) {
-            return plain_->get_accState(self, state);
+            return StandardAccessible::get_accState(self, state);
         }
         const bool isPicked = sheet_.PickedSpot() == SpotOf(self);
         const LONG focus = isPicked && GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0;
@@ -77,15 +51,16 @@ class SheetAccessible final : public com::Counted<IAccessible> {
     STDMETHODIMP get_accFocus(VARIANT* child) override {
         const auto picked = Count() > 0 ? sheet_.PickedSpot() : std::nullopt;
         return picked && GetFocus() == window_ ? Answer(child, static_cast<LONG>(*picked) + 1)
-                                               : plain_->get_accFocus(child);
+                                               : StandardAccessible::get_accFocus(child);
     }
     STDMETHODIMP get_accSelection(VARIANT* children) override {
         const auto picked = Count() > 0 ? sheet_.PickedSpot() : std::nullopt;
-        return picked ? Answer(children, static_cast<LONG>(*picked) + 1) : plain_->get_accSelection(children);
+        return picked ? Answer(children, static_cast<LONG>(*picked) + 1)
+                      : StandardAccessible::get_accSelection(children);
     }
     STDMETHODIMP accLocation(LONG* left, LONG* top, LONG* width, LONG* height, VARIANT self) override {
         if (!IsChild(self)) {
-            return plain_->accLocation(left, top, width, height, self);
+            return StandardAccessible::accLocation(left, top, width, height, self);
         }
         if (left == nullptr || top == nullptr || width == nullptr || height == nullptr) {
             return E_POINTER;
@@ -99,7 +74,8 @@ class SheetAccessible final : public com::Counted<IAccessible> {
     }
     STDMETHODIMP accHitTest(LONG left, LONG top, VARIANT* child) override {
         const auto spot = Count() > 0 ? sheet_.SpotAt({left, top}) : std::nullopt;
-        return spot ? Answer(child, static_cast<LONG>(*spot) + 1) : plain_->accHitTest(left, top, child);
+        return spot ? Answer(child, static_cast<LONG>(*spot) + 1)
+                    : StandardAccessible::accHitTest(left, top, child);
     }
     STDMETHODIMP accNavigate(LONG direction, VARIANT start, VARIANT* end) override {
         if (end == nullptr) {
@@ -116,11 +92,10 @@ class SheetAccessible final : public com::Counted<IAccessible> {
         if (to >= 1 && to <= count) {
             return Answer(end, to);
         }
-        return from == CHILDID_SELF ? plain_->accNavigate(direction, start, end)
+        return from == CHILDID_SELF ? StandardAccessible::accNavigate(direction, start, end)
                                     : (VariantInit(end), S_FALSE);
     }
 
-    STDMETHODIMP get_accParent(IDispatch** parent) override { return plain_->get_accParent(parent); }
     STDMETHODIMP get_accValue(VARIANT, BSTR* value) override {
         return value == nullptr ? E_POINTER : (*value = nullptr, S_FALSE);
     }
@@ -140,9 +115,6 @@ class SheetAccessible final : public com::Counted<IAccessible> {
         return action == nullptr ? E_POINTER : (*action = nullptr, S_FALSE);
     }
     STDMETHODIMP accDoDefaultAction(VARIANT) override { return DISP_E_MEMBERNOTFOUND; }
-    STDMETHODIMP accSelect(LONG flags, VARIANT self) override { return plain_->accSelect(flags, self); }
-    STDMETHODIMP put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
-    STDMETHODIMP put_accValue(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
 
   private:
     std::size_t Count() const { return IsWindow(window_) != FALSE ? sheet_.Drawing().spots.size() : 0; }
@@ -164,7 +136,6 @@ class SheetAccessible final : public com::Counted<IAccessible> {
 
     const SheetView& sheet_;
     HWND window_;
-    com::Ref<IAccessible> plain_;
 };
 
 } // namespace
@@ -173,12 +144,8 @@ LRESULT AnswerGetObject(const SheetView& sheet, WPARAM wParam, LPARAM lParam) {
     if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
         return 0;
     }
-    com::Ref<IAccessible> plain;
-    com::Check(SystemFunction<decltype(&CreateStdAccessibleObject)>("CreateStdAccessibleObject")(
-        sheet.Handle(), OBJID_CLIENT, __uuidof(IAccessible), plain.PutVoid()));
-    const auto accessible = com::Ref<IAccessible>::Own(new SheetAccessible(sheet, std::move(plain)));
-    return SystemFunction<decltype(&LresultFromObject)>("LresultFromObject")(__uuidof(IAccessible), wParam,
-                                                                             accessible.Get());
+    const auto accessible = com::Ref<IAccessible>::Own(new SheetAccessible(sheet));
+    return com::AnswerWith(*accessible.Get(), wParam);
 }
 
 } // namespace view
