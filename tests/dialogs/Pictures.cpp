@@ -1,12 +1,11 @@
 // Pictures of the dialogs for a person to look at: one bitmap for each, into the
 // folder that TAM_PICTURES names. Built on the tests' driver; not a test.
 
-#include "bench/WholeFile.h"
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
+#include "tests/Picture.h"
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,12 +14,6 @@
 
 namespace dialogs {
 namespace {
-
-std::wstring Folder() {
-    wchar_t folder[MAX_PATH] = {};
-    GetEnvironmentVariableW(L"TAM_PICTURES", folder, MAX_PATH);
-    return folder;
-}
 
 /// Lets everything be painted.
 void Settle(HWND window) {
@@ -38,18 +31,6 @@ void Settle(HWND window) {
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
-void WriteBitmap(const std::wstring& path, const BITMAPINFOHEADER& header, const std::vector<char>& pixels) {
-    BITMAPFILEHEADER file{};
-    file.bfType = 0x4D42;
-    file.bfOffBits = sizeof(file) + sizeof(header);
-    file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
-    std::string bytes(reinterpret_cast<const char*>(&file), sizeof(file));
-    bytes.append(reinterpret_cast<const char*>(&header), sizeof(header));
-    bytes.append(pixels.data(), pixels.size());
-    const auto failure = com::Attempt([&] { bench::WriteWholeFile(path, bytes); });
-    EXPECT_FALSE(failure) << "a picture cannot be written";
-}
-
 /// The window as it stands on the screen, frame and title included.
 void Take(const Shown& dialog, const wchar_t* name) {
     const HWND window = dialog.Window();
@@ -57,25 +38,11 @@ void Take(const Shown& dialog, const wchar_t* name) {
     SendMessageW(window, WM_NCACTIVATE, TRUE, 0); // the title of the active window, whatever the desktop did
     RECT place{};
     GetWindowRect(window, &place);
-    BITMAPINFOHEADER header{};
-    header.biSize = sizeof(header);
-    header.biWidth = place.right - place.left;
-    header.biHeight = place.bottom - place.top;
-    header.biPlanes = 1;
-    header.biBitCount = 32;
-    std::vector<char> pixels(static_cast<std::size_t>(header.biWidth * header.biHeight) * 4);
+    OffsetRect(&place, -place.left, -place.top);
     const HDC screen = GetWindowDC(window);
-    const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, header.biWidth, header.biHeight);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, header.biWidth, header.biHeight, screen, 0, 0, SRCCOPY);
-    SelectObject(memory, before);
-    GetDIBits(memory, bitmap, 0, static_cast<UINT>(header.biHeight), pixels.data(),
-              reinterpret_cast<BITMAPINFO*>(&header), DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    const auto failure = com::Attempt([&] { tests::WritePicture(name, screen, place); });
+    EXPECT_FALSE(failure) << "a picture cannot be written";
     ReleaseDC(window, screen);
-    WriteBitmap(Folder() + L"\\" + name + L".bmp", header, pixels);
 }
 
 class Pictures : public DialogTest {
