@@ -1,5 +1,6 @@
 #include "host/GenericAttribute.h"
 
+#include "core/ValueText.h"
 #include "host/DisplayText.h"
 #include "host/UnitConverter.h"
 
@@ -127,7 +128,9 @@ std::wstring GenericAttribute::DefaultText() const {
 
 std::wstring GenericAttribute::Limit(const wchar_t* keyword,
                                      HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) const {
-    return point_.definition.Has(keyword) ? point_.definition.Text(keyword) : ReadText(type_.Get(), member);
+    // A type tells its limits in the user's form, an attribute its own in the stored one.
+    return point_.definition.Has(keyword) ? point_.definition.Text(keyword)
+                                          : tam::MoveDecimalMark(ReadText(type_.Get(), member), L".");
 }
 
 std::wstring GenericAttribute::Display(const std::wstring& value) {

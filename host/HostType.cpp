@@ -1,11 +1,14 @@
 #include "host/HostType.h"
 
 #include "core/Case.h"
+#include "core/ElementFields.h"
 #include "core/GeneralType.h"
-#include "core/Numbers.h"
+#include "core/ValueText.h"
 #include "host/TypeTable.h"
+#include "host/UserMarks.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace orv {
 
@@ -16,10 +19,6 @@ using tam::GeneralType;
 using tam::GeneralTypeOf;
 
 constexpr std::wstring_view kEntryPrefix = L"SNVT_";
-
-long NumberIn(const std::wstring& text) {
-    return tam::ToInt32(tam::Val(text));
-}
 
 /// A catalogue's entries are named by index; any other text names none.
 bool IsIndex(std::wstring_view id) noexcept {
@@ -34,34 +33,27 @@ dom::Node EntryOf(std::wstring_view id, const dom::Document& catalogue) {
     return root ? dom::Select(dom::Node(root), std::wstring(kEntryPrefix).append(id)) : dom::Node();
 }
 
-void ReadChild(TypeDescription& type, const std::wstring& keyword, const std::wstring& text) {
-    const struct {
-        const wchar_t* keyword;
-        std::wstring TypeDescription::*field;
-    } texts[] = {
-        {L"NAME", &TypeDescription::name},         {L"TYPE", &TypeDescription::generalType},
-        {L"UNIT", &TypeDescription::units},        {L"BACNETUNIT", &TypeDescription::bacnetUnits},
-        {L"MIN", &TypeDescription::min},           {L"MAX", &TypeDescription::max},
-        {L"ENUMDESC", &TypeDescription::enumDesc}, {L"INVALIDVALUE", &TypeDescription::invalidValue},
-    };
-    const struct {
-        const wchar_t* keyword;
-        long TypeDescription::*field;
-    } numbers[] = {
-        {L"LENGTH", &TypeDescription::length}, {L"A_COEF", &TypeDescription::a},
-        {L"B_COEF", &TypeDescription::b},      {L"C_COEF", &TypeDescription::c},
-        {L"FACTOR", &TypeDescription::factor}, {L"Z3REGION", &TypeDescription::region},
-    };
-    for (const auto& entry : texts) {
-        if (keyword == entry.keyword) {
-            type.*entry.field = text;
-        }
-    }
-    for (const auto& entry : numbers) {
-        if (keyword == entry.keyword) {
-            type.*entry.field = NumberIn(text);
-        }
-    }
+constexpr tam::ReadField<TypeDescription> kEntry[] = {
+    {L"NAME", tam::TakeText<&TypeDescription::name>},
+    {L"TYPE", tam::TakeText<&TypeDescription::generalType>},
+    {L"UNIT", tam::TakeText<&TypeDescription::units>},
+    {L"BACNETUNIT", tam::TakeText<&TypeDescription::bacnetUnits>},
+    {L"MIN", tam::TakeText<&TypeDescription::min>},
+    {L"MAX", tam::TakeText<&TypeDescription::max>},
+    {L"ENUMDESC", tam::TakeText<&TypeDescription::enumDesc>},
+    {L"INVALIDVALUE", tam::TakeText<&TypeDescription::invalidValue>},
+    {L"LENGTH", tam::TakeInt32<&TypeDescription::length>},
+    {L"A_COEF", tam::TakeInt32<&TypeDescription::a>},
+    {L"B_COEF", tam::TakeInt32<&TypeDescription::b>},
+    {L"C_COEF", tam::TakeInt32<&TypeDescription::c>},
+    {L"FACTOR", tam::TakeInt32<&TypeDescription::factor>},
+    {L"Z3REGION", tam::TakeInt32<&TypeDescription::region>},
+};
+/// No row follows the user's locale.
+constexpr tam::LocaleRules kNoLocale{};
+
+void TakeNamed(TypeDescription& type, const std::wstring& name, const std::function<std::wstring()>& text) {
+    tam::TakeElement(kEntry, tam::UpperCase(name), type, {text, kNoLocale});
 }
 
 } // namespace
@@ -71,11 +63,11 @@ TypeDescription DescribeType(std::wstring_view id, const dom::Document& catalogu
     type.id = id;
     if (const dom::Node entry = EntryOf(id, catalogue)) {
         dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& text) {
-            ReadChild(type, tam::UpperCase(name), text);
+            TakeNamed(type, name, [&] { return text; });
         });
         dom::ForEachChild(entry, [&](const dom::Node& child) {
             if (dom::IsElement(child)) {
-                ReadChild(type, tam::UpperCase(dom::BaseName(child)), dom::TextOf(child));
+                TakeNamed(type, dom::BaseName(child), [&] { return dom::TextOf(child); });
             }
         });
     } else if (const auto facts = FindType(id)) {
@@ -92,6 +84,15 @@ HRESULT HostType::get_LUIType(BSTR* value) {
         const bool isUnknown = general == GeneralType::Other && !type_.generalType.empty();
         return isUnknown ? L"Numeric" : tam::LuiTypeOf(general);
     });
+}
+
+// The catalogue writes ".".
+HRESULT HostType::get_Min(BSTR* value) {
+    return Get(value, [&] { return tam::MoveDecimalMark(type_.min, UserMarks().decimal); });
+}
+
+HRESULT HostType::get_Max(BSTR* value) {
+    return Get(value, [&] { return tam::MoveDecimalMark(type_.max, UserMarks().decimal); });
 }
 
 HRESULT HostType::get_HasField(VARIANT_BOOL* value) {

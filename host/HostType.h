@@ -56,8 +56,8 @@ class HostType final : public com::DualObject<HostType, ISNVType, IEnumType> {
         return Answer(value, type_.invalidValue);
     }
     HRESULT STDMETHODCALLTYPE get_Name(BSTR* value) override { return Answer(value, type_.name); }
-    HRESULT STDMETHODCALLTYPE get_Min(BSTR* value) override { return Answer(value, type_.min); }
-    HRESULT STDMETHODCALLTYPE get_Max(BSTR* value) override { return Answer(value, type_.max); }
+    HRESULT STDMETHODCALLTYPE get_Min(BSTR* value) override;
+    HRESULT STDMETHODCALLTYPE get_Max(BSTR* value) override;
     HRESULT STDMETHODCALLTYPE get_Units(BSTR* value) override { return Answer(value, type_.units); }
     HRESULT STDMETHODCALLTYPE get_BACnetUnits(BSTR* value) override {
         return Answer(value, type_.bacnetUnits);

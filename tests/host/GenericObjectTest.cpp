@@ -216,7 +216,7 @@ TEST_F(GenericObjectTest, TakesItsTypesFromTheCatalogue) {
     EXPECT_EQ(L"Numeric", TextOf(*type.Get(), &ISNVType::get_LUIType));
     EXPECT_EQ(L"K", TextOf(*type.Get(), &ISNVType::get_Units));
     EXPECT_EQ(L"delta", TextOf(*type.Get(), &ISNVType::get_BACnetUnits));
-    EXPECT_EQ(L"-5.5", TextOf(*type.Get(), &ISNVType::get_Min));
+    EXPECT_EQ(Local(L"-5.5"), TextOf(*type.Get(), &ISNVType::get_Min));
     EXPECT_EQ(L"6", TextOf(*type.Get(), &ISNVType::get_Max));
     EXPECT_EQ(L"327.67", TextOf(*type.Get(), &ISNVType::get_InvalidValue));
     EXPECT_EQ(2, LongOf(*type.Get(), &ISNVType::get_Length));
@@ -225,6 +225,12 @@ TEST_F(GenericObjectTest, TakesItsTypesFromTheCatalogue) {
     EXPECT_EQ(1, LongOf(*type.Get(), &ISNVType::get_ACoef));
     EXPECT_EQ(-2, LongOf(*type.Get(), &ISNVType::get_BCoef));
     EXPECT_EQ(7, LongOf(*type.Get(), &ISNVType::get_CCoef));
+
+    // An attribute without limits of its own has its type's, in the form of its value.
+    const auto offset = AttributeOf(block, L"Offset");
+    EXPECT_EQ(L"-5.5", TextOf(*offset.Get(), &IAttribute::get_Min));
+    EXPECT_EQ(L"6", TextOf(*offset.Get(), &IAttribute::get_Max));
+    EXPECT_TRUE(TextOf(*offset.Get(), &IAttribute::get_DispMin).starts_with(Local(L"-5.5")));
 
     // What the catalogue lacks comes from the host's own table.
     ASSERT_EQ(S_OK, AttributeOf(block, L"Channel")->get_SNVTType(type.Put()));
