@@ -84,12 +84,9 @@ std::wstring NameOf(const DataPoint& field) {
 
 /// The name, when the collection finds this very object by it; else the
 /// position, when it finds a field of the name there; else the name, when it
-/// finds anything by it: some make their objects anew for each caller and take
+/// finds anything by it: some make their objects for each caller and take
 /// names alone. Empty when nothing finds the field.
 com::Variant KeyOf(IDispatch& collection, const std::wstring& name, long position, IDispatch* field) {
-    if (!com::HasMember(collection, L"Item")) {
-        return {};
-    }
     com::Variant byName(name);
     const auto named = FoundBy(collection, byName);
     if (com::SameObject(named.Get(), field)) {
@@ -132,19 +129,21 @@ Entries EntriesOf(IDispatch& collection) {
 }
 
 /// The fields of a structure in the order of its collection.
-std::vector<FieldPlace> PlacesOf(const DataPoint& structure) {
+FieldPlaces PlacesOf(const DataPoint& structure) {
     const auto collection = structure.Fields();
     if (!collection) {
         return {};
     }
-    std::vector<FieldPlace> places;
+    const bool finds = com::HasMember(*collection.Get(), L"Item");
+    FieldPlaces places;
     for (Entry& entry : EntriesOf(*collection.Get())) {
         DataPoint field(entry.object.Get());
-        if (entry.key.Get().vt == VT_EMPTY) {
+        if (finds && entry.key.Get().vt == VT_EMPTY) {
             const auto position = static_cast<long>(places.size()) + 1;
             entry.key = KeyOf(*collection.Get(), NameOf(field), position, entry.object.Get());
         }
-        places.push_back({std::move(field), std::move(entry.key)});
+        places.push_back(
+            std::make_shared<const FieldPlace>(FieldPlace{std::move(field), std::move(entry.key)}));
     }
     return places;
 }
@@ -159,9 +158,9 @@ void KeepFirst(std::optional<com::Failure>& first, std::optional<com::Failure> f
 
 std::vector<FieldRow> ReadFields(const DataPoint& structure) {
     std::vector<FieldRow> rows;
-    for (FieldPlace& place : PlacesOf(structure)) {
+    for (auto& place : PlacesOf(structure)) {
         FieldRow row{std::move(place), {}, {}, {}, {}, {}, {}};
-        const DataPoint& field = row.place.field;
+        const DataPoint& field = row.place->field;
         row.name = field.Name();
         row.genType = TypeTextOf(field, &DataPointType::GenType);
         row.type = TypeTextOf(field, &DataPointType::Name);
@@ -180,13 +179,15 @@ void FieldRow::ReadValue(const DataPoint& field) {
     shown = ShownTextOf(field, value, genType);
 }
 
-DataPoint FetchField(const DataPoint& structure, const FieldPlace& place) {
+DataPoint FieldSource::Fetch(const FieldPlace& place) {
     if (place.key.Get().vt == VT_EMPTY) {
         return place.field;
     }
-    const auto collection = structure.Fields();
-    com::CheckSet(collection.Get());
-    return DataPoint(ItemOf(*collection.Get(), place.key.Get()).Get());
+    if (!collection_) {
+        collection_ = structure_.Fields();
+        com::CheckSet(collection_.Get());
+    }
+    return DataPoint(ItemOf(*collection_.Get(), place.key.Get()).Get());
 }
 
 /// The way down to where a snapshot is read.
@@ -213,6 +214,19 @@ ValueSnapshot::ValueSnapshot(const DataPoint& point) {
     *this = ValueSnapshot(point, walk);
 }
 
+ValueSnapshot::ValueSnapshot(const DataPoint& point, const std::vector<FieldRow>& rows) {
+    com::Attempt([&] { value_ = point.Value(); });
+    com::Attempt([&] {
+        FieldPlaces places;
+        for (const FieldRow& row : rows) {
+            places.push_back(row.place);
+        }
+        Walk walk;
+        walk.above.push_back(point.Object());
+        TakeFields(std::move(places), walk);
+    });
+}
+
 ValueSnapshot::ValueSnapshot(const DataPoint& point, Walk& walk) {
     com::Attempt([&] { value_ = point.Value(); });
     if (walk.GoesBelow(point)) {
@@ -224,32 +238,47 @@ ValueSnapshot::ValueSnapshot(const DataPoint& point, Walk& walk) {
 }
 
 void ValueSnapshot::ReadFields(const DataPoint& point, Walk& walk) {
-    std::vector<FieldPlace> places = PlacesOf(point);
-    if (walk.above.size() > 1 && places.size() > walk.fieldsLeft) {
-        return; // the structure's own fields are read however many they are
+    FieldPlaces places = PlacesOf(point);
+    // The structure's own fields are read however many they are.
+    if (walk.above.size() == 1 || places.size() <= walk.fieldsLeft) {
+        TakeFields(std::move(places), walk);
     }
+}
+
+void ValueSnapshot::TakeFields(FieldPlaces places, Walk& walk) {
     walk.fieldsLeft -= std::min(places.size(), walk.fieldsLeft);
     places_ = std::move(places);
     fields_.reserve(places_.size());
-    for (const FieldPlace& place : places_) {
-        fields_.push_back(ValueSnapshot(place.field, walk));
+    for (const auto& place : places_) {
+        fields_.push_back(ValueSnapshot(place->field, walk));
     }
 }
 
 std::optional<com::Failure> ValueSnapshot::Restore(const DataPoint& point) const noexcept {
     std::optional<com::Failure> first;
+    RestoreInto(point, first);
+    return first;
+}
+
+bool ValueSnapshot::RestoreInto(const DataPoint& point, std::optional<com::Failure>& first) const noexcept {
+    bool wrote = false;
+    FieldSource now(point);
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         // A field that is not found again is restored in the object of the opening.
-        DataPoint field = places_[i].field;
-        KeepFirst(first, com::Attempt([&] { field = FetchField(point, places_[i]); }));
-        KeepFirst(first, fields_[i].Restore(field));
+        DataPoint field = places_[i]->field;
+        KeepFirst(first, com::Attempt([&] { field = now.Fetch(*places_[i]); }));
+        if (fields_[i].RestoreInto(field, first)) {
+            wrote = true;
+            now.Forget();
+        }
     }
     KeepFirst(first, com::Attempt([&] {
                   if (value_ && point.Value() != *value_) {
+                      wrote = true; // or it failed half-way
                       point.SetValue(*value_);
                   }
               }));
-    return first;
+    return wrote;
 }
 
 } // namespace tam

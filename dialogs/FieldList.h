@@ -5,6 +5,7 @@
 #include "com/Ref.h"
 #include "dialogs/DataPoint.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,10 +18,12 @@ struct FieldPlace {
     /// Empty when the collection does not find it; `field` is all there is then.
     com::Variant key;
 };
+/// In the order of the collection. The rows and the snapshot of an editor share them.
+using FieldPlaces = std::vector<std::shared_ptr<const FieldPlace>>;
 
 /// One field of a structure, as a row of its editor shows it.
 struct FieldRow {
-    FieldPlace place;
+    std::shared_ptr<const FieldPlace> place;
     std::wstring name;
     std::wstring value;
     /// The value as a person reads it.
@@ -42,9 +45,20 @@ struct FieldRow {
 /// Count and Item when it has none.
 std::vector<FieldRow> ReadFields(const DataPoint& structure);
 
-/// The field as the collection has it now: a host may make its objects anew for
-/// each caller, each with the value of that moment.
-DataPoint FetchField(const DataPoint& structure, const FieldPlace& place);
+/// The fields of a structure as its collection has them now: a host may make its
+/// objects for each caller, each with the value of that moment. One collection serves a
+/// pass over the fields; it is asked for at the first of them.
+class FieldSource {
+  public:
+    explicit FieldSource(const DataPoint& structure) noexcept : structure_(structure) {}
+    DataPoint Fetch(const FieldPlace& place);
+    /// After a field was written, which others may follow: the collection is asked for again.
+    void Forget() noexcept { collection_.Reset(); }
+
+  private:
+    const DataPoint& structure_;
+    com::Ref<IDispatch> collection_;
+};
 
 /// The values of a data point and of all its fields at one moment, structures
 /// within structures included.
@@ -52,6 +66,8 @@ DataPoint FetchField(const DataPoint& structure, const FieldPlace& place);
 class ValueSnapshot {
   public:
     explicit ValueSnapshot(const DataPoint& point);
+    /// The same of a structure whose rows have been read: with their places.
+    ValueSnapshot(const DataPoint& point, const std::vector<FieldRow>& rows);
 
     /// Writes back what differs by now, the inner values first. What fails is
     /// passed over; the first failure is the answer.
@@ -61,9 +77,12 @@ class ValueSnapshot {
     struct Walk;
     ValueSnapshot(const DataPoint& point, Walk& walk);
     void ReadFields(const DataPoint& point, Walk& walk);
+    void TakeFields(FieldPlaces places, Walk& walk);
+    /// Answers whether anything was written.
+    bool RestoreInto(const DataPoint& point, std::optional<com::Failure>& first) const noexcept;
 
     std::optional<std::wstring> value_;
-    std::vector<FieldPlace> places_;
+    FieldPlaces places_;
     /// The values of the field at each place.
     std::vector<ValueSnapshot> fields_;
 };

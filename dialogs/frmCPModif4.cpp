@@ -46,7 +46,7 @@ frmCPModif4::frmCPModif4() noexcept : ValueForm(IDD_STRUCTURE) {}
 void frmCPModif4::ReadDataPoint() {
     InitDecimalSeparator();
     rows_ = ReadFields(Point());
-    opening_.emplace(Point());
+    opening_.emplace(Point(), rows_);
     confirmed_ = false;
 }
 
@@ -187,7 +187,7 @@ void frmCPModif4::EditRow(int row) {
 }
 
 void frmCPModif4::OpenEditor(const FieldRow& row) {
-    const DataPoint field = FetchField(Point(), row.place);
+    const DataPoint field = FieldSource(Point()).Fetch(*row.place);
     const auto editor = MakeValueEditor(GeneralTypeOf(row.genType));
     if (!editor) {
         ShowBox(kNoEditorText, kNoEditorCaption, MB_ICONEXCLAMATION);
@@ -201,8 +201,9 @@ void frmCPModif4::OpenEditor(const FieldRow& row) {
 void frmCPModif4::RefreshValues() {
     // All of them: a field may follow another one.
     int index = 0;
+    FieldSource fields(Point());
     for (FieldRow& row : rows_) {
-        row.ReadValue(FetchField(Point(), row.place));
+        row.ReadValue(fields.Fetch(*row.place));
         ShowRow(index, row);
         ++index;
     }
@@ -211,10 +212,12 @@ void frmCPModif4::RefreshValues() {
 
 void frmCPModif4::OkStep() {
     RunOkStep(L"error calculating CP value", [&] {
+        FieldSource fields(Point());
         for (const FieldRow& row : rows_) {
             // A structure's own editor has written it, or has told that it cannot be.
             if (row.value != row.openingValue && GeneralTypeOf(row.genType) != GeneralType::Struct) {
-                FetchField(Point(), row.place).SetValue(row.value);
+                fields.Fetch(*row.place).SetValue(row.value);
+                fields.Forget();
             }
         }
         WriteStructure();

@@ -85,7 +85,7 @@ com::Ref<NamedObject> ObjectOf(StoredField& stored) {
     return object;
 }
 
-class FieldsAnewTest : public DialogTest {
+class FieldsForEachCallerTest : public DialogTest {
   protected:
     void EditStructure(Finds finds, Script script) {
         HostPoint structure(L"All", L"", L"Struct");
@@ -109,7 +109,7 @@ class FieldsAnewTest : public DialogTest {
                                      {L"Mode", L"0"}};
 };
 
-TEST_F(FieldsAnewTest, ARowShowsTheValueThatTheHostHasByNow) {
+TEST_F(FieldsForEachCallerTest, ARowShowsTheValueThatTheHostHasByNow) {
     for (const Finds finds : {Finds::Names, Finds::Positions}) {
         fields_[0] = {L"Speed", L"40"};
         EditStructure(finds, [this](Shown& dialog) {
@@ -121,7 +121,7 @@ TEST_F(FieldsAnewTest, ARowShowsTheValueThatTheHostHasByNow) {
     }
 }
 
-TEST_F(FieldsAnewTest, CancelGoesBackToTheValuesAtOpening) {
+TEST_F(FieldsForEachCallerTest, CancelGoesBackToTheValuesAtOpening) {
     for (const Finds finds : {Finds::Names, Finds::Positions}) {
         EditStructure(finds, [this](Shown& dialog) {
             TypeIntoFirst(dialog, L"55");
@@ -133,7 +133,7 @@ TEST_F(FieldsAnewTest, CancelGoesBackToTheValuesAtOpening) {
     }
 }
 
-TEST_F(FieldsAnewTest, AStructureThatContainsItselfSeveralTimesOpens) {
+TEST_F(FieldsForEachCallerTest, AStructureThatContainsItselfSeveralTimesOpens) {
     fields_ = {{L"Speed", L"40"}, {L"Left", L"1", L"Struct"}, {L"Right", L"2", L"Struct"}};
     fields_[1].sameAs = &fields_;
     fields_[2].sameAs = &fields_;
@@ -147,7 +147,51 @@ TEST_F(FieldsAnewTest, AStructureThatContainsItselfSeveralTimesOpens) {
     EXPECT_EQ(fields_[2].value, L"2");
 }
 
-TEST_F(FieldsAnewTest, CancelGoesBackInsideStructuresToo) {
+TEST_F(FieldsForEachCallerTest, TheCollectionIsAskedForOncePerPass) {
+    HostPoint structure(L"All", L"", L"Struct");
+    int asked = 0;
+    structure.object->Add(L"Fields", [&](auto) {
+        ++asked;
+        return com::Variant(CollectionOf(fields_, Finds::Names).Get());
+    });
+    Next([&](Shown& dialog) {
+        EXPECT_EQ(asked, 1) << "the rows and what Cancel goes back to";
+        TypeIntoFirst(dialog, L"55");
+        EXPECT_EQ(asked, 3) << "the field's editor, and the rows that are read again";
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    EXPECT_EQ(asked, 5) << "Cancel, and again after the value that it wrote back";
+}
+
+TEST_F(FieldsForEachCallerTest, CancelGoesBackToAValueThatFollowsAnother) {
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.object->Add(L"Fields", [this](auto) {
+        fields_[2].value = fields_[0].writes.empty() || fields_[0].value == L"55" ? L"0" : L"9";
+        std::vector<com::Ref<NamedObject>> objects; // with the values of this moment
+        for (StoredField& field : fields_) {
+            objects.push_back(ObjectOf(field));
+        }
+        auto list = CollectionOf(fields_, Finds::Positions);
+        list->Replace(L"Item", [objects](std::span<const VARIANT> arguments) {
+            const VARIANT& key = arguments.front();
+            if (key.vt != VT_I4) {
+                throw com::CallError(DISP_E_BADINDEX);
+            }
+            return com::Variant(objects.at(static_cast<std::size_t>(key.lVal) - 1).Get());
+        });
+        return com::Variant(list.Get());
+    });
+    Next([this](Shown& dialog) {
+        TypeIntoFirst(dialog, L"55");
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    EXPECT_EQ(fields_[0].value, L"40");
+    EXPECT_EQ(fields_[2].writes, std::vector<std::wstring>{L"0"}) << "9 as soon as Speed is 40 again";
+}
+
+TEST_F(FieldsForEachCallerTest, CancelGoesBackInsideStructuresToo) {
     EditStructure(Finds::Names, [this](Shown& dialog) {
         Next([this](Shown& nested) {
             TypeIntoFirst(nested, L"7");
@@ -161,7 +205,7 @@ TEST_F(FieldsAnewTest, CancelGoesBackInsideStructuresToo) {
     EXPECT_TRUE(fields_[1].fields[1].writes.empty());
 }
 
-TEST_F(FieldsAnewTest, AnItemThatFindsNothingLeavesTheWalkedObjects) {
+TEST_F(FieldsForEachCallerTest, AnItemThatFindsNothingLeavesTheWalkedObjects) {
     HostPoint speed(L"Speed", L"40", L"SignedNumeric");
     HostPoint structure(L"All", L"", L"Struct");
     structure.SetFields({&speed});
@@ -178,7 +222,7 @@ TEST_F(FieldsAnewTest, AnItemThatFindsNothingLeavesTheWalkedObjects) {
     EXPECT_EQ(speed.value, L"40");
 }
 
-TEST_F(FieldsAnewTest, APositionThatHoldsAnotherFieldIsNotTaken) {
+TEST_F(FieldsForEachCallerTest, APositionThatHoldsAnotherFieldIsNotTaken) {
     HostPoint structure(L"All", L"", L"Struct");
     auto fromZero = CollectionOf(fields_, Finds::Positions);
     fromZero->Replace(L"Item", [this](std::span<const VARIANT> arguments) {
