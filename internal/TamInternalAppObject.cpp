@@ -1,5 +1,6 @@
 #include "internal/TamInternalAppObject.h"
 
+#include "com/Boundary.h"
 #include "com/Creation.h"
 #include "com/LateBound.h"
 #include "common/MessageLoop.h"
@@ -42,6 +43,42 @@ void Prepend(const dom::Node& parent, const dom::Element& element) {
     before.punkVal = first.Get();
     com::Call(parent, &IXMLDOMNode::insertBefore, element.Get(), before, nullptr);
 }
+
+/// Takes what is appended to a node out of it again, unless all of it is in place.
+class Appending {
+  public:
+    explicit Appending(dom::Node parent) : parent_(std::move(parent)) {
+        com::Call(parent_, &IXMLDOMNode::get_lastChild, last_.Put());
+    }
+    Appending(const Appending&) = delete;
+    Appending& operator=(const Appending&) = delete;
+    ~Appending() {
+        if (!isWhole_) {
+            com::Attempt([&] { TakeOut(); });
+        }
+    }
+    void Commit() noexcept { isWhole_ = true; }
+
+  private:
+    void TakeOut() const {
+        dom::Node appended;
+        if (last_) {
+            com::Call(last_, &IXMLDOMNode::get_nextSibling, appended.Put());
+        } else {
+            com::Call(parent_, &IXMLDOMNode::get_firstChild, appended.Put());
+        }
+        while (appended) {
+            dom::Node next;
+            com::Call(appended, &IXMLDOMNode::get_nextSibling, next.Put());
+            com::Call(parent_, &IXMLDOMNode::removeChild, appended.Get(), nullptr);
+            appended = std::move(next);
+        }
+    }
+
+    dom::Node parent_;
+    dom::Node last_;
+    bool isWhole_ = false;
+};
 
 void SetVisible(IDispatch& item, bool visible) {
     const VARIANT_BOOL value = visible ? VARIANT_TRUE : VARIANT_FALSE;
@@ -158,18 +195,21 @@ void TamInternalAppObject::ApplyVisibility() {
 STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     const auto kept = AsChannel(); // the generic object may drop the last reference
     return Do([&] {
-        // All that may be refused comes first: an element is saved with both keys or not at all.
+        // An element is saved with both keys or not at all: what can be refused before it is
+        // there comes first.
         const std::wstring deviceKey = DeviceKey();
         const dom::Node parent = dom::NodeOf(parentNode);
         const dom::Document target = dom::DocumentOf(document);
         const dom::Element objectKey = NewText(target, kObjectKeyElement, internalObjectKey_);
         const dom::Element ownDeviceKey = NewText(target, kDeviceKeyElement, deviceKey);
+        Appending element(parent);
         com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
         dom::Node saved;
         com::Call(parent, &IXMLDOMNode::get_lastChild, saved.Put());
         com::CheckSet(saved.Get());
         Prepend(saved, objectKey);
         Prepend(saved, ownDeviceKey);
+        element.Commit();
     });
 }
 

@@ -18,9 +18,10 @@ void ReplaceNode(Slots& slots, I* node) {
     slots.Replace<Kind::Dom, &IXMLDOMNode::get_nodeName, &IXMLDOMNode::get_nodeValue,
                   &IXMLDOMNode::get_nodeType, &IXMLDOMNode::get_parentNode, &IXMLDOMNode::get_firstChild,
                   &IXMLDOMNode::get_lastChild, &IXMLDOMNode::get_nextSibling, &IXMLDOMNode::get_attributes,
-                  &IXMLDOMNode::insertBefore, &IXMLDOMNode::appendChild, &IXMLDOMNode::get_text,
-                  &IXMLDOMNode::get_xml, &IXMLDOMNode::selectNodes, &IXMLDOMNode::selectSingleNode,
-                  &IXMLDOMNode::get_namespaceURI, &IXMLDOMNode::get_prefix, &IXMLDOMNode::get_baseName>(node);
+                  &IXMLDOMNode::insertBefore, &IXMLDOMNode::removeChild, &IXMLDOMNode::appendChild,
+                  &IXMLDOMNode::get_text, &IXMLDOMNode::get_xml, &IXMLDOMNode::selectNodes,
+                  &IXMLDOMNode::selectSingleNode, &IXMLDOMNode::get_namespaceURI, &IXMLDOMNode::get_prefix,
+                  &IXMLDOMNode::get_baseName>(node);
 }
 
 void ReplaceDocument(Slots& slots, IXMLDOMDocument2* document) {

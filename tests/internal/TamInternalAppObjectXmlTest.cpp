@@ -174,6 +174,21 @@ TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
     EXPECT_EQ(Flat(root.Get()), L"<Project/>");
 }
 
+TEST_F(TamInternalAppObjectXmlTest, TakesOutAgainWhatTheGenericObjectWroteBeforeItFailed) {
+    const auto object = Created();
+    generic.object->On(L"XMLSave", [](const Invocation& call) {
+        const auto document = com::Query<IXMLDOMDocument2>(call.Input(1).pdispVal);
+        tam::dom::Append(document, com::Query<IXMLDOMNode>(call.Input(0).pdispVal), L"AI");
+        return static_cast<HRESULT>(0x80044444u);
+    });
+    for (const wchar_t* project : {L"<Project/>", L"<Project><Other/>text</Project>"}) {
+        const Document document = support::Parse(project);
+        const auto root = support::Root(document);
+        EXPECT_EQ(object->XMLSave(root.Get(), document.Get()), static_cast<HRESULT>(0x80044444u));
+        EXPECT_EQ(Flat(root.Get()), project);
+    }
+}
+
 TEST_F(TamInternalAppObjectXmlTest, DoesNotReadItsKeysBack) {
     const auto object = Created();
     const Document saved =
