@@ -1,8 +1,11 @@
+#include "check/Points.h"
+#include "core/PointData.h"
 #include "tests/check/Documents.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +30,30 @@ std::string InputWith(std::string_view list, std::string_view reference = "0000"
 }
 
 } // namespace
+
+namespace {
+
+/// The keywords of a table of the component, and those that it reads without one.
+template <class Table>
+std::set<std::string> Keywords(const Table& table, std::set<std::string> besides) {
+    for (const auto& field : table) {
+        const std::wstring_view keyword = field.keyword;
+        besides.emplace(keyword.begin(), keyword.end());
+    }
+    return besides;
+}
+std::set<std::string> Keywords(Side side) {
+    const auto& keywords = StreamWords(side).keywords;
+    return {keywords.begin(), keywords.end()};
+}
+
+} // namespace
+
+TEST(PointRulesTest, KnowsTheKeywordsThatTheComponentReads) {
+    EXPECT_EQ(Keywords(Side::Input), Keywords(tam::kInputDefinition, {"SNVTCOMPATIBILITYLIST"}));
+    EXPECT_EQ(Keywords(Side::Output), Keywords(tam::kOutputDefinition, {"SNVTTYPE"}));
+    EXPECT_EQ(Keywords(Side::Attribute), Keywords(tam::kAttributeDefinition, {"SNVTTYPE"}));
+}
 
 TEST(PointRulesTest, FindsPointsOfOneNameInAnyLetterCase) {
     ExpectOne(RuleId::PointTwice, WithOutput(Output("AI1_Out", "105", "2") + Output("^AI1_OUT", "105", "4")));
