@@ -66,9 +66,9 @@ struct Section {
     std::span<const Word> words;
 };
 
-constexpr Section kSections[] = {{"INREFERENCES", "input", "Inputs", kInput},
-                                 {"OUTREFERENCES", "output", "Outputs", kOutput},
-                                 {"ATTRIBUTES", "attribute", "Attributes", kAttribute}};
+constexpr Section kSections[] = {{"InReferences", "input", "Inputs", kInput},
+                                 {"OutReferences", "output", "Outputs", kOutput},
+                                 {"Attributes", "attribute", "Attributes", kAttribute}};
 
 std::string YesNo(bool is) {
     return is ? "yes" : "no";
@@ -139,10 +139,14 @@ class PointReader {
         case Form::Type:
             field.shown = ShownType(text, document_.Types());
             break;
-        case Form::Value:
-            field.meaning = MeaningOfValue(text, type, document_.Types());
-            field.shown = ShownValue(text, type, document_.Types());
+        case Form::Value: {
+            // Blanks around a text are a part of it.
+            const std::string value =
+                isThere && IsText(type, document_.Types()) ? document_.WholeTextOf(element) : text;
+            field.meaning = MeaningOfValue(value, type, document_.Types());
+            field.shown = ShownValue(value, type, document_.Types());
             break;
+        }
         case Form::Presence:
             field.meaning = field.shown = YesNo(isThere);
             break;
@@ -235,6 +239,10 @@ Model ModelOfPoints(const Document& document, check::Kind kind) {
     for (const Section& section : kSections) {
         Group group{section.noun, section.title, {}, true, false};
         for (const XmlTree::Index element : document.Children(owner, section.element)) {
+            // A module finds its sections by their very names; a host's library does not care.
+            if (kind == check::Kind::DeviceStream && tree.Name(element) != section.element) {
+                continue;
+            }
             tree.ForEachElement(element, [&](XmlTree::Index point) {
                 group.items.push_back(reader.Read(point, section.words));
             });

@@ -26,16 +26,20 @@ std::size_t Document::LineOf(XmlTree::Index node) const {
 }
 
 std::string Document::TextOf(XmlTree::Index element) const {
+    return std::string(check::Trim(WholeTextOf(element)));
+}
+
+std::string Document::WholeTextOf(XmlTree::Index element) const {
     std::string text;
     tree_.ForEachChild(element, [&](XmlTree::Index child) {
         if (tree_.IsElement(child)) {
-            text += TextOf(child);
+            text += WholeTextOf(child);
         } else if (tree_.KindOf(child) == XmlTree::Kind::Text ||
                    tree_.KindOf(child) == XmlTree::Kind::CData) {
             text += tree_.Content(child);
         }
     });
-    return std::string(check::Trim(text));
+    return text;
 }
 
 std::vector<XmlTree::Index> Document::Children(XmlTree::Index parent, std::string_view name) const {
@@ -134,6 +138,11 @@ std::string MeaningOfValue(const std::string& text, std::string_view typeId, con
     const check::TypeInfo* const type = types.Find(typeId);
     const bool isNumber = type != nullptr && (type->IsNumber() || type->general == "Enum");
     return isNumber ? MeaningOfNumber(text) : text;
+}
+
+bool IsText(std::string_view typeId, const check::Catalogue& types) {
+    const check::TypeInfo* const type = types.Find(typeId);
+    return type != nullptr && type->general == "Textual";
 }
 
 } // namespace diff

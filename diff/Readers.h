@@ -23,6 +23,8 @@ class Document {
     std::size_t LineOf(XmlTree::Index node) const;
     /// All texts below an element, without the blanks around them.
     std::string TextOf(XmlTree::Index element) const;
+    /// The same with them.
+    std::string WholeTextOf(XmlTree::Index element) const;
     /// The children of an element whose name is this, in any case.
     std::vector<XmlTree::Index> Children(XmlTree::Index parent, std::string_view name) const;
     /// The last one, which is the one that counts where a name is repeated; kNone when there is none.
@@ -54,6 +56,9 @@ std::string ShownType(std::string_view id, const check::Catalogue& types);
 std::string ShownValue(const std::string& text, std::string_view typeId, const check::Catalogue& types);
 /// What a value means: a number for types of numbers and enumerations, else the text.
 std::string MeaningOfValue(const std::string& text, std::string_view typeId, const check::Catalogue& types);
+
+/// Whether a type's values are texts.
+bool IsText(std::string_view typeId, const check::Catalogue& types);
 
 // One for each kind of document.
 

@@ -15,6 +15,7 @@ namespace difftest {
 inline const check::Catalogue& Types() {
     static const check::Catalogue types = check::ReadCatalogue(
         "<SNVTCatalogue>"
+        "<SNVT_36><Name>SNVT_str_asc</Name><Type>Textual</Type><Length>31</Length></SNVT_36>"
         "<SNVT_81><Name>SNVT_lev_percent</Name><Type>SignedNumeric</Type><Unit>%</Unit><Min>-163.84</"
         "Min><Max>163.83"
         "</Max><Length>2</Length><A_Coef>5</A_Coef><B_Coef>-3</B_Coef><C_Coef>0</C_Coef></SNVT_81>"

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <cstddef>
 
 namespace difftest {
 
@@ -23,9 +25,29 @@ TEST(StreamDiffTest, PassesOverForm) {
         Texts{},
         Changes(Attributes(kOffset),
                 "<?xml version=\"1.0\"?>\r\n<!-- an attribute -->\r\n<Tam>\r\n <Name>Reading room</Name>"
-                "<DevKey> K7 </DevKey>\r\n<TamObjID>1</TamObjID><IsLastOnDev>0</IsLastOnDev><ATTRIBUTES>"
+                "<DevKey> K7 </DevKey>\r\n<TamObjID>1</TamObjID><IsLastOnDev>0</IsLastOnDev><Attributes>"
                 "\r\n\t<ai1_offset>\r\n<Value>-0.5</Value><LogicalAddress>011</LogicalAddress>"
-                "<SNVTType><![CDATA[147]]></SNVTType></ai1_offset></ATTRIBUTES></Tam>"));
+                "<SNVTType><![CDATA[147]]></SNVTType></ai1_offset></Attributes></Tam>"));
+}
+
+// A module finds its sections by their very names: such a stream has lost its points.
+TEST(StreamDiffTest, TellsThePointsOfASectionThatIsMisspelt) {
+    std::string lost = Attributes(kOffset);
+    for (const std::string_view name : {"<Attributes>", "</Attributes>"}) {
+        const std::size_t at = lost.find(name);
+        ASSERT_NE(at, std::string::npos);
+        lost.replace(at, name.size(), name.starts_with("</") ? "</ATTRIBUTES>" : "<ATTRIBUTES>");
+    }
+    EXPECT_EQ(Texts{"removed attribute AI1_Offset: type 147 temp_diff_p, address 11 -> "},
+              Changes(Attributes(kOffset), lost));
+}
+
+TEST(StreamDiffTest, TellsBlanksAroundATextAlone) {
+    EXPECT_EQ(Texts{"changed attribute A value: hall ->  hall"},
+              Changes(Attributes(Attribute("A", "36", "1", "hall")),
+                      Attributes(Attribute("A", "36", "1", " hall"))));
+    EXPECT_EQ(Texts{}, Changes(Attributes(Attribute("A", "81", "1", "5")),
+                               Attributes(Attribute("A", "81", "1", " 5 "))));
 }
 
 TEST(StreamDiffTest, TellsValuesWithUnitAndLabel) {
