@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+#include <span>
 
 namespace check {
 
@@ -206,14 +207,26 @@ std::string Utf16Text(std::string_view bytes, bool isBigEndian, Findings& findin
     return text;
 }
 
+/// The encoding that was probably meant. None where the numbers alone differ: 874 is no
+/// slip of the pen for 1254.
+std::string_view Meant(std::string_view name, std::span<const std::string_view> known) {
+    const auto withoutDigits = [](std::string_view text) {
+        std::string letters = Upper(text);
+        std::erase_if(letters, [](char c) { return c >= '0' && c <= '9'; });
+        return letters;
+    };
+    const std::string_view near = Nearest(name, known);
+    return withoutDigits(near) == withoutDigits(name) ? std::string_view() : near;
+}
+
 void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
     std::vector<std::string_view> known = {kUtf8, kUtf16, kAscii};
     for (const CodePage& page : kCodePages) {
         known.push_back(page.name);
     }
     findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name),
-                 "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -16 or windows-1250 to -1258",
-                 std::string(Nearest(name, known)));
+                 "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -10 and -13 to -16 or windows-1250 to -1258",
+                 std::string(Meant(name, known)));
 }
 
 /// Without a mark: the declaration says which encoding it is.

@@ -53,6 +53,10 @@ TEST(XmlRulesTest, FindsBytesThatAreNoCharacters) {
 }
 
 TEST(XmlRulesTest, FindsEncodingsThatAreNotThere) {
+    for (const std::string name : {"windows-874", "ISO-8859-11"}) { // another number is no slip of the pen
+        ExpectOne(RuleId::EncodingUnknown,
+                  "<?xml version=\"1.0\" encoding=\"^" + name + "\"?>" + WithName("Hall"));
+    }
     ExpectOne(RuleId::EncodingUnknown, "<?xml version=\"1.0\" encoding=\"^UFT-8\"?>" + WithName("Hall"),
               "UTF-8");
     ExpectOne(RuleId::EncodingMismatch, "<?xml version=\"1.0\" encoding=\"^UTF-16\"?>" + WithName("Hall"),
