@@ -5,12 +5,16 @@
 
 #include <OrvDBFaces.h>
 
+#include <functional>
+#include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 
 namespace orv {
+
+/// Values of attributes by their names; of two of one name the first in the document.
+using DeviceValues = std::map<std::wstring, std::wstring, std::less<>>;
 
 /// What the points of a generic block ask of it.
 class Block {
@@ -23,9 +27,9 @@ class Block {
     virtual com::Ref<HostType> MakeType(std::wstring_view id) const = 0;
     /// The object that the block belongs to; may be empty.
     virtual com::Ref<IDispatch> HostParent() const = 0;
-    /// What the owner device's document holds for an attribute; nothing
-    /// without a document or without an entry.
-    virtual std::optional<std::wstring> DeviceValue(std::wstring_view attribute) const = 0;
+    /// What the owner device's document holds for the block, by the attributes' names;
+    /// empty without a document or an entry.
+    virtual DeviceValues ReadDeviceValues() const = 0;
 
   protected:
     ~Block() = default;

@@ -92,14 +92,20 @@ void GenericAttribute::WriteValue(std::wstring value) {
     change.Commit();
 }
 
-void GenericAttribute::Fetch() {
+void GenericAttribute::Fetch(std::optional<DeviceValues>& values) {
     const auto self = This<IAttribute>();
     if (Ask(DataFromDevice, &IAttributeInterceptor::InterceptGetDataFromDevice)) {
         return;
     }
     Block* const block = point_.link ? point_.link->block : nullptr;
-    if (auto value = block != nullptr ? block->DeviceValue(point_.Name()) : std::nullopt) {
-        WriteValue(std::move(*value));
+    if (block == nullptr) {
+        return;
+    }
+    if (!values) {
+        values = block->ReadDeviceValues();
+    }
+    if (const auto value = values->find(point_.Name()); value != values->end()) {
+        WriteValue(value->second);
     }
 }
 
@@ -152,7 +158,10 @@ HRESULT GenericAttribute::get_Parent(IAppObject** value) {
 HRESULT GenericAttribute::SetValue() {
     // Somebody is about to edit the value: what may be chosen comes from the
     // device. The editor itself is the driver's.
-    return Do([&] { Fetch(); });
+    return Do([&] {
+        std::optional<DeviceValues> values;
+        Fetch(values);
+    });
 }
 
 HRESULT GenericAttribute::get_DispValue(BSTR* value) {
@@ -214,7 +223,10 @@ HRESULT GenericAttribute::get_IsDifferential(VARIANT_BOOL* value) {
 }
 
 HRESULT GenericAttribute::GetDataFromDevice() {
-    return Do([&] { Fetch(); });
+    return Do([&] {
+        std::optional<DeviceValues> values;
+        Fetch(values);
+    });
 }
 
 HRESULT GenericAttribute::Flag(const wchar_t* keyword, VARIANT_BOOL* value) {

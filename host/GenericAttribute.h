@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <string>
 #include <utility>
+#include <optional>
 
 namespace orv {
 
@@ -33,8 +34,9 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     void Restore(std::wstring value) noexcept { value_ = std::move(value); }
     void RestoreType(com::Ref<ISNVType> type) noexcept { type_ = std::move(type); }
     /// Fetches the value from the device: the interceptor does it, else it is
-    /// what the owner device's document holds; without either it stays.
-    void Fetch();
+    /// what the owner device's document holds; without either it stays. `values`
+    /// is what that document holds for the whole block, once somebody has read it.
+    void Fetch(std::optional<DeviceValues>& values);
 
     // IAttribute
     HRESULT STDMETHODCALLTYPE get_Parent(IAppObject** value) override;

@@ -13,11 +13,7 @@ GenericInput::GenericInput(const Definition& definition, const BlockRef& block, 
 }
 
 HRESULT GenericInput::changeType(VARIANT newType) {
-    return Do([&] {
-        com::Ref<ISNVType> type = TypeOfArgument(newType, point_.link);
-        // Left out: back to the definition's.
-        type_ = type ? type : com::Ref<ISNVType>(TypeFor(point_.link, point_.definition.Text(L"SNVTTYPE")));
-    });
+    return Do([&] { type_ = point_.ChangedType(newType); });
 }
 
 HRESULT GenericInput::get_ConnectedType(ISNVType** value) {

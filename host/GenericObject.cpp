@@ -144,8 +144,9 @@ void GenericObject::FetchAll() {
     const auto self = This<IAppObject>();
     const auto attributes = attributes_; // these, whatever an interceptor does meanwhile
     com::CheckSet(attributes.Get());
+    std::optional<DeviceValues> values; // read once, when the first attribute wants its own
     for (const auto& attribute : attributes->All()) {
-        attribute->Fetch();
+        attribute->Fetch(values);
     }
 }
 

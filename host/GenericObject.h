@@ -113,7 +113,7 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     short BlockExportIndex() const override { return exportIndex_; }
     com::Ref<HostType> MakeType(std::wstring_view id) const override;
     com::Ref<IDispatch> HostParent() const override { return parent_; }
-    std::optional<std::wstring> DeviceValue(std::wstring_view attribute) const override;
+    DeviceValues ReadDeviceValues() const override;
 
     void MakePoints();
     void FetchAll();

@@ -58,10 +58,19 @@ void Take(const Points& points, const std::vector<SavedPoint>& saved, F&& take) 
 
 } // namespace
 
-std::optional<std::wstring> GenericObject::DeviceValue(std::wstring_view attribute) const {
-    const dom::Node object = ChildOf(ChildOf(RootOf(ownerDeviceXml_), kData), kObject, kObjectKey, Key());
-    const dom::Node value = ChildOf(object, kValue, kValueName, attribute);
-    return value ? std::optional(dom::FirstChildTextOrEmpty(value)) : std::nullopt;
+DeviceValues GenericObject::ReadDeviceValues() const {
+    DeviceValues values;
+    if (const dom::Node object =
+            ChildOf(ChildOf(RootOf(ownerDeviceXml_), kData), kObject, kObjectKey, Key())) {
+        dom::ForEachChild(object, [&](const dom::Node& child) {
+            if (dom::IsElement(child) && dom::BaseName(child) == kValue) {
+                if (auto name = dom::Attribute(child, kValueName)) {
+                    values.try_emplace(std::move(*name), dom::FirstChildTextOrEmpty(child));
+                }
+            }
+        });
+    }
+    return values;
 }
 
 SavedBlock GenericObject::PointsToSave() const {

@@ -28,11 +28,7 @@ GenericOutput::GenericOutput(const Definition& definition, const BlockRef& block
     , displayText_(definition.Name()) {}
 
 HRESULT GenericOutput::changeType(VARIANT newType) {
-    return Do([&] {
-        com::Ref<ISNVType> type = TypeOfArgument(newType, point_.link);
-        // Left out: back to the definition's.
-        type_ = type ? type : com::Ref<ISNVType>(TypeFor(point_.link, point_.definition.Text(L"SNVTTYPE")));
-    });
+    return Do([&] { type_ = point_.ChangedType(newType); });
 }
 
 HRESULT GenericOutput::get_SNVTCompatible(ICompatibleSNVT** value) {

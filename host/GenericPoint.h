@@ -18,6 +18,12 @@ struct GenericPoint {
     std::wstring GlobalKey() const { return Under(globalKeyAbove); }
     std::wstring ExtendedKey() const { return Under(extendedKeyAbove); }
 
+    /// What changeType is given, or the definition's own type where nothing is given.
+    com::Ref<ISNVType> ChangedType(const VARIANT& given) const {
+        com::Ref<ISNVType> type = TypeOfArgument(given, link);
+        return type ? type : com::Ref<ISNVType>(TypeFor(link, definition.Text(L"SNVTTYPE")));
+    }
+
     Definition definition;
     BlockRef link;
     /// Those of the collection, which it shares with its points.
