@@ -33,8 +33,8 @@ constexpr const wchar_t* kDatasheetFolder = L"..\\DataSheets\\";
     com::Call(document, &IXMLDOMDocument::get_parseError, error.Put());
     com::Bstr line;
     com::Bstr reason;
-    com::Check(error->get_srcText(line.Put()));
-    com::Check(error->get_reason(reason.Put()));
+    com::Call(error, &IXMLDOMParseError::get_srcText, line.Put());
+    com::Call(error, &IXMLDOMParseError::get_reason, reason.Put());
     ThrowDefinitionError(line.View(), reason.View());
 }
 

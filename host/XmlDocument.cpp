@@ -14,8 +14,8 @@ namespace dom = tam::dom;
     com::Bstr text;
     long line = 0;
     com::Call(document, &IXMLDOMDocument::get_parseError, reason.Put());
-    com::Check(reason->get_reason(text.Put()));
-    com::Check(reason->get_line(&line));
+    com::Call(reason, &IXMLDOMParseError::get_reason, text.Put());
+    com::Call(reason, &IXMLDOMParseError::get_line, &line);
     std::wstring message = what + L" cannot be read as XML";
     // Some parsers know no line and end their reason with a line break.
     message += line > 0 ? L", line " + std::to_wstring(line) : std::wstring();
