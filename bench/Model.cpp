@@ -1,6 +1,7 @@
 #include "bench/Model.h"
 
 #include "bench/Host.h"
+#include "com/Enumerator.h"
 
 #include <string_view>
 
@@ -15,12 +16,12 @@ void ForEach(Collection& collection, const std::function<void(Item&)>& visit) {
     com::Call(collection, &Collection::get_NewEnum, enumerator.Put());
     const auto variants = enumerator.template As<IEnumVARIANT>();
     com::CheckSet(variants.Get());
-    com::Variant value;
-    while (variants->Next(1, value.Put(), nullptr) == S_OK) {
+    com::ForEachItem(*variants.Get(), [&](com::Variant& value) {
         const auto item = com::Query<Item>(value.Get().punkVal);
         com::CheckSet(item.Get());
         visit(*item.Get());
-    }
+        return true;
+    });
 }
 
 template <class Item, class Collection>

@@ -151,8 +151,4 @@ std::wstring TextOf(double number) {
     return std::wstring(text.View());
 }
 
-std::wstring TextOf(bool value) {
-    return value ? L"True" : L"False";
-}
-
 } // namespace com

@@ -143,7 +143,5 @@ bool BoolOf(std::wstring_view text);
 std::optional<bool> BoolIn(std::wstring_view text);
 /// A number in the user's locale, as the platform shows it by default.
 std::wstring TextOf(double number);
-/// "True" or "False", whatever the locale.
-std::wstring TextOf(bool value);
 
 } // namespace com

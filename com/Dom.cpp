@@ -233,12 +233,6 @@ Node Select(const Node& from, const std::wstring& path) {
     return node;
 }
 
-std::wstring RequiredText(const Node& from, const std::wstring& path) {
-    const Node node = Select(from, path);
-    CheckFound(node);
-    return TextOf(node);
-}
-
 Element Append(const Document& document, const Node& parent, const std::wstring& name) {
     Element element;
     Call(document, &IXMLDOMDocument::createElement, Bstr(name).Get(), element.Put());

@@ -90,8 +90,6 @@ void ForEachByTagName(const Document& document, const std::wstring& path,
                       const std::function<void(const Node&)>& visit);
 /// Single node selected by a path from a node; empty when there is none.
 Node Select(const Node& from, const std::wstring& path);
-/// Text of the node at a path. "Object not set" when there is none.
-std::wstring RequiredText(const Node& from, const std::wstring& path);
 
 /// Appends an empty element.
 Element Append(const Document& document, const Node& parent, const std::wstring& name);

@@ -64,4 +64,14 @@ Ref<IUnknown> MakeEnumerator(std::vector<Ref<IDispatch>> items) {
     return Ref<IUnknown>::Own(new Enumerator(std::move(shared), 0));
 }
 
+void ForEachItem(IEnumVARIANT& items, const std::function<bool(Variant& item)>& visit) {
+    for (;;) {
+        Variant item;
+        ULONG fetched = 0;
+        if (Call(items, &IEnumVARIANT::Next, 1u, item.Put(), &fetched) != S_OK || !visit(item)) {
+            return;
+        }
+    }
+}
+
 } // namespace com

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "com/Conversion.h"
 #include "com/Ref.h"
 
 #include <windows.h>
 
 #include <oaidl.h>
 
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -26,5 +28,9 @@ Ref<IUnknown> EnumeratorOf(const Range& range) {
     }
     return MakeEnumerator(std::move(items));
 }
+
+/// Calls visit with each item that an enumerator still has, until it answers false. What
+/// Next fails with is thrown.
+void ForEachItem(IEnumVARIANT& items, const std::function<bool(Variant& item)>& visit);
 
 } // namespace com

@@ -1,6 +1,7 @@
 #include "dialogs/FieldList.h"
 
 #include "com/Boundary.h"
+#include "com/Enumerator.h"
 #include "com/LateBound.h"
 #include "common/ComponentState.h"
 #include "core/ShownValue.h"
@@ -43,13 +44,7 @@ com::Ref<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
 /// A dictionary enumerates its keys; the fields are behind them.
 Entries Enumerated(IDispatch& collection, IEnumVARIANT& enumerator) {
     Entries entries;
-    for (;;) {
-        com::Variant item;
-        ULONG fetched = 0;
-        const HRESULT result = com::Call(enumerator, &IEnumVARIANT::Next, 1u, item.Put(), &fetched);
-        if (result != S_OK) {
-            return entries;
-        }
+    com::ForEachItem(enumerator, [&](com::Variant& item) {
         const VARTYPE kind = item.Get().vt;
         if (kind == VT_DISPATCH || kind == VT_UNKNOWN) {
             entries.push_back({ObjectOfResult(item), {}});
@@ -57,7 +52,9 @@ Entries Enumerated(IDispatch& collection, IEnumVARIANT& enumerator) {
             auto object = ItemOf(collection, item.Get());
             entries.push_back({std::move(object), std::move(item)});
         }
-    }
+        return true;
+    });
+    return entries;
 }
 
 Entries Counted(IDispatch& collection) {

@@ -14,10 +14,10 @@ class ChannelItems {
   public:
     /// Makes a point for each of the inner collection.
     template <class Collection>
-    void Fill(const com::Ref<Collection>& inner, ITamInternalAppObject& parent) {
+    void Fill(const com::Ref<Collection>& inner, ITamInternalAppObject& owner) {
         com::CheckSet(inner.Get());
         WalkPoints<Point>(inner, [&](const com::Ref<Point>& point) {
-            items_.Add(NameOf(point), ChannelPoint::Make(point, parent));
+            items_.Add(NameOf(point), ChannelPoint::Make(point, owner));
             return true;
         });
     }

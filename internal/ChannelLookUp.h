@@ -2,6 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Conversion.h"
+#include "com/Enumerator.h"
 #include "com/Ref.h"
 #include "core/Case.h"
 #include "internal/Forward.h"
@@ -18,29 +19,29 @@ namespace tam {
 /// while anybody outside holds the point.
 using ChannelRef = ITamInternalAppObject*;
 
-/// The parent, held for a call.
-inline com::Ref<ITamInternalAppObject> ParentOf(const ChannelRef& parent) {
-    com::CheckSet(parent);
-    return com::Ref<ITamInternalAppObject>(parent);
+/// The owner of a point, held for a call.
+inline com::Ref<ITamInternalAppObject> OwnerOf(const ChannelRef& owner) {
+    com::CheckSet(owner);
+    return com::Ref<ITamInternalAppObject>(owner);
 }
 
-/// The parent as an application object.
-inline com::Ref<IAppObject> ParentObjectOf(const ChannelRef& parent) {
-    return com::Query<IAppObject>(parent);
+/// The owner as an application object: what hosts call the point's parent.
+inline com::Ref<IAppObject> OwnerObjectOf(const ChannelRef& owner) {
+    return com::Query<IAppObject>(owner);
 }
 
 /// The name that an item of the channel has in the module: the internal object
 /// key, "_" and the item's name.
-inline std::wstring ContainerKey(ITamInternalAppObject& parent, const std::wstring& itemName) {
+inline std::wstring ContainerKey(ITamInternalAppObject& channel, const std::wstring& itemName) {
     com::Bstr key;
-    com::Call(parent, &ITamInternalAppObject::get_TamInternalObjectKey, key.Put());
+    com::Call(channel, &ITamInternalAppObject::get_TamInternalObjectKey, key.Put());
     return std::wstring(key.View()) + L"_" + itemName;
 }
 
 /// The module object that holds the channel. "Object not set" when there is none.
-inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& parent) {
+inline com::Ref<IAppObject> ContainerOf(ITamInternalAppObject& channel) {
     com::Ref<IDispatch> container;
-    com::Call(parent, &ITamInternalAppObject::get_TamObjectContainer, container.Put());
+    com::Call(channel, &ITamInternalAppObject::get_TamObjectContainer, container.Put());
     return Required<IAppObject>(container);
 }
 
@@ -64,9 +65,9 @@ com::Ref<I> OfThatName(com::Ref<I> item, const std::wstring& key) {
 }
 
 /// The container's attribute of a key; empty when it has none.
-inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& parent, const std::wstring& key) {
+inline com::Ref<IAttribute> ContainerAttribute(ITamInternalAppObject& channel, const std::wstring& key) {
     com::Ref<IAttributes> attributes;
-    com::Call(ContainerOf(parent), &IAppObject::get_Attributes, attributes.Put());
+    com::Call(ContainerOf(channel), &IAppObject::get_Attributes, attributes.Put());
     com::CheckSet(attributes.Get());
     com::Ref<IAttribute> attribute;
     com::Call(attributes, &IAttributes::get_Item, com::Bstr(key).Get(), attribute.Put());
@@ -79,18 +80,10 @@ template <class Point, class Collection, class F>
 void WalkPoints(const com::Ref<Collection>& collection, F&& visit) {
     com::Ref<IUnknown> unknown;
     com::Call(collection, &Collection::get_NewEnum, unknown.Put());
-    const auto items = Required<IEnumVARIANT>(unknown);
-    for (;;) {
-        com::Variant item;
-        const HRESULT next = com::Call(items, &IEnumVARIANT::Next, 1u, item.Put(), nullptr);
-        if (next != S_OK) {
-            return;
-        }
+    com::ForEachItem(*Required<IEnumVARIANT>(unknown).Get(), [&](com::Variant& item) {
         const bool isObject = item.Get().vt == VT_DISPATCH || item.Get().vt == VT_UNKNOWN;
-        if (!visit(Required<Point>(com::Ref<IUnknown>(isObject ? item.Get().punkVal : nullptr)))) {
-            return;
-        }
-    }
+        return visit(Required<Point>(com::Ref<IUnknown>(isObject ? item.Get().punkVal : nullptr)));
+    });
 }
 
 } // namespace tam

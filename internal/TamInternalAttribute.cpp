@@ -5,7 +5,7 @@
 namespace tam {
 
 STDMETHODIMP TamInternalAttribute::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(Owner()); });
+    return Get(value, [&] { return OwnerObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
@@ -13,9 +13,9 @@ STDMETHODIMP TamInternalAttribute::put_Value(BSTR value) {
     return Do([&] {
         const com::Bstr text(com::View(value)); // the inner attribute may end what the caller gave
         com::Call(inner_, &IAttribute::put_Value, text.Get());
-        const auto parent = ParentOf(Owner());
-        const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
-        if (const auto attribute = ContainerAttribute(*parent.Get(), key)) {
+        const auto owner = OwnerOf(Owner());
+        const std::wstring key = ContainerKey(*owner.Get(), NameOf(inner_));
+        if (const auto attribute = ContainerAttribute(*owner.Get(), key)) {
             com::Call(attribute, &IAttribute::put_Value, text.Get());
         }
     });

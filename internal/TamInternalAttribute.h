@@ -19,9 +19,9 @@ class TamInternalAttribute final : public com::OwnedObject<TamInternalAttribute,
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttribute); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalAttributeMembers); }
 
-    TamInternalAttribute(com::Ref<IAttribute> inner, ITamInternalAppObject& parent)
+    TamInternalAttribute(com::Ref<IAttribute> inner, ITamInternalAppObject& owner)
         : inner_(std::move(inner)) {
-        SetOwner(&parent);
+        SetOwner(&owner);
     }
 
     template <class I>
@@ -43,10 +43,10 @@ class TamInternalAttributes final : public com::OwnedObject<TamInternalAttribute
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalAttributes); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalAttributesMembers); }
 
-    TamInternalAttributes(com::Ref<IAttributes> inner, ITamInternalAppObject& parent)
+    TamInternalAttributes(com::Ref<IAttributes> inner, ITamInternalAppObject& owner)
         : inner_(std::move(inner)) {
-        items_.Fill(inner_, parent);
-        SetOwner(&parent);
+        items_.Fill(inner_, owner);
+        SetOwner(&owner);
     }
 
     template <class I>

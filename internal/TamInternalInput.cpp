@@ -8,9 +8,9 @@ namespace {
 
 /// Gives the value to the container's first input whose name is exactly the
 /// key. No such input is no error.
-void MirrorValue(ITamInternalAppObject& parent, const std::wstring& key, BSTR value) {
+void MirrorValue(ITamInternalAppObject& channel, const std::wstring& key, BSTR value) {
     com::Ref<IInputs> inputs;
-    com::Call(ContainerOf(parent), &IAppObject::get_Inputs, inputs.Put());
+    com::Call(ContainerOf(channel), &IAppObject::get_Inputs, inputs.Put());
     com::CheckSet(inputs.Get());
     WalkPoints<IInput>(inputs, [&](const com::Ref<IInput>& input) {
         if (NameOf(input) != key) {
@@ -28,13 +28,13 @@ STDMETHODIMP TamInternalInput::put_Value(BSTR value) {
     return Do([&] {
         const com::Bstr text(com::View(value)); // the inner input may end what the caller gave
         com::Call(inner_, &IInput::put_Value, text.Get());
-        const auto parent = ParentOf(Owner());
-        MirrorValue(*parent.Get(), ContainerKey(*parent.Get(), NameOf(inner_)), text.Get());
+        const auto owner = OwnerOf(Owner());
+        MirrorValue(*owner.Get(), ContainerKey(*owner.Get(), NameOf(inner_)), text.Get());
     });
 }
 
 STDMETHODIMP TamInternalInput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(Owner()); });
+    return Get(value, [&] { return OwnerObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalInputs::get_Item(BSTR index, IInput** value) {

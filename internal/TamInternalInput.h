@@ -20,8 +20,8 @@ class TamInternalInput final
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInput); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalInputMembers); }
 
-    TamInternalInput(com::Ref<IInput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
-        SetOwner(&parent);
+    TamInternalInput(com::Ref<IInput> inner, ITamInternalAppObject& owner) : inner_(std::move(inner)) {
+        SetOwner(&owner);
     }
 
     template <class I>
@@ -45,9 +45,9 @@ class TamInternalInputs final
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalInputs); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalInputsMembers); }
 
-    TamInternalInputs(com::Ref<IInputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
-        items_.Fill(inner_, parent);
-        SetOwner(&parent);
+    TamInternalInputs(com::Ref<IInputs> inner, ITamInternalAppObject& owner) : inner_(std::move(inner)) {
+        items_.Fill(inner_, owner);
+        SetOwner(&owner);
     }
 
     template <class I>

@@ -10,7 +10,7 @@ namespace tam {
 
 namespace {
 
-// How an output's index is told, by the parent's status.
+// How an output's index is told, by the owner's status.
 constexpr long kCountInContainer = 0;
 constexpr long kAskInner = 1;
 
@@ -54,12 +54,12 @@ STDMETHODIMP TamInternalOutput::putref_CallBack(IDispatch* value) {
 }
 
 long TamInternalOutput::Index() const {
-    const auto parent = ParentOf(Owner());
+    const auto owner = OwnerOf(Owner());
     long status = 0;
-    com::Call(parent, &ITamInternalAppObject::get_Status, &status);
+    com::Call(owner, &ITamInternalAppObject::get_Status, &status);
     if (status == kCountInContainer) {
-        const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
-        return ConnectedBefore(OutputsOf(ContainerOf(*parent.Get())), key);
+        const std::wstring key = ContainerKey(*owner.Get(), NameOf(inner_));
+        return ConnectedBefore(OutputsOf(ContainerOf(*owner.Get())), key);
     }
     if (status == kAskInner) {
         long index = 0;
@@ -70,10 +70,10 @@ long TamInternalOutput::Index() const {
 }
 
 com::Ref<IOutput> TamInternalOutput::MatchingOutput() const {
-    const auto parent = ParentOf(Owner());
-    const std::wstring key = ContainerKey(*parent.Get(), NameOf(inner_));
+    const auto owner = OwnerOf(Owner());
+    const std::wstring key = ContainerKey(*owner.Get(), NameOf(inner_));
     com::Ref<IOutput> output;
-    com::Call(OutputsOf(ContainerOf(*parent.Get())), &IOutputs::get_Item, com::Bstr(key).Get(), output.Put());
+    com::Call(OutputsOf(ContainerOf(*owner.Get())), &IOutputs::get_Item, com::Bstr(key).Get(), output.Put());
     return OfThatName(std::move(output), key);
 }
 
@@ -82,7 +82,7 @@ STDMETHODIMP TamInternalOutput::get_Index(long* value) {
 }
 
 STDMETHODIMP TamInternalOutput::get_Parent(IAppObject** value) {
-    return Get(value, [&] { return ParentObjectOf(Owner()); });
+    return Get(value, [&] { return OwnerObjectOf(Owner()); });
 }
 
 STDMETHODIMP TamInternalOutput::put_IsDisplayable(VARIANT_BOOL value) {

@@ -20,8 +20,8 @@ class TamInternalOutput final
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutput); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalOutputMembers); }
 
-    TamInternalOutput(com::Ref<IOutput> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
-        SetOwner(&parent);
+    TamInternalOutput(com::Ref<IOutput> inner, ITamInternalAppObject& owner) : inner_(std::move(inner)) {
+        SetOwner(&owner);
     }
 
     template <class I>
@@ -53,9 +53,9 @@ class TamInternalOutputs final
     static const CLSID& ClassId() noexcept { return __uuidof(::TamInternalOutputs); }
     static const IID& MembersId() noexcept { return __uuidof(::TamInternalOutputsMembers); }
 
-    TamInternalOutputs(com::Ref<IOutputs> inner, ITamInternalAppObject& parent) : inner_(std::move(inner)) {
-        items_.Fill(inner_, parent);
-        SetOwner(&parent);
+    TamInternalOutputs(com::Ref<IOutputs> inner, ITamInternalAppObject& owner) : inner_(std::move(inner)) {
+        items_.Fill(inner_, owner);
+        SetOwner(&owner);
     }
 
     template <class I>
