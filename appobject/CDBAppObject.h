@@ -1,7 +1,7 @@
 #pragma once
 
 #include "appobject/FixedAppObject.h"
-#include "common/LoadTurns.h"
+#include "common/LoadTickets.h"
 #include "core/ModuleData.h"
 #include "points/CDBAttributes.h"
 #include "points/CDBInputs.h"
@@ -157,8 +157,8 @@ class CDBAppObject final
 
     // Project XML
     void SaveOutputs(const dom::Document& document, const dom::Node& element) const;
-    void LoadChild(const dom::Node& child, LoadTurns::Turn turn);
-    void LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn turn);
+    void LoadChild(const dom::Node& child, LoadTickets::Ticket ticket);
+    void LoadDisplayFlags(const dom::Node& element, LoadTickets::Ticket ticket);
     class StreamLoad;
     void LoadStreamHeader(const dom::Node& document);
 
@@ -178,8 +178,8 @@ class CDBAppObject final
     com::Owned<CDBAttributes> attributes_;
     ModuleData data_;
     bool isPlugInActive_ = false;
-    LoadTurns projectLoads_;
-    LoadTurns streamLoads_;
+    LoadTickets projectLoads_;
+    LoadTickets streamLoads_;
     /// While a stream is loaded: how many attributes there were before.
     std::optional<std::size_t> attributesBefore_;
 };

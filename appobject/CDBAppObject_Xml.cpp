@@ -91,30 +91,30 @@ STDMETHODIMP CDBAppObject::XmlLoad(IDispatch* element) {
     const auto kept = This<IAppObject>(); // a message of the host may drop the last reference
     Trap(kReportClass, L"Sub IAppObject_XmlLoad", [&] {
         const dom::Node project = dom::NodeOf(element);
-        const LoadTurns::Turn turn = projectLoads_.Begin();
+        const LoadTickets::Ticket ticket = projectLoads_.Begin();
         dom::ForEachChild(project, [&](const dom::Node& child) {
             if (dom::IsElement(child)) { // an instruction has a name too
-                LoadChild(child, turn);
+                LoadChild(child, ticket);
             }
         });
     });
     return S_OK;
 }
 
-void CDBAppObject::LoadChild(const dom::Node& child, LoadTurns::Turn turn) {
+void CDBAppObject::LoadChild(const dom::Node& child, LoadTickets::Ticket ticket) {
     // Anything else, the host's "Environment" and the saved "Outputs" included, is not for this object.
     const std::wstring keyword = UpperCase(dom::BaseName(child));
     if (keyword == kOutReferences) {
-        LoadDisplayFlags(child, turn);
+        LoadDisplayFlags(child, ticket);
     } else {
         TakeNode(kSavedProject, keyword, data_.placement, child, &dom::FirstChildValue);
     }
 }
 
-void CDBAppObject::LoadDisplayFlags(const dom::Node& element, LoadTurns::Turn turn) {
+void CDBAppObject::LoadDisplayFlags(const dom::Node& element, LoadTickets::Ticket ticket) {
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         YieldToHost();
-        projectLoads_.Check(turn);
+        projectLoads_.Check(ticket);
         if (dom::OwnText(child) != L"1") { // a blank beside it makes it another text
             return;
         }
@@ -170,7 +170,7 @@ class CDBAppObject::StreamLoad {
         , outputs_(CDBOutputs::Make(object.AsOwner()))
         , attributes_(object.attributes_ ? com::Ref<CDBAttributes>(object.attributes_)
                                          : CDBAttributes::Make(object.AsOwner()))
-        , turn_(object.streamLoads_.Begin()) {
+        , ticket_(object.streamLoads_.Begin()) {
         // Attributes stay when another stream is loaded, but not those of a
         // stream that is given up for it half-way.
         if (object.attributesBefore_) {
@@ -185,7 +185,7 @@ class CDBAppObject::StreamLoad {
         const com::Owned<CDBAttributes> oldAttributes = std::exchange(object.attributes_, attributes_);
     }
     ~StreamLoad() {
-        if (object_.streamLoads_.IsLast(turn_)) {
+        if (object_.streamLoads_.IsLast(ticket_)) {
             object_.attributesBefore_.reset();
         }
     }
@@ -193,7 +193,7 @@ class CDBAppObject::StreamLoad {
     StreamLoad& operator=(const StreamLoad&) = delete;
 
     /// Throws when the load is over.
-    void GoOn() const { object_.streamLoads_.Check(turn_); }
+    void GoOn() const { object_.streamLoads_.Check(ticket_); }
 
     void LoadSections(const dom::Document& stream) const {
         const auto goOn = [this] { GoOn(); };
@@ -207,7 +207,7 @@ class CDBAppObject::StreamLoad {
     com::Ref<CDBInputs> inputs_;
     com::Ref<CDBOutputs> outputs_;
     com::Ref<CDBAttributes> attributes_;
-    LoadTurns::Turn turn_;
+    LoadTickets::Ticket ticket_;
 };
 
 STDMETHODIMP CDBAppObject::LoadFromXmlStream(BSTR xml) {

@@ -22,22 +22,10 @@ STDMETHODIMP CDBAttributes::XmlLoad(IDispatch* element) {
     Trap(L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad", [&] {
         // Values are restored by the application object; this walk only checks
         // that each saved name is known.
-        dom::ForEachChild(dom::NodeOf(element), [&](const dom::Node& child) {
-            YieldToHost();
-            if (dom::IsElement(child) && !items_.FindName(dom::BaseName(child))) {
-                throw RunTimeError(RunTime::InvalidCall);
-            }
-        });
+        ForEachSaved(
+            dom::NodeOf(element), [] {}, [](const com::Ref<CDBAttribute>&, const dom::Node&) {});
     });
     return S_OK;
-}
-
-STDMETHODIMP CDBAttributes::get_Item(BSTR index, IAttribute** value) {
-    return Get(value, [&] { return items_.Find(com::View(index)); });
-}
-
-STDMETHODIMP CDBAttributes::get_NewEnum(IUnknown** value) {
-    return Get(value, [&] { return items_.Enumerate<IAttribute>(); });
 }
 
 } // namespace tam

@@ -11,36 +11,15 @@ constexpr const wchar_t* kReportClass = L"O_Tam_id Class Module CDBInputs";
 
 } // namespace
 
-com::Ref<CDBInput> CDBInputs::AddItem(const std::wstring& name, const dom::Node& definition,
-                                      const OwnerRef& owner, const std::function<void()>& mayAdd) {
-    auto input = CDBInput::Make(name);
-    input->ReadDefinition(definition, OwnerOf(owner).OwnerName());
-    mayAdd();
-    items_.Add(name, input);
-    input->SetOwner(owner);
-    input->SetIndex(items_.Count() - 1);
-    return input;
-}
-
 STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
     const auto kept = This<_CDBInputs>(); // a message of the host may drop the last reference
     Trap(kReportClass, L"Sub XmlLoad", [&] {
         const dom::Node saved = dom::NodeOf(element);
-        const LoadTurns::Turn turn = loads_.Begin();
+        const LoadTickets::Ticket ticket = loads_.Begin();
         std::size_t position = 1;
-        dom::ForEachChild(saved, [&](const dom::Node& child) {
-            YieldToHost();
-            loads_.Check(turn);
-            if (!dom::IsElement(child)) {
-                return;
-            }
-            const com::Ref<CDBInput> input = items_.FindName(dom::BaseName(child));
-            if (!input) {
-                throw RunTimeError(RunTime::InvalidCall);
-            }
-            CheckPosition(input, position);
-            ++position;
-        });
+        ForEachSaved(
+            saved, [&] { loads_.Check(ticket); },
+            [&](const com::Ref<CDBInput>& input, const dom::Node&) { CheckPosition(input, position++); });
     });
     return S_OK;
 }
@@ -71,14 +50,6 @@ STDMETHODIMP CDBInputs::RebuildIndexes() {
         }
     });
     return S_OK;
-}
-
-STDMETHODIMP CDBInputs::get_Item(BSTR index, IInput** value) {
-    return Get(value, [&] { return items_.Find(com::View(index)); });
-}
-
-STDMETHODIMP CDBInputs::get_NewEnum(IUnknown** value) {
-    return Get(value, [&] { return items_.Enumerate<IInput>(); });
 }
 
 } // namespace tam

@@ -6,19 +6,19 @@
 
 namespace tam {
 
-/// The loads of one object, of which the last one begun counts. A load lets the
+/// The loads of one object, of which the last one begun counts. Each has a ticket. A load lets the
 /// host's messages be handled, and one of them may begin another load. What two
 /// loads read is never mixed: the earlier one ends with an error.
-class LoadTurns {
+class LoadTickets {
   public:
-    using Turn = std::uint32_t;
+    using Ticket = std::uint32_t;
 
     /// Begins a load. One that is under way is over.
-    Turn Begin() noexcept { return ++last_; }
-    bool IsLast(Turn turn) const noexcept { return turn == last_; }
+    Ticket Begin() noexcept { return ++last_; }
+    bool IsLast(Ticket ticket) const noexcept { return ticket == last_; }
     /// Throws E_ABORT when the load is over; asked behind each yield.
-    void Check(Turn turn) const {
-        if (!IsLast(turn)) {
+    void Check(Ticket ticket) const {
+        if (!IsLast(ticket)) {
             throw RunTimeError(kAborted, {}, kText);
         }
     }
@@ -28,7 +28,7 @@ class LoadTurns {
     static constexpr const wchar_t* kText =
         L"The load was ended, because the object was loaded again or destroyed meanwhile";
 
-    Turn last_ = 0;
+    Ticket last_ = 0;
 };
 
 } // namespace tam
