@@ -80,7 +80,9 @@ Range ContentOf(std::string_view text, std::size_t at) {
     return {begin, begin};
 }
 
-std::string Escaped(std::string_view value) {
+/// A value as the content of an element that reads as this very text; what is shown to a
+/// person is escaped by drawing::Escaped.
+std::string EscapedContent(std::string_view value) {
     std::string escaped;
     for (const char c : value) {
         switch (c) {
@@ -143,7 +145,7 @@ void Append(const XmlTree& tree, XmlTree::Index point, const std::string& elemen
 void SetValue(const XmlTree& tree, const PointValue& wanted, Edits& edits) {
     const XmlTree::Index point = PointIn(tree, wanted);
     const std::string name = wanted.isInput ? "PROTOCOLREFERENCE" : "VALUE";
-    const std::string value = Escaped(Utf8(wanted.value));
+    const std::string value = EscapedContent(Utf8(wanted.value));
     bool isSet = false;
     tree.ForEachElement(point, [&](XmlTree::Index child) {
         if (check::EqualKeyword(tree.Name(child), name)) {

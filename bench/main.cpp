@@ -5,8 +5,10 @@
 #include "bench/Output.h"
 #include "bench/Run.h"
 #include "bench/Text.h"
+#include "check/Program.h"
 #include "com/Boundary.h"
 #include "com/Dll.h"
+#include "diff/Program.h"
 
 #include <windows.h>
 
@@ -14,16 +16,45 @@
 #include <io.h>
 
 #include <cstdio>
+#include <string>
+
+namespace {
+
+/// The console takes UTF-8 while this lives; it is the user's, who gets it back as it was.
+class Utf8Console {
+  public:
+    Utf8Console() noexcept : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
+    ~Utf8Console() {
+        if (before_ != 0) {
+            SetConsoleOutputCP(before_);
+        }
+    }
+    Utf8Console(const Utf8Console&) = delete;
+    Utf8Console& operator=(const Utf8Console&) = delete;
+
+  private:
+    UINT before_;
+};
+
+/// The status of a run that an exception ended. For the two that compare and judge, 1 is an
+/// answer.
+int StatusOfFailure(const std::string& command) {
+    return command == "check" ? check::kUnreadable : command == "diff" ? diff::kTrouble : bench::kFailed;
+}
+
+} // namespace
 
 int main() {
     // All texts are UTF-8, with the line ends that they have.
-    SetConsoleOutputCP(CP_UTF8);
+    const Utf8Console console;
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     int status = bench::kFailed;
+    std::string command;
     const auto failure = com::Attempt([&] {
         com::ThisDll().Attach(GetModuleHandleW(nullptr));
         if (const auto options = bench::ReadCommandLine(status)) {
+            command = options->command;
             status = options->command == "check"  ? bench::CheckDocuments(*options)
                      : options->command == "diff" ? bench::CompareDocuments(*options)
                                                   : bench::Run(*options);
@@ -32,7 +63,7 @@ int main() {
     if (failure) {
         bench::Complain("tambench: " + bench::Hex(failure->code) + " " + bench::Utf8(failure->Description()) +
                         "\n");
-        status = bench::kFailed;
+        status = StatusOfFailure(command);
     }
     return status;
 }

@@ -45,6 +45,16 @@ TEST(ProgramHelpTest, EveryCommandHasExamples) {
     }
 }
 
+TEST(ProgramConsoleTest, GetsItsCodePageBack) {
+    constexpr UINT kWestern = 1252;
+    FreeConsole();
+    ASSERT_TRUE(AllocConsole()) << GetLastError();
+    EXPECT_TRUE(SetConsoleOutputCP(kWestern)) << GetLastError();
+    EXPECT_EQ(0U, RunBench({L"--help"}).status);
+    EXPECT_EQ(kWestern, GetConsoleOutputCP());
+    FreeConsole();
+}
+
 TEST(ProgramUsageTest, WrongUsageIsStatus2WithAReason) {
     const std::pair<std::vector<std::wstring>, std::string> wrong[] = {
         {{L"bogus"}, "there is no command bogus"},
