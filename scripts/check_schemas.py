@@ -4,7 +4,8 @@
     scripts/check_schemas.py [TAMCHECK]
 
 - Every good sample validates against its XML Schema (xmllint); one counterexample
-  for each constraint does not.
+  for each constraint does not. With a constraint taken away one of them validates:
+  each constraint has its own.
 - The JSON that the program TAMCHECK answers, where one is named, validates against
   docs/json. Its SARIF validates against the schema in SARIF_SCHEMA, where that
   variable names a file.
@@ -18,6 +19,7 @@ import re
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree as ET
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SAMPLES = ROOT / "samples"
@@ -36,6 +38,9 @@ INTEROP = ("<O_Tam_id><UserName>u</UserName><Key>k</Key><Inputs><A_B><Reference>
            "<LogicalAddress>1</LogicalAddress><isPermanent>True</isPermanent><SNVTType>8</SNVTType></A_B></Inputs></O_Tam_id>")
 EXPORT = ('<O_Tam_id DevAddr="5" AppID="" DevKey="K7" TamObjectID="3" IsLastOnDev="0"><Inputs/><Outputs/><Attributes/>'
           "</O_Tam_id>")
+XS = "{http://www.w3.org/2001/XMLSchema}"
+ORDERS = (XS + "sequence", XS + "all")
+FACETS = ("pattern", "minInclusive", "maxInclusive", "minLength", "maxLength")
 OWN = {"project": PROJECT, "interoperability": INTEROP, "export-document": EXPORT}
 
 # (schema, what is changed in the good document, into what): each breaks one constraint.
@@ -44,6 +49,8 @@ BROKEN = [
     ("device-stream", r"<Name>.*?</Name>", ""),
     ("device-stream", r"<Name>.*?</Name>", "<Name/>"),
     ("device-stream", r"<DevKey>.*?</DevKey>", ""),
+    ("device-stream", r"<IsLastOnDev>.*?</IsLastOnDev>", ""),
+    ("device-stream", r"<TamObjID>.*?</TamObjID>", ""),
     ("device-stream", r"<IsLastOnDev>1<", "<IsLastOnDev>yes<"),
     ("device-stream", r"<TamObjID>3<", "<TamObjID>40000<"),
     ("device-stream", r"<CDB>426<", "<CDB>426 bytes<"),
@@ -61,10 +68,18 @@ BROKEN = [
     ("module-definition", r'CDB_Size="32"', 'CDBSize="32"'),
     ("module-definition", r"<DefaultValue>10.0<", "<DefaultValue>warm<"),
     ("module-definition", r"DESCRIPTION>", "DESCRIPTON>"),
+    ("module-definition", r"(?s)<Attributes>.*</Attributes>", ""),
     ("channel-definition", r'Name="In1"', 'Nam="In1"'),
     ("channel-definition", r"TAMConfig>", "TamConfig>"),
     ("channel-definition", r'Visible="1"', 'Visible="true"'),
     ("channel-definition", r"<Attrib ", "<Attribute "),
+    ("channel-definition", r'<InReference Name="In1"', "<InReference"),
+    ("channel-definition", r'<OutReference Name="Out"', "<OutReference"),
+    ("channel-definition", r'<Attrib Name="[^"]*"', "<Attrib"),
+    ("channel-definition", r"81,21,55", "81,,55"),
+    ("channel-definition", r"<SNVTTYPE>81<", "<SNVTTYPE>8 1<"),
+    ("channel-definition", r"<PROTOCOLREFERENCE>0000<", "<PROTOCOLREFERENCE>0000000<"),
+    ("channel-definition", r"<VISIBLE>1<", "<VISIBLE>yes<"),
     ("device-library", r"FWVersion>", "Versions>"),
     ("device-library", r"<Stream>.*?</Stream>", ""),
     ("device-library", r"<Stream>.*?</Stream>", "<Stream/>"),
@@ -86,10 +101,19 @@ BROKEN = [
     ("project", r"<X_Position>1.5<", "<X_Position>1,5<"),
     ("project", r"<TamObjID>3<", "<TamObjID>three<"),
     ("project", r"<TamObjectKey>AI1</TamObjectKey>", ""),
+    ("project", r"<DevKey>K7</DevKey><TamObjectKey>", "<TamObjectKey>"),
+    ("interoperability", r"<UserName>u</UserName>", ""),
     ("interoperability", r"<Key>k</Key>", ""),
     ("interoperability", r"<isPermanent>True<", "<isPermanent>perhaps<"),
     ("interoperability", r"<LogicalAddress>1<", "<LogicalAddress>one<"),
+    ("export-document", r'DevAddr="5" ', ""),
     ("export-document", r'AppID="" ', ""),
+    ("export-document", r'DevKey="K7" ', ""),
+    ("export-document", r'TamObjectID="3" ', ""),
+    ("export-document", r' IsLastOnDev="0"', ""),
+    ("export-document", r"<Inputs/>", ""),
+    ("export-document", r"<Outputs/>", ""),
+    ("export-document", r"<Attributes/>", ""),
     ("export-document", r'IsLastOnDev="0"', 'IsLastOnDev="2"'),
     ("export-document", r'DevAddr="5"', 'DevAddr="five"'),
     ("export-document", r"<Inputs/><Outputs/>", "<Outputs/><Inputs/>"),
@@ -104,15 +128,67 @@ def validates(schema, text):
         return subprocess.run(command, capture_output=True, text=True, check=False).returncode == 0
 
 
-def check_schemas():
+def good_documents():
     good = dict(OWN)
     for schema, names in GOOD.items():
-        for name in names:
-            text = (SAMPLES / name).read_text(encoding="utf-8")
-            if not validates(schema, text):
-                yield f"samples/{name} does not validate against schemas/{schema}.xsd"
         good[schema] = (SAMPLES / names[0]).read_text(encoding="utf-8")
     good["channel-definition"] = (SAMPLES / "channels/O_Tam_AO_id.xml").read_text(encoding="utf-8")
+    return good
+
+
+def looser(path):
+    """The schema with one constraint less, each in turn, and what the constraint was."""
+    for place in range(sum(1 for _ in ET.parse(path).iter())):
+        tree = ET.parse(path)
+        above = {child: element for element in tree.iter() for child in element}
+        element = list(tree.iter())[place]
+        kind = element.tag.removeprefix(XS)
+        if kind in FACETS or kind in ("unique", "key", "keyref"):
+            alike = above[element].findall(element.tag) if kind == "pattern" else [element]
+            if element is not alike[0]:
+                continue  # several patterns are one constraint
+            for one in alike:
+                above[element].remove(one)
+            what = kind + " " + (element.get("value") or element.get("name"))
+        elif kind == "restriction" and element.findall(XS + "enumeration"):
+            what = "the texts " + ", ".join(one.get("value") for one in element.findall(XS + "enumeration"))
+            for one in element.findall(XS + "enumeration"):
+                element.remove(one)
+        elif element.get("use") == "required":
+            element.set("use", "optional")
+            what = "required attribute " + element.get("name")
+        elif kind == "element" and above[element].tag in ORDERS and element.get("minOccurs") is None:
+            element.set("minOccurs", "0")
+            what = "required element " + (element.get("name") or element.get("ref"))
+        else:
+            continue
+        yield tree, what
+
+
+def check_constraints():
+    good = good_documents()
+    for path in sorted((ROOT / "schemas").glob("*.xsd")):
+        with tempfile.TemporaryDirectory() as folder:
+            files = []
+            for schema, pattern, replacement in BROKEN:
+                if schema == path.stem:
+                    files.append(pathlib.Path(folder, f"{len(files)}.xml"))
+                    files[-1].write_text(re.sub(pattern, replacement, good[schema]), encoding="utf-8")
+            changed = pathlib.Path(folder, path.name)
+            for tree, what in looser(path):
+                tree.write(changed)
+                run = subprocess.run(["xmllint", "--noout", "--schema", changed, *files],
+                                     capture_output=True, text=True, check=False)
+                if not re.search(r" validates$", run.stderr, re.MULTILINE):
+                    yield f"schemas/{path.name}: no counterexample for {what}"
+
+
+def check_schemas():
+    good = good_documents()
+    for schema, names in GOOD.items():
+        for name in names:
+            if not validates(schema, (SAMPLES / name).read_text(encoding="utf-8")):
+                yield f"samples/{name} does not validate against schemas/{schema}.xsd"
     for schema, text in OWN.items():
         if not validates(schema, text):
             yield f"the good document of schemas/{schema}.xsd does not validate"
@@ -154,7 +230,7 @@ def check_outputs(program):
 def main():
     if len(sys.argv) > 2:
         sys.exit(__doc__)
-    findings = list(check_schemas())
+    findings = [*check_schemas(), *check_constraints()]
     for program in sys.argv[1:]:
         findings += check_outputs(program)
     for finding in findings:
