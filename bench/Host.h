@@ -30,7 +30,7 @@ class Apartment {
 
 /// A manifest among this program's resources whose classes can be created
 /// while this lives, nothing being registered. To be kept for a single call:
-/// Wine draws the identifiers that stand for ProgIDs anew for each manifest,
+/// Wine draws the identifiers that stand for ProgIDs again for each manifest,
 /// and those of this one may equal those of the program's own.
 class LentClasses {
   public:

@@ -10,7 +10,7 @@
 
 namespace tam {
 
-/// The type of a data point, read anew at each call: through ISNVType when the
+/// The type of a data point, read again at each call: through ISNVType when the
 /// object offers it, else its members by name. A member that a late-bound
 /// object lacks is empty. What a member throws goes through.
 class DataPointType {

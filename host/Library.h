@@ -18,7 +18,7 @@ std::wstring LibraryFolder();
 /// errLibraryFolder for a folder that is not there; nothing changes then.
 void SetLibraryFolder(std::wstring_view folder);
 
-/// The definition of an identifier, read anew each time: what a caller does to
+/// The definition of an identifier, read again each time: what a caller does to
 /// its document is seen by nobody else, and a definition that was edited on
 /// disk counts from the next call on. Throws errNoDefinition when there is
 /// none, errNotADefinition when the file holds something else.

@@ -288,7 +288,7 @@ TEST_F(CDBAppObjectDefinitionTest, ReportsMoreSizeRowsThanAByteCounts) {
     ExpectOneReport(kOverflowText, kLocation, kSizes);
 }
 
-TEST_F(CDBAppObjectDefinitionTest, CountsSizeRowsAnewInEachDefinition) {
+TEST_F(CDBAppObjectDefinitionTest, CountsSizeRowsAgainInEachDefinition) {
     std::wstring rows;
     for (int i = 0; i < 200; ++i) {
         rows += L"<T0/>";

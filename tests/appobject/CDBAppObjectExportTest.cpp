@@ -80,7 +80,7 @@ TEST_F(CDBAppObjectExportTest, AnswersTheCompiledStreamAndTakesTheSizes) {
     EXPECT_EQ(Long(module, &IAppObject::get_SDBDimension), 0);
 }
 
-TEST_F(CDBAppObjectExportTest, CompilesAnewAtEachRead) {
+TEST_F(CDBAppObjectExportTest, CompilesAgainAtEachRead) {
     UseDatabaseLocation();
     Compiler& compiler = UseCompiler();
     compiler.cdbSize = L"1";

@@ -264,7 +264,7 @@ TEST_F(CDBAppObjectHostIconTest, IsTheComponentsFileAfterAStream) {
     EXPECT_EQ(WidthOf(Loaded(Stream({}))), kSize);
 }
 
-TEST_F(CDBAppObjectHostIconTest, IsLoadedAnewAtEachRead) {
+TEST_F(CDBAppObjectHostIconTest, IsLoadedAgainAtEachRead) {
     const auto module = Defined(L"<NAME>Valve</NAME>", L"Valve");
     EXPECT_EQ(WidthOf(module), LogoWidth());
     const IconFile file(L"Valve", kSize);

@@ -103,11 +103,11 @@ class CallArgumentsTest : public EveryMemberTest {
     /// A call made in another way has the result that it has by name, in the
     /// order of the declaration.
     void ExpectAsDeclared(const Place& place, const std::function<Outcome(Arguments&, const Fresh&)>& call) {
-        const Fresh first = Anew(place);
+        const Fresh first = NewObject(place);
         Arguments declared(place.member, Fill::Something, first.supply);
         const Outcome expected = declared.ByName(first.face.Get());
         const std::wstring shown = Shown();
-        const Fresh second = Anew(place);
+        const Fresh second = NewObject(place);
         Arguments arguments(place.member, Fill::Something, second.supply);
         EXPECT_EQ(call(arguments, second), expected);
         EXPECT_EQ(Shown(), shown);

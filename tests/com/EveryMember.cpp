@@ -40,7 +40,7 @@ Supply EveryMemberTest::SupplyOf(const std::vector<Subject>& subjects) {
     return supply;
 }
 
-EveryMemberTest::Fresh EveryMemberTest::Anew(const Place& place) {
+EveryMemberTest::Fresh EveryMemberTest::NewObject(const Place& place) {
     auto subjects = Scriptables(place.family);
     Supply supply = SupplyOf(subjects);
     auto face = Face(subjects[place.index], place.face);

@@ -32,13 +32,13 @@ class EveryMemberTest : public ContractTest {
 
     Supply SupplyOf(const std::vector<Subject>& subjects);
 
-    /// A member's object made anew, with all that its calls may need.
+    /// A member's object made for this call, with all that its calls may need.
     struct Fresh {
         std::vector<Subject> subjects;
         Supply supply;
         com::Ref<IDispatch> face;
     };
-    Fresh Anew(const Place& place);
+    Fresh NewObject(const Place& place);
 
     /// What was shown during a call, in words.
     std::wstring Shown();

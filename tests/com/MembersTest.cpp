@@ -28,12 +28,12 @@ class MembersTest : public EveryMemberTest {
         std::size_t count = 0;
         ForEachMember([&](const Place& place) {
             const Member& member = place.member;
-            const Fresh first = Anew(place);
+            const Fresh first = NewObject(place);
             Arguments slotArguments(member, fill, first.supply);
             const Outcome bySlot = slotArguments.BySlot(first.face.Get());
             const std::wstring shownBySlot = Shown();
 
-            const Fresh second = Anew(place);
+            const Fresh second = NewObject(place);
             DISPID id = DISPID_UNKNOWN;
             ASSERT_EQ(IdOf(second.face.Get(), member.name, id), S_OK);
             EXPECT_EQ(id, member.id);
@@ -71,7 +71,7 @@ TEST_F(MembersTest, RefuseANullOut) {
             if (!member.parameters[i].out) {
                 continue;
             }
-            const Fresh fresh = Anew(place);
+            const Fresh fresh = NewObject(place);
             Arguments arguments(member, Fill::Something, fresh.supply);
             EXPECT_EQ(arguments.BySlot(fresh.face.Get(), static_cast<int>(i)).code, E_POINTER)
                 << Narrow(member.parameters[i].name);
@@ -89,13 +89,13 @@ TEST_F(MembersTest, TakeAssignmentAndAssignmentByReference) {
         if (!member.IsWrite()) {
             return;
         }
-        const Fresh first = Anew(place);
+        const Fresh first = NewObject(place);
         Arguments declared(member, Fill::Something, first.supply);
         const Outcome expected = declared.ByName(first.face.Get());
         const std::wstring shown = Shown();
         for (const int flags : {DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF,
                                 DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF}) {
-            const Fresh fresh = Anew(place);
+            const Fresh fresh = NewObject(place);
             Arguments arguments(member, Fill::Something, fresh.supply);
             EXPECT_EQ(arguments.ByName(fresh.face.Get(), member.id, static_cast<WORD>(flags)), expected)
                 << "flags " << flags;

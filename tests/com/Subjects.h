@@ -53,7 +53,7 @@ class ContractTest : public support::ComponentTest {
     /// A channel object with its points, on a device that holds a module.
     com::Ref<IAppObject> Channel();
 
-    /// The objects of a family, made anew: none of an earlier call is among them.
+    /// The objects of a family, made for this call: none of an earlier call is among them.
     std::vector<Subject> Subjects(Family family);
     std::vector<Subject> Subjects();
     /// Those of them that scripts can hold: all but the enumerators.

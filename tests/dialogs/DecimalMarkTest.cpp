@@ -21,7 +21,7 @@ HRESULT WINAPI WriteOtherHalf(FLOAT, LCID, ULONG, BSTR* text) {
 
 class DecimalMarkTest : public DialogTest {};
 
-TEST_F(DecimalMarkTest, IsReadAnewWhenTheNumberEditorOpens) {
+TEST_F(DecimalMarkTest, IsReadAgainWhenTheNumberEditorOpens) {
     const auto point = Attribute(kSigned, L"21.5");
     const std::wstring other = DecimalMark() == L"." ? L"," : L".";
     otherHalf = L"0" + other + L"5";

@@ -86,7 +86,6 @@ class DialogTest : public support::ComponentTest {
     std::wstring Edit(const com::Ref<IAttribute>& attribute, Script script);
     /// The message boxes and dialogs since the last call that no script had.
     std::vector<bench::Box> Messages();
-    void ForgetDialogs() { handled_.clear(); }
 
     // Types of the catalogue of these tests
     static constexpr const wchar_t* kSigned = L"105";   // -100.5 to 500.25 °C, invalid 327.67

@@ -1,5 +1,5 @@
 // Data points as scripts and other hosts make them: numbers instead of texts,
-// dictionaries of fields, objects made anew for each caller.
+// dictionaries of fields, objects made for each caller.
 
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
@@ -239,10 +239,10 @@ TEST_F(UnusualHostTest, FieldsMayBeADictionary) {
     EXPECT_EQ(Count(fields.Get()), 2) << "a dictionary makes an entry of each key that it is asked for";
 }
 
-TEST_F(UnusualHostTest, AFieldMadeAnewForEachCallerIsFoundByItsName) {
+TEST_F(UnusualHostTest, AFieldMadeForEachCallerIsFoundByItsName) {
     HostPoint speed(L"Speed", L"40", L"UnsignedNumeric");
     HostPoint structure(L"All", L"", L"Struct");
-    const auto anew = [&speed] {
+    const auto another = [&speed] {
         auto field = NamedObject::Make();
         field->AddText(L"Name", L"Speed");
         field->Add(
@@ -258,11 +258,11 @@ TEST_F(UnusualHostTest, AFieldMadeAnewForEachCallerIsFoundByItsName) {
         const com::Variant fields = com::GetMember(*walked.object.Get(), L"Fields");
         return com::GetMember(*fields.Get().pdispVal, L"_NewEnum");
     });
-    walker->Add(L"Item", [anew](std::span<const VARIANT> arguments) {
+    walker->Add(L"Item", [another](std::span<const VARIANT> arguments) {
         if (arguments.front().vt != VT_BSTR || com::View(arguments.front().bstrVal) != L"Speed") {
             throw com::CallError(DISP_E_BADINDEX);
         }
-        return anew();
+        return another();
     });
     structure.object->Add(L"Fields", [&](auto) { return com::Variant(walker.Get()); });
     EXPECT_EQ(Edit(structure.object.Get(),

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-// What the component makes at its first use, in a library loaded anew for
+// What the component makes at its first use, in a library loaded again for
 // each fault.
 
 namespace {

@@ -99,7 +99,7 @@ std::wstring Attribute(const wchar_t* name, int value) {
     return Attribute(name, std::to_wstring(value));
 }
 
-/// The document written anew.
+/// The document written again.
 std::wstring TextOf(const ExportDocument& document) {
     std::wstring text = L"<O_Tam_id" + Attribute(L"DevAddr", document.deviceAddress) +
                         Attribute(L"AppID", document.applicationId) +

@@ -167,7 +167,7 @@ TEST_F(GenericObjectTest, FormsTheKeysOfItsPoints) {
     EXPECT_EQ(L"K\\ROU", TextOf(*outputs.Get(), &IOutputs::get_GlobalKey));
     EXPECT_EQ(L"E\\ROU", TextOf(*outputs.Get(), &IOutputs::get_ExtendedKey));
 
-    // Points that are made anew have the keys again.
+    // Points that are made again have the keys again.
     ASSERT_EQ(S_OK, block->Create());
     EXPECT_EQ(L"K\\ATT\\Max", TextOf(*AttributeOf(block, L"Max").Get(), &IAttribute::get_GlobalKey));
 }

@@ -60,7 +60,7 @@ class InternalTest : public support::ComponentTest {
     void SetDefinition(const std::wstring& xml);
     /// Makes a class of the host not available.
     void Unregister(const std::wstring& progId);
-    /// All doubles anew, and the classes that give them.
+    /// All doubles once more, and the classes that give them.
     void MakeDoubles();
     void ForgetDoubles();
     /// The doubles let go of what they were given, each other included.

@@ -72,7 +72,7 @@ class ReleaseOrderTest : public InternalTest {
         EXPECT_EQ(Dll().CanUnload(), S_OK) << "an object of the component is still alive";
         EXPECT_EQ(DoublesAlive(), 0) << "an object of the host is still held";
     }
-    /// The doubles anew, for a second round in one test.
+    /// The doubles once more, for a second round in one test.
     void Renew() {
         InternalTest::TearDown();
         InternalTest::SetUp();

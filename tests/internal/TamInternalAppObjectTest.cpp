@@ -263,7 +263,7 @@ TEST_F(TamInternalAppObjectTest, RaisesWhereTheLibraryHasNoDefinition) {
     ExpectRaised(object->Create(), kObjectNotSet);
 }
 
-TEST_F(TamInternalAppObjectTest, WrapsTheGenericObjectAnewAtASecondCreate) {
+TEST_F(TamInternalAppObjectTest, WrapsTheGenericObjectAgainAtASecondCreate) {
     const auto object = Created();
     const auto before = support::Object(object, &IAppObject::get_Inputs);
     generic.Fill(L"generic", {in2}, {}, {});

@@ -182,7 +182,7 @@ TEST_F(TamObjectManagerTest, NeverRetriesWhenItFoundNothing) {
     EXPECT_EQ(Calls().size(), asked);
 }
 
-TEST_F(TamObjectManagerTest, DoesNotSearchAnewForALaterDevice) {
+TEST_F(TamObjectManagerTest, DoesNotSearchAgainForALaterDevice) {
     const auto manager = WithLibrary(L"");
     EXPECT_FALSE(IsInternal(manager, L"o_tam_ai_id"));
     const auto other = Recorder::Make(L"other context", {&__uuidof(IDeviceContext)});

@@ -85,7 +85,7 @@ TEST_F(EnumeratorTest, YieldsNothingForAnEmptyCollection) {
     EXPECT_EQ(Next(Of(Object(Input(module, L"B"), &IInput::get_SNVTCompatibles))), L"(end)");
 }
 
-TEST_F(EnumeratorTest, StartsAnewEachTime) {
+TEST_F(EnumeratorTest, StartsAgainEachTime) {
     EXPECT_EQ(Rest(Of(Inputs(module))), (Order{L"A", L"B", L"C"}));
     EXPECT_EQ(Rest(Of(Inputs(module))), (Order{L"A", L"B", L"C"}));
 }

@@ -120,7 +120,7 @@ TEST_F(PointItemsTest, GivesALaterItemNoKeyUntilTheNextOne) {
     EXPECT_EQ(Keys(), (Texts{L"L F", L"L F", L"L F", L"L F"}));
 }
 
-TEST_F(PointItemsTest, GivesAnItemThatComesBackItsKeysAnew) {
+TEST_F(PointItemsTest, GivesAnItemThatComesBackItsKeysAgain) {
     SetKeys(L"K", L"E");
     items.Remove(L"First");
     SetKeys(L"L", L"F");
