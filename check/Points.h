@@ -76,6 +76,7 @@ class Points {
     void ReportPrefixCases();
     std::vector<Name>& NamesOf(Side side) { return names_[static_cast<std::size_t>(side)]; }
     const std::vector<Name>& NamesOf(Side side) const { return names_[static_cast<std::size_t>(side)]; }
+    static std::uint32_t ShortHash(std::string_view name);
     std::string_view NameAt(std::uint32_t at) const;
     bool HasPrefix(std::string_view prefix) const;
 

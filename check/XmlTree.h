@@ -91,6 +91,9 @@ class XmlTree {
 
   private:
     class Builder;
+    /// The kind is above the place.
+    static constexpr unsigned kKindShift = 29;
+    static constexpr std::uint32_t kPlaceMask = (std::uint32_t{1} << kKindShift) - 1;
     struct Node {
         std::uint32_t place;
         Index next;
