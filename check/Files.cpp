@@ -77,14 +77,15 @@ std::string ReadFile(const fs::path& path, std::string& problem) {
     return ReadStream(file, static_cast<std::size_t>(size), kMost, problem);
 }
 
-fs::path NearestCatalogue(const fs::path& file, const fs::path& programFolder) {
+fs::path NearestCatalogue(const fs::path& file, const fs::path& programFolder, const fs::path& top) {
     std::error_code none;
     fs::path folder = fs::absolute(file, none).parent_path();
     while (!folder.empty()) {
         if (IsThere(folder / kCatalogue)) {
             return folder / kCatalogue;
         }
-        folder = folder == folder.parent_path() ? fs::path() : folder.parent_path();
+        const bool isEnd = folder == top || folder == folder.parent_path();
+        folder = isEnd ? fs::path() : folder.parent_path();
     }
     for (const fs::path& path : {programFolder / kCatalogue, programFolder / "samples" / kCatalogue}) {
         if (IsThere(path)) {

@@ -97,8 +97,9 @@ class Catalogues {
     /// The catalogue for a file; null when there is none.
     Known* For(const fs::path& file) {
         const std::scoped_lock lock(mutex_);
-        const fs::path path =
-            options_.catalogue.empty() ? NearestCatalogue(file, options_.programFolder) : options_.catalogue;
+        const fs::path path = options_.catalogue.empty()
+                                  ? NearestCatalogue(file, options_.programFolder, options_.top)
+                                  : options_.catalogue;
         return path.empty() ? nullptr : &Read(path);
     }
     /// Types were to be looked up there.

@@ -20,6 +20,8 @@ struct ProgramOptions {
     /// Empty: the nearest catalogue.xml, from each file's folder upwards, then beside
     /// the program.
     std::filesystem::path catalogue;
+    /// The folder that the search ends in; empty: the root.
+    std::filesystem::path top;
     Format format = Format::Text;
     bool listsRules = false;
     /// Where the schemas are written; empty: nowhere.

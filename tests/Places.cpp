@@ -5,7 +5,9 @@
 #endif
 
 #include <cstdlib>
+#include <random>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
 namespace tests {
@@ -21,9 +23,16 @@ bool IsTop(const fs::path& folder) {
 
 fs::path Program() {
 #ifdef _WIN32
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const auto room = static_cast<DWORD>(path.size());
+        const DWORD length = GetModuleFileNameW(nullptr, path.data(), room);
+        if (length < room) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2); // it was cut off
+    }
 #else
     return fs::read_symlink("/proc/self/exe");
 #endif
@@ -59,9 +68,26 @@ fs::path ProgramFolder() {
     return Program().parent_path();
 }
 
+fs::path BinFolder() {
+    // The test programs are in tests/<folder> beside it.
+    return (ProgramFolder() / ".." / ".." / "bin").lexically_normal();
+}
+
 const fs::path& TopFolder() {
     static const fs::path top = FindTop();
     return top;
+}
+
+OwnFolder::OwnFolder() {
+    std::random_device random;
+    do {
+        path_ = fs::temp_directory_path() / ("tam_" + std::to_string(random()));
+    } while (!fs::create_directory(path_)); // it is somebody else's
+}
+
+OwnFolder::~OwnFolder() {
+    std::error_code none;
+    fs::remove_all(path_, none);
 }
 
 } // namespace tests

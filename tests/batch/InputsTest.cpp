@@ -1,4 +1,5 @@
 #include "batch/Inputs.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,6 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 namespace batch {
@@ -16,27 +16,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder of the test's own, empty at first and gone at its end.
 class InputsTest : public testing::Test {
   protected:
-    InputsTest() { fs::create_directories(folder_); }
-    ~InputsTest() override {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-
     fs::path File(const std::string& name) const {
-        const fs::path path = folder_ / PathOf(name);
+        const fs::path path = Folder() / PathOf(name);
         fs::create_directories(path.parent_path());
         std::ofstream(path) << "x";
         return path;
     }
-    const fs::path& Folder() const { return folder_; }
+    const fs::path& Folder() const { return folder_.Path(); }
 
   private:
-    fs::path folder_ =
-        fs::temp_directory_path() /
-        (std::string("batch_") + testing::UnitTest::GetInstance()->current_test_info()->name());
+    tests::OwnFolder folder_;
 };
 
 std::vector<std::string> Below(const std::vector<Input>& inputs) {

@@ -130,8 +130,7 @@ Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
 }
 
 std::wstring ProgramFolder() {
-    // The build puts the test programs into tests\\<folder>.
-    return (tests::ProgramFolder() / L".." / L".." / L"bin" / L"").lexically_normal().native();
+    return (tests::BinFolder() / L"").native();
 }
 
 std::wstring SamplesFolder() {

@@ -11,7 +11,6 @@
 #include <sys/stat.h>
 #endif
 
-#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -20,7 +19,6 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 using namespace check;
 
@@ -36,22 +34,11 @@ std::string Read(const fs::path& path) {
 class ProgramTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        static std::atomic<int> count = 0;
-        folder_ =
-            fs::temp_directory_path() /
-            ("tam_check_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-             std::to_string(++count) + "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
+        options_.top = folder_; // whatever lies above
         options_.programFolder = folder_ / "nowhere";
         options_.print = [this](const std::string& text) { printed_ += text; };
         options_.complain = [this](const std::string& text) { complained_ += text; };
     }
-    void TearDown() override {
-        std::error_code none;
-        fs::remove_all(folder_, none);
-    }
-
     fs::path Write(const std::string& name, std::string_view text) {
         const fs::path path = folder_ / batch::PathOf(name);
         fs::create_directories(path.parent_path());
@@ -63,7 +50,8 @@ class ProgramTest : public ::testing::Test {
         return RunProgram(options_);
     }
 
-    fs::path folder_;
+    tests::OwnFolder own_;
+    const fs::path& folder_ = own_.Path();
     ProgramOptions options_;
     std::string printed_;
     std::string complained_;
@@ -135,9 +123,20 @@ TEST_F(ProgramTest, TakesTheNearestCatalogue) {
 }
 
 TEST_F(ProgramTest, LooksForTheCatalogueUpToTheRoot) {
+    options_.top.clear();
     Write("catalogue.xml", "<x><SNVT_1><Type>Struct</Type><Length>1</Length></SNVT_1></x>");
     EXPECT_EQ(Run(Write("1/2/3/4/5/6/7/8/9/10/11/12/stream.xml", kWithType)), kFound);
     EXPECT_NE(printed_.find("[type-unknown]"), std::string::npos) << printed_ << complained_;
+}
+
+TEST_F(ProgramTest, EndsTheSearchForTheCatalogueWhereItIsTold) {
+    Write("a/catalogue.xml", "<x><SNVT_1><Type>Struct</Type><Length>1</Length></SNVT_1></x>");
+    const fs::path path = Write("a/b/c/stream.xml", kWithType);
+    options_.top = folder_ / "a" / "b";
+    EXPECT_EQ(Run(path), kClean);
+    EXPECT_NE(complained_.find("no catalogue.xml is near"), std::string::npos);
+    options_.top = folder_ / "a";
+    EXPECT_EQ(Run(path), kFound);
 }
 
 TEST_F(ProgramTest, ComplainsOfACatalogueThatIsFoundAndHasNoTypes) {

@@ -1,6 +1,7 @@
 // The XML Schemas, asked by another program's parser: what scripts/check_schemas.py says.
 
 #include "tests/Places.h"
+#include "tests/ShellWord.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +19,9 @@ struct ClosePipe {
 
 TEST(SchemaFilesTest, TakeEverySampleAndNoCounterexample) {
     const std::unique_ptr<std::FILE, ClosePipe> pipe(
-        popen(("/usr/bin/python3 '" + (tests::TopFolder() / "scripts" / "check_schemas.py").string() +
-               "' 2>&1 && echo done")
+        popen(("/usr/bin/python3 " +
+               tests::ShellWord((tests::TopFolder() / "scripts" / "check_schemas.py").string()) +
+               " 2>&1 && echo done")
                   .c_str(),
               "r"));
     ASSERT_TRUE(pipe);

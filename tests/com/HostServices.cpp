@@ -1,5 +1,7 @@
 #include "tests/com/HostServices.h"
 
+#include "tests/Places.h"
+
 #include <stdexcept>
 
 namespace contract {
@@ -52,11 +54,7 @@ HostServices::~HostServices() {
 }
 
 std::wstring HostServices::DllPath() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    // The build puts the DLLs into bin, the test programs into tests\<folder>.
-    return program.substr(0, program.find_last_of(L'\\') + 1) + L"..\\..\\bin\\OrvHost.dll";
+    return (tests::BinFolder() / L"OrvHost.dll").native();
 }
 
 HRESULT HostServices::ClassObject(REFCLSID clsid, REFIID iid, void** out) const {

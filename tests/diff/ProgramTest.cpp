@@ -2,6 +2,7 @@
 
 #include "diff/Program.h"
 #include "tests/diff/Changes.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,6 @@
 #include <fstream>
 #include <ios>
 #include <string>
-#include <system_error>
 
 namespace difftest {
 
@@ -20,9 +20,6 @@ namespace fs = std::filesystem;
 class ProgramTest : public testing::Test {
   protected:
     void SetUp() override {
-        const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = fs::temp_directory_path() / (std::string("diff_tests_") + test.name());
-        fs::create_directories(folder_);
         Write("catalogue.xml",
               "<SNVTCatalogue><SNVT_147><Name>SNVT_temp_diff_p</Name><Type>SignedNumeric</Type><Unit>"
               "degrees C</Unit><Min>-327.68</Min><Max>327.66</Max><Length>2</Length><A_Coef>1</A_Coef>"
@@ -30,11 +27,6 @@ class ProgramTest : public testing::Test {
         Write("a.xml", Attributes(Attribute("A", "147", "1", "1")));
         Write("b.xml", Attributes(Attribute("A", "147", "1", "2")));
     }
-    void TearDown() override {
-        std::error_code none;
-        fs::remove_all(folder_, none);
-    }
-
     void Write(const char* name, const std::string& text) const {
         std::ofstream(folder_ / name, std::ios::binary) << text;
     }
@@ -52,7 +44,8 @@ class ProgramTest : public testing::Test {
         return diff::RunProgram(options);
     }
 
-    fs::path folder_;
+    tests::OwnFolder own_;
+    const fs::path& folder_ = own_.Path();
     std::string out_;
     std::string err_;
 };

@@ -1,5 +1,5 @@
-// The samples of README and of the guide, run as they are printed, in the folder that
-// the documents say. scripts/doc_samples.py takes them out of the Markdown.
+// The samples of README and of the guide, run as they are printed, in a copy of the folders
+// that the documents name. scripts/doc_samples.py takes them out of the Markdown.
 
 #include "tests/bench/BenchRun.h"
 #include "tests/bench/Registered.h"
@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -16,6 +17,8 @@
 namespace benchtest {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 std::wstring Wide(const std::string& text) {
     return std::wstring(text.begin(), text.end());
@@ -63,12 +66,25 @@ std::wstring TakenOut() {
     return (tests::ProgramFolder() / L"samples" / L"").native();
 }
 
-std::wstring Top() {
-    return (tests::TopFolder() / L"").native();
-}
+/// The tree as the documents have it, in a folder of its own, for the commands write into it.
+class Tree {
+  public:
+    Tree() {
+        constexpr auto kAll = fs::copy_options::recursive;
+        fs::create_directories(Folder(L"build/win32"));
+        fs::copy(tests::TopFolder() / L"samples", Folder(L"samples"), kAll);
+        fs::copy(tests::BinFolder(), Folder(L"build/win32/bin"), kAll);
+    }
+    fs::path Folder(const std::wstring& name) const {
+        return (own_.Path() / name).lexically_normal().make_preferred();
+    }
+
+  private:
+    tests::OwnFolder own_;
+};
 
 std::vector<Command> Commands() {
-    std::ifstream file(Narrow(TakenOut() + L"commands.txt"));
+    std::ifstream file(std::filesystem::path(TakenOut() + L"commands.txt"));
     std::vector<Command> commands;
     for (std::string line; std::getline(file, line);) {
         const std::size_t first = line.find('\t');
@@ -79,41 +95,32 @@ std::vector<Command> Commands() {
     return commands;
 }
 
-/// The build may lie elsewhere than the documents say.
-std::wstring Place(const std::wstring& path) {
-    const std::wstring built = L"build/win32/bin";
-    if (!path.starts_with(built)) {
-        return path;
-    }
-    const std::wstring file = path.substr(built.size());
-    return ProgramFolder() + (file.starts_with(L"/") ? file.substr(1) : file);
-}
-
 TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
     const std::vector<Command> commands = Commands();
     EXPECT_GE(commands.size(), 10U);
+    const Tree tree;
     for (const Command& command : commands) {
         SCOPED_TRACE(command.place + ": " + Narrow(command.line));
-        const bool isTop = command.folder == L".";
-        const InFolder there(isTop ? Top() : Place(command.folder));
+        const fs::path folder = tree.Folder(command.folder);
+        const InFolder there(folder.native());
         std::vector<std::wstring> words = Words(command.line);
-        std::transform(words.begin(), words.end(), words.begin(), Place);
-        const std::wstring program = words.front();
+        const fs::path named = words.front();
+        const std::wstring program =
+            named.has_parent_path() ? (folder / named).make_preferred().native() : named.native();
         words.erase(words.begin());
         const Outcome run = RunProgram(program, words);
         EXPECT_EQ(0U, run.status) << run.out << run.err;
     }
     // The document's script says at its end whether all was right.
-    const std::string result = ReadFileBytes(Top() + L"result.txt");
+    const std::string result = ReadFileBytes(tree.Folder(L"result.txt").native());
     std::string plain;
     for (std::size_t at = 2; at < result.size(); at += 2) {
         plain += result[at];
     }
     EXPECT_NE(std::string::npos, plain.find("All right.")) << plain;
-    for (const wchar_t* const file : {L"project.xml", L"result.txt"}) {
-        EXPECT_TRUE(DeleteFileW((Top() + file).c_str())) << Narrow(file);
+    for (const wchar_t* const file : {L"project.xml", L"build/win32/bin/project.xml"}) {
+        EXPECT_TRUE(fs::exists(tree.Folder(file))) << "the example saves a project: " << Narrow(file);
     }
-    EXPECT_TRUE(DeleteFileW((ProgramFolder() + L"project.xml").c_str())) << "the example saved a project";
 }
 
 TEST(DocSamplesTest, TheExampleOfAHostListsSavesAndExports) {

@@ -2,6 +2,7 @@
 #include "com/LateBound.h"
 #include "tests/fault/FaultLoop.h"
 #include "tests/fault/ModuleFault.h"
+#include "tests/Places.h"
 
 #include <OrvHost.h>
 
@@ -38,10 +39,7 @@ constexpr const wchar_t* kExport =
     L"</Attributes></O_Tam_id>";
 
 std::wstring HostPath() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    return program.substr(0, program.find_last_of(L'\\') + 1) + L"..\\..\\bin\\OrvHost.dll";
+    return (tests::BinFolder() / L"OrvHost.dll").native();
 }
 
 /// Like those of the component: nothing changes when it fails.

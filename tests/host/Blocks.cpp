@@ -27,27 +27,17 @@ com::Ref<Item> ItemOf(const com::Ref<IAppObject>& block,
 
 } // namespace
 
-TemporaryLibrary::TemporaryLibrary() {
-    wchar_t temp[MAX_PATH + 1] = {};
-    GetTempPathW(MAX_PATH + 1, temp);
-    folder_ = std::wstring(temp) + L"library_" + std::to_wstring(GetCurrentProcessId()) + L"\\";
-    EXPECT_TRUE(CreateDirectoryW(folder_.c_str(), nullptr) != FALSE ||
-                GetLastError() == ERROR_ALREADY_EXISTS);
+TemporaryLibrary::TemporaryLibrary() : folder_((own_.Path() / L"").native()) {
     SetLibrary(folder_);
 }
 
 TemporaryLibrary::~TemporaryLibrary() {
     SetLibrary(L"");
-    for (const std::wstring& file : files_) {
-        DeleteFileW(file.c_str());
-    }
-    RemoveDirectoryW(folder_.c_str());
 }
 
 void TemporaryLibrary::Write(const std::wstring& file, const std::string& text) {
-    files_.push_back(folder_ + file);
     const HANDLE handle =
-        CreateFileW(files_.back().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+        CreateFileW((folder_ + file).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, handle);
     DWORD written = 0;
     EXPECT_NE(FALSE, WriteFile(handle, text.data(), static_cast<DWORD>(text.size()), &written, nullptr));
@@ -79,7 +69,7 @@ HRESULT Interceptor::Question(const wchar_t* what, IAttribute* attribute, VARIAN
     if (!answer.empty()) {
         *question = answer.front() ? VARIANT_TRUE : VARIANT_FALSE;
     }
-    return Tell(what, attribute, {}, value);
+    return Tell(what, attribute, onQuestion, value);
 }
 
 STDMETHODIMP Interceptor::InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) {

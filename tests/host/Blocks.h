@@ -2,6 +2,7 @@
 
 #include "com/Object.h"
 #include "tests/host/HostDll.h"
+#include "tests/Places.h"
 
 #include <functional>
 #include <string>
@@ -26,8 +27,8 @@ class TemporaryLibrary {
     void Write(const std::wstring& file, const std::string& text);
 
   private:
+    tests::OwnFolder own_;
     std::wstring folder_;
-    std::vector<std::wstring> files_;
 };
 
 /// The folder of the sample definitions, beside the test program.
@@ -49,6 +50,8 @@ class Interceptor final : public com::DualObject<Interceptor, IAttributeIntercep
     std::function<void(IAttribute&)> onFetch;
     std::function<void(IAttribute&)> onValue;
     std::function<void(IAttribute&)> onType;
+    /// At either question.
+    std::function<void(IAttribute&)> onQuestion;
 
     STDMETHODIMP InterceptGetDataFromDevice(IAttribute* attribute, VARIANT_BOOL* value) override;
     STDMETHODIMP InterceptAttributeValueChanged(IAttribute* attribute, VARIANT_BOOL* value) override;

@@ -1,17 +1,12 @@
 #include "tests/host/HostDll.h"
 
+#include "tests/Places.h"
+
 #include <cstddef>
 
 namespace hosttest {
 
 namespace {
-
-std::wstring BesideProgram(const wchar_t* file) {
-    wchar_t path[MAX_PATH] = {};
-    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program(path, length);
-    return program.substr(0, program.find_last_of(L'\\') + 1) + file;
-}
 
 template <class F>
 F As(FARPROC function) {
@@ -22,7 +17,8 @@ F As(FARPROC function) {
 
 // The DLL stays until the program ends.
 // cppcheck-suppress noDestructor
-HostDll::HostDll() : path_(BesideProgram(L"OrvHost.dll")), module_(LoadLibraryW(path_.c_str())) {
+HostDll::HostDll()
+    : path_((tests::ProgramFolder() / L"OrvHost.dll").native()), module_(LoadLibraryW(path_.c_str())) {
     EXPECT_NE(nullptr, module_) << "OrvHost.dll does not load, error " << GetLastError();
 }
 

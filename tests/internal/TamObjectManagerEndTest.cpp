@@ -1,3 +1,5 @@
+#include "tests/Places.h"
+
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -15,13 +17,6 @@ struct Ended {
     std::vector<std::string> lines;
     DWORD status = STILL_ACTIVE;
 };
-
-std::wstring ProgramFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring text = path;
-    return text.substr(0, text.find_last_of(L'\\') + 1);
-}
 
 std::string ReadAll(HANDLE pipe) {
     std::string text;
@@ -59,7 +54,8 @@ Ended RunChild(const std::wstring& member) {
     start.hStdOutput = write;
     start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
     PROCESS_INFORMATION process{};
-    std::wstring command = L"\"" + ProgramFolder() + L"end_before_init.exe\" " + member;
+    std::wstring command =
+        L"\"" + (tests::ProgramFolder() / L"end_before_init.exe").native() + L"\" " + member;
     EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
                                &process));
     CloseHandle(write);

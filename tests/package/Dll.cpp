@@ -1,5 +1,7 @@
 #include "tests/package/Dll.h"
 
+#include "tests/Places.h"
+
 namespace package {
 
 namespace {
@@ -21,13 +23,7 @@ std::wstring Wide(const std::string& ascii) {
 }
 
 std::wstring DllFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    const std::wstring relative = program.substr(0, program.find_last_of(L'\\') + 1) + L"..\\..\\bin\\";
-    wchar_t full[MAX_PATH] = {};
-    GetFullPathNameW(relative.c_str(), MAX_PATH, full, nullptr);
-    return full;
+    return (tests::BinFolder() / L"").native();
 }
 
 Dll::Dll(const DllFacts& facts, const std::wstring& folder)

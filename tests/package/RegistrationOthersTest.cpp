@@ -2,6 +2,7 @@
 // host, another copy of the same DLL. It stays theirs while their files exist.
 
 #include "tests/package/Dll.h"
+#include "tests/Places.h"
 
 #include <optional>
 #include <ostream>
@@ -199,25 +200,18 @@ TEST_F(RegistrationOthersMachineTest, LeavesANameToTheMachinesOtherMaker) {
 class Copy {
   public:
     explicit Copy(const Dll& original) : original_(original) {
-        wchar_t temporary[MAX_PATH] = {};
-        GetTempPathW(MAX_PATH, temporary);
-        folder_ = std::wstring(temporary) + L"copy" + std::to_wstring(GetCurrentProcessId());
-        EXPECT_NE(FALSE, CreateDirectoryW(folder_.c_str(), nullptr));
         EXPECT_NE(FALSE, CopyFileW(original.Path().c_str(), Path().c_str(), TRUE));
     }
-    ~Copy() {
-        EXPECT_NE(FALSE, DeleteFileW(Path().c_str()));
-        EXPECT_NE(FALSE, RemoveDirectoryW(folder_.c_str()));
-    }
+    ~Copy() { EXPECT_NE(FALSE, DeleteFileW(Path().c_str())) << "it is still loaded"; }
     Copy(const Copy&) = delete;
     Copy& operator=(const Copy&) = delete;
 
-    std::wstring Folder() const { return folder_ + L"\\"; }
+    std::wstring Folder() const { return (folder_.Path() / L"").native(); }
     std::wstring Path() const { return Folder() + original_.Facts().file; }
 
   private:
     const Dll& original_;
-    std::wstring folder_;
+    tests::OwnFolder folder_;
 };
 
 class RegistrationOthersCopyTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {};

@@ -2,7 +2,10 @@
 // and used by the system's own scripting clients of both kinds.
 
 #include "tests/package/Dll.h"
+#include "tests/Places.h"
 
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -15,7 +18,12 @@ constexpr int kKinds[] = {32, 64};
 /// The same file of the 32-bit build, which lies beside this program's.
 std::wstring Other(std::wstring path) {
     const std::wstring own = L"\\win64\\";
-    return path.replace(path.rfind(own), own.size(), L"\\win32\\");
+    const std::size_t place = path.rfind(own);
+    if (place == std::wstring::npos) {
+        ADD_FAILURE() << "this build does not lie in a folder win64, beside which win32 is the other";
+        return path;
+    }
+    return path.replace(place, own.size(), L"\\win32\\");
 }
 
 /// A folder of the system's programs of so many bits. This program has 64.
@@ -56,8 +64,7 @@ class SideBySideTest : public WholeRegistryTest {
 
     void SetUp() override {
         WholeRegistryTest::SetUp();
-        script_ = DllFolder() + L"..\\side_by_side.vbs";
-        std::ofstream script(std::string(script_.begin(), script_.end()));
+        std::ofstream script{std::filesystem::path(script_)};
         script << "On Error Resume Next\n"
                   "Set made = CreateObject(WScript.Arguments(0))\n"
                   "If Err.Number <> 0 Then WScript.Quit 43\n"
@@ -75,7 +82,6 @@ class SideBySideTest : public WholeRegistryTest {
             Regsvr(bits, component, L"/u");
             Regsvr(bits, hostServices, L"/u");
         }
-        DeleteFileW(script_.c_str());
         EXPECT_EQ("", Difference(start_, WholeRegistry().AsLines()));
     }
 
@@ -98,7 +104,8 @@ class SideBySideTest : public WholeRegistryTest {
     }
 
   private:
-    std::wstring script_;
+    tests::OwnFolder own_;
+    const std::wstring script_ = (own_.Path() / L"side_by_side.vbs").native();
     Lines start_;
 };
 

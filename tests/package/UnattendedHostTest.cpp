@@ -9,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -287,7 +288,7 @@ TEST_F(UnattendedHostStationTest, AScriptGoesOnWhereADialogWouldWaitForEver) {
     const DWORD status = Run(script.Path());
     SetEnvironmentVariableW(kVariable, nullptr);
     EXPECT_EQ(7U, status);
-    std::ifstream lines(std::string(file.begin(), file.end()));
+    std::ifstream lines{std::filesystem::path(file)};
     std::vector<std::string> kinds;
     for (std::string line; std::getline(lines, line);) {
         kinds.push_back(json::parse(line)["kind"]);

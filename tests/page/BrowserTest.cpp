@@ -1,6 +1,8 @@
 // The device sheet in a real browser: what scripts/look_at_page.py sees of it.
 
 #include "page/Page.h"
+#include "tests/Places.h"
+#include "tests/ShellWord.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -25,14 +27,8 @@ using Json = nlohmann::json;
 namespace {
 
 const std::filesystem::path& Folder() {
-    static const std::filesystem::path folder = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "page_tests_XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::filesystem::filesystem_error("no folder for pages", {});
-        }
-        return std::filesystem::path(name);
-    }();
-    return folder;
+    static const tests::OwnFolder folder;
+    return folder.Path();
 }
 
 /// A page with everything on it, whose names are these.
@@ -126,13 +122,15 @@ constexpr const char* kFaulty = R"(<!DOCTYPE html><html><head><meta charset="utf
 /// What was seen of each page. The browser is started once.
 const Json& Seen() {
     static const Json seen = [] {
-        const std::string command = "/usr/bin/python3 '" TAM_SCRIPTS_FOLDER "/look_at_page.py' '" +
-                                    Write("large.html", Html(PageWith("Air handling, floor 2", 34))) + "' '" +
-                                    Write("hostile.html", Html(PageWith(kScript, 3))) + "' '" +
-                                    Write("long.html", Html(PageWith(std::string(3000, 'W'), 3))) + "' '" +
-                                    Write("empty.html", Html(EmptyPage())) + "' '" +
-                                    Write("faulty.html", kFaulty) + "' '" +
-                                    Write("device.html", Html(PageWithChannels())) + "'";
+        std::string command = "/usr/bin/python3 " +
+                              tests::ShellWord((tests::TopFolder() / "scripts" / "look_at_page.py").string());
+        for (const std::string& page : {Write("large.html", Html(PageWith("Air handling, floor 2", 34))),
+                                        Write("hostile.html", Html(PageWith(kScript, 3))),
+                                        Write("long.html", Html(PageWith(std::string(3000, 'W'), 3))),
+                                        Write("empty.html", Html(EmptyPage())), Write("faulty.html", kFaulty),
+                                        Write("device.html", Html(PageWithChannels()))}) {
+            command += " " + tests::ShellWord(page);
+        }
         const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
         std::string text;
         std::array<char, 65536> part{};

@@ -1,6 +1,9 @@
 #include "tests/support/Component.h"
 
+#include "tests/Places.h"
+
 #include <cstddef>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -9,41 +12,20 @@ namespace support {
 
 namespace {
 
-std::wstring ProgramFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring text = path;
-    return text.substr(0, text.find_last_of(L'\\') + 1);
-}
-
-/// The build puts the DLLs into bin, the test programs into tests\<folder>.
-std::wstring BuiltDll() {
-    return ProgramFolder() + L"..\\..\\bin\\O_Tam_id.dll";
-}
-
 /// Removed when the process ends.
-class OwnFolder {
+class CopiedFolder {
   public:
-    OwnFolder() {
-        wchar_t temporary[MAX_PATH] = {};
-        GetTempPathW(MAX_PATH, temporary);
-        outer_ = std::wstring(temporary) + L"tam_" + std::to_wstring(GetCurrentProcessId());
-        CreateDirectoryW(outer_.c_str(), nullptr);
-        path_ = outer_ + L"\\Component\\";
-        CreateDirectoryW(path_.c_str(), nullptr);
-        if (CopyFileW(BuiltDll().c_str(), (path_ + L"O_Tam_id.dll").c_str(), FALSE) == FALSE) {
+    CopiedFolder() : path_((outer_.Path() / L"Component" / L"").native()) {
+        std::filesystem::create_directory(path_);
+        const std::wstring built = (tests::BinFolder() / L"O_Tam_id.dll").native();
+        if (CopyFileW(built.c_str(), (path_ + L"O_Tam_id.dll").c_str(), FALSE) == FALSE) {
             throw std::runtime_error("the component cannot be copied");
         }
-    }
-    ~OwnFolder() {
-        DeleteFileW((path_ + L"O_Tam_id.dll").c_str());
-        RemoveDirectoryW(path_.c_str());
-        RemoveDirectoryW(outer_.c_str());
     }
     const std::wstring& Path() const noexcept { return path_; }
 
   private:
-    std::wstring outer_;
+    tests::OwnFolder outer_;
     std::wstring path_;
 };
 
@@ -69,7 +51,7 @@ Component::~Component() {
 }
 
 const std::wstring& Component::Folder() {
-    static const OwnFolder folder;
+    static const CopiedFolder folder;
     return folder.Path();
 }
 
@@ -96,8 +78,13 @@ TextFile::TextFile(std::wstring path, const std::wstring& text) : path_(std::mov
     WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
     const HANDLE file = CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    const bool isWhole =
+        WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) != FALSE &&
+        written == bytes.size();
     CloseHandle(file);
+    if (!isWhole) {
+        throw std::runtime_error("a test's file cannot be written");
+    }
 }
 
 } // namespace support

@@ -48,7 +48,8 @@ class Component {
     mutable HRESULT createResult_ = S_OK;
 };
 
-/// A file that lives as long as this object. UTF-8 text; replaces what is there.
+/// A file that lives as long as this object. UTF-8 text; replaces what is there. Throws when
+/// it cannot be written: a test of what is not read from it would ask nothing.
 class TextFile {
   public:
     TextFile(std::wstring path, const std::wstring& text);
