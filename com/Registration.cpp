@@ -174,8 +174,8 @@ std::wstring KindKey(const Library& library, const wchar_t* kind) {
 /// interfaces lie in several DLLs of a machine: whoever registered them keeps
 /// them, and nobody else takes them away.
 bool BelongsToAnother(const Library& library, const RegistryOwners& owners) {
-    const std::wstring path = owners.Text(KindKey(library, kThisKind));
-    return !path.empty() && !SameText(path, library.path) && FileExists(LibraryFile(path));
+    const std::wstring file = LibraryFile(owners.Text(KindKey(library, kThisKind)));
+    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
 }
 
 /// The library's own keys. A library is registered once for both kinds of

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <optional>
+#include <tuple>
 
 namespace com {
 
@@ -22,6 +25,41 @@ std::wstring ClassKey(const std::wstring& clsid) {
 std::wstring ReadClassesText(HKEY root, const std::wstring& path, REGSAM view) {
     const RegistryKey key = OpenKey(root, (kClassesPath + path).c_str(), view);
     return key ? ReadText(key) : std::wstring();
+}
+
+std::wstring FoundByName(const std::wstring& name) {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const auto room = static_cast<DWORD>(path.size());
+        const DWORD length = SearchPathW(nullptr, name.c_str(), nullptr, room, path.data(), nullptr);
+        path.resize(length);
+        if (length < room) {
+            return path;
+        }
+    }
+}
+
+struct HandleCloser {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
+};
+
+/// Volume and number of a file; nothing when it cannot be opened.
+std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& path) {
+    const bool hasFolder = path.find(L'\\') != std::wstring::npos;
+    const std::wstring found = hasFolder ? path : FoundByName(path);
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE opened =
+        CreateFileW(found.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return std::nullopt;
+    }
+    const std::unique_ptr<HANDLE, HandleCloser> file(opened);
+    BY_HANDLE_FILE_INFORMATION facts{};
+    if (GetFileInformationByHandle(opened, &facts) == FALSE) {
+        return std::nullopt;
+    }
+    return std::tuple(facts.dwVolumeSerialNumber, facts.nFileIndexHigh, facts.nFileIndexLow);
 }
 
 /// The program of a command line; its path may have blanks without being quoted.
@@ -53,7 +91,15 @@ bool FileExists(const std::wstring& path) {
     if (path.find(L'\\') != std::wstring::npos) {
         return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }
-    return !path.empty() && SearchPathW(nullptr, path.c_str(), nullptr, 0, nullptr, nullptr) != 0;
+    return !path.empty() && !FoundByName(path).empty();
+}
+
+bool SameFile(const std::wstring& left, const std::wstring& right) {
+    if (SameText(left, right)) {
+        return true;
+    }
+    const auto identity = IdentityOf(left);
+    return identity && identity == IdentityOf(right);
 }
 
 std::wstring LibraryFile(std::wstring path) {
@@ -88,13 +134,14 @@ bool RegistryOwners::ClassExists(const std::wstring& clsid) const {
 
 bool RegistryOwners::AnotherFileHas(const std::wstring& clsid) const {
     const std::wstring file = FileOf(clsid);
-    return !SameText(file, ThisDll().FilePath()) && FileExists(file);
+    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
 }
 
 bool RegistryOwners::OtherKindHas(const std::wstring& clsid) const {
     const REGSAM view = OtherView();
     const std::wstring file = view == 0 ? std::wstring() : Text(ClassKey(clsid) + L"\\InprocServer32", view);
-    return !file.empty() && !SameText(file, ThisDll().FilePath()) && FileExists(PathOfOtherKind(file));
+    return !file.empty() && FileExists(PathOfOtherKind(file)) &&
+           !SameFile(PathOfOtherKind(file), ThisDll().FilePath());
 }
 
 bool RegistryOwners::AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const {

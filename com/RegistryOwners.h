@@ -17,6 +17,9 @@ std::wstring TextOfGuid(REFGUID guid);
 bool SameText(const std::wstring& left, const std::wstring& right);
 /// A name without a folder is looked for as the system does when it loads the file.
 bool FileExists(const std::wstring& path);
+/// One file may have several paths: a short one, one through a share or a drive that
+/// stands for a folder. Of what does not exist, the paths are compared.
+bool SameFile(const std::wstring& left, const std::wstring& right);
 /// The file of a registered type library: "file.dll\2" is the second one in it.
 std::wstring LibraryFile(std::wstring path);
 

@@ -1,6 +1,7 @@
 // What others have registered under identifiers that the DLLs register too: a real
 // host, another copy of the same DLL. It stays theirs while their files exist.
 
+#include "com/RegistryView.h"
 #include "tests/package/Dll.h"
 #include "tests/Places.h"
 
@@ -228,6 +229,21 @@ TEST_P(RegistrationOthersCopyTest, StaysRegisteredWhenTheOlderIsRemoved) {
         EXPECT_EQ(S_OK, newer.Unregister(GetParam()));
         EXPECT_EQ("", Difference(before, Snapshot()));
         EXPECT_EQ(S_OK, newer.CanUnloadNow());
+    }
+}
+
+TEST_P(RegistrationOthersCopyTest, IsNoOtherUnderAnotherSpellingOfItsPath) {
+    for (const Dll* const dll : {&component, &hostServices}) {
+        ASSERT_EQ(S_OK, dll->Register(GetParam()));
+        // An installer may have registered it by a short path, or through a share.
+        const std::wstring spelling = DllFolder() + L"..\\bin\\" + dll->Facts().file;
+        for (const Class& entry : dll->Facts().classes) {
+            Plant(GetParam(), L"CLSID\\" + Wide(entry.id) + L"\\InprocServer32", nullptr, spelling);
+        }
+        Plant(GetParam(), L"TypeLib\\" + Wide(dll->Facts().library.id) + L"\\1.0\\0\\" + com::kThisKind,
+              nullptr, spelling);
+        EXPECT_EQ(S_OK, dll->Unregister(GetParam()));
+        EXPECT_EQ("", Difference(before, Snapshot()));
     }
 }
 
