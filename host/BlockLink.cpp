@@ -82,9 +82,9 @@ com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link)
     return TypeFor(link, com::View(text.Get().bstrVal));
 }
 
-std::wstring TypeId(ISNVType* type) {
+std::wstring TypeId(com::Ref<ISNVType> type) {
     com::Bstr id;
-    if (type != nullptr) {
+    if (type) {
         com::Call(type, &ISNVType::get_ID, id.Put());
     }
     return std::wstring(id.View());

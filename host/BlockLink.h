@@ -56,7 +56,8 @@ bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey);
 /// identifier's text. Empty for an argument that was left out or is empty.
 com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link);
 
-/// Identifier of a type; empty without one.
-std::wstring TypeId(ISNVType* type);
+/// Identifier of a type; empty without one. By value: the type may be a host's, which
+/// may change what the point has meanwhile.
+std::wstring TypeId(com::Ref<ISNVType> type);
 
 } // namespace orv

@@ -47,9 +47,9 @@ bool IsGone(HRESULT result) noexcept {
     return result == CO_E_OBJNOTCONNECTED || result == RPC_E_DISCONNECTED;
 }
 
-std::wstring ReadText(ISNVType* type, HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) {
+std::wstring ReadText(com::Ref<ISNVType> type, HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) {
     com::Bstr text;
-    if (type != nullptr) {
+    if (type) {
         com::Call(type, member, text.Put());
     }
     return std::wstring(text.View());
@@ -124,7 +124,7 @@ bool GenericAttribute::IsDifferential() {
 }
 
 std::wstring GenericAttribute::EnumDesc() const {
-    return ReadText(type_.Get(), &ISNVType::get_EnumDesc);
+    return ReadText(type_, &ISNVType::get_EnumDesc);
 }
 
 std::wstring GenericAttribute::DefaultText() const {
@@ -136,10 +136,10 @@ std::wstring GenericAttribute::Limit(const wchar_t* keyword,
                                      HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) const {
     // A type tells its limits in the user's form, an attribute its own in the stored one.
     return point_.definition.Has(keyword) ? point_.definition.Text(keyword)
-                                          : tam::MoveDecimalMark(ReadText(type_.Get(), member), L".");
+                                          : tam::MoveDecimalMark(ReadText(type_, member), L".");
 }
 
-std::wstring GenericAttribute::Display(const std::wstring& value) {
+std::wstring GenericAttribute::Display(std::wstring value) {
     const std::wstring type = SNVTName();
     const std::wstring entries = EnumDesc();
     DisplayRule rule{type, entries};
@@ -165,18 +165,22 @@ HRESULT GenericAttribute::SetValue() {
 }
 
 HRESULT GenericAttribute::get_DispValue(BSTR* value) {
+    const auto self = This<IAttribute>();
     return Get(value, [&] { return Display(value_); });
 }
 
 HRESULT GenericAttribute::get_DispMin(BSTR* value) {
+    const auto self = This<IAttribute>();
     return Get(value, [&] { return Display(Limit(L"MIN", &ISNVType::get_Min)); });
 }
 
 HRESULT GenericAttribute::get_DispMax(BSTR* value) {
+    const auto self = This<IAttribute>();
     return Get(value, [&] { return Display(Limit(L"MAX", &ISNVType::get_Max)); });
 }
 
 HRESULT GenericAttribute::get_DispDefault(BSTR* value) {
+    const auto self = This<IAttribute>();
     return Get(value, [&] { return Display(DefaultText()); });
 }
 

@@ -28,7 +28,7 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     // The host's own side
     GenericPoint& Point() noexcept { return point_; }
     const std::wstring& ValueText() const noexcept { return value_; }
-    std::wstring SNVTName() const { return TypeId(type_.Get()); }
+    std::wstring SNVTName() const { return TypeId(type_); }
     std::wstring EnumDesc() const;
     /// What a saved project says. Nobody is told: it is no change.
     void Restore(std::wstring value) noexcept { value_ = std::move(value); }
@@ -116,7 +116,8 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     bool IsDifferential();
     std::wstring DefaultText() const;
     std::wstring Limit(const wchar_t* keyword, HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) const;
-    std::wstring Display(const std::wstring& value);
+    /// The caller holds the attribute: types and interceptor are the host's.
+    std::wstring Display(std::wstring value);
 
     GenericPoint point_;
     com::Ref<ISNVType> type_;

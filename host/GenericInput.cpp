@@ -13,7 +13,10 @@ GenericInput::GenericInput(const Definition& definition, const BlockRef& block, 
 }
 
 HRESULT GenericInput::changeType(VARIANT newType) {
-    return Do([&] { type_ = point_.ChangedType(newType); });
+    return Do([&] {
+        const auto self = This<IInput>(); // the catalogue is the host's
+        type_ = point_.ChangedType(newType);
+    });
 }
 
 HRESULT GenericInput::get_ConnectedType(ISNVType** value) {
@@ -62,7 +65,7 @@ HRESULT GenericInput::putref_ConnectedType(IDispatch* value) {
 HRESULT GenericInput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {
     return Get(value, [&] {
         // An input that names no types takes its own alone.
-        return compatible_->IsEmpty() ? com::View(identifier) == TypeId(type_.Get())
+        return compatible_->IsEmpty() ? com::View(identifier) == TypeId(type_)
                                       : compatible_->Has(com::View(identifier));
     });
 }

@@ -54,8 +54,8 @@ HRESULT GenericObject::Flag(const wchar_t* keyword, VARIANT_BOOL* value) {
 STDMETHODIMP GenericObject::Init(BSTR name, VARIANT_BOOL* value) {
     return Get(value, [&] {
         std::wstring wanted = com::Text(name);
-        BlockDefinition definition = ReadDefinition(LoadDefinition(wanted));
-        const long color = definition.block.Number(L"COLOR");
+        auto definition = std::make_shared<const BlockDefinition>(ReadDefinition(LoadDefinition(wanted)));
+        const long color = definition->block.Number(L"COLOR");
         definition_ = std::move(definition);
         definitionName_ = std::move(wanted);
         color_ = color;
@@ -64,6 +64,7 @@ STDMETHODIMP GenericObject::Init(BSTR name, VARIANT_BOOL* value) {
 }
 
 STDMETHODIMP GenericObject::Create() {
+    const auto self = This<IAppObject>(); // the catalogue is the host's
     return Do([&] { MakePoints(); });
 }
 
@@ -72,13 +73,14 @@ void GenericObject::MakePoints() {
         throw tam::RunTimeError(static_cast<HRESULT>(errNotInitialised), {},
                                 L"The block has no definition to make its points from; call Init first");
     }
+    const auto definition = definition_;
     const auto link = std::make_shared<BlockLink>();
     link->block = this;
-    const auto inputs = MakeIndexed<GenericInputs, GenericInput>(definition_->inputs, link);
-    const auto outputs = MakeIndexed<GenericOutputs, GenericOutput>(definition_->outputs, link);
+    const auto inputs = MakeIndexed<GenericInputs, GenericInput>(definition->inputs, link);
+    const auto outputs = MakeIndexed<GenericOutputs, GenericOutput>(definition->outputs, link);
     const auto attributes = GenericAttributes::Make();
-    for (const Definition& definition : definition_->attributes) {
-        attributes->Add(GenericAttribute::Make(definition, link));
+    for (const Definition& said : definition->attributes) {
+        attributes->Add(GenericAttribute::Make(said, link));
     }
     CollectionKeys global(globalKey_);
     inputs->SetGlobalKey(std::move(global.inputs));
@@ -96,8 +98,9 @@ void GenericObject::MakePoints() {
     attributes_ = attributes;
     created_ = true;
     if (saved_) {
-        TakePoints(*saved_); // kept for another Create when this fails
-        saved_.reset();
+        const SavedBlock saved = *saved_;
+        TakePoints(saved);
+        saved_.reset(); // kept for another Create when the points did not take it
     }
 }
 
@@ -111,6 +114,7 @@ STDMETHODIMP GenericObject::Destroy() {
     parent_.Reset();
     ownerDeviceXml_.Reset();
     catalogue_.Reset();
+    saved_.reset();
     return S_OK;
 }
 
@@ -151,7 +155,8 @@ void GenericObject::FetchAll() {
 }
 
 com::Ref<HostType> GenericObject::MakeType(std::wstring_view id) const {
-    return HostType::Make(DescribeType(id, catalogue_));
+    const auto catalogue = catalogue_;
+    return HostType::Make(DescribeType(id, catalogue));
 }
 
 STDMETHODIMP GenericObject::ClearReferences() {

@@ -121,9 +121,11 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     // Documents
     SavedBlock PointsToSave() const;
     void SaveTo(const SavedBlock& block, IDispatch* parentNode, IDispatch* document) const;
+    /// `saved` is the caller's own: a host that is asked meanwhile may load or create again.
     void TakePoints(const SavedBlock& saved);
 
-    std::optional<BlockDefinition> definition_;
+    /// Held by who walks it: a host's catalogue that is asked meanwhile may call Init.
+    std::shared_ptr<const BlockDefinition> definition_;
     std::wstring definitionName_;
     com::Ref<GenericInputs> inputs_ = GenericInputs::Make();
     com::Ref<GenericOutputs> outputs_ = GenericOutputs::Make();

@@ -46,7 +46,7 @@ dom::Node RootOf(const com::Ref<IDispatch>& object) {
 }
 
 template <class Points, class F>
-void Take(const Points& points, const std::vector<SavedPoint>& saved, F&& take) {
+void Take(const com::Ref<Points>& points, const std::vector<SavedPoint>& saved, F&& take) {
     for (const SavedPoint& point : saved) {
         // A definition that has changed may lack what was saved.
         if (const auto found = points->Find(point.name)) {
@@ -76,17 +76,21 @@ DeviceValues GenericObject::ReadDeviceValues() const {
 SavedBlock GenericObject::PointsToSave() const {
     SavedBlock block;
     com::CheckSet(attributes_.Get());
-    for (const auto& input : inputs_->All()) {
+    // These, whatever an attribute's type does meanwhile: it may be a host's.
+    const auto inputs = inputs_;
+    const auto outputs = outputs_;
+    const auto attributes = attributes_;
+    for (const auto& input : inputs->All()) {
         SavedPoint point{input->Point().Name(), input->Point().visible, {}, {}, {}, {}};
         point.value = input->Link();
         block.inputs.push_back(std::move(point));
     }
-    for (const auto& output : outputs_->All()) {
+    for (const auto& output : outputs->All()) {
         SavedPoint point{output->Point().Name(), output->Point().visible, {}, {}, {}, {}};
         point.displayable = output->IsDisplayable();
         block.outputs.push_back(std::move(point));
     }
-    for (const auto& attribute : attributes_->All()) {
+    for (const auto& attribute : attributes->All()) {
         SavedPoint point{attribute->Point().Name(), attribute->Point().visible, {}, {}, {}, {}};
         point.value = attribute->ValueText();
         point.type = attribute->SNVTName();
@@ -101,10 +105,12 @@ void GenericObject::SaveTo(const SavedBlock& block, IDispatch* parentNode, IDisp
         throw tam::RunTimeError(static_cast<HRESULT>(errNotInitialised), {},
                                 L"The block has no definition to name its element after; call Init first");
     }
-    WriteSaved(block, definitionName_, dom::NodeOf(parentNode), dom::DocumentOf(document));
+    const std::wstring name = definitionName_;
+    WriteSaved(block, name, dom::NodeOf(parentNode), dom::DocumentOf(document));
 }
 
 STDMETHODIMP GenericObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
+    const auto self = This<IAppObject>(); // a type may hold the last reference
     return Do([&] {
         SavedBlock block = PointsToSave();
         block.userName = userName_;
@@ -115,6 +121,7 @@ STDMETHODIMP GenericObject::XMLSave(IDispatch* parentNode, IDispatch* document) 
 }
 
 STDMETHODIMP GenericObject::XMLSaveSim(IDispatch* parentNode, IDispatch* document) {
+    const auto self = This<IAppObject>();
     // A simulation has no sheet: no positions.
     return Do([&] {
         SavedBlock block = PointsToSave();
@@ -124,6 +131,7 @@ STDMETHODIMP GenericObject::XMLSaveSim(IDispatch* parentNode, IDispatch* documen
 }
 
 STDMETHODIMP GenericObject::XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) {
+    const auto self = This<IAppObject>(); // a type may hold the last reference
     return Do([&] {
         SavedBlock block = PointsToSave();
         block.userName = userName_;
@@ -133,6 +141,7 @@ STDMETHODIMP GenericObject::XMLSaveForInteroperability(IDispatch* parentNode, ID
 }
 
 STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
+    const auto self = This<IAppObject>();
     return Do([&] {
         SavedBlock saved = ReadSaved(dom::NodeOf(element));
         if (created_) {
@@ -150,18 +159,22 @@ STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
 
 void GenericObject::TakePoints(const SavedBlock& saved) {
     com::CheckSet(attributes_.Get());
-    Take(inputs_, saved.inputs, [](GenericInput& input, const SavedPoint& point) {
+    const auto inputs = inputs_;
+    const auto outputs = outputs_;
+    const auto attributes = attributes_;
+    const auto catalogue = catalogue_;
+    Take(inputs, saved.inputs, [](GenericInput& input, const SavedPoint& point) {
         input.SetLink(point.value.value_or(input.Link()));
     });
-    Take(outputs_, saved.outputs, [](GenericOutput& output, const SavedPoint& point) {
+    Take(outputs, saved.outputs, [](GenericOutput& output, const SavedPoint& point) {
         output.SetDisplayable(point.displayable.value_or(output.IsDisplayable()));
     });
-    Take(attributes_, saved.attributes, [&](GenericAttribute& attribute, const SavedPoint& point) {
+    Take(attributes, saved.attributes, [&](GenericAttribute& attribute, const SavedPoint& point) {
         attribute.Restore(point.value.value_or(attribute.ValueText()));
         const std::wstring entries = point.enumDesc.value_or(attribute.EnumDesc());
         const std::wstring id = point.type.value_or(attribute.SNVTName());
         if (id != attribute.SNVTName() || entries != attribute.EnumDesc()) {
-            TypeDescription type = DescribeType(id, catalogue_);
+            TypeDescription type = DescribeType(id, catalogue);
             type.enumDesc = entries;
             attribute.RestoreType(HostType::Make(std::move(type)));
         }

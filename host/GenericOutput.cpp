@@ -28,13 +28,15 @@ GenericOutput::GenericOutput(const Definition& definition, const BlockRef& block
     , displayText_(definition.Name()) {}
 
 HRESULT GenericOutput::changeType(VARIANT newType) {
-    return Do([&] { type_ = point_.ChangedType(newType); });
+    return Do([&] {
+        const auto self = This<IOutput>(); // the catalogue is the host's
+        type_ = point_.ChangedType(newType);
+    });
 }
 
 HRESULT GenericOutput::get_SNVTCompatible(ICompatibleSNVT** value) {
-    return Get(value, [&] {
-        return type_ ? CompatibleType::Make(TypeId(type_.Get())) : com::Ref<CompatibleType>();
-    });
+    return Get(value,
+               [&] { return type_ ? CompatibleType::Make(TypeId(type_)) : com::Ref<CompatibleType>(); });
 }
 
 HRESULT GenericOutput::get_Parent(IAppObject** value) {
@@ -50,7 +52,7 @@ HRESULT GenericOutput::get_IsMacroConnected(VARIANT_BOOL* value) {
 }
 
 HRESULT GenericOutput::get_IsSNVTCompatible(BSTR identifier, VARIANT_BOOL* value) {
-    return Get(value, [&] { return type_ && com::View(identifier) == TypeId(type_.Get()); });
+    return Get(value, [&] { return type_ && com::View(identifier) == TypeId(type_); });
 }
 
 HRESULT GenericOutput::get_IsTrendable(VARIANT_BOOL* value) {
