@@ -131,8 +131,7 @@ TEST_F(TurnTest, HandlesAllThatWaits) {
 TEST_F(TurnTest, HandlesKeysThatWaitBehindPostedMessages) {
     const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
                                      nullptr, nullptr, nullptr, nullptr);
-    SetForegroundWindow(box);
-    SetFocus(box);
+    AwaitFront(box);
     GiveTurn();
     INPUT keys[2] = {};
     for (INPUT& key : keys) {
@@ -155,8 +154,7 @@ TEST_F(TurnTest, HandlesKeysThatWaitBehindPostedMessages) {
 TEST_F(TurnTest, HandlesEachKeysCharacterBeforeTheNextKey) {
     const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
                                      nullptr, nullptr, nullptr, nullptr);
-    SetForegroundWindow(box);
-    SetFocus(box);
+    AwaitFront(box);
     GiveTurn();
     std::array<INPUT, 6> keys{};
     const std::array<WORD, 3> typed{'A', VK_HOME, 'B'};
@@ -181,7 +179,7 @@ TEST_F(TurnTest, GivesATimerWithoutANumberItsTurnBesideThePaintOfItsWindow) {
     GiveTurn();
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CountTimer));
     SetTimer(window, 0, 10, nullptr);
-    Sleep(30);
+    AwaitTimer(window);
     InvalidateRect(window, nullptr, TRUE);
     GiveTurn();
     EXPECT_EQ(expired, 1);
@@ -260,7 +258,7 @@ TEST_F(TurnTest, GivesATurnInALoopThatAHandlerRuns) {
         struct Timer final : HostWindow {
             explicit Timer(std::function<void()> action) : action_(std::move(action)) {
                 SetTimer(Window(), 1, 10, nullptr);
-                Sleep(30);
+                AwaitTimer(Window());
             }
             UINT Message() const override { return WM_TIMER; }
             void Handle() override { action_(); }

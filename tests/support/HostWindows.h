@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <utility>
 
@@ -9,6 +11,38 @@
 // handled.
 
 namespace support {
+
+/// Asks again and again until it holds. A failed test when it does not within a minute.
+template <class F>
+void Await(const char* what, F&& holds) {
+    constexpr ULONGLONG kMinute = 60'000;
+    const ULONGLONG begin = GetTickCount64();
+    while (!holds()) {
+        if (GetTickCount64() - begin > kMinute) {
+            ADD_FAILURE() << "no " << what << " within a minute";
+            return;
+        }
+        Sleep(1);
+    }
+}
+
+/// Until a timer of the window has expired and its message waits. Who makes it a message
+/// may need longer than the timer.
+inline void AwaitTimer(HWND window) {
+    Await("timer", [window] {
+        MSG message;
+        return PeekMessageW(&message, window, WM_TIMER, WM_TIMER, PM_NOREMOVE) != FALSE;
+    });
+}
+
+/// Until keys go to a window of this thread.
+inline void AwaitFront(HWND window) {
+    Await("window in front", [window] {
+        SetForegroundWindow(window);
+        SetFocus(window);
+        return GetForegroundWindow() == window && GetFocus() == window;
+    });
+}
 
 /// A window with a procedure of its own.
 class HostWindow {
@@ -96,7 +130,7 @@ class SlowTimer final : public HostWindow {
 
     SlowTimer() {
         SetTimer(Window(), 1, 10, nullptr);
-        Sleep(30);
+        AwaitTimer(Window());
     }
 
   private:
