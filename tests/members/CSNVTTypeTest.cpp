@@ -52,7 +52,6 @@ TEST_F(CSNVTTypeTest, AGeneralTypeThatWasForcedGivesWayToALoadedOne) {
 
 // Once when they are stored, and again when they are read.
 TEST_F(CSNVTTypeTest, LimitsFollowTheDecimalMarkOfTheMomentTheyAreRead) {
-    const std::wstring before = tam::State().DecimalSeparator;
     tam::State().DecimalSeparator = L".";
     UseCatalogue(L"<SNVT_8><NAME>temp</NAME><TYPE>Float</TYPE><UNIT>C</UNIT><BACNETUNIT>62</BACNETUNIT>"
                  L"<MIN>-12,5</MIN><MAX>40.25</MAX><LENGTH>4</LENGTH><A_COEF>1</A_COEF><B_COEF>0</B_COEF>"
@@ -64,7 +63,6 @@ TEST_F(CSNVTTypeTest, LimitsFollowTheDecimalMarkOfTheMomentTheyAreRead) {
     tam::State().DecimalSeparator = L",";
     EXPECT_EQ(L"-12,5", Text(Seen(type), &ISNVType::get_Min));
     EXPECT_EQ(L"40,25", Text(Seen(type), &ISNVType::get_Max));
-    tam::State().DecimalSeparator = before;
 }
 
 TEST_F(CSNVTTypeTest, AnEnumerationDescriptionIsAnsweredByBothInterfaces) {

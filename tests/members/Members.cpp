@@ -1,7 +1,6 @@
 #include "tests/members/Members.h"
 
 #include "com/Dll.h"
-#include "common/ComponentState.h"
 
 namespace members {
 
@@ -14,6 +13,8 @@ void MembersTest::SetUp() {
 void MembersTest::TearDown() {
     EXPECT_EQ(objectsBefore_, com::ThisDll().Objects()) << "objects are still alive";
     tam::State().SnvtCatalogueDocument.Reset();
+    tam::State().DecimalSeparator = decimalBefore_;
+    tam::State().DataSizes = sizesBefore_;
     ComponentTest::TearDown();
 }
 

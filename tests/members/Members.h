@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appobject/CDBAppObject.h"
+#include "common/ComponentState.h"
 #include "core/RunTimeError.h"
 #include "tests/support/Fixture.h"
 
@@ -23,6 +24,9 @@ class MembersTest : public support::ComponentTest {
 
   private:
     long objectsBefore_ = 0;
+    // What a test may change of this program's component; its end puts it back.
+    const std::wstring decimalBefore_ = tam::State().DecimalSeparator;
+    const tam::DataSizeTable sizesBefore_ = tam::State().DataSizes;
 };
 
 /// The code of the run-time error that a call ends with; S_OK for none.
