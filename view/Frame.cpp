@@ -17,21 +17,23 @@ constexpr UINT_PTR kProgressTimer = 2;
 constexpr SIZE kLeastSize{560, 400};
 constexpr SIZE kFirstSize{1180, 760};
 
-bool IsText(HWND window) noexcept {
-    wchar_t name[16] = {};
-    GetClassNameW(window, name, 16);
-    return lstrcmpiW(name, WC_EDITW) == 0;
+bool IsOfClass(HWND window, const wchar_t* className) noexcept {
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, 32);
+    return lstrcmpiW(name, className) == 0;
 }
 
-bool Accelerates(HWND window, UINT table, MSG& message) noexcept {
-    HACCEL const keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(table));
-    return keys != nullptr && TranslateAcceleratorW(window, keys, &message) != 0;
+/// Once for the window: not every system keeps a table that it has loaded.
+HACCEL LoadKeys(UINT table) noexcept {
+    return LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(table));
 }
 
 } // namespace
 
 Frame::Frame(Settings& settings)
     : settings_(settings)
+    , keys_(LoadKeys(IDR_ACCELERATORS))
+    , listKeys_(LoadKeys(IDR_LIST_ACCELERATORS))
     , typeList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
         const TypeRow& type = types_.at(row);
         const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
@@ -166,7 +168,12 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         return 0;
     case WM_QUERYENDSESSION:
-        return AskToSave() ? TRUE : FALSE;
+        return OnQueryEnd() ? TRUE : FALSE;
+    case WM_ENDSESSION:
+        if (wParam != FALSE) {
+            OnEnd();
+        }
+        return 0;
     case WM_CLOSE:
         Close();
         return 0;
@@ -189,11 +196,13 @@ bool Frame::Translate(MSG& message) {
         (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == FALSE)) {
         return false;
     }
-    const bool isCell = GetDlgCtrlID(message.hwnd) == IDC_CELL && IsText(message.hwnd);
-    if (!isCell && Accelerates(Handle(), IDR_ACCELERATORS, message)) {
+    const bool isText = IsOfClass(message.hwnd, WC_EDITW);
+    const bool isCell = isText && GetDlgCtrlID(message.hwnd) == IDC_CELL;
+    const bool hasOwnKeys = isText || IsOfClass(message.hwnd, VIEW_SPLITTER_CLASS);
+    if (!isCell && TranslateAcceleratorW(Handle(), keys_.get(), &message) != 0) {
         return true;
     }
-    if (!IsText(message.hwnd) && Accelerates(Handle(), IDR_LIST_ACCELERATORS, message)) {
+    if (!hasOwnKeys && TranslateAcceleratorW(Handle(), listKeys_.get(), &message) != 0) {
         return true;
     }
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&

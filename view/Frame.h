@@ -2,6 +2,7 @@
 
 #include "view/Glyphs.h"
 #include "view/ListPane.h"
+#include "view/model/FileWatch.h"
 #include "view/model/FindingRow.h"
 #include "view/model/History.h"
 #include "view/model/RowTable.h"
@@ -14,10 +15,11 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace view {
@@ -32,9 +34,9 @@ class Frame : public Window {
     void Show(int how);
     /// Opens a file; asks first when something is unsaved.
     void Open(const std::wstring& file);
-    /// Offers what a program that ended without being asked left unsaved. True when it was
-    /// brought back.
-    bool OfferRecovery();
+    /// Offers what a program that ended without being asked left unsaved, then opens the
+    /// file that the program was started with, if any.
+    void Start(const std::wstring& file);
     /// True for a key that is a command, or that moves the focus.
     bool Translate(MSG& message);
 
@@ -51,12 +53,15 @@ class Frame : public Window {
 
     /// The window is busy while this lives: no command but "stop" is taken.
     class Busy;
+    /// A box of the window itself is shown while this lives.
+    class OwnBox;
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
     void OnProblem(const std::wstring& words) override;
 
     // Frame_Make.cpp
     void MakeParts();
+    void MakeSplitters();
     void MakeToolbar();
     void MakePointPage(std::size_t index, Kind kind, int id, const wchar_t* key, UINT name);
     void MakeCatalogue();
@@ -83,6 +88,8 @@ class Frame : public Window {
     void ShowParts(bool findings, bool source);
     void MoveFocus(bool isForward);
     void MoveTab(bool isForward);
+    void FocusSplitter(bool isForward);
+    void LeaveSplitter();
     void Copy();
     void Say(const std::wstring& words);
     int Ask(const std::wstring& words, UINT kind);
@@ -93,15 +100,25 @@ class Frame : public Window {
     /// False when the person thinks better of it.
     bool AskToSave();
     void Load(const std::wstring& file);
+    void AddProblem(const Problem& problem, UINT rule);
     void Fill();
     void OnProgress();
+    /// The file of a dialog; empty when the person thinks better of it.
+    std::wstring Chosen(const std::function<std::wstring()>& choose);
     bool Save();
     bool SaveAs();
     bool SaveProject(const std::wstring& path);
     void SaveStream();
     void Export(int command);
+    /// What the person wrote is no change of somebody else.
+    void MarkAsRead(const std::wstring& path);
     void CheckDisk();
     void Close();
+    bool OnQueryEnd();
+    void OnEnd();
+    /// Sets what was left unsaved; false, and nothing is set, when a value is refused.
+    bool BringBack(const Recovery& recovery);
+    void OfferRecovery();
 
     // Frame_Values.cpp
     PointPage* PageOf(Kind kind);
@@ -111,9 +128,15 @@ class Frame : public Window {
     void MarkSaved();
     void OpenEditor(const PointId& id);
     void StartCell();
+    /// A value that is being typed is entered before anything else is done.
+    void EnterCells();
     void OnCellEntered(const PointId& id, const std::wstring& text);
-    void Apply(const std::vector<view::Change>& changes);
+    void Undo();
+    void Redo();
+    /// Sets all values or, where one is refused, none: the answer is false then.
+    bool Apply(const std::vector<view::Change>& changes);
     void RefreshPoint(const PointId& id);
+    void RefreshWiring();
     void AfterChange();
     drawing::Sheet ReadSheet();
     void SetUnits(bool isUs);
@@ -132,7 +155,15 @@ class Frame : public Window {
     void ShowSource();
     void GoToSource(const FindingRow& finding);
 
+    struct DestroyTheTable {
+        void operator()(HACCEL table) const noexcept { DestroyAcceleratorTable(table); }
+    };
+    using Keys = std::unique_ptr<std::remove_pointer_t<HACCEL>, DestroyTheTable>;
+
     Settings& settings_;
+    Keys keys_;
+    /// Those that mean something else in a field.
+    Keys listKeys_;
     Scaling scaling_;
     std::optional<Fonts> fonts_;
     Images images_;
@@ -164,16 +195,20 @@ class Frame : public Window {
     bool isLoaded_ = false;
     std::wstring file_;
     std::wstring project_;
-    FileStamp stamp_;
+    FileWatch watch_;
     History history_;
-    std::set<PointId> changed_;
     RecoveryFile recovery_;
     bool isUs_ = false;
     HWND lastFocus_ = nullptr;
+    /// Where the keyboard was before it came to a splitter.
+    HWND beforeSplitter_ = nullptr;
     int busy_ = 0;
     bool isLoading_ = false;
     DWORD loadStart_ = 0;
     bool isClosing_ = false;
+    bool isEndAgreed_ = false;
+    /// Whether the unsaved values are on the disk.
+    bool isKept_ = false;
     bool isSourceShown_ = false;
     bool isPicking_ = false;
     bool isAsking_ = false;
@@ -195,6 +230,27 @@ class Frame::Busy {
 
   private:
     Frame& frame_;
+};
+
+/// A box of the window itself is shown while this lives: it is none of the component's.
+class Frame::OwnBox {
+  public:
+    explicit OwnBox(Frame& frame)
+        : busy_(frame)
+        , session_(frame.session_.get())
+        , before_(session_ != nullptr ? session_->Boxes() : 0) {}
+    ~OwnBox() {
+        if (session_ != nullptr) {
+            session_->PassOverBoxes(before_);
+        }
+    }
+    OwnBox(const OwnBox&) = delete;
+    OwnBox& operator=(const OwnBox&) = delete;
+
+  private:
+    Busy busy_; // so no other file is opened meanwhile
+    Session* session_;
+    std::size_t before_;
 };
 
 } // namespace view

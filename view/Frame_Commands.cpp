@@ -61,6 +61,7 @@ bool Frame::OnCommand(int id, int code, HWND control) {
     if (id < IDM_FILE_OPEN || !IsEnabled(id)) {
         return id >= IDM_FILE_OPEN;
     }
+    EnterCells();
     if (id >= IDM_FILE_RECENT && id <= IDM_FILE_RECENT_LAST) {
         const std::wstring file = settings_.recent.Files().at(static_cast<std::size_t>(id - IDM_FILE_RECENT));
         if (!bench::IsFile(file)) {
@@ -73,7 +74,7 @@ bool Frame::OnCommand(int id, int code, HWND control) {
     }
     switch (id) {
     case IDM_FILE_OPEN: {
-        const std::wstring file = ChooseFile(Handle(), IDS_OPEN, IDS_FILTER_OPEN);
+        const std::wstring file = Chosen([this] { return ChooseFile(Handle(), IDS_OPEN, IDS_FILTER_OPEN); });
         if (!file.empty()) {
             Open(file);
         }
@@ -104,10 +105,10 @@ bool Frame::OnCommand(int id, int code, HWND control) {
         Close();
         break;
     case IDM_EDIT_UNDO:
-        Apply(history_.Undo());
+        Undo();
         break;
     case IDM_EDIT_REDO:
-        Apply(history_.Redo());
+        Redo();
         break;
     case IDM_EDIT_VALUE:
         if (const auto point = PickedPoint()) {
@@ -173,6 +174,10 @@ bool Frame::OnCommand(int id, int code, HWND control) {
     case IDM_VIEW_PREVIOUS_PART:
         MoveFocus(id == IDM_VIEW_NEXT_PART);
         break;
+    case IDM_VIEW_NEXT_SPLITTER:
+    case IDM_VIEW_PREVIOUS_SPLITTER:
+        FocusSplitter(id == IDM_VIEW_NEXT_SPLITTER);
+        break;
     case IDM_VIEW_NEXT_FINDING:
     case IDM_VIEW_PREVIOUS_FINDING:
         StepFinding(id == IDM_VIEW_NEXT_FINDING);
@@ -181,7 +186,7 @@ bool Frame::OnCommand(int id, int code, HWND control) {
         session_->Stop();
         break;
     case IDM_HELP_KEYS:
-        Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2), MB_OK | MB_ICONINFORMATION);
+        Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2) + Text(IDS_KEYS_3), MB_OK | MB_ICONINFORMATION);
         break;
     case IDM_HELP_ABOUT:
         if (isLoaded_) {
@@ -344,7 +349,7 @@ void Frame::Say(const std::wstring& words) {
 }
 
 int Frame::Ask(const std::wstring& words, UINT kind) {
-    const Busy busy(*this);
+    const OwnBox own(*this);
     return MessageBoxW(Handle(), words.c_str(), Text(IDS_TITLE).c_str(), kind);
 }
 
@@ -405,6 +410,30 @@ void Frame::MoveFocus(bool isForward) {
     const auto found = std::find(parts.begin(), parts.end(), GetFocus());
     const std::size_t at = found == parts.end() ? 1 : static_cast<std::size_t>(found - parts.begin());
     SetFocus(parts[(at + (isForward ? 1 : parts.size() - 1)) % parts.size()]);
+}
+
+void Frame::FocusSplitter(bool isForward) {
+    std::vector<HWND> shown;
+    for (const std::unique_ptr<Splitter>& splitter : splitters_) {
+        if (IsWindowVisible(splitter->Handle()) != FALSE) {
+            shown.push_back(splitter->Handle());
+        }
+    }
+    const HWND focus = GetFocus();
+    const auto found = std::find(shown.begin(), shown.end(), focus);
+    if (found == shown.end()) {
+        beforeSplitter_ = focus;
+        SetFocus(isForward ? shown.front() : shown.back());
+        return;
+    }
+    const auto at = static_cast<std::size_t>(found - shown.begin());
+    SetFocus(shown[(at + (isForward ? 1 : shown.size() - 1)) % shown.size()]);
+}
+
+void Frame::LeaveSplitter() {
+    const bool isThere = beforeSplitter_ != nullptr && IsWindowVisible(beforeSplitter_) != FALSE &&
+                         IsChild(Handle(), beforeSplitter_) != FALSE;
+    SetFocus(isThere ? beforeSplitter_ : PaneOf(page_).Handle());
 }
 
 void Frame::MoveTab(bool isForward) {

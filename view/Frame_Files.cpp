@@ -8,6 +8,7 @@
 #include "bench/WholeFile.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace view {
@@ -21,6 +22,10 @@ constexpr DWORD kShort = 250;
 
 std::wstring NameOf(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/") + 1);
+}
+
+bool IsSamePath(const std::wstring& one, const std::wstring& other) noexcept {
+    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
 std::wstring WithoutEnding(const std::wstring& path) {
@@ -42,6 +47,7 @@ bool Frame::AskToSave() {
     if (busy_ > 0) {
         return false;
     }
+    EnterCells();
     if (!history_.IsDirty()) {
         return true;
     }
@@ -63,14 +69,13 @@ void Frame::Load(const std::wstring& file) {
         HCURSOR const former = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         isLoaded_ = false;
         history_.Clear();
-        changed_.clear();
         recovery_.Remove();
         sheet_->Clear();
         session_.reset(); // the old one first: only one gets the boxes
         file_ = file;
         project_.clear();
-        stamp_ = StampOf(file);
-        findings_.clear();
+        watch_.Watch({{file, StampOf(file)}});
+        std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
         UpdateTitle();
         Say(Text(IDS_LOADING, NameOf(file)));
         std::optional<Problem> problem = Try([&] {
@@ -78,9 +83,12 @@ void Frame::Load(const std::wstring& file) {
             session_->SetUnits(isUs_);
             session_->Read(file);
         });
+        if (session_ && !session_->Files().empty()) {
+            watch_.Watch(session_->Files());
+        }
         const bool isRead = session_ && !problem;
         if (isRead) {
-            findings_ = session_->Findings();
+            findings = session_->Findings();
             SetTimer(Handle(), kProgressTimer, kProgressPeriod, nullptr);
             isLoading_ = true;
             problem = Try([&] { session_->Load(); });
@@ -97,21 +105,24 @@ void Frame::Load(const std::wstring& file) {
         if (session_) {
             session_->LeaveBoxesToUser();
         }
-        isLoaded_ = isRead && !problem;
+        isLoaded_ = isRead && !problem && !session_->IsStopped();
+        findings_ = std::move(findings);
         if (isRead && !session_->IsStopped()) {
             TakeBoxes();
         }
         if (session_ && session_->IsStopped()) {
             Say(Text(IDS_STOPPED, NameOf(file)));
         } else if (problem) {
-            FindingRow row;
-            row.weight = Weight::Box;
-            row.rule = bench::Utf8(Text(isRead ? IDS_LOAD_RULE : IDS_READ_RULE));
-            row.message = bench::Utf8(problem->words);
-            findings_.insert(findings_.begin(), std::move(row));
+            AddProblem(*problem, isRead ? IDS_LOAD_RULE : IDS_READ_RULE);
             Say(Text(isRead ? IDS_NOT_LOADED : IDS_NOT_READ, NameOf(file)));
         }
-        Fill();
+        if (const auto unread = Try([&] { Fill(); })) {
+            // What cannot be read as a whole is not shown at all.
+            isLoaded_ = false;
+            AddProblem(*unread, IDS_LOAD_RULE);
+            Say(Text(IDS_NOT_LOADED, NameOf(file)));
+            Fill();
+        }
         if (isLoaded_) {
             settings_.recent.Add(file);
             Say(Text(IDS_LOADED, NameOf(file),
@@ -126,6 +137,18 @@ void Frame::Load(const std::wstring& file) {
         Ask(findings_.empty() ? Text(IDS_NOT_READ, NameOf(file)) : bench::Wide(findings_.front().message),
             MB_OK | MB_ICONERROR);
     }
+}
+
+void Frame::AddProblem(const Problem& problem, UINT rule) {
+    FindingRow row;
+    row.weight = Weight::Box;
+    row.rule = bench::Utf8(Text(rule));
+    row.message = bench::Utf8(problem.words);
+    std::vector<FindingRow> rows; // before all others
+    rows.push_back(std::move(row));
+    rows.insert(rows.end(), std::make_move_iterator(findings_.begin()),
+                std::make_move_iterator(findings_.end()));
+    findings_ = std::move(rows);
 }
 
 void Frame::Fill() {
@@ -169,23 +192,32 @@ bool Frame::Save() {
     return project_.empty() ? SaveAs() : SaveProject(project_);
 }
 
+std::wstring Frame::Chosen(const std::function<std::wstring()>& choose) {
+    const OwnBox own(*this);
+    return choose();
+}
+
 bool Frame::SaveAs() {
-    const Busy busy(*this);
-    const std::wstring path =
-        ChooseName(Handle(), IDS_SAVE_PROJECT, IDS_FILTER_PROJECT, L"xml",
-                   project_.empty() ? WithoutEnding(file_) + L".project.xml" : project_, false);
+    const std::wstring path = Chosen([this] {
+        return ChooseName(Handle(), IDS_SAVE_PROJECT, IDS_FILTER_PROJECT, L"xml",
+                          project_.empty() ? WithoutEnding(file_) + L".project.xml" : project_, false);
+    });
     return !path.empty() && SaveProject(path);
 }
 
 bool Frame::SaveProject(const std::wstring& path) {
-    if (const auto problem = Try([&] { session_->SaveProject(path, ValuesToSave()); })) {
+    std::optional<Problem> problem;
+    {
+        const Busy busy(*this); // the component may handle messages meanwhile
+        problem = Try([&] { session_->SaveProject(path, ValuesToSave()); });
+    }
+    TakeBoxes();
+    if (problem) {
         Ask(Text(IDS_NOT_SAVED, NameOf(path), problem->words), MB_OK | MB_ICONERROR);
         return false;
     }
     project_ = path;
-    if (CompareStringOrdinal(path.c_str(), -1, file_.c_str(), -1, TRUE) == CSTR_EQUAL) {
-        stamp_ = StampOf(file_);
-    }
+    MarkAsRead(path);
     settings_.recent.Add(path);
     MarkSaved();
     Say(Text(IDS_SAVED, path));
@@ -193,9 +225,10 @@ bool Frame::SaveProject(const std::wstring& path) {
 }
 
 void Frame::SaveStream() {
-    const Busy busy(*this);
-    const std::wstring path = ChooseName(Handle(), IDS_SAVE_STREAM, IDS_FILTER_STREAM, L"xml",
-                                         WithoutEnding(file_) + L".changed.xml", true);
+    const std::wstring path = Chosen([this] {
+        return ChooseName(Handle(), IDS_SAVE_STREAM, IDS_FILTER_STREAM, L"xml",
+                          WithoutEnding(file_) + L".changed.xml", true);
+    });
     if (path.empty()) {
         return;
     }
@@ -204,12 +237,19 @@ void Frame::SaveStream() {
         Ask(Text(IDS_NOT_SAVED, NameOf(path), problem->words), MB_OK | MB_ICONERROR);
         return;
     }
-    if (CompareStringOrdinal(path.c_str(), -1, file_.c_str(), -1, TRUE) == CSTR_EQUAL) {
-        stamp_ = StampOf(file_);
-    }
+    MarkAsRead(path);
     settings_.recent.Add(path);
     MarkSaved();
     Say(Text(IDS_SAVED, path));
+}
+
+void Frame::MarkAsRead(const std::wstring& path) {
+    const std::vector<StampedFile>& files = watch_.Files();
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (IsSamePath(path, files[i].path)) {
+            watch_.MarkRead(i, StampOf(path));
+        }
+    }
 }
 
 void Frame::Export(int command) {
@@ -228,12 +268,14 @@ void Frame::Export(int command) {
         {IDM_FILE_EXPORT_SVG, IDS_EXPORT_SVG, IDS_FILTER_SVG, L"svg", L".svg"}};
     const auto* const what = std::find_if(std::begin(kWhat), std::end(kWhat),
                                           [command](const What& one) { return one.command == command; });
-    const Busy busy(*this);
-    const std::wstring path = ChooseName(Handle(), what->title, what->filter, what->ending,
-                                         WithoutEnding(file_) + what->addition, true);
+    const std::wstring path = Chosen([&] {
+        return ChooseName(Handle(), what->title, what->filter, what->ending,
+                          WithoutEnding(file_) + what->addition, true);
+    });
     if (path.empty()) {
         return;
     }
+    const Busy busy(*this);
     const auto problem = Try([&] {
         switch (command) {
         case IDM_FILE_EXPORT_IMAGE:
@@ -262,15 +304,21 @@ void Frame::CheckDisk() {
     if (busy_ > 0 || file_.empty() || isAsking_ || IsIconic(Handle()) != FALSE) {
         return;
     }
-    const FileStamp now = StampOf(file_);
-    if (now == stamp_ || now == FileStamp{}) {
+    std::vector<FileStamp> now;
+    for (const StampedFile& file : watch_.Files()) {
+        now.push_back(StampOf(file.path));
+    }
+    std::wstring changed;
+    for (const std::wstring& path : watch_.Look(now)) {
+        changed += (changed.empty() ? L"" : L", ") + NameOf(path);
+    }
+    if (changed.empty()) {
         return;
     }
-    stamp_ = now; // asked once for each change
     isAsking_ = true;
-    const std::wstring question = history_.IsDirty() ? Text(IDS_CHANGED_DIRTY, NameOf(file_),
-                                                            std::to_wstring(history_.Unsaved().size()))
-                                                     : Text(IDS_CHANGED, NameOf(file_));
+    const std::wstring question =
+        history_.IsDirty() ? Text(IDS_CHANGED_DIRTY, changed, std::to_wstring(history_.Unsaved().size()))
+                           : Text(IDS_CHANGED, changed);
     const bool isWanted = Ask(question, MB_YESNO | MB_ICONQUESTION) == IDYES;
     isAsking_ = false;
     if (isWanted) {
@@ -292,33 +340,81 @@ void Frame::Close() {
     }
 }
 
-bool Frame::OfferRecovery() {
+bool Frame::OnQueryEnd() {
+    // Who is busy cannot be asked; what is unsaved then keeps the session.
+    isEndAgreed_ = busy_ > 0 ? !history_.IsDirty() : AskToSave();
+    return isEndAgreed_;
+}
+
+void Frame::OnEnd() {
+    // The system ends the program without another word.
+    SavePlaces();
+    if (isEndAgreed_) {
+        recovery_.Remove();
+    }
+}
+
+void Frame::Start(const std::wstring& file) {
+    const auto problem = Try([&] {
+        OfferRecovery();
+        const std::wstring path = file.empty() ? file : bench::FullPath(file);
+        if (!path.empty() && !IsSamePath(path, file_)) {
+            Open(path);
+        }
+    });
+    if (problem) {
+        OnProblem(problem->words);
+    }
+}
+
+void Frame::OfferRecovery() {
     for (const RecoveryFile::Left& left : RecoveryFile::FindLeft()) {
-        const bool isSame = StampOf(left.recovery.file) == left.recovery.stamp;
+        const std::vector<StampedFile>& files = left.recovery.files;
+        const bool isSame = std::all_of(files.begin(), files.end(), [](const StampedFile& file) {
+            return StampOf(file.path) == file.stamp;
+        });
         const std::wstring count = std::to_wstring(left.recovery.values.size());
-        const int answer = Ask(Text(isSame ? IDS_RECOVER : IDS_RECOVER_OTHER, left.recovery.file, count),
+        const int answer = Ask(Text(isSame ? IDS_RECOVER : IDS_RECOVER_OTHER, files.front().path, count),
                                MB_YESNO | MB_ICONQUESTION);
         if (answer != IDYES) {
             DeleteFileW(left.path.c_str());
             continue;
         }
-        Load(left.recovery.file);
-        if (!isLoaded_) {
-            return true; // it stays for the next start
-        }
-        std::vector<view::Change> step;
-        for (const auto& [point, value] : left.recovery.values) {
-            const auto row = session_->ReadRow(point);
-            if (row) {
-                step.push_back({point, row->value, value});
-            }
-        }
-        history_.Add(step);
-        Apply(step);
-        DeleteFileW(left.path.c_str());
-        return true;
+        Load(files.front().path);
+        if (isLoaded_ && BringBack(left.recovery)) {
+            DeleteFileW(left.path.c_str());
+        } // else it stays for the next start
+        return;
     }
-    return false;
+}
+
+bool Frame::BringBack(const Recovery& recovery) {
+    std::vector<view::Change> step;
+    std::wstring gone;
+    int lost = 0;
+    for (const auto& [point, value] : recovery.values) {
+        const auto row = session_->ReadRow(point);
+        if (!row) {
+            constexpr int kMostLines = 20;
+            gone += ++lost <= kMostLines     ? L"\n" + point.name + L" = " + value
+                    : lost == kMostLines + 1 ? L"\n…"
+                                             : L"";
+        } else if (row->value != value) {
+            step.push_back({point, row->value, value});
+        }
+    }
+    if (bench::IsFile(recovery.project)) {
+        project_ = recovery.project;
+    }
+    history_.Add(step);
+    if (!Apply(step)) {
+        history_.Undo();
+        return false;
+    }
+    if (!gone.empty()) {
+        Ask(Text(IDS_NOT_BROUGHT_BACK, NameOf(file_), gone), MB_OK | MB_ICONWARNING);
+    }
+    return isKept_ || !history_.IsDirty();
 }
 
 } // namespace view

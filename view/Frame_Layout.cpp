@@ -137,14 +137,6 @@ void Frame::MoveSplit(std::size_t split, int distance) {
 }
 
 void Frame::OnDpiChanged(const RECT& place) {
-    for (const PointPage& page : pages_) {
-        page.pane->Write(settings_);
-        page.pane->Read(settings_);
-    }
-    for (ListPane* const pane : {typePane_.get(), findingPane_.get()}) {
-        pane->Write(settings_);
-        pane->Read(settings_);
-    }
     SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
     SetFonts();

@@ -68,10 +68,7 @@ void Frame::MakeParts() {
                                                           }
                                                       },
                                                       [this] { UpdateStatus(); }});
-    for (std::size_t i = 0; i < splitters_.size(); ++i) {
-        splitters_[i] = std::make_unique<Splitter>(frame, IDC_SPLIT_SHEET + static_cast<int>(i), i != 1,
-                                                   [this, i](int distance) { MoveSplit(i, distance); });
-    }
+    MakeSplitters();
     filterLabel_ = MakeControl(frame, WC_STATICW, Text(IDS_FILTER).c_str(),
                                WS_VISIBLE | SS_CENTERIMAGE | SS_RIGHT, IDC_FILTER_LABEL);
     filter_ = MakeControl(frame, WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, IDC_FILTER,
@@ -100,6 +97,16 @@ void Frame::MakeParts() {
     status_ = MakeControl(frame, STATUSCLASSNAMEW, L"", WS_VISIBLE | SBARS_SIZEGRIP, IDC_STATUS);
     progress_ = MakeControl(frame, PROGRESS_CLASSW, L"", 0, IDC_PROGRESS);
     stop_ = MakeControl(frame, WC_BUTTONW, Text(IDS_STOP).c_str(), WS_TABSTOP | BS_PUSHBUTTON, IDC_STOP);
+}
+
+void Frame::MakeSplitters() {
+    constexpr UINT kNames[] = {IDS_SPLIT_SHEET, IDS_SPLIT_PANES, IDS_SPLIT_SOURCE};
+    for (std::size_t i = 0; i < splitters_.size(); ++i) {
+        splitters_[i] = std::make_unique<Splitter>(
+            Handle(), IDC_SPLIT_SHEET + static_cast<int>(i), i != 1, Text(kNames[i]),
+            Splitter::Events{[this, i](int distance) { MoveSplit(i, distance); },
+                             [this, i] { return settings_.splits.at(i); }, [this] { LeaveSplitter(); }});
+    }
 }
 
 void Frame::MakeToolbar() {
@@ -205,8 +212,17 @@ void Frame::MakeFindings() {
         return findings_.at(row).weight == Weight::Warning ? RGB(0x8A, 0x55, 0x00) : RGB(0xB0, 0x1E, 0x1E);
     };
     ListPane::Events events;
-    events.picked = [this](std::size_t row) { GoToSource(findings_.at(row)); };
-    events.opened = [this](std::size_t row) { GoToFinding(row); };
+    // While a file is loaded the list still shows the former file's.
+    events.picked = [this](std::size_t row) {
+        if (busy_ == 0) {
+            GoToSource(findings_.at(row));
+        }
+    };
+    events.opened = [this](std::size_t row) {
+        if (busy_ == 0) {
+            GoToFinding(row);
+        }
+    };
     std::vector<ListPane::Column> columns = {{IDS_COLUMN_WEIGHT, 64},
                                              {IDS_COLUMN_PLACE, 56, true},
                                              {IDS_COLUMN_MESSAGE, 360},

@@ -6,6 +6,7 @@
 #include "drawing/DisplayList.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -68,6 +69,14 @@ void Frame::StartCell() {
     }
 }
 
+void Frame::EnterCells() {
+    for (const PointPage& page : pages_) {
+        if (page.pane) {
+            page.pane->EnterCell();
+        }
+    }
+}
+
 void Frame::OnCellEntered(const PointId& id, const std::wstring& text) {
     if (busy_ > 0 || !isLoaded_) {
         return;
@@ -85,20 +94,57 @@ void Frame::OnCellEntered(const PointId& id, const std::wstring& text) {
     TakeBoxes();
     history_.Add({id, before, session_->ValueOf(id)});
     RefreshPoint(id);
+    if (id.kind == Kind::Input) {
+        RefreshWiring();
+    }
     AfterChange();
 }
 
-void Frame::Apply(const std::vector<view::Change>& changes) {
-    if (changes.empty()) {
-        return;
+void Frame::Undo() {
+    if (!Apply(history_.Undo())) {
+        history_.Redo();
     }
-    for (const view::Change& change : changes) {
-        session_->SetValue(change.point, change.after);
-        RefreshPoint(change.point);
+}
+
+void Frame::Redo() {
+    if (!Apply(history_.Redo())) {
+        history_.Undo();
+    }
+}
+
+bool Frame::Apply(const std::vector<view::Change>& changes) {
+    if (changes.empty()) {
+        return true;
+    }
+    std::size_t set = 0;
+    std::optional<Problem> problem;
+    {
+        const Busy busy(*this);
+        problem = Try([&] {
+            for (; set < changes.size(); ++set) {
+                session_->SetValue(changes[set].point, changes[set].after);
+            }
+        });
+        for (; problem && set > 0; --set) { // half a step is none
+            Try([&] { session_->SetValue(changes[set - 1].point, changes[set - 1].before); });
+        }
     }
     TakeBoxes();
+    if (problem) {
+        Ask(problem->words, MB_OK | MB_ICONERROR);
+        return false;
+    }
+    bool isWiringChanged = false;
+    for (const view::Change& change : changes) {
+        RefreshPoint(change.point);
+        isWiringChanged = isWiringChanged || change.point.kind == Kind::Input;
+    }
+    if (isWiringChanged) {
+        RefreshWiring();
+    }
     PickPoint(changes.back().point);
     AfterChange();
+    return true;
 }
 
 void Frame::RefreshPoint(const PointId& id) {
@@ -108,19 +154,19 @@ void Frame::RefreshPoint(const PointId& id) {
     if (known == nullptr || !row) {
         return;
     }
-    changed_.insert(id);
     const std::size_t number = static_cast<std::size_t>(known - page.table.Rows().data());
     row->index = known->index;
     row->isUnsaved = history_.IsUnsaved(id);
     page.table.Update(std::move(*row));
     page.pane->Redraw(number);
-    if (id.kind == Kind::Input) {
-        // Outputs tell which inputs read them.
-        PointPage& outputs = *PageOf(Kind::Output);
-        outputs.table.Assign(session_->ReadRows(Kind::Output));
-        outputs.pane->RedrawAll();
-        sheet_->Refresh(ReadSheet());
-    }
+}
+
+void Frame::RefreshWiring() {
+    // Outputs tell which inputs read them.
+    PointPage& outputs = *PageOf(Kind::Output);
+    outputs.table.Assign(session_->ReadRows(Kind::Output));
+    outputs.pane->RedrawAll();
+    sheet_->Refresh(ReadSheet());
 }
 
 drawing::Sheet Frame::ReadSheet() {
@@ -128,9 +174,12 @@ drawing::Sheet Frame::ReadSheet() {
 }
 
 void Frame::AfterChange() {
-    recovery_.Keep({file_, stamp_, history_.Unsaved()});
-    const std::size_t unsaved = history_.Unsaved().size();
-    Say(unsaved == 0 ? Text(IDS_ALL_SAVED) : std::wstring());
+    if (history_.IsDirty()) {
+        isKept_ = recovery_.Keep({watch_.Files(), project_, history_.Changed()});
+    } else {
+        recovery_.Remove();
+    }
+    Say(history_.IsDirty() ? std::wstring() : Text(IDS_ALL_SAVED));
     UpdateTitle();
     UpdateTools();
     UpdateStatus();
@@ -138,8 +187,8 @@ void Frame::AfterChange() {
 
 std::vector<bench::PointValue> Frame::ValuesToSave() const {
     std::vector<bench::PointValue> values;
-    for (const PointId& point : changed_) {
-        values.push_back({point.kind == Kind::Input, point.name, session_->ValueOf(point)});
+    for (const auto& [point, value] : history_.Changed()) {
+        values.push_back({point.kind == Kind::Input, point.name, value});
     }
     return values;
 }
@@ -161,18 +210,22 @@ void Frame::MarkSaved() {
 }
 
 void Frame::SetUnits(bool isUs) {
-    isUs_ = isUs;
     if (session_ && isLoaded_) {
+        // All is read before any of it is shown.
         session_->SetUnits(isUs);
-        for (PointPage& page : pages_) {
-            std::vector<Row> rows = session_->ReadRows(page.kind);
-            for (Row& row : rows) {
+        std::array<std::vector<Row>, kPointPages> rows;
+        for (std::size_t i = 0; i < kPointPages; ++i) {
+            rows.at(i) = session_->ReadRows(pages_.at(i).kind);
+            for (Row& row : rows.at(i)) {
                 row.isUnsaved = history_.IsUnsaved(row.id);
             }
-            page.table.Assign(std::move(rows));
-            page.pane->Update();
+        }
+        for (std::size_t i = 0; i < kPointPages; ++i) {
+            pages_.at(i).table.Assign(std::move(rows.at(i)));
+            pages_.at(i).pane->Update();
         }
     }
+    isUs_ = isUs;
     UpdateTools();
     UpdateStatus();
 }

@@ -71,6 +71,10 @@ void ListPane::Write(const Settings& settings) const {
 }
 
 void ListPane::SetFonts(const Fonts& fonts, Scaling scaling) {
+    for (std::size_t i = 0; bold_ != nullptr && i < columns_.size(); ++i) {
+        // As wide as a person has made it, at the scale so far.
+        columns_[i].width = scaling_.Back(static_cast<int>(Send(list_, LVM_GETCOLUMNWIDTH, i)));
+    }
     scaling_ = scaling;
     bold_ = fonts.bold.Get();
     Send(list_, WM_SETFONT, fonts.normal.Get(), TRUE);

@@ -72,7 +72,8 @@ class ListPane {
 
     /// Opens a field over a cell of the picked row.
     void EditCell(std::size_t column, const std::wstring& text);
-    bool IsEditing() const noexcept { return cell_ != nullptr; }
+    /// Closes the field as the end of typing does: what stands in it is entered.
+    void EnterCell() { EndCell(true); }
 
     /// What the list tells its parent.
     LRESULT OnNotify(NMHDR& head);

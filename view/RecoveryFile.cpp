@@ -17,9 +17,21 @@ namespace {
 constexpr std::wstring_view kStart = L"unsaved-";
 constexpr std::wstring_view kEnd = L".txt";
 
-/// A name that only a running program holds.
-std::wstring AliveName(const std::wstring& process) {
-    return L"Local\\O_Tam_id.View." + process;
+/// A name that only a running program holds. The folder is the user's, and so the name is
+/// known in all sessions of the user.
+std::wstring AliveName(const std::wstring& program) {
+    return L"Global\\O_Tam_id.View." + program;
+}
+
+/// What no other program is called: the system gives the number of one that ended to the next.
+std::wstring OwnName() {
+    FILETIME start{};
+    FILETIME end{};
+    FILETIME inSystem{};
+    FILETIME inProgram{};
+    GetProcessTimes(GetCurrentProcess(), &start, &end, &inSystem, &inProgram);
+    return std::to_wstring(GetCurrentProcessId()) + L"-" +
+           std::to_wstring(std::uint64_t{start.dwHighDateTime} << 32U | start.dwLowDateTime);
 }
 
 /// With the closing backslash; made when it is not there.
@@ -37,8 +49,8 @@ std::wstring Folder() {
     return folder + L"\\";
 }
 
-bool IsAlive(const std::wstring& process) noexcept {
-    const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, AliveName(process).c_str());
+bool IsAlive(const std::wstring& program) noexcept {
+    const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, AliveName(program).c_str());
     if (mutex == nullptr) {
         return false;
     }
@@ -58,11 +70,12 @@ FileStamp StampOf(const std::wstring& file) noexcept {
             joined(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime)};
 }
 
-RecoveryFile::RecoveryFile()
-    : alive_(CreateMutexW(nullptr, FALSE, AliveName(std::to_wstring(GetCurrentProcessId())).c_str())) {
+RecoveryFile::RecoveryFile() {
+    const std::wstring name = OwnName();
+    alive_ = CreateMutexW(nullptr, FALSE, AliveName(name).c_str());
     const std::wstring folder = Folder();
     if (!folder.empty()) {
-        path_ = folder + std::wstring(kStart) + std::to_wstring(GetCurrentProcessId()) + std::wstring(kEnd);
+        path_ = folder + std::wstring(kStart) + name + std::wstring(kEnd);
     }
 }
 
@@ -73,17 +86,9 @@ RecoveryFile::~RecoveryFile() {
     }
 }
 
-void RecoveryFile::Keep(const Recovery& recovery) noexcept {
-    if (path_.empty()) {
-        return;
-    }
-    com::Attempt([&] {
-        if (recovery.values.empty()) {
-            Remove();
-        } else {
-            bench::WriteWholeFile(path_, bench::Utf8(TextOf(recovery)));
-        }
-    });
+bool RecoveryFile::Keep(const Recovery& recovery) noexcept {
+    return !path_.empty() &&
+           !com::Attempt([&] { bench::WriteWholeFile(path_, bench::Utf8(TextOf(recovery))); });
 }
 
 void RecoveryFile::Remove() noexcept {

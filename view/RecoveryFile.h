@@ -21,9 +21,9 @@ class RecoveryFile {
     RecoveryFile(const RecoveryFile&) = delete;
     RecoveryFile& operator=(const RecoveryFile&) = delete;
 
-    /// Writes what is unsaved; removes the file when nothing is. A disk that takes nothing
-    /// is no reason to stop the work.
-    void Keep(const Recovery& recovery) noexcept;
+    /// Writes what is unsaved. A disk that takes nothing is no reason to stop the work: the
+    /// answer is false then.
+    bool Keep(const Recovery& recovery) noexcept;
     void Remove() noexcept;
 
     struct Left {
@@ -34,7 +34,7 @@ class RecoveryFile {
     static std::vector<Left> FindLeft();
 
   private:
-    HANDLE alive_;
+    HANDLE alive_ = nullptr;
     std::wstring path_;
 };
 

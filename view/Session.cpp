@@ -1,5 +1,6 @@
 #include "view/Session.h"
 
+#include "view/RecoveryFile.h"
 #include "view/SessionDocuments.h"
 
 #include "bench/Commands.h"
@@ -66,12 +67,21 @@ Session::~Session() = default;
 
 void Session::Read(const std::wstring& file) {
     file_ = file;
+    files_ = {{file, StampOf(file)}}; // before it is read: a later change is seen
     const std::string bytes = bench::ReadBytes(file);
     FileText text = ReadFileText(bytes, file);
     kind_ = text.kind;
     if (kind_ == Kind::Device) {
         options_.deviceFile = file;
-        text.source = bench::ReadBytes(bench::ReadDeviceFile(file).streamFile);
+        const bench::DeviceFile device = bench::ReadDeviceFile(file);
+        for (const std::wstring& named : {device.streamFile, device.firmwareFile}) {
+            const bool isNew = std::none_of(files_.begin(), files_.end(),
+                                            [&](const StampedFile& known) { return known.path == named; });
+            if (isNew) {
+                files_.push_back({named, StampOf(named)});
+            }
+        }
+        text.source = bench::ReadBytes(device.streamFile);
     }
     std::string problem;
     catalogue_ = check::ReadCatalogue(check::ReadFile(host_->CatalogueFile(), problem));
@@ -108,7 +118,6 @@ void Session::Load() {
         break;
     }
     }
-    ReadReaders();
 }
 
 void Session::LeaveBoxesToUser() noexcept {
@@ -159,7 +168,7 @@ void Session::SetValue(const PointId& id, const std::wstring& value) {
         const auto input = bench::FindInput(host_->App(), id.name);
         com::CheckSet(input.Get());
         com::Call(input, &IInput::put_Value, text.Get());
-        ReadReaders();
+        areReadersRead_ = false;
     } else {
         const auto attribute = bench::FindAttribute(host_->App(), id.name);
         com::CheckSet(attribute.Get());
@@ -201,12 +210,18 @@ void Session::ShowAbout() {
     com::Call(dialogs, &ITamDialogs::ShowAbout);
 }
 
+void Session::PassOverBoxes(std::size_t from) {
+    for (; from < Boxes(); ++from) {
+        ownBoxes_.insert(from);
+    }
+}
+
 std::vector<FindingRow> Session::TakeBoxes() {
     std::vector<FindingRow> rows;
     const bench::Json& boxes = report_.Boxes();
     for (; boxesTaken_ < boxes.size(); ++boxesTaken_) {
         const bench::Json& box = boxes[boxesTaken_];
-        if (!box["fault"].get<bool>()) {
+        if (!box["fault"].get<bool>() || ownBoxes_.contains(boxesTaken_)) {
             continue;
         }
         FindingRow row;

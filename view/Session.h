@@ -1,6 +1,7 @@
 #pragma once
 
 #include "view/model/FindingRow.h"
+#include "view/model/Recovery.h"
 #include "view/model/Row.h"
 #include "view/model/SourceText.h"
 
@@ -17,6 +18,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -71,6 +73,9 @@ class Session {
     std::size_t PointsLoaded() const;
 
     const std::wstring& File() const noexcept { return file_; }
+    /// The file and those that it names, as they were when they were read: a device is in
+    /// several files.
+    const std::vector<StampedFile>& Files() const noexcept { return files_; }
     Kind FileKind() const noexcept { return kind_; }
     const SourceText& Source() const noexcept { return source_; }
     const std::vector<FindingRow>& Findings() const noexcept { return findings_; }
@@ -96,6 +101,10 @@ class Session {
     void ShowAbout();
     /// The boxes that the component showed since the last call.
     std::vector<FindingRow> TakeBoxes();
+    /// How many boxes were seen on this thread, the window's own among them.
+    std::size_t Boxes() const { return report_.Boxes().size(); }
+    /// Those from this number on are the window's own: TakeBoxes leaves them out.
+    void PassOverBoxes(std::size_t from);
 
     // Files. Each throws, and leaves an old file as it was.
 
@@ -119,7 +128,7 @@ class Session {
     Row ReadOutput(IOutput& output, std::size_t index);
     Row ReadAttribute(IAttribute& attribute, std::size_t index);
     const TypeWords& WordsOf(const std::wstring& typeId);
-    std::wstring OutputsReaders(const std::wstring& output) const;
+    std::wstring OutputsReaders(const std::wstring& output);
     void ReadReaders();
     drawing::Block ReadChannelBlock(const bench::Channel& channel, std::size_t number, drawing::Sheet& sheet);
 
@@ -133,7 +142,9 @@ class Session {
     std::map<std::wstring, TypeWords> types_;
     /// The inputs that are wired to an output, by its name in capitals.
     std::map<std::wstring, std::wstring> readers_;
+    bool areReadersRead_ = false;
     std::wstring file_;
+    std::vector<StampedFile> files_;
     Kind kind_ = Kind::Stream;
     /// The stream as the component gets it.
     std::wstring stream_;
@@ -141,6 +152,7 @@ class Session {
     std::vector<FindingRow> findings_;
     std::size_t pointsInFile_ = 0;
     std::size_t boxesTaken_ = 0;
+    std::set<std::size_t> ownBoxes_;
     bool isStopped_ = false;
 };
 

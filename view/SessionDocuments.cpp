@@ -1,5 +1,7 @@
 #include "view/SessionDocuments.h"
 
+#include "view/model/ProjectText.h"
+
 #include "bench/Text.h"
 #include "check/XmlTree.h"
 
@@ -48,16 +50,14 @@ FileText ReadFileText(const std::string& bytes, const std::wstring& file) {
         return {Session::Kind::Stream, bytes};
     }
     const auto stream = tree.Find("Tam");
-    constexpr std::string_view kEnd = "</Tam>";
-    const std::size_t end =
-        tree.Text().find(kEnd, stream == check::XmlTree::kNone ? 0 : tree.OffsetOf(stream));
-    if (stream == check::XmlTree::kNone || end == std::string_view::npos) {
+    if (stream == check::XmlTree::kNone) {
         throw bench::BenchError(E_INVALIDARG, bench::Utf8(file) +
                                                   " is a project without a device stream: open the stream "
                                                   "of its module");
     }
     const std::size_t begin = tree.OffsetOf(stream);
-    return {Session::Kind::Project, std::string(tree.Text().substr(begin, end + kEnd.size() - begin)) + "\n"};
+    return {Session::Kind::Project,
+            std::string(tree.Text().substr(begin, EndOfElement(tree.Text(), begin) - begin)) + "\n"};
 }
 
 Session::Documents::Documents(const std::string& stream, const std::wstring& definition) : places_(stream) {

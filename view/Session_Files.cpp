@@ -1,5 +1,6 @@
 #include "view/Session.h"
 
+#include "view/model/ProjectText.h"
 #include "view/SessionDocuments.h"
 
 #include "bench/Commands.h"
@@ -8,68 +9,36 @@
 #include "bench/Model.h"
 #include "bench/SheetFindings.h"
 #include "bench/Text.h"
+#include "bench/TextFile.h"
 #include "bench/WholeFile.h"
 
+#include "check/Encoding.h"
+#include "check/Findings.h"
 #include "page/Page.h"
 
-#include <algorithm>
+#include <string_view>
+#include <utility>
 
 namespace view {
 
 namespace {
 
-constexpr const char* kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+constexpr const char* kNewProject = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Project>\n</Project>\n";
 
-/// A project that was there, without what is to be written into it again.
-xml::Document ReadOldProject(const std::wstring& path) {
-    xml::Document document = xml::LoadFile(path);
+constexpr std::string_view kMark = "\xEF\xBB\xBF";
+
+/// The text of a project that was there, in UTF-8.
+std::string ReadOldProject(const std::wstring& path) {
+    const xml::Document document = xml::LoadFile(path); // throws for what is no XML
     com::Ref<IXMLDOMElement> root;
     com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     if (!root || xml::NameOf(xml::Node(root)) != L"Project") {
         throw bench::BenchError(E_INVALIDARG, bench::Utf8(path) + " is no project; it was left as it is");
     }
-    return document;
-}
-
-/// The object that an element of a project belongs to.
-struct Identity {
-    std::wstring device;
-    std::wstring object;
-    bool operator==(const Identity&) const = default;
-};
-
-Identity IdentityOf(const xml::Node& element) {
-    Identity identity;
-    xml::ForEachElement(element, [&](const xml::Node& child) {
-        const std::wstring name = xml::NameOf(child);
-        if (bench::SameKey(name, L"DevKey")) {
-            identity.device = xml::TextOf(child);
-        } else if (bench::SameKey(name, L"TamObjID")) {
-            identity.object = xml::TextOf(child);
-        }
-    });
-    return identity;
-}
-
-void RemoveSame(const xml::Node& root, const Identity& identity, const std::wstring& definition) {
-    std::vector<xml::Node> old;
-    xml::ForEachElement(root, [&](const xml::Node& child) {
-        const std::wstring name = xml::NameOf(child);
-        if ((name == definition || name == L"Tam") && IdentityOf(child) == identity) {
-            old.push_back(child);
-        }
-    });
-    for (const xml::Node& node : old) {
-        com::Call(root, &IXMLDOMNode::removeChild, node.Get(), nullptr);
-    }
-}
-
-std::string WithoutDeclaration(std::string text) {
-    if (text.starts_with("<?xml")) {
-        text.erase(0, text.find("?>") + 2);
-    }
-    text.erase(0, std::min(text.find_first_not_of("\r\n"), text.size()));
-    return text;
+    const std::string bytes = bench::ReadBytes(path);
+    check::Findings ignored;
+    std::string text = check::Decode(bytes, ignored);
+    return bytes.starts_with(kMark) && !text.starts_with(kMark) ? std::string(kMark) + text : text;
 }
 
 } // namespace
@@ -80,35 +49,24 @@ std::string Session::StreamText(const std::vector<bench::PointValue>& changes) c
 
 void Session::SaveProject(const std::wstring& path, const std::vector<bench::PointValue>& changes) {
     const std::string stream = StreamText(changes);
-    xml::Document document;
+    std::string project = bench::IsFile(path) ? ReadOldProject(path) : kNewProject;
+    com::Call(host_->Tam(), &ITamObject::put_DeviceKey, com::Bstr(host_->DeviceKey()).Get());
     xml::Node root;
     if (device_) {
         root = bench::SaveProject(*device_);
     } else {
-        com::Call(host_->Tam(), &ITamObject::put_DeviceKey, com::Bstr(host_->DeviceKey()).Get());
-        if (bench::IsFile(path)) {
-            document = ReadOldProject(path);
-            com::Ref<IXMLDOMElement> element;
-            com::Call(document, &IXMLDOMDocument::get_documentElement, element.Put());
-            root = xml::Node(element);
-            const Identity identity{host_->DeviceKey(), std::to_wstring(bench::NumberOf(
-                                                            host_->Tam(), &ITamObject::get_TamObjectID))};
-            RemoveSame(root, identity, options_.definition);
-        } else {
-            document = xml::New();
-            root = xml::Append(document, xml::Node(document), L"Project");
-        }
+        const xml::Document document = xml::New();
+        root = xml::Append(document, xml::Node(document), L"Project");
         host_->Step("XMLSave",
                     [&] { com::Call(host_->App(), &IAppObject::XMLSave, root.Get(), document.Get()); });
     }
-    // The component saves no values of attributes: they are in the stream.
-    std::string project = xml::Print(root);
-    const std::size_t end = project.rfind("</");
-    if (end == std::string::npos) {
+    std::vector<std::string> elements = ElementsOf(xml::Print(root));
+    if (elements.empty()) {
         throw bench::BenchError(E_UNEXPECTED, "the component wrote nothing into the project");
     }
-    project.insert(end, WithoutDeclaration(stream));
-    bench::WriteWholeFile(path, kDeclaration + project);
+    // The component saves no values of attributes: they are in the stream.
+    elements.push_back(RootOf(stream));
+    bench::WriteWholeFile(path, WithElements(std::move(project), elements));
 }
 
 void Session::ExportImage(const std::wstring& path) {

@@ -70,6 +70,7 @@ const Session::TypeWords& Session::WordsOf(const std::wstring& typeId) {
 }
 
 void Session::ReadReaders() {
+    areReadersRead_ = true;
     readers_.clear();
     bench::ForEachInput(host_->App(), [&](IInput& input) {
         const std::wstring reference = bench::WideOf(input, &IInput::get_Value);
@@ -80,7 +81,10 @@ void Session::ReadReaders() {
     });
 }
 
-std::wstring Session::OutputsReaders(const std::wstring& output) const {
+std::wstring Session::OutputsReaders(const std::wstring& output) {
+    if (!areReadersRead_) {
+        ReadReaders();
+    }
     const auto found = readers_.find(Capitals(output));
     return found != readers_.end() ? found->second : std::wstring();
 }

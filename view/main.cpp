@@ -37,10 +37,7 @@ int Run(int how) {
     view::Settings settings;
     view::Frame frame(settings);
     frame.Show(how);
-    const std::wstring file = FileOfCommandLine();
-    if (!frame.OfferRecovery() && !file.empty()) {
-        frame.Open(file);
-    }
+    frame.Start(FileOfCommandLine());
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!frame.Translate(message)) {

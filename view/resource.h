@@ -116,6 +116,10 @@
 // Fills the source's pane; the window tells itself.
 #define IDM_VIEW_SHOW_SOURCE 40220
 
+// The focus to a splitter, which the arrows move.
+#define IDM_VIEW_NEXT_SPLITTER 40221
+#define IDM_VIEW_PREVIOUS_SPLITTER 40222
+
 #define IDM_HELP_KEYS 40301
 #define IDM_HELP_ABOUT 40302
 
@@ -214,3 +218,8 @@
 #define IDS_FILTER_SVG 2091
 #define IDS_KEYS_1 2092
 #define IDS_KEYS_2 2093
+#define IDS_KEYS_3 2094
+#define IDS_SPLIT_SHEET 2095
+#define IDS_SPLIT_PANES 2096
+#define IDS_SPLIT_SOURCE 2097
+#define IDS_NOT_BROUGHT_BACK 2098

@@ -60,6 +60,36 @@ TEST_F(ClosingTest, AnotherFileAsksToo) {
     viewer_.Close();
 }
 
+TEST_F(ClosingTest, WhatIsBeingTypedIsAskedForToo) {
+    viewer_.Do(IDM_EDIT_UNDO);
+    viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
+    viewer_.BeginClose();
+    viewer_.NextBox().Press(IDCANCEL);
+    EXPECT_EQ(L"8", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+}
+
+TEST_F(ClosingTest, TheEndOfTheSessionAsksAndForgets) {
+    PostMessageW(viewer_.Frame(), WM_QUERYENDSESSION, 0, 0);
+    viewer_.NextBox().Press(IDNO);
+    viewer_.Settle();
+    EXPECT_EQ(1U, UnsavedFiles().size()) << "another program may still keep the session";
+    SendMessageW(viewer_.Frame(), WM_ENDSESSION, TRUE, 0);
+    EXPECT_EQ(Texts(), UnsavedFiles());
+    viewer_.Kill(); // as the system does
+    Viewer next({file_});
+    AwaitAttributes(next, kAttributes);
+    EXPECT_FALSE(next.ShownBox());
+}
+
+TEST_F(ClosingTest, AnEndOfTheSessionThatNobodyAgreedToKeepsWhatIsUnsaved) {
+    SendMessageW(viewer_.Frame(), WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_CRITICAL));
+    viewer_.Kill();
+    Viewer next;
+    next.NextBox().Press(IDYES);
+    AwaitAttributes(next, kAttributes);
+    Await("the value", [&] { return next.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+}
+
 TEST_F(ClosingTest, NothingUnsavedAsksNothing) {
     viewer_.Do(IDM_EDIT_UNDO);
     viewer_.Close();

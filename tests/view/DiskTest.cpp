@@ -16,7 +16,18 @@ class DiskTest : public OpenedTest {
         std::string text = BytesOf(file_);
         const std::size_t at = text.find("<VALUE>") + 7;
         text.replace(at, text.find('<', at) - at, value);
-        FileWith(L"channels.xml", text);
+        // Whole at once: a look at it sees the old one or the new one.
+        EXPECT_TRUE(MoveFileExW(FileWith(L"channels.xml.new", text).c_str(), file_.c_str(),
+                                MOVEFILE_REPLACE_EXISTING));
+    }
+    /// Until the window has looked at its files twice: a second window, that was opened later,
+    /// has asked.
+    void AwaitLooks() {
+        FileWith(L"second.xml", BytesOf(Sample(L"channels.xml")));
+        const Viewer second({FileNamed(L"second.xml")});
+        AwaitAttributes(second, kAttributes);
+        FileWith(L"second.xml", BytesOf(Sample(L"full.xml")));
+        EXPECT_TRUE(second.NextBox());
     }
     std::wstring Value() const { return viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"); }
 };
@@ -34,7 +45,7 @@ TEST_F(DiskTest, IsOfferedOnceForEachChange) {
     Rewrite("88");
     viewer_.NextBox().Press(IDNO);
     EXPECT_EQ(L"1", Value());
-    Sleep(2500); // longer than the window waits between two looks
+    AwaitLooks();
     EXPECT_FALSE(viewer_.ShownBox());
     Rewrite("777");
     viewer_.NextBox().Press(IDYES);
@@ -51,9 +62,35 @@ TEST_F(DiskTest, SaysThatUnsavedValuesWouldBeLost) {
     EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO));
 }
 
+TEST_F(DiskTest, ADevicesStreamIsOfferedAgain) {
+    std::string device = BytesOf(benchtest::SamplesFolder() + L"device.xml");
+    const std::string stream = "<Stream>streams/channels.xml</Stream>";
+    const std::size_t at = device.find(stream);
+    ASSERT_NE(std::string::npos, at);
+    device.replace(at, stream.size(), "<Stream>channels.xml</Stream>");
+    FileWith(L"device.xml", device);
+    Rewrite("88");
+    viewer_.NextBox().Press(IDNO);
+    viewer_.Close();
+    Viewer viewer({FileNamed(L"device.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(L"88", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    Rewrite("777");
+    const Box box = viewer.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"channels.xml")) << Narrow(box.Text());
+    box.Press(IDYES);
+    Await("the new value", [&] {
+        return viewer.Count(IDC_ATTRIBUTES) == kAttributes &&
+               viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"777";
+    });
+    FileWith(L"device.xml", device + "\n");
+    const Box second = viewer.NextBox(box);
+    EXPECT_NE(std::wstring::npos, second.Text().find(L"device.xml")) << Narrow(second.Text());
+}
+
 TEST_F(DiskTest, AFileThatIsGoneStaysOpen) {
     DeleteFileW(file_.c_str());
-    Sleep(2500);
+    AwaitLooks();
     EXPECT_FALSE(viewer_.ShownBox());
     EXPECT_EQ(L"1", Value());
 }

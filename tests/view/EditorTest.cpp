@@ -89,6 +89,18 @@ TEST_F(EditorTest, AnInputIsWiredInTheGrid) {
     EXPECT_EQ(L"", viewer_.ValueOf(IDC_INPUTS, L"CTX1_In1"));
 }
 
+// The findings have the component's boxes, and not those of the window.
+TEST_F(EditorTest, BoxesOfTheWindowAreNoFindings) {
+    const int before = viewer_.Count(IDC_FINDINGS);
+    viewer_.Begin(IDM_HELP_KEYS);
+    viewer_.NextBox().Press(IDOK);
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    viewer_.BeginClose();
+    viewer_.NextBox().Press(IDCANCEL);
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
+    EXPECT_EQ(before, viewer_.Count(IDC_FINDINGS)) << Narrow(viewer_.Cell(IDC_FINDINGS, 0, 2));
+}
+
 TEST_F(EditorTest, AnOutputHasNoValue) {
     viewer_.Do(IDM_VIEW_OUTPUTS);
     viewer_.Pick(IDC_OUTPUTS, 0);

@@ -34,7 +34,10 @@ std::size_t NumberAt(const std::string& bytes, std::size_t at) {
 
 TEST_F(ExportTest, TheImageIsTheCompilers) {
     const std::string image = Exported(IDM_FILE_EXPORT_IMAGE, L"image.txt");
+    const std::wstring path = FileNamed(L"bench.txt");
+    ASSERT_EQ(0U, benchtest::RunBench({L"export", file_, L"--wire", L"-o", path}).status);
     EXPECT_TRUE(image.starts_with("4F54494D")) << image; // the image's first four letters
+    EXPECT_EQ(BytesOf(path), image);
 }
 
 TEST_F(ExportTest, TheInteroperabilityElementNamesEachPoint) {

@@ -81,6 +81,37 @@ TEST_F(ManyPointsTest, AnswersWhileItLoads) {
     std::cout << "asked " << asked << " times, the longest silence was " << longest << " s\n";
 }
 
+// Findings of the former file are still in the list, and the list still paints itself.
+TEST_F(ManyPointsTest, ListsOfTheFormerFileAreWholeWhileItLoads) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    if (!viewer.IsVisible(IDC_FINDINGS)) {
+        viewer.Do(IDM_VIEW_FINDINGS);
+    }
+    ASSERT_GT(viewer.Count(IDC_FINDINGS), 0);
+    viewer.Drop({file_});
+    while (viewer.Count(IDC_ATTRIBUTES) != kAttributesOfMany && viewer.IsRunning()) {
+        InvalidateRect(viewer.Part(IDC_FINDINGS), nullptr, FALSE);
+        PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_DOWN, 1);
+        PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_RETURN, 1);
+        Sleep(5);
+    }
+    AwaitAttributes(viewer, kAttributesOfMany);
+    viewer.Settle();
+    const Texts weights = viewer.Cells(IDC_FINDINGS, 0);
+    EXPECT_EQ(0, std::count(weights.begin(), weights.end(), L"Box"))
+        << Narrow(viewer.Cell(IDC_FINDINGS, 0, 2));
+    viewer.Close();
+}
+
+TEST_F(ManyPointsTest, TheEndOfTheSessionDoesNotWaitForALoad) {
+    Viewer viewer;
+    viewer.Drop({file_});
+    Await("the button",
+          [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany; });
+    EXPECT_EQ(TRUE, SendMessageW(viewer.Frame(), WM_QUERYENDSESSION, 0, 0)) << "nothing is unsaved";
+}
+
 TEST_F(ManyPointsTest, LoadingCanBeStopped) {
     Viewer viewer;
     viewer.Drop({file_});

@@ -40,6 +40,51 @@ TEST_F(RecoveryTest, IsOffered) {
     viewer.Close();
 }
 
+TEST_F(RecoveryTest, WhatWasSavedIntoAProjectComesBackToo) {
+    const std::wstring project = FileNamed(L"hall.project.xml");
+    file_ = OwnSample(L"channels.xml");
+    {
+        Viewer viewer({file_});
+        AwaitAttributes(viewer, kAttributes);
+        viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+        viewer.SetCell(IDC_ATTRIBUTES, L"DI1_Channel", L"7");
+        viewer.Begin(IDM_FILE_SAVE);
+        viewer.NextBox().ChooseFile(project);
+        Await("the project", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
+        viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Setup", L"9");
+        viewer.Kill();
+    }
+    Viewer viewer;
+    viewer.NextBox().Press(IDYES);
+    AwaitAttributes(viewer, kAttributes);
+    Await("the values", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup") == L"9"; });
+    EXPECT_EQ(L"6", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"))
+        << "saved, but not in the file that is open";
+    EXPECT_EQ(L"7", viewer.ValueOf(IDC_ATTRIBUTES, L"DI1_Channel"));
+    // "Save" goes on into the project, and asks for no name.
+    viewer.Do(IDM_FILE_SAVE);
+    EXPECT_FALSE(viewer.ShownBox());
+    EXPECT_EQ(std::wstring::npos, viewer.Title().find(L'*'));
+    EXPECT_EQ(Texts(), UnsavedFiles());
+    Viewer other({project});
+    AwaitAttributes(other, kAttributes);
+    EXPECT_EQ(L"6", other.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    EXPECT_EQ(L"9", other.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
+}
+
+// The system soon gives the number of a program that ended to another one.
+TEST_F(RecoveryTest, IsOfferedToAProgramOfTheSameNumber) {
+    EndUnsaved();
+    const Texts files = UnsavedFiles();
+    ASSERT_EQ(1U, files.size());
+    const Viewer viewer({}, [&](DWORD number) {
+        const std::wstring folder = files[0].substr(0, files[0].find_last_of(L'\\') + 1);
+        EXPECT_TRUE(
+            MoveFileW(files[0].c_str(), (folder + L"unsaved-" + std::to_wstring(number) + L".txt").c_str()));
+    });
+    EXPECT_NE(std::wstring::npos, viewer.NextBox().Text().find(L"channels.xml"));
+}
+
 TEST_F(RecoveryTest, IsForgottenWhenItIsNotWanted) {
     EndUnsaved();
     {
@@ -63,6 +108,46 @@ TEST_F(RecoveryTest, SaysWhenTheFileHasChangedSince) {
     box.Press(IDYES);
     AwaitAttributes(viewer, kAttributes);
     Await("the values", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+}
+
+TEST_F(RecoveryTest, SaysWhatCannotBeBroughtBack) {
+    EndUnsaved();
+    std::string text = BytesOf(file_);
+    for (std::size_t at = 0; (at = text.find("AI1_Setup", at)) != std::string::npos;) {
+        text.replace(at, 9, "AI1_Other");
+    }
+    FileWith(L"channels.xml", text);
+    Viewer viewer;
+    const Box question = viewer.NextBox();
+    question.Click(IDYES);
+    const Box box = viewer.NextBox(question);
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"AI1_Setup = 9")) << Narrow(box.Text());
+    EXPECT_EQ(std::wstring::npos, box.Text().find(L"AI1_Channel")) << Narrow(box.Text());
+    box.Press(IDOK);
+    Await("the value", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+}
+
+TEST_F(RecoveryTest, TheFileThatWasNamedOpensBehindIt) {
+    EndUnsaved();
+    Viewer viewer({Sample(L"full.xml")});
+    const Box question = viewer.NextBox();
+    question.Click(IDYES);
+    const Box box = viewer.NextBox(question);
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"Save the changes to channels.xml")) << Narrow(box.Text());
+    EXPECT_EQ(L"6", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    box.Press(IDNO);
+    AwaitAttributes(viewer, 65);
+    viewer.Close();
+}
+
+TEST_F(RecoveryTest, TheSameFileIsNotOpenedAgainBehindIt) {
+    EndUnsaved();
+    Viewer viewer({file_});
+    viewer.NextBox().Press(IDYES);
+    AwaitAttributes(viewer, kAttributes);
+    Await("the value", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+    viewer.Settle();
+    EXPECT_FALSE(viewer.ShownBox());
 }
 
 TEST_F(RecoveryTest, NothingIsLeftOfWhatWasUndoneOrSaved) {

@@ -86,6 +86,84 @@ TEST_F(SavingTest, AProjectKeepsWhatElseItHolds) {
     EXPECT_EQ(L"6", ValueIn(project_));
 }
 
+TEST_F(SavingTest, WhatElseAProjectHoldsStaysByteForByte) {
+    const std::string before = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<!-- ours -->\n<Project>\r\n"
+                               "\t<Other><!-- why --><?do it?><![CDATA[<a>]]> mixed <b/> text&#10;</Other>\n";
+    const std::string after = "<!-- last --></Project>\n<!-- behind -->\n";
+    FileWith(L"hall.project.xml", before + after);
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return !IsUnsaved(); });
+    const std::string once = BytesOf(project_);
+    EXPECT_TRUE(once.starts_with(before)) << once;
+    EXPECT_TRUE(once.ends_with("</Project>\n<!-- behind -->\n")) << once;
+    EXPECT_NE(std::string::npos, once.find("<!-- last -->")) << once;
+    Change(L"4");
+    viewer_.Do(IDM_FILE_SAVE);
+    std::string twice = BytesOf(project_);
+    const std::size_t value = twice.find("<VALUE>4</VALUE>");
+    ASSERT_NE(std::string::npos, value) << twice;
+    twice.replace(value, 16, "<VALUE>6</VALUE>");
+    EXPECT_EQ(once, twice) << "in the same place, and there once";
+}
+
+TEST_F(SavingTest, AProjectOfADeviceKeepsWhatElseItHolds) {
+    FileWith(L"hall.project.xml",
+             "<?xml version=\"1.0\"?>\n<Project><Other><Name>x</Name></Other></Project>");
+    Viewer viewer({benchtest::SamplesFolder() + L"device.xml"});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    viewer.Begin(IDM_FILE_SAVE);
+    viewer.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"4");
+    viewer.Do(IDM_FILE_SAVE);
+    const std::string text = BytesOf(project_);
+    const auto times = [&text](const std::string& word) {
+        std::size_t count = 0;
+        for (std::size_t at = 0; (at = text.find(word, at)) != std::string::npos; at += word.size()) {
+            ++count;
+        }
+        return count;
+    };
+    EXPECT_EQ(1U, times("<Other>")) << text;
+    EXPECT_EQ(1U, times("<Tam>")) << text;
+    EXPECT_EQ(1U, times("<O_Tam_id>")) << text;
+    for (const char* key : {"AI1", "AO1", "DI1", "DO1", "CTX1"}) {
+        EXPECT_EQ(1U, times("<TamObjectKey>" + std::string(key) + "</TamObjectKey>"))
+            << key << " in " << text;
+    }
+    EXPECT_EQ(L"4", ValueIn(project_));
+}
+
+TEST_F(SavingTest, AFileThatIsNoProjectIsLeftAsItIs) {
+    const std::string text = "<?xml version=\"1.0\"?>\n<Device><Stream>a.xml</Stream></Device>";
+    FileWith(L"hall.project.xml", text);
+    for (const std::wstring& file : {file_, benchtest::SamplesFolder() + L"device.xml"}) {
+        Viewer viewer({file});
+        AwaitAttributes(viewer, kAttributes);
+        viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+        viewer.Begin(IDM_FILE_SAVE);
+        const Box chooser = viewer.NextBox();
+        chooser.ChooseFile(project_);
+        const Box box = viewer.NextBox(chooser);
+        EXPECT_NE(std::wstring::npos, box.Text().find(L"no project")) << Narrow(box.Text());
+        box.Press(IDOK);
+        EXPECT_EQ(text, BytesOf(project_));
+        viewer.Kill();
+        ForgetUnsaved();
+    }
+}
+
+TEST_F(SavingTest, WhatIsBeingTypedIsSavedToo) {
+    viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
+    viewer_.Begin(IDM_FILE_SAVE_STREAM);
+    viewer_.NextBox().ChooseFile(FileNamed(L"changed.xml"));
+    Await("the stream", [&] { return IsFile(FileNamed(L"changed.xml")) && !IsUnsaved(); });
+    EXPECT_EQ(L"8", ValueIn(FileNamed(L"changed.xml")));
+}
+
 TEST_F(SavingTest, WhoCancelsSavesNothing) {
     Change(L"6");
     viewer_.Begin(IDM_FILE_SAVE);

@@ -67,6 +67,14 @@ TEST_F(SettingsTest, ColumnsKeepTheirWidths) {
     viewer.Close();
 }
 
+TEST_F(SettingsTest, ColumnsKeepTheirWidthsWhenSettingsOfTheSystemChange) {
+    Viewer viewer;
+    SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0);
+    EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME));
+    viewer.Close();
+}
+
 TEST_F(SettingsTest, UnitsAndPanesAreRemembered) {
     bool hadFindings = false;
     {

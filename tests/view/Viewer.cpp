@@ -192,19 +192,23 @@ void Box::ChooseFile(const std::wstring& path) const {
     AwaitEnd();
 }
 
-Viewer::Viewer(const Texts& arguments) {
+Viewer::Viewer(const Texts& arguments, const std::function<void(DWORD)>& beforeStart) {
     std::wstring line = CommandLine(arguments);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                       &process) == FALSE) {
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr, nullptr,
+                       &start, &process) == FALSE) {
         ADD_FAILURE() << Narrow(line) << " does not start, error " << GetLastError();
         return;
     }
-    CloseHandle(process.hThread);
     process_ = process.hProcess;
     id_ = process.dwProcessId;
+    if (beforeStart) {
+        beforeStart(id_);
+    }
+    ResumeThread(process.hThread);
+    CloseHandle(process.hThread);
     Await("the window of " + Narrow(line), [this] {
         frame_ = TopWindow(id_, VIEW_CLASS);
         return frame_ != nullptr || !IsRunning();

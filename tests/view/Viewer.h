@@ -70,8 +70,9 @@ class Box {
 /// asked when the test ends, unless it has ended before.
 class Viewer {
   public:
-    /// Starts it and waits for its window.
-    explicit Viewer(const Texts& arguments = {});
+    /// Starts it and waits for its window. `beforeStart` gets the number of the program
+    /// while it does not run yet.
+    explicit Viewer(const Texts& arguments = {}, const std::function<void(DWORD)>& beforeStart = {});
     ~Viewer();
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
@@ -119,6 +120,8 @@ class Viewer {
     /// Types into the filter.
     void Filter(const std::wstring& words) const;
 
+    /// Types a value into a point's row and does not end it: the field is still there.
+    HWND BeginCell(int list, const std::wstring& name, const std::wstring& value) const;
     /// Gives a point a value by typing it into its row.
     void SetCell(int list, const std::wstring& name, const std::wstring& value) const;
     /// The value that a row shows.

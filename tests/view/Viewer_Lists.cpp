@@ -107,12 +107,18 @@ void Viewer::Filter(const std::wstring& words) const {
     SendMessageW(Part(IDC_FILTER), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(words.c_str()));
 }
 
-void Viewer::SetCell(int list, const std::wstring& name, const std::wstring& value) const {
+HWND Viewer::BeginCell(int list, const std::wstring& name, const std::wstring& value) const {
     Pick(list, name);
     Do(IDM_EDIT_CELL);
     const HWND cell = GetDlgItem(Part(list), IDC_CELL);
-    ASSERT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
+    EXPECT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
     SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
+    return cell;
+}
+
+void Viewer::SetCell(int list, const std::wstring& name, const std::wstring& value) const {
+    const HWND cell = BeginCell(list, name, value);
+    ASSERT_NE(nullptr, cell);
     PostMessageW(cell, WM_KEYDOWN, VK_RETURN, 1);
     Await("the end of the cell", [&] { return IsWindow(cell) == FALSE; });
     Settle();

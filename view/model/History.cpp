@@ -61,6 +61,12 @@ void History::MarkSaved() {
     unsaved_.clear();
 }
 
+std::map<PointId, std::wstring> History::Changed() const {
+    std::map<PointId, std::wstring> values = unsaved_;
+    values.insert(saved_.begin(), saved_.end()); // a point that is not unsaved has the saved value
+    return values;
+}
+
 void History::Set(const Change& change) {
     // Before its first change a point has the file's value.
     const auto saved = saved_.try_emplace(change.point, change.before).first;

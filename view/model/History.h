@@ -48,6 +48,9 @@ class History {
     bool IsUnsaved(const PointId& point) const { return unsaved_.contains(point); }
     /// The points whose values are not in the file, with these values.
     const std::map<PointId, std::wstring>& Unsaved() const noexcept { return unsaved_; }
+    /// All points that were changed since the document was opened, saved or not, with their
+    /// values as they are now.
+    std::map<PointId, std::wstring> Changed() const;
 
   private:
     void Set(const Change& change);

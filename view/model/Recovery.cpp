@@ -11,8 +11,10 @@ namespace view {
 
 namespace {
 
-constexpr std::wstring_view kFirstLine = L"tamview unsaved 1";
+constexpr std::wstring_view kFirstLine = L"tamview unsaved 2";
 constexpr std::wstring_view kLastLine = L"end";
+constexpr std::wstring_view kFile = L"file";
+constexpr std::wstring_view kProject = L"project";
 constexpr std::array<std::pair<Kind, std::wstring_view>, 3> kKinds = {
     {{Kind::Input, L"input"}, {Kind::Output, L"output"}, {Kind::Attribute, L"attribute"}}};
 /// What cannot stand in a part of a line, and the letter that stands for it behind "\".
@@ -78,9 +80,32 @@ std::vector<std::wstring_view> Split(std::wstring_view text, wchar_t mark) {
     }
 }
 
+/// Adds the file of a line "file<tab>path<tab>size<tab>time"; false for another one.
+bool AddFile(const std::vector<std::wstring_view>& parts, Recovery& recovery) {
+    if (parts.size() != 4 || parts[0] != kFile) {
+        return false;
+    }
+    std::optional<std::wstring> path = Unescaped(parts[1]);
+    const auto size = ReadNumber(parts[2]);
+    const auto modified = ReadNumber(parts[3]);
+    if (!path || path->empty() || !size || !modified) {
+        return false;
+    }
+    recovery.files.push_back({std::move(*path), {*size, *modified}});
+    return true;
+}
+
+/// Takes the project of a line "project<tab>path"; false for another one.
+bool SetProject(const std::vector<std::wstring_view>& parts, Recovery& recovery) {
+    if (parts.size() != 2 || parts[0] != kProject || !recovery.project.empty()) {
+        return false;
+    }
+    recovery.project = Unescaped(parts[1]).value_or(std::wstring());
+    return !recovery.project.empty();
+}
+
 /// Adds the value of a line "kind<tab>name<tab>value"; false for another one.
-bool AddValue(std::wstring_view line, Recovery& recovery) {
-    const std::vector<std::wstring_view> parts = Split(line, L'\t');
+bool AddValue(const std::vector<std::wstring_view>& parts, Recovery& recovery) {
     if (parts.size() != 3) {
         return false;
     }
@@ -96,8 +121,14 @@ bool AddValue(std::wstring_view line, Recovery& recovery) {
 
 std::wstring TextOf(const Recovery& recovery) {
     std::wstring text(kFirstLine);
-    text += L'\n' + Escaped(recovery.file) + L'\n' + std::to_wstring(recovery.stamp.size) + L'\t' +
-            std::to_wstring(recovery.stamp.modified) + L'\n';
+    text += L'\n';
+    for (const StampedFile& file : recovery.files) {
+        text.append(kFile) += L'\t' + Escaped(file.path) + L'\t' + std::to_wstring(file.stamp.size) + L'\t' +
+                              std::to_wstring(file.stamp.modified) + L'\n';
+    }
+    if (!recovery.project.empty()) {
+        text.append(kProject) += L'\t' + Escaped(recovery.project) + L'\n';
+    }
     for (const auto& [point, value] : recovery.values) {
         const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
                                        [&](const auto& pair) { return pair.first == point.kind; });
@@ -109,28 +140,20 @@ std::wstring TextOf(const Recovery& recovery) {
 std::optional<Recovery> ReadRecovery(std::wstring_view text) {
     const std::vector<std::wstring_view> lines = Split(text, L'\n');
     // Behind the last line end nothing follows.
-    constexpr std::size_t kHead = 3;
+    constexpr std::size_t kHead = 1;
     constexpr std::size_t kTail = 2;
     if (lines.size() < kHead + kTail || lines[0] != kFirstLine || lines[lines.size() - kTail] != kLastLine ||
         !lines.back().empty()) {
         return std::nullopt;
     }
     Recovery recovery;
-    std::optional<std::wstring> file = Unescaped(lines[1]);
-    const std::vector<std::wstring_view> stamp = Split(lines[2], L'\t');
-    const auto size = ReadNumber(stamp.front());
-    const auto modified = ReadNumber(stamp.back());
-    if (!file || file->empty() || stamp.size() != 2 || !size || !modified) {
-        return std::nullopt;
-    }
-    recovery.file = std::move(*file);
-    recovery.stamp = {*size, *modified};
     for (std::size_t i = kHead; i < lines.size() - kTail; ++i) {
-        if (!AddValue(lines[i], recovery)) {
+        const std::vector<std::wstring_view> parts = Split(lines[i], L'\t');
+        if (!AddFile(parts, recovery) && !SetProject(parts, recovery) && !AddValue(parts, recovery)) {
             return std::nullopt;
         }
     }
-    return recovery;
+    return recovery.files.empty() ? std::nullopt : std::optional(std::move(recovery));
 }
 
 } // namespace view

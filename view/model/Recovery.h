@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace view {
 
@@ -18,10 +19,21 @@ struct FileStamp {
     bool operator==(const FileStamp&) const = default;
 };
 
-/// What was not saved when the program ended without being asked.
-struct Recovery {
-    std::wstring file;
+/// A file, and how it was when it was read.
+struct StampedFile {
+    std::wstring path;
     FileStamp stamp;
+    bool operator==(const StampedFile&) const = default;
+};
+
+/// What a person saw last when the program ended without being asked.
+struct Recovery {
+    /// The file that was open, and behind it those that it names.
+    std::vector<StampedFile> files;
+    /// The project that was saved into; empty before the first save.
+    std::wstring project;
+    /// Of all points that were changed since the file was opened, those saved elsewhere too:
+    /// the file has none of these values.
     std::map<PointId, std::wstring> values;
     bool operator==(const Recovery&) const = default;
 };

@@ -116,6 +116,19 @@ TEST(HistoryTest, UndoPastASaveIsUnsaved) {
     EXPECT_FALSE(history.IsDirty());
 }
 
+TEST(HistoryTest, KnowsAllThatWasChangedSavedOrNot) {
+    History history;
+    history.Add(Of(L"a", L"1", L"2"));
+    history.Add(Of(L"b", L"x", L"y"));
+    history.MarkSaved();
+    history.Add(Of(L"b", L"y", L"z"));
+    history.Add(Of(L"c", L"5", L"6"));
+    history.Undo();
+    EXPECT_EQ(
+        (std::map<PointId, std::wstring>{{Point(L"a"), L"2"}, {Point(L"b"), L"z"}, {Point(L"c"), L"5"}}),
+        history.Changed());
+}
+
 TEST(HistoryTest, ADocumentThatIsOpenedHasNoHistory) {
     History history;
     history.Add(Of(L"a", L"1", L"2"));
@@ -166,6 +179,9 @@ TEST(HistoryTest, AgreesWithAListOfWholeStates) {
             ASSERT_EQ(at > 0, history.CanUndo());
             ASSERT_EQ(at + 1 < states.size(), history.CanRedo());
             ASSERT_EQ(saved != now, history.IsDirty());
+            for (const auto& [point, value] : history.Changed()) {
+                ASSERT_EQ(now[point], value);
+            }
             for (const auto& [point, value] : now) {
                 ASSERT_EQ(value != saved[point], history.IsUnsaved(point));
             }

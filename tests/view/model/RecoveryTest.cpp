@@ -14,15 +14,16 @@ using namespace view;
 namespace {
 
 Recovery Sample() {
-    return {L"C:\\files\\hall.xml",
-            {1234, 133000000000000000ULL},
+    return {{{L"C:\\files\\hall.xml", {1234, 133000000000000000ULL}}, {L"C:\\files\\stream.xml", {0, 1}}},
+            L"C:\\hall.project.xml",
             {{{Kind::Input, L"AO1_In1"}, L"DI1_Out"}, {{Kind::Attribute, L"Gain"}, L"12.5"}}};
 }
 
 TEST(RecoveryTest, IsWrittenInLines) {
-    EXPECT_EQ(L"tamview unsaved 1\n"
-              L"C:\\\\files\\\\hall.xml\n"
-              L"1234\t133000000000000000\n"
+    EXPECT_EQ(L"tamview unsaved 2\n"
+              L"file\tC:\\\\files\\\\hall.xml\t1234\t133000000000000000\n"
+              L"file\tC:\\\\files\\\\stream.xml\t0\t1\n"
+              L"project\tC:\\\\hall.project.xml\n"
               L"input\tAO1_In1\tDI1_Out\n"
               L"attribute\tGain\t12.5\n"
               L"end\n",
@@ -32,8 +33,7 @@ TEST(RecoveryTest, IsWrittenInLines) {
 TEST(RecoveryTest, ReadsWhatItWrote) {
     EXPECT_EQ(Sample(), ReadRecovery(TextOf(Sample())));
     Recovery odd;
-    odd.file = L"C:\\new\\tab\\\u00E4\\end";
-    odd.stamp = {0, std::numeric_limits<std::uint64_t>::max()};
+    odd.files = {{L"C:\\new\\tab\\\u00E4\\end", {0, std::numeric_limits<std::uint64_t>::max()}}};
     odd.values[{Kind::Output, L"a"}] = L"";
     odd.values[{Kind::Attribute, L"a\tb"}] = L"line\r\nline\\n\tend\n";
     odd.values[{Kind::Attribute, L"zero"}] = std::wstring(L"a\0b", 3);
@@ -50,7 +50,7 @@ TEST(RecoveryTest, RefusesEveryTextThatWasCutOff) {
 }
 
 TEST(RecoveryTest, RefusesWhatIsDamaged) {
-    const std::wstring head = L"tamview unsaved 1\nC:\\\\a.xml\n1\t2\n";
+    const std::wstring head = L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\t2\n";
     ASSERT_TRUE(ReadRecovery(head + L"end\n"));
     for (const wchar_t* rest : {
              L"attribute\tGain\nend\n",                        // no value
@@ -63,19 +63,22 @@ TEST(RecoveryTest, RefusesWhatIsDamaged) {
              L"attribute\tGain\t1\n\nend\n",                   // an empty line
              L"attribute\tGain\t1\nend\nmore\n",               // something behind the end
              L"attribute\tGain\t1\nEND\n",                     // another end
+             L"project\t\nend\n",                              // no project
+             L"project\ta\nproject\tb\nend\n",                 // two of them
          }) {
         EXPECT_EQ(std::nullopt, ReadRecovery(head + rest)) << rest;
     }
     for (const wchar_t* text : {
-             L"tamview unsaved 2\nC:\\\\a.xml\n1\t2\nend\n", // another version
-             L"tamview unsaved 1\n\n1\t2\nend\n",            // no file
-             L"tamview unsaved 1\nC:\\a.xml\n1\t2\nend\n",   // an escape that is none
-             L"tamview unsaved 1\nC:\\\\a.xml\n1\nend\n",    // half a stamp
-             L"tamview unsaved 1\nC:\\\\a.xml\n1\t\nend\n",
-             L"tamview unsaved 1\nC:\\\\a.xml\n1\t2\t3\nend\n",
-             L"tamview unsaved 1\nC:\\\\a.xml\n-1\t2\nend\n",
-             L"tamview unsaved 1\nC:\\\\a.xml\n1\t18446744073709551616\nend\n", // past 64 bits
-             L"tamview unsaved 1\nend\n",
+             L"tamview unsaved 1\nfile\tC:\\\\a.xml\t1\t2\nend\n", // another version
+             L"tamview unsaved 2\nfile\t\t1\t2\nend\n",            // no file
+             L"tamview unsaved 2\nfile\tC:\\a.xml\t1\t2\nend\n",   // an escape that is none
+             L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\nend\n",    // half a stamp
+             L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\t\nend\n",
+             L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\t2\t3\nend\n",
+             L"tamview unsaved 2\nfile\tC:\\\\a.xml\t-1\t2\nend\n",
+             L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\t18446744073709551616\nend\n", // past 64 bits
+             L"tamview unsaved 2\nattribute\tGain\t1\nend\n",
+             L"tamview unsaved 2\nend\n",
              L"",
          }) {
         EXPECT_EQ(std::nullopt, ReadRecovery(text)) << text;

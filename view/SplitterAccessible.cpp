@@ -1,0 +1,69 @@
+#include "view/SplitterAccessible.h"
+
+#include "view/Splitter.h"
+#include "view/Window.h"
+
+#include "com/Boundary.h"
+#include "com/Ref.h"
+#include "com/StandardAccessible.h"
+
+#include <oleacc.h>
+
+#include <string>
+
+namespace view {
+
+namespace {
+
+/// It may outlive the window; its calls fail then.
+class SplitterAccessible final : public com::StandardAccessible {
+  public:
+    explicit SplitterAccessible(const Splitter& splitter)
+        : StandardAccessible(splitter.Handle()), splitter_(splitter), window_(splitter.Handle()) {}
+
+    STDMETHODIMP get_accName(VARIANT, BSTR* name) override {
+        return com::Return(__uuidof(IAccessible), name, [&] { return TextOf(window_); });
+    }
+    STDMETHODIMP get_accRole(VARIANT, VARIANT* role) override { return Answer(role, ROLE_SYSTEM_SEPARATOR); }
+    STDMETHODIMP get_accState(VARIANT, VARIANT* state) override {
+        return Answer(state, STATE_SYSTEM_FOCUSABLE |
+                                 (IsWindowVisible(window_) != FALSE ? 0 : STATE_SYSTEM_INVISIBLE) |
+                                 (GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0));
+    }
+    STDMETHODIMP get_accValue(VARIANT, BSTR* value) override {
+        return com::Return(__uuidof(IAccessible), value, [&] {
+            constexpr int kTenth = 10;
+            return IsWindow(window_) != FALSE ? std::to_wstring(splitter_.Share() / kTenth) + L" %"
+                                              : std::wstring();
+        });
+    }
+    STDMETHODIMP get_accDescription(VARIANT, BSTR* text) override {
+        return text == nullptr ? E_POINTER : (*text = nullptr, S_FALSE);
+    }
+
+  private:
+    static HRESULT Answer(VARIANT* out, LONG number) noexcept {
+        if (out == nullptr) {
+            return E_POINTER;
+        }
+        VariantInit(out);
+        out->vt = VT_I4;
+        out->lVal = number;
+        return S_OK;
+    }
+
+    const Splitter& splitter_;
+    HWND window_;
+};
+
+} // namespace
+
+LRESULT AnswerGetObject(const Splitter& splitter, WPARAM wParam, LPARAM lParam) {
+    if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
+        return 0;
+    }
+    const auto accessible = com::Ref<IAccessible>::Own(new SplitterAccessible(splitter));
+    return com::AnswerWith(*accessible.Get(), wParam);
+}
+
+} // namespace view
