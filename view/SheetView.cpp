@@ -1,6 +1,7 @@
 #include "view/SheetView.h"
 
 #include "view/IconFile.h"
+#include "view/model/PinWalk.h"
 #include "view/resource.h"
 #include "view/SheetAccessible.h"
 
@@ -21,7 +22,6 @@ namespace view {
 namespace {
 
 using drawing::PinId;
-using drawing::Side;
 
 /// Pixels, at 96 dots to the inch, that a notch of the wheel or an arrow moves the sheet.
 constexpr int kStep = 48;
@@ -30,15 +30,6 @@ constexpr double kReadable = 0.6;
 
 drawing::Point PointOf(LPARAM lParam) noexcept {
     return {static_cast<double>(GET_X_LPARAM(lParam)), static_cast<double>(GET_Y_LPARAM(lParam))};
-}
-
-const drawing::Block& BlockOf(const drawing::Sheet& sheet, std::size_t number) {
-    return number == 0 ? sheet.module : sheet.channels.at(number - 1);
-}
-
-std::size_t PinsOf(const drawing::Sheet& sheet, const PinId& id) {
-    const drawing::Block& block = BlockOf(sheet, id.block);
-    return id.side == Side::Input ? block.inputs.size() : block.outputs.size();
 }
 
 } // namespace
@@ -306,10 +297,7 @@ void SheetView::OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel) {
 void SheetView::OnButtonDown(LPARAM lParam) {
     SetFocus(Handle());
     if (const auto pin = viewport_.PinAt(drawing_, PointOf(lParam))) {
-        Pick(pin);
-        if (events_.picked) {
-            events_.picked(*pin);
-        }
+        PickByHand(*pin);
     }
     dragged_ = POINT{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     SetCapture(Handle());
@@ -367,28 +355,19 @@ bool SheetView::OnKey(WPARAM key) {
 }
 
 void SheetView::PickNext(WPARAM key) {
-    std::optional<PinId> next = picked_;
-    if (!next) {
-        const Side side = sheet_.module.inputs.empty() ? Side::Output : Side::Input;
-        next = PinId{0, side, 0};
-    } else if (key == VK_UP || key == VK_DOWN) {
-        const std::size_t count = PinsOf(sheet_, *next);
-        if (key == VK_UP && next->index > 0) {
-            --next->index;
-        } else if (key == VK_DOWN && next->index + 1 < count) {
-            ++next->index;
-        }
-    } else {
-        next->side = key == VK_LEFT ? Side::Input : Side::Output;
-        const std::size_t count = PinsOf(sheet_, *next);
-        next->index = count == 0 ? 0 : std::min(next->index, count - 1);
+    const Direction direction = key == VK_LEFT    ? Direction::Left
+                                : key == VK_RIGHT ? Direction::Right
+                                : key == VK_UP    ? Direction::Up
+                                                  : Direction::Down;
+    if (const auto next = NextPin(sheet_, drawing_, picked_, direction)) {
+        PickByHand(*next);
     }
-    if (drawing::Find(sheet_, *next) == nullptr) {
-        return;
-    }
-    Pick(next);
+}
+
+void SheetView::PickByHand(const PinId& pin) {
+    Pick(pin);
     if (events_.picked) {
-        events_.picked(*next);
+        events_.picked(pin);
     }
 }
 

@@ -41,6 +41,8 @@ class SheetView : public Window {
 
     /// Marks a pin and brings it into sight; none takes the mark away.
     void Pick(std::optional<drawing::PinId> pin);
+    /// The same as a click on the pin does: the lists follow.
+    void PickByHand(const drawing::PinId& pin);
     const std::optional<drawing::PinId>& Picked() const noexcept { return picked_; }
 
     // The pins one after the other, for screen readers: a spot is one of the drawing's.
