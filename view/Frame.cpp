@@ -34,6 +34,7 @@ Frame::Frame(Settings& settings)
     : settings_(settings)
     , keys_(LoadKeys(IDR_ACCELERATORS))
     , listKeys_(LoadKeys(IDR_LIST_ACCELERATORS))
+    , undoKeys_(LoadKeys(IDR_UNDO_ACCELERATORS))
     , typeList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
         const TypeRow& type = types_.at(row);
         const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
@@ -128,6 +129,9 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         break;
     case WM_INITMENUPOPUP:
+        if (HIWORD(lParam) != 0) {
+            break; // the system's own menu: what it offers goes by the window's state
+        }
         UpdateMenu(reinterpret_cast<HMENU>(wParam));
         return 0;
     case WM_SETFOCUS:
@@ -137,20 +141,12 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             SetFocus(isThere ? lastFocus_ : PaneOf(page_).Handle());
         }
         return 0;
-    case WM_CONTEXTMENU: {
-        HMENU const menus = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_LIST_MENU));
-        HMENU const menu = GetSubMenu(menus, 0);
-        POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-        if (place.x == -1 && place.y == -1) { // by the keyboard
-            RECT area{};
-            GetWindowRect(GetFocus(), &area);
-            place = {area.left + scaling_(24), area.top + scaling_(24)};
+    case WM_CONTEXTMENU:
+        if (ListPane* const pane = PaneOf(reinterpret_cast<HWND>(wParam))) {
+            ShowListMenu(*pane, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+            return 0;
         }
-        UpdateMenu(menu);
-        TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, Handle(), nullptr);
-        DestroyMenu(menus);
-        return 0;
-    }
+        break;
     case WM_DROPFILES: {
         auto* const drop = reinterpret_cast<HDROP>(wParam);
         std::wstring file(DragQueryFileW(drop, 0, nullptr, 0) + std::size_t{1}, L'\0');
@@ -203,6 +199,11 @@ bool Frame::Translate(MSG& message) {
         return true;
     }
     if (!hasOwnKeys && TranslateAcceleratorW(Handle(), listKeys_.get(), &message) != 0) {
+        return true;
+    }
+    // A field that is typed into undoes its letters.
+    const bool isTyped = isText && (GetWindowLongW(message.hwnd, GWL_STYLE) & ES_READONLY) == 0;
+    if (!isTyped && TranslateAcceleratorW(Handle(), undoKeys_.get(), &message) != 0) {
         return true;
     }
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&

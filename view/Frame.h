@@ -96,6 +96,17 @@ class Frame : public Window {
     ListPane& PaneOf(std::size_t page);
     Listing& ListingOf(std::size_t page);
 
+    // Frame_Menus.cpp
+    /// Null for another window than a list.
+    ListPane* PaneOf(HWND list) const;
+    /// The findings when they have the focus, else the list of the page.
+    ListPane& PaneInFocus() const;
+    /// At a place of the screen; at (-1, -1) when a key asked for it.
+    void ShowListMenu(ListPane& pane, POINT place);
+    void FillSortMenu(HMENU menu);
+    /// As a click on the column's heading.
+    void Sort(std::size_t column);
+
     // Frame_Files.cpp
     /// False when the person thinks better of it.
     bool AskToSave();
@@ -162,8 +173,9 @@ class Frame : public Window {
 
     Settings& settings_;
     Keys keys_;
-    /// Those that mean something else in a field.
+    /// Those that mean something else in a field, and in one that is typed into.
     Keys listKeys_;
+    Keys undoKeys_;
     Scaling scaling_;
     std::optional<Fonts> fonts_;
     Images images_;

@@ -22,20 +22,22 @@ std::wstring NameOf(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/") + 1);
 }
 
-void PutOnClipboard(HWND owner, const std::wstring& text) {
+bool PutOnClipboard(HWND owner, const std::wstring& text) {
     const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
     HGLOBAL const memory = GlobalAlloc(GMEM_MOVEABLE, size);
     if (memory == nullptr || OpenClipboard(owner) == FALSE) {
         GlobalFree(memory);
-        return;
+        return false;
     }
     std::memcpy(GlobalLock(memory), text.c_str(), size);
     GlobalUnlock(memory);
     EmptyClipboard();
-    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) {
+    const bool isThere = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    if (!isThere) {
         GlobalFree(memory);
     }
     CloseClipboard();
+    return isThere;
 }
 
 } // namespace
@@ -70,6 +72,10 @@ bool Frame::OnCommand(int id, int code, HWND control) {
             return true;
         }
         Open(file);
+        return true;
+    }
+    if (id >= IDM_VIEW_SORT && id <= IDM_VIEW_SORT_LAST) {
+        Sort(static_cast<std::size_t>(id - IDM_VIEW_SORT));
         return true;
     }
     switch (id) {
@@ -122,7 +128,7 @@ bool Frame::OnCommand(int id, int code, HWND control) {
         Copy();
         break;
     case IDM_EDIT_SELECT_ALL:
-        PaneOf(page_).SelectAll();
+        PaneInFocus().SelectAll();
         break;
     case IDM_EDIT_FILTER:
         SetFocus(filter_);
@@ -186,7 +192,8 @@ bool Frame::OnCommand(int id, int code, HWND control) {
         session_->Stop();
         break;
     case IDM_HELP_KEYS:
-        Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2) + Text(IDS_KEYS_3), MB_OK | MB_ICONINFORMATION);
+        Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2) + Text(IDS_KEYS_3) + Text(IDS_KEYS_4),
+            MB_OK | MB_ICONINFORMATION);
         break;
     case IDM_HELP_ABOUT:
         if (isLoaded_) {
@@ -229,7 +236,9 @@ bool Frame::IsEnabled(int command) const {
     if (command >= IDM_FILE_RECENT && command <= IDM_FILE_RECENT_LAST) {
         return static_cast<std::size_t>(command - IDM_FILE_RECENT) < settings_.recent.Files().size();
     }
-    const bool isPointPage = page_ < kPointPages;
+    if (command >= IDM_VIEW_SORT && command <= IDM_VIEW_SORT_LAST) {
+        return static_cast<std::size_t>(command - IDM_VIEW_SORT) < PaneInFocus().Columns();
+    }
     switch (command) {
     case IDM_FILE_RELOAD:
         return !file_.empty();
@@ -257,7 +266,7 @@ bool Frame::IsEnabled(int command) const {
     case IDM_EDIT_CLEAR_FILTER:
         return GetWindowTextLengthW(filter_) > 0 || GetFocus() == filter_;
     case IDM_EDIT_COPY:
-        return isPointPage ? pages_.at(page_).pane->Picked().has_value() : typePane_->Picked().has_value();
+        return PaneInFocus().Picked().has_value();
     case IDM_VIEW_NEXT_FINDING:
     case IDM_VIEW_PREVIOUS_FINDING:
         return !findings_.empty();
@@ -289,6 +298,9 @@ void Frame::UpdateMenu(HMENU menu) {
         if (number == 0) {
             AppendMenuW(menu, MF_STRING | MF_GRAYED, IDM_FILE_RECENT, Text(IDS_NO_RECENT).c_str());
         }
+    }
+    if (GetMenuItemID(menu, 0) == UINT{IDM_VIEW_SORT}) {
+        FillSortMenu(menu);
     }
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         const UINT id = GetMenuItemID(menu, i);
@@ -444,8 +456,9 @@ void Frame::MoveTab(bool isForward) {
 }
 
 void Frame::Copy() {
-    ListPane& pane = GetFocus() == findingPane_->Handle() ? *findingPane_ : PaneOf(page_);
-    PutOnClipboard(Handle(), pane.SelectedText());
+    if (!PutOnClipboard(Handle(), PaneInFocus().SelectedText())) {
+        Say(Text(IDS_NOT_COPIED));
+    }
 }
 
 } // namespace view

@@ -2,6 +2,7 @@
 
 #include "view/BlockPicture.h"
 #include "view/FileDialogs.h"
+#include "view/MessageHook.h"
 #include "view/resource.h"
 
 #include "bench/Text.h"
@@ -91,7 +92,11 @@ void Frame::Load(const std::wstring& file) {
             findings = session_->Findings();
             SetTimer(Handle(), kProgressTimer, kProgressPeriod, nullptr);
             isLoading_ = true;
-            problem = Try([&] { session_->Load(); });
+            {
+                // The component's own loop hands the messages on meanwhile: it knows no keys of ours.
+                const MessageHook keys([this](MSG& message) { return Translate(message); });
+                problem = Try([&] { session_->Load(); });
+            }
             isLoading_ = false;
             KillTimer(Handle(), kProgressTimer);
             ShowWindow(progress_, SW_HIDE);

@@ -46,8 +46,13 @@ void Frame::ShowFindings() {
 
 void Frame::GoToFinding(std::size_t row) {
     const FindingRow finding = findings_.at(row);
+    const bool hasPoint =
+        finding.point && isLoaded_ && PageOf(finding.point->kind)->table.Find(*finding.point) != nullptr;
+    if (!hasPoint && finding.line != 0 && !settings_.showsSource) {
+        ShowParts(settings_.showsFindings, true); // there is nothing else to go to
+    }
     GoToSource(finding);
-    if (finding.point && isLoaded_ && PageOf(finding.point->kind)->table.Find(*finding.point) != nullptr) {
+    if (hasPoint) {
         PickPoint(*finding.point);
         SetFocus(PaneOf(page_).Handle());
     } else if (settings_.showsSource) {

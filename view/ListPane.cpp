@@ -16,6 +16,8 @@ namespace {
 constexpr UINT_PTR kListSubclass = 1;
 constexpr UINT_PTR kCellSubclass = 2;
 constexpr int kWidest = 2000;
+/// Of a menu from the left edge of its row, in pixels at 96 dots to the inch.
+constexpr int kMenuInset = 8;
 
 } // namespace
 
@@ -263,7 +265,7 @@ LRESULT ListPane::OnNotify(NMHDR& head) {
         return 0;
     }
     case LVN_COLUMNCLICK:
-        OnHead(static_cast<std::size_t>(reinterpret_cast<const NMLISTVIEW&>(head).iSubItem));
+        Sort(static_cast<std::size_t>(reinterpret_cast<const NMLISTVIEW&>(head).iSubItem));
         return 0;
     case LVN_ODFINDITEMW: {
         const auto& find = reinterpret_cast<const NMLVFINDITEMW&>(head);
@@ -309,13 +311,28 @@ LRESULT ListPane::OnDraw(NMLVCUSTOMDRAW& draw) const {
     return answer;
 }
 
-void ListPane::OnHead(std::size_t column) {
+void ListPane::Sort(std::size_t column) {
     EndCell(true);
     listing_.ToggleSort(column);
     Update();
-    if (events_.sorted) {
-        events_.sorted();
+}
+
+POINT ListPane::PlaceOfMenu() const {
+    const LRESULT place = Send(list_, LVM_GETNEXTITEM, -1, LVNI_FOCUSED);
+    RECT area{};
+    area.left = LVIR_LABEL;
+    if (place < 0 || Send(list_, LVM_GETITEMRECT, place, &area) == FALSE) {
+        const auto header = reinterpret_cast<HWND>(Send(list_, LVM_GETHEADER));
+        GetWindowRect(header, &area); // there are no rows: below the headings
+        return {area.left + scaling_(kMenuInset), area.bottom};
     }
+    POINT corner{area.left + scaling_(kMenuInset), area.bottom};
+    RECT seen{};
+    GetClientRect(list_, &seen);
+    corner.x = std::clamp(corner.x, seen.left, seen.right);
+    corner.y = std::clamp(corner.y, seen.top, seen.bottom);
+    ClientToScreen(list_, &corner);
+    return corner;
 }
 
 void ListPane::ShowOrder() {

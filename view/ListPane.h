@@ -38,7 +38,6 @@ class ListPane {
         std::function<void(std::size_t row)> opened = {};
         /// A letter was typed into the list.
         std::function<void(wchar_t letter)> typed = {};
-        std::function<void()> sorted = {};
         /// A value was typed into the cell of a row. The words of what is wrong with it, if
         /// anything is.
         std::function<void(std::size_t row, const std::wstring& text)> entered = {};
@@ -70,6 +69,14 @@ class ListPane {
     /// The selected rows as lines, with tabs between the cells.
     std::wstring SelectedText() const;
 
+    std::size_t Columns() const noexcept { return columns_.size(); }
+    std::wstring Title(std::size_t column) const { return Text(columns_.at(column).title); }
+    const std::optional<SortOrder>& Order() const noexcept { return listing_.Order(); }
+    /// As a click on the column's heading.
+    void Sort(std::size_t column);
+    /// Where on the screen a menu of the picked row comes up: below its name.
+    POINT PlaceOfMenu() const;
+
     /// Opens a field over a cell of the picked row.
     void EditCell(std::size_t column, const std::wstring& text);
     /// Closes the field as the end of typing does: what stands in it is entered.
@@ -84,7 +91,6 @@ class ListPane {
     static LRESULT CALLBACK OnCellMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR id, DWORD_PTR data) noexcept;
     LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
-    void OnHead(std::size_t column);
     void ShowOrder();
     void EndCell(bool isTaken);
 

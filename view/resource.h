@@ -13,6 +13,8 @@
 #define IDR_LIST_MENU 102
 // Keys that mean something else in a field.
 #define IDR_LIST_ACCELERATORS 103
+// Keys that mean something else in a field that is typed into.
+#define IDR_UNDO_ACCELERATORS 104
 
 // Parts of the window, children of the frame: GetDlgItem finds them.
 
@@ -120,6 +122,10 @@
 #define IDM_VIEW_NEXT_SPLITTER 40221
 #define IDM_VIEW_PREVIOUS_SPLITTER 40222
 
+// Sorting the list in focus: one for each of its columns.
+#define IDM_VIEW_SORT 40230
+#define IDM_VIEW_SORT_LAST 40237
+
 #define IDM_HELP_KEYS 40301
 #define IDM_HELP_ABOUT 40302
 
@@ -223,3 +229,8 @@
 #define IDS_SPLIT_PANES 2096
 #define IDS_SPLIT_SOURCE 2097
 #define IDS_NOT_BROUGHT_BACK 2098
+#define IDS_KEYS_4 2099
+#define IDS_NOT_COPIED 2100
+#define IDS_SORTED_UP 2101
+#define IDS_SORTED_DOWN 2102
+#define IDS_SORTED_AS_FILE 2103

@@ -98,6 +98,23 @@ TEST_F(FindingsTest, ADoubleClickOnABoxGoesToItsPoint) {
     EXPECT_TRUE(viewer.IsVisible(IDC_INPUTS));
 }
 
+TEST_F(FindingsTest, AFindingWithoutAPointShowsTheHiddenSource) {
+    Viewer viewer({Sample(L"damaged.xml")});
+    AwaitFindings(viewer);
+    if (viewer.IsTicked(IDM_VIEW_SOURCE)) {
+        viewer.Do(IDM_VIEW_SOURCE);
+    }
+    ASSERT_FALSE(viewer.IsVisible(IDC_SOURCE));
+    const Texts places = viewer.Cells(IDC_FINDINGS, kPlace);
+    const auto found =
+        std::find_if(places.begin(), places.end(), [](const std::wstring& place) { return !place.empty(); });
+    ASSERT_NE(places.end(), found);
+    viewer.DoubleClickRow(IDC_FINDINGS, static_cast<int>(found - places.begin()));
+    Await("the source", [&] { return viewer.IsVisible(IDC_SOURCE) && viewer.Focus() == IDC_SOURCE; });
+    EXPECT_NE(std::wstring::npos, viewer.PartText(IDC_SOURCE_TITLE).find(*found))
+        << Narrow(viewer.PartText(IDC_SOURCE_TITLE));
+}
+
 TEST_F(FindingsTest, EachFindingLeadsToItsPlace) {
     Viewer viewer({Sample(L"oddities.xml")});
     AwaitAttributes(viewer, 8);

@@ -61,8 +61,9 @@ class MenuTest : public ViewTest {
 
 wchar_t AccessKey(const std::wstring& text) {
     const std::size_t mark = text.find(L'&');
-    return mark + 1 < text.size() ? static_cast<wchar_t>(std::towlower(static_cast<wint_t>(text[mark + 1])))
-                                  : L'\0';
+    return mark != std::wstring::npos && mark + 1 < text.size()
+               ? static_cast<wchar_t>(std::towlower(static_cast<wint_t>(text[mark + 1])))
+               : L'\0';
 }
 
 TEST_F(MenuTest, EachEntryHasAnAccessKeyOfItsOwn) {
@@ -106,6 +107,9 @@ TEST_F(MenuTest, NoEntryIsWithoutATest) {
         IDM_EDIT_UNDO, IDM_EDIT_REDO, IDM_EDIT_VALUE, IDM_EDIT_CELL, IDM_EDIT_COPY, IDM_EDIT_SELECT_ALL,
         IDM_EDIT_CLEAR_FILTER, IDM_VIEW_ATTRIBUTES, IDM_VIEW_INPUTS, IDM_VIEW_OUTPUTS, IDM_VIEW_CATALOGUE,
         IDM_VIEW_SI, IDM_VIEW_US,
+        // ListKeysTest
+        IDM_VIEW_SORT, IDM_VIEW_SORT + 1, IDM_VIEW_SORT + 2, IDM_VIEW_SORT + 3, IDM_VIEW_SORT + 4,
+        IDM_VIEW_SORT + 5, IDM_VIEW_SORT + 6, IDM_VIEW_SORT + 7,
         // SheetTest
         IDM_VIEW_SHEET, IDM_VIEW_ZOOM_IN, IDM_VIEW_ZOOM_OUT, IDM_VIEW_ZOOM_FIT, IDM_VIEW_ZOOM_ACTUAL,
         // FindingsTest

@@ -272,6 +272,10 @@ Box Viewer::NextBox(const Box& before) const {
     return box;
 }
 
+HWND Viewer::ShownMenu() const {
+    return TopWindow(id_, L"#32768");
+}
+
 void Viewer::ToFront() const {
     Await("the window in front", [this] {
         DWORD process = 0;

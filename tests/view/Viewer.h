@@ -99,6 +99,8 @@ class Viewer {
     Box NextBox(const Box& before = Box()) const;
     /// The box that is shown; none when there is none now.
     Box ShownBox() const;
+    /// The menu that is open; null when there is none now.
+    HWND ShownMenu() const;
 
     // The lists
 

@@ -1,0 +1,57 @@
+// Loading that is ended by the keyboard.
+
+#include "tests/view/Fixture.h"
+
+#include <functional>
+#include <string>
+
+namespace viewtest {
+
+namespace {
+
+class StoppingTest : public ViewTest {
+  protected:
+    /// Has the viewer load larger and larger files until one takes long enough to show the
+    /// button, and does something about it then. True when that ended the loading.
+    static bool StopsBy(const Viewer& viewer, const std::function<void()>& act) {
+        constexpr int kLargest = 400000;
+        for (int points = 20000; points < kLargest; points *= 4) {
+            const int attributes = (points + 2) / 3;
+            viewer.Drop({FileWith(L"large" + std::to_wstring(points) + L".xml", LargeStream(points))});
+            Await("the button",
+                  [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == attributes; });
+            act();
+            Await("the end of loading", [&] { return viewer.IsEnabled(IDM_FILE_OPEN); });
+            if (viewer.Count(IDC_ATTRIBUTES) != attributes) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+TEST_F(StoppingTest, AKeyEndsIt) {
+    Viewer viewer;
+    viewer.ToFront();
+    EXPECT_TRUE(StopsBy(viewer, [&] { viewer.Press(VK_CANCEL, {VK_CONTROL}); }));
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+    EXPECT_NE(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"stopped"))
+        << Narrow(viewer.Status(VIEW_STATUS_MESSAGE));
+    viewer.Close();
+}
+
+// A system menu that was looked at while nothing could be done must not stay grey.
+TEST_F(StoppingTest, TheSystemMenuClosesTheWindowWhileItLoads) {
+    Viewer viewer;
+    viewer.ToFront();
+    viewer.Drop({FileWith(L"large.xml", LargeStream(20000))});
+    Await("the button", [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) > 0; });
+    viewer.Press(VK_SPACE, {VK_MENU});
+    Await("the menu", [&] { return viewer.ShownMenu() != nullptr; });
+    viewer.Press('C');
+    EXPECT_EQ(0U, viewer.WaitForEnd());
+}
+
+} // namespace
+
+} // namespace viewtest

@@ -1,0 +1,73 @@
+#include "view/Frame.h"
+
+#include "view/resource.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+namespace view {
+
+ListPane* Frame::PaneOf(HWND list) const {
+    for (const PointPage& page : pages_) {
+        if (page.pane && page.pane->Handle() == list) {
+            return page.pane.get();
+        }
+    }
+    for (ListPane* const pane : {typePane_.get(), findingPane_.get()}) {
+        if (pane != nullptr && pane->Handle() == list) {
+            return pane;
+        }
+    }
+    return nullptr;
+}
+
+ListPane& Frame::PaneInFocus() const {
+    return GetFocus() == findingPane_->Handle() ? *findingPane_
+           : page_ < kPointPages                ? *pages_.at(page_).pane
+                                                : *typePane_;
+}
+
+void Frame::ShowListMenu(ListPane& pane, POINT place) {
+    HMENU const menus = LoadMenuW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_LIST_MENU));
+    HMENU const menu = GetSubMenu(menus, 0);
+    const bool hasValues = std::any_of(pages_.begin(), pages_.end(),
+                                       [&](const PointPage& page) { return page.pane.get() == &pane; });
+    if (!hasValues) {
+        for (const UINT entry : {UINT{IDM_EDIT_VALUE}, UINT{IDM_EDIT_CELL}}) {
+            DeleteMenu(menu, entry, MF_BYCOMMAND);
+        }
+        DeleteMenu(menu, 0, MF_BYPOSITION); // the line behind them
+    }
+    SetFocus(pane.Handle());              // what its entries are about
+    if (place.x == -1 && place.y == -1) { // by the keyboard
+        place = pane.PlaceOfMenu();
+    }
+    UpdateMenu(menu);
+    TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, Handle(), nullptr);
+    DestroyMenu(menus);
+}
+
+void Frame::FillSortMenu(HMENU menu) {
+    while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
+    }
+    const ListPane& pane = PaneInFocus();
+    for (std::size_t i = 0; i < pane.Columns(); ++i) {
+        const std::wstring number = std::to_wstring(i + 1);
+        const bool isSorted = pane.Order() && pane.Order()->column == i;
+        AppendMenuW(menu, isSorted ? MF_STRING | MF_CHECKED : MF_STRING, IDM_VIEW_SORT + i,
+                    (L"&" + number + L"  " + pane.Title(i) + L"\tCtrl+Shift+" + number).c_str());
+    }
+}
+
+void Frame::Sort(std::size_t column) {
+    ListPane& pane = PaneInFocus();
+    pane.Sort(column);
+    const auto& order = pane.Order();
+    Say(Text(!order              ? IDS_SORTED_AS_FILE
+             : order->isDownward ? IDS_SORTED_DOWN
+                                 : IDS_SORTED_UP,
+             pane.Title(column)));
+}
+
+} // namespace view
