@@ -8,7 +8,7 @@
 #include <vector>
 
 // Every member of a channel's objects that only forwards: the call reaches the
-// same slot of the wrapped object with the same arguments, and what that
+// same slot of the inner object with the same arguments, and what that
 // answers or raises comes back.
 
 namespace internal_tests {
@@ -86,11 +86,11 @@ class ForwardingTest : public InternalTest, public testing::WithParamInterface<S
 
     void Choose() {
         const std::string& place = GetParam().place;
-        const auto take = [&](const auto& object, const Double& wrapped) {
+        const auto take = [&](const auto& object, const Double& inner) {
             IUnknown* face = nullptr;
             object->QueryInterface(*GetParam().iid, static_cast<void**>(static_cast<void*>(&face)));
             face_ = com::Ref<IUnknown>::Own(face);
-            inner_ = wrapped;
+            inner_ = inner;
         };
         if (place == "IAppObject") {
             take(object_, generic.object);
@@ -111,7 +111,7 @@ class ForwardingTest : public InternalTest, public testing::WithParamInterface<S
 
     /// The interface's own IDispatch, not that of the object.
     IDispatch* ByName() const { return static_cast<IDispatch*>(face_.Get()); }
-    /// What the wrapped object's own slot does with these arguments.
+    /// What the inner object's own slot does with these arguments.
     struct Direct {
         std::wstring call;
         std::vector<std::wstring> result;
@@ -145,7 +145,7 @@ class ForwardingTest : public InternalTest, public testing::WithParamInterface<S
     const Member* member_ = nullptr;
 };
 
-TEST_P(ForwardingTest, ReachesTheSameSlotOfTheWrappedObject) {
+TEST_P(ForwardingTest, ReachesTheSameSlotOfTheInnerObject) {
     for (const long seed : {0L, 1L}) {
         inner_->Reseed(seed);
         const auto arguments = ArgumentsFor(*member_, seed);
@@ -177,18 +177,18 @@ TEST_P(ForwardingTest, PassesAnErrorBackUnchanged) {
     constexpr auto kCode = static_cast<HRESULT>(0x8004ABCDu);
     const auto arguments = ArgumentsFor(*member_, 0);
     const auto inputs = Borrow(arguments);
-    inner_->Fail(L"", kCode, L"the wrapped object's own words");
+    inner_->Fail(L"", kCode, L"the inner object's own words");
 
     const Outcome bySlot = Arguments(*member_, inputs).BySlot(face_.Get());
     EXPECT_EQ(bySlot.code, kCode);
-    EXPECT_EQ(bySlot.description, L"the wrapped object's own words");
+    EXPECT_EQ(bySlot.description, L"the inner object's own words");
     EXPECT_EQ(bySlot.source, L"Double");
     EXPECT_EQ(bySlot.help, kRecorderHelp);
     EXPECT_EQ(Calls().size(), 1u);
 
     const Outcome byName = CallByName(ByName(), *member_, inputs);
     EXPECT_EQ(byName.code, kCode);
-    EXPECT_EQ(byName.description, L"the wrapped object's own words");
+    EXPECT_EQ(byName.description, L"the inner object's own words");
     EXPECT_EQ(byName.source, L"Double");
     EXPECT_EQ(byName.help, L"double.hlp#4711");
     EXPECT_EQ(Calls().size(), 2u);
@@ -207,7 +207,7 @@ TEST_P(ForwardingTest, PassesEmptyArgumentsButWantsAPlaceForTheResult) {
     if (member_->Result() != nullptr) {
         const int result = static_cast<int>(member_->parameters.size()) - 1;
         EXPECT_EQ(Arguments(*member_, inputs).BySlot(face_.Get(), result).code, E_POINTER);
-        EXPECT_EQ(Calls().size(), 0u) << "the wrapped object was asked without a place for its answer";
+        EXPECT_EQ(Calls().size(), 0u) << "the inner object was asked without a place for its answer";
     }
 }
 

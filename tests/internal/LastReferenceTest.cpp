@@ -1,8 +1,6 @@
 #include "com/Dom.h"
 #include "tests/internal/Channel.h"
 
-#include <utility>
-
 // A member asks an object of the host, and the host lets go of the last reference
 // from outside meanwhile. The member goes on to its end all the same.
 
@@ -11,40 +9,6 @@ namespace internal_tests {
 namespace {
 
 using LastReferenceTest = InternalTest;
-
-TEST_F(LastReferenceTest, BearsAnInnerInputThatDropsTheLastReference) {
-    const Double mirror = NewInput(L"AI3_In1", L"AI3_In1");
-    container.Fill(L"container", {mirror}, {}, {});
-    auto input = InputOf(Created(), L"In1");
-    BSTR value = SysAllocString(L"1");
-    in1->On(L"put Value", [&](const Invocation&) {
-        input.Reset();
-        wmemset(value, L'9', 1); // nor does the caller's text outlive it
-        SysFreeString(std::exchange(value, nullptr));
-        return S_OK;
-    });
-    IInput* const asked = input.Get();
-    EXPECT_EQ(asked->put_Value(value), S_OK);
-    EXPECT_FALSE(input);
-    EXPECT_EQ(mirror->Value(L"Value"), L"\"1\"");
-}
-
-TEST_F(LastReferenceTest, BearsAnInnerAttributeThatDropsTheLastReference) {
-    const Double mirror = NewAttribute(L"AI3_Gain", L"AI3_Gain");
-    container.Fill(L"container", {}, {}, {mirror});
-    auto attribute = AttributeOf(Created(), L"Gain");
-    BSTR value = SysAllocString(L"2");
-    gain->On(L"put Value", [&](const Invocation&) {
-        attribute.Reset();
-        wmemset(value, L'9', 1);
-        SysFreeString(std::exchange(value, nullptr));
-        return S_OK;
-    });
-    IAttribute* const asked = attribute.Get();
-    EXPECT_EQ(asked->put_Value(value), S_OK);
-    EXPECT_FALSE(attribute);
-    EXPECT_EQ(mirror->Value(L"Value"), L"\"2\"");
-}
 
 TEST_F(LastReferenceTest, BearsAnInnerOutputThatDropsTheLastReference) {
     const Double mirror = NewOutput(L"AI3_Out", L"AI3_Out");

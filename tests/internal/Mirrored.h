@@ -6,7 +6,7 @@
 #include <vector>
 
 // The inputs and the attributes of a channel object: a value that is written goes to
-// the wrapped point and then to the point of the container that has the channel's key
+// the inner point and then to the point of the container that has the channel's key
 // before its name.
 
 namespace internal_tests {
@@ -53,7 +53,7 @@ class MirroredTest : public InternalTest {
   protected:
     void SetUp() override {
         InternalTest::SetUp();
-        wrapped = std::wstring(Kind::kPoint) == L"In1" ? in1 : gain;
+        inner = std::wstring(Kind::kPoint) == L"In1" ? in1 : gain;
         Contain({Kind::kOther, Kind::kMirror});
         object = Created();
         point = Kind::Of(object);
@@ -64,7 +64,7 @@ class MirroredTest : public InternalTest {
         point.Reset();
         object.Reset();
         contained.clear();
-        wrapped.Reset();
+        inner.Reset();
         InternalTest::TearDown();
     }
     /// Gives the container points of these names; their labels are their names.
@@ -76,10 +76,10 @@ class MirroredTest : public InternalTest {
         Kind::Fill(container, contained);
     }
     HRESULT Give(const wchar_t* value) { return support::Put(point, &Kind::Point::put_Value, value); }
-    /// A call of the wrapped point, in words.
-    static std::wstring OfWrapped(const std::wstring& call) { return Kind::kPoint + (L"." + call); }
+    /// A call of the inner point, in words.
+    static std::wstring OfInner(const std::wstring& call) { return Kind::kPoint + (L"." + call); }
 
-    Double wrapped;
+    Double inner;
     Doubles contained;
     com::Ref<IAppObject> object;
     com::Ref<typename Kind::Point> point;

@@ -2,6 +2,7 @@
 #include "tests/internal/Mirrored.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 // What the inputs and the attributes of a channel object share.
@@ -27,14 +28,14 @@ TYPED_TEST_SUITE(MirroredValueTest, Kinds, MirroredName);
 
 TYPED_TEST(MirroredValueTest, GoesToTheContainersPointToo) {
     EXPECT_EQ(this->Give(L"2.5"), S_OK);
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"2.5\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"2.5\"");
     EXPECT_EQ(this->contained[1]->Value(L"Value"), L"\"2.5\"");
     EXPECT_EQ(this->contained[0]->Value(L"Value"), L"none");
     const Texts said = Said();
     ASSERT_GT(said.size(), 4u);
     EXPECT_EQ(
         Texts(said.begin(), said.begin() + 4),
-        (Texts{this->OfWrapped(L"put Value(\"2.5\")"), this->OfWrapped(L"get Name()"),
+        (Texts{this->OfInner(L"put Value(\"2.5\")"), this->OfInner(L"get Name()"),
                L"device.Container(object)", std::wstring(L"container.") + TypeParam::kCollection + L"()"}));
     EXPECT_EQ(said.back(), std::wstring(TypeParam::kMirror) + L".put Value(\"2.5\")");
 }
@@ -42,37 +43,52 @@ TYPED_TEST(MirroredValueTest, GoesToTheContainersPointToo) {
 TYPED_TEST(MirroredValueTest, StaysAloneWhereTheContainerHasNoSuchPoint) {
     this->Contain({TypeParam::kOther});
     EXPECT_EQ(this->Give(L"4"), S_OK);
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"4\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"4\"");
     EXPECT_EQ(this->contained[0]->Value(L"Value"), L"none");
 }
 
 TYPED_TEST(MirroredValueTest, MirrorsAnEmptyValue) {
     EXPECT_EQ(this->point->put_Value(nullptr), S_OK);
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"\"");
     EXPECT_EQ(this->contained[1]->Value(L"Value"), L"\"\"");
 }
 
-TYPED_TEST(MirroredValueTest, MirrorsWhatWasGivenWhateverTheWrappedPointMakesOfIt) {
-    this->wrapped->On(L"put Value", [](const Invocation&) { return S_OK; });
-    this->wrapped->On(L"get Value", [](const Invocation& call) { return call.Answer(std::wstring(L"9")); });
+TYPED_TEST(MirroredValueTest, MirrorsWhatWasGivenWhateverTheInnerPointMakesOfIt) {
+    this->inner->On(L"put Value", [](const Invocation&) { return S_OK; });
+    this->inner->On(L"get Value", [](const Invocation& call) { return call.Answer(std::wstring(L"9")); });
     EXPECT_EQ(this->Give(L"17"), S_OK);
     EXPECT_EQ(this->contained[1]->Value(L"Value"), L"\"17\"");
     EXPECT_EQ(Said(TypeParam::kPoint),
-              (Texts{this->OfWrapped(L"put Value(\"17\")"), this->OfWrapped(L"get Name()")}));
+              (Texts{this->OfInner(L"put Value(\"17\")"), this->OfInner(L"get Name()")}));
 }
 
-TYPED_TEST(MirroredValueTest, IsReadFromTheWrappedPointAlone) {
-    this->wrapped->Set(L"Value", L"inner");
+TYPED_TEST(MirroredValueTest, IsReadFromTheInnerPointAlone) {
+    this->inner->Set(L"Value", L"inner");
     this->contained[1]->Set(L"Value", L"container's");
     EXPECT_EQ(Text(this->point, &TypeParam::Point::get_Value), L"inner");
-    EXPECT_EQ(Said(), Texts{this->OfWrapped(L"get Value()")});
+    EXPECT_EQ(Said(), Texts{this->OfInner(L"get Value()")});
 }
 
-TYPED_TEST(MirroredValueTest, LeavesTheContainerWhenTheWrappedPointRefusesIt) {
+TYPED_TEST(MirroredValueTest, BearsAnInnerPointThatDropsTheLastReference) {
+    this->object.Reset();
+    BSTR value = SysAllocString(L"1");
+    this->inner->On(L"put Value", [&](const Invocation&) {
+        this->point.Reset();
+        wmemset(value, L'9', 1); // nor does the caller's text outlive it
+        SysFreeString(std::exchange(value, nullptr));
+        return S_OK;
+    });
+    typename TypeParam::Point* const asked = this->point.Get();
+    EXPECT_EQ(asked->put_Value(value), S_OK);
+    EXPECT_FALSE(this->point);
+    EXPECT_EQ(this->contained[1]->Value(L"Value"), L"\"1\"");
+}
+
+TYPED_TEST(MirroredValueTest, LeavesTheContainerWhenTheInnerPointRefusesIt) {
     constexpr auto kCode = static_cast<HRESULT>(0x80041234u);
-    this->wrapped->Fail(L"put Value", kCode, L"too large");
+    this->inner->Fail(L"put Value", kCode, L"too large");
     ExpectPassedBack(this->Give(L"9"), kCode, L"too large");
-    EXPECT_EQ(Said(), Texts{this->OfWrapped(L"put Value(\"9\")")});
+    EXPECT_EQ(Said(), Texts{this->OfInner(L"put Value(\"9\")")});
 }
 
 TYPED_TEST(MirroredValueTest, PassesErrorsOfTheContainerBackUnchanged) {
@@ -81,7 +97,7 @@ TYPED_TEST(MirroredValueTest, PassesErrorsOfTheContainerBackUnchanged) {
         Double at;
         const wchar_t* member;
     };
-    std::vector<Step> steps = {{this->wrapped, L"get Name"},
+    std::vector<Step> steps = {{this->inner, L"get Name"},
                                {this->device, L"Container"},
                                {this->container.object, TypeParam::kCollection},
                                {TypeParam::Searched(this->container), TypeParam::kSearch},
@@ -97,20 +113,20 @@ TYPED_TEST(MirroredValueTest, PassesErrorsOfTheContainerBackUnchanged) {
     }
 }
 
-TYPED_TEST(MirroredValueTest, RaisesWithoutAContainerAfterTheWrappedPointHasIt) {
+TYPED_TEST(MirroredValueTest, RaisesWithoutAContainerAfterTheInnerPointHasIt) {
     this->device->On(L"Container", [](const Invocation& call) { return call.Answer(nullptr); });
     ExpectRaised(this->Give(L"5"), kObjectNotSet);
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"5\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"5\"");
 
     const auto alone = this->CreatedWithoutDevice();
     this->point = TypeParam::Of(alone);
     ExpectRaised(this->Give(L"6"), kObjectNotSet);
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"6\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"6\"");
 }
 
 TYPED_TEST(MirroredValueTest, MirrorsAValueGivenByName) {
     com::PutMember(*this->point.Get(), L"Value", com::Variant(L"3").Get());
-    EXPECT_EQ(this->wrapped->Value(L"Value"), L"\"3\"");
+    EXPECT_EQ(this->inner->Value(L"Value"), L"\"3\"");
     EXPECT_EQ(this->contained[1]->Value(L"Value"), L"\"3\"");
     const com::Variant parent = com::GetMember(*this->point.Get(), L"Parent");
     ASSERT_EQ(parent.Get().vt, VT_DISPATCH);

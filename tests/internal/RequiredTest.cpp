@@ -48,7 +48,7 @@ TEST_F(RequiredTest, PassesTheRefusalOfADeviceBack) {
     ExpectGone(support::Put(InputOf(object, L"In1"), &IInput::put_Value, L"1"));
 }
 
-TEST_F(RequiredTest, PassesTheRefusalOfAWrappedPointBack) {
+TEST_F(RequiredTest, PassesTheRefusalOfAnInnerPointBack) {
     const auto object = Created();
     in1->HideFace(__uuidof(ISubItemConnable), kGone);
     out->HideFace(__uuidof(IDisplayItem), kGone);

@@ -20,7 +20,7 @@ struct SlotCase {
     std::wstring name;
     /// Such as "put Path(text)".
     std::wstring signature;
-    /// Handed to the wrapped object and nothing else.
+    /// Handed to the inner object and nothing else.
     bool isForwarded = true;
 
     std::string Title() const;

@@ -70,7 +70,7 @@ TEST_F(TamInternalInputTest, HasTheChannelObjectAsItsParent) {
     EXPECT_EQ(point->get_Parent(nullptr), E_POINTER);
 }
 
-TEST_F(TamInternalInputTest, NeedsAWrappedInputThatCanBeWiredForThatSideAlone) {
+TEST_F(TamInternalInputTest, NeedsAnInnerInputThatCanBeWiredForThatSideAlone) {
     in1->HideFace(__uuidof(ISubItemConnable));
     const auto connable = point.As<ISubItemConnable>();
     ASSERT_TRUE(connable);

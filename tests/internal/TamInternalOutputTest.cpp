@@ -115,7 +115,7 @@ TEST_F(TamInternalOutputTest, CountsAnOutputForAnyTrueThatItsHostWrites) {
     EXPECT_EQ(Index(), 1);
 }
 
-TEST_F(TamInternalOutputTest, TakesTheWrappedOutputsIndexAtStatusOne) {
+TEST_F(TamInternalOutputTest, TakesTheInnerOutputsIndexAtStatusOne) {
     SetStatus(1);
     out->Set(L"Index", 32767L);
     EXPECT_EQ(Index(), 32767);
@@ -124,7 +124,7 @@ TEST_F(TamInternalOutputTest, TakesTheWrappedOutputsIndexAtStatusOne) {
     EXPECT_EQ(Said(), (Texts{L"Out.get Index()", L"Out.get Index()"}));
 }
 
-TEST_F(TamInternalOutputTest, OverflowsWhereTheWrappedOutputsIndexNeedsMoreThanSixteenBits) {
+TEST_F(TamInternalOutputTest, OverflowsWhereTheInnerOutputsIndexNeedsMoreThanSixteenBits) {
     SetStatus(1);
     out->Set(L"Index", 32768L);
     ExpectRaised(FailingIndex(), kOverflow);
@@ -171,14 +171,14 @@ TEST_F(TamInternalOutputTest, TakesAMissingContainerOutputForNoMatch) {
     EXPECT_EQ(contained[0]->Value(L"IsDisplayable"), L"none");
 }
 
-TEST_F(TamInternalOutputTest, ReadsTheDisplayFlagOfTheWrappedOutputAlone) {
+TEST_F(TamInternalOutputTest, ReadsTheDisplayFlagOfTheInnerOutputAlone) {
     out->Set(L"IsDisplayable", false);
     contained[2]->Set(L"IsDisplayable", true);
     EXPECT_FALSE(support::Flag(output, &IOutput::get_IsDisplayable));
     EXPECT_FALSE(support::Flag(output.As<IDisplayItem>(), &IDisplayItem::get_IsDisplayable));
 }
 
-TEST_F(TamInternalOutputTest, LeavesTheContainerWhenTheWrappedOutputRefusesTheFlag) {
+TEST_F(TamInternalOutputTest, LeavesTheContainerWhenTheInnerOutputRefusesTheFlag) {
     out->Fail(L"put IsDisplayable", E_ACCESSDENIED, L"it is fixed");
     ExpectPassedBack(output->put_IsDisplayable(VARIANT_FALSE), E_ACCESSDENIED, L"it is fixed");
     EXPECT_EQ(Said(), Texts{L"Out.put IsDisplayable(False)"});
@@ -230,7 +230,7 @@ TEST_F(TamInternalOutputTest, NeedsADeviceForWhatItsContainerKnows) {
     EXPECT_EQ(Index(), 4);
 }
 
-TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatCanBeWiredForThatSideAlone) {
+TEST_F(TamInternalOutputTest, NeedsAnInnerOutputThatCanBeWiredForThatSideAlone) {
     out->HideFace(__uuidof(ISubItemConnable));
     const auto connable = output.As<ISubItemConnable>();
     ASSERT_TRUE(connable);
@@ -242,7 +242,7 @@ TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatCanBeWiredForThatSideAlone)
     EXPECT_EQ(support::Put(output.As<IDisplayItem>(), &IDisplayItem::put_DisplayText, L"t"), S_OK);
 }
 
-TEST_F(TamInternalOutputTest, NeedsAWrappedOutputThatIsADisplayItemForThatSideAlone) {
+TEST_F(TamInternalOutputTest, NeedsAnInnerOutputThatIsADisplayItemForThatSideAlone) {
     out->HideFace(__uuidof(IDisplayItem));
     contained[2]->Set(L"Reference", L"[3,2]");
     const auto item = output.As<IDisplayItem>();
