@@ -1,3 +1,6 @@
+// The commands that act on a device with its channels: tree, place, fetch, set. Each shows
+// the channels' points beside the module's, to which their values are mirrored.
+
 #include "bench/Commands.h"
 #include "bench/DevicePoints.h"
 #include "bench/DeviceProject.h"

@@ -1,3 +1,7 @@
+// One run of the bench: a command over a host of its own, then what became of it (boxes, a
+// failure, objects that still live) as text or JSON, and the status. Several streams are
+// several such runs; the status is the worst one's.
+
 #include "bench/Run.h"
 
 #include "batch/ForEach.h"

@@ -1,3 +1,6 @@
+// A catalogue of types. Its entries are checked and read in one go: for all other kinds of
+// documents this is also what reads the catalogue (`types`).
+
 #include "check/Checkers.h"
 #include "check/Decimal.h"
 #include "check/Nearest.h"

@@ -1,3 +1,6 @@
+// The two kinds of definition. A module's has the table of database sizes and the defaults
+// of its attributes; a channel's has points like a stream's, and TAMConfig, which names them.
+
 #include "check/Checkers.h"
 #include "check/Decimal.h"
 #include "check/Nearest.h"

@@ -1,3 +1,6 @@
+// An export document, as the host's compiler takes it: host/ExportReader.cpp says the same and
+// stops at the first fault, here all are told (tests/check/ExportAgreementTest.cpp asks both).
+
 #include "check/Checkers.h"
 #include "check/Decimal.h"
 #include "check/Utf8.h"

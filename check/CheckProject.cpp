@@ -1,3 +1,7 @@
+// A project: an element of the host's with blocks in it, or one block alone. A block with
+// TamObjectKey, or with the name of a channel object, is a channel's; any other is the
+// module's. What it refers to is looked for in the device streams of the same run.
+
 #include "check/Checkers.h"
 #include "check/Decimal.h"
 #include "check/Nearest.h"

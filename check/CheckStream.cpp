@@ -1,3 +1,6 @@
+// A device stream: the parts of the module, then three sections of points (Points.h). What
+// other documents of the run refer to goes into its summary.
+
 #include "check/Checkers.h"
 #include "check/Decimal.h"
 #include "check/Nearest.h"

@@ -145,7 +145,7 @@ std::vector<std::wstring> DocumentsFuzzTest::Corpus() {
         }
     } while (FindNextFileW(search, &found) != FALSE);
     FindClose(search);
-    std::sort(names.begin(), names.end()); // the order of a folder is no one's
+    std::sort(names.begin(), names.end()); // FindFirstFile gives no particular order
     return names;
 }
 
