@@ -61,6 +61,9 @@ class CommandSyntax {
     Options* options_;
 };
 
+/// A text of the parser's with the forms of arguments as people read them.
+std::string FormAsRead(std::string text);
+
 /// The commands that work with one module, or with none.
 void AddModuleCommands(CommandSyntax& program, Options& options);
 /// The group "device": a module and the objects of its channels.
