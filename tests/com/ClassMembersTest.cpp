@@ -87,14 +87,6 @@ com::Ref<ITypeInfo> InfoOf(const com::Ref<IDispatch>& script) {
     return info;
 }
 
-TYPEATTR AttributesOf(ITypeInfo& info) {
-    TYPEATTR* attributes = nullptr;
-    com::Check(info.GetTypeAttr(&attributes));
-    const TYPEATTR copy = *attributes;
-    info.ReleaseTypeAttr(attributes);
-    return copy;
-}
-
 class ClassMembersTest : public ContractTest {
   protected:
     /// The component's objects, whose classes have a dispinterface.

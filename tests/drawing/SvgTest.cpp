@@ -1,26 +1,19 @@
 #include "drawing/Svg.h"
 
 #include "drawing/Layout.h"
+#include "tests/CountOf.h"
 #include "tests/drawing/Sheets.h"
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <string>
 
 namespace drawingtest {
 
 using namespace drawing;
+using tests::CountOf;
 
 namespace {
-
-std::size_t CountOf(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
-        ++count;
-    }
-    return count;
-}
 
 std::string SvgOf(const Sheet& sheet, const SvgOptions& options) {
     return Svg(Draw(sheet, EvenWidth), sheet, options);

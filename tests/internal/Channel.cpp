@@ -260,4 +260,13 @@ void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& descript
     EXPECT_EQ(texts.guid, kRecorderIid);
 }
 
+void ExpectPassedBackIf(bool fails, HRESULT result, HRESULT code, const std::wstring& description) {
+    if (fails) {
+        ExpectPassedBack(result, code, description);
+    } else {
+        EXPECT_EQ(result, S_OK);
+        EXPECT_EQ(LastError().description, L"");
+    }
+}
+
 } // namespace internal_tests

@@ -96,5 +96,7 @@ void ExpectRaised(HRESULT result, HRESULT code, const std::wstring& description,
 /// A failed double's own error, as its caller gave it on: the same code and the
 /// whole of its error object.
 void ExpectPassedBack(HRESULT result, HRESULT code, const std::wstring& description);
+/// This where the call fails; else success without an error object.
+void ExpectPassedBackIf(bool fails, HRESULT result, HRESULT code, const std::wstring& description);
 
 } // namespace internal_tests

@@ -274,13 +274,8 @@ TEST_F(TamInternalOutputTest, PassesErrorsBackUnchanged) {
                  {contained[2], L"get Reference", false, false, true}};
     for (const auto& step : steps) {
         SCOPED_TRACE(testing::PrintToString(std::wstring(step.member)));
-        const auto expect = [&](HRESULT result, bool fails) {
-            if (fails) {
-                ExpectPassedBack(result, kCode, L"the callee's words");
-            } else {
-                EXPECT_EQ(result, S_OK);
-                EXPECT_EQ(support::LastError().description, L"");
-            }
+        const auto expect = [](HRESULT result, bool fails) {
+            ExpectPassedBackIf(fails, result, kCode, L"the callee's words");
         };
         step.at->Fail(step.member, kCode, L"the callee's words");
         long index = 0;

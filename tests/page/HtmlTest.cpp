@@ -2,6 +2,7 @@
 #include "page/Page.h"
 #include "page/Sha256.h"
 #include "page/Style.h"
+#include "tests/CountOf.h"
 
 #include <gtest/gtest.h>
 
@@ -13,16 +14,9 @@
 namespace pagetest {
 
 using namespace page;
+using tests::CountOf;
 
 namespace {
-
-std::size_t CountOf(const std::string& text, const std::string& part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
-        ++count;
-    }
-    return count;
-}
 
 bool Holds(const std::string& text, const std::string& part) {
     return CountOf(text, part) > 0;

@@ -94,11 +94,6 @@ TEST_F(CDBAttributesTest, ReportsAnUnknownSavedNameAndStopsThere) {
     ExpectStopped(kInvalidCallText);
 }
 
-TEST_F(CDBAttributesTest, TakesNoPositionForASavedName) {
-    EXPECT_EQ(Three().As<_CDBAttributes>()->XmlLoad(Saved(L"<Attributes><_1/></Attributes>").Get()), S_OK);
-    ExpectStopped(kInvalidCallText);
-}
-
 TEST_F(CDBAttributesTest, TakesOnlyElementsForSavedAttributes) {
     const auto attributes = Three().As<_CDBAttributes>();
     EXPECT_EQ(attributes->XmlLoad(

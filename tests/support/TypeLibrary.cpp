@@ -16,14 +16,6 @@ using InfoRef = com::Ref<ITypeInfo>;
 
 constexpr unsigned kPointerSize = sizeof(void*);
 
-TYPEATTR AttributesOf(ITypeInfo& info) {
-    TYPEATTR* attributes = nullptr;
-    com::Check(info.GetTypeAttr(&attributes));
-    const TYPEATTR copy = *attributes;
-    info.ReleaseTypeAttr(attributes);
-    return copy;
-}
-
 std::wstring NameOf(ITypeInfo& info, MEMBERID id = MEMBERID_NIL) {
     com::Bstr name;
     com::Check(info.GetDocumentation(id, name.Put(), nullptr, nullptr, nullptr));
@@ -195,6 +187,14 @@ Enumeration ReadEnumeration(const InfoRef& info) {
 }
 
 } // namespace
+
+TYPEATTR AttributesOf(ITypeInfo& info) {
+    TYPEATTR* attributes = nullptr;
+    com::Check(info.GetTypeAttr(&attributes));
+    const TYPEATTR copy = *attributes;
+    info.ReleaseTypeAttr(attributes);
+    return copy;
+}
 
 REFIID Parameter::ObjectId() const noexcept {
     return interfaceId ? *interfaceId : type == VT_UNKNOWN ? IID_IUnknown : IID_IDispatch;

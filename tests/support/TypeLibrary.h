@@ -144,4 +144,7 @@ bool SameName(const std::wstring& left, const std::wstring& right);
 std::string Narrow(const std::wstring& text);
 std::wstring TextOf(REFGUID guid);
 
+/// The attributes of a type, without the arrays that end with them.
+TYPEATTR AttributesOf(ITypeInfo& info);
+
 } // namespace support
