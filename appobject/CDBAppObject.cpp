@@ -15,18 +15,12 @@ namespace {
 
 constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
 
-// What the owner's key is followed by in the key of each collection.
-constexpr const wchar_t* kAttributesSuffix = L"\\ATT";
-constexpr const wchar_t* kInputsSuffix = L"\\RIN";
-constexpr const wchar_t* kOutputsSuffix = L"\\ROU";
-
-/// The keys of the collections under their owner's key. They are made before
-/// anything is changed: behind them nothing of a key's writing can fail.
+/// The keys of the collections, ready to be taken over.
 struct CollectionKeys {
-    explicit CollectionKeys(const std::wstring& key)
-        : attributes(std::make_shared<std::wstring>(key + kAttributesSuffix))
-        , inputs(std::make_shared<std::wstring>(key + kInputsSuffix))
-        , outputs(std::make_shared<std::wstring>(key + kOutputsSuffix)) {}
+    explicit CollectionKeys(CollectionKeyTexts texts)
+        : attributes(std::make_shared<std::wstring>(std::move(texts.attributes)))
+        , inputs(std::make_shared<std::wstring>(std::move(texts.inputs)))
+        , outputs(std::make_shared<std::wstring>(std::move(texts.outputs))) {}
     NewCollectionKey attributes;
     NewCollectionKey inputs;
     NewCollectionKey outputs;
@@ -56,7 +50,7 @@ CDBAppObject::CDBAppObject()
 template <class Give>
 void CDBAppObject::TakeKey(std::wstring& field, BSTR value, Give give) {
     std::wstring key(com::View(value));
-    CollectionKeys keys(key);
+    CollectionKeys keys{CollectionKeyTexts(key)};
     field = std::move(key);
     if (attributes_) {
         give(*attributes_.Get(), std::move(keys.attributes));

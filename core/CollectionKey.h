@@ -8,6 +8,16 @@
 
 namespace tam {
 
+/// The keys of an owner's three collections. They are made before anything is changed:
+/// behind them nothing of a key's writing can fail.
+struct CollectionKeyTexts {
+    explicit CollectionKeyTexts(const std::wstring& ownersKey)
+        : inputs(ownersKey + L"\\RIN"), outputs(ownersKey + L"\\ROU"), attributes(ownersKey + L"\\ATT") {}
+    std::wstring inputs;
+    std::wstring outputs;
+    std::wstring attributes;
+};
+
 /// A key that nobody shares yet. Making one takes memory, setting it takes none.
 using NewCollectionKey = std::shared_ptr<std::wstring>;
 

@@ -1,5 +1,6 @@
 #include "host/GenericObject.h"
 
+#include "core/CollectionKey.h"
 #include "core/RunTimeError.h"
 #include "host/Library.h"
 
@@ -12,11 +13,6 @@ namespace {
 
 constexpr std::wstring_view kProgId = L"O_Generic.CDBAppObject";
 
-// Keys of the collections: the block's key and what kind of points they hold.
-constexpr const wchar_t* kInputKey = L"\\RIN";
-constexpr const wchar_t* kOutputKey = L"\\ROU";
-constexpr const wchar_t* kAttributeKey = L"\\ATT";
-
 template <class Points, class Item>
 com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const BlockRef& block) {
     auto points = Points::Make();
@@ -26,16 +22,6 @@ com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const B
     }
     return points;
 }
-
-/// The keys of the collections under their block's key. They are made before anything
-/// is changed: behind them nothing of a key's writing can fail.
-struct CollectionKeys {
-    explicit CollectionKeys(const std::wstring& key)
-        : inputs(key + kInputKey), outputs(key + kOutputKey), attributes(key + kAttributeKey) {}
-    std::wstring inputs;
-    std::wstring outputs;
-    std::wstring attributes;
-};
 
 } // namespace
 
@@ -82,11 +68,11 @@ void GenericObject::MakePoints() {
     for (const Definition& said : definition->attributes) {
         attributes->Add(GenericAttribute::Make(said, link));
     }
-    CollectionKeys global(globalKey_);
+    tam::CollectionKeyTexts global(globalKey_);
     inputs->SetGlobalKey(std::move(global.inputs));
     outputs->SetGlobalKey(std::move(global.outputs));
     attributes->SetGlobalKey(std::move(global.attributes));
-    CollectionKeys extended(extendedKey_);
+    tam::CollectionKeyTexts extended(extendedKey_);
     inputs->SetExtendedKey(std::move(extended.inputs));
     outputs->SetExtendedKey(std::move(extended.outputs));
     attributes->SetExtendedKey(std::move(extended.attributes));
@@ -178,7 +164,7 @@ STDMETHODIMP GenericObject::ViewDatasheet(VARIANT) {
 STDMETHODIMP GenericObject::put_GlobalKey(BSTR value) {
     return Do([&] {
         std::wstring key = com::Text(value);
-        CollectionKeys keys(key);
+        tam::CollectionKeyTexts keys(key);
         globalKey_ = std::move(key);
         if (attributes_) {
             inputs_->SetGlobalKey(std::move(keys.inputs));
@@ -191,7 +177,7 @@ STDMETHODIMP GenericObject::put_GlobalKey(BSTR value) {
 STDMETHODIMP GenericObject::put_ExtendedKey(BSTR value) {
     return Do([&] {
         std::wstring key = com::Text(value);
-        CollectionKeys keys(key);
+        tam::CollectionKeyTexts keys(key);
         extendedKey_ = std::move(key);
         if (attributes_) {
             inputs_->SetExtendedKey(std::move(keys.inputs));

@@ -105,6 +105,13 @@ TEST_F(CollectionKeyTest, TakesAKeyThatIsMadeWithoutMemory) {
     }
 }
 
+TEST(CollectionKeyTextsTest, EndInTheKindOfPoints) {
+    const CollectionKeyTexts texts(L"Plant\\M3");
+    EXPECT_EQ(texts.inputs, L"Plant\\M3\\RIN");
+    EXPECT_EQ(texts.outputs, L"Plant\\M3\\ROU");
+    EXPECT_EQ(texts.attributes, L"Plant\\M3\\ATT");
+}
+
 } // namespace
 
 } // namespace tam
