@@ -63,11 +63,7 @@ class CDBAppObjectDatasheetTest : public ModuleTest {
         EXPECT_EQ(module->ViewDatasheet(com::Variant(0L).Get()), S_OK);
         EXPECT_EQ(shell.calls.size(), 1u);
     }
-    void ExpectOneBox(const std::wstring& text) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectBox(boxes[0], text, L"Gateway Object");
-    }
+    void ExpectOneBox(const std::wstring& text) { ExpectOnlyBox(Boxes(), text, L"Gateway Object"); }
 };
 
 TEST_F(CDBAppObjectDatasheetTest, FindsNone) {

@@ -51,11 +51,7 @@ class CDBAppObjectExportTest : public ModuleTest {
         EXPECT_EQ(Long(module, &IAppObject::get_CDBDimension), cdb);
         EXPECT_EQ(Long(module, &IAppObject::get_DDBDimension), ddb);
     }
-    void ExpectNoCompilerBox() {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectBox(boxes[0], kNoCompiler, L"Gateway Object");
-    }
+    void ExpectNoCompilerBox() { ExpectOnlyBox(Boxes(), kNoCompiler, L"Gateway Object"); }
     /// The size that the compiler's text gives.
     long Size(const std::wstring& text) {
         UseDatabaseLocation();

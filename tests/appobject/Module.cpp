@@ -102,9 +102,7 @@ com::Ref<IAppObject> ModuleTest::Defined(const std::wstring& content, const std:
 
 void ModuleTest::ExpectOneReport(const std::wstring& description, const std::wstring& callingObject,
                                  const std::wstring& callingFunction, const std::wstring& source) {
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], description, callingObject, callingFunction, source);
+    ExpectOnlyReport(Boxes(), description, callingObject, callingFunction, source);
 }
 
 } // namespace modules

@@ -2,6 +2,7 @@
 
 #include "tests/support/Fixture.h"
 #include "tests/support/HostWindows.h"
+#include "tests/support/OnlyBox.h"
 
 #include "com/Object.h"
 

@@ -2,6 +2,7 @@
 
 #include "common/resource.h"
 #include "tests/support/Fixture.h"
+#include "tests/support/OnlyBox.h"
 
 #include <windows.h>
 

@@ -34,9 +34,7 @@ class EditorFaultTest : public DialogTest {
     }
     void ExpectOneReport(const std::wstring& description, const std::wstring& form,
                          const std::wstring& procedure) {
-        const auto messages = Messages();
-        ASSERT_EQ(messages.size(), 1U);
-        support::ExpectReport(messages[0], description, form, procedure, L"Host");
+        support::ExpectOnlyReport(Messages(), description, form, procedure, L"Host");
     }
     /// OK on a point that refuses the value: the text is shown, the form stays.
     void ExpectOkFails(HostPoint& point, const std::wstring& text) {
@@ -50,9 +48,7 @@ class EditorFaultTest : public DialogTest {
         });
         EXPECT_EQ(point.value, before);
         EXPECT_TRUE(point.writes.empty());
-        const auto messages = Messages();
-        ASSERT_EQ(messages.size(), 1U);
-        support::ExpectBox(messages[0], text, L"Gateway Object", MB_ICONEXCLAMATION);
+        support::ExpectOnlyBox(Messages(), text, L"Gateway Object", MB_ICONEXCLAMATION);
     }
 
     HostPoint number_{L"Speed", L"40", L"SignedNumeric"};
@@ -116,9 +112,8 @@ TEST_F(EditorFaultTest, AMinimumThatCannotBeReadFailsOk) {
         dialog.Click(IDCANCEL);
     });
     EXPECT_TRUE(number_.writes.empty());
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectBox(messages[0], L"error in calculating the value", L"Gateway Object", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"error in calculating the value", L"Gateway Object",
+                           MB_ICONEXCLAMATION);
 }
 
 TEST_F(EditorFaultTest, ALengthThatCannotBeReadIsReported) {
@@ -183,9 +178,7 @@ TEST_F(EditorFaultTest, CancelOfAStructureReportsTheFirstValueThatItCannotRestor
     });
     EXPECT_EQ(text_.value, L"attic");
     EXPECT_EQ(number_.value, L"40") << "the others are restored all the same";
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectReport(messages[0], HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
+    support::ExpectOnlyReport(Messages(), HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
 }
 
 TEST_F(EditorFaultTest, CancelOfANestedStructureReportsToo) {
@@ -208,9 +201,7 @@ TEST_F(EditorFaultTest, CancelOfANestedStructureReportsToo) {
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(number_.value, L"40") << "the outer Cancel could restore it";
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectReport(messages[0], HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
+    support::ExpectOnlyReport(Messages(), HostPoint::kRefusal, kRestoring, L"Sub Form_Unload", L"Host");
 }
 
 TEST_F(EditorFaultTest, AFieldThatRefusesItsValueAtOkLeavesTheStructureOpen) {
@@ -231,9 +222,7 @@ TEST_F(EditorFaultTest, AFieldThatRefusesItsValueAtOkLeavesTheStructureOpen) {
     EXPECT_EQ(text_.value, L"hall");
     EXPECT_TRUE(number_.writes.empty());
     EXPECT_TRUE(structure.writes.empty());
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectBox(messages[0], L"error calculating CP value", L"Gateway Object", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"error calculating CP value", L"Gateway Object", MB_ICONEXCLAMATION);
 }
 
 TEST_F(EditorFaultTest, AHostsErrorReachesAScriptWithItsSource) {

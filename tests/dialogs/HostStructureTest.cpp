@@ -33,10 +33,8 @@ class HostStructureTest : public DialogTest {
         return std::wstring(text.View());
     }
     void ExpectOneReport(const std::wstring& description) {
-        const auto messages = Messages();
-        ASSERT_EQ(messages.size(), 1U);
-        support::ExpectReport(messages[0], description, L"lvwMain_DblClick Form frmCPModif4",
-                              L"Sub lvwMain_DblClick", L"Host");
+        support::ExpectOnlyReport(Messages(), description, L"lvwMain_DblClick Form frmCPModif4",
+                                  L"Sub lvwMain_DblClick", L"Host");
     }
     /// A field's editor could not be opened, and Cancel could not tell whether the
     /// field is as it was.
@@ -49,9 +47,7 @@ class HostStructureTest : public DialogTest {
                               L"Host");
     }
     void ExpectOneMessage(const std::wstring& text, const std::wstring& caption) {
-        const auto messages = Messages();
-        ASSERT_EQ(messages.size(), 1U);
-        support::ExpectBox(messages[0], text, caption, MB_ICONEXCLAMATION);
+        support::ExpectOnlyBox(Messages(), text, caption, MB_ICONEXCLAMATION);
     }
 
     /// Confirms a new number in the editor of the first field.

@@ -11,7 +11,6 @@
 namespace dialogs {
 namespace {
 
-using support::ExpectBox;
 using support::Local;
 
 class NumericCorrectionTest : public DialogTest {
@@ -27,9 +26,7 @@ class NumericCorrectionTest : public DialogTest {
         EXPECT_EQ(dialog.Text(kValueBox), limit);
         EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, static_cast<int>(limit.size())));
         EXPECT_TRUE(dialog.IsEnabled(IDOK));
-        const auto messages = TakeMessages();
-        ASSERT_EQ(messages.size(), 1U);
-        ExpectBox(messages[0], L"The value is greater than " + limit, L"Gateway Object");
+        support::ExpectOnlyBox(TakeMessages(), L"The value is greater than " + limit, L"Gateway Object");
     }
     /// The message boxes so far; the dialogs around them are left out.
     std::vector<bench::Box> TakeMessages() {
@@ -128,9 +125,8 @@ TEST_F(NumericCorrectionTest, TheMaximumIsReadAtEachChangeAndTheMinimumAtOk) {
         dialog.Click(IDOK);
         EXPECT_EQ(dialog.Text(kValueBox), Local(L"45.5"));
         EXPECT_EQ(dialog.Selection(kValueBox), std::make_pair(0, 4));
-        const auto messages = TakeMessages();
-        ASSERT_EQ(messages.size(), 1U);
-        ExpectBox(messages[0], L"The value is less than " + Local(L"45.5"), L"Gateway Object");
+        support::ExpectOnlyBox(TakeMessages(), L"The value is less than " + Local(L"45.5"),
+                               L"Gateway Object");
         min = L"";
         dialog.Type(kValueBox, L"1");
         dialog.Click(IDOK);

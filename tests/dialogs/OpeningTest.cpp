@@ -119,10 +119,8 @@ TEST_F(OpeningTest, ATextOfNoLengthTakesNoCharacter) {
                        dialog.Click(IDCANCEL);
                    }),
               S_OK);
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectBox(messages[0], L"The text cannot exceed 0 characters", L"Name too long",
-                       MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"The text cannot exceed 0 characters", L"Name too long",
+                           MB_ICONEXCLAMATION);
 }
 
 TEST_F(OpeningTest, ATextIsLimitedByItsTypeAndNotByTheBox) {

@@ -7,7 +7,6 @@
 namespace dialogs {
 namespace {
 
-using support::ExpectBox;
 using support::Local;
 
 class frmCPModif1Test : public DialogTest {};
@@ -95,9 +94,7 @@ TEST_F(frmCPModif1Test, CorrectsAValueAboveTheMaximumWhileItIsTyped) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"500.25"));
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"The value is greater than " + Local(L"500.25"), L"Gateway Object");
+    support::ExpectOnlyBox(Messages(), L"The value is greater than " + Local(L"500.25"), L"Gateway Object");
 }
 
 TEST_F(frmCPModif1Test, ConfirmsAValueAboveTheMaximumThatNobodyTouched) {
@@ -121,9 +118,7 @@ TEST_F(frmCPModif1Test, RefusesAValueBelowTheMinimumAtOk) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, Local(L"-100.5"));
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"The value is less than " + Local(L"-100.5"), L"Gateway Object");
+    support::ExpectOnlyBox(Messages(), L"The value is less than " + Local(L"-100.5"), L"Gateway Object");
 }
 
 TEST_F(frmCPModif1Test, ChecksNothingWithoutLimits) {
@@ -269,9 +264,8 @@ TEST_F(frmCPModif1Test, SaysThatATextWithoutANumberCannotBeWritten) {
         dialog.Click(IDCANCEL);
     });
     EXPECT_EQ(value, L"12");
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"error in calculating the value", L"Gateway Object", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"error in calculating the value", L"Gateway Object",
+                           MB_ICONEXCLAMATION);
 }
 
 TEST_F(frmCPModif1Test, RefusesToOpenASecondTime) {

@@ -6,8 +6,6 @@
 namespace dialogs {
 namespace {
 
-using support::ExpectBox;
-
 class frmCPModif2Test : public DialogTest {};
 
 TEST_F(frmCPModif2Test, ShowsThePointItsTypeAndItsLength) {
@@ -47,9 +45,8 @@ TEST_F(frmCPModif2Test, CutsAPastedTextOnce) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"one_two_");
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"The text cannot exceed 8 characters", L"Name too long", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"The text cannot exceed 8 characters", L"Name too long",
+                           MB_ICONEXCLAMATION);
 }
 
 TEST_F(frmCPModif2Test, EscapeResetsTheTextAndEnterConfirms) {

@@ -9,8 +9,6 @@
 namespace dialogs {
 namespace {
 
-using support::ExpectBox;
-
 class frmCPModif4Test : public DialogTest {
   protected:
     void SetUp() override {
@@ -198,9 +196,8 @@ TEST_F(frmCPModif4Test, SaysThatAFieldWithoutEditorCannotBeChanged) {
         dialog.DoubleClickRow(IDC_FIELDS, 5);
         dialog.Click(IDCANCEL);
     });
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"Unknown or Not modificable Attribute", L"Edit Value", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"Unknown or Not modificable Attribute", L"Edit Value",
+                           MB_ICONEXCLAMATION);
 }
 
 TEST_F(frmCPModif4Test, TheKeyboardAndTheButtonOpenTheSelectedField) {
@@ -227,9 +224,7 @@ TEST_F(frmCPModif4Test, StaysOpenWhenTheDataPointRefusesTheValue) {
         EXPECT_TRUE(dialog.IsOpen());
         dialog.Click(IDCANCEL);
     });
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    ExpectBox(messages[0], L"error calculating CP value", L"Gateway Object", MB_ICONEXCLAMATION);
+    support::ExpectOnlyBox(Messages(), L"error calculating CP value", L"Gateway Object", MB_ICONEXCLAMATION);
 }
 
 TEST_F(frmCPModif4Test, AnEditorThatCannotReadItsFieldIsReported) {
@@ -240,10 +235,8 @@ TEST_F(frmCPModif4Test, AnEditorThatCannotReadItsFieldIsReported) {
         dialog.DoubleClickRow(IDC_FIELDS, 0);
         dialog.Click(IDCANCEL);
     });
-    const auto messages = Messages();
-    ASSERT_EQ(messages.size(), 1U);
-    support::ExpectReport(messages[0], support::kOverflowText, L"lvwMain_DblClick Form frmCPModif4",
-                          L"Sub lvwMain_DblClick");
+    support::ExpectOnlyReport(Messages(), support::kOverflowText, L"lvwMain_DblClick Form frmCPModif4",
+                              L"Sub lvwMain_DblClick");
 }
 
 TEST_F(frmCPModif4Test, ADataPointThatNoEditorFitsOpensNothing) {

@@ -35,18 +35,14 @@ TEST_F(CDBAttributeXmlTest, SavesAnEmptyElementOfItsName) {
 TEST_F(CDBAttributeXmlTest, ReportsASaveWithoutDocument) {
     const Document document = Parse(L"<Host/>");
     EXPECT_EQ(One().As<_CDBAttribute>()->XMLSave(Root(document).Get(), nullptr), S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XMLSave");
+    ExpectOnlyReport(Boxes(), kObjectNotSetText, kReportClass, L"Sub XMLSave");
     EXPECT_EQ(ChildNames(document, L"Host"), std::vector<std::wstring>{});
 }
 
 TEST_F(CDBAttributeXmlTest, ReportsASaveWithoutParentNode) {
     const Document document = Parse(L"<Host/>");
     EXPECT_EQ(One().As<_CDBAttribute>()->XMLSave(nullptr, document.Get()), S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XMLSave");
+    ExpectOnlyReport(Boxes(), kObjectNotSetText, kReportClass, L"Sub XMLSave");
 }
 
 TEST_F(CDBAttributeXmlTest, BearsAHostThatDropsTheLastReferenceWhileABoxIsShown) {
@@ -61,10 +57,8 @@ TEST_F(CDBAttributeXmlTest, BearsAHostThatDropsTheLastReferenceWhileABoxIsShown)
     EXPECT_EQ(asked->XmlLoad(saved.Get()), S_OK);
     Watcher().OnBox(nullptr);
     EXPECT_FALSE(gain);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"Can't find the node related to SNVT ID 777",
-              L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(), L"Can't find the node related to SNVT ID 777",
+                  L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
     EXPECT_EQ(Dll().CanUnload(), S_OK);
 }
 
@@ -117,10 +111,8 @@ TEST_F(CDBAttributeXmlTest, ChangesNothingForAnEmptyElement) {
 TEST_F(CDBAttributeXmlTest, ShowsAnUnknownTypeOnceAndKeepsTheOld) {
     const auto gain = One();
     EXPECT_EQ(LoadSaved(gain, L"<Gain><SNVT_TYPE>999</SNVT_TYPE></Gain>"), S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"Can't find the node related to SNVT ID 999",
-              L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(), L"Can't find the node related to SNVT ID 999",
+                  L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
     EXPECT_EQ(TypeOf(gain), L"105");
 }
 
@@ -128,26 +120,20 @@ TEST_F(CDBAttributeXmlTest, ReportsATypeWithoutTextAndKeepsWhatWasLoaded) {
     const auto gain = One();
     EXPECT_EQ(LoadSaved(gain, L"<Gain><SNVT_TYPE>95</SNVT_TYPE><SNVT_TYPE/><SNVT_TYPE>8</SNVT_TYPE></Gain>"),
               S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XmlLoad");
+    ExpectOnlyReport(Boxes(), kObjectNotSetText, kReportClass, L"Sub XmlLoad");
     EXPECT_EQ(TypeOf(gain), L"95");
 }
 
 TEST_F(CDBAttributeXmlTest, ReportsALoadWithoutElement) {
     const auto gain = One();
     EXPECT_EQ(gain.As<_CDBAttribute>()->XmlLoad(nullptr), S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, kReportClass, L"Sub XmlLoad");
+    ExpectOnlyReport(Boxes(), kObjectNotSetText, kReportClass, L"Sub XmlLoad");
 }
 
 TEST_F(CDBAttributeXmlTest, ReportsALoadFromAnObjectThatIsNoNode) {
     const auto gain = One();
     EXPECT_EQ(gain.As<_CDBAttribute>()->XmlLoad(module.Get()), S_OK);
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kTypeMismatchText, kReportClass, L"Sub XmlLoad");
+    ExpectOnlyReport(Boxes(), kTypeMismatchText, kReportClass, L"Sub XmlLoad");
 }
 
 TEST_F(CDBAttributeXmlTest, LoadsWhatItSavedWithoutAChange) {

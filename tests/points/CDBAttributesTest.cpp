@@ -19,9 +19,7 @@ class CDBAttributesTest : public PointsTest {
         return Attributes(module);
     }
     void ExpectStopped(const std::wstring& description, const CalledFrom& = {}) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad");
+        ExpectOnlyReport(Boxes(), description, L"O_Tam_id Class Module CDBAttributes", L"Sub XmlLoad");
     }
 };
 

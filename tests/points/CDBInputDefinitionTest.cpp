@@ -115,10 +115,9 @@ TEST_F(CDBInputDefinitionTest, DoesNotWarnOfAnEmptyChildWhileTheListHasEntries) 
 
 TEST_F(CDBInputDefinitionTest, NamesItsModuleInTheWarning) {
     module = Loaded(Stream(L"<In1><SNVTCOMPATIBILITYLIST/></In1>", {}, {}, L"Valve 3"));
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"In1: SNVT Compatibility list not defined into the XML file of the object Valve 3.",
-              L"Warning", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(),
+                  L"In1: SNVT Compatibility list not defined into the XML file of the object Valve 3.",
+                  L"Warning", MB_ICONSTOP);
 }
 
 TEST_F(CDBInputDefinitionTest, ReadsKeywordsInAnyLetterCaseByLocalName) {

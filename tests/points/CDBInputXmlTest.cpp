@@ -19,9 +19,7 @@ class CDBInputXmlTest : public PointsTest {
     std::wstring Type() { return Interop(module, L"Inputs", L"In1", L"SNVTType"); }
     void ExpectOneReport(const std::wstring& description, const std::wstring& procedure,
                          const CalledFrom& = {}) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, kReportClass, procedure);
+        ExpectOnlyReport(Boxes(), description, kReportClass, procedure);
     }
 };
 

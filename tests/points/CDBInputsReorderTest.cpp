@@ -33,9 +33,7 @@ class CDBInputsReorderTest : public PointsTest {
         return Long(Item(inputs, &IInputs::get_Item, name), &IInput::get_Index);
     }
     void ExpectReported(const std::wstring& description, const CalledFrom& = {}) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, L"O_Tam_id Class Module CDBInputs", L"Sub XmlLoad");
+        ExpectOnlyReport(Boxes(), description, L"O_Tam_id Class Module CDBInputs", L"Sub XmlLoad");
     }
 };
 

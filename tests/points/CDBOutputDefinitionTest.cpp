@@ -32,10 +32,8 @@ TEST_F(CDBOutputDefinitionTest, LooksItsTypeUpOnce) {
 
 TEST_F(CDBOutputDefinitionTest, ShowsAnUnknownTypeOnceAndKeepsItAsCompatible) {
     const auto output = One(L"<SNVTTYPE>999</SNVTTYPE>");
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"Can't find the node related to SNVT ID 999",
-              L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(), L"Can't find the node related to SNVT ID 999",
+                  L"O_Tam_id-CSNVTType::ID [Property Let]", MB_ICONSTOP);
     EXPECT_EQ(TypeOf(output), L"");
     EXPECT_EQ(CompatibleOf(output), L"999");
 }
@@ -50,10 +48,9 @@ TEST_F(CDBOutputDefinitionTest, HasNoTypeWithoutATypeChild) {
 
 TEST_F(CDBOutputDefinitionTest, WarnsOfAnEmptyTypeAndMakesItAnEnumeration) {
     const auto output = One(L"<SNVTTYPE/><LOGICALADDRESS>A</LOGICALADDRESS>");
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"Out1: SNVT Compatibility list not defined into the XML file of the object Module.",
-              L"Warning", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(),
+                  L"Out1: SNVT Compatibility list not defined into the XML file of the object Module.",
+                  L"Warning", MB_ICONSTOP);
     EXPECT_EQ(TypeOf(output), L"");
     EXPECT_EQ(Text(Object(output, &IOutput::get_SNVTType), &ISNVType::get_GenType), L"Enum");
     EXPECT_EQ(CompatibleOf(output), L"");

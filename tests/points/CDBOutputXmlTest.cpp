@@ -27,9 +27,7 @@ class CDBOutputXmlTest : public PointsTest {
     }
     void ExpectOneReport(const std::wstring& description, const std::wstring& procedure,
                          const CalledFrom& = {}) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0], description, kReportClass, procedure);
+        ExpectOnlyReport(Boxes(), description, kReportClass, procedure);
     }
 };
 

@@ -137,9 +137,7 @@ TEST_F(ScriptArgumentsTest, RefusesNothingWhereAnObjectIsNeeded) {
 
 TEST_F(ScriptArgumentsTest, ReportsALoadFromNothing) {
     Call(Inputs(module).Get(), L"XmlLoad", Nothing());
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], kObjectNotSetText, L"O_Tam_id Class Module CDBInputs", L"Sub XmlLoad");
+    ExpectOnlyReport(Boxes(), kObjectNotSetText, L"O_Tam_id Class Module CDBInputs", L"Sub XmlLoad");
 }
 
 TEST_F(ScriptArgumentsTest, LoadsFromAVariable) {

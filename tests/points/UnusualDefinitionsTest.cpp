@@ -94,10 +94,9 @@ TEST_F(UnusualDefinitionsTest, AnOutputTakesTheWholeTextsForTheExport) {
 
 TEST_F(UnusualDefinitionsTest, AnOutputWarnsOfATypeOfACommentAlone) {
     const auto output = OneOutput(L"<SNVTTYPE><!-- none yet --></SNVTTYPE>");
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], L"Out1: SNVT Compatibility list not defined into the XML file of the object Module.",
-              L"Warning", MB_ICONSTOP);
+    ExpectOnlyBox(Boxes(),
+                  L"Out1: SNVT Compatibility list not defined into the XML file of the object Module.",
+                  L"Warning", MB_ICONSTOP);
     EXPECT_EQ(TypeOf(output), L"");
 }
 

@@ -115,11 +115,9 @@ class YieldLoadInsideLoadTest : public PointsTest {
         module = Loaded(Stream(Named({L"A", L"B", L"C"}), Named({L"A", L"B"})));
     }
     void ExpectEnded(const wchar_t* className) {
-        const auto boxes = Boxes();
-        ASSERT_EQ(boxes.size(), 1u);
-        ExpectReport(boxes[0],
-                     L"The load was ended, because the object was loaded again or destroyed meanwhile",
-                     className, L"Sub XmlLoad");
+        ExpectOnlyReport(Boxes(),
+                         L"The load was ended, because the object was loaded again or destroyed meanwhile",
+                         className, L"Sub XmlLoad");
     }
 };
 

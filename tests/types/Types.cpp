@@ -93,16 +93,12 @@ void TypesTest::ExpectNoBox(const CalledFrom&) {
 
 void TypesTest::ExpectMessage(const std::wstring& text, const std::wstring& caption, UINT icon,
                               const CalledFrom&) {
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectBox(boxes[0], text, caption, icon);
+    ExpectOnlyBox(Boxes(), text, caption, icon);
 }
 
 void TypesTest::ExpectAssignmentReport(const std::wstring& description, const std::wstring& id,
                                        const CalledFrom&) {
-    const auto boxes = Boxes();
-    ASSERT_EQ(boxes.size(), 1u);
-    ExpectReport(boxes[0], description, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'");
+    ExpectOnlyReport(Boxes(), description, L"CSNVTType", L"ID [Property Let]  -  ID = '" + id + L"'");
 }
 
 } // namespace types

@@ -2,6 +2,7 @@
 
 #include "tests/support/CalledFrom.h"
 #include "tests/support/Fixture.h"
+#include "tests/support/OnlyBox.h"
 
 #include <ostream>
 #include <string>
