@@ -203,7 +203,7 @@ TEST_F(GenericAttributeTest, FetchesFromItsOwnersDocumentWhatNobodyHandles) {
                                   L"</Other><Data><Object Key=\"B2\"><Value Name=\"Gain\">9</Value></Object>"
                                   L"<Other Key=\"B1\"><Value Name=\"Gain\">7</Value></Other>"
                                   L"<Object Key=\"B1\"><Other Name=\"Gain\">6</Other>"
-                                  L"<Value Name=\"Gain\">3.5</Value>"
+                                  L"<Value Name=\"Gain\">3.5</Value><Value Name=\"Gain\">4</Value>"
                                   L"<Value Name=\"Text\"/></Object></Data></Device>")
                             .Get(),
                         &loaded));
