@@ -8,14 +8,17 @@ namespace com {
 
 namespace {
 
+constexpr HRESULT ClassicError(WORD number) noexcept {
+    return MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, number);
+}
+
 /// An exception has a status code or, from script engines of old, the number
 /// of a classic run-time error.
 HRESULT CodeOf(const EXCEPINFO& exception) noexcept {
     if (exception.scode != 0) {
         return exception.scode;
     }
-    return exception.wCode != 0 ? MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, exception.wCode)
-                                : DISP_E_EXCEPTION;
+    return exception.wCode != 0 ? ClassicError(exception.wCode) : DISP_E_EXCEPTION;
 }
 
 /// The texts of an exception, which are the caller's to free.
@@ -51,32 +54,71 @@ Ref<IErrorInfo> InfoOf(const ExceptionTexts& texts, DWORD helpContext) {
     return info.As<IErrorInfo>();
 }
 
-[[noreturn]] void ThrowException(EXCEPINFO& exception) {
-    if (exception.pfnDeferredFillIn != nullptr) {
-        exception.pfnDeferredFillIn(&exception);
+/// What a member raised.
+class Raised {
+  public:
+    /// Takes the exception's texts.
+    explicit Raised(EXCEPINFO& exception) : exception_(FilledIn(exception)), texts_(exception_) {}
+    HRESULT Code() const noexcept { return CodeOf(exception_); }
+    [[noreturn]] void Throw() const { throw CallError(Code(), InfoOf(texts_, exception_.dwHelpContext)); }
+
+  private:
+    static const EXCEPINFO& FilledIn(EXCEPINFO& exception) {
+        if (exception.pfnDeferredFillIn != nullptr) {
+            exception.pfnDeferredFillIn(&exception);
+        }
+        return exception;
     }
-    const ExceptionTexts texts(exception);
-    throw CallError(CodeOf(exception), InfoOf(texts, exception.dwHelpContext));
+
+    const EXCEPINFO exception_;
+    const ExceptionTexts texts_;
+};
+
+HRESULT AskId(IDispatch& object, const std::wstring& name, DISPID& id) {
+    id = DISPID_UNKNOWN;
+    Bstr member(name);
+    BSTR text = member.Get();
+    ForgetErrors();
+    return object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
 }
 
 DISPID IdOf(IDispatch& object, const std::wstring& name) {
     DISPID id = DISPID_UNKNOWN;
-    Bstr member(name);
-    BSTR text = member.Get();
-    Call(object, &IDispatch::GetIDsOfNames, IID_NULL, &text, 1u, LOCALE_USER_DEFAULT, &id);
+    CheckCall(AskId(object, name, id), &object, IID_IDispatch);
     return id;
 }
 
-/// Calls a member and answers its HRESULT; an exception of the member is thrown.
+HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VARIANT* result,
+               EXCEPINFO& exception) {
+    ForgetErrors();
+    return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, nullptr);
+}
+
+/// The same; an exception of the member is thrown.
 HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VARIANT* result) {
     EXCEPINFO exception{};
-    ForgetErrors();
-    const HRESULT hr =
-        object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result, &exception, nullptr);
+    const HRESULT hr = Invoke(object, id, flags, params, result, exception);
     if (hr == DISP_E_EXCEPTION) {
-        ThrowException(exception);
+        Raised(exception).Throw();
     }
     return hr;
+}
+
+constexpr WORD kReads = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
+Variant CallById(IDispatch& object, DISPID id, DISPPARAMS params) {
+    Variant result;
+    CheckCall(Invoke(object, id, kReads, params, result.Put()), &object, IID_IDispatch);
+    return result;
+}
+
+constexpr HRESULT kNoSuchMember = ClassicError(438);
+constexpr HRESULT kNotSupported = ClassicError(445);
+
+/// How an object says that it has no such member.
+bool MeansNone(HRESULT code) noexcept {
+    return code == DISP_E_MEMBERNOTFOUND || code == DISP_E_UNKNOWNNAME || code == E_NOTIMPL ||
+           code == kNoSuchMember || code == kNotSupported;
 }
 
 } // namespace
@@ -84,11 +126,7 @@ HRESULT Invoke(IDispatch& object, DISPID id, WORD flags, DISPPARAMS& params, VAR
 Variant CallMember(IDispatch& object, const std::wstring& name, std::span<VARIANT> arguments) {
     const DISPID id = IdOf(object, name);
     std::vector<VARIANT> reversed(arguments.rbegin(), arguments.rend());
-    DISPPARAMS params{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-    Variant result;
-    CheckCall(Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, params, result.Put()), &object,
-              IID_IDispatch);
-    return result;
+    return CallById(object, id, {reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0});
 }
 
 Variant GetMember(IDispatch& object, const std::wstring& name) {
@@ -112,20 +150,33 @@ void PutMember(IDispatch& object, const std::wstring& name, const VARIANT& value
 
 bool HasMember(IDispatch& object, const std::wstring& name) {
     DISPID id = DISPID_UNKNOWN;
-    Bstr member(name);
-    BSTR text = member.Get();
-    return object.GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id) != DISP_E_UNKNOWNNAME;
+    return AskId(object, name, id) != DISP_E_UNKNOWNNAME;
 }
 
 Variant MemberOrNone(IDispatch& object, const std::wstring& name) {
-    return HasMember(object, name) ? GetMember(object, name) : Variant();
+    DISPID id = DISPID_UNKNOWN;
+    const HRESULT hr = AskId(object, name, id);
+    if (hr == DISP_E_UNKNOWNNAME) {
+        return {};
+    }
+    CheckCall(hr, &object, IID_IDispatch);
+    return CallById(object, id, {});
 }
 
 Variant MemberOrNone(IDispatch& object, DISPID id) {
     DISPPARAMS none{};
+    EXCEPINFO exception{};
     Variant result;
-    const HRESULT hr = Invoke(object, id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, none, result.Put());
-    if (hr == DISP_E_MEMBERNOTFOUND || hr == DISP_E_UNKNOWNNAME || hr == E_NOTIMPL) {
+    const HRESULT hr = Invoke(object, id, kReads, none, result.Put(), exception);
+    if (hr == DISP_E_EXCEPTION) {
+        // So arrives what a member of a type library answers.
+        const Raised raised(exception);
+        if (MeansNone(raised.Code())) {
+            return {};
+        }
+        raised.Throw();
+    }
+    if (MeansNone(hr)) {
         return {};
     }
     CheckCall(hr, &object, IID_IDispatch);

@@ -3,12 +3,15 @@
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
+#include "tests/support/ByNameDouble.h"
 #include "tests/support/Values.h"
 
 #include "com/LateBound.h"
 #include "core/RunTimeError.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -49,6 +52,34 @@ TEST_F(FieldListTest, AListThatCannotBeReadToItsEndIsNotShownAsAWholeOne) {
     }
 }
 
+TEST_F(FieldListTest, CancelRestoresWhatLiesBelowTenThousandFieldsAtMost) {
+    for (const std::size_t flat : {9'998U, 9'999U}) {
+        HostPoint deep(L"Deep", L"1", L"Float");
+        HostPoint inner(L"Inner", L"whole", L"Struct");
+        inner.SetFields({&deep});
+        auto collection = NamedObject::Make();
+        collection->Add(L"_NewEnum", [&](auto) {
+            std::vector<com::Variant> fields;
+            fields.emplace_back(inner.object.Get());
+            for (std::size_t i = 0; i < flat; ++i) {
+                fields.emplace_back(speed_.object.Get());
+            }
+            return support::ObjectValue(support::Values::Make(std::move(fields), S_FALSE).Get());
+        });
+        HostPoint structure(L"All", L"", L"Struct");
+        structure.object->Add(L"Fields", [&](auto) { return com::Variant(collection.Get()); });
+        Next([&](Shown& dialog) {
+            EXPECT_EQ(dialog.Rows(IDC_FIELDS), static_cast<int>(flat) + 1);
+            deep.value = L"2";
+            speed_.value = L"50";
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+        EXPECT_EQ(deep.value, flat == 9'998U ? L"1" : L"2") << flat;
+        EXPECT_EQ(speed_.value, L"40") << "the structure's own are restored however many they are";
+    }
+}
+
 /// A structure of one field whose list of fields can be counted, and has this to say
 /// when it is to be walked.
 class FieldListWalkTest : public FieldListTest {
@@ -70,6 +101,63 @@ TEST_F(FieldListWalkTest, AListWithoutAnEnumeratorIsCounted) {
         });
         EXPECT_EQ(EditCounted([none](auto) -> com::Variant { throw com::CallError(none); }), S_OK);
     }
+}
+
+TEST_F(FieldListWalkTest, AListThatRaisesThatItHasNoEnumeratorIsCounted) {
+    // A member of a type library answers its code as an exception, with or without a text.
+    // 438 and 445: the run-time errors for no such member, and for one that is not supported.
+    for (const HRESULT none : {E_NOTIMPL, DISP_E_MEMBERNOTFOUND, DISP_E_UNKNOWNNAME,
+                               MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 438),
+                               MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 445)}) {
+        SCOPED_TRACE(none);
+        Next([](Shown& dialog) {
+            EXPECT_EQ(dialog.Rows(IDC_FIELDS), 1);
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(EditCounted([none](auto) -> com::Variant {
+                      throw tam::RunTimeError(none, L"Host", L"There is no enumerator");
+                  }),
+                  S_OK);
+    }
+}
+
+/// A data point that counts how often it is asked for the number of a member.
+class AskedPoint final : public support::ByNameDouble {
+  public:
+    AskedPoint() : ByNameDouble({L"Name", L"Value", L"DispValue"}) {}
+    STDMETHODIMP GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) override {
+        asked += std::wstring_view(names[0]) == L"DispValue" ? 1 : 0;
+        return ByNameDouble::GetIDsOfNames(iid, names, count, locale, ids);
+    }
+
+    int asked = 0;
+    int read = 0;
+
+  private:
+    HRESULT Call(std::size_t member, WORD, DISPPARAMS&, VARIANT* result, EXCEPINFO*) override {
+        read += member == 2 ? 1 : 0;
+        *result = com::Variant(names_[member]).Detach();
+        return S_OK;
+    }
+};
+
+TEST_F(FieldListTest, AsksAFieldOnceForEachReadOfAMemberThatItMayLack) {
+    const auto field = com::Ref<AskedPoint>::Own(new AskedPoint);
+    auto collection = NamedObject::Make();
+    collection->Add(L"_NewEnum", [&](auto) {
+        std::vector<com::Variant> fields;
+        fields.emplace_back(field.Get());
+        return support::ObjectValue(support::Values::Make(std::move(fields), S_FALSE).Get());
+    });
+    HostPoint structure(L"All", L"", L"Struct");
+    structure.object->Add(L"Fields", [&](auto) { return com::Variant(collection.Get()); });
+    Next([](Shown& dialog) {
+        EXPECT_EQ(dialog.Rows(IDC_FIELDS), 1);
+        dialog.Click(IDCANCEL);
+    });
+    ASSERT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
+    EXPECT_GE(field->read, 1);
+    EXPECT_EQ(field->asked, field->read);
 }
 
 TEST_F(FieldListWalkTest, AListWhoseEnumeratorFailsIsToldAsTheHostToldIt) {
