@@ -1,5 +1,7 @@
 #include "tests/dialogs/Driver.h"
 
+#include "tests/support/Clipboard.h"
+
 #include <commctrl.h>
 
 #include <algorithm>
@@ -10,6 +12,15 @@ namespace dialogs {
 namespace {
 
 constexpr UINT kRunScript = WM_APP;
+
+/// While a window of the test's own has it open, it is not to be had.
+BOOL WINAPI OpenWhenOthersLeaveIt(HWND window) {
+    return support::OpenClipboardOf(window, [] {
+        DWORD process = 0;
+        GetWindowThreadProcessId(GetOpenClipboardWindow(), &process);
+        return process == GetCurrentProcessId();
+    });
+}
 
 constexpr const wchar_t* kCatalogue =
     L"<SNVT_105><Name>SNVT_temp_p</Name><Type>SignedNumeric</Type><Unit>\u00B0C</Unit><Min>-100.5</Min>"
@@ -113,13 +124,13 @@ std::pair<int, int> Shown::Selection(int id) const {
 }
 
 void Shown::Copy(const std::wstring& text) const {
-    ASSERT_TRUE(OpenClipboard(window_));
+    const support::OpenedClipboard clipboard(window_);
+    ASSERT_TRUE(clipboard);
     EmptyClipboard();
     const HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
     std::copy_n(text.c_str(), text.size() + 1, static_cast<wchar_t*>(GlobalLock(data)));
     GlobalUnlock(data);
     SetClipboardData(CF_UNICODETEXT, data);
-    CloseClipboard();
 }
 
 void Shown::PressPaste(int id) const {
@@ -161,6 +172,9 @@ void DialogTest::SetUp() {
     ComponentTest::SetUp();
     ASSERT_TRUE(kUnmanaged);
     SetCatalogue(kCatalogue);
+    clipboard_.emplace(Dll().Module(), "OpenClipboard",
+                       reinterpret_cast<const void*>(&OpenWhenOthersLeaveIt));
+    EXPECT_TRUE(clipboard_->IsImported());
     runner_ = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     SetWindowLongPtrW(runner_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetWindowLongPtrW(runner_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&DialogTest::RunnerProcedure));
@@ -181,6 +195,7 @@ void DialogTest::TearDown() {
     Watcher().OnBox(nullptr);
     Messages();
     DestroyWindow(runner_);
+    clipboard_.reset();
     ComponentTest::TearDown();
 }
 

@@ -2,12 +2,14 @@
 
 #include "common/resource.h"
 #include "tests/support/Fixture.h"
+#include "tests/support/ImportPatch.h"
 #include "tests/support/OnlyBox.h"
 
 #include <windows.h>
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -104,6 +106,8 @@ class DialogTest : public support::ComponentTest {
     void Run(HWND dialog);
 
     HWND runner_ = nullptr;
+    /// The component opens the clipboard once, and a program of the desktop may have it then.
+    std::optional<support::ImportPatch> clipboard_;
     std::deque<Script> scripts_;
     std::deque<Script> running_;
     std::vector<std::wstring> handled_;

@@ -3,6 +3,7 @@
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
+#include "tests/support/Clipboard.h"
 
 #include <commctrl.h>
 
@@ -246,9 +247,11 @@ TEST_F(OpeningTest, OkWithoutAChosenEntryWritesNothing) {
 
 TEST_F(OpeningTest, APasteFromAnEmptyClipboardChangesNothing) {
     const auto value = DialogTest::Edit(Attribute(kText, L"hall"), [](Shown& dialog) {
-        ASSERT_TRUE(OpenClipboard(dialog.Window()));
-        EmptyClipboard();
-        CloseClipboard();
+        {
+            const support::OpenedClipboard clipboard(dialog.Window());
+            ASSERT_TRUE(clipboard);
+            EmptyClipboard();
+        }
         dialog.Select(IDC_NEW_VALUE, 4, 4);
         SendMessageW(dialog.Control(IDC_NEW_VALUE), WM_PASTE, 0, 0);
         EXPECT_EQ(dialog.Text(IDC_NEW_VALUE), L"hall");

@@ -2,6 +2,7 @@
 
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
+#include "tests/support/Clipboard.h"
 
 #include <functional>
 #include <string>
@@ -9,16 +10,6 @@
 
 namespace dialogs {
 namespace {
-
-/// The clipboard, open for a window until this object is gone: no other window
-/// can read it meanwhile.
-class OpenedClipboard {
-  public:
-    explicit OpenedClipboard(const Shown& dialog) { EXPECT_TRUE(OpenClipboard(dialog.Window())); }
-    ~OpenedClipboard() { CloseClipboard(); }
-    OpenedClipboard(const OpenedClipboard&) = delete;
-    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-};
 
 class PasteTest : public DialogTest {
   protected:
@@ -41,7 +32,8 @@ class PasteTest : public DialogTest {
 TEST_F(PasteTest, AnEmptyClipboard) {
     ExpectNothingPasted([](Shown& dialog) {
         {
-            const OpenedClipboard clipboard(dialog);
+            const support::OpenedClipboard clipboard(dialog.Window());
+            ASSERT_TRUE(clipboard);
             EmptyClipboard();
         }
         dialog.PressPaste(kValueBox);
@@ -51,7 +43,8 @@ TEST_F(PasteTest, AnEmptyClipboard) {
 TEST_F(PasteTest, AClipboardOfOtherData) {
     ExpectNothingPasted([](Shown& dialog) {
         {
-            const OpenedClipboard clipboard(dialog);
+            const support::OpenedClipboard clipboard(dialog.Window());
+            ASSERT_TRUE(clipboard);
             EmptyClipboard();
             EXPECT_NE(SetClipboardData(RegisterClipboardFormatW(L"A drawing"), GlobalAlloc(GMEM_MOVEABLE, 4)),
                       nullptr);
@@ -63,7 +56,8 @@ TEST_F(PasteTest, AClipboardOfOtherData) {
 TEST_F(PasteTest, AClipboardThatAnotherWindowHasOpen) {
     ExpectNothingPasted([](Shown& dialog) {
         dialog.Copy(L"7");
-        const OpenedClipboard clipboard(dialog);
+        const support::OpenedClipboard clipboard(dialog.Window());
+        ASSERT_TRUE(clipboard);
         dialog.PressPaste(kValueBox);
     });
 }

@@ -1,6 +1,7 @@
 #include "common/resource.h"
 #include "tests/dialogs/Driver.h"
 #include "tests/dialogs/HostPoint.h"
+#include "tests/support/Clipboard.h"
 
 #include "com/Counted.h"
 #include "com/Object.h"
@@ -95,13 +96,11 @@ class frmErrorTest : public DialogTest {
     static std::wstring Copied(const Shown& dialog, int id, int start, int end) {
         dialog.Select(id, start, end);
         SendMessageW(dialog.Control(id), WM_COPY, 0, 0);
-        std::wstring text;
-        if (OpenClipboard(dialog.Window()) != FALSE) {
-            const HANDLE data = GetClipboardData(CF_UNICODETEXT);
-            text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : L"";
-            GlobalUnlock(data);
-            CloseClipboard();
-        }
+        const support::OpenedClipboard clipboard(dialog.Window());
+        EXPECT_TRUE(clipboard);
+        const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+        const std::wstring text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : L"";
+        GlobalUnlock(data);
         return text;
     }
 };
