@@ -1,5 +1,6 @@
 // The lists: cells, order, filter, pages.
 
+#include "tests/support/Clipboard.h"
 #include "tests/view/Fixture.h"
 
 #include <algorithm>
@@ -130,10 +131,10 @@ TEST_F(GridTest, SelectsAllAndCopiesThemAsATable) {
     viewer_.Pick(IDC_INPUTS, 0);
     viewer_.Do(IDM_EDIT_SELECT_ALL);
     viewer_.Do(IDM_EDIT_COPY);
-    ASSERT_TRUE(OpenClipboard(nullptr));
+    const support::OpenedClipboard clipboard(nullptr);
+    ASSERT_TRUE(clipboard);
     const HANDLE data = GetClipboardData(CF_UNICODETEXT);
     const std::wstring text = data != nullptr ? static_cast<const wchar_t*>(GlobalLock(data)) : L"";
-    CloseClipboard();
     EXPECT_EQ(3, std::count(text.begin(), text.end(), L'\n')) << Narrow(text);
     EXPECT_TRUE(text.starts_with(L"AO1_In1\t")) << Narrow(text);
     EXPECT_NE(std::wstring::npos, text.find(L"\r\nDO1_In1\t95 switch\tDI1_Out\t")) << Narrow(text);

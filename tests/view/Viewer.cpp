@@ -21,7 +21,6 @@ namespace {
 
 using benchtest::Narrow;
 
-constexpr DWORD kLongest = 60000;
 constexpr DWORD kPause = 5;
 
 struct Search {

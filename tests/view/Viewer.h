@@ -11,6 +11,9 @@ namespace viewtest {
 
 using Texts = std::vector<std::wstring>;
 
+/// How long something is waited for that is to come at once, in milliseconds.
+inline constexpr DWORD kLongest = 60'000;
+
 /// Asks again and again until it holds. False, and a failed test, when it does not
 /// within a minute.
 bool Await(const std::string& what, const std::function<bool()>& holds);
