@@ -44,6 +44,25 @@ HANDLE OpenOutput(const std::wstring& output, const std::wstring& own) {
                                OPEN_EXISTING);
 }
 
+using Runs = std::map<std::vector<std::wstring>, Outcome>;
+
+/// What Bench has run, by its arguments.
+Runs& RememberedRuns() {
+    static Runs runs;
+    return runs;
+}
+
+/// When all tests run again, the files that their commands write are gone.
+class ForgetsRuns final : public testing::EmptyTestEventListener {
+  public:
+    void OnTestIterationStart(const testing::UnitTest&, int) override { RememberedRuns().clear(); }
+};
+
+[[maybe_unused]] const bool kForgets = [] {
+    testing::UnitTest::GetInstance()->listeners().Append(new ForgetsRuns); // which owns it
+    return true;
+}();
+
 /// An argument as the program's start-up code reads it back.
 std::wstring Quoted(const std::wstring& argument) {
     std::wstring quoted = L"\"";
@@ -107,7 +126,7 @@ Outcome RunBench(const std::vector<std::wstring>& arguments, const std::wstring&
 }
 
 Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
-    static std::map<std::vector<std::wstring>, Outcome> runs;
+    Runs& runs = RememberedRuns();
     auto found = runs.find(arguments);
     if (found == runs.end()) {
         std::vector<std::wstring> all = arguments;
@@ -127,6 +146,14 @@ Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus) {
         EXPECT_EQ(Json::array(), document["liveObjectsIn"]);
     }
     return document;
+}
+
+void ForgetRunsOf(const std::wstring& file) {
+    std::erase_if(RememberedRuns(), [&](const auto& run) {
+        return std::ranges::any_of(run.first, [&](const std::wstring& argument) {
+            return argument.find(file) != std::wstring::npos;
+        });
+    });
 }
 
 std::wstring ProgramFolder() {

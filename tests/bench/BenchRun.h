@@ -38,6 +38,8 @@ Outcome RunBench(const std::vector<std::wstring>& arguments, const std::wstring&
 /// status is not the one expected or the output is no single document. The
 /// same command line is run once only.
 Json Bench(const std::vector<std::wstring>& arguments, DWORD expectedStatus = 0);
+/// The command lines that name this file are run again: it has changed.
+void ForgetRunsOf(const std::wstring& file);
 
 /// Folder of the programs, of the samples, and one for the files of tests;
 /// each with the closing backslash.

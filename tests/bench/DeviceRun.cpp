@@ -43,6 +43,7 @@ std::wstring WrittenFile(const wchar_t* name, std::string_view text) {
     WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
     CloseHandle(file);
     EXPECT_EQ(text.size(), written) << Narrow(path);
+    ForgetRunsOf(path);
     return path;
 }
 

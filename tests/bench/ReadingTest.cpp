@@ -121,11 +121,10 @@ TEST(ReadingInspectTest, WiresWhatFitsAndRefusesTheRest) {
 TEST(ReadingInspectTest, TakesSevenZerosForAReferenceAsTheComponentDoes) {
     const auto resultOf = [](const std::string& reference) {
         const std::wstring stream = WrittenFile(
-            (std::to_wstring(reference.size()) + L"_zeros.xml").c_str(), // Bench remembers what it asked
-            "<Tam><Name>N</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev>"
-            "<TamObjID>7</TamObjID><InReferences><A><SNVTTYPE>105</SNVTTYPE>"
-            "<SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST><PROTOCOLREFERENCE>" +
-                reference + "</PROTOCOLREFERENCE></A></InReferences></Tam>");
+            L"zeros.xml", "<Tam><Name>N</Name><DevKey>K9</DevKey><IsLastOnDev>1</IsLastOnDev>"
+                          "<TamObjID>7</TamObjID><InReferences><A><SNVTTYPE>105</SNVTTYPE>"
+                          "<SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST><PROTOCOLREFERENCE>" +
+                              reference + "</PROTOCOLREFERENCE></A></InReferences></Tam>");
         return Bench({L"inspect", stream, L"--wire"})["wires"][0]["result"].get<std::string>();
     };
     EXPECT_EQ("left open", resultOf("000000"));
