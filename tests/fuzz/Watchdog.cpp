@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cwchar>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
 
@@ -15,20 +16,17 @@ constexpr DWORD kLookEvery = 500;
 constexpr UINT kHung = 3;
 
 std::wstring Environment(const wchar_t* name) {
-    wchar_t text[MAX_PATH] = {};
-    GetEnvironmentVariableW(name, text, MAX_PATH);
-    return text;
+    const wchar_t* const text = _wgetenv(name);
+    return text != nullptr ? text : L"";
 }
 
-/// Where inputs are kept: the folder that the environment names, otherwise the program's.
+/// Where inputs are kept: the folder that the environment names, otherwise that of temporary
+/// files; the program's may be one that nobody writes to.
 std::wstring KeepFolder() {
     if (const std::wstring folder = Environment(L"TAM_FUZZ_KEEP"); !folder.empty()) {
         return folder + L"\\";
     }
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring program = path;
-    return program.substr(0, program.find_last_of(L'\\') + 1);
+    return (std::filesystem::temp_directory_path() / L"").native();
 }
 
 /// Beside its place until it is whole.
