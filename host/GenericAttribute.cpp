@@ -102,6 +102,7 @@ void GenericAttribute::Fetch(std::optional<DeviceValues>& values) {
         return;
     }
     if (!values) {
+        const auto owner = block->AppObject(); // the document is the host's
         values = block->ReadDeviceValues();
     }
     if (const auto value = values->find(point_.Name()); value != values->end()) {

@@ -8,9 +8,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <utility>
-#include <optional>
 
 namespace orv {
 

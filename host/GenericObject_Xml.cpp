@@ -59,9 +59,10 @@ void Take(const com::Ref<Points>& points, const std::vector<SavedPoint>& saved, 
 } // namespace
 
 DeviceValues GenericObject::ReadDeviceValues() const {
+    const auto document = ownerDeviceXml_;
+    const std::wstring key = Key();
     DeviceValues values;
-    if (const dom::Node object =
-            ChildOf(ChildOf(RootOf(ownerDeviceXml_), kData), kObject, kObjectKey, Key())) {
+    if (const dom::Node object = ChildOf(ChildOf(RootOf(document), kData), kObject, kObjectKey, key)) {
         dom::ForEachChild(object, [&](const dom::Node& child) {
             if (dom::IsElement(child) && dom::BaseName(child) == kValue) {
                 if (auto name = dom::Attribute(child, kValueName)) {

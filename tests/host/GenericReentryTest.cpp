@@ -54,9 +54,9 @@ class ActingType final : public com::DualObject<ActingType, ISNVType> {
 
 /// While it lives, a document acts when it is asked for its root, once for each time
 /// that the test gives it something to do.
-class ActingCatalogue {
+class ActingDocument {
   public:
-    ActingCatalogue() {
+    ActingDocument() {
         VARIANT_BOOL loaded = VARIANT_FALSE;
         EXPECT_EQ(S_OK, document_->loadXML(com::Bstr(L"<SNVTCatalogue/>").Get(), &loaded));
         // What this compiler's pointer to a virtual member holds is its place in the table, plus one.
@@ -66,14 +66,14 @@ class ActingCatalogue {
         slot_ = *reinterpret_cast<ULONG_PTR**>(document_.Get()) + (place - 1) / sizeof(void*);
         original_ = *slot_;
         watched_ = document_.Get();
-        support::WriteProtected(slot_, reinterpret_cast<ULONG_PTR>(&ActingCatalogue::Asked));
+        support::WriteProtected(slot_, reinterpret_cast<ULONG_PTR>(&ActingDocument::Asked));
     }
-    ~ActingCatalogue() {
+    ~ActingDocument() {
         support::WriteProtected(slot_, original_);
         action_ = {};
     }
-    ActingCatalogue(const ActingCatalogue&) = delete;
-    ActingCatalogue& operator=(const ActingCatalogue&) = delete;
+    ActingDocument(const ActingDocument&) = delete;
+    ActingDocument& operator=(const ActingDocument&) = delete;
 
     IDispatch* Get() const noexcept { return document_.Get(); }
     void Next(std::function<void()> action) { action_ = std::move(action); }
@@ -231,7 +231,7 @@ TEST_F(GenericReentryTest, ShowsTheValueThatItHadWhenItWasAsked) {
 }
 
 TEST_F(GenericReentryTest, GivesThePointsAllThatWasReadThoughTheCatalogueLoadsAgain) {
-    ActingCatalogue catalogue;
+    ActingDocument catalogue;
     VARIANT_BOOL done = VARIANT_FALSE;
     const auto block = Create<IAppObject>(__uuidof(GenericObject));
     const auto empty = Parsed(L"<Reentry/>");
@@ -250,7 +250,7 @@ TEST_F(GenericReentryTest, GivesThePointsAllThatWasReadThoughTheCatalogueLoadsAg
 }
 
 TEST_F(GenericReentryTest, MakesThePointsOfItsDefinitionThoughTheCatalogueReadsAnother) {
-    ActingCatalogue catalogue;
+    ActingDocument catalogue;
     library_.Write(L"Other.xml", "<AppObject/>");
     library_.Write(L"Typed.xml", "<AppObject><Attributes><First><SNVTTYPE>81</SNVTTYPE></First>"
                                  "<Second><VALUE>a text of some length of its own</VALUE></Second>"
@@ -265,7 +265,7 @@ TEST_F(GenericReentryTest, MakesThePointsOfItsDefinitionThoughTheCatalogueReadsA
 }
 
 TEST_F(GenericReentryTest, IsMadeThoughTheCatalogueLetsGoOfIt) {
-    ActingCatalogue catalogue;
+    ActingDocument catalogue;
     VARIANT_BOOL done = VARIANT_FALSE;
     block_ = Create<IAppObject>(__uuidof(GenericObject));
     EXPECT_EQ(S_OK, block_->putref_XmlSNVTDoc(catalogue.Get()));
@@ -279,6 +279,21 @@ TEST_F(GenericReentryTest, IsMadeThoughTheCatalogueLetsGoOfIt) {
     });
     EXPECT_EQ(S_OK, block_->Create());
     EXPECT_EQ(2U, holders) << "the test, and the block that is being made";
+}
+
+TEST_F(GenericReentryTest, IsHeldWhileTheDevicesDocumentIsAsked) {
+    ActingDocument device;
+    EXPECT_EQ(S_OK, block_->putref_OwnerDeviceXML(device.Get()));
+    EXPECT_EQ(S_OK, block_->putref_Parent(type_.Get()));
+    const auto offset = AttributeOf(block_, L"Offset");
+    ULONG holders = 0;
+    device.Next([&] {
+        block_.Reset();
+        type_->AddRef();
+        holders = type_->Release();
+    });
+    EXPECT_EQ(S_OK, offset->SetValue());
+    EXPECT_EQ(2U, holders) << "the test, and the block whose document is read";
 }
 
 TEST_F(GenericReentryTest, ForgetsWhatWasReadWhenItIsDestroyed) {
