@@ -192,13 +192,15 @@ struct ValueSnapshot::Walk {
     std::vector<IDispatch*> above;
     std::size_t fieldsLeft = kMostFields;
 
-    bool GoesBelow(const DataPoint& point) const {
-        return above.empty() || (above.size() < kDeepest && IsStructure(point) && !IsAbove(point));
+    /// The general type, where it is known.
+    bool GoesBelow(const DataPoint& point, const std::wstring* genType) const {
+        return above.empty() || (above.size() < kDeepest && IsStructure(point, genType) && !IsAbove(point));
     }
 
   private:
-    static bool IsStructure(const DataPoint& point) {
-        return GeneralTypeOf(TypeTextOf(point, &DataPointType::GenType)) == GeneralType::Struct;
+    static bool IsStructure(const DataPoint& point, const std::wstring* genType) {
+        return GeneralTypeOf(genType != nullptr ? *genType : TypeTextOf(point, &DataPointType::GenType)) ==
+               GeneralType::Struct;
     }
     bool IsAbove(const DataPoint& point) const {
         return std::ranges::any_of(
@@ -208,7 +210,7 @@ struct ValueSnapshot::Walk {
 
 ValueSnapshot::ValueSnapshot(const DataPoint& point) {
     Walk walk;
-    *this = ValueSnapshot(point, walk);
+    *this = ValueSnapshot(point, walk, nullptr);
 }
 
 ValueSnapshot::ValueSnapshot(const DataPoint& point, const std::vector<FieldRow>& rows) {
@@ -220,13 +222,13 @@ ValueSnapshot::ValueSnapshot(const DataPoint& point, const std::vector<FieldRow>
         }
         Walk walk;
         walk.above.push_back(point.Object());
-        TakeFields(std::move(places), walk);
+        TakeFields(std::move(places), walk, rows);
     });
 }
 
-ValueSnapshot::ValueSnapshot(const DataPoint& point, Walk& walk) {
+ValueSnapshot::ValueSnapshot(const DataPoint& point, Walk& walk, const std::wstring* genType) {
     com::Attempt([&] { value_ = point.Value(); });
-    if (walk.GoesBelow(point)) {
+    if (walk.GoesBelow(point, genType)) {
         walk.above.push_back(point.Object());
         // What has no fields may well refuse to be asked for them.
         com::Attempt([&] { ReadFields(point, walk); });
@@ -238,16 +240,16 @@ void ValueSnapshot::ReadFields(const DataPoint& point, Walk& walk) {
     FieldPlaces places = PlacesOf(point);
     // The structure's own fields are read however many they are.
     if (walk.above.size() == 1 || places.size() <= walk.fieldsLeft) {
-        TakeFields(std::move(places), walk);
+        TakeFields(std::move(places), walk, {});
     }
 }
 
-void ValueSnapshot::TakeFields(FieldPlaces places, Walk& walk) {
+void ValueSnapshot::TakeFields(FieldPlaces places, Walk& walk, std::span<const FieldRow> rows) {
     walk.fieldsLeft -= std::min(places.size(), walk.fieldsLeft);
     places_ = std::move(places);
     fields_.reserve(places_.size());
-    for (const auto& place : places_) {
-        fields_.push_back(ValueSnapshot(place->field, walk));
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        fields_.push_back(ValueSnapshot(places_[i]->field, walk, rows.empty() ? nullptr : &rows[i].genType));
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -76,9 +77,10 @@ class ValueSnapshot {
 
   private:
     struct Walk;
-    ValueSnapshot(const DataPoint& point, Walk& walk);
+    ValueSnapshot(const DataPoint& point, Walk& walk, const std::wstring* genType);
     void ReadFields(const DataPoint& point, Walk& walk);
-    void TakeFields(FieldPlaces places, Walk& walk);
+    /// With the rows of the places, where they have been read.
+    void TakeFields(FieldPlaces places, Walk& walk, std::span<const FieldRow> rows);
     /// Answers whether anything was written.
     bool RestoreInto(const DataPoint& point, std::optional<com::Failure>& first) const noexcept;
 

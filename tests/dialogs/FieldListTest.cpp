@@ -52,6 +52,19 @@ TEST_F(FieldListTest, AListThatCannotBeReadToItsEndIsNotShownAsAWholeOne) {
     }
 }
 
+TEST_F(FieldListTest, AsksAFieldOnceForItsGeneralTypeAtOpening) {
+    int asked = 0;
+    speed_.type->Replace(L"GenType", [&](auto) {
+        ++asked;
+        return com::Variant(L"UnsignedNumeric");
+    });
+    Next([&](Shown& dialog) {
+        EXPECT_EQ(asked, 1);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(Edit(S_FALSE), S_OK);
+}
+
 TEST_F(FieldListTest, CancelRestoresWhatLiesBelowTenThousandFieldsAtMost) {
     for (const std::size_t flat : {9'998U, 9'999U}) {
         HostPoint deep(L"Deep", L"1", L"Float");
