@@ -96,7 +96,9 @@ TEST(ProgramTextTest, FitsAHundredColumns) {
         EXPECT_EQ(0U, run.status);
         std::istringstream lines(run.out);
         for (std::string line; std::getline(lines, line);) {
-            EXPECT_LE(Places(line), 100U) << line;
+            // A word alone is not broken: the path of the catalogue may be longer.
+            const bool isWord = line.find(' ', line.find_first_not_of(' ')) == std::string::npos;
+            EXPECT_TRUE(isWord || Places(line) <= 100U) << line;
         }
     }
 }
