@@ -9,6 +9,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace bench {
@@ -116,15 +117,26 @@ void SetContent(const XmlTree& tree, XmlTree::Index element, Range replaced, con
     }
 }
 
-XmlTree::Index PointIn(const XmlTree& tree, const PointValue& wanted) {
-    const XmlTree::Index section = tree.Child(tree.Root(), wanted.isInput ? "InReferences" : "Attributes");
-    const std::string name = Utf8(wanted.name);
-    const XmlTree::Index point = section == XmlTree::kNone ? section : tree.Child(section, name);
-    if (point == XmlTree::kNone) {
-        throw BenchError(E_INVALIDARG, "the stream has no point \"" + name + "\" to write a value to");
+/// The points of a section by their names; of two with one name the first.
+class Points {
+  public:
+    Points(const XmlTree& tree, std::string_view section) {
+        if (const auto parent = tree.Child(tree.Root(), section); parent != XmlTree::kNone) {
+            tree.ForEachElement(parent,
+                                [&](XmlTree::Index point) { points_.try_emplace(tree.Name(point), point); });
+        }
     }
-    return point;
-}
+    XmlTree::Index At(const std::string& name) const {
+        const auto found = points_.find(name);
+        if (found == points_.end()) {
+            throw BenchError(E_INVALIDARG, "the stream has no point \"" + name + "\" to write a value to");
+        }
+        return found->second;
+    }
+
+  private:
+    std::unordered_map<std::string_view, XmlTree::Index> points_;
+};
 
 /// A new element behind the others, with the blanks before it that the first one has.
 void Append(const XmlTree& tree, XmlTree::Index point, const std::string& element, Edits& edits) {
@@ -142,8 +154,7 @@ void Append(const XmlTree& tree, XmlTree::Index point, const std::string& elemen
     SetContent(tree, point, content, added, edits);
 }
 
-void SetValue(const XmlTree& tree, const PointValue& wanted, Edits& edits) {
-    const XmlTree::Index point = PointIn(tree, wanted);
+void SetValue(const XmlTree& tree, XmlTree::Index point, const PointValue& wanted, Edits& edits) {
     const std::string name = wanted.isInput ? "PROTOCOLREFERENCE" : "VALUE";
     const std::string value = EscapedContent(Utf8(wanted.value));
     bool isSet = false;
@@ -178,9 +189,12 @@ void DeclareUtf8(std::string& text) {
 std::string WithValues(const std::wstring& stream, const std::vector<PointValue>& values) {
     check::Findings ignored; // the component took the stream
     const XmlTree tree(Utf8(stream), ignored);
+    const Points inputs(tree, "InReferences");
+    const Points attributes(tree, "Attributes");
     Edits edits;
     for (const PointValue& value : values) {
-        SetValue(tree, value, edits);
+        const Points& points = value.isInput ? inputs : attributes;
+        SetValue(tree, points.At(Utf8(value.name)), value, edits);
     }
     std::string written;
     std::size_t at = 0;

@@ -92,6 +92,9 @@ class Frame : public Window {
     void LeaveSplitter();
     void Copy();
     void Say(const std::wstring& words);
+    /// Before work during which nothing is painted.
+    void SayAtOnce(const std::wstring& words);
+    void SayNotSaved(const std::wstring& path, const Problem& problem);
     int Ask(const std::wstring& words, UINT kind);
     ListPane& PaneOf(std::size_t page);
     Listing& ListingOf(std::size_t page);
@@ -206,6 +209,8 @@ class Frame : public Window {
     std::unique_ptr<Session> session_;
     bool isLoaded_ = false;
     std::wstring file_;
+    /// The file whose points the lists have.
+    std::wstring shownFile_;
     std::wstring project_;
     FileWatch watch_;
     History history_;

@@ -360,6 +360,11 @@ void Frame::Say(const std::wstring& words) {
     Send(status_, SB_SETTEXTW, VIEW_STATUS_MESSAGE, words.c_str());
 }
 
+void Frame::SayAtOnce(const std::wstring& words) {
+    Say(words);
+    UpdateWindow(status_);
+}
+
 int Frame::Ask(const std::wstring& words, UINT kind) {
     const OwnBox own(*this);
     return MessageBoxW(Handle(), words.c_str(), Text(IDS_TITLE).c_str(), kind);

@@ -67,7 +67,7 @@ void Frame::Load(const std::wstring& file) {
     loadStart_ = GetTickCount();
     {
         const Busy busy(*this);
-        HCURSOR const former = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+        const WaitPointer wait;
         isLoaded_ = false;
         history_.Clear();
         recovery_.Remove();
@@ -78,7 +78,7 @@ void Frame::Load(const std::wstring& file) {
         watch_.Watch({{file, StampOf(file)}});
         std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
         UpdateTitle();
-        Say(Text(IDS_LOADING, NameOf(file)));
+        SayAtOnce(Text(IDS_LOADING, NameOf(file)));
         std::optional<Problem> problem = Try([&] {
             session_ = std::make_unique<Session>();
             session_->SetUnits(isUs_);
@@ -102,7 +102,6 @@ void Frame::Load(const std::wstring& file) {
             ShowWindow(progress_, SW_HIDE);
             ShowWindow(stop_, SW_HIDE);
         }
-        SetCursor(former);
         if (isClosing_) {
             DestroyWindow(Handle());
             return;
@@ -157,16 +156,29 @@ void Frame::AddProblem(const Problem& problem, UINT rule) {
 }
 
 void Frame::Fill() {
+    const bool isSameFile = shownFile_ == file_;
+    shownFile_ = file_;
     for (PointPage& page : pages_) {
+        const auto former = page.pane->Picked();
+        const auto picked =
+            isSameFile && former ? std::optional(page.table.Rows().at(*former).id) : std::nullopt;
+        page.pane->Forget();
         page.table.Assign(isLoaded_ ? session_->ReadRows(page.kind) : std::vector<Row>());
         page.pane->Update();
+        if (const Row* const row = picked ? page.table.Find(*picked) : nullptr) {
+            page.pane->Pick(static_cast<std::size_t>(row - page.table.Rows().data()));
+        }
     }
-    types_ = session_ ? session_->ReadTypes() : std::vector<TypeRow>();
-    typeList_.Reset(types_.size(), 8);
-    typePane_->Update();
+    if (types_.empty() && session_) { // the catalogue is the same for all files
+        types_ = session_->ReadTypes();
+        typeList_.Reset(types_.size(), 8);
+        typePane_->Update();
+    }
     if (isLoaded_) {
         sheet_->Show(ReadSheet(), session_->Icon());
-        pages_[0].pane->Pick(0);
+        if (!pages_[0].pane->Picked()) {
+            pages_[0].pane->Pick(0);
+        }
     } else {
         sheet_->Clear();
     }
@@ -214,11 +226,13 @@ bool Frame::SaveProject(const std::wstring& path) {
     std::optional<Problem> problem;
     {
         const Busy busy(*this); // the component may handle messages meanwhile
+        const WaitPointer wait;
+        SayAtOnce(Text(IDS_WRITING, NameOf(path)));
         problem = Try([&] { session_->SaveProject(path, ValuesToSave()); });
     }
     TakeBoxes();
     if (problem) {
-        Ask(Text(IDS_NOT_SAVED, NameOf(path), problem->words), MB_OK | MB_ICONERROR);
+        SayNotSaved(path, *problem);
         return false;
     }
     project_ = path;
@@ -237,15 +251,22 @@ void Frame::SaveStream() {
     if (path.empty()) {
         return;
     }
+    SayAtOnce(Text(IDS_WRITING, NameOf(path)));
+    const WaitPointer wait;
     if (const auto problem =
             Try([&] { bench::WriteWholeFile(path, session_->StreamText(ValuesToSave())); })) {
-        Ask(Text(IDS_NOT_SAVED, NameOf(path), problem->words), MB_OK | MB_ICONERROR);
+        SayNotSaved(path, *problem);
         return;
     }
     MarkAsRead(path);
     settings_.recent.Add(path);
     MarkSaved();
     Say(Text(IDS_SAVED, path));
+}
+
+void Frame::SayNotSaved(const std::wstring& path, const Problem& problem) {
+    Say({});
+    Ask(Text(IDS_NOT_SAVED, NameOf(path), problem.words), MB_OK | MB_ICONERROR);
 }
 
 void Frame::MarkAsRead(const std::wstring& path) {
@@ -280,7 +301,9 @@ void Frame::Export(int command) {
     if (path.empty()) {
         return;
     }
+    SayAtOnce(Text(IDS_WRITING, NameOf(path)));
     const Busy busy(*this);
+    const WaitPointer wait;
     const auto problem = Try([&] {
         switch (command) {
         case IDM_FILE_EXPORT_IMAGE:
@@ -299,7 +322,7 @@ void Frame::Export(int command) {
     });
     TakeBoxes();
     if (problem) {
-        Ask(Text(IDS_NOT_SAVED, NameOf(path), problem->words), MB_OK | MB_ICONERROR);
+        SayNotSaved(path, *problem);
     } else {
         Say(Text(IDS_SAVED, path));
     }

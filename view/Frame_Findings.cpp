@@ -22,6 +22,8 @@ std::wstring FromUtf16(const std::u16string& text) {
 } // namespace
 
 void Frame::ShowFindings() {
+    const auto former = findingPane_->Picked();
+    const auto picked = former ? std::optional(findingTexts_.at(*former)) : std::nullopt;
     SortByWeight(findings_);
     findingTexts_.clear();
     std::size_t errors = 0;
@@ -35,7 +37,14 @@ void Frame::ShowFindings() {
                                  bench::Wide(finding.message), bench::Wide(finding.rule)});
     }
     findingList_.Reset(findings_.size(), kColumnsOfFindings);
+    findingPane_->Forget();
     findingPane_->Update();
+    if (picked) { // others may have come before it
+        const auto same = std::find(findingTexts_.begin(), findingTexts_.end(), *picked);
+        if (same != findingTexts_.end()) {
+            findingPane_->Pick(static_cast<std::size_t>(same - findingTexts_.begin()));
+        }
+    }
     const std::wstring title =
         !session_ ? Text(IDS_FINDINGS)
         : findings_.empty()

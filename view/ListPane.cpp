@@ -19,6 +19,14 @@ constexpr int kWidest = 2000;
 /// Of a menu from the left edge of its row, in pixels at 96 dots to the inch.
 constexpr int kMenuInset = 8;
 
+bool IsColumnChange(UINT message, LPARAM lParam) noexcept {
+    if (message != WM_NOTIFY) {
+        return false;
+    }
+    const UINT code = reinterpret_cast<const NMHDR*>(lParam)->code;
+    return code == HDN_ITEMCHANGINGW || code == HDN_ITEMCHANGINGA;
+}
+
 } // namespace
 
 ListPane::ListPane(HWND parent, int id, const wchar_t* key, UINT name, std::vector<Column> columns,
@@ -106,6 +114,10 @@ void ListPane::Update() {
     InvalidateRect(list_, nullptr, FALSE);
 }
 
+void ListPane::Forget() {
+    picked_.reset();
+}
+
 void ListPane::Redraw(std::size_t row) {
     if (const auto place = listing_.PlaceOf(row)) {
         Send(list_, LVM_REDRAWITEMS, *place, *place);
@@ -160,6 +172,15 @@ std::wstring ListPane::SelectedText() const {
     return text;
 }
 
+RECT ListPane::CellAreaOf(std::size_t row, std::size_t column) const {
+    RECT area{};
+    area.top = static_cast<LONG>(column);
+    area.left = LVIR_BOUNDS;
+    Send(list_, LVM_GETSUBITEMRECT, *listing_.PlaceOf(row), &area);
+    area.right = std::max(area.right, area.left + scaling_(120));
+    return area;
+}
+
 void ListPane::EditCell(std::size_t column, const std::wstring& text) {
     const auto row = Picked();
     if (!row || !listing_.PlaceOf(*row)) {
@@ -167,11 +188,15 @@ void ListPane::EditCell(std::size_t column, const std::wstring& text) {
     }
     EndCell(false);
     Send(list_, LVM_ENSUREVISIBLE, *listing_.PlaceOf(*row), FALSE);
-    RECT area{};
-    area.top = static_cast<LONG>(column);
-    area.left = LVIR_BOUNDS;
-    Send(list_, LVM_GETSUBITEMRECT, *listing_.PlaceOf(*row), &area);
-    area.right = std::max(area.right, area.left + scaling_(120));
+    RECT area = CellAreaOf(*row, column);
+    RECT whole{};
+    GetClientRect(list_, &whole);
+    const LONG hidden =
+        area.left < 0 ? area.left : std::min(area.left, std::max(0L, area.right - whole.right));
+    if (hidden != 0) { // the list is scrolled sideways
+        Send(list_, LVM_SCROLL, hidden, 0);
+        area = CellAreaOf(*row, column);
+    }
     cellRow_ = *row;
     cell_ = CreateWindowExW(0, WC_EDITW, text.c_str(), WS_CHILD | WS_VISIBLE | WS_BORDER | ES_AUTOHSCROLL,
                             area.left, area.top, area.right - area.left, area.bottom - area.top, list_,
@@ -233,8 +258,9 @@ LRESULT CALLBACK ListPane::OnListMessage(HWND window, UINT message, WPARAM wPara
         } else if (message == WM_CHAR && wParam > L' ' && pane.events_.typed) {
             isDone = true;
             pane.events_.typed(static_cast<wchar_t>(wParam));
-        } else if (message == WM_VSCROLL || message == WM_HSCROLL || message == WM_MOUSEWHEEL) {
-            pane.EndCell(true);
+        } else if (message == WM_VSCROLL || message == WM_HSCROLL || message == WM_MOUSEWHEEL ||
+                   message == WM_SIZE || IsColumnChange(message, lParam)) {
+            pane.EndCell(true); // the cell goes from under its field
         }
     });
     return isDone || failure ? 0 : DefSubclassProc(window, message, wParam, lParam);

@@ -58,6 +58,8 @@ class ListPane {
 
     /// The listing shows other rows. The picked row stays picked, when it is still shown.
     void Update();
+    /// The rows are others: the one that was picked is none of them.
+    void Forget();
     /// The cells of a row changed.
     void Redraw(std::size_t row);
     void RedrawAll();
@@ -90,6 +92,8 @@ class ListPane {
                                           UINT_PTR id, DWORD_PTR data) noexcept;
     static LRESULT CALLBACK OnCellMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                           UINT_PTR id, DWORD_PTR data) noexcept;
+    /// Of a row that is shown.
+    RECT CellAreaOf(std::size_t row, std::size_t column) const;
     LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
     void ShowOrder();
     void EndCell(bool isTaken);

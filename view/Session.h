@@ -20,6 +20,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace view {
@@ -130,7 +131,11 @@ class Session {
     const TypeWords& WordsOf(const std::wstring& typeId);
     std::wstring OutputsReaders(const std::wstring& output);
     void ReadReaders();
-    drawing::Block ReadChannelBlock(const bench::Channel& channel, std::size_t number, drawing::Sheet& sheet);
+    /// The places of a block's pins by their names.
+    using PinPlaces = std::unordered_map<std::string, std::size_t>;
+    drawing::Block ReadChannelBlock(const bench::Channel& channel, std::size_t number,
+                                    const PinPlaces& inputs, const PinPlaces& outputs,
+                                    std::vector<drawing::Mirror>& mirrors);
 
     bench::Options options_;
     bench::Report report_;

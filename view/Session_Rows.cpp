@@ -7,8 +7,8 @@
 #include "bench/SheetTypes.h"
 #include "bench/Text.h"
 
-#include <algorithm>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 
 namespace view {
@@ -49,6 +49,14 @@ drawing::Pin PinOf(const Row& row) {
     pin.isWired = !pin.wiredTo.empty();
     pin.isHidden = row.visible == L"no";
     return pin;
+}
+
+std::unordered_map<std::string, std::size_t> PlacesOf(const std::vector<drawing::Pin>& pins) {
+    std::unordered_map<std::string, std::size_t> places;
+    for (std::size_t i = 0; i < pins.size(); ++i) {
+        places.try_emplace(pins[i].name, i);
+    }
+    return places;
 }
 
 } // namespace
@@ -195,9 +203,12 @@ drawing::Sheet Session::ReadSheet(const std::vector<Row>& inputs, const std::vec
         sheet.module.outputs.push_back(PinOf(row));
     }
     if (device_) {
+        const PinPlaces inputPlaces = PlacesOf(sheet.module.inputs);
+        const PinPlaces outputPlaces = PlacesOf(sheet.module.outputs);
         for (const bench::Channel& channel : device_->Channels()) {
             const std::size_t number = sheet.channels.size() + 1;
-            drawing::Block block = ReadChannelBlock(channel, number, sheet);
+            drawing::Block block =
+                ReadChannelBlock(channel, number, inputPlaces, outputPlaces, sheet.mirrors);
             sheet.channels.push_back(std::move(block));
         }
     }
@@ -205,7 +216,8 @@ drawing::Sheet Session::ReadSheet(const std::vector<Row>& inputs, const std::vec
 }
 
 drawing::Block Session::ReadChannelBlock(const bench::Channel& channel, std::size_t number,
-                                         drawing::Sheet& sheet) {
+                                         const PinPlaces& inputs, const PinPlaces& outputs,
+                                         std::vector<drawing::Mirror>& mirrors) {
     const bench::Json read = bench::ReadChannel(*device_, channel);
     drawing::Block block;
     block.name = read["objectKey"];
@@ -224,13 +236,10 @@ drawing::Block Session::ReadChannelBlock(const bench::Channel& channel, std::siz
             pin.type = bench::TypeTitle(type);
         }
         if (const bench::Json& item = point["moduleItem"]; !item.is_null()) {
-            const std::vector<drawing::Pin>& own = isInput ? sheet.module.inputs : sheet.module.outputs;
-            const std::string name = item["name"];
-            const auto found = std::find_if(own.begin(), own.end(),
-                                            [&](const drawing::Pin& known) { return known.name == name; });
+            const PinPlaces& own = isInput ? inputs : outputs;
+            const auto found = own.find(item["name"].get<std::string>());
             if (found != own.end()) {
-                sheet.mirrors.push_back(
-                    {{0, side, static_cast<std::size_t>(found - own.begin())}, {number, side, pins.size()}});
+                mirrors.push_back({{0, side, found->second}, {number, side, pins.size()}});
             }
         }
         pins.push_back(std::move(pin));

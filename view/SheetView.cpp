@@ -32,6 +32,18 @@ drawing::Point PointOf(LPARAM lParam) noexcept {
     return {static_cast<double>(GET_X_LPARAM(lParam)), static_cast<double>(GET_Y_LPARAM(lParam))};
 }
 
+/// What BeginPaint lends, until this ends.
+struct Painted {
+    explicit Painted(HWND owner) noexcept : window(owner), target(BeginPaint(owner, &paint)) {}
+    ~Painted() { EndPaint(window, &paint); }
+    Painted(const Painted&) = delete;
+    Painted& operator=(const Painted&) = delete;
+
+    HWND window;
+    PAINTSTRUCT paint{};
+    HDC target;
+};
+
 } // namespace
 
 SheetView::SheetView(HWND parent, int id, Events events) : events_(std::move(events)) {
@@ -137,15 +149,21 @@ void SheetView::TellZoom() {
 }
 
 void SheetView::TellName() {
+    // Readers ask for it again and again.
+    const auto found = std::find_if(drawing_.spots.begin(), drawing_.spots.end(),
+                                    [this](const drawing::Spot& spot) { return spot.pin == picked_; });
+    pickedSpot_.reset();
+    if (picked_ && found != drawing_.spots.end()) {
+        pickedSpot_ = static_cast<std::size_t>(found - drawing_.spots.begin());
+    }
     std::wstring name = picked_ ? WordsOf(*picked_) : std::wstring();
     if (name.empty()) {
         name = isShown_ ? Text(IDS_SHEET_OF, bench::Wide(sheet_.module.name)) : Text(IDS_NO_SHEET);
     }
     SetWindowTextW(Handle(), name.c_str());
-    const auto spot = PickedSpot();
     NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, Handle(), OBJID_CLIENT, CHILDID_SELF);
-    if (spot && GetFocus() == Handle()) {
-        NotifyWinEvent(EVENT_OBJECT_FOCUS, Handle(), OBJID_CLIENT, static_cast<LONG>(*spot) + 1);
+    if (pickedSpot_ && GetFocus() == Handle()) {
+        NotifyWinEvent(EVENT_OBJECT_FOCUS, Handle(), OBJID_CLIENT, static_cast<LONG>(*pickedSpot_) + 1);
     }
 }
 
@@ -160,14 +178,6 @@ std::wstring SheetView::WordsOf(const PinId& id) const {
 
 std::wstring SheetView::WordsOf(std::size_t spot) const {
     return WordsOf(drawing_.spots.at(spot).pin);
-}
-
-std::optional<std::size_t> SheetView::PickedSpot() const {
-    const auto found = std::find_if(drawing_.spots.begin(), drawing_.spots.end(),
-                                    [this](const drawing::Spot& spot) { return spot.pin == picked_; });
-    return found != drawing_.spots.end()
-               ? std::optional(static_cast<std::size_t>(found - drawing_.spots.begin()))
-               : std::nullopt;
 }
 
 std::optional<std::size_t> SheetView::SpotAt(POINT onScreen) const {
@@ -251,8 +261,7 @@ LRESULT SheetView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void SheetView::Paint() {
-    PAINTSTRUCT paint{};
-    const HDC target = BeginPaint(Handle(), &paint);
+    const Painted painted(Handle());
     RECT area{};
     GetClientRect(Handle(), &area);
     if (area.right > 0 && area.bottom > 0) {
@@ -269,9 +278,8 @@ void SheetView::Paint() {
             view.system = SystemColours::Now();
         }
         PaintDrawing(*bitmap_, drawing_, view);
-        BitBlt(target, 0, 0, area.right, area.bottom, bitmap_->Context(), 0, 0, SRCCOPY);
+        BitBlt(painted.target, 0, 0, area.right, area.bottom, bitmap_->Context(), 0, 0, SRCCOPY);
     }
-    EndPaint(Handle(), &paint);
 }
 
 void SheetView::OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel) {

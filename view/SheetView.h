@@ -48,7 +48,7 @@ class SheetView : public Window {
     // The pins one after the other, for screen readers: a spot is one of the drawing's.
 
     std::wstring WordsOf(std::size_t spot) const;
-    std::optional<std::size_t> PickedSpot() const;
+    const std::optional<std::size_t>& PickedSpot() const noexcept { return pickedSpot_; }
     std::optional<std::size_t> SpotAt(POINT onScreen) const;
     /// On the screen.
     RECT AreaOfSpot(std::size_t spot) const;
@@ -83,6 +83,7 @@ class SheetView : public Window {
     drawing::Drawing drawing_;
     Viewport viewport_;
     std::optional<drawing::PinId> picked_;
+    std::optional<std::size_t> pickedSpot_;
     std::unique_ptr<std::remove_pointer_t<HICON>, DestroyTheIcon> icon_;
     std::unique_ptr<Bitmap> bitmap_;
     std::optional<POINT> dragged_;

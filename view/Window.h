@@ -85,6 +85,18 @@ struct Fonts {
     OwnFont fixed;
 };
 
+/// The pointer says that it takes a while, as long as this lives.
+class WaitPointer {
+  public:
+    WaitPointer() noexcept : former_(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}
+    ~WaitPointer() { SetCursor(former_); }
+    WaitPointer(const WaitPointer&) = delete;
+    WaitPointer& operator=(const WaitPointer&) = delete;
+
+  private:
+    HCURSOR former_;
+};
+
 bool IsHighContrast() noexcept;
 /// Gives a window a dark title where the user has programs dark.
 void MatchTitle(HWND window) noexcept;

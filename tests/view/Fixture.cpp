@@ -32,13 +32,11 @@ std::wstring Local(const std::string& number) {
     return wide;
 }
 
-ViewTest::ViewTest() {
-    ForgetSettings();
+ViewTest::ViewTest() : user_(Folder()) {
     ForgetUnsaved();
 }
 
-void ViewTest::TearDown() {
-    ForgetSettings();
+ViewTest::~ViewTest() {
     ForgetUnsaved();
     Clear(Folder());
 }

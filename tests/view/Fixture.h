@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/bench/BenchRun.h"
+#include "tests/view/UserState.h"
 #include "tests/view/Viewer.h"
 #include "view/resource.h"
 
@@ -19,7 +20,7 @@ std::wstring Local(const std::string& number);
 class ViewTest : public testing::Test {
   protected:
     ViewTest();
-    void TearDown() override;
+    ~ViewTest() override;
 
     /// The file of a sample stream; one that may be changed.
     static std::wstring Sample(const std::wstring& name);
@@ -32,6 +33,9 @@ class ViewTest : public testing::Test {
 
     /// Waits until a file with so many attributes is open.
     static void AwaitAttributes(const Viewer& viewer, int count);
+
+  private:
+    UserState user_;
 };
 
 /// The numbers of points in the sample "channels".

@@ -3,6 +3,8 @@
 #include "tests/support/Clipboard.h"
 #include "tests/view/Fixture.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -82,6 +84,37 @@ TEST_F(GridTest, ShowsWhatIsTypedIntoTheFilter) {
     EXPECT_EQ(0, viewer_.Count(IDC_ATTRIBUTES));
     viewer_.Do(IDM_EDIT_CLEAR_FILTER);
     EXPECT_EQ(kInOrder, viewer_.Cells(IDC_ATTRIBUTES, VIEW_COLUMN_NAME));
+}
+
+TEST_F(GridTest, AFieldIsInSightInAListThatIsScrolledSideways) {
+    const HWND list = viewer_.Part(IDC_ATTRIBUTES);
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 900);
+    const HWND cell = viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
+    RECT field{};
+    RECT sight{};
+    GetWindowRect(cell, &field);
+    GetWindowRect(list, &sight);
+    EXPECT_GE(field.left, sight.left);
+    EXPECT_LE(field.right, sight.right);
+    // Where the column goes away from under the field, the value is entered.
+    SendMessageW(list, LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 100);
+    EXPECT_FALSE(IsWindow(cell));
+    EXPECT_EQ(L"8", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    EXPECT_EQ(100, SendMessageW(list, LVM_GETCOLUMNWIDTH, VIEW_COLUMN_NAME, 0));
+}
+
+TEST_F(GridTest, AnotherFileHasNoPickedRow) {
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.Pick(IDC_INPUTS, L"CTX1_In1");
+    viewer_.Do(IDM_VIEW_ATTRIBUTES);
+    viewer_.Pick(IDC_ATTRIBUTES, L"AI1_Offset");
+    viewer_.Do(IDM_FILE_RELOAD);
+    EXPECT_EQ(L"CTX1_In1", viewer_.PickedName(IDC_INPUTS)) << "the same file keeps it";
+    EXPECT_EQ(L"AI1_Offset", viewer_.PickedName(IDC_ATTRIBUTES));
+    viewer_.Drop({Sample(L"full.xml")});
+    AwaitAttributes(viewer_, 65);
+    EXPECT_EQ(L"", viewer_.PickedName(IDC_INPUTS));
+    EXPECT_EQ(0, viewer_.Picked(IDC_ATTRIBUTES)) << "the first one, as in each file";
 }
 
 TEST_F(GridTest, EachPageHasItsFilter) {

@@ -124,7 +124,15 @@ TEST_F(HistoryTest, AgreesWithAListOfStates) {
         } else if (choice == 10) {
             viewer_.Do(random() % 2 == 0 ? IDM_VIEW_US : IDM_VIEW_SI);
         } else {
-            viewer_.Filter(random() % 2 == 0 ? L"ai1" : L"");
+            // What is undone may be hidden by the filter.
+            viewer_.Filter(L"ai1");
+            if (random() % 2 == 0) {
+                Undo();
+                at -= at > 0 ? 1U : 0U;
+            } else {
+                Redo();
+                at += at + 1 < states.size() ? 1U : 0U;
+            }
             viewer_.Do(IDM_EDIT_CLEAR_FILTER);
         }
         now = states[at];

@@ -2,6 +2,8 @@
 
 #include "tests/view/Fixture.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <iostream>
 #include <string>
@@ -21,6 +23,26 @@ class ManyPointsTest : public ViewTest {
         QueryPerformanceCounter(&now);
         QueryPerformanceFrequency(&second);
         return static_cast<double>(now.QuadPart - begin.QuadPart) / static_cast<double>(second.QuadPart);
+    }
+    /// Drops larger and larger streams until one loads long enough for the button that stops
+    /// it; false, and a failed test, when none does.
+    static bool BeginToLoad(const Viewer& viewer) {
+        constexpr int kMostPoints = 640000;
+        for (int points = kPoints; points <= kMostPoints; points *= 4) {
+            const int attributes = (points + 2) / 3;
+            viewer.Drop({FileWith(L"long.xml", LargeStream(points))});
+            Await("the button",
+                  [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == attributes; });
+            // Not in the last moment.
+            const HWND progress = viewer.Part(IDC_PROGRESS);
+            if (viewer.IsVisible(IDC_STOP) && 2 * SendMessageW(progress, PBM_GETPOS, 0, 0) <
+                                                  SendMessageW(progress, PBM_GETRANGE, FALSE, 0)) {
+                return true;
+            }
+            AwaitAttributes(viewer, attributes);
+        }
+        ADD_FAILURE() << "each stream was loaded before it could be stopped";
+        return false;
     }
     const std::wstring file_ = FileWith(L"large.xml", LargeStream(kPoints));
 };
@@ -68,16 +90,18 @@ TEST_F(ManyPointsTest, AnswersWhileItLoads) {
     viewer.Drop({file_});
     double longest = 0;
     int asked = 0;
-    while (viewer.Count(IDC_ATTRIBUTES) != kAttributesOfMany && viewer.IsRunning()) {
+    bool isAnswered = true;
+    Await("the points", [&] {
         LARGE_INTEGER begin{};
         QueryPerformanceCounter(&begin);
         DWORD_PTR answer = 0;
-        ASSERT_NE(0, SendMessageTimeoutW(viewer.Frame(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, kLongest, &answer))
-            << "\"not responding\"";
+        isAnswered = isAnswered && SendMessageTimeoutW(viewer.Frame(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG,
+                                                       kLongest, &answer) != 0;
         longest = std::max(longest, Seconds(begin));
         ++asked;
-        Sleep(5);
-    }
+        return viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany || !viewer.IsRunning();
+    });
+    EXPECT_TRUE(isAnswered) << "\"not responding\"";
     std::cout << "asked " << asked << " times, the longest silence was " << longest << " s\n";
 }
 
@@ -90,12 +114,16 @@ TEST_F(ManyPointsTest, ListsOfTheFormerFileAreWholeWhileItLoads) {
     }
     ASSERT_GT(viewer.Count(IDC_FINDINGS), 0);
     viewer.Drop({file_});
-    while (viewer.Count(IDC_ATTRIBUTES) != kAttributesOfMany && viewer.IsRunning()) {
-        InvalidateRect(viewer.Part(IDC_FINDINGS), nullptr, FALSE);
-        PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_DOWN, 1);
-        PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_RETURN, 1);
-        Sleep(5);
-    }
+    int rounds = 0;
+    Await("the points", [&] {
+        constexpr int kMostRounds = 40; // each takes the load its time
+        if (rounds++ < kMostRounds) {
+            InvalidateRect(viewer.Part(IDC_FINDINGS), nullptr, FALSE);
+            PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_DOWN, 1);
+            PostMessageW(viewer.Part(IDC_FINDINGS), WM_KEYDOWN, VK_RETURN, 1);
+        }
+        return viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany || !viewer.IsRunning();
+    });
     AwaitAttributes(viewer, kAttributesOfMany);
     viewer.Settle();
     const Texts weights = viewer.Cells(IDC_FINDINGS, 0);
@@ -106,23 +134,13 @@ TEST_F(ManyPointsTest, ListsOfTheFormerFileAreWholeWhileItLoads) {
 
 TEST_F(ManyPointsTest, TheEndOfTheSessionDoesNotWaitForALoad) {
     Viewer viewer;
-    viewer.Drop({file_});
-    Await("the button",
-          [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany; });
+    ASSERT_TRUE(BeginToLoad(viewer));
     EXPECT_EQ(TRUE, SendMessageW(viewer.Frame(), WM_QUERYENDSESSION, 0, 0)) << "nothing is unsaved";
 }
 
 TEST_F(ManyPointsTest, LoadingCanBeStopped) {
     Viewer viewer;
-    viewer.Drop({file_});
-    const bool isShown = Await("the button", [&] {
-        return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany;
-    });
-    ASSERT_TRUE(isShown);
-    if (viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany) {
-        std::cout << "it was loaded before it could be stopped\n";
-        return;
-    }
+    ASSERT_TRUE(BeginToLoad(viewer));
     EXPECT_TRUE(viewer.IsVisible(IDC_PROGRESS));
     viewer.Do(IDM_VIEW_STOP);
     Await("the end of loading",
@@ -137,9 +155,7 @@ TEST_F(ManyPointsTest, LoadingCanBeStopped) {
 
 TEST_F(ManyPointsTest, ClosesWhileItLoads) {
     Viewer viewer;
-    viewer.Drop({file_});
-    Await("the button",
-          [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == kAttributesOfMany; });
+    ASSERT_TRUE(BeginToLoad(viewer));
     viewer.BeginClose();
     EXPECT_EQ(0U, viewer.WaitForEnd());
 }

@@ -110,10 +110,14 @@ TEST_F(OpenOftenTest, OpenedFilesLeaveNothing) {
     AwaitAttributes(viewer, kAttributes);
     viewer.Drop({Sample(L"oddities.xml")});
     AwaitAttributes(viewer, 8);
-    const auto open = [&] {
+    const auto open = [&viewer, isFirst = false]() mutable {
         // The second of the recent files is the one that is not open.
         viewer.Do(IDM_FILE_RECENT + 1);
         UpdateWindow(viewer.Frame());
+        isFirst = !isFirst;
+        EXPECT_TRUE(viewer.Title().starts_with(isFirst ? L"channels.xml" : L"oddities.xml"))
+            << Narrow(viewer.Title());
+        EXPECT_EQ(isFirst ? kAttributes : 8, viewer.Count(IDC_ATTRIBUTES));
     };
     constexpr int kWarmUp = 50;
     const int rounds = Openings();

@@ -2,6 +2,7 @@
 
 #include "tests/view/Fixture.h"
 
+#include <cstddef>
 #include <string>
 
 namespace viewtest {

@@ -102,10 +102,6 @@ bool Await(const std::string& what, const std::function<bool()>& holds) {
     return true;
 }
 
-void ForgetSettings() {
-    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\O_Tam_id\\View");
-}
-
 Texts UnsavedFiles() {
     Texts files;
     WIN32_FIND_DATAW found{};
@@ -147,6 +143,21 @@ void RemoteMemory::Read(void* bytes, std::size_t size, std::size_t offset) const
     EXPECT_TRUE(ReadProcessMemory(process_, At(offset), bytes, size, nullptr));
 }
 
+void SettleMessages(HWND frame) {
+    wchar_t name[64] = {};
+    GetClassNameW(frame, name, 64);
+    if (lstrcmpW(name, VIEW_CLASS) != 0) {
+        return; // a dialog that is still there
+    }
+    // Nobody else presses the button that is hidden; messages are handled in their order.
+    const HWND stop = GetDlgItem(frame, IDC_STOP);
+    PostMessageW(stop, BM_SETSTATE, TRUE, 0);
+    Await("the end of the messages", [stop] {
+        return IsWindow(stop) == FALSE || (SendMessageW(stop, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0;
+    });
+    SendMessageW(stop, BM_SETSTATE, FALSE, 0);
+}
+
 std::wstring TextOf(HWND window) {
     std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
     const LRESULT length =
@@ -172,8 +183,11 @@ void Box::Press(int button) const {
 }
 
 void Box::AwaitEnd() const {
+    // A box is hidden before the program goes on behind it.
+    const HWND frame = owner_;
     Await("the end of the box " + Narrow(Caption()),
           [this] { return IsWindow(window_) == FALSE || IsWindowVisible(window_) == FALSE; });
+    SettleMessages(frame);
 }
 
 void Box::EnterFile(const std::wstring& path) const {
@@ -250,12 +264,7 @@ void Viewer::Do(int command) const {
 }
 
 void Viewer::Settle() const {
-    // Nobody else presses the button that is hidden; messages are handled in their order.
-    const HWND stop = Part(IDC_STOP);
-    PostMessageW(stop, BM_SETSTATE, TRUE, 0);
-    Await("the end of the messages",
-          [&] { return (SendMessageW(stop, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0 || !IsRunning(); });
-    SendMessageW(stop, BM_SETSTATE, FALSE, 0);
+    SettleMessages(frame_);
 }
 
 Box Viewer::ShownBox() const {

@@ -18,12 +18,9 @@ inline constexpr DWORD kLongest = 60'000;
 /// within a minute.
 bool Await(const std::string& what, const std::function<bool()>& holds);
 
-/// What the user's registry keeps of the window, and what a window that was ended left
-/// unsaved.
-void ForgetSettings();
-void ForgetUnsaved();
-/// The files of what is unsaved.
+/// The files of what a window that was ended left unsaved.
 Texts UnsavedFiles();
+void ForgetUnsaved();
 
 /// Memory of another program, for messages that take a pointer.
 class RemoteMemory {
@@ -42,20 +39,24 @@ class RemoteMemory {
     BYTE* memory_;
 };
 
+/// Waits until a viewer's window has handled every message that was posted so far, or is gone.
+void SettleMessages(HWND frame);
+
 /// The text of any window, of this program or another.
 std::wstring TextOf(HWND window);
 
 /// A message box or dialog of the program while it is shown.
 class Box {
   public:
-    explicit Box(HWND window = nullptr) noexcept : window_(window) {}
+    explicit Box(HWND window = nullptr) noexcept
+        : window_(window), owner_(window != nullptr ? GetWindow(window, GW_OWNER) : nullptr) {}
     explicit operator bool() const noexcept { return window_ != nullptr; }
     HWND Window() const noexcept { return window_; }
     std::wstring Caption() const { return TextOf(window_); }
     /// Of a message box.
     std::wstring Text() const;
     bool Has(int button) const noexcept { return GetDlgItem(window_, button) != nullptr; }
-    /// Presses a button and waits until the box is gone.
+    /// Presses a button and waits until the box is gone, and what the program does behind it.
     void Press(int button) const;
     /// Presses a button, whatever comes of it.
     void Click(int button) const;
@@ -67,6 +68,7 @@ class Box {
 
   private:
     HWND window_;
+    HWND owner_;
 };
 
 /// tamview.exe as a program of its own, worked from outside. It is ended without being

@@ -7,7 +7,6 @@
 #include "core/Case.h"
 #include "core/Numbers.h"
 
-#include <optional>
 #include <utility>
 
 namespace view {
