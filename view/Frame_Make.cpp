@@ -256,6 +256,7 @@ void Frame::SetFonts() {
     images_ = std::move(images);
     Send(toolbar_, TB_SETPADDING, 0, MAKELPARAM(scaling_(9), scaling_(8)));
     Send(toolbar_, TB_AUTOSIZE);
+    Send(status_, SB_SETMINHEIGHT, scaling_(20)); // there is a button in it
     Layout();
 }
 

@@ -22,6 +22,7 @@ namespace {
 using benchtest::Narrow;
 
 constexpr DWORD kPause = 5;
+constexpr DWORD kLongestPause = 100;
 
 struct Search {
     DWORD process;
@@ -97,7 +98,8 @@ bool Await(const std::string& what, const std::function<bool()>& holds) {
             ADD_FAILURE() << "waited in vain for: " << what;
             return false;
         }
-        Sleep(kPause);
+        // The longer it takes, the less often: each look takes the other program its time.
+        Sleep(std::clamp(static_cast<DWORD>((GetTickCount64() - begin) / 50), kPause, kLongestPause));
     }
     return true;
 }

@@ -1,0 +1,225 @@
+// What is seen: bold rows, the colours and the title that the user has chosen.
+
+#include "tests/view/Fixture.h"
+#include "tests/view/Patches.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <vector>
+
+namespace viewtest {
+
+namespace {
+
+using Pixels = std::vector<COLORREF>;
+
+/// A part of the screen, row by row.
+Pixels PixelsOf(const RECT& area) {
+    const int width = area.right - area.left;
+    const int height = area.bottom - area.top;
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    Pixels pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, screen, area.left, area.top, SRCCOPY);
+    SelectObject(memory, before);
+    GetDIBits(memory, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    for (COLORREF& pixel : pixels) { // blue comes first there
+        pixel = RGB(pixel >> 16U & 0xFFU, pixel >> 8U & 0xFFU, pixel & 0xFFU);
+    }
+    return pixels;
+}
+
+RECT PlaceOf(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    return place;
+}
+
+class LookTest : public ViewTest {
+  protected:
+    /// The viewer in front of all others, with the whole of its window on the screen.
+    static void Show(const Viewer& viewer) {
+        viewer.ToFront();
+        SetWindowPos(viewer.Frame(), HWND_TOP, 0, 0, 1000, 700, SWP_NOACTIVATE);
+    }
+    /// On the screen.
+    static RECT CellOf(const Viewer& viewer, int list, int place, int column) {
+        const RemoteMemory memory(viewer.Process(), sizeof(RECT));
+        RECT area{LVIR_LABEL, column, 0, 0};
+        memory.Write(&area, sizeof area);
+        SendMessageW(viewer.Part(list), LVM_GETSUBITEMRECT, static_cast<WPARAM>(place),
+                     reinterpret_cast<LPARAM>(memory.At()));
+        memory.Read(&area, sizeof area);
+        MapWindowPoints(viewer.Part(list), nullptr, reinterpret_cast<POINT*>(&area), 2);
+        return area;
+    }
+    static std::ptrdiff_t Dark(const Pixels& pixels) {
+        return std::count_if(pixels.begin(), pixels.end(), [](COLORREF pixel) {
+            return GetRValue(pixel) + GetGValue(pixel) + GetBValue(pixel) < 384;
+        });
+    }
+    /// The registry's say on dark programs; as it was when this ends.
+    class Theme {
+      public:
+        Theme() { hadOne_ = Read(before_); }
+        ~Theme() {
+            if (hadOne_) {
+                Set(before_);
+            } else {
+                RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kName);
+            }
+        }
+        Theme(const Theme&) = delete;
+        Theme& operator=(const Theme&) = delete;
+        static void Set(DWORD isLight) {
+            RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_DWORD, &isLight, sizeof isLight);
+        }
+
+      private:
+        static constexpr const wchar_t* kKey =
+            L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
+        static constexpr const wchar_t* kName = L"AppsUseLightTheme";
+        static bool Read(DWORD& value) {
+            DWORD size = sizeof value;
+            return RegGetValueW(HKEY_CURRENT_USER, kKey, kName, RRF_RT_REG_DWORD, nullptr, &value, &size) ==
+                   ERROR_SUCCESS;
+        }
+        DWORD before_ = 0;
+        bool hadOne_ = false;
+    };
+    /// Colours of the system as programs that start meanwhile find them.
+    class SystemColours {
+      public:
+        SystemColours(COLORREF window, COLORREF text) {
+            for (std::size_t i = 0; i < kIndexes.size(); ++i) {
+                before_.at(i) = GetSysColor(kIndexes.at(i));
+            }
+            Set({window, text});
+        }
+        ~SystemColours() { Set(before_); }
+        SystemColours(const SystemColours&) = delete;
+        SystemColours& operator=(const SystemColours&) = delete;
+
+      private:
+        static constexpr std::array<int, 2> kIndexes = {COLOR_WINDOW, COLOR_WINDOWTEXT};
+        static void Set(const std::array<COLORREF, 2>& colours) {
+            EXPECT_TRUE(SetSysColors(static_cast<int>(kIndexes.size()), kIndexes.data(), colours.data()));
+        }
+        std::array<COLORREF, 2> before_{};
+    };
+};
+
+TEST_F(LookTest, AnUnsavedRowIsBoldUntilItIsSaved) {
+    Viewer viewer({OwnSample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Show(viewer);
+    const auto name = [&] { return PixelsOf(CellOf(viewer, IDC_ATTRIBUTES, 0, VIEW_COLUMN_NAME)); };
+    const auto other = [&] { return PixelsOf(CellOf(viewer, IDC_ATTRIBUTES, 1, VIEW_COLUMN_NAME)); };
+    // The picked row has colours of its own.
+    const auto leave = [&] { viewer.Pick(IDC_ATTRIBUTES, L"CTX1_Mask"); };
+    leave();
+    Await("plain rows", [&] {
+        const Pixels pixels = name();
+        return pixels.front() == GetSysColor(COLOR_WINDOW) && Dark(pixels) > 0 && Dark(other()) > 0;
+    });
+    viewer.Settle();
+    const Pixels plain = name();
+    const Pixels plainOther = other();
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    leave();
+    Await("a bold row", [&] {
+        const Pixels pixels = name();
+        return pixels.front() == GetSysColor(COLOR_WINDOW) && Dark(pixels) > Dark(plain) * 5 / 4;
+    });
+    EXPECT_EQ(plainOther, other()) << "the others stay";
+    viewer.Begin(IDM_FILE_SAVE_STREAM);
+    viewer.NextBox().ChooseFile(FileNamed(L"saved.xml"));
+    Await("a plain row", [&] { return name() == plain; });
+    viewer.Do(IDM_EDIT_UNDO);
+    leave();
+    Await("a bold row again", [&] { return Dark(name()) > Dark(plain) * 5 / 4; });
+    viewer.Do(IDM_EDIT_REDO);
+    leave();
+    Await("a plain row again", [&] { return name() == plain; });
+}
+
+TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
+    constexpr COLORREF kWindow = RGB(0, 0, 64);
+    constexpr COLORREF kText = RGB(255, 255, 0);
+    const SystemColours colours(kWindow, kText);
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Show(viewer);
+    /// Mixtures of the two colours have as much red as green; what has not is within this.
+    const auto strange = [&] {
+        const RECT place = PlaceOf(viewer.Part(IDC_SHEET));
+        const Pixels pixels = PixelsOf(place);
+        const long width = place.right - place.left;
+        RECT box{width, place.bottom - place.top, 0, 0};
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            if (std::abs(GetRValue(pixels[i]) - GetGValue(pixels[i])) > 2) {
+                const long x = static_cast<long>(i) % width;
+                const long y = static_cast<long>(i) / width;
+                box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
+                       std::max(box.bottom, y + 1)};
+            }
+        }
+        return box;
+    };
+    const auto has = [&](COLORREF colour) {
+        const Pixels pixels = PixelsOf(PlaceOf(viewer.Part(IDC_SHEET)));
+        return std::find(pixels.begin(), pixels.end(), colour) != pixels.end();
+    };
+    Await("the usual colours", [&] { return strange().right - strange().left > 100; });
+    ChooseHighContrast(viewer);
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0);
+    constexpr long kIcon = 64;
+    Await("the system's colours, but for the icon", [&] {
+        const RECT box = strange();
+        return box.right - box.left <= kIcon && box.bottom - box.top <= kIcon && has(kWindow) && has(kText);
+    });
+    // A pin that is picked has the system's colour for it.
+    EXPECT_FALSE(has(GetSysColor(COLOR_HIGHLIGHT)));
+    viewer.Do(IDM_VIEW_OUTPUTS);
+    viewer.Pick(IDC_OUTPUTS, 1);
+    Await("the picked pin", [&] { return has(GetSysColor(COLOR_HIGHLIGHT)); });
+}
+
+TEST_F(LookTest, TheTitleIsDarkWhereProgramsAre) {
+    constexpr DWORD kDarkTitle = 20; // DWMWA_USE_IMMERSIVE_DARK_MODE
+    using Asked = std::array<DWORD, 2>;
+    const Theme theme;
+    Viewer viewer;
+    const TitleRecord record(viewer);
+    const auto change = [&viewer] { SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0); };
+    Theme::Set(0);
+    change();
+    EXPECT_EQ((Asked{kDarkTitle, TRUE}), record.Last());
+    Theme::Set(1);
+    change();
+    EXPECT_EQ((Asked{kDarkTitle, FALSE}), record.Last());
+    Theme::Set(0);
+    ChooseHighContrast(viewer);
+    change();
+    EXPECT_EQ((Asked{kDarkTitle, FALSE}), record.Last()) << "high contrast has its own";
+    viewer.Close();
+}
+
+} // namespace
+
+} // namespace viewtest
