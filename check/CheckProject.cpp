@@ -63,6 +63,9 @@ class Project {
         if (EqualKeyword(name, "O_Tam_id") || IsChannelName(name)) {
             return true;
         }
+        if (name == "Tam") {
+            return false; // a device stream that is kept in the project
+        }
         // Under the name of another definition.
         int known = 0;
         tree.ForEachElement(element, [&](XmlTree::Index child) {

@@ -107,6 +107,9 @@ class Frame : public Window {
     /// At a place of the screen; at (-1, -1) when a key asked for it.
     void ShowListMenu(ListPane& pane, POINT place);
     void FillSortMenu(HMENU menu);
+    void FillModuleMenu(HMENU menu);
+    /// Of the modules of the open project.
+    void OpenModule(std::size_t number);
     /// As a click on the column's heading.
     void Sort(std::size_t column);
 
@@ -211,6 +214,8 @@ class Frame : public Window {
     std::wstring file_;
     /// The file whose points the lists have.
     std::wstring shownFile_;
+    /// The module to open of a project that has several.
+    std::optional<ModuleKey> module_;
     std::wstring project_;
     FileWatch watch_;
     History history_;

@@ -18,10 +18,6 @@ namespace {
 
 constexpr int kPageCommands[] = {IDM_VIEW_ATTRIBUTES, IDM_VIEW_INPUTS, IDM_VIEW_OUTPUTS, IDM_VIEW_CATALOGUE};
 
-std::wstring NameOf(const std::wstring& path) {
-    return path.substr(path.find_last_of(L"\\/") + 1);
-}
-
 bool PutOnClipboard(HWND owner, const std::wstring& text) {
     const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
     HGLOBAL const memory = GlobalAlloc(GMEM_MOVEABLE, size);
@@ -72,6 +68,10 @@ bool Frame::OnCommand(int id, int code, HWND control) {
             return true;
         }
         Open(file);
+        return true;
+    }
+    if (id >= IDM_FILE_MODULE && id <= IDM_FILE_MODULE_LAST) {
+        OpenModule(static_cast<std::size_t>(id - IDM_FILE_MODULE));
         return true;
     }
     if (id >= IDM_VIEW_SORT && id <= IDM_VIEW_SORT_LAST) {
@@ -236,6 +236,9 @@ bool Frame::IsEnabled(int command) const {
     if (command >= IDM_FILE_RECENT && command <= IDM_FILE_RECENT_LAST) {
         return static_cast<std::size_t>(command - IDM_FILE_RECENT) < settings_.recent.Files().size();
     }
+    if (command >= IDM_FILE_MODULE && command <= IDM_FILE_MODULE_LAST) {
+        return session_ && static_cast<std::size_t>(command - IDM_FILE_MODULE) < session_->Modules().size();
+    }
     if (command >= IDM_VIEW_SORT && command <= IDM_VIEW_SORT_LAST) {
         return static_cast<std::size_t>(command - IDM_VIEW_SORT) < PaneInFocus().Columns();
     }
@@ -301,6 +304,8 @@ void Frame::UpdateMenu(HMENU menu) {
     }
     if (GetMenuItemID(menu, 0) == UINT{IDM_VIEW_SORT}) {
         FillSortMenu(menu);
+    } else if (GetMenuItemID(menu, 0) == UINT{IDM_FILE_MODULE}) {
+        FillModuleMenu(menu);
     }
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         const UINT id = GetMenuItemID(menu, i);

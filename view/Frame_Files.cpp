@@ -21,10 +21,6 @@ constexpr UINT kProgressPeriod = 60;
 /// What takes no longer shows no progress, which would only flicker.
 constexpr DWORD kShort = 250;
 
-std::wstring NameOf(const std::wstring& path) {
-    return path.substr(path.find_last_of(L"\\/") + 1);
-}
-
 bool IsSamePath(const std::wstring& one, const std::wstring& other) noexcept {
     return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
 }
@@ -40,6 +36,7 @@ std::wstring WithoutEnding(const std::wstring& path) {
 
 void Frame::Open(const std::wstring& file) {
     if (busy_ == 0 && AskToSave()) {
+        module_.reset();
         Load(bench::FullPath(file));
     }
 }
@@ -82,7 +79,7 @@ void Frame::Load(const std::wstring& file) {
         std::optional<Problem> problem = Try([&] {
             session_ = std::make_unique<Session>();
             session_->SetUnits(isUs_);
-            session_->Read(file);
+            session_->Read(file, module_);
         });
         if (session_ && !session_->Files().empty()) {
             watch_.Watch(session_->Files());
@@ -131,7 +128,10 @@ void Frame::Load(const std::wstring& file) {
             settings_.recent.Add(file);
             Say(Text(IDS_LOADED, NameOf(file),
                      std::to_wstring(pages_[0].table.Rows().size() + pages_[1].table.Rows().size() +
-                                     pages_[2].table.Rows().size())));
+                                     pages_[2].table.Rows().size())) +
+                (session_->Modules().size() > 1
+                     ? Text(IDS_ONE_OF_MODULES, std::to_wstring(session_->Modules().size()))
+                     : std::wstring()));
         }
     }
     UpdateTitle();

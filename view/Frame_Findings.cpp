@@ -93,7 +93,7 @@ void Frame::ShowSource() {
     }
     isSourceShown_ = true;
     SetWindowTextW(sourceBox_, FromUtf16(session_->Source().Shown(u"\r\n")).c_str());
-    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_OF, file_.substr(file_.find_last_of(L"\\/") + 1)).c_str());
+    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_OF, NameOf(session_->SourceFile())).c_str());
 }
 
 void Frame::GoToSource(const FindingRow& finding) {
@@ -109,8 +109,7 @@ void Frame::GoToSource(const FindingRow& finding) {
     Send(sourceBox_, EM_SETSEL, end, begin);
     Send(sourceBox_, EM_SCROLLCARET);
     const std::wstring place = std::to_wstring(finding.line) + L":" + std::to_wstring(finding.column);
-    SetWindowTextW(sourceTitle_,
-                   Text(IDS_SOURCE_AT, file_.substr(file_.find_last_of(L"\\/") + 1), place).c_str());
+    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_AT, NameOf(session_->SourceFile()), place).c_str());
 }
 
 } // namespace view

@@ -60,6 +60,33 @@ void Frame::FillSortMenu(HMENU menu) {
     }
 }
 
+void Frame::FillModuleMenu(HMENU menu) {
+    while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
+    }
+    const std::size_t most = IDM_FILE_MODULE_LAST - IDM_FILE_MODULE + 1;
+    const std::size_t count = session_ ? std::min(session_->Modules().size(), most) : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const ProjectModule& module = session_->Modules()[i];
+        std::wstring words =
+            Text(IDS_MODULE, module.key.device + L"/" + std::to_wstring(module.key.number), module.name);
+        for (std::size_t at = 0; (at = words.find(L'&', at)) != std::wstring::npos; at += 2) {
+            words.insert(at, 1, L'&');
+        }
+        AppendMenuW(menu, i == session_->OpenModule() ? MF_STRING | MF_CHECKED : MF_STRING,
+                    IDM_FILE_MODULE + i, (L"&" + std::to_wstring((i + 1) % 10) + L"  " + words).c_str());
+    }
+    if (count == 0) {
+        AppendMenuW(menu, MF_STRING | MF_GRAYED, IDM_FILE_MODULE, Text(IDS_NO_MODULES).c_str());
+    }
+}
+
+void Frame::OpenModule(std::size_t number) {
+    if (number != session_->OpenModule() && AskToSave()) {
+        module_ = session_->Modules().at(number).key;
+        Load(file_);
+    }
+}
+
 void Frame::Sort(std::size_t column) {
     ListPane& pane = PaneInFocus();
     pane.Sort(column);

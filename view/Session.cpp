@@ -2,6 +2,7 @@
 
 #include "view/RecoveryFile.h"
 #include "view/SessionDocuments.h"
+#include "view/Window.h"
 
 #include "bench/Commands.h"
 #include "bench/Model.h"
@@ -13,6 +14,7 @@
 #include "drawing/Svg.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -37,6 +39,31 @@ std::size_t CountOf(IAppObject& app, HRESULT (STDMETHODCALLTYPE IAppObject::*mem
         return 0;
     }
     return static_cast<std::size_t>(count);
+}
+
+/// Of a text that begins at a place of another one the rows as they stand in that one.
+void ShiftBy(std::vector<FindingRow>& rows, SourcePlace begin) {
+    const auto shift = [&](std::size_t& line, std::size_t& column) {
+        column += line == 1 ? begin.column - 1 : 0;
+        line += begin.line - 1;
+    };
+    for (FindingRow& row : rows) {
+        shift(row.line, row.column);
+        shift(row.endLine, row.endColumn);
+    }
+}
+
+ModuleKey KeyOf(const xml::Node& element) {
+    ModuleKey key;
+    xml::ForEachElement(element, [&](const xml::Node& child) {
+        const std::wstring name = xml::NameOf(child);
+        if (bench::SameKey(name, L"DevKey")) {
+            key.device = xml::TextOf(child);
+        } else if (bench::SameKey(name, L"TamObjID")) {
+            key.number = ObjectNumberOf(xml::TextOf(child));
+        }
+    });
+    return key;
 }
 
 } // namespace
@@ -65,38 +92,76 @@ Session::Session() : report_("view", bench::Screen{}) {
 
 Session::~Session() = default;
 
-void Session::Read(const std::wstring& file) {
+void Session::Read(const std::wstring& file, const std::optional<ModuleKey>& module) {
     file_ = file;
+    sourceFile_ = file;
     files_ = {{file, StampOf(file)}}; // before it is read: a later change is seen
-    const std::string bytes = bench::ReadBytes(file);
-    FileText text = ReadFileText(bytes, file);
-    kind_ = text.kind;
-    if (kind_ == Kind::Device) {
-        options_.deviceFile = file;
-        const bench::DeviceFile device = bench::ReadDeviceFile(file);
-        for (const std::wstring& named : {device.streamFile, device.firmwareFile}) {
-            const bool isNew = std::none_of(files_.begin(), files_.end(),
-                                            [&](const StampedFile& known) { return known.path == named; });
-            if (isNew) {
-                files_.push_back({named, StampOf(named)});
-            }
-        }
-        text.source = bench::ReadBytes(device.streamFile);
-    }
     std::string problem;
     catalogue_ = check::ReadCatalogue(check::ReadFile(host_->CatalogueFile(), problem));
-    const check::Surroundings surroundings(&catalogue_);
-    check::Findings encoding;
-    const check::Result result = kind_ == Kind::Project ? check::CheckText(text.source, surroundings)
-                                                        : check::CheckBytes(text.source, surroundings);
-    if (kind_ != Kind::Project) {
-        text.source = check::Decode(std::move(text.source), encoding);
+    FileText text = ReadFileText(bench::ReadBytes(file), file);
+    kind_ = text.kind;
+    std::string stream;
+    if (kind_ == Kind::Project) {
+        stream = ReadModule(text, module);
+        source_ = SourceText(std::move(text.source));
+    } else {
+        stream = ReadStream(kind_ == Kind::Device ? ReadDevice(text.source) : std::move(text.source));
+        source_ = SourceText(stream);
     }
-    findings_ = RowsOf(result.findings, text.source);
-    documents_ = std::make_unique<Documents>(text.source, options_.definition);
+    documents_ = std::make_unique<Documents>(stream, options_.definition);
     pointsInFile_ = documents_->Points();
-    stream_ = kind_ == Kind::Project ? bench::Wide(text.source) : std::wstring();
-    source_ = SourceText(std::move(text.source));
+}
+
+std::string Session::ReadStream(std::string bytes) {
+    const check::Result result = check::CheckBytes(bytes, check::Surroundings(&catalogue_));
+    check::Findings encoding;
+    std::string stream = check::Decode(std::move(bytes), encoding);
+    std::vector<FindingRow> rows = RowsOf(result.findings, stream);
+    findings_.insert(findings_.end(), std::make_move_iterator(rows.begin()),
+                     std::make_move_iterator(rows.end()));
+    return stream;
+}
+
+std::string Session::ReadDevice(const std::string& bytes) {
+    options_.deviceFile = file_;
+    const bench::DeviceFile device = bench::ReadDeviceFile(file_);
+    for (const std::wstring& named : {device.streamFile, device.firmwareFile}) {
+        const bool isNew = std::none_of(files_.begin(), files_.end(),
+                                        [&](const StampedFile& known) { return known.path == named; });
+        if (isNew) {
+            files_.push_back({named, StampOf(named)});
+        }
+    }
+    sourceFile_ = device.streamFile;
+    // The source that is shown is the stream's: a place in the device file is told in words.
+    const check::Result result = check::CheckBytes(bytes, check::Surroundings(&catalogue_));
+    for (FindingRow& row : RowsOf(result.findings, {})) {
+        row.message = bench::Utf8(NameOf(file_)) + ":" + std::to_string(row.line) + ":" +
+                      std::to_string(row.column) + ": " + row.message;
+        row.line = 0;
+        row.column = 0;
+        findings_.push_back(std::move(row));
+    }
+    return bench::ReadBytes(device.streamFile);
+}
+
+std::string Session::ReadModule(const FileText& project, const std::optional<ModuleKey>& module) {
+    modules_ = project.modules;
+    const auto found = std::find_if(modules_.begin(), modules_.end(), [&](const ProjectModule& known) {
+        return module && known.key == *module;
+    });
+    module_ = found != modules_.end() ? static_cast<std::size_t>(found - modules_.begin()) : 0;
+    const ProjectModule& open = modules_.at(module_);
+    streamBegin_ = open.begin;
+    std::string stream = project.source.substr(open.begin, open.end - open.begin) + "\n";
+    stream_ = bench::Wide(stream);
+    const check::Surroundings surroundings(&catalogue_);
+    findings_ = RowsOf(check::CheckText(project.source, surroundings).findings, project.source);
+    std::vector<FindingRow> rows = RowsOf(check::CheckText(stream, surroundings).findings, stream);
+    ShiftBy(rows, SourceText(project.source).PlaceOf(open.begin));
+    findings_.insert(findings_.end(), std::make_move_iterator(rows.begin()),
+                     std::make_move_iterator(rows.end()));
+    return stream;
 }
 
 void Session::Load() {
@@ -108,15 +173,26 @@ void Session::Load() {
         device_ = std::make_unique<bench::OpenedDevice>(*host_, options_, report_);
         device_->PlaceAll();
         break;
-    case Kind::Project: {
+    case Kind::Project:
         host_->LoadStreamText(stream_);
-        const xml::Document document = xml::LoadFile(file_);
-        const std::wstring name = bench::WideOf(host_->App(), &IAppObject::get_UniqueIDString);
-        if (const xml::Node element = xml::Select(xml::Node(document), L"//" + name)) {
-            host_->Step("XmlLoad", [&] { com::Call(host_->App(), &IAppObject::XmlLoad, element.Get()); });
-        }
+        LoadElement();
         break;
     }
+}
+
+void Session::LoadElement() {
+    const std::wstring name = bench::WideOf(host_->App(), &IAppObject::get_UniqueIDString);
+    const ModuleKey& key = modules_.at(module_).key;
+    const xml::Document document = xml::LoadFile(file_);
+    xml::Node element;
+    xml::ForEachElement(xml::Select(xml::Node(document), L"/*"), [&](const xml::Node& child) {
+        if (!element && xml::NameOf(child) == name && KeyOf(child) == key) {
+            element = child;
+        }
+    });
+    // Without one the module is as its stream makes it: another module's element is none of it.
+    if (element) {
+        host_->Step("XmlLoad", [&] { com::Call(host_->App(), &IAppObject::XmlLoad, element.Get()); });
     }
 }
 
@@ -228,9 +304,9 @@ std::vector<FindingRow> Session::TakeBoxes() {
         row.weight = Weight::Box;
         row.rule = box["caption"].get<std::string>();
         row.message = OneLine(box["text"].get<std::string>());
-        if (const auto place = documents_->PlaceNamedIn(row.message)) {
+        if (const auto* const place = PlaceOfBox(row.message)) {
             row.point = place->point;
-            const SourcePlace first = source_.PlaceOf(place->begin);
+            const SourcePlace first = source_.PlaceOf(streamBegin_ + place->begin);
             row.line = first.line;
             row.column = first.column;
             row.endLine = first.line;
@@ -239,6 +315,15 @@ std::vector<FindingRow> Session::TakeBoxes() {
         rows.push_back(std::move(row));
     }
     return rows;
+}
+
+const SourcePoints::Place* Session::PlaceOfBox(const std::string& message) {
+    constexpr std::string_view kUnknownType = "Can't find the node related to SNVT ID ";
+    if (message.starts_with(kUnknownType)) {
+        const std::wstring type = bench::Wide(message.substr(kUnknownType.size()));
+        return documents_->PlaceOfType(type, unknownTypes_[type]++);
+    }
+    return documents_->PlaceNamedIn(message);
 }
 
 } // namespace view

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "view/model/FindingRow.h"
+#include "view/model/ProjectModules.h"
 #include "view/model/Recovery.h"
 #include "view/model/Row.h"
+#include "view/model/SourcePoints.h"
 #include "view/model/SourceText.h"
 
 #include "bench/CommandLine.h"
@@ -43,6 +45,8 @@ struct Problem {
     std::wstring words;
 };
 
+struct FileText;
+
 /// Runs what calls the component or writes files; what it throws comes back in words.
 std::optional<Problem> Try(com::Body body);
 
@@ -60,7 +64,9 @@ class Session {
 
     /// Reads the file and checks it: source and findings are there also when the
     /// component takes it for damaged, and Load fails.
-    void Read(const std::wstring& file);
+    /// `module` is the one to open of a project that has several; without it, or where the
+    /// project has no such module, the first one.
+    void Read(const std::wstring& file, const std::optional<ModuleKey>& module = std::nullopt);
     /// Has the component load what was read. The messages of the windows are handled meanwhile.
     void Load();
     /// From here on a person is there to answer boxes; before, each one is answered at once,
@@ -78,7 +84,12 @@ class Session {
     /// several files.
     const std::vector<StampedFile>& Files() const noexcept { return files_; }
     Kind FileKind() const noexcept { return kind_; }
+    /// The modules of a project, and which of them is open; none for another file.
+    const std::vector<ProjectModule>& Modules() const noexcept { return modules_; }
+    std::size_t OpenModule() const noexcept { return module_; }
     const SourceText& Source() const noexcept { return source_; }
+    /// The file of which this is the text: a device's stream is a file of its own.
+    const std::wstring& SourceFile() const noexcept { return sourceFile_; }
     const std::vector<FindingRow>& Findings() const noexcept { return findings_; }
     std::wstring ModuleName() const;
 
@@ -120,6 +131,19 @@ class Session {
 
   private:
     class Documents;
+    // Each puts what the checks say among the findings.
+
+    /// From its bytes; the answer is the text in UTF-8.
+    std::string ReadStream(std::string bytes);
+    /// The bytes of the device's stream.
+    std::string ReadDevice(const std::string& bytes);
+    /// The stream of a module of the project.
+    std::string ReadModule(const FileText& project, const std::optional<ModuleKey>& module);
+
+    /// Of a project: what it keeps of the open module beside the stream.
+    void LoadElement();
+    /// The point that a box is about; null for none.
+    const SourcePoints::Place* PlaceOfBox(const std::string& message);
     struct TypeWords {
         std::wstring title;
         std::wstring unit;
@@ -151,6 +175,13 @@ class Session {
     std::wstring file_;
     std::vector<StampedFile> files_;
     Kind kind_ = Kind::Stream;
+    std::wstring sourceFile_;
+    std::vector<ProjectModule> modules_;
+    std::size_t module_ = 0;
+    /// Where in the source the stream begins.
+    std::size_t streamBegin_ = 0;
+    /// How many boxes told of a type that is not in the catalogue.
+    std::map<std::wstring, std::size_t> unknownTypes_;
     /// The stream as the component gets it.
     std::wstring stream_;
     SourceText source_;

@@ -1,6 +1,7 @@
 #include "view/SessionDocuments.h"
 
-#include "view/model/ProjectText.h"
+#include "view/resource.h"
+#include "view/Window.h"
 
 #include "bench/Text.h"
 #include "check/XmlTree.h"
@@ -44,20 +45,17 @@ FileText ReadFileText(const std::string& bytes, const std::wstring& file) {
     const auto root = tree.Root();
     const std::string name = root == check::XmlTree::kNone ? "" : std::string(tree.Name(root));
     if (name == "Device") {
-        return {Session::Kind::Device, {}};
+        return {Session::Kind::Device, bytes};
     }
     if (name != "Project") {
         return {Session::Kind::Stream, bytes};
     }
-    const auto stream = tree.Find("Tam");
-    if (stream == check::XmlTree::kNone) {
-        throw bench::BenchError(E_INVALIDARG, bench::Utf8(file) +
-                                                  " is a project without a device stream: open the stream "
-                                                  "of its module");
+    FileText text{Session::Kind::Project, std::string(tree.Text())};
+    text.modules = ModulesOf(text.source);
+    if (text.modules.empty()) {
+        throw bench::BenchError(E_INVALIDARG, bench::Utf8(Text(IDS_NO_STREAM, file)));
     }
-    const std::size_t begin = tree.OffsetOf(stream);
-    return {Session::Kind::Project,
-            std::string(tree.Text().substr(begin, EndOfElement(tree.Text(), begin) - begin)) + "\n"};
+    return text;
 }
 
 Session::Documents::Documents(const std::string& stream, const std::wstring& definition) : places_(stream) {
@@ -108,6 +106,24 @@ const Session::Documents::Words& Session::Documents::Of(const PointId& id) const
 std::wstring Session::Documents::DefaultOf(const std::wstring& attribute) const {
     const auto found = defaults_.find(attribute);
     return found != defaults_.end() ? found->second : std::wstring();
+}
+
+const SourcePoints::Place* Session::Documents::PlaceOfType(const std::wstring& type,
+                                                           std::size_t number) const {
+    // Types of inputs are not looked up, and an attribute looks for its type twice.
+    for (const view::Kind kind : {view::Kind::Output, view::Kind::Attribute}) {
+        const std::size_t times = kind == view::Kind::Attribute ? 2 : 1;
+        for (const SourcePoints::Place& place : places_.Places()) {
+            if (place.point.kind != kind || Of(place.point).type != type) {
+                continue;
+            }
+            if (number < times) {
+                return &place;
+            }
+            number -= times;
+        }
+    }
+    return nullptr;
 }
 
 const SourcePoints::Place* Session::Documents::PlaceNamedIn(const std::string& text) const {

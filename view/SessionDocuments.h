@@ -11,16 +11,17 @@
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace view {
 
 namespace xml = bench::xml;
 
-/// What a file holds, and the text of the device stream in it as far as the file itself
-/// has it: bytes, and in a project UTF-8.
+/// What a file holds: its bytes, and of a project the text in UTF-8 with its modules.
 struct FileText {
     Session::Kind kind = Session::Kind::Stream;
-    std::string source;
+    std::string source = {};
+    std::vector<ProjectModule> modules = {};
 };
 /// Throws BenchError for a project that holds no device stream.
 FileText ReadFileText(const std::string& bytes, const std::wstring& file);
@@ -41,6 +42,9 @@ class Session::Documents {
     const Words& Of(const PointId& id) const;
     /// The default value of an attribute; empty without one.
     std::wstring DefaultOf(const std::wstring& attribute) const;
+    /// The points of this type of which the component tells when it does not find it, one
+    /// after the other, from 0; null behind the last.
+    const SourcePoints::Place* PlaceOfType(const std::wstring& type, std::size_t number) const;
     /// The first point whose name stands in a text as a word.
     const SourcePoints::Place* PlaceNamedIn(const std::string& text) const;
 

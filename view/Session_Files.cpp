@@ -2,6 +2,7 @@
 
 #include "view/model/ProjectText.h"
 #include "view/SessionDocuments.h"
+#include "view/Window.h"
 
 #include "bench/Commands.h"
 #include "bench/DeviceProject.h"
@@ -86,7 +87,7 @@ void Session::ExportSheet(const std::wstring& path, bool asSvg) {
     page.sheet.module.hasIcon = !page.icon.empty();
     page.findings = bench::FindingsOf(*host_);
     page.isChecked = true;
-    page.origin = "Made by tamview of " + bench::Utf8(file_.substr(file_.find_last_of(L"\\/") + 1)) + ".";
+    page.origin = "Made by tamview of " + bench::Utf8(NameOf(file_)) + ".";
     bench::WriteWholeFile(path, asSvg ? page::Svg(page) : page::Html(page));
 }
 

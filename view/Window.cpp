@@ -153,6 +153,10 @@ std::wstring TextOf(HWND window) {
     return text;
 }
 
+std::wstring NameOf(const std::wstring& path) {
+    return path.substr(path.find_last_of(L"\\/") + 1);
+}
+
 std::wstring Text(UINT id) {
     std::array<wchar_t, 512> text{};
     const int length = LoadStringW(GetModuleHandleW(nullptr), id, text.data(), static_cast<int>(text.size()));

@@ -102,7 +102,10 @@ bool IsHighContrast() noexcept;
 void MatchTitle(HWND window) noexcept;
 std::wstring TextOf(HWND window);
 
-/// A text of the program's resources, with %1, %2 … replaced.
+/// A path's last part.
+std::wstring NameOf(const std::wstring& path);
+
+/// A text of the program's resources; with %1 and %2 replaced.
 std::wstring Text(UINT id);
 std::wstring Text(UINT id, const std::wstring& first, const std::wstring& second = {});
 

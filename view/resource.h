@@ -82,6 +82,9 @@
 // Ten recent files from here on; where there are none, the first one is a greyed word.
 #define IDM_FILE_RECENT 40020
 #define IDM_FILE_RECENT_LAST 40029
+// The modules of a project; in another file a greyed word.
+#define IDM_FILE_MODULE 40030
+#define IDM_FILE_MODULE_LAST 40039
 
 #define IDM_EDIT_UNDO 40101
 #define IDM_EDIT_REDO 40102
@@ -235,3 +238,7 @@
 #define IDS_SORTED_DOWN 2102
 #define IDS_SORTED_AS_FILE 2103
 #define IDS_WRITING 2104
+#define IDS_MODULE 2121
+#define IDS_NO_MODULES 2122
+#define IDS_ONE_OF_MODULES 2123
+#define IDS_NO_STREAM 2124
