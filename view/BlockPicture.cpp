@@ -1,6 +1,8 @@
 #include "view/BlockPicture.h"
 
 #include "view/Painter.h"
+#include "view/resource.h"
+#include "view/Window.h"
 
 #include "bench/Text.h"
 
@@ -22,7 +24,7 @@ constexpr double kMostPixels = 120e6;
 
 std::string PngOf(const drawing::Drawing& drawing, HICON icon) {
     if (drawing.width * drawing.height * kScale * kScale > kMostPixels) {
-        throw bench::BenchError(E_INVALIDARG, "the block is too large for a picture of pixels; use SVG");
+        throw bench::BenchError(E_INVALIDARG, bench::Utf8(Text(IDS_TOO_LARGE)));
     }
     const Bitmap bitmap(static_cast<int>(std::ceil(drawing.width * kScale)),
                         static_cast<int>(std::ceil(drawing.height * kScale)));

@@ -5,6 +5,7 @@
 #include <shellapi.h>
 #include <windowsx.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace view {
@@ -13,9 +14,29 @@ namespace {
 
 constexpr UINT_PTR kDiskTimer = 1;
 constexpr UINT kDiskPeriod = 1000;
-constexpr UINT_PTR kProgressTimer = 2;
 constexpr SIZE kLeastSize{560, 400};
 constexpr SIZE kFirstSize{1180, 760};
+
+/// As much of an area as fits into another one, moved there where it stands out.
+RECT Within(const RECT& area, const RECT& room) noexcept {
+    const LONG width = std::min(area.right - area.left, room.right - room.left);
+    const LONG height = std::min(area.bottom - area.top, room.bottom - room.top);
+    const LONG left = std::clamp(area.left, room.left, room.right - width);
+    const LONG top = std::clamp(area.top, room.top, room.bottom - height);
+    return {left, top, left + width, top + height};
+}
+
+BOOL CALLBACK PassColourChange(HWND part, LPARAM) {
+    SendMessageW(part, WM_SYSCOLORCHANGE, 0, 0);
+    return TRUE;
+}
+
+MONITORINFO MonitorOf(HMONITOR monitor) noexcept {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    GetMonitorInfoW(monitor, &info);
+    return info;
+}
 
 bool IsOfClass(HWND window, const wchar_t* className) noexcept {
     wchar_t name[32] = {};
@@ -73,11 +94,24 @@ void Frame::Show(int how) {
                          MonitorFromRect(&area, MONITOR_DEFAULTTONULL) != nullptr;
     if (isKnown) {
         // The place and not the state: a window that ended as a symbol comes back as a window.
-        place.showCmd = place.showCmd == SW_SHOWMAXIMIZED ? SW_SHOWMAXIMIZED : static_cast<UINT>(how);
+        const bool wasWhole =
+            place.showCmd == SW_SHOWMAXIMIZED ||
+            (place.showCmd == SW_SHOWMINIMIZED && (place.flags & WPF_RESTORETOMAXIMIZED) != 0);
+        place.showCmd = wasWhole ? SW_SHOWMAXIMIZED : static_cast<UINT>(how);
+        // A placement counts from the corner of what no bar covers.
+        const MONITORINFO info = MonitorOf(MonitorFromRect(&area, MONITOR_DEFAULTTONEAREST));
+        RECT room = info.rcWork;
+        OffsetRect(&room, info.rcMonitor.left - info.rcWork.left, info.rcMonitor.top - info.rcWork.top);
+        place.rcNormalPosition = Within(area, room);
         SetWindowPlacement(Handle(), &place);
     } else {
-        SetWindowPos(Handle(), nullptr, 0, 0, scaling_(kFirstSize.cx), scaling_(kFirstSize.cy),
-                     SWP_NOMOVE | SWP_NOZORDER);
+        RECT first{};
+        GetWindowRect(Handle(), &first);
+        first.right = first.left + scaling_(kFirstSize.cx);
+        first.bottom = first.top + scaling_(kFirstSize.cy);
+        first = Within(first, MonitorOf(MonitorFromWindow(Handle(), MONITOR_DEFAULTTONEAREST)).rcWork);
+        SetWindowPos(Handle(), nullptr, first.left, first.top, first.right - first.left,
+                     first.bottom - first.top, SWP_NOZORDER);
         ShowWindow(Handle(), how);
     }
     UpdateWindow(Handle());
@@ -103,6 +137,9 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
         MatchTitle(Handle());
+        if (message == WM_SYSCOLORCHANGE) {
+            EnumChildWindows(Handle(), &PassColourChange, 0); // the system tells top windows alone
+        }
         if (fonts_) {
             SetFonts();
             InvalidateRect(Handle(), nullptr, TRUE);

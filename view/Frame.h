@@ -50,6 +50,7 @@ class Frame : public Window {
     };
     static constexpr std::size_t kPointPages = 3;
     static constexpr std::size_t kCatalogue = 3;
+    static constexpr UINT_PTR kProgressTimer = 2;
 
     /// The window is busy while this lives: no command but "stop" is taken.
     class Busy;
@@ -184,6 +185,15 @@ class Frame : public Window {
     Keys undoKeys_;
     Scaling scaling_;
     std::optional<Fonts> fonts_;
+    /// What words take in these fonts, in pixels.
+    struct Room {
+        int line = 0;
+        int label = 0;
+        int stop = 0;
+        /// The parts of the status line behind the message.
+        std::array<int, 4> parts{};
+    };
+    Room room_;
     Images images_;
     HWND toolbar_ = nullptr;
     HWND status_ = nullptr;
@@ -212,8 +222,9 @@ class Frame : public Window {
     std::unique_ptr<Session> session_;
     bool isLoaded_ = false;
     std::wstring file_;
-    /// The file whose points the lists have.
+    /// The file whose points the lists have, and the module of a project.
     std::wstring shownFile_;
+    std::optional<ModuleKey> shownModule_;
     /// The module to open of a project that has several.
     std::optional<ModuleKey> module_;
     std::wstring project_;
@@ -232,6 +243,8 @@ class Frame : public Window {
     /// Whether the unsaved values are on the disk.
     bool isKept_ = false;
     bool isSourceShown_ = false;
+    /// The status line tells of the picked row.
+    bool isRowTold_ = false;
     bool isPicking_ = false;
     bool isAsking_ = false;
 };

@@ -351,7 +351,7 @@ void Frame::UpdateStatus() {
     set(VIEW_STATUS_UNSAVED, unsaved == 0 ? std::wstring() : Text(IDS_UNSAVED, std::to_wstring(unsaved)));
     set(VIEW_STATUS_UNITS, Text(isUs_ ? IDS_UNITS_US : IDS_UNITS_SI));
     set(VIEW_STATUS_ZOOM,
-        isLoaded_ ? std::to_wstring(std::lround(sheet_->Zoom() * 100)) + L" %" : std::wstring());
+        isLoaded_ ? Text(IDS_ZOOM, std::to_wstring(std::lround(sheet_->Zoom() * 100))) : std::wstring());
 }
 
 void Frame::UpdateTitle() {

@@ -16,13 +16,13 @@ namespace view {
 
 namespace {
 
-constexpr UINT_PTR kProgressTimer = 2;
 constexpr UINT kProgressPeriod = 60;
 /// What takes no longer shows no progress, which would only flicker.
 constexpr DWORD kShort = 250;
 
-bool IsSamePath(const std::wstring& one, const std::wstring& other) noexcept {
-    return CompareStringOrdinal(one.c_str(), -1, other.c_str(), -1, TRUE) == CSTR_EQUAL;
+bool IsSamePath(const std::wstring& one, const std::wstring& other) {
+    return CompareStringOrdinal(bench::FullPath(one).c_str(), -1, bench::FullPath(other).c_str(), -1, TRUE) ==
+           CSTR_EQUAL;
 }
 
 std::wstring WithoutEnding(const std::wstring& path) {
@@ -156,8 +156,10 @@ void Frame::AddProblem(const Problem& problem, UINT rule) {
 }
 
 void Frame::Fill() {
-    const bool isSameFile = shownFile_ == file_;
+    const std::optional<ModuleKey> module = session_ ? session_->ModuleKeyOf() : std::nullopt;
+    const bool isSameFile = shownFile_ == file_ && shownModule_ == module;
     shownFile_ = file_;
+    shownModule_ = module;
     for (PointPage& page : pages_) {
         const auto former = page.pane->Picked();
         const auto picked =
@@ -408,6 +410,7 @@ void Frame::OfferRecovery() {
             DeleteFileW(left.path.c_str());
             continue;
         }
+        module_ = left.recovery.module;
         Load(files.front().path);
         if (isLoaded_ && BringBack(left.recovery)) {
             DeleteFileW(left.path.c_str());

@@ -3,6 +3,8 @@
 #include "view/resource.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace view {
 
@@ -10,10 +12,7 @@ namespace {
 
 // Pixels at 96 dots to the inch.
 constexpr int kFilterWidth = 190;
-constexpr int kFilterLabel = 44;
 constexpr int kGap = 4;
-constexpr int kBarHeight = 24;
-constexpr int kStopWidth = 64;
 constexpr int kProgressWidth = 220;
 constexpr int kThousand = 1000;
 constexpr int kLeastPart = 100;
@@ -47,7 +46,7 @@ void Frame::Layout() {
     const int toolHeight = scaling_(6) + HIWORD(static_cast<DWORD>(Send(toolbar_, TB_GETBUTTONSIZE)));
     const int statusHeight = HeightOf(status_);
     const int bar = scaling_(Splitter::kWidth);
-    const int line = scaling_(kBarHeight);
+    const int line = room_.line;
     Place(toolbar_, {whole.left, whole.top, whole.right, whole.top + toolHeight});
 
     RECT body{whole.left, whole.top + toolHeight, whole.right, whole.bottom - statusHeight};
@@ -72,14 +71,13 @@ void Frame::Layout() {
     Send(tabs_, TCM_GETITEMRECT, 3, &lastTab);
     const long tabHeight = std::max<long>(one.bottom + scaling_(2), line);
     const long tabEnd = lists.left + lastTab.right + scaling_(6);
-    const bool isOneLine = tabEnd + scaling_(kFilterLabel + kFilterWidth / 2) < lists.right;
+    const bool isOneLine = tabEnd + room_.label + scaling_(kFilterWidth / 2) < lists.right;
     const long filterTop = lists.top + (isOneLine ? 0 : tabHeight);
-    const long filterLeft = isOneLine ? std::max<long>(tabEnd + scaling_(kFilterLabel),
-                                                       lists.right - scaling_(kFilterWidth + kGap))
-                                      : lists.left + scaling_(kFilterLabel);
+    const long filterLeft =
+        isOneLine ? std::max<long>(tabEnd + room_.label, lists.right - scaling_(kFilterWidth + kGap))
+                  : lists.left + room_.label;
     Place(tabs_, {lists.left, lists.top, isOneLine ? tabEnd : lists.right, lists.top + tabHeight});
-    Place(filterLabel_,
-          {filterLeft - scaling_(kFilterLabel), filterTop, filterLeft - scaling_(kGap), filterTop + line});
+    Place(filterLabel_, {filterLeft - room_.label, filterTop, filterLeft - scaling_(kGap), filterTop + line});
     Place(filter_, {filterLeft, filterTop + scaling_(1), lists.right - scaling_(kGap),
                     filterTop + line - scaling_(1)});
     const RECT list{lists.left, lists.top + tabHeight + (isOneLine ? 0 : line), lists.right, lists.bottom};
@@ -109,16 +107,21 @@ void Frame::Layout() {
 
     // The parts of the status line, and above them what shows progress.
     const long width = whole.right;
-    const int parts[] = {static_cast<int>(std::max<long>(width - scaling_(460), scaling_(120))),
-                         static_cast<int>(width - scaling_(300)), static_cast<int>(width - scaling_(180)),
-                         static_cast<int>(width - scaling_(100)), -1};
-    Send(status_, SB_SETPARTS, 5, parts);
+    int end = static_cast<int>(width);
+    std::array<int, 5> parts{};
+    parts.back() = -1;
+    for (std::size_t i = parts.size() - 1; i > 0; --i) {
+        end -= room_.parts.at(i - 1);
+        parts.at(i - 1) = end;
+    }
+    parts.front() = std::max(parts.front(), scaling_(120));
+    Send(status_, SB_SETPARTS, parts.size(), parts.data());
     const long right = parts[0];
     const long top = whole.bottom - statusHeight + scaling_(3);
     const long bottom = whole.bottom - scaling_(2);
-    Place(stop_, {right - scaling_(kStopWidth), top, right, bottom});
-    Place(progress_, {right - scaling_(kStopWidth + kGap + kProgressWidth), top,
-                      right - scaling_(kStopWidth + kGap), bottom});
+    Place(stop_, {right - room_.stop, top, right, bottom});
+    Place(progress_, {right - room_.stop - scaling_(kGap + kProgressWidth), top,
+                      right - room_.stop - scaling_(kGap), bottom});
     for (const HWND above : {progress_, stop_}) {
         SetWindowPos(above, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
@@ -128,7 +131,7 @@ void Frame::Layout() {
 void Frame::MoveSplit(std::size_t split, int distance) {
     const RECT whole = ClientOf(Handle());
     const bool isLevel = split == 1;
-    const int room = isLevel ? HeightOf(sheet_->Handle()) + HeightOf(findingPane_->Handle()) : whole.right;
+    const int room = isLevel ? whole.bottom - HeightOf(toolbar_) - HeightOf(status_) : whole.right;
     const int part = MulDiv(isLevel ? -distance : distance, kThousand, std::max(1, room));
     int& share = settings_.splits.at(split);
     share = std::clamp(share + part, kLeastPart, kThousand - kLeastPart);

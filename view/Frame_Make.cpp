@@ -1,5 +1,6 @@
 #include "view/Frame.h"
 
+#include "view/model/Colours.h"
 #include "view/resource.h"
 
 #include "bench/Text.h"
@@ -47,11 +48,9 @@ std::vector<ListPane::Column> PointColumns() {
 }
 
 drawing::Colour GlyphColour() noexcept {
-    const COLORREF colour = GetSysColor(COLOR_BTNTEXT);
     constexpr drawing::Colour kCalm = 0x1D4E89;
-    return IsHighContrast() ? static_cast<drawing::Colour>(GetRValue(colour)) << 16U |
-                                  static_cast<drawing::Colour>(GetGValue(colour)) << 8U | GetBValue(colour)
-                            : kCalm;
+    return IsHighContrast() || !IsLight(ColourOfSystem(COLOR_BTNFACE)) ? ColourOfSystem(COLOR_BTNTEXT)
+                                                                       : kCalm;
 }
 
 } // namespace
@@ -59,22 +58,24 @@ drawing::Colour GlyphColour() noexcept {
 void Frame::MakeParts() {
     const HWND frame = Handle();
     MakeToolbar();
-    sheet_ =
-        std::make_unique<SheetView>(frame, IDC_SHEET,
-                                    SheetView::Events{[this](const drawing::PinId& pin) { OnPinPicked(pin); },
-                                                      [this](const drawing::PinId& pin) {
-                                                          if (const auto id = PointOf(pin)) {
-                                                              OpenEditor(*id);
-                                                          }
-                                                      },
-                                                      [this] { UpdateStatus(); }});
+    sheet_ = std::make_unique<SheetView>(
+        frame, IDC_SHEET,
+        SheetView::Events{[this](const drawing::PinId& pin) { OnPinPicked(pin); },
+                          [this](const drawing::PinId& pin) {
+                              if (const auto id = PointOf(pin)) {
+                                  OpenEditor(*id);
+                              }
+                          },
+                          [this] { UpdateStatus(); },
+                          [this](const std::wstring& words) { OnProblem(words); }});
     MakeSplitters();
     filterLabel_ = MakeControl(frame, WC_STATICW, Text(IDS_FILTER).c_str(),
                                WS_VISIBLE | SS_CENTERIMAGE | SS_RIGHT, IDC_FILTER_LABEL);
     filter_ = MakeControl(frame, WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, IDC_FILTER,
                           WS_EX_CLIENTEDGE);
     SetWindowSubclass(filter_, OnFilterMessage, 1, reinterpret_cast<DWORD_PTR>(frame));
-    tabs_ = MakeControl(frame, WC_TABCONTROLW, L"", WS_VISIBLE | WS_TABSTOP | TCS_FOCUSNEVER, IDC_PAGES);
+    tabs_ = MakeControl(frame, WC_TABCONTROLW, Text(IDS_PAGES).c_str(),
+                        WS_VISIBLE | WS_TABSTOP | TCS_FOCUSNEVER, IDC_PAGES);
     for (const int title : {IDS_ATTRIBUTES, IDS_INPUTS, IDS_OUTPUTS, IDS_CATALOGUE}) {
         std::wstring text = Text(static_cast<UINT>(title));
         TCITEMW item{};
@@ -165,6 +166,7 @@ void Frame::MakePointPage(std::size_t index, Kind kind, int id, const wchar_t* k
     source.isBold = [&page](std::size_t row) { return page.table.Rows().at(row).isUnsaved; };
     const auto idOf = [&page](std::size_t row) { return page.table.Rows().at(row).id; };
     ListPane::Events events;
+    events.failed = [this](const std::wstring& words) { OnProblem(words); };
     events.picked = [this, idOf](std::size_t row) { OnRowPicked(idOf(row)); };
     events.opened = [this, idOf](std::size_t row) { OpenEditor(idOf(row)); };
     events.typed = [this](wchar_t letter) { Filter(std::wstring(1, letter)); };
@@ -206,12 +208,14 @@ void Frame::MakeFindings() {
     ListPane::Source source;
     source.cell = [this](std::size_t row, std::size_t column) { return findingTexts_.at(row).at(column); };
     source.colour = [this](std::size_t row) -> std::optional<COLORREF> {
-        if (IsHighContrast() || findings_.at(row).weight == Weight::Note) {
-            return std::nullopt;
-        }
-        return findings_.at(row).weight == Weight::Warning ? RGB(0x8A, 0x55, 0x00) : RGB(0xB0, 0x1E, 0x1E);
+        const auto colour = IsHighContrast()
+                                ? std::nullopt
+                                : ColourOf(findings_.at(row).weight, ColourOfSystem(COLOR_WINDOW));
+        return colour ? std::optional(RGB(*colour >> 16U & 0xFFU, *colour >> 8U & 0xFFU, *colour & 0xFFU))
+                      : std::nullopt;
     };
     ListPane::Events events;
+    events.failed = [this](const std::wstring& words) { OnProblem(words); };
     // While a file is loaded the list still shows the former file's.
     events.picked = [this](std::size_t row) {
         if (busy_ == 0) {
@@ -239,6 +243,18 @@ void Frame::SetFonts() {
     std::optional<Fonts> fonts;
     fonts.emplace(scaling_);
     const HFONT normal = fonts->normal.Get();
+    const auto widthOf = [normal](UINT text) { return static_cast<int>(SizeOf(normal, Text(text)).cx); };
+    room_.line = std::max(scaling_(24), static_cast<int>(SizeOf(normal, L"Ag").cy) + scaling_(8));
+    room_.label = std::max(scaling_(44), widthOf(IDS_FILTER) + scaling_(8));
+    room_.stop = std::max(scaling_(64), widthOf(IDS_STOP) + scaling_(20));
+    const std::wstring many = L"99999";
+    const std::wstring parts[] = {Text(IDS_SHOWN_OF, many, many), Text(IDS_UNSAVED, many), Text(IDS_UNITS_SI),
+                                  Text(IDS_ZOOM, L"800")};
+    constexpr int kLeast[] = {160, 120, 80, 100};
+    for (std::size_t i = 0; i < room_.parts.size(); ++i) {
+        room_.parts.at(i) =
+            std::max(scaling_(kLeast[i]), static_cast<int>(SizeOf(normal, parts[i]).cx) + scaling_(12));
+    }
     for (const HWND control :
          {toolbar_, filterLabel_, filter_, tabs_, findingsTitle_, sourceTitle_, status_, stop_}) {
         Send(control, WM_SETFONT, normal, TRUE);
@@ -248,9 +264,13 @@ void Frame::SetFonts() {
         page.pane->SetFonts(*fonts, scaling_);
     }
     typePane_->SetFonts(*fonts, scaling_);
+    for (ListPane* const pane : {pages_[0].pane.get(), pages_[1].pane.get(), pages_[2].pane.get(),
+                                 typePane_.get(), findingPane_.get()}) {
+        pane->SetColours();
+    }
     sheet_->SetScaling(scaling_);
     findingPane_->SetFonts(*fonts, scaling_);
-    fonts_ = std::move(fonts); // the old ones go when nobody has them any more
+    fonts_ = std::move(fonts); // nobody has the old ones any more
     Images images = MakeGlyphs(scaling_, GlyphColour());
     Send(toolbar_, TB_SETIMAGELIST, 0, images.get());
     images_ = std::move(images);

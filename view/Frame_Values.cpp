@@ -98,6 +98,9 @@ void Frame::OnCellEntered(const PointId& id, const std::wstring& text) {
         RefreshWiring();
     }
     AfterChange();
+    if (id.kind == Kind::Input && session_->LeadsOutside(text)) {
+        Say(Text(IDS_NO_SUCH_OUTPUT, text));
+    }
 }
 
 void Frame::Undo() {
@@ -165,7 +168,7 @@ void Frame::RefreshWiring() {
     // Outputs tell which inputs read them.
     PointPage& outputs = *PageOf(Kind::Output);
     outputs.table.Assign(session_->ReadRows(Kind::Output));
-    outputs.pane->RedrawAll();
+    outputs.pane->Update(); // the filter may show others now
     sheet_->Refresh(ReadSheet());
 }
 
@@ -175,7 +178,7 @@ drawing::Sheet Frame::ReadSheet() {
 
 void Frame::AfterChange() {
     if (history_.IsDirty()) {
-        isKept_ = recovery_.Keep({watch_.Files(), project_, history_.Changed()});
+        isKept_ = recovery_.Keep({watch_.Files(), project_, history_.Changed(), session_->ModuleKeyOf()});
     } else {
         recovery_.Remove();
     }
@@ -264,6 +267,13 @@ void Frame::PickPoint(const PointId& id) {
 void Frame::OnRowPicked(const PointId& id) {
     sheet_->Pick(PinOf(id));
     UpdateTools();
+    // Bold is nothing to an ear.
+    if (history_.IsUnsaved(id)) {
+        Say(Text(IDS_ROW_UNSAVED, id.name));
+        isRowTold_ = true;
+    } else if (std::exchange(isRowTold_, false)) {
+        Say({});
+    }
 }
 
 void Frame::OnPinPicked(const drawing::PinId& pin) {

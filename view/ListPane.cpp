@@ -55,6 +55,10 @@ ListPane::ListPane(HWND parent, int id, const wchar_t* key, UINT name, std::vect
         column.iSubItem = static_cast<int>(i);
         Send(list_, LVM_INSERTCOLUMNW, i, &column);
     }
+    // A screen reader names a field by the visible label before it.
+    cellLabel_ = CreateWindowExW(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, list_,
+                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(IDC_CELL_LABEL)),
+                                 GetModuleHandleW(nullptr), nullptr);
     SetWindowSubclass(list_, &ListPane::OnListMessage, kListSubclass, reinterpret_cast<DWORD_PTR>(this));
 }
 
@@ -81,6 +85,7 @@ void ListPane::Write(const Settings& settings) const {
 }
 
 void ListPane::SetFonts(const Fonts& fonts, Scaling scaling) {
+    EndCell(true); // its font and its place are the former ones
     for (std::size_t i = 0; bold_ != nullptr && i < columns_.size(); ++i) {
         // As wide as a person has made it, at the scale so far.
         columns_[i].width = scaling_.Back(static_cast<int>(Send(list_, LVM_GETCOLUMNWIDTH, i)));
@@ -91,6 +96,12 @@ void ListPane::SetFonts(const Fonts& fonts, Scaling scaling) {
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         Send(list_, LVM_SETCOLUMNWIDTH, i, scaling(columns_[i].width));
     }
+}
+
+void ListPane::SetColours() {
+    Send(list_, LVM_SETBKCOLOR, 0, GetSysColor(COLOR_WINDOW));
+    Send(list_, LVM_SETTEXTBKCOLOR, 0, GetSysColor(COLOR_WINDOW));
+    Send(list_, LVM_SETTEXTCOLOR, 0, GetSysColor(COLOR_WINDOWTEXT));
 }
 
 void ListPane::Update() {
@@ -187,6 +198,7 @@ void ListPane::EditCell(std::size_t column, const std::wstring& text) {
         return;
     }
     EndCell(false);
+    SetWindowTextW(cellLabel_, Text(IDS_CELL_OF, source_.cell(*row, 0), Title(column)).c_str());
     Send(list_, LVM_ENSUREVISIBLE, *listing_.PlaceOf(*row), FALSE);
     RECT area = CellAreaOf(*row, column);
     RECT whole{};
@@ -225,19 +237,22 @@ void ListPane::EndCell(bool isTaken) {
     }
 }
 
+bool ListPane::Do(const std::function<void()>& act) noexcept {
+    const std::optional<Problem> problem = Try(act);
+    if (problem && events_.failed) {
+        Try([&] { events_.failed(problem->words); });
+    }
+    return !problem;
+}
+
 LRESULT CALLBACK ListPane::OnCellMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                          DWORD_PTR data) noexcept {
     auto& pane = *reinterpret_cast<ListPane*>(data);
-    bool isDone = false;
-    com::Attempt([&] {
-        if (message == WM_KEYDOWN && (wParam == VK_RETURN || wParam == VK_ESCAPE)) {
-            pane.EndCell(wParam == VK_RETURN);
-            isDone = true;
-        } else if (message == WM_KILLFOCUS) {
-            pane.EndCell(true);
-            isDone = true;
-        }
-    });
+    const bool isEnd = message == WM_KEYDOWN && (wParam == VK_RETURN || wParam == VK_ESCAPE);
+    const bool isDone = isEnd || message == WM_KILLFOCUS;
+    if (isDone) { // whatever comes of it: the field is gone then
+        pane.Do([&] { pane.EndCell(!isEnd || wParam == VK_RETURN); });
+    }
     if (isDone || (message == WM_CHAR && (wParam == L'\r' || wParam == L'\x1B'))) {
         return 0;
     }
@@ -248,7 +263,7 @@ LRESULT CALLBACK ListPane::OnListMessage(HWND window, UINT message, WPARAM wPara
                                          DWORD_PTR data) noexcept {
     auto& pane = *reinterpret_cast<ListPane*>(data);
     bool isDone = false;
-    const auto failure = com::Attempt([&] {
+    const bool isWell = pane.Do([&] {
         if (message == WM_KEYDOWN && wParam == VK_RETURN) {
             const auto row = pane.Picked();
             isDone = true;
@@ -263,7 +278,7 @@ LRESULT CALLBACK ListPane::OnListMessage(HWND window, UINT message, WPARAM wPara
             pane.EndCell(true); // the cell goes from under its field
         }
     });
-    return isDone || failure ? 0 : DefSubclassProc(window, message, wParam, lParam);
+    return isDone || !isWell ? 0 : DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT ListPane::OnNotify(NMHDR& head) {

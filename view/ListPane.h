@@ -38,9 +38,10 @@ class ListPane {
         std::function<void(std::size_t row)> opened = {};
         /// A letter was typed into the list.
         std::function<void(wchar_t letter)> typed = {};
-        /// A value was typed into the cell of a row. The words of what is wrong with it, if
-        /// anything is.
+        /// A value was typed into the cell of a row.
         std::function<void(std::size_t row, const std::wstring& text)> entered = {};
+        /// The words of what went wrong in one of these.
+        std::function<void(const std::wstring& words)> failed = {};
     };
 
     /// `key` names the list in the settings, `name` to a screen reader.
@@ -51,10 +52,11 @@ class ListPane {
     ListPane& operator=(const ListPane&) = delete;
 
     HWND Handle() const noexcept { return list_; }
-    int Id() const noexcept { return GetDlgCtrlID(list_); }
     void Read(const Settings& settings);
     void Write(const Settings& settings) const;
     void SetFonts(const Fonts& fonts, Scaling scaling);
+    /// The system's, as they are now.
+    void SetColours();
 
     /// The listing shows other rows. The picked row stays picked, when it is still shown.
     void Update();
@@ -94,12 +96,15 @@ class ListPane {
                                           UINT_PTR id, DWORD_PTR data) noexcept;
     /// Of a row that is shown.
     RECT CellAreaOf(std::size_t row, std::size_t column) const;
+    /// False when it fails; the events' owner has the words then.
+    bool Do(const std::function<void()>& act) noexcept;
     LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
     void ShowOrder();
     void EndCell(bool isTaken);
 
     HWND list_;
     HWND cell_ = nullptr;
+    HWND cellLabel_ = nullptr;
     std::size_t cellRow_ = 0;
     std::wstring key_;
     std::vector<Column> columns_;

@@ -1,5 +1,7 @@
 #include "view/Painter.h"
 
+#include "view/Window.h"
+
 #include "bench/Text.h"
 #include "com/Boundary.h"
 
@@ -31,12 +33,6 @@ struct DeleteFont {
     void operator()(HFONT font) const noexcept { DeleteObject(font); }
 };
 using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, DeleteFont>;
-
-Colour FromSystem(int index) noexcept {
-    const COLORREF colour = GetSysColor(index);
-    return static_cast<Colour>(GetRValue(colour)) << 16U | static_cast<Colour>(GetGValue(colour)) << 8U |
-           GetBValue(colour);
-}
 
 COLORREF ToSystem(Colour colour) noexcept {
     return RGB(colour >> 16U & 0xFFU, colour >> 8U & 0xFFU, colour & 0xFFU);
@@ -327,8 +323,8 @@ Bitmap::~Bitmap() {
 }
 
 SystemColours SystemColours::Now() noexcept {
-    return {FromSystem(COLOR_WINDOW), FromSystem(COLOR_WINDOWTEXT), FromSystem(COLOR_HIGHLIGHT),
-            FromSystem(COLOR_HIGHLIGHTTEXT)};
+    return {ColourOfSystem(COLOR_WINDOW), ColourOfSystem(COLOR_WINDOWTEXT), ColourOfSystem(COLOR_HIGHLIGHT),
+            ColourOfSystem(COLOR_HIGHLIGHTTEXT)};
 }
 
 void PaintDrawing(const Bitmap& bitmap, const drawing::Drawing& drawing, const View& view) {

@@ -1,6 +1,7 @@
 #include "view/Session.h"
 
 #include "view/RecoveryFile.h"
+#include "view/resource.h"
 #include "view/SessionDocuments.h"
 #include "view/Window.h"
 
@@ -11,6 +12,7 @@
 #include "check/Check.h"
 #include "check/Program.h"
 #include "com/Creation.h"
+#include "core/References.h"
 #include "drawing/Svg.h"
 
 #include <algorithm>
@@ -45,7 +47,7 @@ std::size_t CountOf(IAppObject& app, HRESULT (STDMETHODCALLTYPE IAppObject::*mem
 void ShiftBy(std::vector<FindingRow>& rows, SourcePlace begin) {
     const auto shift = [&](std::size_t& line, std::size_t& column) {
         column += line == 1 ? begin.column - 1 : 0;
-        line += begin.line - 1;
+        line += line > 0 ? begin.line - 1 : 0;
     };
     for (FindingRow& row : rows) {
         shift(row.line, row.column);
@@ -64,6 +66,15 @@ ModuleKey KeyOf(const xml::Node& element) {
         }
     });
     return key;
+}
+
+/// Empty when there is no such output, or when it has no type.
+com::Ref<ISNVType> TypeOfOutput(IAppObject& app, const std::wstring& name) {
+    com::Ref<ISNVType> type;
+    if (const auto output = bench::FindOutput(app, name)) {
+        com::Call(output, &IOutput::get_SNVTType, type.Put());
+    }
+    return type;
 }
 
 } // namespace
@@ -211,10 +222,6 @@ std::size_t Session::PointsLoaded() const {
            CountOf(app, &IAppObject::get_Attributes);
 }
 
-std::wstring Session::ModuleName() const {
-    return bench::WideOf(host_->App(), &IAppObject::get_Name);
-}
-
 std::string Session::Icon() const {
     return bench::IconBytes(*host_);
 }
@@ -243,7 +250,15 @@ void Session::SetValue(const PointId& id, const std::wstring& value) {
     if (id.kind == view::Kind::Input) {
         const auto input = bench::FindInput(host_->App(), id.name);
         com::CheckSet(input.Get());
+        // As a host wires it.
+        const bool isWired = tam::LeadsToAnOutput(std::wstring_view(value));
+        const auto connection = input.As<ISubItemConnable>();
+        com::CheckSet(connection.Get());
+        if (const auto type = isWired ? TypeOfOutput(host_->App(), value) : com::Ref<ISNVType>()) {
+            com::Call(connection, &ISubItemConnable::putref_ConnectedType, type.Get());
+        }
         com::Call(input, &IInput::put_Value, text.Get());
+        com::Call(connection, &ISubItemConnable::put_IsConnected, isWired ? VARIANT_TRUE : VARIANT_FALSE);
         areReadersRead_ = false;
     } else {
         const auto attribute = bench::FindAttribute(host_->App(), id.name);
@@ -253,6 +268,9 @@ void Session::SetValue(const PointId& id, const std::wstring& value) {
 }
 
 std::optional<std::wstring> Session::ProblemOf(const PointId& id, const std::wstring& value) const {
+    if (id.kind == view::Kind::Input) {
+        return ProblemOfWiring(id.name, value);
+    }
     const std::wstring type = documents_->Of(id).type;
     if (id.kind != view::Kind::Attribute || type.empty()) {
         return std::nullopt;
@@ -272,6 +290,27 @@ std::optional<std::wstring> Session::ProblemOf(const PointId& id, const std::wst
         }
     }
     return std::nullopt;
+}
+
+std::optional<std::wstring> Session::ProblemOfWiring(const std::wstring& name,
+                                                     const std::wstring& reference) const {
+    const auto type = tam::LeadsToAnOutput(std::wstring_view(reference))
+                          ? TypeOfOutput(host_->App(), reference)
+                          : com::Ref<ISNVType>();
+    const auto input = bench::FindInput(host_->App(), name);
+    if (!type || !input) {
+        return std::nullopt;
+    }
+    const auto connection = input.As<ISubItemConnable>();
+    com::CheckSet(connection.Get());
+    const std::wstring id = bench::WideOf(*type.Get(), &ISNVType::get_ID);
+    VARIANT_BOOL fits = VARIANT_FALSE;
+    com::Call(connection, &ISubItemConnable::get_IsSNVTCompatible, com::Bstr(id).Get(), &fits);
+    return fits != VARIANT_FALSE ? std::nullopt : std::optional(Text(IDS_TYPE_NOT_TAKEN, reference, id));
+}
+
+bool Session::LeadsOutside(const std::wstring& reference) const {
+    return tam::LeadsToAnOutput(std::wstring_view(reference)) && !bench::FindOutput(host_->App(), reference);
 }
 
 void Session::Edit(const std::wstring& attribute) {

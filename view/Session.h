@@ -79,7 +79,6 @@ class Session {
     std::size_t PointsInFile() const noexcept { return pointsInFile_; }
     std::size_t PointsLoaded() const;
 
-    const std::wstring& File() const noexcept { return file_; }
     /// The file and those that it names, as they were when they were read: a device is in
     /// several files.
     const std::vector<StampedFile>& Files() const noexcept { return files_; }
@@ -87,11 +86,13 @@ class Session {
     /// The modules of a project, and which of them is open; none for another file.
     const std::vector<ProjectModule>& Modules() const noexcept { return modules_; }
     std::size_t OpenModule() const noexcept { return module_; }
+    std::optional<ModuleKey> ModuleKeyOf() const {
+        return modules_.empty() ? std::nullopt : std::optional(modules_.at(module_).key);
+    }
     const SourceText& Source() const noexcept { return source_; }
     /// The file of which this is the text: a device's stream is a file of its own.
     const std::wstring& SourceFile() const noexcept { return sourceFile_; }
     const std::vector<FindingRow>& Findings() const noexcept { return findings_; }
-    std::wstring ModuleName() const;
 
     std::vector<Row> ReadRows(view::Kind kind);
     /// The point as it is now; none when the module does not have it.
@@ -106,8 +107,11 @@ class Session {
     std::wstring ValueOf(const PointId& id) const;
     void SetValue(const PointId& id, const std::wstring& value);
     /// What is wrong with a value for the point, in words; none when it may be set. The
-    /// component takes any text, so the checks judge.
+    /// component takes any text, so the checks judge; of an output to which an input is to be
+    /// wired, the input.
     std::optional<std::wstring> ProblemOf(const PointId& id, const std::wstring& value) const;
+    /// Whether an input with this value is wired to what the module does not have.
+    bool LeadsOutside(const std::wstring& reference) const;
     /// Shows the component's own editor for the attribute; it may change the value.
     void Edit(const std::wstring& attribute);
     void ShowAbout();
@@ -142,6 +146,8 @@ class Session {
 
     /// Of a project: what it keeps of the open module beside the stream.
     void LoadElement();
+    std::optional<std::wstring> ProblemOfWiring(const std::wstring& name,
+                                                const std::wstring& reference) const;
     /// The point that a box is about; null for none.
     const SourcePoints::Place* PlaceOfBox(const std::string& message);
     struct TypeWords {

@@ -1,6 +1,7 @@
 #include "view/Session.h"
 
 #include "view/model/ProjectText.h"
+#include "view/resource.h"
 #include "view/SessionDocuments.h"
 #include "view/Window.h"
 
@@ -34,7 +35,7 @@ std::string ReadOldProject(const std::wstring& path) {
     com::Ref<IXMLDOMElement> root;
     com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     if (!root || xml::NameOf(xml::Node(root)) != L"Project") {
-        throw bench::BenchError(E_INVALIDARG, bench::Utf8(path) + " is no project; it was left as it is");
+        throw bench::BenchError(E_INVALIDARG, bench::Utf8(Text(IDS_NO_PROJECT, path)));
     }
     const std::string bytes = bench::ReadBytes(path);
     check::Findings ignored;
@@ -63,7 +64,7 @@ void Session::SaveProject(const std::wstring& path, const std::vector<bench::Poi
     }
     std::vector<std::string> elements = ElementsOf(xml::Print(root));
     if (elements.empty()) {
-        throw bench::BenchError(E_UNEXPECTED, "the component wrote nothing into the project");
+        throw bench::BenchError(E_UNEXPECTED, bench::Utf8(Text(IDS_NOTHING_WRITTEN)));
     }
     // The component saves no values of attributes: they are in the stream.
     elements.push_back(RootOf(stream));
@@ -87,7 +88,7 @@ void Session::ExportSheet(const std::wstring& path, bool asSvg) {
     page.sheet.module.hasIcon = !page.icon.empty();
     page.findings = bench::FindingsOf(*host_);
     page.isChecked = true;
-    page.origin = "Made by tamview of " + bench::Utf8(NameOf(file_)) + ".";
+    page.origin = bench::Utf8(Text(IDS_MADE_OF, NameOf(file_)));
     bench::WriteWholeFile(path, asSvg ? page::Svg(page) : page::Html(page));
 }
 

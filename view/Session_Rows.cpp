@@ -1,6 +1,8 @@
 #include "view/Session.h"
 
+#include "view/resource.h"
 #include "view/SessionDocuments.h"
+#include "view/Window.h"
 
 #include "bench/DevicePoints.h"
 #include "bench/Model.h"
@@ -25,8 +27,10 @@ std::wstring Capitals(std::wstring text) {
     return text;
 }
 
-const wchar_t* YesNo(bool yes) noexcept {
-    return yes ? L"yes" : L"no";
+const std::wstring& YesNo(bool yes) {
+    static const std::wstring kYes = Text(IDS_YES);
+    static const std::wstring kNo = Text(IDS_NO);
+    return yes ? kYes : kNo;
 }
 
 std::wstring TypeTitle(const std::wstring& id, std::wstring_view name) {
@@ -47,7 +51,7 @@ drawing::Pin PinOf(const Row& row) {
     pin.address = bench::Utf8(row.address);
     pin.wiredTo = bench::Utf8(row.displayed);
     pin.isWired = !pin.wiredTo.empty();
-    pin.isHidden = row.visible == L"no";
+    pin.isHidden = row.visible == YesNo(false);
     return pin;
 }
 

@@ -28,7 +28,7 @@ class Settings {
     std::vector<int> WidthsOf(const wchar_t* list) const;
     void SetWidths(const wchar_t* list, const std::vector<int>& widths) const;
 
-    /// Writes what has no member of its own to write it.
+    /// Writes the members above.
     void Save() const;
 };
 

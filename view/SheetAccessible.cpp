@@ -1,5 +1,6 @@
 #include "view/SheetAccessible.h"
 
+#include "view/resource.h"
 #include "view/SheetView.h"
 #include "view/Window.h"
 
@@ -20,7 +21,7 @@ namespace {
 /// drawing's spot n - 1. It may outlive the window; its calls fail then.
 class SheetAccessible final : public com::StandardAccessible {
   public:
-    explicit SheetAccessible(const SheetView& sheet)
+    explicit SheetAccessible(SheetView& sheet)
         : StandardAccessible(sheet.Handle()), sheet_(sheet), window_(sheet.Handle()) {}
 
     STDMETHODIMP get_accChildCount(LONG* count) override {
@@ -30,15 +31,24 @@ class SheetAccessible final : public com::StandardAccessible {
         return child == nullptr ? E_POINTER : (*child = nullptr, S_FALSE); // simple elements
     }
     STDMETHODIMP get_accName(VARIANT self, BSTR* name) override {
+        if (IsNobody(self)) {
+            return name == nullptr ? E_POINTER : (*name = nullptr, E_INVALIDARG);
+        }
         return com::Return(__uuidof(IAccessible), name,
                            [&] { return IsChild(self) ? sheet_.WordsOf(SpotOf(self)) : TextOf(window_); });
     }
     STDMETHODIMP get_accRole(VARIANT self, VARIANT* role) override {
+        if (IsNobody(self)) {
+            return Refuse(role);
+        }
         return Answer(role, IsChild(self) ? ROLE_SYSTEM_GRAPHIC : ROLE_SYSTEM_DIAGRAM);
     }
     STDMETHODIMP get_accState(VARIANT self, VARIANT* state) override {
         if (state == nullptr) {
             return E_POINTER;
+        }
+        if (IsNobody(self)) {
+            return Refuse(state);
         }
         if (!IsChild(self)) {
             return StandardAccessible::get_accState(self, state);
@@ -59,6 +69,9 @@ class SheetAccessible final : public com::StandardAccessible {
                       : StandardAccessible::get_accSelection(children);
     }
     STDMETHODIMP accLocation(LONG* left, LONG* top, LONG* width, LONG* height, VARIANT self) override {
+        if (IsNobody(self)) {
+            return E_INVALIDARG;
+        }
         if (!IsChild(self)) {
             return StandardAccessible::accLocation(left, top, width, height, self);
         }
@@ -111,15 +124,52 @@ class SheetAccessible final : public com::StandardAccessible {
     STDMETHODIMP get_accKeyboardShortcut(VARIANT, BSTR* text) override {
         return text == nullptr ? E_POINTER : (*text = nullptr, S_FALSE);
     }
-    STDMETHODIMP get_accDefaultAction(VARIANT, BSTR* action) override {
-        return action == nullptr ? E_POINTER : (*action = nullptr, S_FALSE);
+    STDMETHODIMP get_accDefaultAction(VARIANT self, BSTR* action) override {
+        if (!IsChild(self)) {
+            return action == nullptr ? E_POINTER : (*action = nullptr, S_FALSE);
+        }
+        return com::Return(__uuidof(IAccessible), action, [] { return Text(IDS_OPEN_PIN); });
     }
-    STDMETHODIMP accDoDefaultAction(VARIANT) override { return DISP_E_MEMBERNOTFOUND; }
+    STDMETHODIMP accDoDefaultAction(VARIANT self) override {
+        if (!IsChild(self)) {
+            return DISP_E_MEMBERNOTFOUND;
+        }
+        const HRESULT result = accSelect(SELFLAG_TAKESELECTION, self);
+        // What opens waits for a person: not within this call.
+        PostMessageW(window_, WM_KEYDOWN, VK_RETURN, 1);
+        return result;
+    }
+    STDMETHODIMP accSelect(LONG flags, VARIANT self) override {
+        if (IsNobody(self)) {
+            return E_INVALIDARG;
+        }
+        if (!IsChild(self)) {
+            return StandardAccessible::accSelect(flags, self);
+        }
+        constexpr LONG kTaken = SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION;
+        if (flags == 0 || (flags & ~kTaken) != 0) {
+            return E_INVALIDARG; // one pin is picked at a time
+        }
+        const auto failure = com::Attempt([&] {
+            if ((flags & SELFLAG_TAKEFOCUS) != 0) {
+                SetFocus(window_);
+            }
+            sheet_.PickByHand(sheet_.Drawing().spots.at(SpotOf(self)).pin);
+        });
+        return failure ? failure->code : S_OK;
+    }
 
   private:
     std::size_t Count() const { return IsWindow(window_) != FALSE ? sheet_.Drawing().spots.size() : 0; }
     bool IsChild(const VARIANT& self) const {
         return self.vt == VT_I4 && self.lVal >= 1 && static_cast<std::size_t>(self.lVal) <= Count();
+    }
+    /// Neither the sheet nor one of its pins.
+    bool IsNobody(const VARIANT& self) const {
+        return self.vt != VT_I4 || (self.lVal != CHILDID_SELF && !IsChild(self));
+    }
+    static HRESULT Refuse(VARIANT* out) noexcept {
+        return out == nullptr ? E_POINTER : (VariantInit(out), E_INVALIDARG);
     }
     static std::size_t SpotOf(const VARIANT& self) noexcept {
         return static_cast<std::size_t>(self.lVal) - 1;
@@ -134,13 +184,13 @@ class SheetAccessible final : public com::StandardAccessible {
         return S_OK;
     }
 
-    const SheetView& sheet_;
+    SheetView& sheet_;
     HWND window_;
 };
 
 } // namespace
 
-LRESULT AnswerGetObject(const SheetView& sheet, WPARAM wParam, LPARAM lParam) {
+LRESULT AnswerGetObject(SheetView& sheet, WPARAM wParam, LPARAM lParam) {
     if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
         return 0;
     }

@@ -8,6 +8,6 @@ class SheetView;
 
 /// Answers WM_GETOBJECT for the sheet: to a screen reader it is a diagram whose children
 /// are the pins. 0 when the window's own answer will do.
-LRESULT AnswerGetObject(const SheetView& sheet, WPARAM wParam, LPARAM lParam);
+LRESULT AnswerGetObject(SheetView& sheet, WPARAM wParam, LPARAM lParam);
 
 } // namespace view

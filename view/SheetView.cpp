@@ -64,6 +64,7 @@ void SheetView::Show(drawing::Sheet sheet, const std::string& icon) {
     drawing_ = drawing::Draw(sheet_);
     picked_.reset();
     isShown_ = true;
+    NotifyWinEvent(EVENT_OBJECT_REORDER, Handle(), OBJID_CLIENT, CHILDID_SELF);
     viewport_.SetSheet({drawing_.width, drawing_.height});
     if (viewport_.Zoom() < kReadable) {
         ShowTop();
@@ -89,8 +90,9 @@ void SheetView::Refresh(drawing::Sheet sheet) {
     sheet.module.hasIcon = icon_ != nullptr;
     sheet_ = std::move(sheet);
     drawing_ = drawing::Draw(sheet_);
+    viewport_.SetSheetSize({drawing_.width, drawing_.height}); // what a pin is wired to takes room
     TellName();
-    Repaint();
+    TellZoom();
 }
 
 void SheetView::Clear() {
@@ -98,6 +100,7 @@ void SheetView::Clear() {
     drawing_ = {};
     picked_.reset();
     isShown_ = false;
+    NotifyWinEvent(EVENT_OBJECT_REORDER, Handle(), OBJID_CLIENT, CHILDID_SELF);
     TellName();
     Repaint();
 }
@@ -113,6 +116,9 @@ void SheetView::Pick(std::optional<PinId> pin) {
         }
     }
     TellName();
+    if (const auto spot = PickedSpot()) {
+        NotifyWinEvent(EVENT_OBJECT_SELECTION, Handle(), OBJID_CLIENT, static_cast<LONG>(*spot) + 1);
+    }
     Repaint();
 }
 
@@ -196,6 +202,12 @@ RECT SheetView::AreaOfSpot(std::size_t spot) const {
     POINT corner{std::lround(area.x), std::lround(area.y)};
     ClientToScreen(Handle(), &corner);
     return {corner.x, corner.y, corner.x + std::lround(area.width), corner.y + std::lround(area.height)};
+}
+
+void SheetView::OnProblem(const std::wstring& words) {
+    if (events_.failed) {
+        events_.failed(words);
+    }
 }
 
 void SheetView::Repaint() {

@@ -26,6 +26,8 @@ class SheetView : public Window {
         /// A double click or Enter on a pin.
         std::function<void(const drawing::PinId&)> opened;
         std::function<void()> zoomed;
+        /// The words of what went wrong in one of these.
+        std::function<void(const std::wstring&)> failed;
     };
 
     SheetView(HWND parent, int id, Events events);
@@ -66,6 +68,7 @@ class SheetView : public Window {
     };
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    void OnProblem(const std::wstring& words) override;
     void Paint();
     void OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel);
     void OnButtonDown(LPARAM lParam);

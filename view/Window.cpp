@@ -122,6 +122,22 @@ Fonts::Fonts(Scaling scaling) {
     fixed = OwnFont(shape);
 }
 
+SIZE SizeOf(HFONT font, const std::wstring& text) noexcept {
+    const HDC screen = GetDC(nullptr);
+    const HGDIOBJ former = SelectObject(screen, font);
+    SIZE size{};
+    GetTextExtentPoint32W(screen, text.c_str(), static_cast<int>(text.size()), &size);
+    SelectObject(screen, former);
+    ReleaseDC(nullptr, screen);
+    return size;
+}
+
+drawing::Colour ColourOfSystem(int index) noexcept {
+    const COLORREF colour = GetSysColor(index);
+    return static_cast<drawing::Colour>(GetRValue(colour)) << 16U |
+           static_cast<drawing::Colour>(GetGValue(colour)) << 8U | GetBValue(colour);
+}
+
 bool IsHighContrast() noexcept {
     HIGHCONTRASTW contrast{};
     contrast.cbSize = sizeof contrast;

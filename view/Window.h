@@ -1,5 +1,7 @@
 #pragma once
 
+#include "drawing/Palette.h"
+
 #include <windows.h>
 
 #include <string>
@@ -97,7 +99,12 @@ class WaitPointer {
     HCURSOR former_;
 };
 
+/// What a text takes in a font, in pixels.
+SIZE SizeOf(HFONT font, const std::wstring& text) noexcept;
+
 bool IsHighContrast() noexcept;
+/// A colour of the system as the drawing has colours.
+drawing::Colour ColourOfSystem(int index) noexcept;
 /// Gives a window a dark title where the user has programs dark.
 void MatchTitle(HWND window) noexcept;
 std::wstring TextOf(HWND window);

@@ -34,6 +34,8 @@
 #define IDC_CATALOGUE 1013
 // The field in which a cell of a list is typed; a child of the list, there while it lasts.
 #define IDC_CELL 1014
+// The words before it, of no size: a name for screen readers.
+#define IDC_CELL_LABEL 1015
 #define IDC_FINDINGS_TITLE 1020
 #define IDC_FINDINGS 1021
 #define IDC_SOURCE_TITLE 1022
@@ -242,3 +244,16 @@
 #define IDS_NO_MODULES 2122
 #define IDS_ONE_OF_MODULES 2123
 #define IDS_NO_STREAM 2124
+#define IDS_OPEN_PIN 2108
+#define IDS_PAGES 2109
+#define IDS_CELL_OF 2110
+#define IDS_NO_SUCH_OUTPUT 2111
+#define IDS_ROW_UNSAVED 2112
+#define IDS_TYPE_NOT_TAKEN 2113
+#define IDS_NO_PROJECT 2114
+#define IDS_NOTHING_WRITTEN 2115
+#define IDS_MADE_OF 2116
+#define IDS_YES 2117
+#define IDS_NO 2118
+#define IDS_ZOOM 2119
+#define IDS_TOO_LARGE 2120

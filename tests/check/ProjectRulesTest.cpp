@@ -48,6 +48,14 @@ TEST(ProjectRulesTest, AGoodProjectHasNoFindings) {
         WithStream());
 }
 
+TEST(ProjectRulesTest, ADeviceStreamInItIsNoBlock) {
+    std::string text = Module("<Outputs><AI1_Out IsDisplayable=\"1\"/></Outputs>");
+    text.insert(text.find("</Project>"),
+                "<Tam><Name>Hall</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>3</TamObjID>"
+                "<Attributes><Gain><VALUE>1</VALUE></Gain></Attributes></Tam>");
+    ExpectClean(text, WithStream());
+}
+
 TEST(ProjectRulesTest, FindsEmptyElements) {
     ExpectOne(RuleId::ElementEmpty,
               "<O_Tam_id><^UserName/><X_Position>1</X_Position><Y_Position>1</Y_Position>"

@@ -23,7 +23,16 @@ TEST_F(CatalogueTest, FindsATypeByNumberAndByName) {
     EXPECT_EQ(L"147", viewer_.Cell(IDC_CATALOGUE, 0, 0));
     EXPECT_NE(std::wstring::npos, viewer_.Cell(IDC_CATALOGUE, 0, 1).find(L"temp_diff_p"));
     viewer_.Filter(L"147");
-    EXPECT_GE(viewer_.Count(IDC_CATALOGUE), 1);
+    const int count = viewer_.Count(IDC_CATALOGUE);
+    EXPECT_GE(count, 1);
+    EXPECT_LT(count, 221);
+    for (int place = 0; place < count; ++place) {
+        bool has = false;
+        for (int column = 0; column < 8; ++column) {
+            has = has || viewer_.Cell(IDC_CATALOGUE, place, column).find(L"147") != std::wstring::npos;
+        }
+        EXPECT_TRUE(has) << Narrow(viewer_.Cell(IDC_CATALOGUE, place, 1));
+    }
 }
 
 TEST_F(CatalogueTest, SortsItsNumbersAsNumbers) {

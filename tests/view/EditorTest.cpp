@@ -77,7 +77,8 @@ TEST_F(EditorTest, TheGridRefusesAValueThatTheTypeDoesNotTake) {
         box.Press(IDOK);
     }
     EXPECT_EQ(L"-0.50", viewer_.ValueOf(IDC_ATTRIBUTES, kOffset));
-    EXPECT_NE(L"", viewer_.Status(VIEW_STATUS_MESSAGE)) << "and says so";
+    Await("words of it",
+          [&] { return viewer_.Status(VIEW_STATUS_MESSAGE).starts_with(L"AI1_Offset keeps its value: "); });
     EXPECT_FALSE(IsShownAsUnsaved());
 }
 
@@ -99,6 +100,36 @@ TEST_F(EditorTest, BoxesOfTheWindowAreNoFindings) {
     viewer_.NextBox().Press(IDCANCEL);
     viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
     EXPECT_EQ(before, viewer_.Count(IDC_FINDINGS)) << Narrow(viewer_.Cell(IDC_FINDINGS, 0, 2));
+}
+
+TEST_F(EditorTest, AnInputRefusesATypeThatItDoesNotTake) {
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.SetCell(IDC_INPUTS, L"AO1_In1", L"DI1_Out");
+    EXPECT_EQ(L"", viewer_.ValueOf(IDC_INPUTS, L"AO1_In1"));
+    EXPECT_EQ(L"AO1_In1 keeps its value: DI1_Out has the type 95, which the input does not take",
+              viewer_.Status(VIEW_STATUS_MESSAGE));
+    EXPECT_FALSE(viewer_.IsEnabled(IDM_EDIT_UNDO));
+    viewer_.SetCell(IDC_INPUTS, L"AO1_In1", L"AO1_Out");
+    EXPECT_EQ(L"AO1_Out", viewer_.ValueOf(IDC_INPUTS, L"AO1_In1"));
+}
+
+TEST_F(EditorTest, AnInputMayBeWiredToAnotherObject) {
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.SetCell(IDC_INPUTS, L"CTX1_In1", L"Elsewhere");
+    EXPECT_EQ(L"Elsewhere", viewer_.ValueOf(IDC_INPUTS, L"CTX1_In1"));
+    EXPECT_EQ(L"Elsewhere is no output of this module. The input is wired all the same.",
+              viewer_.Status(VIEW_STATUS_MESSAGE));
+}
+
+TEST_F(EditorTest, TheFilteredOutputsFollowTheWiring) {
+    viewer_.Do(IDM_VIEW_OUTPUTS);
+    viewer_.Filter(L"ctx1_in1");
+    ASSERT_EQ(0, viewer_.Count(IDC_OUTPUTS));
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.SetCell(IDC_INPUTS, L"CTX1_In1", L"DI1_Out");
+    EXPECT_EQ((Texts{L"DI1_Out"}), viewer_.Cells(IDC_OUTPUTS, VIEW_COLUMN_NAME));
+    viewer_.Do(IDM_EDIT_UNDO);
+    EXPECT_EQ(0, viewer_.Count(IDC_OUTPUTS));
 }
 
 TEST_F(EditorTest, AnOutputHasNoValue) {

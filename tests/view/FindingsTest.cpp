@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace viewtest {
@@ -96,6 +98,29 @@ TEST_F(FindingsTest, ADoubleClickOnABoxGoesToItsPoint) {
     viewer.DoubleClickRow(IDC_FINDINGS, static_cast<int>(found - messages.begin()));
     Await("the point", [&] { return viewer.PickedName(IDC_INPUTS) == L"AO2_In1"; });
     EXPECT_TRUE(viewer.IsVisible(IDC_INPUTS));
+}
+
+TEST_F(FindingsTest, ABoxAboutAnUnknownTypeGoesToThePointWithIt) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    const Texts messages = viewer.Cells(IDC_FINDINGS, kMessage);
+    const Texts places = viewer.Cells(IDC_FINDINGS, kPlace);
+    std::map<std::wstring, Texts> found;
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+        constexpr std::wstring_view kWords = L"Can't find the node related to SNVT ID ";
+        if (messages[i].starts_with(kWords)) {
+            found[messages[i].substr(kWords.size())].push_back(places[i]);
+        }
+    }
+    // An output loads its type once and an attribute twice.
+    const std::map<std::wstring, Texts> expected = {
+        {L"9999", {L"52:5", L"85:5", L"85:5"}}, {L"140", {L"70:5"}}, {L"0105", {L"74:5"}}};
+    EXPECT_EQ(expected, found);
+    const auto box = std::find_if(messages.begin(), messages.end(),
+                                  [](const std::wstring& text) { return text.ends_with(L"SNVT ID 140"); });
+    ASSERT_NE(messages.end(), box);
+    viewer.DoubleClickRow(IDC_FINDINGS, static_cast<int>(box - messages.begin()));
+    Await("the point", [&] { return viewer.PickedName(IDC_OUTPUTS) == L"AI5_Out"; });
 }
 
 TEST_F(FindingsTest, AFindingWithoutAPointShowsTheHiddenSource) {

@@ -169,7 +169,7 @@ TEST_F(SavingTest, WhoCancelsSavesNothing) {
     viewer_.Begin(IDM_FILE_SAVE);
     viewer_.NextBox().Press(IDCANCEL);
     EXPECT_TRUE(IsUnsaved());
-    EXPECT_FALSE(IsFile(project_));
+    EXPECT_FALSE(IsFile(FileNamed(L"channels.project.xml"))) << "the name that the box suggests";
 }
 
 TEST_F(SavingTest, AFileThatCannotBeWrittenIsSaid) {

@@ -75,6 +75,63 @@ TEST_F(SettingsTest, ColumnsKeepTheirWidthsWhenSettingsOfTheSystemChange) {
     viewer.Close();
 }
 
+TEST_F(SettingsTest, NoWindowIsLargerThanTheScreenHasRoom) {
+    WINDOWPLACEMENT place{};
+    place.length = sizeof place;
+    place.showCmd = SW_SHOWNORMAL;
+    place.rcNormalPosition = {-200, -300, 5000, 4000};
+    HKEY key = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\O_Tam_id\\View", 0, nullptr, 0, KEY_WRITE, nullptr, &key,
+                    nullptr);
+    RegSetValueExW(key, L"Placement", 0, REG_BINARY, reinterpret_cast<const BYTE*>(&place), sizeof place);
+    RegCloseKey(key);
+    Viewer viewer;
+    RECT room{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &room, 0);
+    const RECT area = PlaceOf(viewer);
+    EXPECT_GE(area.left, room.left);
+    EXPECT_GE(area.top, room.top);
+    EXPECT_LE(area.right, room.right);
+    EXPECT_LE(area.bottom, room.bottom);
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, AnotherScaleGivesTheWindowTheSystemsPlace) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
+    viewer.Pick(IDC_ATTRIBUTES, 0);
+    viewer.Do(IDM_EDIT_CELL);
+    ASSERT_NE(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL));
+    const RemoteMemory memory(viewer.Process(), sizeof(RECT));
+    const RECT place{30, 40, 930, 740};
+    memory.Write(&place, sizeof place);
+    SendMessageW(viewer.Frame(), WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(memory.At()));
+    const RECT area = PlaceOf(viewer);
+    EXPECT_EQ(30, area.left);
+    EXPECT_EQ(40, area.top);
+    EXPECT_EQ(930, area.right);
+    EXPECT_EQ(740, area.bottom);
+    EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME)) << "the monitor still has its 96 dots";
+    EXPECT_EQ(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL)) << "it had the former font";
+    EXPECT_EQ(kAttributes, viewer.Count(IDC_ATTRIBUTES));
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, AWindowThatWasAsLargeAsTheScreenIsSoAgain) {
+    {
+        Viewer viewer;
+        ShowWindow(viewer.Frame(), SW_SHOWMAXIMIZED);
+        Await("the larger window", [&] { return IsZoomed(viewer.Frame()) != FALSE; });
+        ShowWindow(viewer.Frame(), SW_SHOWMINIMIZED);
+        Await("the small window", [&] { return IsIconic(viewer.Frame()) != FALSE; });
+        viewer.Close();
+    }
+    Viewer viewer;
+    EXPECT_TRUE(IsZoomed(viewer.Frame()));
+    viewer.Close();
+}
+
 TEST_F(SettingsTest, UnitsAndPanesAreRemembered) {
     bool hadFindings = false;
     {

@@ -15,6 +15,7 @@ constexpr std::wstring_view kFirstLine = L"tamview unsaved 2";
 constexpr std::wstring_view kLastLine = L"end";
 constexpr std::wstring_view kFile = L"file";
 constexpr std::wstring_view kProject = L"project";
+constexpr std::wstring_view kModule = L"module";
 constexpr std::array<std::pair<Kind, std::wstring_view>, 3> kKinds = {
     {{Kind::Input, L"input"}, {Kind::Output, L"output"}, {Kind::Attribute, L"attribute"}}};
 /// What cannot stand in a part of a line, and the letter that stands for it behind "\".
@@ -104,6 +105,22 @@ bool SetProject(const std::vector<std::wstring_view>& parts, Recovery& recovery)
     return !recovery.project.empty();
 }
 
+/// Takes the module of a line "module<tab>device<tab>number"; false for another one.
+bool SetModule(const std::vector<std::wstring_view>& parts, Recovery& recovery) {
+    if (parts.size() != 3 || parts[0] != kModule || recovery.module) {
+        return false;
+    }
+    std::optional<std::wstring> device = Unescaped(parts[1]);
+    const bool isNegative = parts[2].starts_with(L'-');
+    const auto number = ReadNumber(parts[2].substr(isNegative ? 1 : 0));
+    if (!device || !number || *number > 32768) {
+        return false;
+    }
+    const int size = static_cast<int>(*number);
+    recovery.module = ModuleKey{std::move(*device), isNegative ? -size : size};
+    return true;
+}
+
 /// Adds the value of a line "kind<tab>name<tab>value"; false for another one.
 bool AddValue(const std::vector<std::wstring_view>& parts, Recovery& recovery) {
     if (parts.size() != 3) {
@@ -129,6 +146,10 @@ std::wstring TextOf(const Recovery& recovery) {
     if (!recovery.project.empty()) {
         text.append(kProject) += L'\t' + Escaped(recovery.project) + L'\n';
     }
+    if (recovery.module) {
+        text.append(kModule) += L'\t' + Escaped(recovery.module->device) + L'\t' +
+                                std::to_wstring(recovery.module->number) + L'\n';
+    }
     for (const auto& [point, value] : recovery.values) {
         const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
                                        [&](const auto& pair) { return pair.first == point.kind; });
@@ -149,7 +170,8 @@ std::optional<Recovery> ReadRecovery(std::wstring_view text) {
     Recovery recovery;
     for (std::size_t i = kHead; i < lines.size() - kTail; ++i) {
         const std::vector<std::wstring_view> parts = Split(lines[i], L'\t');
-        if (!AddFile(parts, recovery) && !SetProject(parts, recovery) && !AddValue(parts, recovery)) {
+        if (!AddFile(parts, recovery) && !SetProject(parts, recovery) && !SetModule(parts, recovery) &&
+            !AddValue(parts, recovery)) {
             return std::nullopt;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "view/model/ProjectModules.h"
 #include "view/model/Row.h"
 
 #include <cstdint>
@@ -35,6 +36,8 @@ struct Recovery {
     /// Of all points that were changed since the file was opened, those saved elsewhere too:
     /// the file has none of these values.
     std::map<PointId, std::wstring> values;
+    /// Of a project with several modules the one that was open.
+    std::optional<ModuleKey> module = std::nullopt;
     bool operator==(const Recovery&) const = default;
 };
 

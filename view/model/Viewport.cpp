@@ -57,6 +57,16 @@ void Viewport::SetSheet(Size sheet) {
     Fit();
 }
 
+void Viewport::SetSheetSize(Size sheet) noexcept {
+    const bool isSame = sheet.width == sheet_.width && sheet.height == sheet_.height;
+    sheet_ = sheet;
+    if (isFitted_ && !isSame) {
+        Fit();
+    } else {
+        KeepInSight();
+    }
+}
+
 void Viewport::SetWindow(Size window) {
     const drawing::Point before = Middle();
     window_ = window;

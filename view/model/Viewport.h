@@ -25,6 +25,9 @@ class Viewport {
 
     /// Another sheet; it is fitted in.
     void SetSheet(Size sheet);
+    /// The same sheet has another size. Zoom and place stay; one that was fitted in is fitted
+    /// in again.
+    void SetSheetSize(Size sheet) noexcept;
     /// The window has another size. What was in its middle stays there; a sheet that was
     /// fitted in is fitted in again.
     void SetWindow(Size window);

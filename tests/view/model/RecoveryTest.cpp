@@ -40,6 +40,8 @@ TEST(RecoveryTest, ReadsWhatItWrote) {
     EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
     odd.values.clear();
     EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
+    odd.module = ModuleKey{L"K7\t", -2};
+    EXPECT_EQ(odd, ReadRecovery(TextOf(odd)));
 }
 
 TEST(RecoveryTest, RefusesEveryTextThatWasCutOff) {
@@ -56,6 +58,9 @@ TEST(RecoveryTest, RefusesWhatIsDamaged) {
              L"attribute\tGain\nend\n",                        // no value
              L"attribute\tGain\t1\t2\nend\n",                  // too much
              L"attribute\t\t1\nend\n",                         // no name
+             L"module\tK7\nend\n",                             // no number
+             L"module\tK7\t1\nmodule\tK7\t1\nend\n",           // two of them
+             L"module\tK7\t99999\nend\n",                      // none that a module can have
              L"colour\tGain\t1\nend\n",                        // no kind of point
              L"attribute\tGain\t\\x\nend\n",                   // an escape that is none
              L"attribute\tGain\t1\\\nend\n",                   // one that is cut off

@@ -39,6 +39,23 @@ TEST_F(ViewportTest, ALargeSheetIsMadeToFitWithAMargin) {
     ExpectAt({375, 16}, view_.ToScreen(drawing::Point{0, 0}));
 }
 
+TEST_F(ViewportTest, ASheetThatGrowsStaysWhereItIs) {
+    view_.ZoomAbout({100, 50}, 2);
+    const double zoom = view_.Zoom();
+    const drawing::Point corner = view_.ToScreen(drawing::Point{0, 0});
+    view_.SetSheetSize({500, 220});
+    EXPECT_DOUBLE_EQ(zoom, view_.Zoom());
+    ExpectAt(corner, view_.ToScreen(drawing::Point{0, 0}));
+    view_.Fit();
+    ExpectAt({150, 190}, view_.ToScreen(drawing::Point{0, 0}));
+}
+
+TEST_F(ViewportTest, AFittedSheetThatGrowsIsFittedAgain) {
+    view_.SetSheetSize({1536, 400});
+    EXPECT_TRUE(view_.IsFitted());
+    EXPECT_DOUBLE_EQ(0.5, view_.Zoom());
+}
+
 TEST_F(ViewportTest, ASheetThatCannotFitShowsItsBeginning) {
     view_.SetSheet({400, 100000});
     EXPECT_DOUBLE_EQ(Viewport::kLeast, view_.Zoom());
