@@ -18,10 +18,23 @@ namespace {
 
 constexpr int kPageCommands[] = {IDM_VIEW_ATTRIBUTES, IDM_VIEW_INPUTS, IDM_VIEW_OUTPUTS, IDM_VIEW_CATALOGUE};
 
+/// Another program may have it for a moment.
+bool OpenTheClipboard(HWND owner) noexcept {
+    constexpr int kTries = 20;
+    constexpr DWORD kPause = 10;
+    for (int i = 0; i < kTries; ++i) {
+        if (OpenClipboard(owner) != FALSE) {
+            return true;
+        }
+        Sleep(kPause);
+    }
+    return false;
+}
+
 bool PutOnClipboard(HWND owner, const std::wstring& text) {
     const std::size_t size = (text.size() + 1) * sizeof(wchar_t);
     HGLOBAL const memory = GlobalAlloc(GMEM_MOVEABLE, size);
-    if (memory == nullptr || OpenClipboard(owner) == FALSE) {
+    if (memory == nullptr || !OpenTheClipboard(owner)) {
         GlobalFree(memory);
         return false;
     }

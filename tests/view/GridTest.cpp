@@ -6,7 +6,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cstddef>
 #include <string>
 
 namespace viewtest {

@@ -70,7 +70,8 @@ TEST_F(ProjectTest, AStreamTakesTheElementOfItsOwnModule) {
 TEST_F(ProjectTest, EachModuleIsOpenedFromTheMenu) {
     const std::wstring file = Project(Element("1", "First hall") + Stream("1", "5") +
                                       Element("2", "Second hall") + Stream("2", "6"));
-    Viewer viewer({file});
+    Viewer viewer;
+    viewer.Drop({file});
     AwaitChannel(viewer, L"5");
     EXPECT_NE(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"2 modules"))
         << Narrow(viewer.Status(VIEW_STATUS_MESSAGE));

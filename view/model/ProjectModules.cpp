@@ -8,7 +8,6 @@
 #include "core/Case.h"
 #include "core/Numbers.h"
 
-#include <cmath>
 #include <string_view>
 #include <utility>
 

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <initializer_list>
+#include <ios>
 
 using namespace view;
 
