@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <iostream>
 #include <string>
 
@@ -113,7 +114,17 @@ TEST_F(ManyPointsTest, ListsOfTheFormerFileAreWholeWhileItLoads) {
         viewer.Do(IDM_VIEW_FINDINGS);
     }
     ASSERT_GT(viewer.Count(IDC_FINDINGS), 0);
-    viewer.Drop({file_});
+    // It has no findings of its own, as far as names go: each could be a channel's.
+    const std::string text = LargeStream(kPoints);
+    std::string clean;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        clean += text[i];
+        const bool isBeforeName = (text[i] == '<' || text[i] == '/') && i + 2 < text.size() &&
+                                  std::string("AIO").find(text[i + 1]) != std::string::npos &&
+                                  text[i + 2] >= '0' && text[i + 2] <= '9';
+        clean += isBeforeName ? "C1_" : "";
+    }
+    viewer.Drop({FileWith(L"clean.xml", clean)});
     int rounds = 0;
     Await("the points", [&] {
         constexpr int kMostRounds = 40; // each takes the load its time
@@ -126,6 +137,7 @@ TEST_F(ManyPointsTest, ListsOfTheFormerFileAreWholeWhileItLoads) {
     });
     AwaitAttributes(viewer, kAttributesOfMany);
     viewer.Settle();
+    EXPECT_EQ(0, viewer.Count(IDC_FINDINGS)) << Narrow(viewer.Cell(IDC_FINDINGS, 0, 2));
     const Texts weights = viewer.Cells(IDC_FINDINGS, 0);
     EXPECT_EQ(0, std::count(weights.begin(), weights.end(), L"Box"))
         << Narrow(viewer.Cell(IDC_FINDINGS, 0, 2));

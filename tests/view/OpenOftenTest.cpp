@@ -110,7 +110,7 @@ TEST_F(OpenOftenTest, OpenedFilesLeaveNothing) {
     AwaitAttributes(viewer, kAttributes);
     viewer.Drop({Sample(L"oddities.xml")});
     AwaitAttributes(viewer, 8);
-    const auto open = [&viewer, isFirst = false]() mutable {
+    auto open = [&viewer, isFirst = false]() mutable {
         // The second of the recent files is the one that is not open.
         viewer.Do(IDM_FILE_RECENT + 1);
         UpdateWindow(viewer.Frame());
