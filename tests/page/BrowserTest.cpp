@@ -222,7 +222,8 @@ TEST_P(BrowserTest, HasNumberedPagesOnPaper) {
     const auto pages = paper["pages"].get<std::size_t>();
     ASSERT_EQ(pages, paper["numbers"].size());
     for (std::size_t i = 0; i < pages; ++i) {
-        EXPECT_EQ("Page " + std::to_string(i + 1) + " of " + std::to_string(pages), paper["numbers"][i]);
+        EXPECT_EQ(Json("Page " + std::to_string(i + 1) + " of " + std::to_string(pages)),
+                  paper["numbers"][i]);
     }
 }
 
