@@ -20,22 +20,6 @@
 
 namespace {
 
-/// The console takes UTF-8 while this lives; it is the user's, who gets it back as it was.
-class Utf8Console {
-  public:
-    Utf8Console() noexcept : before_(GetConsoleOutputCP()) { SetConsoleOutputCP(CP_UTF8); }
-    ~Utf8Console() {
-        if (before_ != 0) {
-            SetConsoleOutputCP(before_);
-        }
-    }
-    Utf8Console(const Utf8Console&) = delete;
-    Utf8Console& operator=(const Utf8Console&) = delete;
-
-  private:
-    UINT before_;
-};
-
 /// The status of a run that an exception ended. For the two that compare and judge, 1 is an
 /// answer.
 int StatusOfFailure(const std::string& command) {
@@ -45,8 +29,8 @@ int StatusOfFailure(const std::string& command) {
 } // namespace
 
 int main() {
-    // All texts are UTF-8, with the line ends that they have.
-    const Utf8Console console;
+    // All texts are UTF-8, with the line ends that they have; a console gets characters
+    // (Output.cpp), so its code page stays the user's.
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
     int status = bench::kFailed;

@@ -56,7 +56,9 @@ std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& pa
     }
     const std::unique_ptr<HANDLE, HandleCloser> file(opened);
     BY_HANDLE_FILE_INFORMATION facts{};
-    if (GetFileInformationByHandle(opened, &facts) == FALSE) {
+    // Some network redirectors number no file; every file would be the same one there.
+    if (GetFileInformationByHandle(opened, &facts) == FALSE ||
+        (facts.nFileIndexHigh == 0 && facts.nFileIndexLow == 0)) {
         return std::nullopt;
     }
     return std::tuple(facts.dwVolumeSerialNumber, facts.nFileIndexHigh, facts.nFileIndexLow);

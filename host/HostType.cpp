@@ -49,6 +49,12 @@ constexpr tam::ReadField<TypeDescription> kEntry[] = {
     {L"FACTOR", tam::TakeInt32<&TypeDescription::factor>},
     {L"Z3REGION", tam::TakeInt32<&TypeDescription::region>},
 };
+/// A limit as a type of a module tells it: of the user's marks it knows "," and ".", as all
+/// that reads it back. The catalogue writes ".".
+std::wstring InUsersForm(const std::wstring& limit) {
+    return tam::MoveDecimalMark(limit, tam::DecimalSeparatorFrom(UserMarks().decimal));
+}
+
 /// No row follows the user's locale.
 constexpr tam::LocaleRules kNoLocale{};
 
@@ -86,13 +92,12 @@ HRESULT HostType::get_LUIType(BSTR* value) {
     });
 }
 
-// The catalogue writes ".".
 HRESULT HostType::get_Min(BSTR* value) {
-    return Get(value, [&] { return tam::MoveDecimalMark(type_.min, UserMarks().decimal); });
+    return Get(value, [&] { return InUsersForm(type_.min); });
 }
 
 HRESULT HostType::get_Max(BSTR* value) {
-    return Get(value, [&] { return tam::MoveDecimalMark(type_.max, UserMarks().decimal); });
+    return Get(value, [&] { return InUsersForm(type_.max); });
 }
 
 HRESULT HostType::get_HasField(VARIANT_BOOL* value) {

@@ -165,11 +165,8 @@ std::wstring SamplesFolder() {
 }
 
 std::wstring ScratchFolder() {
-    wchar_t temp[MAX_PATH + 1] = {};
-    GetTempPathW(MAX_PATH + 1, temp);
-    const std::wstring folder = std::wstring(temp) + L"bench_tests\\";
-    CreateDirectoryW(folder.c_str(), nullptr);
-    return folder;
+    static const tests::OwnFolder own;
+    return (own.Path() / L"").native();
 }
 
 std::wstring SmallStream() {

@@ -45,7 +45,7 @@ TEST(ProgramHelpTest, EveryCommandHasExamples) {
     }
 }
 
-TEST(ProgramConsoleTest, GetsItsCodePageBack) {
+TEST(ProgramConsoleTest, KeepsItsCodePage) {
     constexpr UINT kWestern = 1252;
     FreeConsole();
     ASSERT_TRUE(AllocConsole()) << GetLastError();

@@ -1,3 +1,4 @@
+#include "bench/ImportPatch.h"
 #include "com/Dom.h"
 #include "tests/host/Blocks.h"
 
@@ -6,6 +7,15 @@
 namespace hosttest {
 
 namespace {
+
+/// A user whose decimal mark is neither of the two that types know.
+int WINAPI OwnMark(LCID, LCTYPE, LPWSTR text, int size) {
+    if (size >= 2) {
+        text[0] = L'\x066B';
+        text[1] = L'\0';
+    }
+    return 2;
+}
 
 /// Types as the generic block makes them of a catalogue.
 class HostTypeTest : public testing::Test {
@@ -60,6 +70,15 @@ TEST_F(HostTypeTest, ClassifiesEachGeneralType) {
         EXPECT_EQ(row.hasField, Flag(*type.Get(), &ISNVType::get_HasField));
         EXPECT_EQ(row.isEnum, IsEnum(type));
     }
+}
+
+TEST_F(HostTypeTest, TellsItsLimitsWithAMarkThatTypesKnow) {
+    const auto type = Type(L"<Min>-5.5</Min><Max>7.25</Max>");
+    const bench::ImportPatch marks(GetModuleHandleW(L"OrvHost.dll"), "GetLocaleInfoW",
+                                   reinterpret_cast<const void*>(&OwnMark));
+    ASSERT_TRUE(marks.IsImported());
+    EXPECT_EQ(L"-5.5", TextOf(*type.Get(), &ISNVType::get_Min));
+    EXPECT_EQ(L"7.25", TextOf(*type.Get(), &ISNVType::get_Max));
 }
 
 TEST_F(HostTypeTest, HasNoClassWithoutAGeneralType) {
