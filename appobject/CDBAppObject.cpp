@@ -17,7 +17,7 @@ constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
 
 /// The keys of the collections, ready to be taken over.
 struct CollectionKeys {
-    explicit CollectionKeys(CollectionKeyTexts texts)
+    explicit CollectionKeys(CollectionKeyTexts&& texts)
         : attributes(std::make_shared<std::wstring>(std::move(texts.attributes)))
         , inputs(std::make_shared<std::wstring>(std::move(texts.inputs)))
         , outputs(std::make_shared<std::wstring>(std::move(texts.outputs))) {}

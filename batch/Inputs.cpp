@@ -137,6 +137,8 @@ std::string NameOf(const fs::path& path) {
 }
 
 fs::path PathOf(std::string_view name) {
+    // The caller's text lives as long as the call.
+    // cppcheck-suppress danglingTemporaryLifetime
     return {std::u8string(name.begin(), name.end())};
 }
 

@@ -5,8 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include <string_view>
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 namespace bench {

@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
-#include <span>
 
 namespace check {
 

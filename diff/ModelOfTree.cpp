@@ -19,10 +19,9 @@ bool HasElements(const XmlTree& tree, XmlTree::Index element) {
 }
 
 /// The text of an element without elements; one that is empty is there, and says no more.
-Field LeafField(const Document& document, std::string name, XmlTree::Index element) {
+Field LeafField(const Document& document, const std::string& name, XmlTree::Index element) {
     const bool isWords = IsWords(document.Tree().Name(element));
-    Field field = isWords ? document.TextField(std::move(name), element)
-                          : document.NumberField(std::move(name), element);
+    Field field = isWords ? document.TextField(name, element) : document.NumberField(name, element);
     if (field.meaning.empty()) {
         field.meaning = "(empty)";
         field.shown = "empty";

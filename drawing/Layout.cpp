@@ -44,6 +44,7 @@ std::vector<std::size_t> Ordered(const Sheet& sheet, const std::vector<Place>& p
 double WidthOf(const std::vector<std::size_t>& order, const std::vector<BlockBox>& channels) {
     double width = 0;
     for (const std::size_t channel : order) {
+        // cppcheck-suppress containerOutOfBounds ; the order has the numbers of the channels
         const BlockBox& box = channels[channel];
         width = std::max(width, box.Margin(Side::Input) + box.Width() + box.Margin(Side::Output));
     }

@@ -140,6 +140,8 @@ std::wstring GenericAttribute::Limit(const wchar_t* keyword,
                                           : tam::MoveDecimalMark(ReadText(type_, member), L".");
 }
 
+// The interceptor may give the member that the text stands in another value.
+// cppcheck-suppress passedByValue
 std::wstring GenericAttribute::Display(std::wstring value) {
     const std::wstring type = SNVTName();
     const std::wstring entries = EnumDesc();

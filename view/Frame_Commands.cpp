@@ -43,6 +43,7 @@ bool PutOnClipboard(HWND owner, const std::wstring& text) {
     EmptyClipboard();
     const bool isThere = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
     if (!isThere) {
+        // cppcheck-suppress doubleFree ; it is the clipboard's only when that took it
         GlobalFree(memory);
     }
     CloseClipboard();

@@ -98,6 +98,8 @@ std::optional<Problem> Try(com::Body body) {
 Session::Session() : report_("view", bench::Screen{}) {
     options_.wire = true; // as a host does: the sheet shows what is wired to what
     host_ = std::make_unique<bench::Host>(options_, report_);
+    // Found by what the host registers.
+    // cppcheck-suppress useInitializationList
     converter_ = com::CreateByProgId(L"UnitManager.Converter").As<IUnitConverter>();
 }
 

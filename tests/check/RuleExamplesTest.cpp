@@ -5,11 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
-#include <cstddef>
 
 using namespace check;
 using namespace checking;

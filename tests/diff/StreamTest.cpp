@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <cstddef>
 
 namespace difftest {
 

@@ -15,10 +15,10 @@ F As(FARPROC function) {
 
 } // namespace
 
-// The DLL stays until the program ends.
-// cppcheck-suppress noDestructor
-HostDll::HostDll()
-    : path_((tests::ProgramFolder() / L"OrvHost.dll").native()), module_(LoadLibraryW(path_.c_str())) {
+HostDll::HostDll() : path_((tests::ProgramFolder() / L"OrvHost.dll").native()) {
+    // The DLL stays until the program ends.
+    // cppcheck-suppress noDestructor
+    module_ = LoadLibraryW(path_.c_str());
     EXPECT_NE(nullptr, module_) << "OrvHost.dll does not load, error " << GetLastError();
 }
 

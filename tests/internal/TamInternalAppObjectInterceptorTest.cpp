@@ -32,7 +32,7 @@ class TamInternalAppObjectInterceptorTest : public InternalTest {
         }
         InternalTest::TearDown();
     }
-    HRESULT Tell(Member member, const Double& attribute) {
+    HRESULT Tell(const Member& member, const Double& attribute) {
         handled = -2;
         return (interceptor.Get()->*member)(attribute->As<IAttribute>().Get(), &handled);
     }

@@ -139,10 +139,14 @@ TitleRecord::TitleRecord(const Viewer& viewer) : memory_(viewer.Process(), 2 * s
     const HMODULE own = LoadLibraryW(L"dwmapi.dll");
     Load(process, L"dwmapi.dll");
     BYTE* const base = ModuleOf(process, L"dwmapi.dll");
-    const auto* const function =
-        reinterpret_cast<const BYTE*>(reinterpret_cast<void*>(GetProcAddress(own, "DwmSetWindowAttribute")));
+    const auto* const function = own == nullptr ? nullptr
+                                                : reinterpret_cast<const BYTE*>(reinterpret_cast<void*>(
+                                                      GetProcAddress(own, "DwmSetWindowAttribute")));
     if (base == nullptr || function == nullptr) {
         ADD_FAILURE() << "no dwmapi.dll";
+        if (own != nullptr) {
+            FreeLibrary(own);
+        }
         return;
     }
     BYTE* const place = base + (function - reinterpret_cast<const BYTE*>(own));

@@ -151,8 +151,9 @@ std::wstring TextOf(const Recovery& recovery) {
                                 std::to_wstring(recovery.module->number) + L'\n';
     }
     for (const auto& [point, value] : recovery.values) {
-        const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
-                                       [&](const auto& pair) { return pair.first == point.kind; });
+        const auto kind = std::find_if(kKinds.begin(), kKinds.end(), [wanted = point.kind](const auto& pair) {
+            return pair.first == wanted;
+        });
         text.append(kind->second) += L'\t' + Escaped(point.name) + L'\t' + Escaped(value) + L'\n';
     }
     return text.append(kLastLine) + L'\n';

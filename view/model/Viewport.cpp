@@ -52,12 +52,12 @@ double Shift(double begin, double size, double least, double most) noexcept {
 
 } // namespace
 
-void Viewport::SetSheet(Size sheet) {
+void Viewport::SetSheet(const Size& sheet) {
     sheet_ = sheet;
     Fit();
 }
 
-void Viewport::SetSheetSize(Size sheet) noexcept {
+void Viewport::SetSheetSize(const Size& sheet) noexcept {
     const bool isSame = sheet.width == sheet_.width && sheet.height == sheet_.height;
     sheet_ = sheet;
     if (isFitted_ && !isSame) {
@@ -67,7 +67,7 @@ void Viewport::SetSheetSize(Size sheet) noexcept {
     }
 }
 
-void Viewport::SetWindow(Size window) {
+void Viewport::SetWindow(const Size& window) {
     const drawing::Point before = Middle();
     window_ = window;
     if (isFitted_) {

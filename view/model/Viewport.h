@@ -24,13 +24,13 @@ class Viewport {
     };
 
     /// Another sheet; it is fitted in.
-    void SetSheet(Size sheet);
+    void SetSheet(const Size& sheet);
     /// The same sheet has another size. Zoom and place stay; one that was fitted in is fitted
     /// in again.
-    void SetSheetSize(Size sheet) noexcept;
+    void SetSheetSize(const Size& sheet) noexcept;
     /// The window has another size. What was in its middle stays there; a sheet that was
     /// fitted in is fitted in again.
-    void SetWindow(Size window);
+    void SetWindow(const Size& window);
     /// The monitor has so many dots to an inch, 96 without scaling. What was in the middle
     /// stays there, and has the same size to the eye.
     void SetDpi(double dpi);

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <initializer_list>
 #include <ios>
+#include <optional>
 
 using namespace view;
 
