@@ -4,6 +4,7 @@
 #include "view/Window.h"
 
 #include "bench/Text.h"
+#include "bench/TextFile.h"
 #include "check/XmlTree.h"
 
 #include <algorithm>
@@ -50,6 +51,7 @@ FileText ReadFileText(const std::string& bytes, const std::wstring& file) {
     if (name != "Project") {
         return {Session::Kind::Stream, bytes};
     }
+    bench::TextOfDocument(bytes, file); // throws: a save would lose what is no character here
     FileText text{Session::Kind::Project, std::string(tree.Text())};
     text.modules = ModulesOf(text.source);
     if (text.modules.empty()) {

@@ -38,6 +38,7 @@ std::string ReadOldProject(const std::wstring& path) {
         throw bench::BenchError(E_INVALIDARG, bench::Utf8(Text(IDS_NO_PROJECT, path)));
     }
     const std::string bytes = bench::ReadBytes(path);
+    bench::TextOfDocument(bytes, path); // throws where a character would be lost
     check::Findings ignored;
     std::string text = check::Decode(bytes, ignored);
     return bytes.starts_with(kMark) && !text.starts_with(kMark) ? std::string(kMark) + text : text;

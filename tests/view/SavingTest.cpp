@@ -156,6 +156,22 @@ TEST_F(SavingTest, AFileThatIsNoProjectIsLeftAsItIs) {
     }
 }
 
+// In its place stood what cannot be read, saved as such.
+TEST_F(SavingTest, AProjectInAnUnknownEncodingIsLeftAsItIs) {
+    const std::string text =
+        "<?xml version=\"1.0\" encoding=\"koi8-r\"?>\n<Project><Other>\xC1</Other></Project>";
+    FileWith(L"hall.project.xml", text);
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    const Box chooser = viewer_.NextBox();
+    chooser.ChooseFile(project_);
+    const Box box = viewer_.NextBox(chooser);
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDOK);
+    EXPECT_EQ(text, BytesOf(project_));
+    EXPECT_TRUE(IsUnsaved());
+}
+
 TEST_F(SavingTest, WhatIsBeingTypedIsSavedToo) {
     viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Channel", L"8");
     viewer_.Begin(IDM_FILE_SAVE_STREAM);
