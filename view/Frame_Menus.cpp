@@ -72,7 +72,15 @@ void Frame::FillModuleMenu(HMENU menu) {
         for (std::size_t at = 0; (at = words.find(L'&', at)) != std::wstring::npos; at += 2) {
             words.insert(at, 1, L'&');
         }
-        AppendMenuW(menu, i == session_->OpenModule() ? MF_STRING | MF_CHECKED : MF_STRING,
+        const auto begin = session_->Modules().begin();
+        const auto here = begin + static_cast<std::ptrdiff_t>(i);
+        // Of two with one number the first is opened.
+        const bool isSecond =
+            std::any_of(begin, here, [&](const ProjectModule& former) { return former.key == module.key; });
+        AppendMenuW(menu,
+                    isSecond                      ? MF_STRING | MF_GRAYED
+                    : i == session_->OpenModule() ? MF_STRING | MF_CHECKED
+                                                  : MF_STRING,
                     IDM_FILE_MODULE + i, (L"&" + std::to_wstring((i + 1) % 10) + L"  " + words).c_str());
     }
     if (count == 0) {

@@ -96,6 +96,32 @@ TEST_F(ProjectTest, EachModuleIsOpenedFromTheMenu) {
     viewer.Close();
 }
 
+// Its letters would be saved as what stands for those that cannot be read.
+TEST_F(ProjectTest, OneInAnUnknownEncodingIsNotOpened) {
+    const std::wstring file =
+        FileWith(L"hall.project.xml", "<?xml version=\"1.0\" encoding=\"koi8-r\"?>\n<Project>\n<Other>\xC1"
+                                      "</Other>\n" +
+                                          Stream("1", "5") + "</Project>\n");
+    Viewer viewer({file});
+    const Box box = viewer.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDOK);
+    EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
+}
+
+// A module that was copied by hand and has no number of its own yet.
+TEST_F(ProjectTest, OfTwoWithOneNumberTheSecondStaysAsItIs) {
+    const std::wstring file = Project(Stream("1", "5") + "\n" + Stream("1", "6"));
+    Viewer viewer({file});
+    AwaitChannel(viewer, L"5");
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    viewer.Do(IDM_FILE_SAVE);
+    Await("the save", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
+    const std::string text = BytesOf(file);
+    EXPECT_EQ(2U, Times(text, "<Tam>") + Times(text, "<Tam ")) << text;
+    EXPECT_EQ(1U, Times(text, Stream("1", "6"))) << text;
+}
+
 TEST_F(ProjectTest, AfterACrashTheSameModuleComesBack) {
     Project(Stream("1", "5") + Stream("2", "6"));
     {

@@ -76,14 +76,6 @@ bool IsSame(const Identity& left, const Identity& right) {
                                 : tam::EqualIgnoringCase(Plain(left.channel), Plain(right.channel));
 }
 
-/// With the blanks before it and the end of its line, when nothing else is in the line.
-Edit Cut(std::string_view text, std::size_t begin, std::size_t end) {
-    const std::size_t line = text.find_last_not_of(" \t", begin - 1) + 1;
-    const std::size_t next = text.find_first_not_of(" \t\r", end);
-    const bool isAlone = text[line - 1] == '\n' && next < text.size() && text[next] == '\n';
-    return isAlone ? Edit{line, next + 1, {}} : Edit{begin, end, {}};
-}
-
 /// The place behind the last child of the document's element; an element without an end tag gets one.
 Edit Behind(const XmlTree& tree, const std::string& added) {
     const std::string_view text = tree.Text();
@@ -173,14 +165,11 @@ std::string WithElements(std::string project, const std::vector<std::string>& el
     tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
         const Identity old = IdentityOf(tree, child);
         for (New& element : news) {
-            if (!IsSame(old, element.identity)) {
-                continue;
+            if (element.isPlaced || !IsSame(old, element.identity)) {
+                continue; // of two the first is the one that is opened
             }
             const std::size_t begin = tree.OffsetOf(child);
-            const std::size_t end = EndOfElement(tree.Text(), begin);
-            // One that stands there a second time has no place.
-            edits.push_back(element.isPlaced ? Cut(tree.Text(), begin, end)
-                                             : Edit{begin, end, *element.text});
+            edits.push_back({begin, EndOfElement(tree.Text(), begin), *element.text});
             element.isPlaced = true;
             return;
         }

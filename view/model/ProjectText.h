@@ -17,7 +17,7 @@ std::string RootOf(const std::string& document);
 std::vector<std::string> ElementsOf(const std::string& document);
 
 /// A project's text, well-formed and in UTF-8, with elements of a device written into it: each
-/// in the place of the one that is of the same object, else behind all others. Every other
+/// in the place of the first one that is of the same object, else behind all others. Every other
 /// character stays as it is, but for a declaration of another encoding.
 std::string WithElements(std::string project, const std::vector<std::string>& elements);
 

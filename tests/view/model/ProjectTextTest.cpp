@@ -61,8 +61,10 @@ TEST(ProjectTextTest, AChannelIsKnownByItsKey) {
                            {Channel("o_tam_ai_id", "AI1", "<b/>")}));
 }
 
-TEST(ProjectTextTest, AnElementThatIsThereTwiceIsThereOnce) {
-    EXPECT_EQ("<Project>\n  " + Stream("K7", "1", "<b/>") + "\n  <x/>\n</Project>",
+// A module that was copied by hand and has no number of its own yet.
+TEST(ProjectTextTest, OfTwoThatAreTheSameTheFirstIsReplaced) {
+    EXPECT_EQ("<Project>\n  " + Stream("K7", "1", "<b/>") + "\n  <x/>\n  " + Stream("K7", "1") +
+                  "\n</Project>",
               WithElements("<Project>\n  " + Stream("K7", "1") + "\n  <x/>\n  " + Stream("K7", "1") +
                                "\n</Project>",
                            {Stream("K7", "1", "<b/>")}));
