@@ -385,6 +385,9 @@ void Frame::SayAtOnce(const std::wstring& words) {
 }
 
 int Frame::Ask(const std::wstring& words, UINT kind) {
+    if (busy_ == 0) {
+        EnterCells(); // the box takes the focus, and nothing is entered while it is shown
+    }
     const OwnBox own(*this);
     return MessageBoxW(Handle(), words.c_str(), Text(IDS_TITLE).c_str(), kind);
 }

@@ -331,7 +331,10 @@ void Frame::Export(int command) {
 }
 
 void Frame::CheckDisk() {
-    if (busy_ > 0 || file_.empty() || isAsking_ || IsIconic(Handle()) != FALSE) {
+    // Who types is asked when the value is entered: the next key would answer.
+    const bool isTyped = std::any_of(pages_.begin(), pages_.end(),
+                                     [](const PointPage& page) { return page.pane && page.pane->IsTyped(); });
+    if (isTyped || busy_ > 0 || file_.empty() || isAsking_ || IsIconic(Handle()) != FALSE) {
         return;
     }
     std::vector<FileStamp> now;
@@ -349,7 +352,9 @@ void Frame::CheckDisk() {
     const std::wstring question =
         history_.IsDirty() ? Text(IDS_CHANGED_DIRTY, changed, std::to_wstring(history_.Unsaved().size()))
                            : Text(IDS_CHANGED, changed);
-    const bool isWanted = Ask(question, MB_YESNO | MB_ICONQUESTION) == IDYES;
+    // The box comes unasked for: a key that was meant for the window loses nothing.
+    const UINT safe = history_.IsDirty() ? MB_DEFBUTTON2 : MB_DEFBUTTON1;
+    const bool isWanted = Ask(question, MB_YESNO | MB_ICONQUESTION | safe) == IDYES;
     isAsking_ = false;
     if (isWanted) {
         Load(file_);

@@ -85,6 +85,7 @@ class ListPane {
     void EditCell(std::size_t column, const std::wstring& text);
     /// Closes the field as the end of typing does: what stands in it is entered.
     void EnterCell() { EndCell(true); }
+    bool IsTyped() const noexcept { return cell_ != nullptr; }
 
     /// What the list tells its parent.
     LRESULT OnNotify(NMHDR& head);

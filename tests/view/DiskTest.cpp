@@ -62,6 +62,25 @@ TEST_F(DiskTest, SaysThatUnsavedValuesWouldBeLost) {
     EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO));
 }
 
+// The Enter meant for the value would answer the question.
+TEST_F(DiskTest, WhoTypesIsAskedWhenTheValueIsEntered) {
+    const HWND cell = viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Setup", L"8");
+    Rewrite("88");
+    constexpr WPARAM kDiskTimer = 1;
+    for (int i = 0; i < 3; ++i) { // it is asked at the second look
+        PostMessageW(viewer_.Frame(), WM_TIMER, kDiskTimer, 0);
+    }
+    viewer_.Settle();
+    EXPECT_FALSE(viewer_.ShownBox());
+    ASSERT_TRUE(IsWindow(cell)) << "it is still typed into";
+    PostMessageW(cell, WM_KEYDOWN, VK_RETURN, 1);
+    const Box box = viewer_.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"unsaved")) << Narrow(box.Text());
+    Await("the focus on the answer that loses nothing", [&] { return viewer_.Focus() == IDNO; });
+    box.Press(IDNO);
+    EXPECT_EQ(L"8", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
+}
+
 TEST_F(DiskTest, ADevicesStreamIsOfferedAgain) {
     std::string device = BytesOf(benchtest::SamplesFolder() + L"device.xml");
     const std::string stream = "<Stream>streams/channels.xml</Stream>";
