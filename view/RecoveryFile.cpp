@@ -52,7 +52,7 @@ std::wstring Folder() {
 bool IsAlive(const std::wstring& program) noexcept {
     const HANDLE mutex = OpenMutexW(SYNCHRONIZE, FALSE, AliveName(program).c_str());
     if (mutex == nullptr) {
-        return false;
+        return GetLastError() == ERROR_ACCESS_DENIED; // it runs with other rights
     }
     CloseHandle(mutex);
     return true;
@@ -118,10 +118,15 @@ std::vector<RecoveryFile::Left> RecoveryFile::FindLeft() {
             continue;
         }
         std::optional<Recovery> recovery;
-        com::Attempt([&] { recovery = ReadRecovery(bench::ReadTextFile(folder + name)); });
+        bool isDamaged = false;
+        com::Attempt([&] {
+            const std::wstring text = bench::ReadTextFile(folder + name);
+            recovery = ReadRecovery(text);
+            isDamaged = !recovery && IsOfThisVersion(text);
+        });
         if (recovery) {
             left.push_back({folder + name, std::move(*recovery)});
-        } else {
+        } else if (isDamaged) { // what cannot be read now, or is another version's, stays
             DeleteFileW((folder + name).c_str());
         }
     }

@@ -180,6 +180,40 @@ TEST_F(RecoveryTest, AWindowThatIsOpenKeepsItsOwn) {
     EXPECT_EQ(1U, UnsavedFiles().size());
 }
 
+TEST_F(RecoveryTest, AFileThatCannotBeReadNowStays) {
+    EndUnsaved();
+    const Texts files = UnsavedFiles();
+    ASSERT_EQ(1U, files.size());
+    const HANDLE held = CreateFileW(files[0].c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, held);
+    {
+        Viewer viewer({file_});
+        AwaitAttributes(viewer, kAttributes);
+        EXPECT_FALSE(viewer.ShownBox());
+        CloseHandle(held);
+        viewer.Close();
+    }
+    EXPECT_EQ(files, UnsavedFiles());
+    const Viewer viewer;
+    EXPECT_NE(std::wstring::npos, viewer.NextBox().Text().find(L"channels.xml"));
+}
+
+TEST_F(RecoveryTest, AFileOfAnotherVersionStays) {
+    EndUnsaved();
+    const Texts files = UnsavedFiles();
+    ASSERT_EQ(1U, files.size());
+    const HANDLE file = CreateFileW(files[0].c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, file);
+    const std::string head = "tamview unsaved 3\n";
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(file, head.data(), static_cast<DWORD>(head.size()), &written, nullptr));
+    CloseHandle(file);
+    Viewer viewer({file_});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_FALSE(viewer.ShownBox());
+    EXPECT_EQ(files, UnsavedFiles());
+}
+
 TEST_F(RecoveryTest, ADamagedFileIsNoState) {
     EndUnsaved();
     const Texts files = UnsavedFiles();

@@ -179,4 +179,9 @@ std::optional<Recovery> ReadRecovery(std::wstring_view text) {
     return recovery.files.empty() ? std::nullopt : std::optional(std::move(recovery));
 }
 
+bool IsOfThisVersion(std::wstring_view text) {
+    const std::size_t end = text.find(L'\n');
+    return end == std::wstring_view::npos ? kFirstLine.starts_with(text) : text.substr(0, end) == kFirstLine;
+}
+
 } // namespace view

@@ -46,5 +46,7 @@ std::wstring TextOf(const Recovery& recovery);
 /// None for a text that is not whole, of another version or damaged: half of the changes
 /// is worse than none.
 std::optional<Recovery> ReadRecovery(std::wstring_view text);
+/// Whether this version wrote it, whole or cut off: another version's is its own to remove.
+bool IsOfThisVersion(std::wstring_view text);
 
 } // namespace view

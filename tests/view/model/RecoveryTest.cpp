@@ -51,6 +51,17 @@ TEST(RecoveryTest, RefusesEveryTextThatWasCutOff) {
     }
 }
 
+TEST(RecoveryTest, KnowsItsOwnVersionEvenWhenItIsCutOff) {
+    const std::wstring text = TextOf(Sample());
+    for (std::size_t size = 0; size <= text.size(); ++size) {
+        EXPECT_TRUE(IsOfThisVersion(text.substr(0, size))) << size;
+    }
+    for (const wchar_t* other : {L"tamview unsaved 1\nend\n", L"tamview unsaved 3\nend\n",
+                                 L"tamview unsaved 20\nend\n", L"tamview\nend\n", L"\n", L"other"}) {
+        EXPECT_FALSE(IsOfThisVersion(other)) << other;
+    }
+}
+
 TEST(RecoveryTest, RefusesWhatIsDamaged) {
     const std::wstring head = L"tamview unsaved 2\nfile\tC:\\\\a.xml\t1\t2\n";
     ASSERT_TRUE(ReadRecovery(head + L"end\n"));
