@@ -206,6 +206,7 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         if (wParam != FALSE) {
             OnEnd();
         }
+        isEndAgreed_ = false; // to this end alone
         return 0;
     case WM_CLOSE:
         Close();

@@ -90,6 +90,16 @@ TEST_F(ClosingTest, AnEndOfTheSessionThatNobodyAgreedToKeepsWhatIsUnsaved) {
     Await("the value", [&] { return next.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
 }
 
+TEST_F(ClosingTest, WhoAgreedToAnEndThatWasCalledOffIsAskedAboutTheNextOne) {
+    PostMessageW(viewer_.Frame(), WM_QUERYENDSESSION, 0, 0);
+    viewer_.NextBox().Press(IDNO);
+    viewer_.Settle();
+    SendMessageW(viewer_.Frame(), WM_ENDSESSION, FALSE, 0);
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    SendMessageW(viewer_.Frame(), WM_ENDSESSION, TRUE, static_cast<LPARAM>(ENDSESSION_CRITICAL));
+    EXPECT_EQ(1U, UnsavedFiles().size());
+}
+
 TEST_F(ClosingTest, NothingUnsavedAsksNothing) {
     viewer_.Do(IDM_EDIT_UNDO);
     viewer_.Close();
