@@ -41,6 +41,22 @@ ViewTest::~ViewTest() {
     Clear(Folder());
 }
 
+bool ViewTest::StopsBy(const Viewer& viewer, const std::function<void()>& act) {
+    constexpr int kLargest = 400000;
+    for (int points = 20000; points < kLargest; points *= 4) {
+        const int attributes = (points + 2) / 3;
+        viewer.Drop({FileWith(L"large" + std::to_wstring(points) + L".xml", LargeStream(points))});
+        Await("the button",
+              [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == attributes; });
+        act();
+        Await("the end of loading", [&] { return viewer.IsEnabled(IDM_FILE_OPEN); });
+        if (viewer.Count(IDC_ATTRIBUTES) != attributes) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::wstring ViewTest::Sample(const std::wstring& name) {
     return benchtest::SamplesFolder() + L"streams\\" + name;
 }

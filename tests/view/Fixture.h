@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace viewtest {
@@ -33,6 +34,9 @@ class ViewTest : public testing::Test {
 
     /// Waits until a file with so many attributes is open.
     static void AwaitAttributes(const Viewer& viewer, int count);
+    /// Has the viewer load larger and larger files until one takes long enough to show the
+    /// button that stops it, and does something about it then. True when that ended the loading.
+    static bool StopsBy(const Viewer& viewer, const std::function<void()>& act);
 
   private:
     UserState user_;

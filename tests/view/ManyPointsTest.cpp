@@ -152,11 +152,13 @@ TEST_F(ManyPointsTest, TheEndOfTheSessionDoesNotWaitForALoad) {
 
 TEST_F(ManyPointsTest, LoadingCanBeStopped) {
     Viewer viewer;
-    ASSERT_TRUE(BeginToLoad(viewer));
-    EXPECT_TRUE(viewer.IsVisible(IDC_PROGRESS));
-    viewer.Do(IDM_VIEW_STOP);
-    Await("the end of loading",
-          [&] { return !viewer.IsVisible(IDC_STOP) && viewer.IsEnabled(IDM_FILE_OPEN); });
+    bool isProgressShown = false;
+    EXPECT_TRUE(StopsBy(viewer, [&] {
+        isProgressShown = viewer.IsVisible(IDC_PROGRESS);
+        viewer.Do(IDM_VIEW_STOP);
+    }));
+    EXPECT_TRUE(isProgressShown);
+    EXPECT_FALSE(viewer.IsVisible(IDC_STOP));
     EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
     EXPECT_NE(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"stopped"))
         << Narrow(viewer.Status(VIEW_STATUS_MESSAGE));

@@ -2,33 +2,13 @@
 
 #include "tests/view/Fixture.h"
 
-#include <functional>
 #include <string>
 
 namespace viewtest {
 
 namespace {
 
-class StoppingTest : public ViewTest {
-  protected:
-    /// Has the viewer load larger and larger files until one takes long enough to show the
-    /// button, and does something about it then. True when that ended the loading.
-    static bool StopsBy(const Viewer& viewer, const std::function<void()>& act) {
-        constexpr int kLargest = 400000;
-        for (int points = 20000; points < kLargest; points *= 4) {
-            const int attributes = (points + 2) / 3;
-            viewer.Drop({FileWith(L"large" + std::to_wstring(points) + L".xml", LargeStream(points))});
-            Await("the button",
-                  [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == attributes; });
-            act();
-            Await("the end of loading", [&] { return viewer.IsEnabled(IDM_FILE_OPEN); });
-            if (viewer.Count(IDC_ATTRIBUTES) != attributes) {
-                return true;
-            }
-        }
-        return false;
-    }
-};
+class StoppingTest : public ViewTest {};
 
 TEST_F(StoppingTest, AKeyEndsIt) {
     Viewer viewer;
