@@ -125,6 +125,7 @@ void Frame::Load(const std::wstring& file) {
             Fill();
         }
         if (isLoaded_) {
+            module_ = session_->ModuleKeyOf(); // another one may be before it next time
             settings_.recent.Add(file);
             Say(Text(IDS_LOADED, NameOf(file),
                      std::to_wstring(pages_[0].table.Rows().size() + pages_[1].table.Rows().size() +
@@ -393,7 +394,8 @@ void Frame::Start(const std::wstring& file) {
     const auto problem = Try([&] {
         OfferRecovery();
         const std::wstring path = file.empty() ? file : bench::FullPath(file);
-        if (!path.empty() && !IsSamePath(path, file_)) {
+        const bool isGone = isClosing_; // closed while the file of a recovery was loading
+        if (!path.empty() && !isGone && !IsSamePath(path, file_)) {
             Open(path);
         }
     });

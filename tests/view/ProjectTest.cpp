@@ -122,6 +122,14 @@ TEST_F(ProjectTest, OfTwoWithOneNumberTheSecondStaysAsItIs) {
     EXPECT_EQ(1U, Times(text, Stream("1", "6"))) << text;
 }
 
+TEST_F(ProjectTest, TheFirstModuleStaysOpenWhenAnotherComesBeforeIt) {
+    Viewer viewer({Project(Stream("1", "5"))});
+    AwaitChannel(viewer, L"5");
+    Project(Stream("2", "6") + Stream("1", "7"));
+    viewer.NextBox().Press(IDYES);
+    AwaitChannel(viewer, L"7");
+}
+
 TEST_F(ProjectTest, AfterACrashTheSameModuleComesBack) {
     Project(Stream("1", "5") + Stream("2", "6"));
     {
