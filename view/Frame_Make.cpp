@@ -239,6 +239,8 @@ void Frame::MakeFindings() {
 }
 
 void Frame::SetFonts() {
+    // A value that is refused leaves no part with fonts that are gone: it is told at the end.
+    const std::optional<Problem> refused = Try([this] { EnterCells(); });
     scaling_ = Scaling::Of(Handle());
     std::optional<Fonts> fonts;
     fonts.emplace(scaling_);
@@ -278,6 +280,9 @@ void Frame::SetFonts() {
     Send(toolbar_, TB_AUTOSIZE);
     Send(status_, SB_SETMINHEIGHT, scaling_(20)); // there is a button in it
     Layout();
+    if (refused) {
+        OnProblem(refused->words);
+    }
 }
 
 } // namespace view
