@@ -1,5 +1,6 @@
 #include <exception>
 #include <new>
+#include <string>
 
 // What the C++ library throws when a text or a container is asked for what it cannot
 // do. Its own versions of these functions stand in one file with all its exceptions, and
@@ -47,4 +48,10 @@ namespace std {
 
 } // namespace std
 // NOLINTEND(cert-dcl58-cpp, cert-dcl50-cpp)
+
+// From version 13 on a wide text replaces a part of itself by a function that the library
+// has in one file with all others of wide texts.
+#if __GNUC__ >= 13
+template void std::wstring::_M_replace_cold(wchar_t*, std::size_t, const wchar_t*, std::size_t, std::size_t);
+#endif
 // NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)

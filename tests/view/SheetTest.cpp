@@ -35,7 +35,7 @@ TEST_F(SheetTest, APinPickedOnTheSheetIsPickedInTheList) {
     // Down the left edge of the block a pin comes sooner or later.
     const SIZE size = SizeOfSheet();
     for (int y = 0; y < size.cy && viewer_.PickedName(IDC_INPUTS).empty(); y += 4) {
-        for (int x = 0; x < size.cx / 2 && viewer_.PickedName(IDC_INPUTS).empty(); x += 12) {
+        for (int x = 0; x < size.cx / 2 && viewer_.PickedName(IDC_INPUTS).empty(); x += 6) {
             Click(x, y);
         }
     }
