@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <exception>
 #include <new>
 #include <string>
