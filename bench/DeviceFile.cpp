@@ -90,16 +90,8 @@ class Reader {
     }
 
     std::string TextBelow(Node parent, std::string_view name) const {
-        std::string text;
         const Node element = tree_.Child(parent, name);
-        if (element != check::XmlTree::kNone) {
-            tree_.ForEachChild(element, [&](Node child) {
-                if (tree_.KindOf(child) == check::XmlTree::Kind::Text ||
-                    tree_.KindOf(child) == check::XmlTree::Kind::CData) {
-                    text += tree_.Content(child);
-                }
-            });
-        }
+        const std::string text = element == check::XmlTree::kNone ? std::string() : tree_.OwnText(element);
         const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
         return text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
     }

@@ -65,16 +65,8 @@ class Stream {
     void FillHeader(StreamSummary& summary) const {
         const XmlTree& tree = document_.Tree();
         const auto textOf = [&](std::size_t part) {
-            std::string text;
-            if (seen_[part] != XmlTree::kNone) {
-                tree.ForEachChild(seen_[part], [&](XmlTree::Index child) {
-                    if (tree.KindOf(child) == XmlTree::Kind::Text ||
-                        tree.KindOf(child) == XmlTree::Kind::CData) {
-                        text += tree.Content(child);
-                    }
-                });
-            }
-            return std::string(Trim(text));
+            return seen_[part] == XmlTree::kNone ? std::string()
+                                                 : std::string(Trim(tree.OwnText(seen_[part])));
         };
         summary.name = textOf(0);
         summary.deviceKey = textOf(1);

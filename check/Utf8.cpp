@@ -151,4 +151,18 @@ std::string Quoted(std::string_view text) {
     return shown + "\"";
 }
 
+std::wstring Wide(std::string_view text) {
+    std::wstring wide;
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t c = NextCharacter(text, at);
+        if (sizeof(wchar_t) == sizeof(char32_t) || c < 0x10000) {
+            wide += static_cast<wchar_t>(c);
+        } else {
+            wide += static_cast<wchar_t>(0xD800U + ((c - 0x10000) >> 10U));
+            wide += static_cast<wchar_t>(0xDC00U + ((c - 0x10000) & 0x3FFU));
+        }
+    }
+    return wide;
+}
+
 } // namespace check

@@ -43,4 +43,8 @@ std::string Clean(std::string_view text);
 /// Clean.
 std::string Quoted(std::string_view text);
 
+/// In the system's own letters: a character past the first 65,536 is two where these have
+/// 16 bits.
+std::wstring Wide(std::string_view text);
+
 } // namespace check

@@ -79,6 +79,16 @@ Span XmlTree::ContentSpan(Index node) const {
     }
 }
 
+std::string XmlTree::OwnText(Index element) const {
+    std::string text;
+    ForEachChild(element, [&](Index child) {
+        if (KindOf(child) == Kind::Text || KindOf(child) == Kind::CData) {
+            text += Content(child);
+        }
+    });
+    return text;
+}
+
 std::string XmlTree::Content(Index node) const {
     const std::string_view raw = Piece(ContentSpan(node));
     if (KindOf(node) == Kind::Text) {

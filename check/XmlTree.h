@@ -86,6 +86,8 @@ class XmlTree {
     /// The raw content of a text, a CDATA section or a comment.
     Span ContentSpan(Index node) const;
     std::string Content(Index node) const;
+    /// The contents of an element's own texts and CDATA sections, in their order.
+    std::string OwnText(Index element) const;
     /// Whether the element lacks its end tag: what follows may have slipped into it.
     bool IsUnclosed(Index element) const;
 

@@ -22,17 +22,6 @@ std::string Capitals(std::string_view name) {
     return capitals;
 }
 
-std::string TextOf(const check::XmlTree& tree, check::XmlTree::Index element) {
-    std::string text;
-    tree.ForEachChild(element, [&](check::XmlTree::Index child) {
-        const auto kind = tree.KindOf(child);
-        if (kind == check::XmlTree::Kind::Text || kind == check::XmlTree::Kind::CData) {
-            text += tree.Content(child);
-        }
-    });
-    return text;
-}
-
 bool IsLetter(char c) noexcept {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
            c == '.' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
@@ -80,9 +69,9 @@ Session::Documents::Documents(const std::string& stream, const std::wstring& def
         tree.ForEachElement(element, [&](check::XmlTree::Index child) {
             const std::string keyword = Capitals(tree.Name(child));
             if (keyword == "SNVTTYPE") {
-                words.type = bench::Wide(TextOf(tree, child));
+                words.type = bench::Wide(tree.OwnText(child));
             } else if (keyword == "LOGICALADDRESS") {
-                words.address = bench::Wide(TextOf(tree, child));
+                words.address = bench::Wide(tree.OwnText(child));
             }
         });
         words_.emplace(places_.Places()[next].point, std::move(words));

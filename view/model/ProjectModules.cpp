@@ -8,7 +8,6 @@
 #include "core/Case.h"
 #include "core/Numbers.h"
 
-#include <string_view>
 #include <utility>
 
 namespace view {
@@ -17,41 +16,16 @@ namespace {
 
 using check::XmlTree;
 
-std::wstring Wide(std::string_view text) {
-    std::wstring wide;
-    for (std::size_t at = 0; at < text.size();) {
-        const char32_t c = check::NextCharacter(text, at);
-        if (sizeof(wchar_t) == sizeof(char32_t) || c < 0x10000) {
-            wide += static_cast<wchar_t>(c);
-        } else {
-            wide += static_cast<wchar_t>(0xD800U + ((c - 0x10000) >> 10U));
-            wide += static_cast<wchar_t>(0xDC00U + ((c - 0x10000) & 0x3FFU));
-        }
-    }
-    return wide;
-}
-
-std::wstring TextOf(const XmlTree& tree, XmlTree::Index element) {
-    std::string text;
-    tree.ForEachChild(element, [&](XmlTree::Index child) {
-        const XmlTree::Kind kind = tree.KindOf(child);
-        if (kind == XmlTree::Kind::Text || kind == XmlTree::Kind::CData) {
-            text += tree.Content(child);
-        }
-    });
-    return Wide(text);
-}
-
 ProjectModule ReadModule(const XmlTree& tree, XmlTree::Index stream) {
     ProjectModule module;
     tree.ForEachElement(stream, [&](XmlTree::Index child) {
-        const std::wstring name = Wide(tree.Name(child));
+        const std::wstring name = check::Wide(tree.Name(child));
         if (tam::EqualIgnoringCase(name, L"DevKey")) {
-            module.key.device = TextOf(tree, child);
+            module.key.device = check::Wide(tree.OwnText(child));
         } else if (tam::EqualIgnoringCase(name, L"TamObjID")) {
-            module.key.number = ObjectNumberOf(TextOf(tree, child));
+            module.key.number = ObjectNumberOf(check::Wide(tree.OwnText(child)));
         } else if (tam::EqualIgnoringCase(name, L"Name")) {
-            module.name = TextOf(tree, child);
+            module.name = check::Wide(tree.OwnText(child));
         }
     });
     return module;

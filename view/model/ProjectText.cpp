@@ -40,28 +40,17 @@ std::wstring Plain(std::string_view text) {
     return plain;
 }
 
-std::string ContentOf(const XmlTree& tree, XmlTree::Index element) {
-    std::string content;
-    tree.ForEachChild(element, [&](XmlTree::Index child) {
-        const XmlTree::Kind kind = tree.KindOf(child);
-        if (kind == XmlTree::Kind::Text || kind == XmlTree::Kind::CData) {
-            content += tree.Content(child);
-        }
-    });
-    return content;
-}
-
 Identity IdentityOf(const XmlTree& tree, XmlTree::Index element) {
     Identity identity;
     identity.name = std::string(tree.Name(element));
     tree.ForEachElement(element, [&](XmlTree::Index child) {
         const std::string_view keyword = tree.Name(child);
         if (check::EqualKeyword(keyword, "DEVKEY")) {
-            identity.device = ContentOf(tree, child);
+            identity.device = tree.OwnText(child);
         } else if (check::EqualKeyword(keyword, "TAMOBJECTKEY")) {
-            identity.channel = ContentOf(tree, child);
+            identity.channel = tree.OwnText(child);
         } else if (check::EqualKeyword(keyword, "TAMOBJID")) {
-            identity.number = tam::Val(Plain(ContentOf(tree, child))); // as the component reads it
+            identity.number = tam::Val(Plain(tree.OwnText(child))); // as the component reads it
         }
     });
     return identity;

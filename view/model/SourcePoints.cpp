@@ -19,21 +19,6 @@ constexpr std::array<std::pair<std::string_view, Kind>, 3> kSections = {
 /// The elements around a point: the document's and its section.
 constexpr std::size_t kAround = 2;
 
-/// A character past the first 65,536 is two where the system's letters have 16 bits.
-std::wstring Wide(std::string_view name) {
-    std::wstring wide;
-    for (std::size_t at = 0; at < name.size();) {
-        const char32_t c = check::NextCharacter(name, at);
-        if (sizeof(wchar_t) == sizeof(char32_t) || c < 0x10000) {
-            wide += static_cast<wchar_t>(c);
-        } else {
-            wide += static_cast<wchar_t>(0xD800U + ((c - 0x10000) >> 10U));
-            wide += static_cast<wchar_t>(0xDC00U + ((c - 0x10000) & 0x3FFU));
-        }
-    }
-    return wide;
-}
-
 /// Walks the tags and keeps which elements are open.
 class Walk {
   public:
@@ -92,7 +77,7 @@ class Walk {
             });
             if (section != kSections.end()) {
                 open_.back().place = places_.size();
-                places_.push_back({{section->second, Wide(name)}, begin, text_.size()});
+                places_.push_back({{section->second, check::Wide(name)}, begin, text_.size()});
             }
         }
         if (lexer_.IsEmptyTag()) {
