@@ -247,7 +247,7 @@ LRESULT SheetView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         return 0;
     case WM_MOUSEMOVE:
-        OnMove(lParam);
+        OnMove(wParam, lParam);
         return 0;
     case WM_LBUTTONUP:
         if (dragged_) {
@@ -323,8 +323,12 @@ void SheetView::OnButtonDown(LPARAM lParam) {
     SetCapture(Handle());
 }
 
-void SheetView::OnMove(LPARAM lParam) {
+void SheetView::OnMove(WPARAM keys, LPARAM lParam) {
     if (!dragged_) {
+        return;
+    }
+    if ((keys & MK_LBUTTON) == 0) {
+        ReleaseCapture(); // the button came up where nobody told this window
         return;
     }
     const POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};

@@ -72,7 +72,7 @@ class SheetView : public Window {
     void Paint();
     void OnWheel(WPARAM wParam, LPARAM lParam, bool isLevel);
     void OnButtonDown(LPARAM lParam);
-    void OnMove(LPARAM lParam);
+    void OnMove(WPARAM keys, LPARAM lParam);
     bool OnKey(WPARAM key);
     void PickNext(WPARAM key);
     void Repaint();

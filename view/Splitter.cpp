@@ -89,7 +89,9 @@ LRESULT Splitter::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         SetCapture(Handle());
         return 0;
     case WM_MOUSEMOVE:
-        if (isDragged_ && PlaceOf(lParam) != start_) {
+        if (isDragged_ && (wParam & MK_LBUTTON) == 0) {
+            ReleaseCapture(); // the button came up where nobody told this window
+        } else if (isDragged_ && PlaceOf(lParam) != start_) {
             Move(PlaceOf(lParam) - start_); // moves this window, so the place in it stays
         }
         return 0;

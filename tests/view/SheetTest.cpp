@@ -29,16 +29,19 @@ class SheetTest : public OpenedTest {
                      MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2));
     }
     std::wstring Words() const { return viewer_.PartText(IDC_SHEET); }
+    /// Down the left edge of the block a pin comes sooner or later.
+    void ClickUntilAnInputIsPicked() const {
+        const SIZE size = SizeOfSheet();
+        for (int y = 0; y < size.cy && viewer_.PickedName(IDC_INPUTS).empty(); y += 4) {
+            for (int x = 0; x < size.cx / 2 && viewer_.PickedName(IDC_INPUTS).empty(); x += 6) {
+                Click(x, y);
+            }
+        }
+    }
 };
 
 TEST_F(SheetTest, APinPickedOnTheSheetIsPickedInTheList) {
-    // Down the left edge of the block a pin comes sooner or later.
-    const SIZE size = SizeOfSheet();
-    for (int y = 0; y < size.cy && viewer_.PickedName(IDC_INPUTS).empty(); y += 4) {
-        for (int x = 0; x < size.cx / 2 && viewer_.PickedName(IDC_INPUTS).empty(); x += 6) {
-            Click(x, y);
-        }
-    }
+    ClickUntilAnInputIsPicked();
     EXPECT_EQ(L"AO1_In1", viewer_.PickedName(IDC_INPUTS)) << "the topmost input";
     EXPECT_TRUE(viewer_.IsVisible(IDC_INPUTS));
     EXPECT_TRUE(Words().starts_with(L"input AO1_In1")) << Narrow(Words());
@@ -114,6 +117,16 @@ TEST_F(SheetTest, IsDraggedByTheMouse) {
     EXPECT_EQ(nothing, Words());
     viewer_.Do(IDM_VIEW_ZOOM_FIT);
     EXPECT_EQ(L"", viewer_.PickedName(IDC_INPUTS));
+}
+
+TEST_F(SheetTest, AMoveWithoutTheButtonEndsTheDrag) {
+    const SIZE size = SizeOfSheet();
+    SendMessageW(Sheet(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    // The system tells of the pointer as it is, and the button may have come up outside.
+    SendMessageW(Sheet(), WM_MOUSEMOVE, 0, MAKELPARAM(2, size.cy + 2000));
+    SendMessageW(Sheet(), WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(2, size.cy + 2000));
+    ClickUntilAnInputIsPicked();
+    EXPECT_EQ(L"AO1_In1", viewer_.PickedName(IDC_INPUTS)) << "the sheet is where it was";
 }
 
 } // namespace
