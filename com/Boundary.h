@@ -140,6 +140,10 @@ inline HRESULT Refuse(HRESULT code) noexcept {
 /// The boundary of a COM member: what the body throws becomes HRESULT and error object.
 HRESULT Guard(REFIID iid, Body body) noexcept;
 
+/// The boundary of a member that calls nobody outside: no callee can leave an error object,
+/// and an earlier one is its caller's.
+HRESULT GuardHeld(REFIID iid, Body body) noexcept;
+
 /// A COM member with a result: checks and empties the out pointer, assigns last.
 template <class T, class F>
 HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
@@ -148,6 +152,15 @@ HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
     }
     Empty(out);
     return Guard(iid, [&] { Assign(out, f()); });
+}
+/// As Return, for a member that calls nobody outside.
+template <class T, class F>
+HRESULT ReturnHeld(REFIID iid, T* out, F&& f) noexcept {
+    if (out == nullptr) {
+        return Refuse(E_POINTER);
+    }
+    Empty(out);
+    return GuardHeld(iid, [&] { Assign(out, f()); });
 }
 
 } // namespace com

@@ -49,21 +49,6 @@ Bstr::Bstr(std::wstring_view text) : text_(SysAllocStringLen(text.data(), static
     }
 }
 
-Bstr::Bstr(std::span<const std::wstring_view> parts) {
-    std::size_t length = 0;
-    for (const std::wstring_view part : parts) {
-        length += part.size();
-    }
-    text_ = SysAllocStringLen(nullptr, static_cast<UINT>(length));
-    if (text_ == nullptr) {
-        throw std::bad_alloc();
-    }
-    wchar_t* end = text_;
-    for (const std::wstring_view part : parts) {
-        end = std::copy(part.begin(), part.end(), end);
-    }
-}
-
 std::wstring_view Bstr::View() const noexcept {
     return com::View(text_);
 }
@@ -96,6 +81,22 @@ Variant::Variant(IDispatch* object) noexcept {
 
 void Assign(BSTR* out, std::wstring_view text) {
     *out = Bstr(text).Detach();
+}
+
+void Assign(BSTR* out, std::span<const std::wstring_view> parts) {
+    std::size_t length = 0;
+    for (const std::wstring_view part : parts) {
+        length += part.size();
+    }
+    const BSTR text = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    if (text == nullptr) {
+        throw std::bad_alloc();
+    }
+    wchar_t* end = text;
+    for (const std::wstring_view part : parts) {
+        end = std::copy(part.begin(), part.end(), end);
+    }
+    *out = text;
 }
 
 // In the user's locale, and not as an amount of money: the plain conversion

@@ -21,8 +21,6 @@ class Bstr {
     Bstr() noexcept = default;
     /// Throws std::bad_alloc.
     explicit Bstr(std::wstring_view text);
-    /// The parts one behind another. Throws std::bad_alloc.
-    explicit Bstr(std::span<const std::wstring_view> parts);
     Bstr(Bstr&& other) noexcept : text_(other.Detach()) {}
     Bstr& operator=(Bstr&& other) noexcept {
         std::swap(text_, other.text_);
@@ -81,6 +79,8 @@ class Variant {
 
 /// Writes a result through a COM out pointer that has been checked.
 void Assign(BSTR* out, std::wstring_view text);
+/// The parts one behind another.
+void Assign(BSTR* out, std::span<const std::wstring_view> parts);
 inline void Assign(BSTR* out, Bstr text) noexcept {
     *out = text.Detach();
 }

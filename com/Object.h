@@ -138,6 +138,12 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
     HRESULT Get(T* out, F&& f) noexcept {
         return Return(FirstIid(), out, std::forward<F>(f));
     }
+    /// The same for a member that is asked often, and whose result is made of what the object holds;
+    /// see ReturnHeld.
+    template <class T, class F>
+    HRESULT GetHeld(T* out, F&& f) noexcept {
+        return ReturnHeld(FirstIid(), out, std::forward<F>(f));
+    }
     /// A member that answers a value as it stands.
     template <class T, class V>
     HRESULT Answer(T* out, const V& value) noexcept {
