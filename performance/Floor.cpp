@@ -1,10 +1,16 @@
 #include "performance/Floor.h"
 
+#include <OrvDBFaces.h>
+
 #include "com/Creation.h"
 #include "com/Dom.h"
+#include "com/LateBound.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <string_view>
+#include <utility>
 
 namespace benchmark {
 
@@ -21,6 +27,15 @@ void ReadEntry(const support::Document& catalogue, const std::wstring& id) {
         dom::BaseName(child);
         dom::TextOf(child);
     });
+}
+
+/// Looks for a file as it is looked for when nothing fits.
+void LookFor(const std::wstring& pattern) {
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = FindFirstFileW(pattern.c_str(), &found);
+    if (search != INVALID_HANDLE_VALUE) {
+        FindClose(search);
+    }
 }
 
 /// Text of the type's child; empty for an input, whose type is only kept.
@@ -49,6 +64,23 @@ dom::Node AppendNode(const support::Document& document, const dom::Node& parent,
     return dom::Node(dom::Append(document, parent, name));
 }
 
+class KeyedObject final : public Keyed {
+  public:
+    KeyedObject(const std::wstring& owner, std::wstring name) : owner_(&owner), name_(std::move(name)) {}
+
+    HRESULT STDMETHODCALLTYPE get_Key(BSTR* key) override {
+        *key = SysAllocStringLen(nullptr, static_cast<UINT>(owner_->size() + 1 + name_.size()));
+        wchar_t* end = std::copy(owner_->begin(), owner_->end(), *key);
+        *end++ = L'\\';
+        std::copy(name_.begin(), name_.end(), end);
+        return S_OK;
+    }
+
+  private:
+    const std::wstring* owner_;
+    std::wstring name_;
+};
+
 } // namespace
 
 void YieldTimes(long count) {
@@ -68,6 +100,12 @@ void ReadDefinition(const wchar_t* converter, const std::wstring& path) {
         dom::BaseName(child);
         dom::TextOf(child);
     });
+    const std::wstring folder = path.substr(0, path.rfind(L'\\') + 1);
+    for (const wchar_t* stem : {L"*", L"..\\DataSheets\\pb_1_*"}) {
+        for (const wchar_t* kind : {L".pdf", L".doc"}) {
+            LookFor(folder + stem + kind);
+        }
+    }
 }
 
 void ReadStream(const std::wstring& stream, const support::Document& catalogue,
@@ -136,8 +174,8 @@ void BuildInterop(const support::Document& document, const std::vector<std::wstr
     }
 }
 
-std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::vector<std::wstring>& names,
-                        const std::wstring& reference) {
+void BuildExport(const wchar_t* compilerProgId, REFCLSID locationClass,
+                 const std::vector<std::wstring>& names, const std::wstring& reference) {
     static const std::array<const wchar_t*, kKinds> kContainers{L"Inputs", L"Outputs", L"Attributes"};
     static const std::array<std::vector<const wchar_t*>, kKinds> kFields{{
         {L"LogicalAddress", L"SNVTType", L"isPermanent", L"IsConnected"},
@@ -145,9 +183,15 @@ std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::v
          L"IsWritable"},
         {L"LogicalAddress", L"SNVTType", L"Value", L"isPermanent", L"IsConnected"},
     }};
-    com::Ref<IDispatch> database;
-    com::Check(CoCreateInstance(location, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch, database.PutVoid()));
-    com::CreateByProgId(compiler);
+    com::Ref<IDatabaseLocation> location;
+    com::Check(CoCreateInstance(locationClass, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IDatabaseLocation),
+                                location.PutVoid()));
+    com::Bstr path;
+    com::Check(location->get_Path(path.Put()));
+    const com::Ref<IDispatch> compiler = com::CreateByProgId(compilerProgId);
+    const com::Variant where{path.View()};
+    std::array<VARIANT, 1> argument{where.Get()};
+    com::CallMember(*compiler.Get(), L"SetDBPath", argument);
     const support::Document document = dom::NewDocument(dom::kDocumentClass);
     const dom::Element root = dom::Append(document, dom::Node(document), L"O_Tam_id");
     for (const wchar_t* name : {L"DevAddr", L"AppID", L"DevKey", L"TamObjectID", L"IsLastOnDev"}) {
@@ -167,18 +211,24 @@ std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::v
     }
     com::Bstr xml;
     com::Check(document->get_xml(xml.Put()));
-    return xml.View().size();
+    com::Bstr code;
+    com::Bstr data;
+    std::array<VARIANT, 3> arguments{com::ByReference(xml), com::ByReference(code), com::ByReference(data)};
+    com::CallMember(*compiler.Get(), L"CompileTamObject", arguments);
 }
 
-void MakeKeys(std::wstring_view owner, const std::vector<std::wstring>& names) {
-    com::Bstr key;
+KeyedObjects::KeyedObjects(std::wstring owner, const std::vector<std::wstring>& names)
+    : owner_(std::move(owner)) {
     for (const std::wstring& name : names) {
-        for (int kind = 0; kind < 2; ++kind) {
-            *key.Put() = SysAllocStringLen(nullptr, static_cast<UINT>(owner.size() + 1 + name.size()));
-            wchar_t* end = std::copy(owner.begin(), owner.end(), key.Get());
-            *end++ = L'\\';
-            std::copy(name.begin(), name.end(), end);
-        }
+        objects_.push_back(std::make_unique<KeyedObject>(owner_, name));
+    }
+}
+
+void KeyedObjects::Read() const {
+    com::Bstr key;
+    for (const auto& object : objects_) {
+        com::Check(object->get_Key(key.Put()));
+        com::Check(object->get_Key(key.Put()));
     }
 }
 

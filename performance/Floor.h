@@ -2,9 +2,8 @@
 
 #include "tests/support/Read.h"
 
-#include <cstddef>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace benchmark {
@@ -18,8 +17,8 @@ namespace benchmark {
 /// `count` yields to the message loop.
 void YieldTimes(long count);
 
-/// Makes the object behind a ProgID, loads a definition file and reads the
-/// children of its AppObject element.
+/// Makes the object behind a ProgID, loads a definition file, reads the
+/// children of its AppObject element and looks for the four kinds of data sheet.
 void ReadDefinition(const wchar_t* converter, const std::wstring& path);
 
 /// Parses a device stream and reads its header and each point's children. For
@@ -35,12 +34,30 @@ void BuildProject(const support::Document& document, const std::vector<std::wstr
 void ReadFlags(const com::Ref<IXMLDOMElement>& element);
 /// Builds the interoperability element of a stream with as many points.
 void BuildInterop(const support::Document& document, const std::vector<std::wstring>& names);
-/// Makes the two host objects and builds and prints the export document of a
-/// stream with as many points. Returns the number of characters printed.
-std::size_t BuildExport(const wchar_t* compiler, REFCLSID location, const std::vector<std::wstring>& names,
-                        const std::wstring& reference);
-/// Makes both keys of every name once, as texts for a caller.
-void MakeKeys(std::wstring_view owner, const std::vector<std::wstring>& names);
+/// Makes the two host objects, builds and prints the export document of a
+/// stream with as many points, and makes the three calls that hand it over.
+void BuildExport(const wchar_t* compilerProgId, REFCLSID locationClass,
+                 const std::vector<std::wstring>& names, const std::wstring& reference);
+
+/// Whoever asks for a key asks an object, through an interface.
+struct Keyed {
+    Keyed() = default;
+    Keyed(const Keyed&) = delete;
+    Keyed& operator=(const Keyed&) = delete;
+    virtual ~Keyed() = default;
+    virtual HRESULT STDMETHODCALLTYPE get_Key(BSTR* key) = 0;
+};
+/// The least that has keys: an object for each name, which joins its owner's key and its name.
+class KeyedObjects {
+  public:
+    KeyedObjects(std::wstring owner, const std::vector<std::wstring>& names);
+    /// Asks each object twice.
+    void Read() const;
+
+  private:
+    std::wstring owner_;
+    std::vector<std::unique_ptr<Keyed>> objects_;
+};
 /// Reads type and name of each child, a yield each.
 void ReadNames(const com::Ref<IXMLDOMElement>& element);
 

@@ -2,6 +2,7 @@
 
 #include "performance/Measure.h"
 #include "performance/Script.h"
+#include "performance/Size.h"
 #include "tests/support/Component.h"
 #include "tests/support/HostDoubles.h"
 #include "tests/support/Read.h"
@@ -32,9 +33,6 @@ class Jobs {
     static StartCost CostOfStart();
 
   private:
-    /// What one size works on.
-    struct Size;
-
     Trial Create(const Size& size);
     Trial Load(const Size& size);
     Trial Save(const Size& size);

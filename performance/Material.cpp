@@ -1,5 +1,7 @@
 #include "performance/Material.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 
 namespace benchmark {
@@ -35,8 +37,13 @@ std::wstring Stream(long points, const std::function<long(long)>& kindOf) {
 
 } // namespace
 
+std::wstring SixDigits(long number) {
+    const std::wstring digits = std::to_wstring(number);
+    return std::wstring(6 - std::min<std::size_t>(6, digits.size()), L'0') + digits;
+}
+
 std::wstring PointName(long number) {
-    return L"P" + std::to_wstring(number) + L"_V";
+    return L"P" + SixDigits(number) + L"_V";
 }
 
 std::wstring CatalogueText() {

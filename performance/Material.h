@@ -16,7 +16,9 @@ std::wstring StreamText(long points);
 /// A device stream of inputs alone.
 std::wstring InputStreamText(long points);
 
-/// Name of the point with this number.
+/// The number with zeros before it: a text of the same length at every size.
+std::wstring SixDigits(long number);
+/// Name of the point with this number, of the same length at every size.
 std::wstring PointName(long number);
 
 } // namespace benchmark
