@@ -120,6 +120,10 @@ TEST(NumbersValTest, GivesZeroForWhatIsTooSmall) {
 TEST(NumbersValTest, WeighsTheExponentAgainstTheDigits) {
     EXPECT_EQ(Val(L"0." + std::wstring(400, L'0') + L"1e410"), 1e9);
     EXPECT_EQ(Val(L"1" + std::wstring(400, L'0') + L"e-400"), 1);
+    // All digits of the exponent count.
+    EXPECT_EQ(ErrorOf([] { Val(L"1e400"); }), kOverflow);
+    EXPECT_EQ(ErrorOf([] { Val(L"0." + std::wstring(400, L'0') + L"1e720"); }), kOverflow);
+    EXPECT_EQ(Val(L"1" + std::wstring(400, L'0') + L"e-1000"), 0);
 }
 
 TEST(NumbersValTest, ReadsTheEndsOfTheRangeExactly) {

@@ -172,6 +172,30 @@ TEST_F(TurnTest, HandlesEachKeysCharacterBeforeTheNextKey) {
     DestroyWindow(box);
 }
 
+TEST_F(TurnTest, HandlesAFloodOfKeysInSeveralTurns) {
+    const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE | ES_AUTOHSCROLL,
+                                     0, 0, 50, 20, nullptr, nullptr, nullptr, nullptr);
+    AwaitFront(box);
+    GiveTurn();
+    constexpr int kTyped = 40; // each pressed and let go: more than a turn handles
+    std::array<INPUT, std::size_t{2} * kTyped> keys{};
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        keys[i].type = INPUT_KEYBOARD;
+        keys[i].ki.wVk = 'A';
+        keys[i].ki.dwFlags = i % 2 == 0 ? 0 : KEYEVENTF_KEYUP;
+    }
+    ASSERT_EQ(SendInput(static_cast<UINT>(keys.size()), keys.data(), sizeof(INPUT)), keys.size());
+    const auto typed = [box] { return GetWindowTextLengthW(box); };
+    GiveTurn();
+    EXPECT_GT(typed(), 0);
+    EXPECT_LT(typed(), kTyped);
+    for (int turn = 0; turn < 3 && typed() < kTyped; ++turn) {
+        GiveTurn();
+    }
+    EXPECT_EQ(typed(), kTyped);
+    DestroyWindow(box);
+}
+
 TEST_F(TurnTest, GivesATimerWithoutANumberItsTurnBesideThePaintOfItsWindow) {
     expired = 0;
     const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
