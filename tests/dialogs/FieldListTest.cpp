@@ -116,6 +116,20 @@ TEST_F(FieldListWalkTest, AListWithoutAnEnumeratorIsCounted) {
     }
 }
 
+TEST_F(FieldListWalkTest, AListWhoseEnumeratorIsNoObjectIsCounted) {
+    for (const NamedObject::Get& enumerator :
+         {NamedObject::Get([](auto) { return com::Variant(7L); }),
+          NamedObject::Get([](auto) { return com::Variant(L"none"); }),
+          NamedObject::Get([](auto) { return com::Variant(static_cast<IDispatch*>(nullptr)); }),
+          NamedObject::Get([](auto) { return com::Variant(); })}) {
+        Next([](Shown& dialog) {
+            EXPECT_EQ(dialog.Rows(IDC_FIELDS), 1);
+            dialog.Click(IDCANCEL);
+        });
+        EXPECT_EQ(EditCounted(enumerator), S_OK);
+    }
+}
+
 TEST_F(FieldListWalkTest, AListThatRaisesThatItHasNoEnumeratorIsCounted) {
     // A member of a type library answers its code as an exception, with or without a text.
     // 438 and 445: the run-time errors for no such member, and for one that is not supported.
