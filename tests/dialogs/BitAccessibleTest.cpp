@@ -114,5 +114,16 @@ TEST_F(BitAccessibleTest, HasTheLabelsHelp) {
     });
 }
 
+TEST_F(BitAccessibleTest, CannotBeFlippedOnceItsEditorIsGone) {
+    com::Ref<IAccessible> object;
+    Edit(Attribute(kBits8, L"5"), [&object](Shown& dialog) {
+        ASSERT_EQ(AccessibleObjectFromWindow(dialog.Control(IDC_BIT + 2), static_cast<DWORD>(OBJID_CLIENT),
+                                             __uuidof(IAccessible), object.PutVoid()),
+                  S_OK);
+        dialog.Click(IDCANCEL);
+    });
+    EXPECT_EQ(object->accDoDefaultAction(Self()), E_FAIL);
+}
+
 } // namespace
 } // namespace dialogs
