@@ -109,6 +109,8 @@ class Frame : public Window {
     void ShowListMenu(ListPane& pane, POINT place);
     void FillSortMenu(HMENU menu);
     void FillModuleMenu(HMENU menu);
+    /// Whether the open project has such a module, and it can be opened.
+    bool IsModule(std::size_t number) const;
     /// Of the modules of the open project.
     void OpenModule(std::size_t number);
     /// As a click on the column's heading.

@@ -251,7 +251,7 @@ bool Frame::IsEnabled(int command) const {
         return static_cast<std::size_t>(command - IDM_FILE_RECENT) < settings_.recent.Files().size();
     }
     if (command >= IDM_FILE_MODULE && command <= IDM_FILE_MODULE_LAST) {
-        return session_ && static_cast<std::size_t>(command - IDM_FILE_MODULE) < session_->Modules().size();
+        return IsModule(static_cast<std::size_t>(command - IDM_FILE_MODULE));
     }
     if (command >= IDM_VIEW_SORT && command <= IDM_VIEW_SORT_LAST) {
         return static_cast<std::size_t>(command - IDM_VIEW_SORT) < PaneInFocus().Columns();

@@ -63,8 +63,10 @@ void Frame::FillSortMenu(HMENU menu) {
 void Frame::FillModuleMenu(HMENU menu) {
     while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
     }
-    const std::size_t most = IDM_FILE_MODULE_LAST - IDM_FILE_MODULE + 1;
-    const std::size_t count = session_ ? std::min(session_->Modules().size(), most) : 0;
+    constexpr std::size_t kMost = IDM_FILE_MODULE_LAST - IDM_FILE_MODULE + 1;
+    constexpr std::size_t kKeys = 10;
+    const std::size_t all = session_ ? session_->Modules().size() : 0;
+    const std::size_t count = std::min(all, kMost);
     for (std::size_t i = 0; i < count; ++i) {
         const ProjectModule& module = session_->Modules()[i];
         std::wstring words =
@@ -72,20 +74,29 @@ void Frame::FillModuleMenu(HMENU menu) {
         for (std::size_t at = 0; (at = words.find(L'&', at)) != std::wstring::npos; at += 2) {
             words.insert(at, 1, L'&');
         }
-        const auto begin = session_->Modules().begin();
-        const auto here = begin + static_cast<std::ptrdiff_t>(i);
-        // Of two with one number the first is opened.
-        const bool isSecond =
-            std::any_of(begin, here, [&](const ProjectModule& former) { return former.key == module.key; });
-        AppendMenuW(menu,
-                    isSecond                      ? MF_STRING | MF_GRAYED
-                    : i == session_->OpenModule() ? MF_STRING | MF_CHECKED
-                                                  : MF_STRING,
-                    IDM_FILE_MODULE + i, (L"&" + std::to_wstring((i + 1) % 10) + L"  " + words).c_str());
+        const std::wstring number = std::to_wstring(i + 1);
+        // A key that two entries have would open neither.
+        const std::wstring key = i >= kKeys ? number : L"&" + std::to_wstring((i + 1) % kKeys);
+        AppendMenuW(menu, i == session_->OpenModule() ? MF_STRING | MF_CHECKED : MF_STRING,
+                    IDM_FILE_MODULE + i, (key + L"  " + words).c_str());
+    }
+    if (all > count) {
+        AppendMenuW(menu, MF_STRING | MF_GRAYED, 0,
+                    Text(IDS_MORE_MODULES, std::to_wstring(all - count)).c_str());
     }
     if (count == 0) {
         AppendMenuW(menu, MF_STRING | MF_GRAYED, IDM_FILE_MODULE, Text(IDS_NO_MODULES).c_str());
     }
+}
+
+bool Frame::IsModule(std::size_t number) const {
+    if (!session_ || number >= session_->Modules().size()) {
+        return false;
+    }
+    const auto begin = session_->Modules().begin();
+    const auto here = begin + static_cast<std::ptrdiff_t>(number);
+    // Of two with one number the first is opened.
+    return std::none_of(begin, here, [&](const ProjectModule& former) { return former.key == here->key; });
 }
 
 void Frame::OpenModule(std::size_t number) {

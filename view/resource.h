@@ -86,7 +86,7 @@
 #define IDM_FILE_RECENT_LAST 40029
 // The modules of a project; in another file a greyed word.
 #define IDM_FILE_MODULE 40030
-#define IDM_FILE_MODULE_LAST 40039
+#define IDM_FILE_MODULE_LAST 40099
 
 #define IDM_EDIT_UNDO 40101
 #define IDM_EDIT_REDO 40102
@@ -244,6 +244,7 @@
 #define IDS_NO_MODULES 2122
 #define IDS_ONE_OF_MODULES 2123
 #define IDS_NO_STREAM 2124
+#define IDS_MORE_MODULES 2125
 #define IDS_OPEN_PIN 2108
 #define IDS_PAGES 2109
 #define IDS_CELL_OF 2110

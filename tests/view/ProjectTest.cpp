@@ -48,6 +48,14 @@ class ProjectTest : public ViewTest {
         }
         return times;
     }
+    /// The streams of objects 1, 2 and so on, with their numbers as the values of AI1_Channel.
+    static std::string Streams(int count) {
+        std::string streams;
+        for (int i = 1; i <= count; ++i) {
+            streams += Stream(std::to_string(i), std::to_string(i)) + "\n";
+        }
+        return streams;
+    }
     static constexpr int kPlace = 1;
     static constexpr int kMessage = 2;
 };
@@ -96,6 +104,37 @@ TEST_F(ProjectTest, EachModuleIsOpenedFromTheMenu) {
     viewer.Close();
 }
 
+TEST_F(ProjectTest, ModulesBehindTheTenthAreOpenedToo) {
+    Viewer viewer({Project(Streams(14))});
+    AwaitChannel(viewer, L"1");
+    viewer.Do(IDM_FILE_MODULE + 13);
+    AwaitChannel(viewer, L"14");
+    // Without a key of its own: from the top upward to the last entry.
+    viewer.Do(IDM_FILE_MODULE);
+    AwaitChannel(viewer, L"1");
+    viewer.Type(L"{ALT+f}m");
+    viewer.Press(VK_UP);
+    viewer.Press(VK_RETURN);
+    AwaitChannel(viewer, L"14");
+    // The twelfth and the second do not share a key.
+    viewer.Type(L"{ALT+f}m2");
+    AwaitChannel(viewer, L"2");
+    viewer.Type(L"{ALT+f}m0");
+    AwaitChannel(viewer, L"10");
+    viewer.Close();
+}
+
+TEST_F(ProjectTest, AProjectMayHaveMoreModulesThanTheMenu) {
+    constexpr int kMost = IDM_FILE_MODULE_LAST - IDM_FILE_MODULE + 1;
+    Viewer viewer({Project(Streams(kMost + 2))});
+    AwaitChannel(viewer, L"1");
+    viewer.Do(IDM_FILE_MODULE_LAST);
+    AwaitChannel(viewer, std::to_wstring(kMost));
+    viewer.Do(IDM_FILE_MODULE_LAST + 1);
+    EXPECT_EQ(std::to_wstring(kMost), viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    viewer.Close();
+}
+
 // Its letters would be saved as what stands for those that cannot be read.
 TEST_F(ProjectTest, OneInAnUnknownEncodingIsNotOpened) {
     const std::wstring file =
@@ -115,6 +154,9 @@ TEST_F(ProjectTest, OfTwoWithOneNumberTheSecondStaysAsItIs) {
     Viewer viewer({file});
     AwaitChannel(viewer, L"5");
     viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"7");
+    viewer.Begin(IDM_FILE_MODULE + 1);
+    viewer.Settle();
+    ASSERT_FALSE(viewer.ShownBox()) << "the entry is grey: the first one would be opened again";
     viewer.Do(IDM_FILE_SAVE);
     Await("the save", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
     const std::string text = BytesOf(file);
