@@ -56,6 +56,7 @@ Frame::Frame(Settings& settings)
     , keys_(LoadKeys(IDR_ACCELERATORS))
     , listKeys_(LoadKeys(IDR_LIST_ACCELERATORS))
     , undoKeys_(LoadKeys(IDR_UNDO_ACCELERATORS))
+    , columnKeys_(LoadKeys(IDR_COLUMN_ACCELERATORS))
     , typeList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
         const TypeRow& type = types_.at(row);
         const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
@@ -237,6 +238,10 @@ bool Frame::Translate(MSG& message) {
         return true;
     }
     if (!hasOwnKeys && TranslateAcceleratorW(Handle(), listKeys_.get(), &message) != 0) {
+        return true;
+    }
+    if (PaneOf(message.hwnd) != nullptr &&
+        TranslateAcceleratorW(Handle(), columnKeys_.get(), &message) != 0) {
         return true;
     }
     // A field that is typed into undoes its letters.

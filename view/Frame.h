@@ -115,6 +115,10 @@ class Frame : public Window {
     void OpenModule(std::size_t number);
     /// As a click on the column's heading.
     void Sort(std::size_t column);
+    void FitColumns();
+    void StepColumn(bool isForward);
+    void WidenColumn(bool isWider);
+    void SayWidth(const ListPane& pane, std::size_t column);
 
     // Frame_Files.cpp
     /// False when the person thinks better of it.
@@ -185,6 +189,8 @@ class Frame : public Window {
     /// Those that mean something else in a field, and in one that is typed into.
     Keys listKeys_;
     Keys undoKeys_;
+    /// Those that mean something else on the sheet.
+    Keys columnKeys_;
     Scaling scaling_;
     std::optional<Fonts> fonts_;
     /// What words take in these fonts, in pixels.

@@ -202,6 +202,17 @@ bool Frame::OnCommand(int id, int code, HWND control) {
     case IDM_VIEW_PREVIOUS_FINDING:
         StepFinding(id == IDM_VIEW_NEXT_FINDING);
         break;
+    case IDM_VIEW_FIT_COLUMNS:
+        FitColumns();
+        break;
+    case IDM_VIEW_NEXT_COLUMN:
+    case IDM_VIEW_PREVIOUS_COLUMN:
+        StepColumn(id == IDM_VIEW_NEXT_COLUMN);
+        break;
+    case IDM_VIEW_WIDER:
+    case IDM_VIEW_NARROWER:
+        WidenColumn(id == IDM_VIEW_WIDER);
+        break;
     case IDM_VIEW_STOP:
         session_->Stop();
         break;

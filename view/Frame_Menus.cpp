@@ -116,4 +116,23 @@ void Frame::Sort(std::size_t column) {
              pane.Title(column)));
 }
 
+void Frame::FitColumns() {
+    PaneInFocus().FitColumns();
+    Say(Text(IDS_COLUMNS_FIT));
+}
+
+void Frame::StepColumn(bool isForward) {
+    ListPane& pane = PaneInFocus();
+    SayWidth(pane, pane.StepColumn(isForward));
+}
+
+void Frame::WidenColumn(bool isWider) {
+    ListPane& pane = PaneInFocus();
+    SayWidth(pane, pane.Widen(isWider));
+}
+
+void Frame::SayWidth(const ListPane& pane, std::size_t column) {
+    Say(Text(IDS_COLUMN_WIDTH, pane.Title(column), std::to_wstring(pane.WidthOf(column))));
+}
+
 } // namespace view

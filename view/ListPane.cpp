@@ -15,7 +15,6 @@ namespace {
 
 constexpr UINT_PTR kListSubclass = 1;
 constexpr UINT_PTR kCellSubclass = 2;
-constexpr int kWidest = 2000;
 /// Of a menu from the left edge of its row, in pixels at 96 dots to the inch.
 constexpr int kMenuInset = 8;
 
@@ -67,21 +66,6 @@ ListPane::~ListPane() {
         RemoveWindowSubclass(list_, &ListPane::OnListMessage, kListSubclass);
         DestroyWindow(list_);
     }
-}
-
-void ListPane::Read(const Settings& settings) {
-    const std::vector<int> widths = settings.WidthsOf(key_.c_str());
-    for (std::size_t i = 0; i < columns_.size() && widths.size() == columns_.size(); ++i) {
-        columns_[i].width = std::clamp(widths[i], 0, kWidest);
-    }
-}
-
-void ListPane::Write(const Settings& settings) const {
-    std::vector<int> widths;
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-        widths.push_back(scaling_.Back(static_cast<int>(Send(list_, LVM_GETCOLUMNWIDTH, i))));
-    }
-    settings.SetWidths(key_.c_str(), widths);
 }
 
 void ListPane::SetFonts(const Fonts& fonts, Scaling scaling) {
@@ -352,12 +336,6 @@ LRESULT ListPane::OnDraw(NMLVCUSTOMDRAW& draw) const {
     return answer;
 }
 
-void ListPane::Sort(std::size_t column) {
-    EndCell(true);
-    listing_.ToggleSort(column);
-    Update();
-}
-
 POINT ListPane::PlaceOfMenu() const {
     const LRESULT place = Send(list_, LVM_GETNEXTITEM, -1, LVNI_FOCUSED);
     RECT area{};
@@ -374,20 +352,6 @@ POINT ListPane::PlaceOfMenu() const {
     corner.y = std::clamp(corner.y, seen.top, seen.bottom);
     ClientToScreen(list_, &corner);
     return corner;
-}
-
-void ListPane::ShowOrder() {
-    const auto header = reinterpret_cast<HWND>(Send(list_, LVM_GETHEADER));
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
-        HDITEMW item{};
-        item.mask = HDI_FORMAT;
-        Send(header, HDM_GETITEMW, i, &item);
-        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
-        if (const auto& order = listing_.Order(); order && order->column == i) {
-            item.fmt |= order->isDownward ? HDF_SORTDOWN : HDF_SORTUP;
-        }
-        Send(header, HDM_SETITEMW, i, &item);
-    }
 }
 
 } // namespace view

@@ -78,6 +78,13 @@ class ListPane {
     const std::optional<SortOrder>& Order() const noexcept { return listing_.Order(); }
     /// As a click on the column's heading.
     void Sort(std::size_t column);
+    int WidthOf(std::size_t column) const noexcept;
+    /// Makes each column as wide as its title and the texts of the rows that are shown.
+    void FitColumns();
+    /// The column that Widen is about, brought into sight; at first the left one. The answer
+    /// is that column.
+    std::size_t StepColumn(bool isForward);
+    std::size_t Widen(bool isWider);
     /// Where on the screen a menu of the picked row comes up: below its name.
     POINT PlaceOfMenu() const;
 
@@ -101,12 +108,14 @@ class ListPane {
     bool Do(const std::function<void()>& act) noexcept;
     LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
     void ShowOrder();
+    void ShowColumn();
     void EndCell(bool isTaken);
 
     HWND list_;
     HWND cell_ = nullptr;
     HWND cellLabel_ = nullptr;
     std::size_t cellRow_ = 0;
+    std::size_t column_ = 0;
     std::wstring key_;
     std::vector<Column> columns_;
     Listing& listing_;

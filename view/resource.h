@@ -15,6 +15,8 @@
 #define IDR_LIST_ACCELERATORS 103
 // Keys that mean something else in a field that is typed into.
 #define IDR_UNDO_ACCELERATORS 104
+// Keys of the lists that mean something else on the sheet.
+#define IDR_COLUMN_ACCELERATORS 105
 
 // Parts of the window, children of the frame: GetDlgItem finds them.
 
@@ -131,6 +133,13 @@
 #define IDM_VIEW_SORT 40230
 #define IDM_VIEW_SORT_LAST 40237
 
+// The widths of the columns of the list in focus.
+#define IDM_VIEW_FIT_COLUMNS 40240
+#define IDM_VIEW_NEXT_COLUMN 40241
+#define IDM_VIEW_PREVIOUS_COLUMN 40242
+#define IDM_VIEW_WIDER 40243
+#define IDM_VIEW_NARROWER 40244
+
 #define IDM_HELP_KEYS 40301
 #define IDM_HELP_ABOUT 40302
 
@@ -245,6 +254,8 @@
 #define IDS_ONE_OF_MODULES 2123
 #define IDS_NO_STREAM 2124
 #define IDS_MORE_MODULES 2125
+#define IDS_COLUMN_WIDTH 2126
+#define IDS_COLUMNS_FIT 2127
 #define IDS_OPEN_PIN 2108
 #define IDS_PAGES 2109
 #define IDS_CELL_OF 2110
