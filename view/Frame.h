@@ -127,6 +127,7 @@ class Frame : public Window {
     void AddProblem(const Problem& problem, UINT rule);
     void Fill();
     void OnProgress();
+    void ShowProgress(bool isShown);
     /// The file of a dialog; empty when the person thinks better of it.
     std::wstring Chosen(const std::function<std::wstring()>& choose);
     bool Save();
@@ -211,6 +212,7 @@ class Frame : public Window {
     HWND findingsTitle_ = nullptr;
     HWND sourceTitle_ = nullptr;
     HWND sourceBox_ = nullptr;
+    HWND progressLabel_ = nullptr;
     HWND progress_ = nullptr;
     HWND stop_ = nullptr;
     std::unique_ptr<SheetView> sheet_;

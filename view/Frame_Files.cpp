@@ -75,7 +75,12 @@ void Frame::Load(const std::wstring& file) {
         watch_.Watch({{file, StampOf(file)}});
         std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
         UpdateTitle();
-        SayAtOnce(Text(IDS_LOADING, NameOf(file)));
+        const std::wstring words = Text(IDS_LOADING, NameOf(file));
+        SayAtOnce(words);
+        // Some screen readers name the bar by its own text, others by the visible label before it.
+        for (const HWND named : {progress_, progressLabel_}) {
+            SetWindowTextW(named, words.c_str());
+        }
         std::optional<Problem> problem = Try([&] {
             session_ = std::make_unique<Session>();
             session_->SetUnits(isUs_);
@@ -96,8 +101,7 @@ void Frame::Load(const std::wstring& file) {
             }
             isLoading_ = false;
             KillTimer(Handle(), kProgressTimer);
-            ShowWindow(progress_, SW_HIDE);
-            ShowWindow(stop_, SW_HIDE);
+            ShowProgress(false);
         }
         if (isClosing_) {
             DestroyWindow(Handle());
@@ -200,8 +204,13 @@ void Frame::OnProgress() {
     Send(progress_, PBM_SETRANGE32, 0, session_->PointsInFile());
     Send(progress_, PBM_SETPOS, std::min(session_->PointsLoaded(), session_->PointsInFile()));
     if (!isShown) {
-        ShowWindow(progress_, SW_SHOWNA);
-        ShowWindow(stop_, SW_SHOWNA);
+        ShowProgress(true);
+    }
+}
+
+void Frame::ShowProgress(bool isShown) {
+    for (const HWND part : {progressLabel_, progress_, stop_}) {
+        ShowWindow(part, isShown ? SW_SHOWNA : SW_HIDE);
     }
 }
 

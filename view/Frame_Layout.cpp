@@ -122,7 +122,7 @@ void Frame::Layout() {
     Place(stop_, {right - room_.stop, top, right, bottom});
     Place(progress_, {right - room_.stop - scaling_(kGap + kProgressWidth), top,
                       right - room_.stop - scaling_(kGap), bottom});
-    for (const HWND above : {progress_, stop_}) {
+    for (const HWND above : {progress_, progressLabel_, stop_}) { // each comes before the former one
         SetWindowPos(above, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
     InvalidateRect(Handle(), nullptr, TRUE);

@@ -96,6 +96,7 @@ void Frame::MakeParts() {
                              IDC_SOURCE);
     Send(sourceBox_, EM_SETLIMITTEXT, 0); // as much as there is
     status_ = MakeControl(frame, STATUSCLASSNAMEW, L"", WS_VISIBLE | SBARS_SIZEGRIP, IDC_STATUS);
+    progressLabel_ = MakeControl(frame, WC_STATICW, L"", 0, IDC_PROGRESS_LABEL);
     progress_ = MakeControl(frame, PROGRESS_CLASSW, L"", 0, IDC_PROGRESS);
     stop_ = MakeControl(frame, WC_BUTTONW, Text(IDS_STOP).c_str(), WS_TABSTOP | BS_PUSHBUTTON, IDC_STOP);
 }

@@ -50,6 +50,8 @@
 // Shown while something long runs.
 #define IDC_PROGRESS 1040
 #define IDC_STOP 1041
+// The words before it, of no size: a name for screen readers.
+#define IDC_PROGRESS_LABEL 1042
 
 // Parts of the status line.
 #define VIEW_STATUS_MESSAGE 0

@@ -127,6 +127,18 @@ TEST_F(AccessibleTest, PartsHaveNames) {
     EXPECT_TRUE(IsWindowVisible(label));
 }
 
+TEST_F(AccessibleTest, TheProgressBarSaysWhatIsLoaded) {
+    com::Ref<IAccessible> bar;
+    ASSERT_EQ(S_OK, AccessibleObjectFromWindow(viewer_.Part(IDC_PROGRESS), static_cast<DWORD>(OBJID_CLIENT),
+                                               __uuidof(IAccessible), bar.PutVoid()));
+    com::Bstr name;
+    EXPECT_EQ(S_OK, bar->get_accName(Child(CHILDID_SELF), name.Put()));
+    EXPECT_EQ(L"Loading channels.xml \u2026", std::wstring(name.View()));
+    const HWND label = GetWindow(viewer_.Part(IDC_PROGRESS), GW_HWNDPREV);
+    EXPECT_EQ(IDC_PROGRESS_LABEL, GetDlgCtrlID(label));
+    EXPECT_EQ(L"Loading channels.xml \u2026", TextOf(label));
+}
+
 TEST_F(AccessibleTest, AnUnsavedRowIsToldInWords) {
     viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
     viewer_.Pick(IDC_ATTRIBUTES, L"AO1_Gain");
