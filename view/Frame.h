@@ -2,6 +2,7 @@
 
 #include "view/Glyphs.h"
 #include "view/ListPane.h"
+#include "view/model/BoxLog.h"
 #include "view/model/FileWatch.h"
 #include "view/model/FindingRow.h"
 #include "view/model/History.h"
@@ -222,6 +223,10 @@ class Frame : public Window {
     Listing typeList_;
     std::unique_ptr<ListPane> typePane_;
     std::wstring typeFilter_;
+    /// What was wrong with the load, and what the checks said.
+    std::vector<FindingRow> checked_;
+    BoxLog boxes_;
+    /// These and the boxes, as they are shown.
     std::vector<FindingRow> findings_;
     /// The cells of each: weight, place, message, rule.
     std::vector<std::array<std::wstring, 4>> findingTexts_;

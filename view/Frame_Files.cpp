@@ -111,7 +111,8 @@ void Frame::Load(const std::wstring& file) {
             session_->LeaveBoxesToUser();
         }
         isLoaded_ = isRead && !problem && !session_->IsStopped();
-        findings_ = std::move(findings);
+        checked_ = std::move(findings);
+        boxes_.Clear();
         if (isRead && !session_->IsStopped()) {
             TakeBoxes();
         }
@@ -155,9 +156,9 @@ void Frame::AddProblem(const Problem& problem, UINT rule) {
     row.message = bench::Utf8(problem.words);
     std::vector<FindingRow> rows; // before all others
     rows.push_back(std::move(row));
-    rows.insert(rows.end(), std::make_move_iterator(findings_.begin()),
-                std::make_move_iterator(findings_.end()));
-    findings_ = std::move(rows);
+    rows.insert(rows.end(), std::make_move_iterator(checked_.begin()),
+                std::make_move_iterator(checked_.end()));
+    checked_ = std::move(rows);
 }
 
 void Frame::Fill() {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace view {
 
@@ -24,12 +25,22 @@ std::wstring FromUtf16(const std::u16string& text) {
 void Frame::ShowFindings() {
     const auto former = findingPane_->Picked();
     const auto picked = former ? std::optional(findingTexts_.at(*former)) : std::nullopt;
+    findings_ = checked_;
+    if (boxes_.LeftOut() > 0) {
+        FindingRow row;
+        row.weight = Weight::Box;
+        row.message = bench::Utf8(Text(IDS_OLDER_BOXES, std::to_wstring(boxes_.LeftOut())));
+        findings_.push_back(std::move(row));
+    }
+    findings_.insert(findings_.end(), boxes_.Latest().begin(), boxes_.Latest().end());
     SortByWeight(findings_);
     findingTexts_.clear();
-    std::size_t errors = 0;
+    std::size_t errors = boxes_.All();
+    for (const FindingRow& finding : checked_) {
+        errors += finding.weight == Weight::Box || finding.weight == Weight::Error ? 1U : 0U;
+    }
     for (const FindingRow& finding : findings_) {
         constexpr UINT kWords[] = {IDS_BOX, IDS_ERROR, IDS_WARNING, IDS_NOTE};
-        errors += finding.weight == Weight::Box || finding.weight == Weight::Error ? 1U : 0U;
         findingTexts_.push_back({Text(kWords[static_cast<std::size_t>(finding.weight)]),
                                  finding.line == 0
                                      ? std::wstring()
@@ -45,11 +56,11 @@ void Frame::ShowFindings() {
             findingPane_->Pick(static_cast<std::size_t>(same - findingTexts_.begin()));
         }
     }
-    const std::wstring title =
-        !session_ ? Text(IDS_FINDINGS)
-        : findings_.empty()
-            ? Text(IDS_NO_FINDINGS)
-            : Text(IDS_FINDINGS_COUNT, std::to_wstring(findings_.size()), std::to_wstring(errors));
+    const std::wstring title = !session_ ? Text(IDS_FINDINGS)
+                               : findings_.empty()
+                                   ? Text(IDS_NO_FINDINGS)
+                                   : Text(IDS_FINDINGS_COUNT, std::to_wstring(checked_.size() + boxes_.All()),
+                                          std::to_wstring(errors));
     SetWindowTextW(findingsTitle_, title.c_str());
 }
 

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <utility>
 
 namespace view {
@@ -234,13 +233,11 @@ void Frame::SetUnits(bool isUs) {
 }
 
 void Frame::TakeBoxes() {
-    std::vector<FindingRow> boxes = session_->TakeBoxes();
-    if (boxes.empty()) {
-        return;
+    const std::vector<FindingRow> boxes = session_->TakeBoxes();
+    if (!boxes.empty()) {
+        boxes_.Add(boxes);
+        ShowFindings();
     }
-    findings_.insert(findings_.begin(), std::make_move_iterator(boxes.begin()),
-                     std::make_move_iterator(boxes.end()));
-    ShowFindings();
 }
 
 void Frame::PickPoint(const PointId& id) {

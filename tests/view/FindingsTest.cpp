@@ -123,6 +123,37 @@ TEST_F(FindingsTest, ABoxAboutAnUnknownTypeGoesToThePointWithIt) {
     Await("the point", [&] { return viewer.PickedName(IDC_OUTPUTS) == L"AI5_Out"; });
 }
 
+TEST_F(FindingsTest, OfManyBoxesTheLatestAreListed) {
+    constexpr int kOutputs = 1100;
+    constexpr int kListed = 1000;
+    std::string outputs;
+    for (int i = 0; i < kOutputs; ++i) {
+        const std::string name = "O" + std::to_string(i);
+        outputs.append("<").append(name).append("><SNVTTYPE>9999</SNVTTYPE></").append(name).append(">\n");
+    }
+    Viewer viewer(
+        {FileWith(L"many.xml", "<Tam><Name>Many</Name><DevKey>K7</DevKey><IsLastOnDev>0</IsLastOnDev>"
+                               "<TamObjID>1</TamObjID>\n<OutReferences>\n" +
+                                   outputs + "</OutReferences>\n</Tam>\n")});
+    Await("the outputs",
+          [&] { return viewer.Count(IDC_OUTPUTS) == kOutputs && viewer.IsEnabled(IDM_FILE_OPEN); });
+    const Texts weights = viewer.Cells(IDC_FINDINGS, kWeight);
+    EXPECT_EQ(1 + kListed, std::count(weights.begin(), weights.end(), L"Box"));
+    EXPECT_EQ(L"100 older boxes are left out", viewer.Cell(IDC_FINDINGS, 0, kMessage));
+    // The first two lines are none of an output's, and each output has one box.
+    EXPECT_EQ(L"103:1", viewer.Cell(IDC_FINDINGS, 1, kPlace)) << "the box of O100";
+    EXPECT_EQ(L"1102:1", viewer.Cell(IDC_FINDINGS, kListed, kPlace)) << "the box of O1099";
+    const auto errors = std::count(weights.begin(), weights.end(), L"Error");
+    EXPECT_EQ(L"Findings: " + std::to_wstring(weights.size() - 1 + 100) + L", of them errors and boxes: " +
+                  std::to_wstring(kOutputs + errors),
+              viewer.PartText(IDC_FINDINGS_TITLE));
+    // The line about the others leads nowhere.
+    viewer.DoubleClickRow(IDC_FINDINGS, 0);
+    viewer.Settle();
+    EXPECT_FALSE(viewer.ShownBox());
+    viewer.Close();
+}
+
 TEST_F(FindingsTest, AFindingWithoutAPointShowsTheHiddenSource) {
     Viewer viewer({Sample(L"damaged.xml")});
     AwaitFindings(viewer);
