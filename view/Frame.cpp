@@ -44,6 +44,13 @@ bool IsOfClass(HWND window, const wchar_t* className) noexcept {
     return lstrcmpiW(name, className) == 0;
 }
 
+/// The keys are the menu's then.
+bool IsMenuOpen() noexcept {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    return GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE && (thread.flags & GUI_INMENUMODE) != 0;
+}
+
 /// Once for the window: not every system keeps a table that it has loaded.
 HACCEL LoadKeys(UINT table) noexcept {
     return LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(table));
@@ -228,7 +235,7 @@ void Frame::OnProblem(const std::wstring& words) {
 
 bool Frame::Translate(MSG& message) {
     if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST ||
-        (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == FALSE)) {
+        (message.hwnd != Handle() && IsChild(Handle(), message.hwnd) == FALSE) || IsMenuOpen()) {
         return false;
     }
     const bool isText = IsOfClass(message.hwnd, WC_EDITW);

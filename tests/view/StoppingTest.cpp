@@ -20,6 +20,27 @@ TEST_F(StoppingTest, AKeyEndsIt) {
     viewer.Close();
 }
 
+TEST_F(StoppingTest, AMenuThatIsOpenHasItsKeys) {
+    Viewer viewer;
+    viewer.ToFront();
+    int before = 0;
+    int behind = 0;
+    EXPECT_TRUE(StopsBy(viewer, [&] {
+        viewer.Press(VK_SPACE, {VK_MENU}); // the load waits for the menu's end
+        Await("the menu", [&] { return viewer.ShownMenu() != nullptr; });
+        before = viewer.Focus();
+        viewer.Press(VK_TAB);
+        viewer.Press(VK_ESCAPE);
+        Await("the end of the menu", [&] { return viewer.ShownMenu() == nullptr; });
+        viewer.Press(VK_ESCAPE); // from the bar too
+        Await("the end of the menu's keys", [&] { return !viewer.IsInMenu(); });
+        behind = viewer.Focus();
+        viewer.Press(VK_CANCEL, {VK_CONTROL});
+    }));
+    EXPECT_EQ(before, behind) << "the Tab key was the menu's";
+    viewer.Close();
+}
+
 // A system menu that was looked at while nothing could be done must not stay grey.
 TEST_F(StoppingTest, TheSystemMenuClosesTheWindowWhileItLoads) {
     Viewer viewer;

@@ -50,6 +50,13 @@ HWND TopWindow(DWORD process, const wchar_t* className) {
     return search.found;
 }
 
+GUITHREADINFO ThreadOf(HWND window) noexcept {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
+    return thread;
+}
+
 BOOL CALLBACK FindEdit(HWND window, LPARAM data) {
     wchar_t name[16] = {};
     GetClassNameW(window, name, 16);
@@ -326,10 +333,12 @@ void Viewer::Type(const std::wstring& keys) const {
     }
 }
 
+bool Viewer::IsInMenu() const noexcept {
+    return (ThreadOf(frame_).flags & GUI_INMENUMODE) != 0;
+}
+
 int Viewer::Focus() const noexcept {
-    GUITHREADINFO thread{};
-    thread.cbSize = sizeof thread;
-    GetGUIThreadInfo(GetWindowThreadProcessId(frame_, nullptr), &thread);
+    const GUITHREADINFO thread = ThreadOf(frame_);
     return thread.hwndFocus != nullptr ? GetDlgCtrlID(thread.hwndFocus) : 0;
 }
 

@@ -107,6 +107,8 @@ class Viewer {
     Box ShownBox() const;
     /// The menu that is open; null when there is none now.
     HWND ShownMenu() const;
+    /// Whether keys go to a menu, or to the bar of menus.
+    bool IsInMenu() const noexcept;
 
     // The lists
 
