@@ -14,6 +14,9 @@ namespace viewtest {
 
 using benchtest::Narrow;
 
+/// What of the screen no bar covers.
+RECT WorkArea();
+
 /// A number text with "." as this machine's user writes it.
 std::wstring Local(const std::string& number);
 
@@ -37,8 +40,14 @@ class ViewTest : public testing::Test {
     /// Has the viewer load larger and larger files until one takes long enough to show the
     /// button that stops it, and does something about it then. True when that ended the loading.
     static bool StopsBy(const Viewer& viewer, const std::function<void()>& act);
+    /// The same; true when it was still loading behind what was done.
+    static bool LoadsDuring(const Viewer& viewer, const std::function<void()>& act);
 
   private:
+    /// Has larger and larger files loaded until one takes so long that the act, which gets the
+    /// number of its attributes, says that it did its work meanwhile.
+    static bool LoadsLongEnough(const Viewer& viewer, const std::function<bool(int attributes)>& act);
+
     UserState user_;
 };
 

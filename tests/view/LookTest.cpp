@@ -55,7 +55,9 @@ class LookTest : public ViewTest {
     /// The viewer in front of all others, with the whole of its window on the screen.
     static void Show(const Viewer& viewer) {
         viewer.ToFront();
-        SetWindowPos(viewer.Frame(), HWND_TOP, 0, 0, 1000, 700, SWP_NOACTIVATE);
+        const RECT room = WorkArea();
+        SetWindowPos(viewer.Frame(), HWND_TOP, room.left, room.top, std::min(1000L, room.right - room.left),
+                     std::min(700L, room.bottom - room.top), SWP_NOACTIVATE);
     }
     /// On the screen.
     static RECT CellOf(const Viewer& viewer, int list, int place, int column) {
@@ -73,35 +75,6 @@ class LookTest : public ViewTest {
             return GetRValue(pixel) + GetGValue(pixel) + GetBValue(pixel) < 384;
         });
     }
-    /// The registry's say on dark programs; as it was when this ends.
-    class Theme {
-      public:
-        Theme() { hadOne_ = Read(before_); }
-        ~Theme() {
-            if (hadOne_) {
-                Set(before_);
-            } else {
-                RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kName);
-            }
-        }
-        Theme(const Theme&) = delete;
-        Theme& operator=(const Theme&) = delete;
-        static void Set(DWORD isLight) {
-            RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_DWORD, &isLight, sizeof isLight);
-        }
-
-      private:
-        static constexpr const wchar_t* kKey =
-            L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize";
-        static constexpr const wchar_t* kName = L"AppsUseLightTheme";
-        static bool Read(DWORD& value) {
-            DWORD size = sizeof value;
-            return RegGetValueW(HKEY_CURRENT_USER, kKey, kName, RRF_RT_REG_DWORD, nullptr, &value, &size) ==
-                   ERROR_SUCCESS;
-        }
-        DWORD before_ = 0;
-        bool hadOne_ = false;
-    };
     /// Colours of the system as programs that start meanwhile find them.
     class SystemColours {
       public:
@@ -203,17 +176,18 @@ TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
 TEST_F(LookTest, TheTitleIsDarkWhereProgramsAre) {
     constexpr DWORD kDarkTitle = 20; // DWMWA_USE_IMMERSIVE_DARK_MODE
     using Asked = std::array<DWORD, 2>;
-    const Theme theme;
+    const UserNumber isLight(L"Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize",
+                             L"AppsUseLightTheme");
     Viewer viewer;
     const TitleRecord record(viewer);
     const auto change = [&viewer] { SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0); };
-    Theme::Set(0);
+    isLight.Set(0);
     change();
     EXPECT_EQ((Asked{kDarkTitle, TRUE}), record.Last());
-    Theme::Set(1);
+    isLight.Set(1);
     change();
     EXPECT_EQ((Asked{kDarkTitle, FALSE}), record.Last());
-    Theme::Set(0);
+    isLight.Set(0);
     ChooseHighContrast(viewer);
     change();
     EXPECT_EQ((Asked{kDarkTitle, FALSE}), record.Last()) << "high contrast has its own";

@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace viewtest {
@@ -30,32 +32,6 @@ F SystemFunction(const char* name) {
 Context SetThreadContext(Context context) {
     return SystemFunction<Context(WINAPI*)(Context)>("SetThreadDpiAwarenessContext")(context);
 }
-
-/// The scale of the screen for programs that start while this lives.
-class ScreenScale {
-  public:
-    explicit ScreenScale(DWORD dpi) {
-        DWORD size = sizeof before_;
-        hadOne_ = RegGetValueW(HKEY_CURRENT_USER, kKey, kName, RRF_RT_REG_DWORD, nullptr, &before_, &size) ==
-                  ERROR_SUCCESS;
-        RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_DWORD, &dpi, sizeof dpi);
-    }
-    ~ScreenScale() {
-        if (hadOne_) {
-            RegSetKeyValueW(HKEY_CURRENT_USER, kKey, kName, REG_DWORD, &before_, sizeof before_);
-        } else {
-            RegDeleteKeyValueW(HKEY_CURRENT_USER, kKey, kName);
-        }
-    }
-    ScreenScale(const ScreenScale&) = delete;
-    ScreenScale& operator=(const ScreenScale&) = delete;
-
-  private:
-    static constexpr const wchar_t* kKey = L"Control Panel\\Desktop";
-    static constexpr const wchar_t* kName = L"LogPixels";
-    DWORD before_ = 0;
-    bool hadOne_ = false;
-};
 
 /// The letters of the window at a scale, measured by this program.
 class Letters {
@@ -94,9 +70,9 @@ class ScaleTest : public ViewTest, public testing::WithParamInterface<int> {
     ScaleTest()
         // Places in pixels, whatever scale this program has.
         : former_(SetThreadContext(kEachMonitorsPixels))
-        , scale_(static_cast<DWORD>(GetParam()))
-        , viewer_({Sample(L"channels.xml")}) {
+        , viewer_({Sample(L"channels.xml")}, [this](DWORD) { scale_->Set(static_cast<DWORD>(GetParam())); }) {
         AwaitAttributes(viewer_, kAttributes);
+        scale_.reset(); // a program asks for it at its start
         for (const int part : {IDM_VIEW_FINDINGS, IDM_VIEW_SOURCE}) {
             if (!viewer_.IsTicked(part)) {
                 viewer_.Do(part);
@@ -149,7 +125,7 @@ class ScaleTest : public ViewTest, public testing::WithParamInterface<int> {
     }
 
     Context former_;
-    ScreenScale scale_;
+    std::optional<UserNumber> scale_{std::in_place, L"Control Panel\\Desktop", L"LogPixels"};
     Viewer viewer_;
 };
 

@@ -4,6 +4,7 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <string>
 
 namespace viewtest {
@@ -16,6 +17,12 @@ class SettingsTest : public ViewTest {
         RECT place{};
         GetWindowRect(viewer.Frame(), &place);
         return place;
+    }
+    /// A place that the screen has room for, whatever its size.
+    static RECT AnyPlace() {
+        const RECT room = WorkArea();
+        return {room.left + 40, room.top + 50, std::min(room.left + 940, room.right),
+                std::min(room.top + 690, room.bottom)};
     }
     static int WidthOf(const Viewer& viewer, int column) {
         return static_cast<int>(
@@ -40,17 +47,16 @@ class SettingsTest : public ViewTest {
 };
 
 TEST_F(SettingsTest, TheWindowComesBackWhereItWas) {
+    const RECT former = AnyPlace();
     {
         Viewer viewer;
-        SetWindowPos(viewer.Frame(), nullptr, 40, 50, 900, 640, SWP_NOZORDER | SWP_NOACTIVATE);
+        SetWindowPos(viewer.Frame(), nullptr, former.left, former.top, former.right - former.left,
+                     former.bottom - former.top, SWP_NOZORDER | SWP_NOACTIVATE);
         viewer.Close();
     }
     Viewer viewer;
     const RECT place = PlaceOf(viewer);
-    EXPECT_EQ(40, place.left);
-    EXPECT_EQ(50, place.top);
-    EXPECT_EQ(900, place.right - place.left);
-    EXPECT_EQ(640, place.bottom - place.top);
+    EXPECT_TRUE(EqualRect(&former, &place)) << place.left << " " << place.top;
     viewer.Close();
 }
 
@@ -86,8 +92,7 @@ TEST_F(SettingsTest, NoWindowIsLargerThanTheScreenHasRoom) {
     RegSetValueExW(key, L"Placement", 0, REG_BINARY, reinterpret_cast<const BYTE*>(&place), sizeof place);
     RegCloseKey(key);
     Viewer viewer;
-    RECT room{};
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &room, 0);
+    const RECT room = WorkArea();
     const RECT area = PlaceOf(viewer);
     EXPECT_GE(area.left, room.left);
     EXPECT_GE(area.top, room.top);
@@ -104,14 +109,11 @@ TEST_F(SettingsTest, AnotherScaleGivesTheWindowTheSystemsPlace) {
     viewer.Do(IDM_EDIT_CELL);
     ASSERT_NE(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL));
     const RemoteMemory memory(viewer.Process(), sizeof(RECT));
-    const RECT place{30, 40, 930, 740};
+    const RECT place = AnyPlace();
     memory.Write(&place, sizeof place);
     SendMessageW(viewer.Frame(), WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(memory.At()));
     const RECT area = PlaceOf(viewer);
-    EXPECT_EQ(30, area.left);
-    EXPECT_EQ(40, area.top);
-    EXPECT_EQ(930, area.right);
-    EXPECT_EQ(740, area.bottom);
+    EXPECT_TRUE(EqualRect(&place, &area)) << area.left << " " << area.top;
     EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME)) << "the monitor still has its 96 dots";
     EXPECT_EQ(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL)) << "it had the former font";
     EXPECT_EQ(kAttributes, viewer.Count(IDC_ATTRIBUTES));

@@ -1,6 +1,8 @@
 #include "tests/view/UserState.h"
 
-#include <utility>
+#include <cstddef>
+#include <string>
+#include <vector>
 
 namespace viewtest {
 
@@ -8,6 +10,14 @@ namespace {
 
 constexpr const wchar_t* kKey = L"Software\\O_Tam_id\\View";
 constexpr const wchar_t* kFolder = L"LOCALAPPDATA";
+/// What the user had is kept here while a test runs.
+constexpr const wchar_t* kKept = L"Software\\O_Tam_id view tests";
+constexpr const wchar_t* kKeptKey = L"Software\\O_Tam_id view tests\\View";
+constexpr const wchar_t* kKeptNumbers = L"Software\\O_Tam_id view tests\\Numbers";
+/// Set when the copy is whole.
+constexpr const wchar_t* kIsWhole = L"IsWhole";
+/// Between the key and the name of a number that is kept; neither has one.
+constexpr wchar_t kBetween = L'|';
 
 std::wstring Variable(const wchar_t* name) {
     std::wstring text(GetEnvironmentVariableW(name, nullptr, 0), L'\0');
@@ -15,26 +25,74 @@ std::wstring Variable(const wchar_t* name) {
     return text;
 }
 
+bool ReadNumber(const wchar_t* key, const wchar_t* name, DWORD& number) {
+    DWORD size = sizeof number;
+    return RegGetValueW(HKEY_CURRENT_USER, key, name, RRF_RT_REG_DWORD, nullptr, &number, &size) ==
+           ERROR_SUCCESS;
+}
+
+/// The names of a key's values; none of a key that is not there.
+std::vector<std::wstring> ValuesOf(const wchar_t* path) {
+    std::vector<std::wstring> names;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &key) != ERROR_SUCCESS) {
+        return names;
+    }
+    constexpr DWORD kLongestName = 256;
+    wchar_t name[kLongestName] = {};
+    DWORD length = kLongestName;
+    for (DWORD i = 0;
+         RegEnumValueW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS; ++i) {
+        names.emplace_back(name, length);
+        length = kLongestName;
+    }
+    RegCloseKey(key);
+    return names;
+}
+
+/// A key without values is left out.
+void Copy(const wchar_t* from, const wchar_t* to) {
+    HKEY source = nullptr;
+    HKEY target = nullptr;
+    if (!ValuesOf(from).empty() &&
+        RegOpenKeyExW(HKEY_CURRENT_USER, from, 0, KEY_READ, &source) == ERROR_SUCCESS &&
+        RegCreateKeyExW(HKEY_CURRENT_USER, to, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &target, nullptr) ==
+            ERROR_SUCCESS) {
+        RegCopyTreeW(source, nullptr, target);
+    }
+    RegCloseKey(source);
+    RegCloseKey(target);
+}
+
+bool IsKept() {
+    DWORD number = 0;
+    return ReadNumber(kKept, kIsWhole, number);
+}
+
+/// Sets a number to what was kept of it: nothing, or four bytes.
+void GiveBack(const std::wstring& key, const std::wstring& name) {
+    DWORD before = 0;
+    const std::wstring kept = key + kBetween + name;
+    if (ReadNumber(kKeptNumbers, kept.c_str(), before)) {
+        RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), name.c_str(), REG_DWORD, &before, sizeof before);
+    } else {
+        RegDeleteKeyValueW(HKEY_CURRENT_USER, key.c_str(), name.c_str());
+    }
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, kKeptNumbers, kept.c_str());
+}
+
 } // namespace
 
 UserState::UserState(const std::wstring& folder) : folder_(Variable(kFolder)) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_READ, &key) == ERROR_SUCCESS) {
-        constexpr DWORD kLongestName = 256;
-        wchar_t name[kLongestName] = {};
-        for (DWORD i = 0;; ++i) {
-            DWORD length = kLongestName;
-            DWORD size = 0;
-            if (RegEnumValueW(key, i, name, &length, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
-                break;
-            }
-            Value value{name, 0, std::vector<BYTE>(size)};
-            if (RegQueryValueExW(key, name, nullptr, &value.kind, value.bytes.data(), &size) ==
-                ERROR_SUCCESS) {
-                values_.push_back(std::move(value));
-            }
-        }
-        RegCloseKey(key);
+    for (const std::wstring& kept : ValuesOf(kKeptNumbers)) {
+        const std::size_t between = kept.find(kBetween);
+        GiveBack(kept.substr(0, between), kept.substr(between + 1));
+    }
+    if (!IsKept()) {
+        RegDeleteTreeW(HKEY_CURRENT_USER, kKeptKey);
+        Copy(kKey, kKeptKey);
+        constexpr DWORD kYes = 1;
+        RegSetKeyValueW(HKEY_CURRENT_USER, kKept, kIsWhole, REG_DWORD, &kYes, sizeof kYes);
     }
     RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
     // Programs that are started from here on inherit it.
@@ -44,17 +102,28 @@ UserState::UserState(const std::wstring& folder) : folder_(Variable(kFolder)) {
 
 UserState::~UserState() {
     SetEnvironmentVariableW(kFolder, folder_.c_str());
-    RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
-    HKEY key = nullptr;
-    if (values_.empty() || RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_WRITE, nullptr, &key,
-                                           nullptr) != ERROR_SUCCESS) {
-        return;
+    if (IsKept()) {
+        RegDeleteTreeW(HKEY_CURRENT_USER, kKey);
+        Copy(kKeptKey, kKey);
+        RegDeleteTreeW(HKEY_CURRENT_USER, kKept);
     }
-    for (const Value& value : values_) {
-        RegSetValueExW(key, value.name.c_str(), 0, value.kind, value.bytes.data(),
-                       static_cast<DWORD>(value.bytes.size()));
-    }
-    RegCloseKey(key);
+}
+
+UserNumber::UserNumber(const wchar_t* key, const wchar_t* name) : key_(key), name_(name) {
+    const std::wstring kept = key_ + kBetween + name_;
+    DWORD before = 0;
+    const bool hadOne = ReadNumber(key, name, before);
+    RegSetKeyValueW(HKEY_CURRENT_USER, kKeptNumbers, kept.c_str(),
+                    static_cast<DWORD>(hadOne ? REG_DWORD : REG_NONE), &before,
+                    static_cast<DWORD>(hadOne ? sizeof before : 0));
+}
+
+UserNumber::~UserNumber() {
+    GiveBack(key_, name_);
+}
+
+void UserNumber::Set(DWORD number) const {
+    RegSetKeyValueW(HKEY_CURRENT_USER, key_.c_str(), name_.c_str(), REG_DWORD, &number, sizeof number);
 }
 
 } // namespace viewtest

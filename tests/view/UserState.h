@@ -3,13 +3,13 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 namespace viewtest {
 
 /// While this lives the window finds nothing that it keeps of its user, and what it keeps is
 /// the test's: its key of the registry is empty, and its folder is another one. Behind it the
-/// user has the key again as it was.
+/// user has the key again as it was. What a test that was ended has left is given back by the
+/// next one.
 class UserState {
   public:
     /// `folder` is the test's, with the closing backslash.
@@ -19,14 +19,23 @@ class UserState {
     UserState& operator=(const UserState&) = delete;
 
   private:
-    struct Value {
-        std::wstring name;
-        DWORD kind;
-        std::vector<BYTE> bytes;
-    };
-
-    std::vector<Value> values_;
     std::wstring folder_;
+};
+
+/// A number of the user's registry that is another one while this lives. What a test that was
+/// ended has left is given back by the next UserState.
+class UserNumber {
+  public:
+    UserNumber(const wchar_t* key, const wchar_t* name);
+    ~UserNumber();
+    UserNumber(const UserNumber&) = delete;
+    UserNumber& operator=(const UserNumber&) = delete;
+
+    void Set(DWORD number) const;
+
+  private:
+    std::wstring key_;
+    std::wstring name_;
 };
 
 } // namespace viewtest
