@@ -173,6 +173,32 @@ TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
     Await("the picked pin", [&] { return has(GetSysColor(COLOR_HIGHLIGHT)); });
 }
 
+// A colour that the system does not have stands for the one that it had before.
+TEST_F(LookTest, OtherColoursOfTheSystemAreTakenOver) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    constexpr int kLists[] = {IDC_ATTRIBUTES, IDC_INPUTS, IDC_OUTPUTS, IDC_CATALOGUE, IDC_FINDINGS};
+    constexpr COLORREF kFormer = RGB(1, 2, 3);
+    for (const int list : kLists) {
+        for (const int set : {LVM_SETBKCOLOR, LVM_SETTEXTBKCOLOR, LVM_SETTEXTCOLOR}) {
+            SendMessageW(viewer.Part(list), static_cast<UINT>(set), 0, kFormer);
+        }
+    }
+    const auto pictures = [&] { return SendMessageW(viewer.Part(IDC_TOOLBAR), TB_GETIMAGELIST, 0, 0); };
+    const LRESULT before = pictures();
+    SendMessageW(viewer.Frame(), WM_SYSCOLORCHANGE, 0, 0);
+    for (const int list : kLists) {
+        const auto colour = [&](UINT get) {
+            return static_cast<COLORREF>(SendMessageW(viewer.Part(list), get, 0, 0));
+        };
+        EXPECT_EQ(GetSysColor(COLOR_WINDOW), colour(LVM_GETBKCOLOR)) << list;
+        EXPECT_EQ(GetSysColor(COLOR_WINDOW), colour(LVM_GETTEXTBKCOLOR)) << list;
+        EXPECT_EQ(GetSysColor(COLOR_WINDOWTEXT), colour(LVM_GETTEXTCOLOR)) << list;
+    }
+    EXPECT_NE(before, pictures()) << "the tools have the new colour of letters";
+    viewer.Close();
+}
+
 TEST_F(LookTest, TheTitleIsDarkWhereProgramsAre) {
     constexpr DWORD kDarkTitle = 20; // DWMWA_USE_IMMERSIVE_DARK_MODE
     using Asked = std::array<DWORD, 2>;
