@@ -77,64 +77,94 @@ class Frame : public Window {
     void SavePlaces();
 
     // Frame_Commands.cpp
+    struct Command;
+    /// Null for what is no command.
+    static const Command* CommandOf(int wanted);
+    /// False for what is no command.
     bool OnCommand(int id, int code, HWND control);
-    LRESULT OnNotify(NMHDR& head);
-    bool IsEnabled(int command) const;
-    void UpdateMenu(HMENU menu);
+    bool IsEnabled(int id) const;
+    bool HasPickedValue() const;
+    void OpenChosen();
+    void OpenRecent(std::size_t number);
+    void Reload();
+    void EditPicked();
+    void Copy();
+    void ShowKeys();
+    void ShowAbout();
+
+    // Frame_Status.cpp
     void UpdateTools();
     void UpdateStatus();
     void UpdateTitle();
-    void ShowPage(std::size_t page);
-    void OnFilter();
-    void Filter(const std::wstring& words);
-    void ShowParts(bool findings, bool source);
-    void MoveFocus(bool isForward);
-    void MoveTab(bool isForward);
-    void FocusSplitter(bool isForward);
-    void LeaveSplitter();
-    void Copy();
     void Say(const std::wstring& words);
     /// Before work during which nothing is painted.
     void SayAtOnce(const std::wstring& words);
-    void SayNotSaved(const std::wstring& path, const Problem& problem);
     int Ask(const std::wstring& words, UINT kind);
+
+    // Frame_Pages.cpp
     ListPane& PaneOf(std::size_t page);
     Listing& ListingOf(std::size_t page);
-
-    // Frame_Menus.cpp
     /// Null for another window than a list.
     ListPane* PaneOf(HWND list) const;
     /// The findings when they have the focus, else the list of the page.
     ListPane& PaneInFocus() const;
-    /// At a place of the screen; at (-1, -1) when a key asked for it.
-    void ShowListMenu(ListPane& pane, POINT place);
-    void FillSortMenu(HMENU menu);
-    void FillModuleMenu(HMENU menu);
-    /// Whether the open project has such a module, and it can be opened.
-    bool IsModule(std::size_t number) const;
-    /// Of the modules of the open project.
-    void OpenModule(std::size_t number);
-    /// As a click on the column's heading.
+    LRESULT OnNotify(NMHDR& head);
+    void ShowPage(std::size_t page);
+    /// With the keyboard.
+    void GoToPage(std::size_t page);
+    void GoToList();
+    void GoToFilter();
+    void OnFilter();
+    void Filter(const std::wstring& words);
+    void ClearFilter();
+    /// As a click on the heading of the list in focus.
     void Sort(std::size_t column);
     void FitColumns();
     void StepColumn(bool isForward);
     void WidenColumn(bool isWider);
     void SayWidth(const ListPane& pane, std::size_t column);
 
-    // Frame_Files.cpp
-    /// False when the person thinks better of it.
-    bool AskToSave();
+    // Frame_Focus.cpp
+    void ShowParts(bool findings, bool source);
+    void MoveFocus(bool isForward);
+    void MoveTab(bool isForward);
+    void FocusSplitter(bool isForward);
+    void LeaveSplitter();
+
+    // Frame_Menus.cpp
+    void UpdateMenu(HMENU menu);
+    /// At a place of the screen; at (-1, -1) when a key asked for it.
+    void ShowListMenu(ListPane& pane, POINT place);
+    void FillRecentMenu(HMENU menu);
+    void FillSortMenu(HMENU menu);
+    void FillModuleMenu(HMENU menu);
+    /// Whether the open project has such a module, and it can be opened.
+    bool IsModule(std::size_t number) const;
+    /// Of the modules of the open project.
+    void OpenModule(std::size_t number);
+
+    // Frame_Load.cpp
     void Load(const std::wstring& file);
     void AddProblem(const Problem& problem, UINT rule);
     void Fill();
     void OnProgress();
     void ShowProgress(bool isShown);
+
+    // Frame_Recovery.cpp
+    void OfferRecovery();
+    /// Sets what was left unsaved; false, and nothing is set, when a value is refused.
+    bool BringBack(const Recovery& recovery);
+
+    // Frame_Files.cpp
+    /// False when the person thinks better of it.
+    bool AskToSave();
     /// The file of a dialog; empty when the person thinks better of it.
     std::wstring Chosen(const std::function<std::wstring()>& choose);
     bool Save();
     bool SaveAs();
     bool SaveProject(const std::wstring& path);
     void SaveStream();
+    void SayNotSaved(const std::wstring& path, const Problem& problem);
     void Export(int command);
     /// What the person wrote is no change of somebody else.
     void MarkAsRead(const std::wstring& path);
@@ -142,9 +172,6 @@ class Frame : public Window {
     void Close();
     bool OnQueryEnd();
     void OnEnd();
-    /// Sets what was left unsaved; false, and nothing is set, when a value is refused.
-    bool BringBack(const Recovery& recovery);
-    void OfferRecovery();
 
     // Frame_Values.cpp
     PointPage* PageOf(Kind kind);

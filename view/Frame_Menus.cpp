@@ -8,24 +8,66 @@
 
 namespace view {
 
-ListPane* Frame::PaneOf(HWND list) const {
-    for (const PointPage& page : pages_) {
-        if (page.pane && page.pane->Handle() == list) {
-            return page.pane.get();
-        }
+namespace {
+
+constexpr int kPageCommands[] = {IDM_VIEW_ATTRIBUTES, IDM_VIEW_INPUTS, IDM_VIEW_OUTPUTS, IDM_VIEW_CATALOGUE};
+
+/// A text of which no letter is an access key.
+std::wstring AsItStands(std::wstring text) {
+    for (std::size_t at = 0; (at = text.find(L'&', at)) != std::wstring::npos; at += 2) {
+        text.insert(at, 1, L'&');
     }
-    for (ListPane* const pane : {typePane_.get(), findingPane_.get()}) {
-        if (pane != nullptr && pane->Handle() == list) {
-            return pane;
-        }
-    }
-    return nullptr;
+    return text;
 }
 
-ListPane& Frame::PaneInFocus() const {
-    return GetFocus() == findingPane_->Handle() ? *findingPane_
-           : page_ < kPointPages                ? *pages_.at(page_).pane
-                                                : *typePane_;
+void Empty(HMENU menu) noexcept {
+    while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
+    }
+}
+
+} // namespace
+
+void Frame::UpdateMenu(HMENU menu) {
+    const int count = GetMenuItemCount(menu);
+    bool hasRecent = false;
+    for (int i = 0; i < count; ++i) {
+        const int id = static_cast<int>(GetMenuItemID(menu, i));
+        hasRecent = hasRecent || (id >= IDM_FILE_RECENT && id <= IDM_FILE_RECENT_LAST);
+    }
+    if (hasRecent) {
+        FillRecentMenu(menu);
+    } else if (GetMenuItemID(menu, 0) == UINT{IDM_VIEW_SORT}) {
+        FillSortMenu(menu);
+    } else if (GetMenuItemID(menu, 0) == UINT{IDM_FILE_MODULE}) {
+        FillModuleMenu(menu);
+    }
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        const UINT id = GetMenuItemID(menu, i);
+        if (id >= UINT{IDM_FILE_OPEN} && id != static_cast<UINT>(-1)) {
+            EnableMenuItem(menu, id,
+                           static_cast<UINT>(IsEnabled(static_cast<int>(id)) ? MF_ENABLED : MF_GRAYED));
+        }
+    }
+    const auto check = [&](int id, bool isChecked) {
+        CheckMenuItem(menu, static_cast<UINT>(id), static_cast<UINT>(isChecked ? MF_CHECKED : MF_UNCHECKED));
+    };
+    check(IDM_VIEW_FINDINGS, settings_.showsFindings);
+    check(IDM_VIEW_SOURCE, settings_.showsSource);
+    CheckMenuRadioItem(menu, IDM_VIEW_SI, IDM_VIEW_US, isUs_ ? IDM_VIEW_US : IDM_VIEW_SI, MF_BYCOMMAND);
+    CheckMenuRadioItem(menu, IDM_VIEW_ATTRIBUTES, IDM_VIEW_CATALOGUE, static_cast<UINT>(kPageCommands[page_]),
+                       MF_BYCOMMAND);
+}
+
+void Frame::FillRecentMenu(HMENU menu) {
+    Empty(menu); // of the entries of last time
+    int number = 0;
+    for (const std::wstring& file : settings_.recent.Files()) {
+        const std::wstring text = L"&" + std::to_wstring((number + 1) % 10) + L"  " + AsItStands(file);
+        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(IDM_FILE_RECENT + number++), text.c_str());
+    }
+    if (number == 0) {
+        AppendMenuW(menu, MF_STRING | MF_GRAYED, IDM_FILE_RECENT, Text(IDS_NO_RECENT).c_str());
+    }
 }
 
 void Frame::ShowListMenu(ListPane& pane, POINT place) {
@@ -49,8 +91,7 @@ void Frame::ShowListMenu(ListPane& pane, POINT place) {
 }
 
 void Frame::FillSortMenu(HMENU menu) {
-    while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
-    }
+    Empty(menu);
     const ListPane& pane = PaneInFocus();
     for (std::size_t i = 0; i < pane.Columns(); ++i) {
         const std::wstring number = std::to_wstring(i + 1);
@@ -61,19 +102,15 @@ void Frame::FillSortMenu(HMENU menu) {
 }
 
 void Frame::FillModuleMenu(HMENU menu) {
-    while (DeleteMenu(menu, 0, MF_BYPOSITION) != FALSE) {
-    }
+    Empty(menu);
     constexpr std::size_t kMost = IDM_FILE_MODULE_LAST - IDM_FILE_MODULE + 1;
     constexpr std::size_t kKeys = 10;
     const std::size_t all = session_ ? session_->Modules().size() : 0;
     const std::size_t count = std::min(all, kMost);
     for (std::size_t i = 0; i < count; ++i) {
         const ProjectModule& module = session_->Modules()[i];
-        std::wstring words =
-            Text(IDS_MODULE, module.key.device + L"/" + std::to_wstring(module.key.number), module.name);
-        for (std::size_t at = 0; (at = words.find(L'&', at)) != std::wstring::npos; at += 2) {
-            words.insert(at, 1, L'&');
-        }
+        const std::wstring words = AsItStands(
+            Text(IDS_MODULE, module.key.device + L"/" + std::to_wstring(module.key.number), module.name));
         const std::wstring number = std::to_wstring(i + 1);
         // A key that two entries have would open neither.
         const std::wstring key = i >= kKeys ? number : L"&" + std::to_wstring((i + 1) % kKeys);
@@ -104,35 +141,6 @@ void Frame::OpenModule(std::size_t number) {
         module_ = session_->Modules().at(number).key;
         Load(file_);
     }
-}
-
-void Frame::Sort(std::size_t column) {
-    ListPane& pane = PaneInFocus();
-    pane.Sort(column);
-    const auto& order = pane.Order();
-    Say(Text(!order              ? IDS_SORTED_AS_FILE
-             : order->isDownward ? IDS_SORTED_DOWN
-                                 : IDS_SORTED_UP,
-             pane.Title(column)));
-}
-
-void Frame::FitColumns() {
-    PaneInFocus().FitColumns();
-    Say(Text(IDS_COLUMNS_FIT));
-}
-
-void Frame::StepColumn(bool isForward) {
-    ListPane& pane = PaneInFocus();
-    SayWidth(pane, pane.StepColumn(isForward));
-}
-
-void Frame::WidenColumn(bool isWider) {
-    ListPane& pane = PaneInFocus();
-    SayWidth(pane, pane.Widen(isWider));
-}
-
-void Frame::SayWidth(const ListPane& pane, std::size_t column) {
-    Say(Text(IDS_COLUMN_WIDTH, pane.Title(column), std::to_wstring(pane.WidthOf(column))));
 }
 
 } // namespace view

@@ -169,6 +169,11 @@ std::wstring TextOf(HWND window) {
     return text;
 }
 
+bool IsSamePath(const std::wstring& one, const std::wstring& other) {
+    return CompareStringOrdinal(bench::FullPath(one).c_str(), -1, bench::FullPath(other).c_str(), -1, TRUE) ==
+           CSTR_EQUAL;
+}
+
 std::wstring NameOf(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/") + 1);
 }

@@ -111,6 +111,7 @@ std::wstring TextOf(HWND window);
 
 /// A path's last part.
 std::wstring NameOf(const std::wstring& path);
+bool IsSamePath(const std::wstring& one, const std::wstring& other);
 
 /// A text of the program's resources; with %1 and %2 replaced.
 std::wstring Text(UINT id);

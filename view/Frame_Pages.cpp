@@ -1,0 +1,140 @@
+#include "view/Frame.h"
+
+#include "view/resource.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace view {
+
+ListPane& Frame::PaneOf(std::size_t page) {
+    return page < kPointPages ? *pages_.at(page).pane : *typePane_;
+}
+
+Listing& Frame::ListingOf(std::size_t page) {
+    return page < kPointPages ? pages_.at(page).table.List() : typeList_;
+}
+
+ListPane* Frame::PaneOf(HWND list) const {
+    for (const PointPage& page : pages_) {
+        if (page.pane && page.pane->Handle() == list) {
+            return page.pane.get();
+        }
+    }
+    for (ListPane* const pane : {typePane_.get(), findingPane_.get()}) {
+        if (pane != nullptr && pane->Handle() == list) {
+            return pane;
+        }
+    }
+    return nullptr;
+}
+
+ListPane& Frame::PaneInFocus() const {
+    return GetFocus() == findingPane_->Handle() ? *findingPane_
+           : page_ < kPointPages                ? *pages_.at(page_).pane
+                                                : *typePane_;
+}
+
+LRESULT Frame::OnNotify(NMHDR& head) {
+    if (head.hwndFrom == tabs_ && head.code == TCN_SELCHANGE) {
+        ShowPage(static_cast<std::size_t>(Send(tabs_, TCM_GETCURSEL)));
+        return 0;
+    }
+    for (std::size_t i = 0; sheet_ && i <= kCatalogue; ++i) {
+        const std::unique_ptr<ListPane>& pane = i < kPointPages ? pages_.at(i).pane : typePane_;
+        if (pane && head.hwndFrom == pane->Handle()) {
+            return pane->OnNotify(head);
+        }
+    }
+    if (findingPane_ && head.hwndFrom == findingPane_->Handle()) {
+        return findingPane_->OnNotify(head);
+    }
+    return Window::OnMessage(WM_NOTIFY, head.idFrom, reinterpret_cast<LPARAM>(&head));
+}
+
+void Frame::ShowPage(std::size_t page) {
+    page_ = page;
+    Send(tabs_, TCM_SETCURSEL, page);
+    for (std::size_t i = 0; i <= kCatalogue; ++i) {
+        if (i != page) {
+            ShowWindow(PaneOf(i).Handle(), SW_HIDE);
+        }
+    }
+    ShowWindow(PaneOf(page).Handle(), SW_SHOWNA);
+    const std::wstring words = page < kPointPages ? pages_.at(page).filter : typeFilter_;
+    if (TextOf(filter_) != words) {
+        SetWindowTextW(filter_, words.c_str());
+    }
+    UpdateTools();
+    UpdateStatus();
+}
+
+void Frame::GoToPage(std::size_t page) {
+    ShowPage(page);
+    GoToList();
+}
+
+void Frame::GoToList() {
+    SetFocus(PaneOf(page_).Handle());
+}
+
+void Frame::OnFilter() {
+    std::wstring& known = page_ < kPointPages ? pages_.at(page_).filter : typeFilter_;
+    const std::wstring words = TextOf(filter_);
+    if (words == known) {
+        return;
+    }
+    known = words;
+    ListingOf(page_).Filter(words);
+    PaneOf(page_).Update();
+    UpdateTools();
+    UpdateStatus();
+}
+
+void Frame::Filter(const std::wstring& words) {
+    SetFocus(filter_);
+    SetWindowTextW(filter_, words.c_str());
+    Send(filter_, EM_SETSEL, words.size(), words.size());
+}
+
+void Frame::GoToFilter() {
+    SetFocus(filter_);
+    Send(filter_, EM_SETSEL, 0, -1);
+}
+
+void Frame::ClearFilter() {
+    SetWindowTextW(filter_, L"");
+    GoToList();
+}
+
+void Frame::Sort(std::size_t column) {
+    ListPane& pane = PaneInFocus();
+    pane.Sort(column);
+    const auto& order = pane.Order();
+    Say(Text(!order              ? IDS_SORTED_AS_FILE
+             : order->isDownward ? IDS_SORTED_DOWN
+                                 : IDS_SORTED_UP,
+             pane.Title(column)));
+}
+
+void Frame::FitColumns() {
+    PaneInFocus().FitColumns();
+    Say(Text(IDS_COLUMNS_FIT));
+}
+
+void Frame::StepColumn(bool isForward) {
+    ListPane& pane = PaneInFocus();
+    SayWidth(pane, pane.StepColumn(isForward));
+}
+
+void Frame::WidenColumn(bool isWider) {
+    ListPane& pane = PaneInFocus();
+    SayWidth(pane, pane.Widen(isWider));
+}
+
+void Frame::SayWidth(const ListPane& pane, std::size_t column) {
+    Say(Text(IDS_COLUMN_WIDTH, pane.Title(column), std::to_wstring(pane.WidthOf(column))));
+}
+
+} // namespace view
