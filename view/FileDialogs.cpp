@@ -21,41 +21,43 @@ std::wstring FilterOf(UINT id) {
     return filter + L'\0';
 }
 
-std::wstring Choose(OPENFILENAMEW& request, const std::wstring& suggested,
-                    BOOL(WINAPI* show)(OPENFILENAMEW*)) {
+/// What the two dialogs have in common; the flags come on top.
+struct Request {
+    HWND owner;
+    UINT title;
+    UINT filter;
+    DWORD flags;
+    const wchar_t* ending = nullptr;
+    std::wstring suggested = {};
+};
+
+std::wstring Choose(const Request& request, BOOL(WINAPI* show)(OPENFILENAMEW*)) {
+    const std::wstring words = Text(request.title);
+    const std::wstring filters = FilterOf(request.filter);
     std::array<wchar_t, kLongestPath> path{};
-    lstrcpynW(path.data(), suggested.c_str(), static_cast<int>(path.size()));
-    request.lStructSize = sizeof request;
-    request.lpstrFile = path.data();
-    request.nMaxFile = static_cast<DWORD>(path.size());
-    request.Flags |= OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST;
-    return show(&request) != FALSE ? std::wstring(path.data()) : std::wstring();
+    lstrcpynW(path.data(), request.suggested.c_str(), static_cast<int>(path.size()));
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = request.owner;
+    dialog.lpstrTitle = words.c_str();
+    dialog.lpstrFilter = filters.c_str();
+    dialog.lpstrDefExt = request.ending;
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.Flags = request.flags | OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST;
+    return show(&dialog) != FALSE ? std::wstring(path.data()) : std::wstring();
 }
 
 } // namespace
 
 std::wstring ChooseFile(HWND owner, UINT title, UINT filter) {
-    const std::wstring words = Text(title);
-    const std::wstring filters = FilterOf(filter);
-    OPENFILENAMEW request{};
-    request.hwndOwner = owner;
-    request.lpstrTitle = words.c_str();
-    request.lpstrFilter = filters.c_str();
-    request.Flags = OFN_FILEMUSTEXIST;
-    return Choose(request, {}, GetOpenFileNameW);
+    return Choose({owner, title, filter, OFN_FILEMUSTEXIST}, GetOpenFileNameW);
 }
 
 std::wstring ChooseName(HWND owner, UINT title, UINT filter, const wchar_t* ending,
                         const std::wstring& suggested, bool replaces) {
-    const std::wstring words = Text(title);
-    const std::wstring filters = FilterOf(filter);
-    OPENFILENAMEW request{};
-    request.hwndOwner = owner;
-    request.lpstrTitle = words.c_str();
-    request.lpstrFilter = filters.c_str();
-    request.lpstrDefExt = ending;
-    request.Flags = replaces ? OFN_OVERWRITEPROMPT : 0;
-    return Choose(request, suggested, GetSaveFileNameW);
+    const DWORD flags = replaces ? OFN_OVERWRITEPROMPT : 0;
+    return Choose({owner, title, filter, flags, ending, suggested}, GetSaveFileNameW);
 }
 
 } // namespace view

@@ -3,7 +3,6 @@
 #include "view/resource.h"
 
 #include <cstddef>
-#include <memory>
 #include <string>
 
 namespace view {
@@ -41,14 +40,8 @@ LRESULT Frame::OnNotify(NMHDR& head) {
         ShowPage(static_cast<std::size_t>(Send(tabs_, TCM_GETCURSEL)));
         return 0;
     }
-    for (std::size_t i = 0; sheet_ && i <= kCatalogue; ++i) {
-        const std::unique_ptr<ListPane>& pane = i < kPointPages ? pages_.at(i).pane : typePane_;
-        if (pane && head.hwndFrom == pane->Handle()) {
-            return pane->OnNotify(head);
-        }
-    }
-    if (findingPane_ && head.hwndFrom == findingPane_->Handle()) {
-        return findingPane_->OnNotify(head);
+    if (ListPane* const pane = PaneOf(head.hwndFrom)) {
+        return pane->OnNotify(head);
     }
     return Window::OnMessage(WM_NOTIFY, head.idFrom, reinterpret_cast<LPARAM>(&head));
 }

@@ -159,6 +159,8 @@ class Session {
     Row ReadOutput(IOutput& output, std::size_t index);
     Row ReadAttribute(IAttribute& attribute, std::size_t index);
     const TypeWords& WordsOf(const std::wstring& typeId);
+    /// False, and nothing is set, for a point without a type.
+    bool SetType(Row& row, const com::Ref<ISNVType>& type);
     std::wstring OutputsReaders(const std::wstring& output);
     void ReadReaders();
     /// The places of a block's pins by their names.

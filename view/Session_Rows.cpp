@@ -81,6 +81,16 @@ const Session::TypeWords& Session::WordsOf(const std::wstring& typeId) {
     return types_.emplace(typeId, std::move(words)).first->second;
 }
 
+bool Session::SetType(Row& row, const com::Ref<ISNVType>& type) {
+    if (!type) {
+        return false;
+    }
+    const TypeWords& words = WordsOf(bench::WideOf(*type.Get(), &ISNVType::get_ID));
+    row.type = words.title;
+    row.unit = words.unit;
+    return true;
+}
+
 void Session::ReadReaders() {
     areReadersRead_ = true;
     readers_.clear();
@@ -122,11 +132,7 @@ Row Session::ReadOutput(IOutput& output, std::size_t index) {
     row.index = index;
     com::Ref<ISNVType> type;
     com::Call(output, &IOutput::get_SNVTType, type.Put());
-    if (type) {
-        const TypeWords& words = WordsOf(bench::WideOf(*type.Get(), &ISNVType::get_ID));
-        row.type = words.title;
-        row.unit = words.unit;
-    }
+    SetType(row, type);
     row.address = documents_->Of(row.id).address;
     row.displayed = OutputsReaders(row.id.name);
     row.visible = YesNo(bench::FlagOf(output, &IOutput::get_Visible));
@@ -140,10 +146,7 @@ Row Session::ReadAttribute(IAttribute& attribute, std::size_t index) {
     row.value = bench::WideOf(attribute, &IAttribute::get_Value);
     com::Ref<ISNVType> type;
     com::Call(attribute, &IAttribute::get_SNVTType, type.Put());
-    if (type) {
-        const TypeWords& words = WordsOf(bench::WideOf(*type.Get(), &ISNVType::get_ID));
-        row.type = words.title;
-        row.unit = words.unit;
+    if (SetType(row, type)) {
         row.displayed = bench::WideOf(attribute, &IAttribute::get_DispValue);
     }
     row.defaultValue = documents_->DefaultOf(row.id.name);

@@ -1,5 +1,6 @@
 #include "view/SheetAccessible.h"
 
+#include "view/Accessible.h"
 #include "view/resource.h"
 #include "view/SheetView.h"
 #include "view/Window.h"
@@ -174,15 +175,6 @@ class SheetAccessible final : public com::StandardAccessible {
     static std::size_t SpotOf(const VARIANT& self) noexcept {
         return static_cast<std::size_t>(self.lVal) - 1;
     }
-    static HRESULT Answer(VARIANT* out, LONG number) noexcept {
-        if (out == nullptr) {
-            return E_POINTER;
-        }
-        VariantInit(out);
-        out->vt = VT_I4;
-        out->lVal = number;
-        return S_OK;
-    }
 
     SheetView& sheet_;
     HWND window_;
@@ -191,11 +183,7 @@ class SheetAccessible final : public com::StandardAccessible {
 } // namespace
 
 LRESULT AnswerGetObject(SheetView& sheet, WPARAM wParam, LPARAM lParam) {
-    if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
-        return 0;
-    }
-    const auto accessible = com::Ref<IAccessible>::Own(new SheetAccessible(sheet));
-    return com::AnswerWith(*accessible.Get(), wParam);
+    return AnswerAs<SheetAccessible>(sheet, wParam, lParam);
 }
 
 } // namespace view

@@ -1,5 +1,6 @@
 #include "view/SplitterAccessible.h"
 
+#include "view/Accessible.h"
 #include "view/Splitter.h"
 #include "view/Window.h"
 
@@ -42,16 +43,6 @@ class SplitterAccessible final : public com::StandardAccessible {
     }
 
   private:
-    static HRESULT Answer(VARIANT* out, LONG number) noexcept {
-        if (out == nullptr) {
-            return E_POINTER;
-        }
-        VariantInit(out);
-        out->vt = VT_I4;
-        out->lVal = number;
-        return S_OK;
-    }
-
     const Splitter& splitter_;
     HWND window_;
 };
@@ -59,11 +50,7 @@ class SplitterAccessible final : public com::StandardAccessible {
 } // namespace
 
 LRESULT AnswerGetObject(const Splitter& splitter, WPARAM wParam, LPARAM lParam) {
-    if (static_cast<LONG>(lParam) != OBJID_CLIENT) {
-        return 0;
-    }
-    const auto accessible = com::Ref<IAccessible>::Own(new SplitterAccessible(splitter));
-    return com::AnswerWith(*accessible.Get(), wParam);
+    return AnswerAs<SplitterAccessible>(splitter, wParam, lParam);
 }
 
 } // namespace view

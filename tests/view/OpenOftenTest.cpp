@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <iostream>
 #include <string>
+#include <utility>
 
 namespace viewtest {
 
@@ -95,7 +97,28 @@ void Print(const char* when, const Holdings& holdings) {
               << holdings.windows << " windows, " << holdings.privateBytes / 1024 << " KB\n";
 }
 
-class OpenOftenTest : public ViewTest {};
+class OpenOftenTest : public ViewTest {
+  protected:
+    /// Opens something again and again; the answer is what the program had before and behind it.
+    static std::pair<Holdings, Holdings> ExpectNothingStays(const Viewer& viewer, int warmUp, int rounds,
+                                                            const std::function<void()>& open) {
+        for (int i = 0; i < warmUp; ++i) {
+            open();
+        }
+        const Holdings before = HoldingsOf(viewer);
+        Print("before", before);
+        for (int i = 0; i < rounds && !HasFailure(); ++i) {
+            open();
+        }
+        const Holdings after = HoldingsOf(viewer);
+        Print("after ", after);
+        EXPECT_EQ(before.handles, after.handles);
+        // The highest number in use goes up and down by a few; what stays at each opening adds up.
+        EXPECT_LT(after.graphics, before.graphics + static_cast<std::size_t>(rounds) / 2);
+        EXPECT_EQ(before.windows, after.windows);
+        return {before, after};
+    }
+};
 
 /// How often a file is opened: as TAM_SOAK_OPENINGS says, else a hundred times.
 int Openings() {
@@ -120,22 +143,8 @@ TEST_F(OpenOftenTest, OpenedFilesLeaveNothing) {
         EXPECT_EQ(isFirst ? kAttributes : 8, viewer.Count(IDC_ATTRIBUTES));
     };
     constexpr int kWarmUp = 50;
-    const int rounds = Openings();
-    for (int i = 0; i < kWarmUp; ++i) {
-        open();
-    }
-    const Holdings before = HoldingsOf(viewer);
-    Print("before", before);
-    for (int i = 0; i < rounds && !HasFailure(); ++i) {
-        open();
-    }
-    const Holdings after = HoldingsOf(viewer);
-    Print("after ", after);
+    const auto [before, after] = ExpectNothingStays(viewer, kWarmUp, Openings(), open);
     EXPECT_EQ(8, viewer.Count(IDC_ATTRIBUTES));
-    EXPECT_EQ(before.handles, after.handles);
-    // The highest number in use goes up and down by a few; what stays at each opening adds up.
-    EXPECT_LT(after.graphics, before.graphics + static_cast<std::size_t>(rounds) / 2);
-    EXPECT_EQ(before.windows, after.windows);
     EXPECT_LT(after.privateBytes, before.privateBytes + 4U * 1024 * 1024);
     viewer.Close();
 }
@@ -151,20 +160,7 @@ TEST_F(OpenOftenTest, OpenedEditorsLeaveNothing) {
     };
     constexpr int kWarmUp = 20;
     constexpr int kRounds = 60;
-    for (int i = 0; i < kWarmUp; ++i) {
-        open();
-    }
-    const Holdings before = HoldingsOf(viewer);
-    Print("before", before);
-    for (int i = 0; i < kRounds && !HasFailure(); ++i) {
-        open();
-    }
-    const Holdings after = HoldingsOf(viewer);
-    Print("after ", after);
-    EXPECT_EQ(before.handles, after.handles);
-    // The highest number in use goes up and down by a few; what stays at each opening adds up.
-    EXPECT_LT(after.graphics, before.graphics + static_cast<std::size_t>(kRounds) / 2);
-    EXPECT_EQ(before.windows, after.windows);
+    ExpectNothingStays(viewer, kWarmUp, kRounds, open);
     viewer.Close();
 }
 

@@ -22,6 +22,12 @@ class RecoveryTest : public ViewTest {
         viewer.Do(IDM_EDIT_UNDO);
         viewer.Kill();
     }
+    /// Says yes to the box that offers them.
+    static void BringBack(const Viewer& viewer, const Box& box) {
+        box.Press(IDYES);
+        AwaitAttributes(viewer, kAttributes);
+        Await("the values", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+    }
     std::wstring file_;
 };
 
@@ -30,9 +36,7 @@ TEST_F(RecoveryTest, IsOffered) {
     Viewer viewer;
     const Box box = viewer.NextBox();
     EXPECT_NE(std::wstring::npos, box.Text().find(L"channels.xml")) << Narrow(box.Text());
-    box.Press(IDYES);
-    AwaitAttributes(viewer, kAttributes);
-    Await("the values", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+    BringBack(viewer, box);
     EXPECT_EQ(L"9", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
     EXPECT_EQ(L"-0.50", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Offset"));
     EXPECT_NE(std::wstring::npos, viewer.Title().find(L'*')) << "it is still unsaved";
@@ -106,9 +110,7 @@ TEST_F(RecoveryTest, SaysWhenTheFileHasChangedSince) {
     Viewer viewer;
     const Box box = viewer.NextBox();
     EXPECT_NE(std::wstring::npos, box.Text().find(L"changed")) << Narrow(box.Text());
-    box.Press(IDYES);
-    AwaitAttributes(viewer, kAttributes);
-    Await("the values", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+    BringBack(viewer, box);
 }
 
 TEST_F(RecoveryTest, SaysWhatCannotBeBroughtBack) {
@@ -144,9 +146,7 @@ TEST_F(RecoveryTest, TheFileThatWasNamedOpensBehindIt) {
 TEST_F(RecoveryTest, TheSameFileIsNotOpenedAgainBehindIt) {
     EndUnsaved();
     Viewer viewer({file_});
-    viewer.NextBox().Press(IDYES);
-    AwaitAttributes(viewer, kAttributes);
-    Await("the value", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
+    BringBack(viewer, viewer.NextBox());
     viewer.Settle();
     EXPECT_FALSE(viewer.ShownBox());
 }

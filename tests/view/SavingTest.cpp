@@ -19,14 +19,18 @@ class SavingTest : public OpenedTest {
         AwaitAttributes(other, kAttributes);
         return other.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel");
     }
+    /// Saves what was not saved yet: the name of the project is asked for.
+    void SaveFirst(const Viewer& viewer) const {
+        viewer.Begin(IDM_FILE_SAVE);
+        viewer.NextBox().ChooseFile(project_);
+        Await("the project", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
+    }
     const std::wstring project_ = FileNamed(L"hall.project.xml");
 };
 
 TEST_F(SavingTest, SavesIntoAProjectThatOpensAgain) {
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     EXPECT_TRUE(IsFile(project_));
     EXPECT_EQ(L"", viewer_.Status(VIEW_STATUS_UNSAVED));
     EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO)) << "a save ends no history";
@@ -39,9 +43,7 @@ TEST_F(SavingTest, SavesIntoAProjectThatOpensAgain) {
 
 TEST_F(SavingTest, ASecondSaveAsksForNoName) {
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     Change(L"4");
     viewer_.Do(IDM_FILE_SAVE);
     EXPECT_FALSE(IsUnsaved());
@@ -50,9 +52,7 @@ TEST_F(SavingTest, ASecondSaveAsksForNoName) {
 
 TEST_F(SavingTest, UndoBehindASaveIsUnsaved) {
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     viewer_.Do(IDM_EDIT_UNDO);
     EXPECT_TRUE(IsUnsaved());
     viewer_.Do(IDM_FILE_SAVE);
@@ -61,9 +61,7 @@ TEST_F(SavingTest, UndoBehindASaveIsUnsaved) {
 
 TEST_F(SavingTest, AnotherNameLeavesTheFirstProject) {
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     Change(L"4");
     viewer_.Begin(IDM_FILE_SAVE_AS);
     viewer_.NextBox().ChooseFile(FileNamed(L"other.xml"));
@@ -76,9 +74,7 @@ TEST_F(SavingTest, AProjectKeepsWhatElseItHolds) {
     FileWith(L"hall.project.xml",
              "<?xml version=\"1.0\"?>\n<Project><Other><Name>x</Name></Other></Project>");
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     const std::string text = BytesOf(project_);
     const std::size_t other = text.find("<Other>");
     ASSERT_NE(std::string::npos, other) << text;
@@ -92,9 +88,7 @@ TEST_F(SavingTest, WhatElseAProjectHoldsStaysByteForByte) {
     const std::string after = "<!-- last --></Project>\n<!-- behind -->\n";
     FileWith(L"hall.project.xml", before + after);
     Change(L"6");
-    viewer_.Begin(IDM_FILE_SAVE);
-    viewer_.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return !IsUnsaved(); });
+    SaveFirst(viewer_);
     const std::string once = BytesOf(project_);
     EXPECT_TRUE(once.starts_with(before)) << once;
     EXPECT_TRUE(once.ends_with("</Project>\n<!-- behind -->\n")) << once;
@@ -114,9 +108,7 @@ TEST_F(SavingTest, AProjectOfADeviceKeepsWhatElseItHolds) {
     Viewer viewer({benchtest::SamplesFolder() + L"device.xml"});
     AwaitAttributes(viewer, kAttributes);
     viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
-    viewer.Begin(IDM_FILE_SAVE);
-    viewer.NextBox().ChooseFile(project_);
-    Await("the project", [&] { return viewer.Title().find(L'*') == std::wstring::npos; });
+    SaveFirst(viewer);
     viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"4");
     viewer.Do(IDM_FILE_SAVE);
     const std::string text = BytesOf(project_);
