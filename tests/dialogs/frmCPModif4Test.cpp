@@ -200,6 +200,20 @@ TEST_F(frmCPModif4Test, SaysThatAFieldWithoutEditorCannotBeChanged) {
                            MB_ICONEXCLAMATION);
 }
 
+TEST_F(frmCPModif4Test, TheButtonIsEnabledForEveryRow) {
+    Fill();
+    EditStructure([](Shown& dialog) {
+        SetFocus(dialog.Control(IDC_FIELDS));
+        for (const WORD key : {WORD{VK_END}, WORD{VK_HOME}}) { // the last row, then the first
+            dialog.PressKey(key);
+            EXPECT_TRUE(dialog.IsEnabled(IDC_EDIT_FIELD)) << key;
+        }
+        ListView_SetItemState(dialog.Control(IDC_FIELDS), 0, 0, LVIS_SELECTED);
+        EXPECT_FALSE(dialog.IsEnabled(IDC_EDIT_FIELD)) << "no row is selected";
+        dialog.Click(IDCANCEL);
+    });
+}
+
 TEST_F(frmCPModif4Test, TheKeyboardAndTheButtonOpenTheSelectedField) {
     Fill();
     EditStructure([this](Shown& dialog) {
