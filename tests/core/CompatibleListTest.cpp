@@ -122,6 +122,21 @@ TEST(CompatibleListTest, CopiesIndependently) {
     EXPECT_TRUE(source.Exists(L"1"));
 }
 
+TEST(CompatibleListTest, FindsInAnAssignedListWhatItHasNow) {
+    CompatibleList before;
+    CompatibleList after;
+    for (int id = 1; id <= 20; ++id) { // so many that they are looked up
+        before.AddId(std::to_wstring(id));
+        after.AddId(std::to_wstring(100 + id));
+    }
+    before = after;
+    EXPECT_TRUE(before.Exists(L"120"));
+    EXPECT_FALSE(before.Exists(L"20"));
+    EXPECT_TRUE(after.Exists(L"120"));
+    before.AddId(L"101");
+    EXPECT_EQ(before.Count(), 20u);
+}
+
 TEST(CompatibleListTest, FindsAmongManyAsAmongFew) {
     CompatibleList list;
     for (int i = 1; i <= 30; ++i) {
