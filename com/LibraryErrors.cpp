@@ -28,22 +28,23 @@ class LibraryError final : public std::exception {
 // NOLINTBEGIN(cert-dcl58-cpp, cert-dcl50-cpp): they stand in for the library's own
 namespace std {
 
-[[noreturn]] void __throw_bad_alloc() {
+// The library declares them with the older spelling of the attribute, and clang wants the same.
+__attribute__((__noreturn__)) void __throw_bad_alloc() {
     throw std::bad_alloc();
 }
-[[noreturn]] void __throw_bad_array_new_length() {
+__attribute__((__noreturn__)) void __throw_bad_array_new_length() {
     throw std::bad_array_new_length();
 }
-[[noreturn]] void __throw_logic_error(const char* text) {
+__attribute__((__noreturn__)) void __throw_logic_error(const char* text) {
     throw LibraryError(text);
 }
-[[noreturn]] void __throw_length_error(const char* text) {
+__attribute__((__noreturn__)) void __throw_length_error(const char* text) {
     throw LibraryError(text);
 }
-[[noreturn]] void __throw_out_of_range(const char* text) {
+__attribute__((__noreturn__)) void __throw_out_of_range(const char* text) {
     throw LibraryError(text);
 }
-[[noreturn]] void __throw_out_of_range_fmt(const char* text, ...) {
+__attribute__((__noreturn__)) void __throw_out_of_range_fmt(const char* text, ...) {
     throw LibraryError(text);
 }
 

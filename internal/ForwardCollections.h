@@ -6,7 +6,7 @@
 
 namespace tam {
 
-/// IInputs, every member handed to the inner collection, in slot order.
+/// IInputs, each member handed to the inner collection, in slot order, but for the enumerator.
 template <class Derived>
 class ForwardInputs : public ForwardFace<Derived, IInputs> {
     using I = IInputs;
@@ -18,10 +18,9 @@ class ForwardInputs : public ForwardFace<Derived, IInputs> {
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
     STDMETHODIMP get_Item(BSTR index, IInput** value) override { return To(&I::get_Item, index, value); }
-    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
 };
 
-/// IOutputs, every member handed to the inner collection, in slot order.
+/// IOutputs, each member handed to the inner collection, in slot order, but for the enumerator.
 template <class Derived>
 class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     using I = IOutputs;
@@ -33,10 +32,9 @@ class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
     STDMETHODIMP get_Item(BSTR index, IOutput** value) override { return To(&I::get_Item, index, value); }
-    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
 };
 
-/// IAttributes, every member handed to the inner collection, in slot order.
+/// IAttributes, each member handed to the inner collection, in slot order, but for the enumerator.
 template <class Derived>
 class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     using I = IAttributes;
@@ -47,7 +45,6 @@ class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
     STDMETHODIMP get_Item(BSTR index, IAttribute** value) override { return To(&I::get_Item, index, value); }
-    STDMETHODIMP get_NewEnum(IUnknown** value) override { return To(&I::get_NewEnum, value); }
 };
 
 } // namespace tam

@@ -5,6 +5,7 @@
 #include "common/MessageLoop.h"
 #include "core/RunTimeError.h"
 #include "points/PointItems.h"
+#include "points/PointOwner.h"
 
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>

@@ -48,10 +48,14 @@ def options_of(command):
 
 
 def options_for(header, commands):
-    """The options of the source nearest to a header; of several the one that sees the most folders."""
+    """The options of the source nearest to a header; of several the one that sees the most folders.
+
+    Sources that are compiled together have no command of their own, so the nearest one may stand elsewhere.
+    """
     def nearness(source):
         shared = len(os.path.commonpath([header.parent, source.parent]))
-        return shared, -len(source.parent.parts), commands[source].count("-isystem")
+        folders = sum(word == "-isystem" or word.startswith("-I") for word in commands[source])
+        return shared, folders, -len(source.parent.parts)
 
     return options_of(commands[max(commands, key=nearness)])
 

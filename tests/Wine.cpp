@@ -2,12 +2,23 @@
 
 #include <windows.h>
 
+#include <cstdlib>
+
 namespace tests {
 
 bool IsWine() {
-    // Wine's own, which no Windows has.
-    static const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-    return isWine;
+    return WineVersion() != 0;
+}
+
+int WineVersion() {
+    static const int version = [] {
+        // Wine's own, which no Windows has.
+        const FARPROC entry = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version");
+        return entry != nullptr
+                   ? std::atoi(reinterpret_cast<const char* (*)()>(reinterpret_cast<void*>(entry))())
+                   : 0;
+    }();
+    return version;
 }
 
 } // namespace tests

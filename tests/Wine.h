@@ -5,5 +5,8 @@ namespace tests {
 /// True in Wine. Where Wine alone differs, a test asserts there what is known of it
 /// (docs/testing.md), and everywhere else what Windows does.
 bool IsWine();
+/// The number before the first point, such as 8; 0 in Windows. For what two Wines do
+/// differently.
+int WineVersion();
 
 } // namespace tests

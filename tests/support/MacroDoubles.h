@@ -2,6 +2,8 @@
 
 #include "tests/support/Recorder.h"
 
+#include <OrvDBFaces.h>
+
 #include <cstddef>
 #include <initializer_list>
 #include <memory>

@@ -1,6 +1,7 @@
 // The window at the scales of screens: nothing is cut, nothing lies on another part.
 
 #include "tests/view/Fixture.h"
+#include "tests/Wine.h"
 
 #include <commctrl.h>
 
@@ -31,6 +32,14 @@ F SystemFunction(const char* name) {
 }
 Context SetThreadContext(Context context) {
     return SystemFunction<Context(WINAPI*)(Context)>("SetThreadDpiAwarenessContext")(context);
+}
+int ScaleOf(HWND window) {
+    return static_cast<int>(SystemFunction<UINT(WINAPI*)(HWND)>("GetDpiForWindow")(window));
+}
+/// Whether a program has the scale that was set just before its start. Windows gives it
+/// at the next sign-in, and Wine 10 when its desktop starts.
+bool IsTakenAtOnce() {
+    return tests::WineVersion() == 8;
 }
 
 /// The letters of the window at a scale, measured by this program.
@@ -64,15 +73,17 @@ class Letters {
     HGDIOBJ former_;
 };
 
-/// The parameter is the scale: dots to the inch.
+/// The parameter is the scale, in dots to the inch. Where the system does not take it at
+/// once, the window is looked at in the scale that it has.
 class ScaleTest : public ViewTest, public testing::WithParamInterface<int> {
   protected:
     ScaleTest()
         // Places in pixels, whatever scale this program has.
-        : former_(SetThreadContext(kEachMonitorsPixels))
-        , viewer_({Sample(L"channels.xml")}, [this](DWORD) { scale_->Set(static_cast<DWORD>(GetParam())); }) {
+        : former_(SetThreadContext(kEachMonitorsPixels)), viewer_({Sample(L"channels.xml")}, [this](DWORD) {
+            setting_->Set(static_cast<DWORD>(GetParam()));
+        }) {
         AwaitAttributes(viewer_, kAttributes);
-        scale_.reset(); // a program asks for it at its start
+        setting_.reset(); // a program asks for it at its start
         for (const int part : {IDM_VIEW_FINDINGS, IDM_VIEW_SOURCE}) {
             if (!viewer_.IsTicked(part)) {
                 viewer_.Do(part);
@@ -92,7 +103,8 @@ class ScaleTest : public ViewTest, public testing::WithParamInterface<int> {
         const RECT place = PlaceOf(part);
         return {place.right - place.left, place.bottom - place.top};
     }
-    int Scaled(int length) const { return MulDiv(length, GetParam(), USER_DEFAULT_SCREEN_DPI); }
+    int Scale() const { return IsTakenAtOnce() ? GetParam() : ScaleOf(viewer_.Frame()); }
+    int Scaled(int length) const { return MulDiv(length, Scale(), USER_DEFAULT_SCREEN_DPI); }
     /// A rectangle that a control tells of itself.
     RECT Told(int part, UINT message, WPARAM wParam) const {
         const RemoteMemory memory(viewer_.Process(), sizeof(RECT));
@@ -125,7 +137,7 @@ class ScaleTest : public ViewTest, public testing::WithParamInterface<int> {
     }
 
     Context former_;
-    std::optional<UserNumber> scale_{std::in_place, L"Control Panel\\Desktop", L"LogPixels"};
+    std::optional<UserNumber> setting_{std::in_place, L"Control Panel\\Desktop", L"LogPixels"};
     Viewer viewer_;
 };
 
@@ -142,7 +154,7 @@ TEST_P(ScaleTest, PartsHaveTheirPlaces) {
 }
 
 TEST_P(ScaleTest, TextsFitIntoTheirParts) {
-    const Letters letters(GetParam());
+    const Letters letters(Scale());
     for (const int part : {IDC_FILTER_LABEL, IDC_FINDINGS_TITLE, IDC_SOURCE_TITLE, IDC_STOP}) {
         const std::wstring text = viewer_.PartText(part);
         EXPECT_GE(SizeOf(part).cx, letters.Of(text).cx) << Narrow(text);
@@ -162,7 +174,7 @@ TEST_P(ScaleTest, TextsFitIntoTheirParts) {
 }
 
 TEST_P(ScaleTest, ToolsAndRowsGrowWithIt) {
-    const Letters letters(GetParam());
+    const Letters letters(Scale());
     const auto tools = static_cast<int>(SendMessageW(viewer_.Part(IDC_TOOLBAR), TB_BUTTONCOUNT, 0, 0));
     EXPECT_GT(tools, 10);
     for (int tool = 0; tool < tools; ++tool) {
