@@ -47,10 +47,16 @@ TEST(LongTextTest, CountsFromTheLastLineBreakOn) {
 }
 
 TEST(LongTextTest, LeavesAPairOfSurrogatesTogether) {
-    const std::wstring pair{L'\xD83D', L'\xDE00'};
     const std::wstring row(499, L'x');
-    EXPECT_EQ(WithSoftBreaks(row + pair), row + kSoft + pair);
-    EXPECT_EQ(WithSoftBreaks(row.substr(1) + pair + L"y"), row.substr(1) + pair + kSoft + L"y");
+    for (const wchar_t first : {L'\xD800', L'\xD83D', L'\xDBFF'}) {
+        const std::wstring pair{first, L'\xDE00'};
+        EXPECT_EQ(WithSoftBreaks(row + pair), row + kSoft + pair);
+        EXPECT_EQ(WithSoftBreaks(row.substr(1) + pair + L"y"), row.substr(1) + pair + kSoft + L"y");
+    }
+    // What stands beside those in the table is a letter, or a second half alone.
+    for (const wchar_t other : {L'\xD7FF', L'\xDC00'}) {
+        EXPECT_EQ(WithSoftBreaks(row + other + L"y"), row + other + kSoft + L"y");
+    }
 }
 
 TEST(LongTextTest, TakesItsSoftBreaksOutAgain) {

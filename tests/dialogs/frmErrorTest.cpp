@@ -116,6 +116,11 @@ TEST_F(frmErrorTest, ShowsTheErrorAndFoldsItsAdvancedPart) {
         EXPECT_EQ(dialog.DefaultButton(), IDOK);
         EXPECT_TRUE(dialog.HasFocus(IDOK));
         const int folded = dialog.Height();
+        RECT button{};
+        GetWindowRect(dialog.Control(IDOK), &button);
+        RECT window{};
+        GetWindowRect(dialog.Window(), &window);
+        EXPECT_LT(button.right, window.right) << "the button is in sight";
 
         dialog.Click(IDC_ERROR_ADVANCED);
         EXPECT_EQ(dialog.Text(IDC_ERROR_ADVANCED), L"Advanced Information  < <");
