@@ -34,9 +34,10 @@ std::string AnsiOf(const std::wstring& text) {
 HWND WindowOf(const VARIANT& handle) {
     // 64-bit hosts hand over 64 bits, of which the system gives a meaning to the
     // lower 32 and lets the upper ones be zeros or signs.
-    const bool isLong = handle.vt == VT_I8 || handle.vt == VT_UI8;
-    if (sizeof(void*) == 8 && isLong) {
-        return reinterpret_cast<HWND>(static_cast<LONG_PTR>(static_cast<LONG>(handle.llVal)));
+    if constexpr (sizeof(void*) == 8) {
+        if (handle.vt == VT_I8 || handle.vt == VT_UI8) {
+            return reinterpret_cast<HWND>(static_cast<LONG_PTR>(static_cast<LONG>(handle.llVal)));
+        }
     }
     com::Variant plain = com::CopyOf(handle);
     com::Variant number;

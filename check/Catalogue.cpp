@@ -125,7 +125,7 @@ std::string Catalogue::Suggest(std::string_view text) const {
     std::string digits = word.starts_with(kPrefix) ? word.substr(kPrefix.size()) : word;
     std::transform(digits.begin(), digits.end(), digits.begin(), DigitFor);
     digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
-    const std::string plain = digits.substr(0, digits.find_first_of(".,"));
+    std::string plain = digits.substr(0, digits.find_first_of(".,"));
     if (plain != text && types_.contains(plain)) {
         return plain;
     }

@@ -37,10 +37,11 @@ struct Field {
 /// One entry: what its fields say.
 class Entry {
   public:
-    Entry(Document& document, XmlTree::Index element) : document_(document), element_(element) {
-        errors_ = document_.Errors();
-        name_ = document_.Tree().NameSpan(element);
-    }
+    Entry(Document& document, XmlTree::Index element)
+        : document_(document)
+        , element_(element)
+        , name_(document.Tree().NameSpan(element))
+        , errors_(document.Errors()) {}
 
     TypeInfo Read() {
         CheckAttributes();

@@ -101,7 +101,7 @@ class Project {
 
     /// The text of an element that the component needs a text of.
     Leaf Required(XmlTree::Index element) {
-        const Leaf leaf = document_.ReadLeaf(element);
+        Leaf leaf = document_.ReadLeaf(element);
         if (!leaf.HasText()) {
             document_.Report(RuleId::ElementEmpty, leaf.span,
                              Tagged(document_.Tree().Piece(leaf.name)) + " is empty: reading ends here",

@@ -28,11 +28,11 @@ std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit) 
     }
     // Every unknown name is compared with all that there are: nothing is allocated here.
     using Row = std::array<std::uint8_t, kLongest + 1>;
-    std::array<Row, 3>
-        rows; // NOLINT(cppcoreguidelines-pro-type-member-init): each is written before it is read
-    Row* beforeLast = &rows[0];
-    Row* last = &rows[1];
-    Row* row = &rows[2];
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): each is written before it is read
+    std::array<Row, 3> rows;
+    Row* beforeLast = rows.data();
+    Row* last = beforeLast + 1;
+    Row* row = last + 1;
     for (std::size_t j = 0; j <= b.size(); ++j) {
         (*last)[j] = static_cast<std::uint8_t>(j);
     }
@@ -41,7 +41,7 @@ std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit) 
         std::size_t least = (*row)[0] = static_cast<std::uint8_t>(i);
         for (std::size_t j = 1; j <= b.size(); ++j) {
             const char y = UpperLetter(b[j - 1]);
-            std::size_t cost = std::min<std::size_t>(
+            auto cost = std::min<std::size_t>(
                 {(*last)[j] + 1U, (*row)[j - 1] + 1U, (*last)[j - 1] + (x == y ? 0U : 1U)});
             if (i > 1 && j > 1 && x == UpperLetter(b[j - 2]) && UpperLetter(a[i - 2]) == y) {
                 cost = std::min<std::size_t>(cost, (*beforeLast)[j - 2] + 1U);

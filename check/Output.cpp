@@ -153,9 +153,12 @@ std::string TextOf(const FileResult& result, bool hasColour) {
         const std::string place = Clean(result.file) + ":" + std::to_string(finding.line) + ":" +
                                   std::to_string(finding.column) + ": ";
         const std::string level = std::string(NameOf(finding.Level())) + ":";
-        text += hasColour ? "\x1b[1m" + place + "\x1b[0m" + std::string(ColourOf(finding.Level())) + level +
-                                "\x1b[0m"
-                          : place + level;
+        if (hasColour) {
+            text.append("\x1b[1m").append(place).append("\x1b[0m").append(ColourOf(finding.Level()));
+            text.append(level).append("\x1b[0m");
+        } else {
+            text.append(place).append(level);
+        }
         text += " " + Sentence(finding) + " [" + std::string(RuleOf(finding.rule).name) + "]\n";
     }
     return text;

@@ -70,7 +70,7 @@ class Points {
     void CheckListEntry(std::string_view entry, Span span);
     void CheckPresence(const Leaf& leaf, std::string_view keyword);
     void CheckName(Span span);
-    void CheckReference(std::uint32_t at);
+    void CheckReference(std::uint32_t index);
     void ReportTwins(std::vector<Name>& names, std::string_view what);
     void ReportAddressTwins();
     void ReportPrefixCases();

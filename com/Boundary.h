@@ -113,11 +113,15 @@ Failure CurrentFailure() noexcept;
 /// boundary is compiled once and not for each body. Lives no longer than the call.
 class Body {
   public:
+    // NOLINTBEGIN(bugprone-forwarding-reference-overload): the constraint leaves the copy alone
+    // NOLINTBEGIN(cppcoreguidelines-pro-type-const-cast): it is given back as what it was
     template <class F>
     requires(!std::same_as<std::remove_cvref_t<F>, Body>) Body(F&& f)
     noexcept
         : callable_(const_cast<void*>(static_cast<const void*>(std::addressof(f))))
         , run_([](void* callable) { (*static_cast<std::remove_reference_t<F>*>(callable))(); }) {}
+    // NOLINTEND(cppcoreguidelines-pro-type-const-cast)
+    // NOLINTEND(bugprone-forwarding-reference-overload)
     void operator()() const { run_(callable_); }
 
   private:

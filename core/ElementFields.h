@@ -47,7 +47,7 @@ struct ReadField {
 template <class Data, std::size_t N>
 bool TakeElement(const ReadField<Data> (&fields)[N], std::wstring_view keyword, Data& data,
                  const ElementSource& element) {
-    for (const ReadField<Data>& field : fields) {
+    for (const ReadField<Data>& field : fields) { // NOLINT(readability-use-anyofallof): it acts
         if (field.keyword == keyword) {
             field.take(data, element);
             return true;

@@ -1,13 +1,15 @@
 #include "core/ErrorReportState.h"
 
+#include <utility>
+
 namespace tam {
 
-ErrorReportState::ErrorReportState(const std::wstring& application, const std::wstring& description,
+ErrorReportState::ErrorReportState(const std::wstring& application, std::wstring description,
                                    const std::wstring& callingObject, const std::wstring& callingFunction,
                                    const std::wstring& source)
     : application_(application)
     , caption_(application + L" - Error report")
-    , description_(description)
+    , description_(std::move(description))
     , advancedInfo_(L"* Source application (Err.Source): \r\n"
                     L"  " +
                     source +

@@ -8,7 +8,7 @@ namespace tam {
 /// are those that it was given.
 class ErrorReportState {
   public:
-    ErrorReportState(const std::wstring& application, const std::wstring& description,
+    ErrorReportState(const std::wstring& application, std::wstring description,
                      const std::wstring& callingObject, const std::wstring& callingFunction,
                      const std::wstring& source);
 

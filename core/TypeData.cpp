@@ -4,7 +4,7 @@ namespace tam {
 
 std::shared_ptr<TypeData> TypePool::Shared(const std::shared_ptr<TypeData>& data) {
     std::weak_ptr<TypeData>& place = byId_[data->id];
-    if (const auto held = place.lock(); held && *held == *data) {
+    if (auto held = place.lock(); held && *held == *data) {
         return held;
     }
     place = data;

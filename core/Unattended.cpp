@@ -9,7 +9,8 @@ namespace {
 constexpr wchar_t kFirstPrintable = 0x20;
 
 bool IsIn(wchar_t c, unsigned long first, unsigned long last) noexcept {
-    const auto code = static_cast<unsigned long>(c);
+    const auto code =
+        static_cast<unsigned long>(c); // NOLINT(bugprone-signed-char-misuse, cert-str34-c): a wide one
     return code >= first && code <= last;
 }
 

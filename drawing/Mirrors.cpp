@@ -36,6 +36,7 @@ std::vector<Place> PlacesOf(const Sheet& sheet) {
         }
     }
     std::vector<Place> places;
+    places.reserve(inputs.size());
     for (const std::ptrdiff_t more : inputs) {
         places.push_back(more > 0 ? Place::Left : Place::Right);
     }
@@ -82,8 +83,7 @@ bool Mirrors::Collides(const BlockBox& module, const BlockBox& channel, std::siz
     });
 }
 
-Mirrors::Ends Mirrors::EndsOf(const Route& route, const BlockBox& module,
-                              const BlockBox& channel) const noexcept {
+Mirrors::Ends Mirrors::EndsOf(const Route& route, const BlockBox& module, const BlockBox& channel) noexcept {
     const PinId& own = route.mirror.module;
     const PinId& far = route.mirror.channel;
     // The edge of the channel that faces the module. A pin that leaves the channel

@@ -46,7 +46,7 @@ class Mirrors {
         Point module;
         Point channel;
     };
-    Ends EndsOf(const Route& route, const BlockBox& module, const BlockBox& channel) const noexcept;
+    static Ends EndsOf(const Route& route, const BlockBox& module, const BlockBox& channel) noexcept;
     void PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
                      const std::vector<BlockBox>& channels) const;
     void PaintAround(Drawing& drawing, const BlockBox& module, const std::vector<BlockBox>& channels) const;

@@ -80,7 +80,7 @@ bool ReadArguments(std::span<char*> arguments, check::ProgramOptions& options) {
             return std::string(arguments[++i]);
         };
         const auto nextPath = [&] {
-            const std::string path = next();
+            std::string path = next();
             if (path.empty()) {
                 throw UsageError(word + " needs a name");
             }
@@ -135,6 +135,7 @@ int main(int count, char** values) {
     if (IsTerminal(STDERR_FILENO)) {
         options.showProgress = ShowProgress;
         winsize size{};
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system has no other
         if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1) {
             options.width = size.ws_col - 1U; // a full line would be followed by an empty one
         }

@@ -14,7 +14,7 @@ enum class Kind { Input, Output, Attribute };
 struct PointId {
     Kind kind = Kind::Attribute;
     std::wstring name;
-    auto operator<=>(const PointId&) const = default;
+    auto operator<=>(const PointId&) const = default; // NOLINT(modernize-use-nullptr): it has none
 };
 
 /// One point as the grid shows it. All texts are as a reader is to see them.
