@@ -331,4 +331,8 @@ Section "Uninstall"
     RMDir "$1"
   ${EndIf}
   DeleteRegKey SHCTX "${APPS}"
+  ${If} $Scope == "CurrentUser"
+    ; A user who installed nothing else had no list.
+    DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+  ${EndIf}
 SectionEnd

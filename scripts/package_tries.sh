@@ -40,6 +40,8 @@ try_packages() {
     echo 'WScript.Quit 0' >"$package_folder/first.vbs"
     wine 'C:\windows\syswow64\cscript.exe' //nologo "$(windows_path "$package_folder/first.vbs")"
     "$(wine64_loader)" 'C:\windows\system32\cscript.exe' //nologo "$(windows_path "$package_folder/first.vbs")"
+    # Every user of Windows has this key; in Wine the first class makes it.
+    wine reg add 'HKCU\Software\Classes' /f
     version=$(sed -n 's/^project(O_Tam_id VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")
 
     try_to "SHA256SUMS names every package and its sum" try_sums
