@@ -54,7 +54,7 @@ std::string BytesOf(IPicture& picture) {
 com::Ref<IPicture> PictureOf(Host& host) {
     com::Ref<IDispatch> object;
     host.Step("Icon", [&] { com::Call(host.App(), &IAppObject::get_Icon, object.Put()); });
-    const auto picture = object.As<IPicture>();
+    auto picture = object.As<IPicture>();
     if (!picture) {
         throw BenchError(E_FAIL, "the component answered no picture");
     }

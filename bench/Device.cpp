@@ -107,7 +107,7 @@ bool OpenedDevice::IsChannelObject(const std::wstring& identifier) {
 
 std::wstring OpenedDevice::IdentifierOf(const std::wstring& kind) {
     const bool hasAny = IsChannelObject(IdentifierOfKind(kCommonKind));
-    const std::wstring identifier = IdentifierOfKind(kind);
+    std::wstring identifier = IdentifierOfKind(kind);
     const bool isKnown = IsChannelObject(identifier);
     host_.Step("choosing the kind of channel", [&] {
         if (!hasAny) {

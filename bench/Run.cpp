@@ -154,7 +154,8 @@ Outcome RunOnce(const Options& options, const std::string& problem = "") {
 void ComplainOf(const std::vector<std::string>& reasons, const std::string& about) {
     const Screen screen = ErrorScreen();
     for (const std::string& reason : reasons) {
-        Complain(Painted("tambench: ", Ink::Fault, screen) + about + reason + "\n");
+        std::string line = Painted("tambench: ", Ink::Fault, screen);
+        Complain(line.append(about).append(reason).append("\n"));
     }
 }
 

@@ -14,12 +14,14 @@ constexpr DWORD kServers = CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER;
 /// A class may be registered for programs of the other kind alone.
 constexpr const wchar_t* kPrograms = sizeof(void*) == 4 ? L"32-bit programs" : L"64-bit programs";
 
+constexpr HRESULT CodeOf(LONG windowsError) noexcept {
+    return HRESULT_FROM_WIN32(windowsError);
+}
+
 /// COM has no code for a DLL that is not there: it passes the loader's on.
 bool IsOfTheLoader(HRESULT code) noexcept {
-    return code == CO_E_DLLNOTFOUND || code == CO_E_ERRORINDLL ||
-           code == HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND) ||
-           code == HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND) ||
-           code == HRESULT_FROM_WIN32(ERROR_BAD_EXE_FORMAT);
+    return code == CO_E_DLLNOTFOUND || code == CO_E_ERRORINDLL || code == CodeOf(ERROR_MOD_NOT_FOUND) ||
+           code == CodeOf(ERROR_FILE_NOT_FOUND) || code == CodeOf(ERROR_BAD_EXE_FORMAT);
 }
 
 std::wstring TextOf(REFCLSID clsid) {

@@ -78,7 +78,7 @@ void GiveAllSlotsBack() {
 // its slot.
 constexpr int kFirstOfAll = 101;
 [[gnu::constructor(kFirstOfAll)]] void GiveSlotsBackAtTheEnd() {
-    std::atexit(&GiveAllSlotsBack);
+    static_cast<void>(std::atexit(&GiveAllSlotsBack)); // without it the slots stay taken, no more
 }
 
 } // namespace
@@ -89,10 +89,13 @@ constexpr int kFirstOfAll = 101;
 #define TAM_IMPORT(name, bytes) asm("__imp__" name "@" bytes)
 #endif
 extern "C" {
+// The names that the compiler gives to imports.
+// NOLINTBEGIN(readability-identifier-naming, cppcoreguidelines-avoid-non-const-global-variables)
 extern DWORD(WINAPI* const importOfTlsAlloc)() TAM_IMPORT("TlsAlloc", "0");
 extern BOOL(WINAPI* const importOfTlsFree)(DWORD) TAM_IMPORT("TlsFree", "4");
 DWORD(WINAPI* const importOfTlsAlloc)() = &TakeSlot;
 BOOL(WINAPI* const importOfTlsFree)(DWORD) = &GiveSlotBack;
+// NOLINTEND(readability-identifier-naming, cppcoreguidelines-avoid-non-const-global-variables)
 }
 #undef TAM_IMPORT
 

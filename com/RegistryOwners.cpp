@@ -180,8 +180,9 @@ std::vector<std::wstring> RegistryOwners::KeyNames(const std::wstring& path) con
 bool RegistryOwners::LibraryExists(const std::wstring& id) const {
     const std::wstring library = L"TypeLib\\" + id;
     for (const std::wstring& version : KeyNames(library)) {
-        for (const std::wstring& language : KeyNames(library + L"\\" + version)) {
-            const std::wstring key = library + L"\\" + version + L"\\" + language + L"\\";
+        const std::wstring ofVersion = std::wstring(library).append(L"\\").append(version);
+        for (const std::wstring& language : KeyNames(ofVersion)) {
+            const std::wstring key = std::wstring(ofVersion).append(L"\\").append(language).append(L"\\");
             if (FileExists(LibraryFile(Text(key + kThisKind))) ||
                 FileExists(PathOfOtherKind(LibraryFile(Text(key + kOtherKind))))) {
                 return true;

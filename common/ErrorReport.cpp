@@ -9,6 +9,7 @@
 namespace tam {
 
 namespace {
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the dialogs hand themselves down
 ErrorReportDialog reportDialog = nullptr;
 } // namespace
 

@@ -19,6 +19,7 @@ std::wstring Now() {
     SYSTEMTIME now{};
     GetSystemTime(&now);
     std::array<wchar_t, 32> text{};
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg, cert-err33-c): numbers of 16 bits fit
     std::swprintf(text.data(), text.size(), L"%04u-%02u-%02uT%02u:%02u:%02u.%03uZ", now.wYear, now.wMonth,
                   now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
     return text.data();

@@ -54,7 +54,7 @@ void CopyToClipboard(HWND window, const std::wstring& text) noexcept {
     const CloseClipboardAtEnd close;
     EmptyClipboard();
     if (SetClipboardData(CF_UNICODETEXT, memory.get()) != nullptr) {
-        memory.release(); // the clipboard's own from here on
+        static_cast<void>(memory.release()); // the clipboard's own from here on
     }
 }
 

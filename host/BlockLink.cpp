@@ -82,6 +82,8 @@ com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link)
     return TypeFor(link, com::View(text.Get().bstrVal));
 }
 
+// The caller's own may be replaced while the type is asked.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): held by the copy
 std::wstring TypeId(com::Ref<ISNVType> type) {
     com::Bstr id;
     if (type) {

@@ -47,6 +47,8 @@ bool IsGone(HRESULT result) noexcept {
     return result == CO_E_OBJNOTCONNECTED || result == RPC_E_DISCONNECTED;
 }
 
+// The caller's own may be replaced while the type is asked.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): held by the copy
 std::wstring ReadText(com::Ref<ISNVType> type, HRESULT (STDMETHODCALLTYPE ISNVType::*member)(BSTR*)) {
     com::Bstr text;
     if (type) {
@@ -142,7 +144,7 @@ std::wstring GenericAttribute::Limit(const wchar_t* keyword,
 
 // The interceptor may give the member that the text stands in another value.
 // cppcheck-suppress passedByValue
-std::wstring GenericAttribute::Display(std::wstring value) {
+std::wstring GenericAttribute::Display(std::wstring value) { // NOLINT(performance-unnecessary-value-param)
     const std::wstring type = SNVTName();
     const std::wstring entries = EnumDesc();
     DisplayRule rule{type, entries};

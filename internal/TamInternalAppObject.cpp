@@ -153,16 +153,16 @@ STDMETHODIMP TamInternalAppObject::Create() {
 void TamInternalAppObject::WrapPoints() {
     com::Ref<IInputs> inputs;
     com::Call(inner_, &IAppObject::get_Inputs, inputs.Put());
-    auto newInputs = TamInternalInputs::Make(inputs, *this);
+    const auto newInputs = TamInternalInputs::Make(inputs, *this);
     com::Ref<IOutputs> outputs;
     com::Call(inner_, &IAppObject::get_Outputs, outputs.Put());
-    auto newOutputs = TamInternalOutputs::Make(outputs, *this);
+    const auto newOutputs = TamInternalOutputs::Make(outputs, *this);
     com::Ref<IAttributes> attributes;
     com::Call(inner_, &IAppObject::get_Attributes, attributes.Put());
     attributes_ = TamInternalAttributes::Make(attributes, *this);
     // All three are there: new inputs never stand beside old outputs.
-    inputs_ = std::move(newInputs);
-    outputs_ = std::move(newOutputs);
+    inputs_ = newInputs;
+    outputs_ = newOutputs;
 }
 
 dom::Document TamInternalAppObject::DefinitionDocument() const {

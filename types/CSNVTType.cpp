@@ -119,7 +119,7 @@ const TypeData& CSNVTType::Data() const noexcept {
 
 TypeData& CSNVTType::Own() {
     if (data_.use_count() != 1) {
-        data_ = std::shared_ptr<TypeData>(new TypeData(Data()));
+        data_ = std::make_shared<TypeData>(Data());
     }
     return *data_;
 }
@@ -131,7 +131,7 @@ bool CSNVTType::SetId(const std::wstring& id) noexcept {
         if (readings_ == 1) {
             // New even where nobody shares the old: a message of the host may let
             // another type find that, and this one is written to as it is read.
-            data_ = std::shared_ptr<TypeData>(new TypeData(Data()));
+            data_ = std::make_shared<TypeData>(Data());
         }
         TypeData& data = Own();
         if (Trimmed(id).empty()) {

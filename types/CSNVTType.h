@@ -63,8 +63,8 @@ class CSNVTType final : public com::DualObject<CSNVTType, ISNVType, IEnumType> {
     /// What this type alone holds, to be changed.
     TypeData& Own();
     // True when nothing was shown.
-    bool ReadEntry(const std::wstring& id, TypeData& data);
-    bool ReadGeneralType(CatalogueFields& fields, const std::wstring& id, TypeData& data);
+    static bool ReadEntry(const std::wstring& id, TypeData& data);
+    static bool ReadGeneralType(CatalogueFields& fields, const std::wstring& id, TypeData& data);
 
     /// Null for a type that says nothing yet. Shared with other types that say the
     /// same, but not while it is read.
