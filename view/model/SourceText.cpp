@@ -110,4 +110,23 @@ std::size_t SourceText::ShownOffsetOf(SourcePlace place, std::size_t lineEndSize
     return units_[line - 1] + (line - 1) * lineEndSize + UnitsBefore({line, column});
 }
 
+SourcePlace SourceText::PlaceOfShown(std::size_t offset, std::size_t lineEndSize) const noexcept {
+    std::size_t first = 0;
+    for (std::size_t past = units_.size(); past - first > 1;) { // the last line that begins there or before
+        const std::size_t middle = first + (past - first) / 2;
+        (units_[middle] + middle * lineEndSize <= offset ? first : past) = middle;
+    }
+    const std::string_view line = Line(first + 1);
+    const std::size_t wanted = offset - std::min(offset, units_[first] + first * lineEndSize);
+    SourcePlace place{first + 1, 1};
+    std::size_t units = 0;
+    for (std::size_t at = 0; at < line.size(); ++place.column) {
+        units += UnitsOf(check::NextCharacter(line, at));
+        if (units > wanted) {
+            break;
+        }
+    }
+    return place;
+}
+
 } // namespace view

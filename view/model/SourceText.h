@@ -36,6 +36,9 @@ class SourceText {
     /// there a place is.
     std::u16string Shown(std::u16string_view lineEnd) const;
     std::size_t ShownOffsetOf(SourcePlace place, std::size_t lineEndSize) const noexcept;
+    /// The place of what is so far in there. Within a line's end it is the end of the line,
+    /// between the halves of a character that character.
+    SourcePlace PlaceOfShown(std::size_t offset, std::size_t lineEndSize) const noexcept;
     /// In a line: how many UTF-16 units are before a column.
     std::size_t UnitsBefore(SourcePlace place) const noexcept;
 

@@ -94,6 +94,24 @@ TEST(SourceTextTest, WhereAPlaceIsShownIsWhatStandsThere) {
     EXPECT_EQ(u'/', shown.at(source.ShownOffsetOf({3, 3}, 2)));
 }
 
+TEST(SourceTextTest, WhatIsShownLeadsBackToItsPlace) {
+    const SourceText source("ab\r\n\n\xF0\x9D\x84\x9E\xC3\xA4x");
+    EXPECT_EQ((SourcePlace{1, 1}), source.PlaceOfShown(0, 2));
+    EXPECT_EQ((SourcePlace{1, 3}), source.PlaceOfShown(2, 2));
+    EXPECT_EQ((SourcePlace{1, 3}), source.PlaceOfShown(3, 2)) << "within the end of the line";
+    EXPECT_EQ((SourcePlace{2, 1}), source.PlaceOfShown(4, 2));
+    EXPECT_EQ((SourcePlace{3, 1}), source.PlaceOfShown(6, 2));
+    EXPECT_EQ((SourcePlace{3, 1}), source.PlaceOfShown(7, 2)) << "within a character of two units";
+    EXPECT_EQ((SourcePlace{3, 2}), source.PlaceOfShown(8, 2));
+    EXPECT_EQ((SourcePlace{3, 3}), source.PlaceOfShown(9, 2));
+    EXPECT_EQ((SourcePlace{3, 4}), source.PlaceOfShown(10, 2));
+    EXPECT_EQ((SourcePlace{3, 4}), source.PlaceOfShown(99, 2)) << "past the end";
+    for (const SourcePlace place :
+         {SourcePlace{1, 2}, SourcePlace{2, 1}, SourcePlace{3, 2}, SourcePlace{3, 4}}) {
+        EXPECT_EQ(place, source.PlaceOfShown(source.ShownOffsetOf(place, 1), 1));
+    }
+}
+
 TEST(SourceTextTest, EveryPlaceOfAByteLeadsBackToIt) {
     const std::string text = "<a>\r\n\t\xC3\xA4\n\r\xE2\x82\xAC</a>";
     const SourceText source(text);
