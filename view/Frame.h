@@ -42,12 +42,11 @@ class Frame : public Window {
     bool Translate(MSG& message);
 
   private:
-    /// A page of the lists: points of a kind, and what is typed into the filter.
+    /// A page of the lists: points of a kind.
     struct PointPage {
         Kind kind;
         RowTable table;
         std::unique_ptr<ListPane> pane;
-        std::wstring filter;
     };
     static constexpr std::size_t kPointPages = 3;
     static constexpr std::size_t kCatalogue = 3;
@@ -102,27 +101,35 @@ class Frame : public Window {
     int Ask(const std::wstring& words, UINT kind);
 
     // Frame_Pages.cpp
-    ListPane& PaneOf(std::size_t page);
+    ListPane& PaneOf(std::size_t page) const;
     Listing& ListingOf(std::size_t page);
     /// Null for another window than a list.
     ListPane* PaneOf(HWND list) const;
-    /// The findings when they have the focus, else the list of the page.
+    /// The findings when they or their filter have the focus, else the list of the page.
     ListPane& PaneInFocus() const;
     LRESULT OnNotify(NMHDR& head);
     void ShowPage(std::size_t page);
     /// With the keyboard.
     void GoToPage(std::size_t page);
     void GoToList();
-    void GoToFilter();
-    void OnFilter();
-    void Filter(const std::wstring& words);
-    void ClearFilter();
     /// As a click on the heading of the list in focus.
     void Sort(std::size_t column);
     void FitColumns();
     void StepColumn(bool isForward);
     void WidenColumn(bool isWider);
     void SayWidth(const ListPane& pane, std::size_t column);
+
+    // Frame_Filter.cpp
+    ListPane& FilteredPane() const;
+    Listing& FilteredList();
+    void AimFilter(bool isAtFindings);
+    void ShowFilter();
+    void OnFilter();
+    /// As a letter that is typed into a list.
+    void Filter(bool isOfFindings, wchar_t letter);
+    void GoToFilter();
+    void ClearFilter();
+    void ShowAllRows(std::size_t page);
 
     // Frame_Focus.cpp
     void ShowParts(bool findings, bool source);
@@ -203,6 +210,7 @@ class Frame : public Window {
 
     // Frame_Findings.cpp
     void ShowFindings();
+    void ShowCountOfFindings();
     void GoToFinding(std::size_t row);
     void StepFinding(bool isForward);
     void ShowSource();
@@ -249,7 +257,6 @@ class Frame : public Window {
     std::vector<TypeRow> types_;
     Listing typeList_;
     std::unique_ptr<ListPane> typePane_;
-    std::wstring typeFilter_;
     /// What was wrong with the load, and what the checks said.
     std::vector<FindingRow> checked_;
     BoxLog boxes_;
@@ -260,6 +267,7 @@ class Frame : public Window {
     Listing findingList_;
     std::unique_ptr<ListPane> findingPane_;
     std::size_t page_ = 0;
+    bool isFindingsFiltered_ = false;
 
     std::unique_ptr<Session> session_;
     bool isLoaded_ = false;

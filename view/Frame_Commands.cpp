@@ -40,7 +40,7 @@ struct Frame::Command {
 
 const Frame::Command* Frame::CommandOf(int wanted) {
     constexpr auto kLoaded = [](const Frame& frame, int) { return frame.isLoaded_; };
-    constexpr auto kHasFindings = [](const Frame& frame, int) { return !frame.findings_.empty(); };
+    constexpr auto kHasFindings = [](const Frame& frame, int) { return frame.findingList_.Shown() > 0; };
     constexpr auto kHasValue = [](const Frame& frame, int) { return frame.HasPickedValue(); };
     static constexpr Command kCommands[] = {
         {IDM_FILE_OPEN, IDM_FILE_OPEN, Act<&Frame::OpenChosen>},

@@ -35,10 +35,6 @@ void Frame::ShowFindings() {
     findings_.insert(findings_.end(), boxes_.Latest().begin(), boxes_.Latest().end());
     SortByWeight(findings_);
     findingTexts_.clear();
-    std::size_t errors = boxes_.All();
-    for (const FindingRow& finding : checked_) {
-        errors += finding.weight == Weight::Box || finding.weight == Weight::Error ? 1U : 0U;
-    }
     for (const FindingRow& finding : findings_) {
         constexpr UINT kWords[] = {IDS_BOX, IDS_ERROR, IDS_WARNING, IDS_NOTE};
         findingTexts_.push_back({Text(kWords[static_cast<std::size_t>(finding.weight)]),
@@ -56,12 +52,26 @@ void Frame::ShowFindings() {
             findingPane_->Pick(static_cast<std::size_t>(same - findingTexts_.begin()));
         }
     }
-    const std::wstring title = !session_ ? Text(IDS_FINDINGS)
-                               : findings_.empty()
-                                   ? Text(IDS_NO_FINDINGS)
-                                   : Text(IDS_FINDINGS_COUNT, std::to_wstring(checked_.size() + boxes_.All()),
-                                          std::to_wstring(errors));
-    SetWindowTextW(findingsTitle_, title.c_str());
+    ShowCountOfFindings();
+    UpdateStatus();
+}
+
+void Frame::ShowCountOfFindings() {
+    std::size_t errors = boxes_.All();
+    for (const FindingRow& finding : checked_) {
+        errors += finding.weight == Weight::Box || finding.weight == Weight::Error ? 1U : 0U;
+    }
+    std::wstring title = !session_ ? Text(IDS_FINDINGS)
+                         : findings_.empty()
+                             ? Text(IDS_NO_FINDINGS)
+                             : Text(IDS_FINDINGS_COUNT, std::to_wstring(checked_.size() + boxes_.All()),
+                                    std::to_wstring(errors));
+    if (findingList_.Shown() != findingList_.Rows()) {
+        title = Text(IDS_FINDINGS_SHOWN, title, std::to_wstring(findingList_.Shown()));
+    }
+    if (TextOf(findingsTitle_) != title) {
+        SetWindowTextW(findingsTitle_, title.c_str());
+    }
 }
 
 void Frame::GoToFinding(std::size_t row) {

@@ -14,6 +14,9 @@ void Frame::ShowParts(bool findings, bool source) {
     if (source) {
         ShowSource();
     }
+    if (isFindingsFiltered_ && !findings) {
+        AimFilter(false);
+    }
     UpdateTools();
 }
 

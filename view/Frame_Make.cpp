@@ -170,7 +170,7 @@ void Frame::MakePointPage(std::size_t index, Kind kind, int id, const wchar_t* k
     events.failed = [this](const std::wstring& words) { OnProblem(words); };
     events.picked = [this, idOf](std::size_t row) { OnRowPicked(idOf(row)); };
     events.opened = [this, idOf](std::size_t row) { OpenEditor(idOf(row)); };
-    events.typed = [this](wchar_t letter) { Filter(std::wstring(1, letter)); };
+    events.typed = [this](wchar_t letter) { Filter(false, letter); };
     events.entered = [this, idOf](std::size_t row, const std::wstring& text) {
         OnCellEntered(idOf(row), text);
     };
@@ -188,7 +188,7 @@ void Frame::MakeCatalogue() {
         return *cells[column];
     };
     ListPane::Events events;
-    events.typed = [this](wchar_t letter) { Filter(std::wstring(1, letter)); };
+    events.typed = [this](wchar_t letter) { Filter(false, letter); };
     std::vector<ListPane::Column> columns = {{IDS_COLUMN_NUMBER, 60, true},
                                              {IDS_COLUMN_NAME, 170},
                                              {IDS_COLUMN_KIND, 110},
@@ -217,6 +217,7 @@ void Frame::MakeFindings() {
     };
     ListPane::Events events;
     events.failed = [this](const std::wstring& words) { OnProblem(words); };
+    events.typed = [this](wchar_t letter) { Filter(true, letter); };
     // While a file is loaded the list still shows the former file's.
     events.picked = [this](std::size_t row) {
         if (busy_ == 0) {
@@ -248,7 +249,8 @@ void Frame::SetFonts() {
     const HFONT normal = fonts->normal.Get();
     const auto widthOf = [normal](UINT text) { return static_cast<int>(SizeOf(normal, Text(text)).cx); };
     room_.line = std::max(scaling_(24), static_cast<int>(SizeOf(normal, L"Ag").cy) + scaling_(8));
-    room_.label = std::max(scaling_(44), widthOf(IDS_FILTER) + scaling_(8));
+    room_.label =
+        std::max(scaling_(44), std::max(widthOf(IDS_FILTER), widthOf(IDS_FILTER_FINDINGS)) + scaling_(8));
     room_.stop = std::max(scaling_(64), widthOf(IDS_STOP) + scaling_(20));
     const std::wstring many = L"99999";
     const std::wstring parts[] = {Text(IDS_SHOWN_OF, many, many), Text(IDS_UNSAVED, many), Text(IDS_UNITS_SI),

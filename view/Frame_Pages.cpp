@@ -7,7 +7,7 @@
 
 namespace view {
 
-ListPane& Frame::PaneOf(std::size_t page) {
+ListPane& Frame::PaneOf(std::size_t page) const {
     return page < kPointPages ? *pages_.at(page).pane : *typePane_;
 }
 
@@ -30,9 +30,9 @@ ListPane* Frame::PaneOf(HWND list) const {
 }
 
 ListPane& Frame::PaneInFocus() const {
-    return GetFocus() == findingPane_->Handle() ? *findingPane_
-           : page_ < kPointPages                ? *pages_.at(page_).pane
-                                                : *typePane_;
+    const HWND focus = GetFocus();
+    const bool isInFindings = focus == findingPane_->Handle() || (focus == filter_ && isFindingsFiltered_);
+    return isInFindings ? *findingPane_ : PaneOf(page_);
 }
 
 LRESULT Frame::OnNotify(NMHDR& head) {
@@ -41,6 +41,9 @@ LRESULT Frame::OnNotify(NMHDR& head) {
         return 0;
     }
     if (ListPane* const pane = PaneOf(head.hwndFrom)) {
+        if (head.code == static_cast<UINT>(NM_SETFOCUS)) {
+            AimFilter(pane == findingPane_.get());
+        }
         return pane->OnNotify(head);
     }
     return Window::OnMessage(WM_NOTIFY, head.idFrom, reinterpret_cast<LPARAM>(&head));
@@ -55,12 +58,7 @@ void Frame::ShowPage(std::size_t page) {
         }
     }
     ShowWindow(PaneOf(page).Handle(), SW_SHOWNA);
-    const std::wstring words = page < kPointPages ? pages_.at(page).filter : typeFilter_;
-    if (TextOf(filter_) != words) {
-        SetWindowTextW(filter_, words.c_str());
-    }
-    UpdateTools();
-    UpdateStatus();
+    AimFilter(false);
 }
 
 void Frame::GoToPage(std::size_t page) {
@@ -69,36 +67,7 @@ void Frame::GoToPage(std::size_t page) {
 }
 
 void Frame::GoToList() {
-    SetFocus(PaneOf(page_).Handle());
-}
-
-void Frame::OnFilter() {
-    std::wstring& known = page_ < kPointPages ? pages_.at(page_).filter : typeFilter_;
-    const std::wstring words = TextOf(filter_);
-    if (words == known) {
-        return;
-    }
-    known = words;
-    ListingOf(page_).Filter(words);
-    PaneOf(page_).Update();
-    UpdateTools();
-    UpdateStatus();
-}
-
-void Frame::Filter(const std::wstring& words) {
-    SetFocus(filter_);
-    SetWindowTextW(filter_, words.c_str());
-    Send(filter_, EM_SETSEL, words.size(), words.size());
-}
-
-void Frame::GoToFilter() {
-    SetFocus(filter_);
-    Send(filter_, EM_SETSEL, 0, -1);
-}
-
-void Frame::ClearFilter() {
-    SetWindowTextW(filter_, L"");
-    GoToList();
+    SetFocus(FilteredPane().Handle());
 }
 
 void Frame::Sort(std::size_t column) {

@@ -26,7 +26,7 @@ void Frame::UpdateStatus() {
     const auto set = [this](int part, const std::wstring& text) {
         Send(status_, SB_SETTEXTW, part, text.c_str());
     };
-    const Listing& list = ListingOf(page_);
+    const Listing& list = FilteredList();
     const std::wstring shown = std::to_wstring(list.Shown());
     const bool isFiltered = list.Shown() != list.Rows();
     set(VIEW_STATUS_SHOWN,

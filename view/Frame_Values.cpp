@@ -253,8 +253,7 @@ void Frame::PickPoint(const PointId& id) {
     isPicking_ = true;
     const auto at = static_cast<std::size_t>(row - page.table.Rows().data());
     if (!page.pane->Pick(at)) {
-        SetWindowTextW(filter_, L""); // the filter hides it
-        OnFilter();
+        ShowAllRows(number); // the filter hides it
         page.pane->Pick(at);
     }
     isPicking_ = false;

@@ -26,7 +26,7 @@
 #define IDC_SHEET 1003
 // A tab control with a page for each list, in the order of the lists' identifiers.
 #define IDC_PAGES 1004
-// What is typed here filters the page's list.
+// What is typed here filters the list that had the focus last.
 #define IDC_FILTER 1005
 #define IDC_FILTER_LABEL 1006
 // One virtual list (report view) for each page; the current page's is visible.
@@ -259,6 +259,8 @@
 #define IDS_COLUMN_WIDTH 2126
 #define IDS_COLUMNS_FIT 2127
 #define IDS_OLDER_BOXES 2128
+#define IDS_FILTER_FINDINGS 2129
+#define IDS_FINDINGS_SHOWN 2130
 #define IDS_OPEN_PIN 2108
 #define IDS_PAGES 2109
 #define IDS_CELL_OF 2110
