@@ -64,6 +64,7 @@ Frame::Frame(Settings& settings)
     , listKeys_(LoadKeys(IDR_LIST_ACCELERATORS))
     , undoKeys_(LoadKeys(IDR_UNDO_ACCELERATORS))
     , columnKeys_(LoadKeys(IDR_COLUMN_ACCELERATORS))
+    , sourceKeys_(LoadKeys(IDR_SOURCE_ACCELERATORS))
     , typeList_([this](std::size_t row, std::size_t column) -> std::wstring_view {
         const TypeRow& type = types_.at(row);
         const std::wstring* const cells[] = {&type.number, &type.name,     &type.kind,       &type.unit,
@@ -241,6 +242,10 @@ bool Frame::Translate(MSG& message) {
     const bool isText = IsOfClass(message.hwnd, WC_EDITW);
     const bool isCell = isText && GetDlgCtrlID(message.hwnd) == IDC_CELL;
     const bool hasOwnKeys = isText || IsOfClass(message.hwnd, VIEW_SPLITTER_CLASS);
+    const bool isSource = message.hwnd == sourceBox_ || message.hwnd == search_;
+    if (isSource && TranslateAcceleratorW(Handle(), sourceKeys_.get(), &message) != 0) {
+        return true;
+    }
     if (!isCell && TranslateAcceleratorW(Handle(), keys_.get(), &message) != 0) {
         return true;
     }

@@ -7,6 +7,7 @@
 #include "view/model/FindingRow.h"
 #include "view/model/History.h"
 #include "view/model/RowTable.h"
+#include "view/model/SourceSearch.h"
 #include "view/RecoveryFile.h"
 #include "view/Session.h"
 #include "view/Settings.h"
@@ -138,6 +139,13 @@ class Frame : public Window {
     void FocusSplitter(bool isForward);
     void LeaveSplitter();
 
+    // Frame_Search.cpp
+    bool HasSource() const;
+    void BeginSearch();
+    void EndSearch();
+    /// For what stands in the field.
+    void Search(bool isForward);
+
     // Frame_Menus.cpp
     void UpdateMenu(HMENU menu);
     /// At a place of the screen; at (-1, -1) when a key asked for it.
@@ -215,6 +223,9 @@ class Frame : public Window {
     void StepFinding(bool isForward);
     void ShowSource();
     void GoToSource(const FindingRow& finding);
+    void SelectInSource(TextRange range, SourcePlace place);
+    /// Line and column.
+    static std::wstring WordsOf(SourcePlace place);
 
     struct DestroyTheTable {
         void operator()(HACCEL table) const noexcept { DestroyAcceleratorTable(table); }
@@ -228,12 +239,15 @@ class Frame : public Window {
     Keys undoKeys_;
     /// Those that mean something else on the sheet.
     Keys columnKeys_;
+    /// Those that mean something else outside of the source.
+    Keys sourceKeys_;
     Scaling scaling_;
     std::optional<Fonts> fonts_;
     /// What words take in these fonts, in pixels.
     struct Room {
         int line = 0;
         int label = 0;
+        int search = 0;
         int stop = 0;
         /// The parts of the status line behind the message.
         std::array<int, 4> parts{};
@@ -246,6 +260,8 @@ class Frame : public Window {
     HWND filterLabel_ = nullptr;
     HWND filter_ = nullptr;
     HWND findingsTitle_ = nullptr;
+    HWND searchLabel_ = nullptr;
+    HWND search_ = nullptr;
     HWND sourceTitle_ = nullptr;
     HWND sourceBox_ = nullptr;
     HWND progressLabel_ = nullptr;
@@ -293,6 +309,7 @@ class Frame : public Window {
     /// Whether the unsaved values are on the disk.
     bool isKept_ = false;
     bool isSourceShown_ = false;
+    bool isSearchShown_ = false;
     /// The status line tells of the picked row.
     bool isRowTold_ = false;
     bool isPicking_ = false;

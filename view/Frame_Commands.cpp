@@ -41,6 +41,7 @@ struct Frame::Command {
 const Frame::Command* Frame::CommandOf(int wanted) {
     constexpr auto kLoaded = [](const Frame& frame, int) { return frame.isLoaded_; };
     constexpr auto kHasFindings = [](const Frame& frame, int) { return frame.findingList_.Shown() > 0; };
+    constexpr auto kHasSource = [](const Frame& frame, int) { return frame.HasSource(); };
     constexpr auto kHasValue = [](const Frame& frame, int) { return frame.HasPickedValue(); };
     static constexpr Command kCommands[] = {
         {IDM_FILE_OPEN, IDM_FILE_OPEN, Act<&Frame::OpenChosen>},
@@ -75,6 +76,11 @@ const Frame::Command* Frame::CommandOf(int wanted) {
          [](const Frame& frame, int) {
              return GetWindowTextLengthW(frame.filter_) > 0 || GetFocus() == frame.filter_;
          }},
+        {IDM_EDIT_FIND, IDM_EDIT_FIND, Act<&Frame::BeginSearch>, kHasSource},
+        {IDM_EDIT_FIND_NEXT, IDM_EDIT_FIND_NEXT, Act<&Frame::Search, true>, kHasSource},
+        {IDM_EDIT_FIND_PREVIOUS, IDM_EDIT_FIND_PREVIOUS, Act<&Frame::Search, false>, kHasSource},
+        {IDM_EDIT_FIND_END, IDM_EDIT_FIND_END, Act<&Frame::EndSearch>,
+         [](const Frame& frame, int) { return frame.isSearchShown_; }},
 
         {IDM_VIEW_ATTRIBUTES, IDM_VIEW_CATALOGUE, ActOn<&Frame::GoToPage, IDM_VIEW_ATTRIBUTES>},
         {IDM_VIEW_LIST, IDM_VIEW_LIST, Act<&Frame::GoToList>},
@@ -191,7 +197,7 @@ void Frame::Copy() {
 }
 
 void Frame::ShowKeys() {
-    Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2) + Text(IDS_KEYS_3) + Text(IDS_KEYS_4),
+    Ask(Text(IDS_KEYS_1) + Text(IDS_KEYS_2) + Text(IDS_KEYS_3) + Text(IDS_KEYS_5) + Text(IDS_KEYS_4),
         MB_OK | MB_ICONINFORMATION);
 }
 

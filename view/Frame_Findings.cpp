@@ -38,9 +38,7 @@ void Frame::ShowFindings() {
     for (const FindingRow& finding : findings_) {
         constexpr UINT kWords[] = {IDS_BOX, IDS_ERROR, IDS_WARNING, IDS_NOTE};
         findingTexts_.push_back({Text(kWords[static_cast<std::size_t>(finding.weight)]),
-                                 finding.line == 0
-                                     ? std::wstring()
-                                     : std::to_wstring(finding.line) + L":" + std::to_wstring(finding.column),
+                                 finding.line == 0 ? std::wstring() : WordsOf({finding.line, finding.column}),
                                  bench::Wide(finding.message), bench::Wide(finding.rule)});
     }
     findingList_.Reset(findings_.size(), kColumnsOfFindings);
@@ -127,10 +125,17 @@ void Frame::GoToSource(const FindingRow& finding) {
     const std::size_t begin = source.ShownOffsetOf({finding.line, finding.column}, kLineEnd);
     const std::size_t end =
         std::max(begin, source.ShownOffsetOf({finding.endLine, finding.endColumn}, kLineEnd));
-    Send(sourceBox_, EM_SETSEL, end, begin);
+    SelectInSource({begin, end}, {finding.line, finding.column});
+}
+
+void Frame::SelectInSource(TextRange range, SourcePlace place) {
+    Send(sourceBox_, EM_SETSEL, range.end, range.begin);
     Send(sourceBox_, EM_SCROLLCARET);
-    const std::wstring place = std::to_wstring(finding.line) + L":" + std::to_wstring(finding.column);
-    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_AT, NameOf(session_->SourceFile()), place).c_str());
+    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE_AT, NameOf(session_->SourceFile()), WordsOf(place)).c_str());
+}
+
+std::wstring Frame::WordsOf(SourcePlace place) {
+    return std::to_wstring(place.line) + L":" + std::to_wstring(place.column);
 }
 
 } // namespace view

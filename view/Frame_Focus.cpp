@@ -28,7 +28,8 @@ void Frame::MoveFocus(bool isForward) {
     if (settings_.showsSource) {
         parts.push_back(sourceBox_);
     }
-    const auto found = std::find(parts.begin(), parts.end(), GetFocus());
+    const HWND focus = GetFocus();
+    const auto found = std::find(parts.begin(), parts.end(), focus == search_ ? sourceBox_ : focus);
     const std::size_t at = found == parts.end() ? 1 : static_cast<std::size_t>(found - parts.begin());
     SetFocus(parts[(at + (isForward ? 1 : parts.size() - 1)) % parts.size()]);
 }

@@ -95,13 +95,24 @@ void Frame::Layout() {
     Place(findingsTitle_, {panes.left + scaling_(kGap), panes.top, findingsEnd, panes.top + line});
     Place(findingPane_->Handle(), {panes.left, panes.top + line, findingsEnd, panes.bottom});
     Place(splitters_[2]->Handle(), {findingsEnd, panes.top, sourceStart, panes.bottom});
-    Place(sourceTitle_, {sourceStart + scaling_(kGap), panes.top, panes.right, panes.top + line});
+    const bool isSearchShown = settings_.showsSource && isSearchShown_;
+    const long searchLeft =
+        std::max<long>(sourceStart + room_.search, panes.right - scaling_(kFilterWidth + kGap));
+    Place(sourceTitle_, {sourceStart + scaling_(kGap), panes.top,
+                         isSearchShown ? searchLeft - room_.search : panes.right, panes.top + line});
+    Place(searchLabel_,
+          {searchLeft - room_.search, panes.top, searchLeft - scaling_(kGap), panes.top + line});
+    Place(search_, {searchLeft, panes.top + scaling_(1), panes.right - scaling_(kGap),
+                    panes.top + line - scaling_(1)});
     Place(sourceBox_, {sourceStart, panes.top + line, panes.right, panes.bottom});
     for (const HWND part : {findingsTitle_, findingPane_->Handle()}) {
         SetShown(part, settings_.showsFindings);
     }
     for (const HWND part : {sourceTitle_, sourceBox_}) {
         SetShown(part, settings_.showsSource);
+    }
+    for (const HWND part : {searchLabel_, search_}) {
+        SetShown(part, isSearchShown);
     }
     SetShown(splitters_[2]->Handle(), hasBoth);
 

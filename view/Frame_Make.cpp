@@ -12,6 +12,17 @@ namespace view {
 
 namespace {
 
+/// The commands of the keys in a field.
+struct FieldKeys {
+    int enter;
+    /// With Shift.
+    int enterBack;
+    int down;
+    int escape;
+};
+constexpr FieldKeys kFilterKeys{IDM_VIEW_LIST, IDM_VIEW_LIST, IDM_VIEW_LIST, IDM_EDIT_CLEAR_FILTER};
+constexpr FieldKeys kSearchKeys{IDM_EDIT_FIND_NEXT, IDM_EDIT_FIND_PREVIOUS, 0, IDM_EDIT_FIND_END};
+
 HWND MakeControl(HWND parent, const wchar_t* kind, const wchar_t* text, DWORD style, int id,
                  DWORD exStyle = 0) {
     const HWND control = CreateWindowExW(exStyle, kind, text, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 0, 0,
@@ -23,16 +34,25 @@ HWND MakeControl(HWND parent, const wchar_t* kind, const wchar_t* text, DWORD st
     return control;
 }
 
-LRESULT CALLBACK OnFilterMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                 DWORD_PTR data) noexcept {
-    auto* const frame = reinterpret_cast<HWND>(data);
-    const bool isKey = message == WM_KEYDOWN;
-    if (isKey && (wParam == VK_DOWN || wParam == VK_RETURN)) {
-        PostMessageW(frame, WM_COMMAND, IDM_VIEW_LIST, 0);
+int CommandOfKey(const FieldKeys& keys, WPARAM key) noexcept {
+    switch (key) {
+    case VK_RETURN:
+        return GetKeyState(VK_SHIFT) < 0 ? keys.enterBack : keys.enter;
+    case VK_DOWN:
+        return keys.down;
+    case VK_ESCAPE:
+        return keys.escape;
+    default:
         return 0;
     }
-    if (isKey && wParam == VK_ESCAPE) {
-        PostMessageW(frame, WM_COMMAND, IDM_EDIT_CLEAR_FILTER, 0);
+}
+
+LRESULT CALLBACK OnFieldMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                DWORD_PTR keys) noexcept {
+    const int command =
+        message == WM_KEYDOWN ? CommandOfKey(*reinterpret_cast<const FieldKeys*>(keys), wParam) : 0;
+    if (command != 0) {
+        PostMessageW(GetParent(window), WM_COMMAND, static_cast<WPARAM>(command), 0);
         return 0;
     }
     if (message == WM_CHAR && (wParam == L'\r' || wParam == L'\x1B')) {
@@ -73,7 +93,7 @@ void Frame::MakeParts() {
                                WS_VISIBLE | SS_CENTERIMAGE | SS_RIGHT, IDC_FILTER_LABEL);
     filter_ = MakeControl(frame, WC_EDITW, L"", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, IDC_FILTER,
                           WS_EX_CLIENTEDGE);
-    SetWindowSubclass(filter_, OnFilterMessage, 1, reinterpret_cast<DWORD_PTR>(frame));
+    SetWindowSubclass(filter_, OnFieldMessage, 1, reinterpret_cast<DWORD_PTR>(&kFilterKeys));
     tabs_ = MakeControl(frame, WC_TABCONTROLW, Text(IDS_PAGES).c_str(),
                         WS_VISIBLE | WS_TABSTOP | TCS_FOCUSNEVER, IDC_PAGES);
     for (const int title : {IDS_ATTRIBUTES, IDS_INPUTS, IDS_OUTPUTS, IDS_CATALOGUE}) {
@@ -88,6 +108,10 @@ void Frame::MakeParts() {
     MakePointPage(2, Kind::Output, IDC_OUTPUTS, L"Outputs", IDS_OUTPUTS);
     MakeCatalogue();
     MakeFindings();
+    searchLabel_ =
+        MakeControl(frame, WC_STATICW, Text(IDS_SEARCH).c_str(), SS_CENTERIMAGE | SS_RIGHT, IDC_SEARCH_LABEL);
+    search_ = MakeControl(frame, WC_EDITW, L"", WS_TABSTOP | ES_AUTOHSCROLL, IDC_SEARCH, WS_EX_CLIENTEDGE);
+    SetWindowSubclass(search_, OnFieldMessage, 1, reinterpret_cast<DWORD_PTR>(&kSearchKeys));
     sourceTitle_ = MakeControl(frame, WC_STATICW, Text(IDS_SOURCE).c_str(), WS_VISIBLE | SS_CENTERIMAGE,
                                IDC_SOURCE_TITLE);
     sourceBox_ = MakeControl(frame, WC_EDITW, L"",
@@ -251,6 +275,7 @@ void Frame::SetFonts() {
     room_.line = std::max(scaling_(24), static_cast<int>(SizeOf(normal, L"Ag").cy) + scaling_(8));
     room_.label =
         std::max(scaling_(44), std::max(widthOf(IDS_FILTER), widthOf(IDS_FILTER_FINDINGS)) + scaling_(8));
+    room_.search = widthOf(IDS_SEARCH) + scaling_(8);
     room_.stop = std::max(scaling_(64), widthOf(IDS_STOP) + scaling_(20));
     const std::wstring many = L"99999";
     const std::wstring parts[] = {Text(IDS_SHOWN_OF, many, many), Text(IDS_UNSAVED, many), Text(IDS_UNITS_SI),
@@ -260,8 +285,8 @@ void Frame::SetFonts() {
         room_.parts.at(i) =
             std::max(scaling_(kLeast[i]), static_cast<int>(SizeOf(normal, parts[i]).cx) + scaling_(12));
     }
-    for (const HWND control :
-         {toolbar_, filterLabel_, filter_, tabs_, findingsTitle_, sourceTitle_, status_, stop_}) {
+    for (const HWND control : {toolbar_, filterLabel_, filter_, tabs_, findingsTitle_, searchLabel_, search_,
+                               sourceTitle_, status_, stop_}) {
         Send(control, WM_SETFONT, normal, TRUE);
     }
     Send(sourceBox_, WM_SETFONT, fonts->fixed.Get(), TRUE);

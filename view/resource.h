@@ -18,6 +18,9 @@
 // Keys of the lists that mean something else on the sheet.
 #define IDR_COLUMN_ACCELERATORS 105
 
+// Keys of the source that mean something else in the lists.
+#define IDR_SOURCE_ACCELERATORS 106
+
 // Parts of the window, children of the frame: GetDlgItem finds them.
 
 #define IDC_TOOLBAR 1001
@@ -43,6 +46,9 @@
 #define IDC_SOURCE_TITLE 1022
 // The text of the open file, read-only; its selection is where a finding is.
 #define IDC_SOURCE 1023
+// What is searched for in the source; shown while it is wanted.
+#define IDC_SEARCH 1024
+#define IDC_SEARCH_LABEL 1025
 // Splitters between the sheet and the lists, these and the panes, and between the panes.
 #define IDC_SPLIT_SHEET 1030
 #define IDC_SPLIT_PANES 1031
@@ -102,6 +108,12 @@
 #define IDM_EDIT_FILTER 40106
 #define IDM_EDIT_CLEAR_FILTER 40107
 #define IDM_EDIT_SELECT_ALL 40108
+// Shows the field of the words to search for; goes on to the next place of them and to the
+// one before; hides the field.
+#define IDM_EDIT_FIND 40109
+#define IDM_EDIT_FIND_NEXT 40110
+#define IDM_EDIT_FIND_PREVIOUS 40111
+#define IDM_EDIT_FIND_END 40112
 
 #define IDM_VIEW_ATTRIBUTES 40201
 #define IDM_VIEW_INPUTS 40202
@@ -261,6 +273,12 @@
 #define IDS_OLDER_BOXES 2128
 #define IDS_FILTER_FINDINGS 2129
 #define IDS_FINDINGS_SHOWN 2130
+#define IDS_SEARCH 2131
+#define IDS_NOT_FOUND 2132
+#define IDS_FOUND 2133
+#define IDS_FOUND_FROM_START 2134
+#define IDS_FOUND_FROM_END 2135
+#define IDS_KEYS_5 2136
 #define IDS_OPEN_PIN 2108
 #define IDS_PAGES 2109
 #define IDS_CELL_OF 2110
