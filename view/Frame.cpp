@@ -56,6 +56,18 @@ HACCEL LoadKeys(UINT table) noexcept {
     return LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(table));
 }
 
+std::vector<std::wstring> TakeDropped(HDROP drop) {
+    constexpr UINT kCount = 0xFFFFFFFF;
+    std::vector<std::wstring> files(DragQueryFileW(drop, kCount, nullptr, 0));
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto number = static_cast<UINT>(i);
+        files[i].resize(DragQueryFileW(drop, number, nullptr, 0) + std::size_t{1});
+        files[i].resize(DragQueryFileW(drop, number, files[i].data(), static_cast<UINT>(files[i].size())));
+    }
+    DragFinish(drop);
+    return files;
+}
+
 } // namespace
 
 Frame::Frame(Settings& settings)
@@ -194,12 +206,9 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         break;
     case WM_DROPFILES: {
-        auto* const drop = reinterpret_cast<HDROP>(wParam);
-        std::wstring file(DragQueryFileW(drop, 0, nullptr, 0) + std::size_t{1}, L'\0');
-        file.resize(DragQueryFileW(drop, 0, file.data(), static_cast<UINT>(file.size())));
-        DragFinish(drop);
+        const std::vector<std::wstring> files = TakeDropped(reinterpret_cast<HDROP>(wParam));
         SetForegroundWindow(Handle());
-        Open(file);
+        OpenFirst(files);
         return 0;
     }
     case WM_TIMER:

@@ -34,11 +34,9 @@ class Frame : public Window {
 
     /// Shows the window where it was last.
     void Show(int how);
-    /// Opens a file; asks first when something is unsaved.
-    void Open(const std::wstring& file);
     /// Offers what a program that ended without being asked left unsaved, then opens the
-    /// file that the program was started with, if any.
-    void Start(const std::wstring& file);
+    /// first of the files that the program was started with, if any.
+    void Start(const std::vector<std::wstring>& files);
     /// True for a key that is a command, or that moves the focus.
     bool Translate(MSG& message);
 
@@ -171,6 +169,11 @@ class Frame : public Window {
     bool BringBack(const Recovery& recovery);
 
     // Frame_Files.cpp
+    /// Opens a file; asks first when something is unsaved. False when it does not come to that.
+    bool Open(const std::wstring& file);
+    /// The first one: the window shows one file. Of the others it tells.
+    void OpenFirst(const std::vector<std::wstring>& files);
+    void TellOfOthers(std::size_t others);
     /// False when the person thinks better of it.
     bool AskToSave();
     /// The file of a dialog; empty when the person thinks better of it.
@@ -298,6 +301,8 @@ class Frame : public Window {
     History history_;
     RecoveryFile recovery_;
     bool isUs_ = false;
+    /// What the status line tells.
+    std::wstring said_;
     HWND lastFocus_ = nullptr;
     /// Where the keyboard was before it came to a splitter.
     HWND beforeSplitter_ = nullptr;

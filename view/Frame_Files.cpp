@@ -23,10 +23,26 @@ std::wstring WithoutEnding(const std::wstring& path) {
 
 } // namespace
 
-void Frame::Open(const std::wstring& file) {
-    if (busy_ == 0 && AskToSave()) {
-        module_.reset();
-        Load(bench::FullPath(file));
+bool Frame::Open(const std::wstring& file) {
+    if (busy_ > 0 || !AskToSave()) {
+        return false;
+    }
+    module_.reset();
+    Load(bench::FullPath(file));
+    return true;
+}
+
+void Frame::OpenFirst(const std::vector<std::wstring>& files) {
+    if (!files.empty() && Open(files.front())) {
+        TellOfOthers(files.size() - 1);
+    }
+}
+
+void Frame::TellOfOthers(std::size_t others) {
+    if (others == 1) {
+        Say(Text(IDS_OTHER_FILE, said_));
+    } else if (others > 1) {
+        Say(Text(IDS_OTHER_FILES, std::to_wstring(others), said_));
     }
 }
 

@@ -10,13 +10,17 @@
 
 namespace view {
 
-void Frame::Start(const std::wstring& file) {
+void Frame::Start(const std::vector<std::wstring>& files) {
     const auto problem = Try([&] {
         OfferRecovery();
-        const std::wstring path = file.empty() ? file : bench::FullPath(file);
         const bool isGone = isClosing_; // closed while the file of a recovery was loading
-        if (!path.empty() && !isGone && !IsSamePath(path, file_)) {
-            Open(path);
+        if (isGone || files.empty()) {
+            return;
+        }
+        if (IsSamePath(files.front(), file_)) {
+            TellOfOthers(files.size() - 1);
+        } else {
+            OpenFirst(files);
         }
     });
     if (problem) {

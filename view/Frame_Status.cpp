@@ -46,6 +46,7 @@ void Frame::UpdateTitle() {
 }
 
 void Frame::Say(const std::wstring& words) {
+    said_ = words;
     Send(status_, SB_SETTEXTW, VIEW_STATUS_MESSAGE, words.c_str());
 }
 

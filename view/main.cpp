@@ -16,14 +16,16 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
-std::wstring FileOfCommandLine() {
+std::vector<std::wstring> FilesOfCommandLine() {
     int count = 0;
     const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count),
                                                                 &LocalFree);
-    return words && count > 1 ? words.get()[1] : std::wstring();
+    return words && count > 1 ? std::vector<std::wstring>(words.get() + 1, words.get() + count)
+                              : std::vector<std::wstring>();
 }
 
 int Run(int how) {
@@ -37,7 +39,7 @@ int Run(int how) {
     view::Settings settings;
     view::Frame frame(settings);
     frame.Show(how);
-    frame.Start(FileOfCommandLine());
+    frame.Start(FilesOfCommandLine());
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!frame.Translate(message)) {

@@ -52,9 +52,47 @@ TEST_F(OpeningTest, AFileFallsOnTheWindow) {
     Viewer viewer;
     viewer.Drop({Sample(L"channels.xml")});
     AwaitAttributes(viewer, kAttributes);
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, OfSeveralFilesThatFallOnTheWindowTheFirstIsOpened) {
+    Viewer viewer({Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, 8);
+    const auto message = [&] { return viewer.Status(VIEW_STATUS_MESSAGE); };
     viewer.Drop({Sample(L"full.xml"), Sample(L"channels.xml")});
     AwaitAttributes(viewer, 65);
-    EXPECT_TRUE(viewer.Title().starts_with(L"full.xml")) << "the first one of several";
+    EXPECT_TRUE(viewer.Title().starts_with(L"full.xml")) << Narrow(viewer.Title());
+    Await("words of the other one", [&] {
+        return message() == L"1 more file was not opened: the window shows one file at a time. "
+                            L"full.xml is open. Points: 103";
+    });
+    viewer.Drop({Sample(L"channels.xml"), Sample(L"full.xml"), Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Await("words of the others", [&] {
+        return message() == L"2 more files were not opened: the window shows one file at a time. "
+                            L"channels.xml is open. Points: 19";
+    });
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    viewer.Drop({Sample(L"full.xml"), Sample(L"oddities.xml")});
+    viewer.NextBox().Press(IDCANCEL);
+    viewer.Settle();
+    EXPECT_EQ(L"", message()) << "who keeps the file has opened none of them";
+    viewer.Do(IDM_EDIT_UNDO);
+    viewer.Drop({Sample(L"full.xml")});
+    AwaitAttributes(viewer, 65);
+    Await("words of one file", [&] { return message() == L"full.xml is open. Points: 103"; });
+    viewer.Close();
+}
+
+TEST_F(OpeningTest, OfSeveralFilesOfTheCommandLineTheFirstIsOpened) {
+    Viewer viewer({Sample(L"channels.xml"), Sample(L"full.xml"), Sample(L"oddities.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_TRUE(viewer.Title().starts_with(L"channels.xml")) << Narrow(viewer.Title());
+    Await("words of the others", [&] {
+        return viewer.Status(VIEW_STATUS_MESSAGE) ==
+               L"2 more files were not opened: the window shows one file at a time. "
+               L"channels.xml is open. Points: 19";
+    });
     viewer.Close();
 }
 
