@@ -186,6 +186,10 @@ class Frame : public Window {
     void Export(int command);
     /// What the person wrote is no change of somebody else.
     void MarkAsRead(const std::wstring& path);
+    /// Closes the file, and the window is as it was before one was opened.
+    void CloseFile();
+    /// What is open is open no longer; the lists still show it.
+    void LetGo();
     void CheckDisk();
     void Close();
     bool OnQueryEnd();

@@ -51,6 +51,8 @@ const Frame::Command* Frame::CommandOf(int wanted) {
         {IDM_FILE_SAVE_AS, IDM_FILE_SAVE_AS, Act<&Frame::SaveAs>, kLoaded},
         {IDM_FILE_SAVE_STREAM, IDM_FILE_SAVE_STREAM, Act<&Frame::SaveStream>, kLoaded},
         {IDM_FILE_EXPORT_IMAGE, IDM_FILE_EXPORT_SVG, [](Frame& frame, int id) { frame.Export(id); }, kLoaded},
+        {IDM_FILE_CLOSE, IDM_FILE_CLOSE, Act<&Frame::CloseFile>,
+         [](const Frame& frame, int) { return !frame.file_.empty(); }},
         {IDM_FILE_EXIT, IDM_FILE_EXIT, Act<&Frame::Close>},
         {IDM_FILE_RECENT, IDM_FILE_RECENT_LAST, ActOn<&Frame::OpenRecent, IDM_FILE_RECENT>,
          [](const Frame& frame, int id) {

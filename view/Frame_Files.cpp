@@ -191,6 +191,47 @@ void Frame::Export(int command) {
     }
 }
 
+void Frame::LetGo() {
+    isLoaded_ = false;
+    history_.Clear();
+    recovery_.Remove();
+    sheet_->Clear();
+    session_.reset();
+    project_.clear();
+}
+
+void Frame::CloseFile() {
+    if (!AskToSave()) {
+        return;
+    }
+    LetGo();
+    file_.clear();
+    module_.reset();
+    watch_.Watch({});
+    checked_.clear();
+    boxes_.Clear();
+    types_.clear(); // it comes with the next file
+    typeList_.Reset(0, 0);
+    Fill();
+    for (std::size_t page = 0; page <= kCatalogue; ++page) {
+        ListingOf(page).Sort(std::nullopt);
+        ListingOf(page).Filter({});
+        PaneOf(page).Update();
+    }
+    findingList_.Sort(std::nullopt);
+    findingList_.Filter({});
+    findingPane_->Update();
+    SetWindowTextW(sourceBox_, L"");
+    SetWindowTextW(sourceTitle_, Text(IDS_SOURCE).c_str());
+    SetWindowTextW(search_, L"");
+    isSearchShown_ = false;
+    isRowTold_ = false;
+    Layout();
+    GoToPage(0);
+    Say({});
+    UpdateTitle();
+}
+
 void Frame::CheckDisk() {
     // Who types is asked when the value is entered: the next key would answer.
     const bool isTyped = std::any_of(pages_.begin(), pages_.end(),

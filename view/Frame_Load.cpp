@@ -24,13 +24,8 @@ void Frame::Load(const std::wstring& file) {
     {
         const Busy busy(*this);
         const WaitPointer wait;
-        isLoaded_ = false;
-        history_.Clear();
-        recovery_.Remove();
-        sheet_->Clear();
-        session_.reset(); // the old one first: only one gets the boxes
+        LetGo(); // the old one first: only one gets the boxes
         file_ = file;
-        project_.clear();
         watch_.Watch({{file, StampOf(file)}});
         std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
         UpdateTitle();

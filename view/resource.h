@@ -91,6 +91,7 @@
 #define IDM_FILE_EXPORT_PNG 40009
 #define IDM_FILE_EXPORT_SVG 40010
 #define IDM_FILE_EXIT 40011
+#define IDM_FILE_CLOSE 40012
 // Ten recent files from here on; where there are none, the first one is a greyed word.
 #define IDM_FILE_RECENT 40020
 #define IDM_FILE_RECENT_LAST 40029

@@ -100,6 +100,8 @@ TEST_F(MenuTest, NoEntryIsWithoutATest) {
     const std::set<UINT> tested = {
         // OpeningTest
         IDM_FILE_OPEN, IDM_FILE_RECENT, IDM_FILE_RELOAD,
+        // FileCloseTest
+        IDM_FILE_CLOSE,
         // SavingTest, ExportTest, ClosingTest
         IDM_FILE_SAVE, IDM_FILE_SAVE_AS, IDM_FILE_SAVE_STREAM, IDM_FILE_EXPORT_IMAGE, IDM_FILE_EXPORT_INTEROP,
         IDM_FILE_EXPORT_SHEET, IDM_FILE_EXPORT_PNG, IDM_FILE_EXPORT_SVG, IDM_FILE_EXIT,
