@@ -245,7 +245,7 @@ void Frame::CheckDisk() {
     }
     std::wstring changed;
     for (const std::wstring& path : watch_.Look(now)) {
-        changed += (changed.empty() ? L"" : L", ") + NameOf(path);
+        changed += (changed.empty() ? std::wstring() : Text(IDS_SEPARATOR)) + NameOf(path);
     }
     if (changed.empty()) {
         return;

@@ -62,7 +62,7 @@ void Frame::FillRecentMenu(HMENU menu) {
     Empty(menu); // of the entries of last time
     int number = 0;
     for (const std::wstring& file : settings_.recent.Files()) {
-        const std::wstring text = L"&" + std::to_wstring((number + 1) % 10) + L"  " + AsItStands(file);
+        const std::wstring text = Text(IDS_ENTRY, std::to_wstring((number + 1) % 10), AsItStands(file));
         AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(IDM_FILE_RECENT + number++), text.c_str());
     }
     if (number == 0) {
@@ -97,7 +97,7 @@ void Frame::FillSortMenu(HMENU menu) {
         const std::wstring number = std::to_wstring(i + 1);
         const bool isSorted = pane.Order() && pane.Order()->column == i;
         AppendMenuW(menu, isSorted ? MF_STRING | MF_CHECKED : MF_STRING, IDM_VIEW_SORT + i,
-                    (L"&" + number + L"  " + pane.Title(i) + L"\tCtrl+Shift+" + number).c_str());
+                    Text(IDS_SORT_ENTRY, number, pane.Title(i)).c_str());
     }
 }
 
@@ -111,11 +111,11 @@ void Frame::FillModuleMenu(HMENU menu) {
         const ProjectModule& module = session_->Modules()[i];
         const std::wstring words = AsItStands(
             Text(IDS_MODULE, module.key.device + L"/" + std::to_wstring(module.key.number), module.name));
-        const std::wstring number = std::to_wstring(i + 1);
         // A key that two entries have would open neither.
-        const std::wstring key = i >= kKeys ? number : L"&" + std::to_wstring((i + 1) % kKeys);
+        const std::wstring text = i >= kKeys ? Text(IDS_ENTRY_WITHOUT_KEY, std::to_wstring(i + 1), words)
+                                             : Text(IDS_ENTRY, std::to_wstring((i + 1) % kKeys), words);
         AppendMenuW(menu, i == session_->OpenModule() ? MF_STRING | MF_CHECKED : MF_STRING,
-                    IDM_FILE_MODULE + i, (key + L"  " + words).c_str());
+                    IDM_FILE_MODULE + i, text.c_str());
     }
     if (all > count) {
         AppendMenuW(menu, MF_STRING | MF_GRAYED, 0,

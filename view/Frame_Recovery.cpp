@@ -58,9 +58,11 @@ bool Frame::BringBack(const Recovery& recovery) {
         const auto row = session_->ReadRow(point);
         if (!row) {
             constexpr int kMostLines = 20;
-            gone += ++lost <= kMostLines     ? L"\n" + point.name + L" = " + value
-                    : lost == kMostLines + 1 ? L"\n…"
-                                             : L"";
+            if (++lost <= kMostLines) {
+                gone += Text(IDS_LOST_VALUE, point.name, value);
+            } else if (lost == kMostLines + 1) {
+                gone += Text(IDS_MORE_LOST);
+            }
         } else if (row->value != value) {
             step.push_back({point, row->value, value});
         }

@@ -41,7 +41,8 @@ void Frame::UpdateStatus() {
 void Frame::UpdateTitle() {
     const std::wstring title = Text(IDS_TITLE);
     const std::wstring text =
-        file_.empty() ? title : NameOf(file_) + (history_.IsDirty() ? L" *" : L"") + L" - " + title;
+        file_.empty() ? title
+                      : Text(history_.IsDirty() ? IDS_TITLE_UNSAVED : IDS_TITLE_OF, NameOf(file_), title);
     SetWindowTextW(Handle(), text.c_str());
 }
 

@@ -94,11 +94,13 @@ bool Session::SetType(Row& row, const com::Ref<ISNVType>& type) {
 void Session::ReadReaders() {
     areReadersRead_ = true;
     readers_.clear();
+    const std::wstring separator = Text(IDS_SEPARATOR);
     bench::ForEachInput(host_->App(), [&](IInput& input) {
         const std::wstring reference = bench::WideOf(input, &IInput::get_Value);
         if (IsWired(reference)) {
             std::wstring& readers = readers_[Capitals(reference)];
-            readers += (readers.empty() ? L"" : L", ") + bench::WideOf(input, &IInput::get_Name);
+            readers +=
+                (readers.empty() ? std::wstring() : separator) + bench::WideOf(input, &IInput::get_Name);
         }
     });
 }

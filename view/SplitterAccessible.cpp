@@ -1,6 +1,7 @@
 #include "view/SplitterAccessible.h"
 
 #include "view/Accessible.h"
+#include "view/resource.h"
 #include "view/Splitter.h"
 #include "view/Window.h"
 
@@ -34,7 +35,7 @@ class SplitterAccessible final : public com::StandardAccessible {
     STDMETHODIMP get_accValue(VARIANT, BSTR* value) override {
         return com::Return(__uuidof(IAccessible), value, [&] {
             constexpr int kTenth = 10;
-            return IsWindow(window_) != FALSE ? std::to_wstring(splitter_.Share() / kTenth) + L" %"
+            return IsWindow(window_) != FALSE ? Text(IDS_ZOOM, std::to_wstring(splitter_.Share() / kTenth))
                                               : std::wstring();
         });
     }

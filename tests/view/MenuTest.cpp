@@ -139,6 +139,31 @@ TEST_F(MenuTest, NoEntryIsWithoutATest) {
     EXPECT_EQ(tested, found);
 }
 
+// Another language has another resource: no text of the title or of an entry that is made
+// at run time stands elsewhere.
+TEST_F(MenuTest, TextsThatAreMadeUpComeFromTheResource) {
+    const auto text = [&](UINT id) {
+        wchar_t form[128] = {};
+        return std::wstring(form, static_cast<std::size_t>(LoadStringW(program_, id, form, 128)));
+    };
+    const auto made = [&](UINT id, const std::wstring& first, const std::wstring& second) {
+        std::wstring words = text(id);
+        for (const auto& [place, what] : {std::pair(L"%1", first), {L"%2", second}}) {
+            for (std::size_t at = 0; (at = words.find(place)) != std::wstring::npos;) {
+                words.replace(at, 2, what);
+            }
+        }
+        return words;
+    };
+    Viewer viewer({OwnSample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_EQ(made(IDS_TITLE_OF, L"channels.xml", text(IDS_TITLE)), viewer.Title());
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    EXPECT_EQ(made(IDS_TITLE_UNSAVED, L"channels.xml", text(IDS_TITLE)), viewer.Title());
+    EXPECT_EQ(L"channels.xml * - Module View", viewer.Title());
+    EXPECT_EQ(L"&1  Name\tCtrl+Shift+1", made(IDS_SORT_ENTRY, L"1", L"Name"));
+}
+
 } // namespace
 
 } // namespace viewtest
