@@ -115,6 +115,28 @@ TEST_F(SplitterTest, ArrowsMoveItAndEndsAreKept) {
     }
 }
 
+TEST_F(SplitterTest, AMoveWithoutTheButtonEndsTheDrag) {
+    constexpr int kStart = 2;
+    const HWND bar = viewer_.Part(IDC_SPLIT_SHEET);
+    const auto move = [&](WPARAM keys, int distance) {
+        SendMessageW(bar, WM_MOUSEMOVE, keys, MAKELPARAM(kStart + distance, kStart));
+    };
+    const long before = PlaceOf(IDC_SPLIT_SHEET);
+    SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(kStart, kStart));
+    move(MK_LBUTTON, 60);
+    const long dragged = PlaceOf(IDC_SPLIT_SHEET);
+    EXPECT_NEAR(before + 60, dragged, 4) << "but for the rounding of a share";
+    // The system tells of the pointer as it is, and the button may have come up outside.
+    move(0, 40);
+    EXPECT_EQ(dragged, PlaceOf(IDC_SPLIT_SHEET));
+    move(MK_LBUTTON, 40);
+    EXPECT_EQ(dragged, PlaceOf(IDC_SPLIT_SHEET)) << "a button that went down elsewhere drags nothing";
+    SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(kStart, kStart));
+    move(MK_LBUTTON, -60);
+    EXPECT_NEAR(before, PlaceOf(IDC_SPLIT_SHEET), 4);
+    SendMessageW(bar, WM_LBUTTONUP, 0, MAKELPARAM(kStart, kStart));
+}
+
 TEST_F(SplitterTest, AScreenReaderIsToldWhatItIs) {
     const struct {
         int splitter;
