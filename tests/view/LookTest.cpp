@@ -75,26 +75,6 @@ class LookTest : public ViewTest {
             return GetRValue(pixel) + GetGValue(pixel) + GetBValue(pixel) < 384;
         });
     }
-    /// Colours of the system as programs that start meanwhile find them.
-    class SystemColours {
-      public:
-        SystemColours(COLORREF window, COLORREF text) {
-            for (std::size_t i = 0; i < kIndexes.size(); ++i) {
-                before_.at(i) = GetSysColor(kIndexes.at(i));
-            }
-            Set({window, text});
-        }
-        ~SystemColours() { Set(before_); }
-        SystemColours(const SystemColours&) = delete;
-        SystemColours& operator=(const SystemColours&) = delete;
-
-      private:
-        static constexpr std::array<int, 2> kIndexes = {COLOR_WINDOW, COLOR_WINDOWTEXT};
-        static void Set(const std::array<COLORREF, 2>& colours) {
-            EXPECT_TRUE(SetSysColors(static_cast<int>(kIndexes.size()), kIndexes.data(), colours.data()));
-        }
-        std::array<COLORREF, 2> before_{};
-    };
 };
 
 TEST_F(LookTest, AnUnsavedRowIsBoldUntilItIsSaved) {
@@ -134,7 +114,7 @@ TEST_F(LookTest, AnUnsavedRowIsBoldUntilItIsSaved) {
 TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
     constexpr COLORREF kWindow = RGB(0, 0, 64);
     constexpr COLORREF kText = RGB(255, 255, 0);
-    const SystemColours colours(kWindow, kText);
+    const UserColours colours({{COLOR_WINDOW, kWindow}, {COLOR_WINDOWTEXT, kText}});
     Viewer viewer({Sample(L"channels.xml")});
     AwaitAttributes(viewer, kAttributes);
     Show(viewer);

@@ -14,6 +14,8 @@ constexpr const wchar_t* kFolder = L"LOCALAPPDATA";
 constexpr const wchar_t* kKept = L"Software\\O_Tam_id view tests";
 constexpr const wchar_t* kKeptKey = L"Software\\O_Tam_id view tests\\View";
 constexpr const wchar_t* kKeptNumbers = L"Software\\O_Tam_id view tests\\Numbers";
+/// The system's colours by their numbers.
+constexpr const wchar_t* kKeptColours = L"Software\\O_Tam_id view tests\\Colours";
 /// Set when the copy is whole.
 constexpr const wchar_t* kIsWhole = L"IsWhole";
 /// Between the key and the name of a number that is kept; neither has one.
@@ -81,9 +83,24 @@ void GiveBack(const std::wstring& key, const std::wstring& name) {
     RegDeleteKeyValueW(HKEY_CURRENT_USER, kKeptNumbers, kept.c_str());
 }
 
+void SetColour(int number, COLORREF colour) {
+    SetSysColors(1, &number, &colour);
+}
+
+void GiveBackColours() {
+    for (const std::wstring& name : ValuesOf(kKeptColours)) {
+        DWORD before = 0;
+        if (ReadNumber(kKeptColours, name.c_str(), before)) {
+            SetColour(std::stoi(name), before);
+        }
+        RegDeleteKeyValueW(HKEY_CURRENT_USER, kKeptColours, name.c_str());
+    }
+}
+
 } // namespace
 
 UserState::UserState(const std::wstring& folder) : folder_(Variable(kFolder)) {
+    GiveBackColours();
     for (const std::wstring& kept : ValuesOf(kKeptNumbers)) {
         const std::size_t between = kept.find(kBetween);
         GiveBack(kept.substr(0, between), kept.substr(between + 1));
@@ -120,6 +137,19 @@ UserNumber::UserNumber(const wchar_t* key, const wchar_t* name) : key_(key), nam
 
 UserNumber::~UserNumber() {
     GiveBack(key_, name_);
+}
+
+UserColours::UserColours(const std::vector<std::pair<int, COLORREF>>& colours) {
+    for (const auto& [number, colour] : colours) {
+        const DWORD before = GetSysColor(number);
+        RegSetKeyValueW(HKEY_CURRENT_USER, kKeptColours, std::to_wstring(number).c_str(), REG_DWORD, &before,
+                        sizeof before);
+        SetColour(number, colour);
+    }
+}
+
+UserColours::~UserColours() {
+    GiveBackColours();
 }
 
 void UserNumber::Set(DWORD number) const {

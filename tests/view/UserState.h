@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace viewtest {
 
@@ -36,6 +38,17 @@ class UserNumber {
   private:
     std::wstring key_;
     std::wstring name_;
+};
+
+/// Colours of the system that are others while this lives, for programs that start meanwhile
+/// too. What a test that was ended has left is given back by the next UserState.
+class UserColours {
+  public:
+    /// Colours by their numbers, as COLOR_WINDOW.
+    explicit UserColours(const std::vector<std::pair<int, COLORREF>>& colours);
+    ~UserColours();
+    UserColours(const UserColours&) = delete;
+    UserColours& operator=(const UserColours&) = delete;
 };
 
 } // namespace viewtest

@@ -4,6 +4,8 @@
 
 #include <memory>
 #include <string>
+#include <vector>
+#include <utility>
 
 namespace viewtest {
 
@@ -67,6 +69,24 @@ TEST_F(UserStateTest, ANumberThatWasNotThereIsNotThereBehindIt) {
     DWORD size = 0;
     EXPECT_NE(ERROR_SUCCESS,
               RegGetValueW(HKEY_CURRENT_USER, kOther, kName, RRF_RT_ANY, nullptr, nullptr, &size));
+}
+
+TEST_F(UserStateTest, TheNextTestGivesBackColoursThatAnEndedOneHasLeft) {
+    constexpr COLORREF kColour = RGB(12, 34, 56);
+    const COLORREF window = GetSysColor(COLOR_WINDOW);
+    const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    std::make_unique<UserColours>(
+        std::vector<std::pair<int, COLORREF>>{{COLOR_WINDOW, kColour}, {COLOR_WINDOWTEXT, kColour}})
+        .release();
+    EXPECT_EQ(kColour, GetSysColor(COLOR_WINDOW));
+    EXPECT_EQ(kColour, GetSysColor(COLOR_WINDOWTEXT));
+    {
+        const UserState next(folder_);
+        EXPECT_EQ(window, GetSysColor(COLOR_WINDOW));
+        EXPECT_EQ(text, GetSysColor(COLOR_WINDOWTEXT));
+    }
+    { const UserColours colours({{COLOR_WINDOW, kColour}}); }
+    EXPECT_EQ(window, GetSysColor(COLOR_WINDOW)) << "its own end gives them back too";
 }
 
 } // namespace
