@@ -195,7 +195,12 @@ TEST_P(ScaleTest, ToolsAndRowsGrowWithIt) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Scales, ScaleTest, testing::Values(96, 144, 192),
+/// Where the system does not take a scale at once, one look at the scale that it has is all.
+std::vector<int> Scales() {
+    return IsTakenAtOnce() ? std::vector<int>{96, 144, 192} : std::vector<int>{96};
+}
+
+INSTANTIATE_TEST_SUITE_P(Scales, ScaleTest, testing::ValuesIn(Scales()),
                          [](const auto& info) { return std::to_string(info.param); });
 
 } // namespace
