@@ -130,6 +130,7 @@ Host::~Host() {
 }
 
 bool Host::AnswerBox(HWND window, const Box& box) {
+    watcher_.Take(); // the report has what is kept
     if (isUnseen_) {
         BoxWatcher::Press(window);
         return true;

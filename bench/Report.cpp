@@ -141,6 +141,12 @@ void Report::AddBox(const std::string& step, const Box& box, const std::string& 
                       {"answeredBy", answeredBy}});
 }
 
+void Report::ForgetBoxes(std::size_t from) {
+    if (from < boxes_.size()) {
+        boxes_.erase(boxes_.begin() + static_cast<std::ptrdiff_t>(from), boxes_.end());
+    }
+}
+
 void Report::Heading(const std::string& text) {
     text_ += text_.empty() ? "" : "\n";
     for (const std::string& line : Wrap(text, Width())) {

@@ -61,6 +61,11 @@ class Report {
     /// ("bench", "keys" or "user"), and whether the command line asked for it.
     void AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected);
     const Json& Boxes() const noexcept { return boxes_; }
+    /// The boxes, which are kept no longer: for a program that runs for days. A run of the
+    /// bench keeps all of them: its document prints each one, and the text groups them.
+    Json TakeBoxes() noexcept { return std::exchange(boxes_, Json::array()); }
+    /// Those from this number on are not kept.
+    void ForgetBoxes(std::size_t from);
     bool HasErrorReport() const noexcept { return errorReports_ > 0; }
     /// How many boxes report a fault: the error reports, and the message boxes
     /// that nobody asked for. The component has none that only informs.

@@ -327,18 +327,11 @@ void Session::ShowAbout() {
     com::Call(dialogs, &ITamDialogs::ShowAbout);
 }
 
-void Session::PassOverBoxes(std::size_t from) {
-    for (; from < Boxes(); ++from) {
-        ownBoxes_.insert(from);
-    }
-}
-
 std::vector<FindingRow> Session::TakeBoxes() {
     std::vector<FindingRow> rows;
-    const bench::Json& boxes = report_.Boxes();
-    for (; boxesTaken_ < boxes.size(); ++boxesTaken_) {
-        const bench::Json& box = boxes[boxesTaken_];
-        if (!box["fault"].get<bool>() || ownBoxes_.contains(boxesTaken_)) {
+    const bench::Json boxes = report_.TakeBoxes();
+    for (const bench::Json& box : boxes) {
+        if (!box["fault"].get<bool>()) {
             continue;
         }
         FindingRow row;

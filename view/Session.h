@@ -20,7 +20,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -117,10 +116,10 @@ class Session {
     void ShowAbout();
     /// The boxes that the component showed since the last call.
     std::vector<FindingRow> TakeBoxes();
-    /// How many boxes were seen on this thread, the window's own among them.
+    /// How many boxes were seen on this thread and not taken, the window's own among them.
     std::size_t Boxes() const { return report_.Boxes().size(); }
     /// Those from this number on are the window's own: TakeBoxes leaves them out.
-    void PassOverBoxes(std::size_t from);
+    void PassOverBoxes(std::size_t from) { report_.ForgetBoxes(from); }
 
     // Files. Each throws, and leaves an old file as it was.
 
@@ -195,8 +194,6 @@ class Session {
     SourceText source_;
     std::vector<FindingRow> findings_;
     std::size_t pointsInFile_ = 0;
-    std::size_t boxesTaken_ = 0;
-    std::set<std::size_t> ownBoxes_;
     bool isStopped_ = false;
 };
 
