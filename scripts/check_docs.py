@@ -9,6 +9,7 @@
 - docs/decisions/README.md lists every decision.
 - A suite, test or fixture that any other document names is there too; FooTest is an example.
 - docs/testing.md tells what each program of scripts/test-list proves.
+- The last section of docs/host-guide.md has each error that the code of the DLLs names and each of idl/OrvHost.idl.
 
 With --fix the list of decisions is written, a file that has moved and a test whose suite has another name are found
 by their own name where only one has it. Exits 1 when findings are left.
@@ -26,6 +27,12 @@ FIXTURE = re.compile(r"^\s*(?:class|struct|using) (\w+Test)\b", re.MULTILINE)
 QUOTED = re.compile(r"`([^`\n]+)`")
 PARTS = ["Rule", "Why", "Where"]
 NOT_OURS = {".git", "build"}
+# What the DLLs are made of, and the names of errors there.
+SHIPPED = ("appobject", "com", "common", "component", "core", "dialogs", "host", "internal", "points", "types")
+ERROR = re.compile(r"\b(?:(?:CLASS|CO|DISP|REGDB|RPC|TYPE)_)?E_[A-Z]{4,}\b")
+ERROR_NUMBER = re.compile(r"\berr\w+ = (0x8[0-9A-F]{7})\b")
+# An answer of others that the code asks for and hands to nobody.
+NOT_ANSWERED = {"RPC_E_DISCONNECTED"}
 
 
 def anchor(heading):
@@ -145,6 +152,22 @@ def check_tests(tree):
                 yield f"docs/testing.md: {words[0]} of scripts/test-list is not told"
 
 
+def check_errors(tree):
+    """Errors that a host can meet and its guide does not explain."""
+    guide, services = tree.root / "docs/host-guide.md", tree.root / "idl/OrvHost.idl"
+    if not guide.exists():
+        return
+    told = guide.read_text(encoding="utf-8").partition("\n## Errors\n")[2]
+    met = set(ERROR_NUMBER.findall(services.read_text(encoding="utf-8"))) if services.exists() else set()
+    for folder in SHIPPED:
+        for path in sorted((tree.root / folder).rglob("*")):
+            if path.suffix in (".cpp", ".h"):
+                met.update(ERROR.findall(path.read_text(encoding="utf-8")))
+    for error in sorted(met - NOT_ANSWERED):
+        if not re.search(rf"\b{error}\b", told):
+            yield f"docs/host-guide.md: {error} is not told"
+
+
 def index(tree, head):
     """The list of decisions, below what stands in front of it."""
     lines = [head.rstrip()]
@@ -171,7 +194,9 @@ def check_index(tree, fixes):
 
 def check(root, fixes=False):
     tree = Tree(root)
-    return [*check_decisions(tree, fixes), *check_index(tree, fixes), *check_tests(tree), *check_links(tree)]
+    looks = (check_decisions(tree, fixes), check_index(tree, fixes), check_tests(tree), check_links(tree),
+             check_errors(tree))
+    return [finding for look in looks for finding in look]
 
 
 if __name__ == "__main__":

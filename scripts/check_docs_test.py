@@ -61,6 +61,16 @@ class CheckDocsTest(unittest.TestCase):
             ["docs/testing.md: BTest is not there", "docs/testing.md: b_tests of scripts/test-list is not told"],
         )
 
+    def test_finds_errors_that_the_guide_does_not_tell(self):
+        self.put("com/A.h", "return E_FAIL; // or DISP_E_OVERFLOW, RPC_E_DISCONNECTED\nconst int SCALE_E_FAIL = 1;\n")
+        self.put("tests/com/B.cpp", "E_ABORT\n")
+        self.put("idl/OrvHost.idl", "errOne = 0x80040401,\nerrTwo = 0x80040402\n")
+        self.put("docs/host-guide.md", "# Guide\n\nE_FAIL 0x80040401\n\n## Errors\n\n0x80040402, `DISP_E_OVERFLOW`\n")
+        self.assertEqual(
+            check(self.root),
+            ["docs/host-guide.md: 0x80040401 is not told", "docs/host-guide.md: E_FAIL is not told"],
+        )
+
     def test_finds_links_to_nowhere(self):
         self.put("README.md", "[a](docs/none.md) [b](docs/decisions/points.md#two) [c](https://example.org/x)\n")
         self.assertEqual(
