@@ -58,7 +58,7 @@ Exit status
      reported a fault: in an error report or in a message box, of whatever sign, that the
      command line did not ask for
   2  wrong usage
-With several streams the command goes on behind one that fails; the status is 1 when any did.)";
+With several streams the command goes on after one that fails; the status is 1 when any did.)";
 
 std::vector<std::string> Arguments() {
     int count = 0;
@@ -71,7 +71,7 @@ std::vector<std::string> Arguments() {
     return arguments;
 }
 
-/// The columns of an option's name in the help; its description stands behind them.
+/// The columns of an option's name in the help; its description comes after them.
 constexpr std::size_t kNameColumns = 30;
 constexpr const char* kNoName = "                              ";
 

@@ -105,7 +105,7 @@ void CallArguments::GiveBack() noexcept {
 }
 
 /// The position among the member's arguments that a name of the caller's means;
-/// one behind the last when it means none.
+/// one past the last when it means none.
 std::size_t CallArguments::PositionOf(DISPID name) const noexcept {
     const std::size_t count = shape_.arguments.size();
     if (name == DISPID_PROPERTYPUT && shape_.IsWrite()) {
@@ -115,7 +115,7 @@ std::size_t CallArguments::PositionOf(DISPID name) const noexcept {
 }
 
 /// The caller's argument for a position. Named ones come first in the caller's
-/// order, the others last to first behind them.
+/// order, the others last to first after them.
 std::optional<UINT> CallArguments::IndexOf(std::size_t position) const noexcept {
     if (position < Positional()) {
         return params_.cArgs - 1 - static_cast<UINT>(position);

@@ -70,7 +70,7 @@ class Dll {
 /// The one module of this DLL or program.
 Dll& ThisDll() noexcept;
 
-/// Stands behind the write of a reference count. GCC 12 at -O3 takes the write
+/// Stands after the write of a reference count. GCC 12 at -O3 takes the write
 /// for needless, and the object then never ends, where an exception unwinds
 /// the function that made the object after it was handed on.
 inline void CountIsWritten() noexcept {

@@ -26,7 +26,7 @@ extern const CLSID kDocumentClass;
 /// A new document: synchronous, XPath selection, no DTD. Throws CallError.
 Document NewDocument(REFCLSID documentClass);
 
-/// The node behind an argument of the host. "Object not set" for a null one,
+/// The node that an argument of the host stands for. "Object not set" for a null one,
 /// "type mismatch" for an object that is no DOM node.
 Node NodeOf(IDispatch* object);
 /// The same for a document.
@@ -71,7 +71,7 @@ Node NextSibling(const Node& node);
 /// first that does.
 bool AnyChild(const Node& parent, const std::function<bool(const Node&)>& fits);
 /// Calls visit for each child in document order. The next sibling is read
-/// after the visit, so a visit may append behind the child that it is given.
+/// after the visit, so a visit may append after the child that it is given.
 void ForEachChild(const Node& parent, const std::function<void(const Node&)>& visit);
 /// The same without the comments.
 void ForEachChildButComments(const Node& parent, const std::function<void(const Node&)>& visit);

@@ -1,3 +1,9 @@
+// As it comes, the run-time library ends a host that has no memory left, and leaves
+// things behind when the DLL goes. Three mends stand here. First: to throw an exception
+// it takes memory for the thread and makes a lock, and ends the process when it gets
+// none; PrepareForLackOfMemory makes it take both while there is memory. Second: the
+// slots for threads' own values, which it never gives back, are given back when the DLL
+// goes. Third: its handler for uncaught exceptions is replaced by a small one.
 #include "com/LackOfMemory.h"
 
 #include "com/Boundary.h"

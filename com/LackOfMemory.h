@@ -6,7 +6,7 @@ namespace tam {
 /// once, before any other code of the DLL runs, which is linked with --wrap=malloc.
 void PrepareForLackOfMemory() noexcept;
 
-/// The same for the calling thread alone, as often as it likes. False without
+/// The same for the calling thread alone; a thread may ask again. False without
 /// the memory for it: nothing that may throw must run on the thread then.
 bool PrepareThisThread() noexcept;
 

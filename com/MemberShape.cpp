@@ -1,3 +1,6 @@
+// A call by name comes with any number of arguments of any type. The type library says
+// what a member takes; asking it is slow, so each interface's members are read from it
+// once (com/Dll.cpp), and com/CallArguments.cpp goes by what stands here.
 #include "com/MemberShape.h"
 
 #include "com/Boundary.h"

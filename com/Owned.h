@@ -44,7 +44,7 @@ class OwnedObject : public Object<Derived, Faces_...> {
     }
 
     /// The owner, which lives whenever somebody outside can ask; null before
-    /// there is one. A constructor that sets it must not fail behind that.
+    /// there is one. A constructor that sets it must not fail after that.
     OwnerType* Owner() const noexcept { return owner_; }
     void SetOwner(OwnerType* owner) noexcept {
         const bool isHeldOutside = this->IsReferenced();

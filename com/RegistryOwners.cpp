@@ -1,3 +1,7 @@
+// A registration takes nothing from another maker, and its removal takes away only what
+// is its own. So both ask who has a name: a class belongs to the file that its key names,
+// an interface to the type library or proxy that marshals it. Files are compared, not
+// paths, and an owner whose file is gone has nothing any more.
 #include "com/RegistryOwners.h"
 
 #include "com/Dll.h"

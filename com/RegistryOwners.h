@@ -30,7 +30,7 @@ class RegistryOwners {
     enum class Sees {
         /// What stands in the root itself.
         Root,
-        /// What the user's processes find: the root, and behind it the machine's part.
+        /// What the user's processes find: the root, and after it the machine's part.
         Machine
     };
 

@@ -6,9 +6,10 @@
 
 namespace tam {
 
-/// The loads of one object, of which the last one begun counts. Each has a ticket. A load lets the
-/// host's messages be handled, and one of them may begin another load. What two
-/// loads read is never mixed: the earlier one ends with an error.
+/// Tells a load of an object that it is over. A load lets the host's messages be
+/// handled, and one of them may begin another load of the same object. Each load
+/// takes a number, its ticket, when it begins; only the last one counts. An earlier
+/// one ends with an error, so what two loads read is never mixed.
 class LoadTickets {
   public:
     using Ticket = std::uint32_t;
@@ -16,7 +17,7 @@ class LoadTickets {
     /// Begins a load. One that is under way is over.
     Ticket Begin() noexcept { return ++last_; }
     bool IsLast(Ticket ticket) const noexcept { return ticket == last_; }
-    /// Throws E_ABORT when the load is over; asked behind each yield.
+    /// Throws E_ABORT when the load is over; asked after each yield.
     void Check(Ticket ticket) const {
         if (!IsLast(ticket)) {
             throw RunTimeError(kAborted, {}, kText);

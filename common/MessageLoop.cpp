@@ -1,3 +1,8 @@
+// A yield handles what waits when it begins, and no more: what a handler causes would
+// otherwise keep it busy for ever. Posted messages end at the mark, a message of the
+// yield's own. Keys and the mouse go by their time, paints and timers once for each
+// window or timer; where none of this tells, a fixed number is the limit (kMost). The
+// kinds are handled one after another, because posted messages go before all others.
 #include "common/MessageLoop.h"
 
 #include "common/ComponentState.h"
@@ -64,7 +69,7 @@ class Mark {
     Mark(const Mark&) = delete;
     Mark& operator=(const Mark&) = delete;
 
-    /// Puts it behind all that is posted by now.
+    /// Puts it after all that is posted by now.
     void Post() noexcept {
         posted_ = GetTickCount();
         if (window_ != nullptr && PostMessageW(window_, WM_CLOSE, 0, 0) == FALSE) {
@@ -74,10 +79,11 @@ class Mark {
     /// False when another loop has come by it.
     bool Stands() const noexcept { return IsWindow(window_) != FALSE; }
     bool Is(const MSG& message) const noexcept { return message.hwnd == window_; }
-    /// Posted well behind the mark, as its time tells: the clocks of messages and
-    /// of GetTickCount may be a step apart, and what waited must not be left. A loop that takes everything
-    /// and gives none of it to its window can lose the mark while the window stands.
-    bool IsBefore(const MSG& message) const noexcept {
+    /// Whether a message was posted after the mark, by more than the step that the clocks
+    /// of messages and of GetTickCount may be apart: what waited must not be left. A loop
+    /// that takes everything and gives its window none of it can lose the mark while the
+    /// window stands; then only this ends the yield.
+    bool IsPassedBy(const MSG& message) const noexcept {
         return static_cast<LONG>(message.time - posted_) > kClockStep;
     }
 
@@ -114,19 +120,19 @@ class Served {
 /// `time` is then the mark's.
 bool HandlePosted(const Mark& mark, DWORD& time) {
     MSG message;
-    bool isBehind = false;
-    while (!isBehind && mark.Stands() && Take(message, kPosted)) {
+    bool isPast = false;
+    while (!isPast && mark.Stands() && Take(message, kPosted)) {
         if (mark.Is(message)) {
             time = message.time;
             return true;
         }
-        isBehind = mark.IsBefore(message);
+        isPast = mark.IsPassedBy(message);
         Handle(message);
     }
     return false;
 }
 
-/// Handles a message, and the characters that a key makes right behind it: they
+/// Handles a message, and the characters that a key makes right after it: they
 /// are posted, and would come after all other keys that wait.
 void HandleWithCharacters(const MSG& message) {
     Handle(message);
@@ -210,7 +216,7 @@ void YieldToHost() {
     if (!Take(first, kAnything)) { // a call to the system, and the only one where nothing waits
         return;
     }
-    Mark mark; // before anything is handled: what a handler posts stands behind it
+    Mark mark; // before anything is handled: what a handler posts comes after it
     Served served;
     if (first.message == WM_PAINT || first.message == WM_TIMER) {
         served.Add(first);

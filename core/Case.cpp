@@ -16,7 +16,7 @@ struct Block {
 
 constexpr Block kBlocks[] = {
     {0x00E0, 0x00F6, -32},                                               // Latin-1 up to the division sign
-    {0x00F8, 0x00FE, -32},                                               // and behind it
+    {0x00F8, 0x00FE, -32},                                               // and after it
     {0x00FF, 0x00FF, 121},                                               // y with diaeresis
     {0x03AC, 0x03AC, -38}, {0x03AD, 0x03AF, -37},                        // Greek with tonos
     {0x03B1, 0x03C1, -32}, {0x03C3, 0x03CB, -32},                        // Greek without the final sigma

@@ -9,7 +9,7 @@
 namespace tam {
 
 /// The keys of an owner's three collections. They are made before anything is changed:
-/// behind them nothing of a key's writing can fail.
+/// after them nothing of a key's writing can fail.
 struct CollectionKeyTexts {
     explicit CollectionKeyTexts(const std::wstring& ownersKey)
         : inputs(ownersKey + L"\\RIN"), outputs(ownersKey + L"\\ROU"), attributes(ownersKey + L"\\ATT") {}

@@ -53,7 +53,7 @@ class CompatibleList {
     };
     using Known = std::unordered_set<std::wstring, Hash, std::equal_to<>>;
 
-    /// Makes room for one more, so that adding it cannot fail behind that.
+    /// Makes room for one more, so that adding it cannot fail after that.
     void Prepare(std::wstring_view id);
 
     std::vector<std::wstring> ids_;

@@ -27,9 +27,9 @@ struct EditText {
 
 /// The text with all of it selected.
 EditText AllSelected(std::wstring text);
-/// The text with the caret behind it.
+/// The text with the caret after it.
 EditText CaretBehind(std::wstring text);
-/// The text with the selection replaced, the caret behind what was put in.
+/// The text with the selection replaced, the caret after what was put in.
 EditText WithInsertion(const EditText& edit, std::wstring_view inserted);
 /// What Backspace leaves: the selection is gone, or the character before the
 /// caret; the caret stands at the end of the text. Nothing changes when there

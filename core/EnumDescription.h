@@ -14,7 +14,7 @@ namespace tam {
 /// The label of a value: the text between the first comma and the closing
 /// semicolon of the first entry whose text before the comma is exactly the
 /// value. A comma in a label belongs to it. Empty when the value is empty or
-/// no entry has it. "Invalid call" when that entry is not closed behind its
+/// no entry has it. "Invalid call" when that entry is not closed after its
 /// comma.
 std::wstring EnumLabel(std::wstring_view value, std::wstring_view description);
 

@@ -23,7 +23,7 @@ std::optional<std::wstring_view> FieldWalker::Next() noexcept {
     const std::size_t hit =
         delimiter_.empty() ? std::wstring_view::npos : text_.find(delimiter_, searchFrom_);
     isDone_ = hit == std::wstring_view::npos;
-    // A search goes on one character behind the last hit, so delimiters of
+    // A search goes on one character after the last hit, so delimiters of
     // several characters may overlap: nothing lies between such two.
     const std::size_t fieldEnd = isDone_ ? text_.size() : std::max(hit, fieldBegin_);
     const std::wstring_view field = text_.substr(fieldBegin_, fieldEnd - fieldBegin_);

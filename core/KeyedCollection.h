@@ -117,7 +117,7 @@ class KeyedCollection {
     }
     void Clear() { *this = KeyedCollection(); }
 
-    // In order. A walk during which items come or go ends behind the item that
+    // In order. A walk during which items come or go ends after the item that
     // is then the last one.
     Iterator begin() const noexcept { return Iterator(*this, 0); }
     Iterator end() const noexcept { return Iterator(*this, std::numeric_limits<std::size_t>::max()); }

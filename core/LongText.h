@@ -17,7 +17,7 @@ std::wstring WithLineBreaks(std::wstring_view text);
 /// contains it.
 inline constexpr std::wstring_view kSoftBreak = L"\r\r\n";
 
-/// The text with soft breaks in its long lines, behind a blank where there is
+/// The text with soft breaks in its long lines, after a blank where there is
 /// one. A text box measures a line whole for each row that it cuts off, which
 /// takes minutes for a line of a megabyte.
 std::wstring WithSoftBreaks(std::wstring_view text);

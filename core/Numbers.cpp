@@ -70,7 +70,7 @@ void TakeDigits(Characters& rest, Decimal& number, bool isFraction) {
             number.magnitude -= isFraction ? 1 : 0;
         } else if (number.isZero == isFraction) {
             // A zero before the first other digit of a fraction, or a digit
-            // behind the first one of a whole number.
+            // after the first one of a whole number.
             number.magnitude += isFraction ? -1 : 1;
         }
         rest.Advance();

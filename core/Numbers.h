@@ -9,7 +9,7 @@ namespace tam {
 /// begins with none.
 ///
 /// Blanks, tabs and line feeds are skipped wherever they stand. Then: a sign,
-/// digits, "." as the decimal point, and an exponent behind E, e, D or d. The
+/// digits, "." as the decimal point, and an exponent after E, e, D or d. The
 /// first character that fits nowhere ends the number, and so does an exponent
 /// letter without digits. Or, unsigned: &H and hexadecimal, &O and octal digits,
 /// read as a signed 16-bit number when they fit into 16 bits (&HFFFF is -1)

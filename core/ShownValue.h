@@ -7,7 +7,7 @@
 
 namespace tam {
 
-/// A number with its unit behind it; the number alone when there is no unit, and
+/// A number with its unit after it; the number alone when there is no unit, and
 /// nothing without a number.
 std::wstring WithUnit(const std::wstring& number, const std::wstring& unit);
 

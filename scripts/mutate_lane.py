@@ -170,7 +170,7 @@ class Lane:
         return objects
 
     def changed_program(self, file, program, relinked):
-        """Links a test program anew when it has the changed source in it, or a test of it by its name. Adds it to
+        """Links a test program again when it has the changed source in it, or a test of it by its name. Adds it to
         `relinked` first: the program that was there goes, whether the link succeeds or not."""
         build = self.windows
         parts = build.parts_of(program)

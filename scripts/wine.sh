@@ -96,7 +96,7 @@ stop_server() {
     WINEPREFIX=$(prefix_folder "$1") wineserver -k >/dev/null 2>&1 || true
 }
 
-# What a prefix is made from; a prefix with another stamp is made anew.
+# What a prefix is made from; a prefix with another stamp is made again.
 prefix_recipe() { printf '%s, %s, recipe 4\n' "$(wine --version)" "$1"; }
 
 # The font of the symbols on the frames' buttons. Debian's Wine looks for its own
