@@ -3,7 +3,6 @@
 #include "core/Case.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace view {
@@ -15,8 +14,8 @@ RecentFiles::RecentFiles(std::wstring_view text) {
         oldestLast.emplace_back(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    for (std::wstring& file : std::views::reverse(oldestLast)) {
-        Add(std::move(file));
+    for (auto file = oldestLast.rbegin(); file != oldestLast.rend(); ++file) {
+        Add(std::move(*file));
     }
 }
 
