@@ -117,6 +117,7 @@ STDMETHODIMP TamInternalAppObject::InterceptIsUnitsDependent(IAttribute* attribu
     if (isUnitsDependent == nullptr) {
         return com::Refuse(E_POINTER);
     }
+    const auto kept = AsChannel(); // the generic object may drop the last reference
     return Get(value, [&] {
         AnswerFlag(attribute, kUnitDependent, isUnitsDependent);
         return true;
@@ -129,6 +130,7 @@ STDMETHODIMP TamInternalAppObject::InterceptIsDifferential(IAttribute* attribute
     if (isDifferential == nullptr) {
         return com::Refuse(E_POINTER);
     }
+    const auto kept = AsChannel(); // the generic object may drop the last reference
     return Get(value, [&] {
         AnswerFlag(attribute, kDifferential, isDifferential);
         return true;

@@ -53,6 +53,27 @@ TEST_F(LastReferenceTest, BearsAGenericObjectThatDropsTheLastReferenceWhileItSav
     EXPECT_EQ(tam::dom::TextOf(tam::dom::Select(tam::dom::Node(root), L"Level/DevKey")), L"DEV7");
 }
 
+TEST_F(LastReferenceTest, BearsAGenericObjectThatDropsTheLastReferenceWhileItIsAskedForAFlag) {
+    SetDefinition(
+        L"<AppObject><TAMConfig><Attributes><Attrib Name='Gain' UnitDependent='1' Differential='1'/>"
+        L"</Attributes></TAMConfig></AppObject>");
+    for (const auto question : {&IAttributeInterceptor::InterceptIsUnitsDependent,
+                                &IAttributeInterceptor::InterceptIsDifferential}) {
+        auto own = Created().As<IAttributeInterceptor>();
+        generic.object->On(L"get UniqueIDString", [&](const Invocation& call) {
+            own.Reset();
+            return call.Answer(std::wstring(L"O_TAM_AI_ID"));
+        });
+        IAttributeInterceptor* const asked = own.Get();
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        VARIANT_BOOL handled = VARIANT_FALSE;
+        EXPECT_EQ((asked->*question)(gain->As<IAttribute>().Get(), &answer, &handled), S_OK);
+        EXPECT_FALSE(own);
+        EXPECT_EQ(answer, VARIANT_TRUE);
+        EXPECT_EQ(handled, VARIANT_TRUE);
+    }
+}
+
 } // namespace
 
 } // namespace internal_tests
