@@ -159,8 +159,12 @@ TEST_F(TamInternalAppObjectXmlTest, NeedsADevice) {
 
 TEST_F(TamInternalAppObjectXmlTest, NeedsAnElementFromTheGenericObject) {
     const auto object = Created();
-    const Document document = support::Parse(L"<Project/>");
-    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), kObjectNotSet);
+    for (const wchar_t* project : {L"<Project/>", L"<Project><Other/></Project>"}) {
+        const Document document = support::Parse(project);
+        const auto root = support::Root(document);
+        ExpectRaised(object->XMLSave(root.Get(), document.Get()), kObjectNotSet);
+        EXPECT_EQ(Flat(root.Get()), project) << "another object's element gets no keys";
+    }
 }
 
 TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
