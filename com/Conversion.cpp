@@ -94,7 +94,11 @@ void Assign(BSTR* out, std::span<const std::wstring_view> parts) {
     }
     wchar_t* end = text;
     for (const std::wstring_view part : parts) {
-        end = std::copy(part.begin(), part.end(), end);
+        if (part.size() == 1) {
+            *end++ = part.front(); // the mark between two texts is not worth a call
+        } else {
+            end = std::copy(part.begin(), part.end(), end);
+        }
     }
     *out = text;
 }
