@@ -6,7 +6,8 @@
 
 namespace tam {
 
-/// IInputs, each member handed to the inner collection, in slot order, but for the enumerator.
+/// IInputs, each member handed to the inner collection, in slot order, but for the item and the
+/// enumerator, which are the own collection\'s.
 template <class Derived>
 class ForwardInputs : public ForwardFace<Derived, IInputs> {
     using I = IInputs;
@@ -17,10 +18,10 @@ class ForwardInputs : public ForwardFace<Derived, IInputs> {
     STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
-    STDMETHODIMP get_Item(BSTR index, IInput** value) override { return To(&I::get_Item, index, value); }
 };
 
-/// IOutputs, each member handed to the inner collection, in slot order, but for the enumerator.
+/// IOutputs, each member handed to the inner collection, in slot order, but for the item and the
+/// enumerator, which are the own collection\'s.
 template <class Derived>
 class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     using I = IOutputs;
@@ -31,10 +32,10 @@ class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
-    STDMETHODIMP get_Item(BSTR index, IOutput** value) override { return To(&I::get_Item, index, value); }
 };
 
-/// IAttributes, each member handed to the inner collection, in slot order, but for the enumerator.
+/// IAttributes, each member handed to the inner collection, in slot order, but for the item and the
+/// enumerator, which are the own collection\'s.
 template <class Derived>
 class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     using I = IAttributes;
@@ -44,7 +45,6 @@ class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     STDMETHODIMP get_Count(long* value) override { return To(&I::get_Count, value); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) override { return To(&I::get_ExtendedKey, value); }
     STDMETHODIMP get_GlobalKey(BSTR* value) override { return To(&I::get_GlobalKey, value); }
-    STDMETHODIMP get_Item(BSTR index, IAttribute** value) override { return To(&I::get_Item, index, value); }
 };
 
 } // namespace tam
