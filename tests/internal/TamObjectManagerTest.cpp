@@ -105,7 +105,7 @@ TEST_F(TamObjectManagerTest, LeavesTheKeyThatItWasGiven) {
     EXPECT_EQ(key.View(), L"DO11");
 }
 
-TEST_F(TamObjectManagerTest, MakesDistinctObjectsAndKeepsNone) {
+TEST_F(TamObjectManagerTest, MakesDistinctObjects) {
     const auto manager = NewManager();
     const auto first = Channel(manager);
     const auto second = Channel(manager);
