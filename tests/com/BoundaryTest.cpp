@@ -94,6 +94,11 @@ TEST_F(BoundaryTest, RefusesAMissingPlaceWithoutTheErrorOfAnEarlierCall) {
     support::LeaveError(L"Of long ago");
     EXPECT_EQ(module->get_Name(nullptr), E_POINTER);
     EXPECT_FALSE(support::HasLastError());
+    // A point's keys leave the thread's error object alone where they succeed.
+    const auto input = Item(Object(module, &IAppObject::get_Inputs), &IInputs::get_Item, L"1");
+    support::LeaveError(L"Of long ago");
+    EXPECT_EQ(input->get_GlobalKey(nullptr), E_POINTER);
+    EXPECT_FALSE(support::HasLastError());
 }
 
 TEST_F(BoundaryTest, EmptiesTheResultOfAFailingMember) {

@@ -146,8 +146,11 @@ class PointFaultTest : public ModuleFaultTest {
 template <class I>
 HRESULT Ask(const com::Ref<I>& object, HRESULT (STDMETHODCALLTYPE I::*get)(BSTR*), std::wstring& answer) {
     com::Bstr text;
+    LeaveError(L"Of long ago");
     const HRESULT result = (object.Get()->*get)(text.Put());
     EXPECT_TRUE(SUCCEEDED(result) || text.Get() == nullptr);
+    EXPECT_TRUE(SUCCEEDED(result) || LastError().description != L"Of long ago")
+        << "a failure has words of its own, or none";
     answer = FAILED(result) ? std::wstring() : answer + L" " + std::wstring(text.View());
     return result;
 }

@@ -75,6 +75,8 @@ TEST_F(CDBAttributeDefinitionTest, TakesTheFirstChildOfAChild) {
     EXPECT_EQ(Text(One(L"<SNVTTYPE>105</SNVTTYPE><VALUE><b>3</b>4</VALUE>"), &IAttribute::get_Value), L"3");
     EXPECT_EQ(Text(One(L"<SNVTTYPE>105</SNVTTYPE><VALUE><![CDATA[<5>]]></VALUE>"), &IAttribute::get_Value),
               L"<5>");
+    EXPECT_EQ(TypeOf(One(L"<SNVTTYPE>95<b/>1</SNVTTYPE>")), L"95");
+    EXPECT_EQ(TypeOf(One(L"<SNVTTYPE><b>8</b>1</SNVTTYPE>")), L"8");
 }
 
 TEST_F(CDBAttributeDefinitionTest, KeepsTheBlanksOfAValue) {

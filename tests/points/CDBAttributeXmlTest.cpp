@@ -102,6 +102,14 @@ TEST_F(CDBAttributeXmlTest, LoadsEachTypeInOrder) {
     EXPECT_EQ(TypeOf(gain), L"8");
 }
 
+TEST_F(CDBAttributeXmlTest, TakesTheFirstChildOfTheType) {
+    const auto gain = One();
+    EXPECT_EQ(LoadSaved(gain, L"<Gain><SNVT_TYPE>95<b/>1</SNVT_TYPE></Gain>"), S_OK);
+    EXPECT_EQ(TypeOf(gain), L"95");
+    EXPECT_EQ(LoadSaved(gain, L"<Gain><SNVT_TYPE><b>8</b>1</SNVT_TYPE></Gain>"), S_OK);
+    EXPECT_EQ(TypeOf(gain), L"8");
+}
+
 TEST_F(CDBAttributeXmlTest, ChangesNothingForAnEmptyElement) {
     const auto gain = One();
     EXPECT_EQ(LoadSaved(gain, L"<Gain/>"), S_OK);
