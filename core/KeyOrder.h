@@ -29,6 +29,7 @@ class KeyOrder {
     std::size_t Count() const noexcept { return order_.size(); }
     /// Positions are from 0 here. "Subscript out of range" past the end.
     std::size_t SlotAt(std::size_t position) const;
+    /// For tests, as SlotAt.
     std::wstring_view KeyAt(std::size_t position) const { return entries_[SlotAt(position)]->first; }
     std::optional<std::size_t> SlotOf(std::wstring_view key) const;
     /// Position of a slot that is there. Walks the order.

@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <iterator>
 #include <limits>
-#include <new>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -67,17 +66,13 @@ class KeyedCollection {
         if (const T* found = FindKey(index)) {
             return found;
         }
-        try {
-            return FindPosition(Val(index));
-        } catch (const RunTimeError&) {
-            return nullptr; // A number past the range of numbers is no position.
-        } catch (const std::bad_alloc&) {
-            return nullptr; // Many digits are copied to be read, and a look-up never fails.
-        }
+        const std::size_t position = PositionIn(index, Count());
+        return position != 0 ? &ItemAt(position - 1) : nullptr;
     }
     /// "Subscript out of range" past the end.
     const T& ItemAt(std::size_t zeroBased) const { return items_[order_.SlotAt(zeroBased)]; }
-    /// The key as it was given to Add. "Subscript out of range" past the end.
+    /// The key as it was given to Add; for tests, which look at the keys by it. "Subscript out
+    /// of range" past the end.
     std::wstring_view KeyAt(std::size_t zeroBased) const { return order_.KeyAt(zeroBased); }
 
     /// 1-based position of a key; 0 when it is absent. Walks the order.

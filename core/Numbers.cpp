@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <new>
 #include <string>
 #include <system_error>
 
@@ -197,6 +198,18 @@ std::int32_t ToInt32(double number) {
 }
 std::int16_t ToInt16(double number) {
     return Convert<std::int16_t>(number);
+}
+
+std::size_t PositionIn(std::wstring_view text, std::size_t count) noexcept {
+    try {
+        const double position = RoundToEven(Val(text));
+        const bool isOneOfThem = position >= 1 && position <= static_cast<double>(count);
+        return isOneOfThem ? static_cast<std::size_t>(position) : 0;
+    } catch (const RunTimeError&) {
+        return 0; // past the range of numbers
+    } catch (const std::bad_alloc&) {
+        return 0; // many digits are copied to be read, and a look-up never fails
+    }
 }
 
 } // namespace tam

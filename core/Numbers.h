@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -26,5 +27,10 @@ double RoundToEven(double number);
 /// range or the number is NaN.
 std::int32_t ToInt32(double number);
 std::int16_t ToInt16(double number);
+
+/// The 1-based position among so many items that a text begins with, to the nearest
+/// whole number, the even one of two; 0 when it begins with none of theirs. What is no
+/// number or is past the range of numbers is no position.
+std::size_t PositionIn(std::wstring_view text, std::size_t count) noexcept;
 
 } // namespace tam

@@ -56,13 +56,12 @@ void CCompatibleSNVTs::RemoveItem(std::wstring_view index) {
         list_.Remove(index);
         return;
     }
-    const auto position = ToInt32(Val(index));
-    const std::wstring* id = position > 0 ? list_.At(static_cast<std::size_t>(position)) : nullptr;
-    if (id == nullptr) {
+    const std::size_t position = PositionIn(index, list_.Count());
+    if (position == 0) {
         throw RunTimeError(RunTime::InvalidCall);
     }
-    entries_.erase(*id);
-    list_.RemovePosition(static_cast<std::size_t>(position));
+    entries_.erase(*list_.At(position));
+    list_.RemovePosition(position);
 }
 
 com::Ref<CCompatibleSNVT> CCompatibleSNVTs::EntryAt(std::size_t position) {

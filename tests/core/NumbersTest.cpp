@@ -166,6 +166,21 @@ TEST(NumbersToInt32Test, ThrowsOutOfRange) {
     }
 }
 
+TEST(NumbersPositionInTest, IsOneOfTheItemsPlaces) {
+    EXPECT_EQ(PositionIn(L"1", 3), 1u);
+    EXPECT_EQ(PositionIn(L"3rd", 3), 3u);
+    EXPECT_EQ(PositionIn(L"1.5", 3), 2u);
+    EXPECT_EQ(PositionIn(L"2.5", 3), 2u);
+    EXPECT_EQ(PositionIn(L"0.6", 3), 1u);
+}
+
+TEST(NumbersPositionInTest, IsNoneForAnythingElse) {
+    for (const wchar_t* text : {L"", L"0", L"0.5", L"3.5", L"4", L"-1", L"three", L"99999999999", L"1e999"}) {
+        EXPECT_EQ(PositionIn(text, 3), 0u) << std::wstring(text);
+    }
+    EXPECT_EQ(PositionIn(L"1", 0), 0u);
+}
+
 TEST(NumbersToInt16Test, RoundsAndThrowsOutOfRange) {
     EXPECT_EQ(ToInt16(0.5), 0);
     EXPECT_EQ(ToInt16(1.5), 2);

@@ -72,7 +72,7 @@ TEST_F(CCompatibleSNVTsTest, AnEntryThatCameBackIsANewOne) {
 
 TEST_F(CCompatibleSNVTsTest, RefusesToRemoveWhatIsNotThere) {
     const auto list = ListOf(L"50,30");
-    for (const wchar_t* const index : {L"", L"0", L"3", L"-1", L"fifty"}) {
+    for (const wchar_t* const index : {L"", L"0", L"3", L"-1", L"fifty", L"99999999999", L"1e999"}) {
         EXPECT_EQ(kInvalidCall, ErrorOf([&] { list->RemoveItem(index); })) << com::Bstr(index).Get();
     }
     EXPECT_EQ(L"50,30", list->GetList());
