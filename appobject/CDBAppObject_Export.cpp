@@ -13,6 +13,7 @@
 #include "core/Numbers.h"
 #include "core/PointData.h"
 #include "core/PointKeys.h"
+#include "core/References.h"
 
 #include <array>
 #include <set>
@@ -57,7 +58,7 @@ void ExportInputs(const dom::Document& document, const dom::Node& root, const co
         SetFieldAttributes(AppendPoint(document, container, input->PointName()), kExportedInput,
                            input->Data());
         const std::wstring& reference = input->Data().linkReference;
-        if (IsConnectedReference(reference)) {
+        if (LeadsToAnOutput(std::wstring_view(reference))) {
             referenced.insert(ReferenceKey(reference));
         }
     }

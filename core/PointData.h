@@ -1,9 +1,10 @@
 #pragma once
 
 #include "core/ElementFields.h"
-#include "core/PointKeys.h"
+#include "core/References.h"
 
 #include <string>
+#include <string_view>
 
 namespace tam {
 
@@ -46,8 +47,10 @@ inline constexpr WrittenField<InputData> kExportedInput[] = {
     {L"LogicalAddress", GiveText<&InputData::logicalAddress>},
     {L"SNVTType", GiveText<&InputData::snvtType>},
     {L"isPermanent", GiveFlag<&InputData::isPermanent>},
-    {L"IsConnected", [](const InputData& input,
-                        const LocaleRules&) { return FlagText(IsConnectedReference(input.linkReference)); }},
+    {L"IsConnected",
+     [](const InputData& input, const LocaleRules&) {
+         return FlagText(LeadsToAnOutput(std::wstring_view(input.linkReference)));
+     }},
 };
 
 struct OutputData {

@@ -1,7 +1,6 @@
 #include "core/PointKeys.h"
 
 #include "core/Case.h"
-#include "core/References.h"
 #include "core/RunTimeError.h"
 
 #include <limits>
@@ -10,10 +9,6 @@ namespace tam {
 
 std::wstring ReferenceKey(std::wstring_view text) {
     return UpperCase(text.substr(0, text.rfind(L'_')));
-}
-
-bool IsConnectedReference(std::wstring_view reference) {
-    return LeadsToAnOutput(reference);
 }
 
 std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_view name) {

@@ -12,9 +12,6 @@ namespace tam {
 /// "_", which is left out, in capitals; the whole text when it has none.
 std::wstring ReferenceKey(std::wstring_view text);
 
-/// False for "" and for one to six zeros, which stand for "no connection".
-bool IsConnectedReference(std::wstring_view reference);
-
 /// A key of a collection as its points share it: each joins its own when it is asked
 /// for one. Null for a point that was given none yet.
 using SharedCollectionKey = std::shared_ptr<const std::wstring>;

@@ -1,16 +1,13 @@
 #include "core/PointKeys.h"
-#include "core/References.h"
 
 #include "Thrown.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace tam {
 namespace {
@@ -24,27 +21,6 @@ TEST(PointKeysReferenceKeyTest, IsTheTextBeforeTheLastUnderscoreInCapitals) {
 TEST(PointKeysReferenceKeyTest, IsTheWholeTextWithoutUnderscore) {
     EXPECT_EQ(ReferenceKey(L"4203a"), L"4203A");
     EXPECT_EQ(ReferenceKey(L""), L"");
-}
-
-TEST(PointKeysIsConnectedReferenceTest, TakesZerosForNoConnection) {
-    for (const wchar_t* reference : {L"", L"0", L"0000", L"000000"}) {
-        EXPECT_FALSE(IsConnectedReference(reference)) << std::wstring(reference);
-    }
-}
-
-TEST(PointKeysIsConnectedReferenceTest, TakesAnythingElseForAConnection) {
-    for (const wchar_t* reference : {L"0000000", L"4203", L"00001", L"K_1", L" ", L"00000O"}) {
-        EXPECT_TRUE(IsConnectedReference(reference)) << std::wstring(reference);
-    }
-}
-
-TEST(PointKeysIsConnectedReferenceTest, IsTheSameForNarrowTexts) {
-    for (const std::string_view reference : {"", "0", "000000"}) {
-        EXPECT_FALSE(LeadsToAnOutput(reference)) << reference;
-    }
-    for (const std::string_view reference : {"0000000", "4203", "00001", " ", "00000O"}) {
-        EXPECT_TRUE(LeadsToAnOutput(reference)) << reference;
-    }
 }
 
 TEST(PointKeysPointKeyTest, JoinsByABackslash) {
