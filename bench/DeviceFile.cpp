@@ -5,9 +5,9 @@
 #include "bench/TextFile.h"
 #include "check/Findings.h"
 #include "check/XmlTree.h"
+#include "core/Trimmed.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <iterator>
 #include <optional>
 #include <set>
@@ -92,8 +92,7 @@ class Reader {
     std::string TextBelow(Node parent, std::string_view name) const {
         const Node element = tree_.Child(parent, name);
         const std::string text = element == check::XmlTree::kNone ? std::string() : tree_.OwnText(element);
-        const std::size_t begin = std::min(text.find_first_not_of(" \t\r\n"), text.size());
-        return text.substr(begin, text.find_last_not_of(" \t\r\n") + 1 - begin);
+        return std::string(tam::Trimmed(text, " \t\r\n"));
     }
 
     std::optional<std::wstring> AttributeOf(Node element, std::string_view name) const {

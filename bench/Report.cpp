@@ -1,6 +1,7 @@
 #include "bench/Report.h"
 
 #include "bench/Text.h"
+#include "core/Trimmed.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -54,9 +55,7 @@ std::vector<std::string> Lines(const std::string& text) {
     std::size_t at = 0;
     while (at < text.size()) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
-        std::string line = OneLine(text.substr(at, end - at));
-        line.erase(0, std::min(line.find_first_not_of(' '), line.size()));
-        line.erase(line.find_last_not_of(' ') + 1);
+        const std::string line(tam::Trimmed(OneLine(text.substr(at, end - at))));
         if (!line.empty()) {
             lines.push_back(line);
         }

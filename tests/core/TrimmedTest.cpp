@@ -15,6 +15,12 @@ TEST(TrimmedTest, OfBlanksAloneNothingIsLeft) {
     EXPECT_EQ(Trimmed(L""), L"");
 }
 
+TEST(TrimmedTest, ANarrowTextIsReadAlike) {
+    EXPECT_EQ(Trimmed("  a b "), "a b");
+    EXPECT_EQ(Trimmed("   "), "");
+    EXPECT_EQ(Trimmed("\t a\n", " \t\r\n"), "a");
+}
+
 TEST(TrimmedTest, ABlankIsWhatTheCallerTakesForOne) {
     EXPECT_EQ(Trimmed(L"\t a\n"), L"\t a\n");
     EXPECT_EQ(Trimmed(L"\t a\n", L" \t\r\n"), L"a");
