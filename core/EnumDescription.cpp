@@ -45,4 +45,12 @@ std::vector<EnumEntry> EnumEntries(std::wstring_view description) {
     return entries;
 }
 
+std::wstring FirstEnumValue(std::wstring_view description) {
+    const std::wstring entry = ParseString(description, 0, L";");
+    if (entry.empty()) {
+        throw RunTimeError(RunTime::Subscript);
+    }
+    return ParseString(entry, 0, L",");
+}
+
 } // namespace tam

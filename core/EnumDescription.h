@@ -29,4 +29,8 @@ struct EnumEntry {
 /// not fit into 16 bits.
 std::vector<EnumEntry> EnumEntries(std::wstring_view description);
 
+/// The value of the first entry as it stands. "Subscript out of range" when the first
+/// entry is empty or there is none.
+std::wstring FirstEnumValue(std::wstring_view description);
+
 } // namespace tam

@@ -1,7 +1,7 @@
 #include "internal/TamInternalAppObject.h"
 
 #include "core/Case.h"
-#include "core/FieldParser.h"
+#include "core/EnumDescription.h"
 
 namespace tam {
 
@@ -14,16 +14,6 @@ constexpr const wchar_t* kSetup = L"SETUP";
 // Flags of an attribute in the definition document.
 constexpr const wchar_t* kUnitDependent = L"UnitDependent";
 constexpr const wchar_t* kDifferential = L"Differential";
-
-/// The value of the first entry of a setup text, whose entries are separated
-/// by ";" and whose fields by ",". "Subscript" when there is no first piece.
-std::wstring FirstSetupValue(const std::wstring& setup) {
-    const std::wstring entry = ParseString(setup, 0, L";");
-    if (entry.empty()) {
-        throw RunTimeError(RunTime::Subscript);
-    }
-    return ParseString(entry, 0, L",");
-}
 
 void SetEnumeration(IAttribute& attribute, const std::wstring& description) {
     com::Ref<ISNVType> type;
@@ -59,8 +49,8 @@ void TamInternalAppObject::FillFromDevice(IAttribute& attribute) {
     } else if (name == kSetup) {
         com::CheckSet(channel.Get());
         com::Call(channel, &IChannel::get_SetupText, text.Put());
-        const std::wstring setup(text.View());
-        com::Call(attribute, &IAttribute::put_Value, com::Bstr(FirstSetupValue(setup)).Get());
+        const std::wstring setup(text.View()); // an enumeration description
+        com::Call(attribute, &IAttribute::put_Value, com::Bstr(FirstEnumValue(setup)).Get());
         SetEnumeration(attribute, setup);
     }
 }

@@ -126,5 +126,17 @@ TEST(EnumDescriptionEntriesTest, TakesTimeLinearInTheDescription) {
     EXPECT_EQ(EnumEntries(description).size(), 100'000u);
 }
 
+TEST(EnumDescriptionFirstValueTest, IsTheFirstEntrysTextBeforeItsComma) {
+    EXPECT_EQ(FirstEnumValue(L"2,Two;1,One;"), L"2");
+    EXPECT_EQ(FirstEnumValue(L" 2 ,Two"), L" 2 ");
+    EXPECT_EQ(FirstEnumValue(L"2;1,One"), L"2") << "an entry without a comma";
+    EXPECT_EQ(FirstEnumValue(L",Two;"), L"");
+}
+
+TEST(EnumDescriptionFirstValueTest, RefusesATextWithoutAFirstEntry) {
+    EXPECT_EQ(ErrorOf([] { FirstEnumValue(L""); }), kSubscript);
+    EXPECT_EQ(ErrorOf([] { FirstEnumValue(L";1,One;"); }), kSubscript);
+}
+
 } // namespace
 } // namespace tam
