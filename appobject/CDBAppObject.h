@@ -43,6 +43,7 @@ class CDBAppObject final
     com::Ref<CDBInputs> Inputs() const noexcept { return inputs_; }
     com::Ref<CDBOutputs> Outputs() const noexcept { return outputs_; }
     com::Ref<CDBAttributes> Attributes() const noexcept { return attributes_; }
+    // Nothing of the component asks for the next three; they are there for callers of its members.
     /// The host's unit converter, made with the object.
     const com::Ref<IDispatch>& UnitsManager() const noexcept { return unitsManager_; }
     std::uint8_t ChannelNumber() const noexcept { return data_.device.channelNumber; }

@@ -17,7 +17,8 @@ struct ComponentState {
     std::wstring AppPath;
     /// The catalogue document that the host handed over last.
     com::Ref<IDispatch> SnvtCatalogueDocument;
-    /// Filled by each definition load; the last one wins.
+    /// Filled by each definition load; the last one wins. Nothing of the component reads it
+    /// back: it is there for callers of its members.
     DataSizeTable DataSizes;
     /// The decimal mark of the user's locale, "," or "."; empty before
     /// InitDecimalSeparator has run.

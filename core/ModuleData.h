@@ -65,6 +65,7 @@ struct ModuleDevice {
     bool isLastOnDevice = false;
     std::int32_t cdbDimension = 0;
     std::int32_t ddbDimension = 0;
+    /// Nothing of the component reads it: it is there for callers of its members.
     std::uint8_t channelNumber = 255;
 };
 

@@ -31,6 +31,7 @@ class NumericEditorState {
     };
     explicit NumericEditorState(const Setup& setup);
 
+    /// For tests: the dialog asks for keys and texts alone.
     bool IsFloat() const noexcept { return isFloat_; }
     /// The current value with the user's decimal mark.
     const std::wstring& CurrentValue() const noexcept { return current_; }
