@@ -3,7 +3,6 @@
 #include "com/Creation.h"
 #include "common/ComponentState.h"
 #include "core/Numbers.h"
-#include "core/PointKeys.h"
 
 #include <algorithm>
 #include <memory>
@@ -16,8 +15,8 @@ namespace {
 constexpr const wchar_t* kConverterProgId = L"UnitManager.Converter";
 
 /// The keys of the collections, ready to be taken over.
-struct CollectionKeys {
-    explicit CollectionKeys(CollectionKeyTexts&& texts)
+struct NewCollectionKeys {
+    explicit NewCollectionKeys(CollectionKeyTexts&& texts)
         : attributes(std::make_shared<std::wstring>(std::move(texts.attributes)))
         , inputs(std::make_shared<std::wstring>(std::move(texts.inputs)))
         , outputs(std::make_shared<std::wstring>(std::move(texts.outputs))) {}
@@ -50,7 +49,7 @@ CDBAppObject::CDBAppObject()
 template <class Give>
 void CDBAppObject::TakeKey(std::wstring& field, BSTR value, Give give) {
     std::wstring key(com::View(value));
-    CollectionKeys keys{CollectionKeyTexts(key)};
+    NewCollectionKeys keys{CollectionKeyTexts(key)};
     field = std::move(key);
     if (attributes_) {
         give(*attributes_.Get(), std::move(keys.attributes));

@@ -43,8 +43,8 @@ bool HasItems(const com::Owned<Collection>& collection) {
 /// Passes each reference element of a section to the collection. `goOn` throws
 /// when the load is over.
 template <class Collection>
-void LoadSection(const dom::Document& stream, const wchar_t* path, Collection& collection,
-                 const OwnerRef& owner, const std::function<void()>& goOn) {
+void LoadSection(const dom::Document& stream, const wchar_t* path, Collection& collection, PointOwner* owner,
+                 const std::function<void()>& goOn) {
     const dom::Node section = dom::FirstByTagName(stream, path);
     if (!section) {
         return;

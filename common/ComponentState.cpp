@@ -3,18 +3,13 @@
 #include "com/Boundary.h"
 #include "com/Conversion.h"
 #include "com/Dll.h"
+#include "common/resource.h"
 #include "core/ValueText.h"
 
 #include <cstddef>
 #include <new>
 
 namespace tam {
-
-namespace {
-
-constexpr unsigned kTitle = 101;
-
-} // namespace
 
 ComponentState& State() noexcept {
     // Never destroyed: when the process ends, the catalogue's own library may
@@ -39,7 +34,7 @@ std::wstring ResourceText(unsigned id) {
 }
 
 std::wstring ComponentTitle() {
-    return ResourceText(kTitle);
+    return ResourceText(IDS_TITLE);
 }
 
 } // namespace tam

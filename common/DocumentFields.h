@@ -25,6 +25,14 @@ bool TakeNode(const ReadField<Data> (&fields)[N], std::wstring_view keyword, Dat
     return TakeElement(fields, keyword, data, {text, kUserRules});
 }
 
+/// Lets the row of an attribute's name take its text. False when there is none.
+template <class Data, std::size_t N>
+bool TakeAttribute(const ReadField<Data> (&fields)[N], std::wstring_view name, Data& data,
+                   const std::wstring& text) {
+    const std::function<std::wstring()> given = [&] { return text; };
+    return TakeElement(fields, name, data, {given, kUserRules});
+}
+
 /// Appends an element with a text for each row.
 template <class Data, std::size_t N>
 void AppendFields(const dom::Document& document, const dom::Node& parent,

@@ -1,12 +1,10 @@
 #include "points/CDBAttribute.h"
 
-#include "common/ComponentState.h"
 #include "common/DocumentFields.h"
 #include "common/ErrorReport.h"
 #include "common/mSNVTDataConversion.h"
 #include "core/Case.h"
 #include "core/EnumDescription.h"
-#include "core/RunTimeError.h"
 #include "core/Trimmed.h"
 #include "points/UnitConversion.h"
 

@@ -1,14 +1,13 @@
 #include "points/CDBAttributes.h"
 
 #include "common/ErrorReport.h"
-#include "common/MessageLoop.h"
 
 namespace tam {
 
 com::Ref<CDBAttribute> CDBAttributes::AddItem(const std::wstring& name, const dom::Node& definition,
-                                              const OwnerRef& owner, const std::function<void()>& mayAdd) {
+                                              PointOwner* owner, const std::function<void()>& mayAdd) {
     auto attribute = CDBAttribute::Make(name);
-    attribute->SetOwner(owner);
+    attribute->SetOwner(owner); // before the definition is read: the owner has the default value
     attribute->ReadDefinition(definition);
     mayAdd();
     items_.Add(name, attribute);

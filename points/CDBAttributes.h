@@ -24,8 +24,8 @@ class CDBAttributes final
     // The component's own side.
     /// Asks `mayAdd`, which throws if not, when the definition is read: reading
     /// shows boxes.
-    com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition,
-                                   const OwnerRef& owner, const std::function<void()>& mayAdd);
+    com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition, PointOwner* owner,
+                                   const std::function<void()>& mayAdd);
     /// Takes away all behind the first ones.
     void KeepFirst(std::size_t count) { items_.KeepFirst(count); }
     void Clear() { items_.Clear(); }

@@ -1,7 +1,6 @@
 #include "points/CDBInputs.h"
 
 #include "common/ErrorReport.h"
-#include "common/MessageLoop.h"
 
 namespace tam {
 

@@ -23,7 +23,7 @@ class CDBInputs final : public PointCollection<CDBInputs, CDBInput, _CDBInputs, 
     using PointCollection::PointCollection;
 
     // The component's own side.
-    com::Ref<CDBInput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner,
+    com::Ref<CDBInput> AddItem(const std::wstring& name, const dom::Node& definition, PointOwner* owner,
                                const std::function<void()>& mayAdd) {
         return AddDefined(name, definition, owner, mayAdd);
     }

@@ -8,7 +8,6 @@
 #include "points/PointWarnings.h"
 
 #include <cstdint>
-#include <functional>
 
 namespace tam {
 
@@ -32,8 +31,7 @@ void CDBOutput::SetSnvtType(const std::wstring& id) {
 
 void CDBOutput::ReadDefinition(const dom::Node& element, const std::wstring& ownerName) {
     dom::ForEachAttribute(element, [&](const std::wstring& name, const std::wstring& text) {
-        const std::function<std::wstring()> given = [&] { return text; };
-        TakeElement(kOutputDefinitionAttributes, UpperCase(name), data_, {given, kUserRules});
+        TakeAttribute(kOutputDefinitionAttributes, UpperCase(name), data_, text);
     });
     dom::ForEachChildButComments(element, [&](const dom::Node& child) {
         const std::wstring keyword = UpperCase(dom::BaseName(child));

@@ -1,7 +1,6 @@
 #include "points/CDBOutputs.h"
 
 #include "common/ErrorReport.h"
-#include "common/MessageLoop.h"
 
 namespace tam {
 

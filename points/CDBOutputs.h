@@ -21,7 +21,7 @@ class CDBOutputs final : public PointCollection<CDBOutputs, CDBOutput, _CDBOutpu
     using PointCollection::PointCollection;
 
     // The component's own side.
-    com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner,
+    com::Ref<CDBOutput> AddItem(const std::wstring& name, const dom::Node& definition, PointOwner* owner,
                                 const std::function<void()>& mayAdd) {
         return AddDefined(name, definition, owner, mayAdd);
     }

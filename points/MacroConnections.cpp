@@ -43,7 +43,7 @@ bool GroupHasKey(IMacroConnectionGroups& groups, long position, const std::wstri
 
 } // namespace
 
-bool IsInMacroConnection(const OwnerRef& owner, const PointIdentity& point) noexcept {
+bool IsInMacroConnection(PointOwner* owner, const PointIdentity& point) noexcept {
     bool connected = false;
     Attempt([&] {
         const auto connections = OwnerOf(owner).HostParent().As<IMacroConnections>();

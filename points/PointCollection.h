@@ -51,7 +51,7 @@ class PointCollection : public com::OwnedDualObject<Derived, PointOwner, OwnFace
   protected:
     /// Adds an input or output at the end. Asks `mayAdd`, which throws if not, when the
     /// definition is read: reading yields and shows boxes.
-    com::Ref<Point> AddDefined(const std::wstring& name, const dom::Node& definition, const OwnerRef& owner,
+    com::Ref<Point> AddDefined(const std::wstring& name, const dom::Node& definition, PointOwner* owner,
                                const std::function<void()>& mayAdd) {
         auto point = Point::Make(name);
         point->ReadDefinition(definition, OwnerOf(owner).OwnerName());

@@ -33,16 +33,13 @@ class PointOwner {
     ~PointOwner() = default;
 };
 
-/// The owner of a point; null before it has one.
-using OwnerRef = PointOwner*;
-
 /// The owner as the host sees it; empty before there is one.
-inline com::Ref<IAppObject> ParentOf(const OwnerRef& owner) {
+inline com::Ref<IAppObject> ParentOf(PointOwner* owner) {
     return owner != nullptr ? owner->AppObject() : com::Ref<IAppObject>();
 }
 
 /// The owner. "Object not set" before there is one.
-inline PointOwner& OwnerOf(const OwnerRef& owner) {
+inline PointOwner& OwnerOf(PointOwner* owner) {
     com::CheckSet(owner);
     return *owner;
 }

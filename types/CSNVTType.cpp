@@ -158,9 +158,8 @@ bool CSNVTType::ReadEntry(const std::wstring& id, TypeData& data) {
                 MB_ICONSTOP);
         return false;
     }
-    dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& given) {
-        const std::function<std::wstring()> text = [&] { return given; };
-        TakeElement(kTypeAttributes, UpperCase(name), data, {text, kUserRules});
+    dom::ForEachAttribute(entry, [&](const std::wstring& name, const std::wstring& text) {
+        TakeAttribute(kTypeAttributes, UpperCase(name), data, text);
     });
     bool isClean = true;
     CatalogueFields fields(entry);
