@@ -1,4 +1,3 @@
-#include "com/LateBound.h"
 #include "tests/internal/Channel.h"
 
 // Whose error object a host gets with a failure that a channel's object passes

@@ -1,4 +1,3 @@
-#include "com/LateBound.h"
 #include "tests/internal/Mirrored.h"
 
 #include <string>

@@ -1,7 +1,5 @@
 #include "tests/points/Points.h"
 
-#include "com/LateBound.h"
-
 #include <string>
 #include <vector>
 
