@@ -14,6 +14,8 @@ import re
 import sys
 from pathlib import Path
 
+from whole_file import write_whole
+
 QUOTED = r'"(?:[^"\\]|\\.)*"'
 INTERFACE = re.compile(r"interface\s+(\w+)\s*:\s*IDispatch\s*\{(.*?)\n\s*\}", re.DOTALL)
 MEMBER = re.compile(
@@ -100,7 +102,7 @@ def main():
             path = output / f"{named.group(1)}.idl"
             lines = members_of(faces)
             if not path.exists() or path.read_text(encoding="utf-8") != lines:
-                path.write_text(lines, encoding="utf-8")
+                write_whole(path, lines.encode("utf-8"))
 
 
 if __name__ == "__main__":

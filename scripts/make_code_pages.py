@@ -8,6 +8,8 @@
 import sys
 from pathlib import Path
 
+from whole_file import write_whole
+
 TARGET = Path(__file__).resolve().parent.parent / "check" / "CodePages.inc"
 
 # What a declaration says -> Python's name of the encoding.
@@ -43,7 +45,7 @@ def main():
         if TARGET.read_text() != text():
             sys.exit(f"{TARGET.name} is out of date: run scripts/make_code_pages.py")
         return
-    TARGET.write_text(text())
+    write_whole(TARGET, text().encode("utf-8"))
 
 
 main()

@@ -1,6 +1,7 @@
 // Writes docs/api: api_pages.exe COMPONENT SERVICES FOLDER, the paths of the two
 // DLLs and of the folder.
 
+#include "bench/WholeFile.h"
 #include "tests/com/ApiPages.h"
 
 #include <windows.h>
@@ -10,8 +11,6 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <ios>
 
 int wmain(int count, wchar_t** arguments) {
     if (count != 4) {
@@ -25,9 +24,7 @@ int wmain(int count, wchar_t** arguments) {
         const TypeLibrary component(arguments[1], 1);
         const TypeLibrary services(arguments[2], 1);
         for (const contract::ApiPage& page : contract::ApiPages(faces, component, services)) {
-            std::ofstream file(std::filesystem::path(arguments[3]) / page.file, std::ios::binary);
-            file.exceptions(std::ios::failbit | std::ios::badbit);
-            file << page.text;
+            bench::WriteWholeFile((std::filesystem::path(arguments[3]) / page.file).native(), page.text);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "api_pages: %s\n", error.what());
