@@ -14,7 +14,6 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
-constexpr auto kAborted = static_cast<HRESULT>(0x80004004);
 constexpr const wchar_t* kEndedText =
     L"The load was ended, because the object was loaded again or destroyed meanwhile";
 constexpr const wchar_t* kType = L"<SNVTTYPE>105</SNVTTYPE>";
@@ -86,7 +85,7 @@ TEST_F(LoadInsideLoadTest, LeavesThePointsOfTheLastStreamAlone) {
     for (int turn = 1; turn <= kTurns; ++turn) {
         module = Loaded(Stream(L"<In0/>", {}, Gain(L"Old")));
         const auto attributes = Object(module, &IAppObject::get_Attributes);
-        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(Load(module, Inner()), S_OK); }), kAborted);
+        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(Load(module, Inner()), S_OK); }), E_ABORT);
         EXPECT_EQ(LastError().description, kEndedText);
         EXPECT_EQ(Names(), (Texts{L"InB", L"OutB", L"Old", L"A1"})) << turn;
         EXPECT_EQ(Text(module, &IAppObject::get_Name), L"Inner");
@@ -101,7 +100,7 @@ TEST_F(LoadInsideLoadTest, LeavesThePointsOfTheLastStreamAlone) {
 TEST_F(LoadInsideLoadTest, LeavesNoPointsWhenTheLastStreamIsNone) {
     for (int turn = 1; turn <= kTurns; ++turn) {
         module = Loaded(Stream(L"<In0/>", {}, Gain(L"Old")));
-        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(Load(module, L"no XML"), kObjectNotSet); }), kAborted);
+        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(Load(module, L"no XML"), kObjectNotSet); }), E_ABORT);
         EXPECT_EQ(Names(), (Texts{L"Old"})) << turn;
     }
 }
@@ -117,7 +116,7 @@ TEST_F(LoadInsideLoadTest, EndsTwoLoadsForAThird) {
         return false;
     });
     const std::wstring second = Stream(L"<InS/>", {}, L"<S><SNVTTYPE>999</SNVTTYPE></S>", L"Second");
-    EXPECT_EQ(LoadWhile(6, [&] { EXPECT_EQ(Load(module, second), kAborted); }), kAborted);
+    EXPECT_EQ(LoadWhile(6, [&] { EXPECT_EQ(Load(module, second), E_ABORT); }), E_ABORT);
     EXPECT_FALSE(Boxes().empty());
     EXPECT_EQ(Names(), (Texts{L"InB", L"OutB", L"A1"}));
     Watcher().OnBox({});
@@ -138,7 +137,7 @@ TEST_F(LoadInsideLoadTest, AddsNoPointWhoseDefinitionWasReadMeanwhile) {
             }
             return false;
         });
-        EXPECT_EQ(Load(module, stream), kAborted);
+        EXPECT_EQ(Load(module, stream), E_ABORT);
         EXPECT_TRUE(isOpen);
         EXPECT_FALSE(Boxes().empty());
         EXPECT_EQ(Names(), (Texts{L"InB", L"OutB", L"A1"}));
@@ -149,7 +148,7 @@ TEST_F(LoadInsideLoadTest, AddsNoPointWhoseDefinitionWasReadMeanwhile) {
 TEST_F(LoadInsideLoadTest, EndsWithDestroy) {
     for (int turn = 1; turn <= kTurns; ++turn) {
         module = Loaded(Stream(L"<In0/>", {}, Gain(L"Old")));
-        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(module->Destroy(), S_OK); }), kAborted);
+        EXPECT_EQ(LoadWhile(turn, [&] { EXPECT_EQ(module->Destroy(), S_OK); }), E_ABORT);
         EXPECT_EQ(LastError().description, kEndedText);
         EXPECT_FALSE(HasCollections()) << "nothing comes back";
         ASSERT_EQ(Load(module, Inner()), S_OK);
@@ -164,7 +163,7 @@ TEST_F(LoadInsideLoadTest, EndsWhenTheHostDestroysAndLoadsAgain) {
                             EXPECT_EQ(module->Destroy(), S_OK);
                             EXPECT_EQ(Load(module, Inner()), S_OK);
                         }),
-              kAborted);
+              E_ABORT);
     EXPECT_EQ(Names(), (Texts{L"InB", L"OutB", L"A1"})) << "what Destroy dropped stays dropped";
 }
 

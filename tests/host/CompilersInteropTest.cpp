@@ -130,7 +130,7 @@ TEST(CompilersInteropTest, WantsTheDatabaseFolderFirst) {
     const auto failure =
         com::Attempt([&] { com::CallMember(*compiler.Get(), L"CompileTamObject", arguments); });
     ASSERT_TRUE(failure) << "compiled without a database folder";
-    EXPECT_EQ(Code(0x80040401), failure->code);
+    EXPECT_EQ(kNoDatabasePath, failure->code);
     EXPECT_EQ(L"SetDBPath must name the database folder before an object is compiled", failure->description);
     EXPECT_EQ(L"OrvHost", failure->source);
     EXPECT_EQ(kGood, stream.View());
@@ -140,9 +140,9 @@ TEST(CompilersInteropTest, WantsTheDatabaseFolderFirst) {
 
 TEST(CompilersInteropTest, RefusesAFolderThatIsNotThere) {
     Compiler compiler;
-    EXPECT_EQ(Code(0x80040403), compiler.SetDBPath(L"C:\\no such folder"));
+    EXPECT_EQ(kDatabaseFolder, compiler.SetDBPath(L"C:\\no such folder"));
     EXPECT_EQ(L"There is no database folder \"C:\\no such folder\"", LastError());
-    EXPECT_EQ(Code(0x80040403), compiler.SetDBPath(L""));
+    EXPECT_EQ(kDatabaseFolder, compiler.SetDBPath(L""));
     EXPECT_FALSE(compiler.Compile(kGood).stream.empty()) << "the folder set before still counts";
 }
 

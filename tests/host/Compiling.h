@@ -43,7 +43,7 @@ class Compiler {
         VARIANT first = stream.Get();
         VARIANT second = cdb.Get();
         VARIANT third = ddb.Get();
-        EXPECT_EQ(Code(0x80040402), object_->CompileTamObject(&first, &second, &third));
+        EXPECT_EQ(kNotAnExportDocument, object_->CompileTamObject(&first, &second, &third));
         EXPECT_EQ(document, com::View(first.bstrVal));
         EXPECT_EQ(L"before", com::View(second.bstrVal));
         EXPECT_EQ(7, third.lVal);

@@ -78,7 +78,7 @@ TEST_F(DatabaseLocationTest, TellsWhichFolderCannotBeMade) {
     CloseHandle(handle);
     SetEnvironmentVariableW(kVariable, file.c_str());
     com::Bstr path;
-    EXPECT_EQ(Code(0x80040403), location_->get_Path(path.Put()));
+    EXPECT_EQ(kDatabaseFolder, location_->get_Path(path.Put()));
     EXPECT_EQ(nullptr, path.Get());
     EXPECT_TRUE(LastError().starts_with(L"The database folder \"" + file + L"\" cannot be made: "));
     EXPECT_TRUE(DeleteFileW(file.c_str()));

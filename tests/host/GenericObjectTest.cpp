@@ -59,14 +59,14 @@ TEST_F(GenericObjectTest, IsEmptyBeforeInit) {
     EXPECT_EQ(L"", TextOf(*block.Get(), &IAppObject::get_UniqueIDString));
     EXPECT_EQ(L"", TextOf(*block.Get(), &IAppObject::get_Name));
     EXPECT_EQ(0, Count(block, &IAppObject::get_Inputs));
-    EXPECT_EQ(Code(0x80040504), block->Create());
+    EXPECT_EQ(kNotInitialised, block->Create());
     EXPECT_EQ(L"The block has no definition to make its points from; call Init first", LastError());
 }
 
 TEST_F(GenericObjectTest, KeepsItsDefinitionWhenAnotherIsMissing) {
     const auto block = NewBlock(L"O_Tam_DI_id");
     VARIANT_BOOL done = VARIANT_TRUE;
-    EXPECT_EQ(Code(0x80040502), block->Init(com::Bstr(L"O_Nothing_id").Get(), &done));
+    EXPECT_EQ(kNoDefinition, block->Init(com::Bstr(L"O_Nothing_id").Get(), &done));
     EXPECT_EQ(VARIANT_FALSE, done);
     EXPECT_EQ(L"The library has no definition of \"O_Nothing_id\" (" + SampleFolder() + L"O_Nothing_id.xml)",
               LastError());
@@ -147,7 +147,7 @@ TEST_F(GenericObjectTest, AnswersForABlockThatLiesOnItsOwn) {
     EXPECT_FALSE(Flag(*block.Get(), &IAppObject::get_IsPlugInActive));
     EXPECT_FALSE(Flag(*block.Get(), &IAppObject::get_DatasheetAvailable));
     VARIANT window{};
-    EXPECT_EQ(Code(0x80040502), block->ViewDatasheet(window));
+    EXPECT_EQ(kNoDefinition, block->ViewDatasheet(window));
     EXPECT_EQ(L"The library has no data sheet of \"O_Tam_AI_id\"", LastError());
 }
 

@@ -175,7 +175,7 @@ TEST_F(GenericXmlTest, TellsNobodyOfWhatItLoads) {
 
 TEST_F(GenericXmlTest, AppendsNothingWhenItFails) {
     const auto block = Create<IAppObject>(__uuidof(GenericObject));
-    EXPECT_EQ(Code(0x80040504), block->XMLSave(Root().Get(), document_.Get()));
+    EXPECT_EQ(kNotInitialised, block->XMLSave(Root().Get(), document_.Get()));
     EXPECT_EQ(L"The block has no definition to name its element after; call Init first", LastError());
     const auto made = NewBlock(L"O_Tam_AI_id");
     EXPECT_EQ(support::kObjectNotSet, made->XMLSave(nullptr, document_.Get()));

@@ -13,6 +13,16 @@
 
 namespace hosttest {
 
+// What the host services refuse with, as their library names it.
+inline constexpr auto kNoDatabasePath = static_cast<HRESULT>(0x80040401);
+inline constexpr auto kNotAnExportDocument = static_cast<HRESULT>(0x80040402);
+inline constexpr auto kDatabaseFolder = static_cast<HRESULT>(0x80040403);
+inline constexpr auto kLibraryFolder = static_cast<HRESULT>(0x80040501);
+inline constexpr auto kNoDefinition = static_cast<HRESULT>(0x80040502);
+inline constexpr auto kNotADefinition = static_cast<HRESULT>(0x80040503);
+inline constexpr auto kNotInitialised = static_cast<HRESULT>(0x80040504);
+inline constexpr auto kDeviceDocument = static_cast<HRESULT>(0x80040505);
+
 /// OrvHost.dll beside the test program, without any registration.
 class HostDll {
   public:

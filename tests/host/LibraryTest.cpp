@@ -54,7 +54,7 @@ TEST_F(LibraryTest, LiesWhereItWasSetForTheWholeHost) {
 
 TEST_F(LibraryTest, RefusesAFolderThatIsNotThere) {
     ASSERT_EQ(S_OK, folder_->put_Folder(com::Bstr(L"C:\\windows").Get()));
-    EXPECT_EQ(Code(0x80040501), folder_->put_Folder(com::Bstr(L"C:\\no such folder").Get()));
+    EXPECT_EQ(kLibraryFolder, folder_->put_Folder(com::Bstr(L"C:\\no such folder").Get()));
     EXPECT_EQ(L"The library folder \"C:\\no such folder\" is not there", LastError());
     EXPECT_EQ(L"C:\\windows\\", Folder());
 }
@@ -127,7 +127,7 @@ TEST_F(LibraryTest, SeesAFileThatWasEdited) {
 TEST_F(LibraryTest, SaysWhichDefinitionIsMissing) {
     TemporaryLibrary library;
     com::Ref<IDispatch> document;
-    EXPECT_EQ(Code(0x80040502), Definition(L"O_Unknown_id", document));
+    EXPECT_EQ(kNoDefinition, Definition(L"O_Unknown_id", document));
     EXPECT_EQ(L"The library has no definition of \"O_Unknown_id\" (" + library.Folder() +
                   L"O_Unknown_id.xml)",
               LastError());
@@ -142,7 +142,7 @@ TEST_F(LibraryTest, LeadsNowhereElse) {
     for (const std::wstring& identifier : {L"..\\" + inside + L"Block", std::wstring(L".\\Block"),
                                            std::wstring(L"./Block"), std::wstring(), std::wstring(L"*")}) {
         com::Ref<IDispatch> document;
-        EXPECT_EQ(Code(0x80040502), Definition(identifier.c_str(), document))
+        EXPECT_EQ(kNoDefinition, Definition(identifier.c_str(), document))
             << testing::PrintToString(identifier);
     }
 }
@@ -152,10 +152,10 @@ TEST_F(LibraryTest, RefusesWhatIsNoDefinition) {
     library.Write(L"Broken.xml", "<AppObject><NAME></AppObject>");
     library.Write(L"Other.xml", "<Device/>");
     com::Ref<IDispatch> document;
-    EXPECT_EQ(Code(0x80040503), Definition(L"Broken", document));
+    EXPECT_EQ(kNotADefinition, Definition(L"Broken", document));
     const std::wstring broken = L"\"" + library.Folder() + L"Broken.xml\" cannot be read as XML";
     EXPECT_EQ(broken, LastError().substr(0, broken.size()));
-    EXPECT_EQ(Code(0x80040503), Definition(L"Other", document));
+    EXPECT_EQ(kNotADefinition, Definition(L"Other", document));
     EXPECT_EQ(L"\"" + library.Folder() +
                   L"Other.xml\" is no definition: its document element is \"Device\", not \"AppObject\"",
               LastError());
@@ -167,7 +167,7 @@ TEST_F(LibraryTest, RefusesADocumentType) {
     library.Write(L"Typed.xml",
                   "<!DOCTYPE AppObject [<!ENTITY e \"x\">]><AppObject><NAME>&e;</NAME></AppObject>");
     com::Ref<IDispatch> document;
-    EXPECT_EQ(Code(0x80040503), Definition(L"Typed", document));
+    EXPECT_EQ(kNotADefinition, Definition(L"Typed", document));
     EXPECT_EQ(L"\"" + library.Folder() + L"Typed.xml\" cannot be read as XML: DTD is prohibited.",
               LastError());
     EXPECT_FALSE(document);

@@ -15,8 +15,6 @@ namespace package {
 
 namespace {
 
-constexpr HRESULT kDenied = static_cast<HRESULT>(0x80070005);
-
 enum class Ground { Clean, OlderInstall, OtherDll };
 
 struct Case {
@@ -72,7 +70,7 @@ class RegistrationFaultTest : public RegistryTest, public ::testing::WithParamIn
                 EXPECT_LT(0, writes);
                 return;
             }
-            ASSERT_EQ(kDenied, result) << "write " << number;
+            ASSERT_EQ(E_ACCESSDENIED, result) << "write " << number;
             ASSERT_TRUE(content() == start) << "write " << number << "\n"
                                             << Difference(show(start), show(content()));
             ++failures;
@@ -157,8 +155,8 @@ TEST_P(RegistrationFaultTest, RefusesAUserWhoMayNotWrite) {
     const Lines start = Snapshot(InScope());
     {
         const RegistryFault fault(Subject().Module(), 1, RegistryFault::Kind::ForEver);
-        EXPECT_EQ(kDenied, Subject().Register(InScope()));
-        EXPECT_EQ(kDenied, Subject().Unregister(InScope()));
+        EXPECT_EQ(E_ACCESSDENIED, Subject().Register(InScope()));
+        EXPECT_EQ(E_ACCESSDENIED, Subject().Unregister(InScope()));
     }
     EXPECT_EQ("", Difference(start, Snapshot(InScope())));
 }

@@ -156,10 +156,12 @@ TEST_F(UnitConversionTest, AsksForAnExceptionThatIsFilledInLater) {
 
 TEST_F(UnitConversionTest, TakesTheNumberOfAnExceptionForItsCode) {
     script->fails = true;
-    script->raise = [](EXCEPINFO& exception) { exception.wCode = 11; };
+    constexpr WORD kDivisionByZero = 11;
+    script->raise = [](EXCEPINFO& exception) { exception.wCode = kDivisionByZero; };
     com::Bstr shown;
     const auto gain = Over(script.Get());
-    EXPECT_EQ(gain->get_DispValue(shown.Put()), static_cast<HRESULT>(0x800A000B));
+    EXPECT_EQ(gain->get_DispValue(shown.Put()),
+              MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, kDivisionByZero));
     EXPECT_FALSE(HasLastError()) << "the exception has no words";
     script->raise = [](EXCEPINFO&) {};
     EXPECT_EQ(gain->get_DispValue(shown.Put()), DISP_E_EXCEPTION);
