@@ -174,12 +174,6 @@ TEST_F(CDBAttributeDisplayTest, ShowsTheLabelOfAnEnumeration) {
     EXPECT_TRUE(Units().asked.empty());
 }
 
-TEST_F(CDBAttributeDisplayTest, ShowsNothingForAnEnumerationValueWithoutEntry) {
-    EXPECT_EQ(Text(Enumerated(L"2", L"0,Off;1,On;"), &IAttribute::get_DispValue), L"");
-    EXPECT_EQ(Text(Enumerated(L"", L"0,Off;1,On;"), &IAttribute::get_DispValue), L"");
-    EXPECT_EQ(Text(Enumerated(L"1", L""), &IAttribute::get_DispValue), L"");
-}
-
 TEST_F(CDBAttributeDisplayTest, LocalizesAnEnumerationValueBeforeTheLookUp) {
     // "1,5" can be no key, a comma ends it: with a decimal comma nothing fits.
     const std::wstring label = DecimalMark() == L"." ? L"Half" : L"";
@@ -193,15 +187,9 @@ TEST_F(CDBAttributeDisplayTest, HandsAnUnclosedEntryToTheCaller) {
     EXPECT_EQ(shown.Get(), nullptr);
 }
 
-// pConvertEnum; the rules of descriptions have their own tests (EnumLabelTest).
-TEST_F(CDBAttributeDisplayTest, ConvertsEnumerationValuesToLabels) {
+// pConvertEnum; the rules of descriptions have their own tests (EnumDescriptionLabelTest).
+TEST_F(CDBAttributeDisplayTest, ConvertsAnEnumerationValueToItsLabel) {
     EXPECT_EQ(Label(L"1", L"0,Off;1,On;"), L"On");
-    EXPECT_EQ(Label(L"-1", L"-1,Auto;0,Off;"), L"Auto");
-    EXPECT_EQ(Label(L"2", L"0,Off;1,On;"), L"");
-    EXPECT_EQ(Label(L"", L""), L"");
-}
-
-TEST_F(CDBAttributeDisplayTest, RefusesAMatchingEntryWithoutSemicolon) {
     EXPECT_EQ(Label(L"1", L"0,Off;1,On"), L"(error 5)");
 }
 
