@@ -43,7 +43,7 @@ class Frame : public Window {
   private:
     /// A page of the lists: points of a kind.
     struct PointPage {
-        Kind kind;
+        Kind kind{};
         RowTable table;
         std::unique_ptr<ListPane> pane;
     };
@@ -148,7 +148,7 @@ class Frame : public Window {
     void UpdateMenu(HMENU menu);
     /// At a place of the screen; at (-1, -1) when a key asked for it.
     void ShowListMenu(ListPane& pane, POINT place);
-    void FillRecentMenu(HMENU menu);
+    void FillRecentMenu(HMENU menu) const;
     void FillSortMenu(HMENU menu);
     void FillModuleMenu(HMENU menu);
     /// Whether the open project has such a module, and it can be opened.

@@ -30,9 +30,9 @@ void ActOn(Frame& frame, int id) {
 
 /// A command, or several whose identifiers follow each other.
 struct Frame::Command {
-    int first;
-    int last;
-    void (*act)(Frame& frame, int id);
+    int first = 0;
+    int last = 0;
+    void (*act)(Frame& frame, int id) = nullptr;
     /// Null: always, but while the window is busy.
     bool (*isEnabled)(const Frame& frame, int id) = nullptr;
     bool isForBusyTimes = false;

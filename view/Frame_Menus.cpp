@@ -58,7 +58,7 @@ void Frame::UpdateMenu(HMENU menu) {
                        MF_BYCOMMAND);
 }
 
-void Frame::FillRecentMenu(HMENU menu) {
+void Frame::FillRecentMenu(HMENU menu) const {
     Empty(menu); // of the entries of last time
     int number = 0;
     for (const std::wstring& file : settings_.recent.Files()) {

@@ -156,7 +156,7 @@ void Frame::RefreshPoint(const PointId& id) {
     if (known == nullptr || !row) {
         return;
     }
-    const std::size_t number = static_cast<std::size_t>(known - page.table.Rows().data());
+    const auto number = static_cast<std::size_t>(known - page.table.Rows().data());
     row->index = known->index;
     row->isUnsaved = history_.IsUnsaved(id);
     page.table.Update(std::move(*row));

@@ -166,7 +166,7 @@ std::wstring ListPane::SelectedText() const {
     return text;
 }
 
-bool ListPane::Do(const std::function<void()>& act) noexcept {
+bool ListPane::Do(const std::function<void()>& act) const noexcept {
     const std::optional<Problem> problem = Try(act);
     if (problem && events_.failed) {
         Try([&] { events_.failed(problem->words); });

@@ -21,9 +21,9 @@ namespace view {
 class ListPane {
   public:
     struct Column {
-        UINT title;
+        UINT title = 0;
         /// Pixels at 96 dots to the inch.
-        int width;
+        int width = 0;
         bool isNumber = false;
     };
     struct Source {
@@ -105,7 +105,7 @@ class ListPane {
     /// Of a row that is shown.
     RECT CellAreaOf(std::size_t row, std::size_t column) const;
     /// False when it fails; the events' owner has the words then.
-    bool Do(const std::function<void()>& act) noexcept;
+    bool Do(const std::function<void()>& act) const noexcept;
     LRESULT OnDraw(NMLVCUSTOMDRAW& draw) const;
     void ShowOrder();
     void ShowColumn();

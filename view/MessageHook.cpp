@@ -9,6 +9,7 @@ namespace view {
 namespace {
 
 // A hook gets no data of its own.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): one for each thread
 thread_local MessageHook* current = nullptr;
 
 } // namespace

@@ -205,7 +205,9 @@ class Painting {
         }
         const double length = std::hypot(last.x - first.x, last.y - first.y);
         const double dash = std::max(2.0, std::round(kDash * view_.scale));
-        for (double at = 0; at < length; at += 2 * dash) {
+        const auto dashes = static_cast<int>(std::ceil(length / (2 * dash)));
+        for (int i = 0; i < dashes; ++i) {
+            const double at = 2 * dash * i;
             const double end = std::min(length, at + dash);
             const auto on = [&](double distance) {
                 return Point{first.x + (last.x - first.x) * distance / length,

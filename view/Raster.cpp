@@ -24,6 +24,7 @@ Pixel Mixed(Pixel under, drawing::Colour over, double part) noexcept {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the pixels are the picture
 void Raster::Clear(drawing::Colour colour) noexcept {
     const auto count = static_cast<std::size_t>(surface_.width) * static_cast<std::size_t>(surface_.height);
     std::fill_n(surface_.pixels, count, 0xFF000000U | colour);

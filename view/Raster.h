@@ -31,6 +31,7 @@ class Raster {
   public:
     explicit Raster(const Surface& surface) : surface_(surface) {}
 
+    // NOLINTNEXTLINE(readability-make-member-function-const): the pixels are the picture
     void Clear(drawing::Colour colour) noexcept;
     /// The inside of a closed polygon, by the winding of its edges.
     void Fill(std::span<const drawing::Point> polygon, drawing::Colour colour, double opacity = 1);

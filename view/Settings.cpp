@@ -108,6 +108,8 @@ Settings::Settings() {
     recent = RecentFiles(ReadText(kRecent, RRF_RT_REG_MULTI_SZ));
 }
 
+// The widths are kept in the registry alone, list by list: a list reads its own when it is made.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
 std::vector<int> Settings::WidthsOf(const wchar_t* list) const {
     return ReadNumbers(NameOfWidths(list).c_str());
 }
@@ -115,6 +117,7 @@ std::vector<int> Settings::WidthsOf(const wchar_t* list) const {
 void Settings::SetWidths(const wchar_t* list, const std::vector<int>& widths) const {
     WriteNumbers(NameOfWidths(list).c_str(), widths);
 }
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 void Settings::Save() const {
     Write(kPlacement, REG_BINARY, &placement, sizeof placement);

@@ -21,7 +21,7 @@ class Window {
 
   protected:
     struct Shape {
-        const wchar_t* className;
+        const wchar_t* className = nullptr;
         const wchar_t* title = L"";
         DWORD style = 0;
         DWORD exStyle = 0;

@@ -52,9 +52,9 @@ int Run(int how) {
 
 } // namespace
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int how) {
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int nShowCmd) {
     int status = 1;
-    if (const auto problem = view::Try([&] { status = Run(how); })) {
+    if (const auto problem = view::Try([&] { status = Run(nShowCmd); })) {
         MessageBoxW(nullptr, problem->words.c_str(), view::Text(IDS_TITLE).c_str(), MB_OK | MB_ICONERROR);
     }
     return status;
