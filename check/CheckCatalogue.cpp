@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -22,6 +24,10 @@ namespace check {
 namespace {
 
 constexpr std::string_view kPrefix = "SNVT_";
+bool IsEntry(std::string_view name) {
+    return name.starts_with(kPrefix) && name.size() > kPrefix.size();
+}
+
 constexpr std::string_view kFields[] = {"NAME",   "TYPE",   "UNIT",         "BACNETUNIT",
                                         "MIN",    "MAX",    "LENGTH",       "A_COEF",
                                         "B_COEF", "C_COEF", "INVALIDVALUE", "ENUMDESC"};
@@ -88,6 +94,9 @@ class Entry {
         tree.ForEachElement(element_, [&](XmlTree::Index child) {
             const Span span = tree.NameSpan(child);
             const std::string_view name = tree.Piece(span);
+            if (tree.IsUnclosed(element_) && IsEntry(name)) {
+                return; // one of those that follow
+            }
             const auto* const known =
                 std::find_if(std::begin(kFields), std::end(kFields),
                              [&](std::string_view field) { return EqualKeyword(field, name); });
@@ -238,19 +247,46 @@ class Entry {
     TypeInfo info_;
 };
 
+/// What the entries before have.
+struct Seen {
+    std::unordered_set<std::string> identifiers;
+    /// With the element of the entry that has it.
+    std::unordered_map<std::string, std::string> names;
+};
+
+void CheckOne(Document& document, XmlTree::Index entry, Seen& seen, Catalogue* types) {
+    const Span span = document.Tree().NameSpan(entry);
+    const std::string_view name = document.Tree().Piece(span);
+    TypeInfo info = Entry(document, entry).Read();
+    if (!seen.identifiers.emplace(name).second) {
+        document.Report(RuleId::EntryTwice, span, Tagged(name) + " stands twice: only the first one is found",
+                        "an identifier of its own");
+        return;
+    }
+    if (!info.name.empty()) {
+        const auto [first, isNew] = seen.names.emplace(info.name, name);
+        if (!isNew) {
+            document.Report(RuleId::EntryTwice, span,
+                            Tagged(name) + " has the name of " + Tagged(first->second) + ", " + info.name,
+                            "a name of its own");
+        }
+    }
+    if (types != nullptr) {
+        types->Add(std::string(name.substr(kPrefix.size())), std::move(info));
+    }
+}
+
 } // namespace
 
 void CheckCatalogue(Document& document, Catalogue* types) {
     const XmlTree& tree = document.Tree();
     document.CheckContainer(tree.Root(), Tagged(tree.Name(tree.Root())));
     document.CheckAttributes(tree.Root(), {}, Tagged(tree.Name(tree.Root())));
-    std::unordered_map<std::string, bool> seen;
-    std::unordered_map<std::string, std::string> seenNames;
-    tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
+    Seen seen;
+    const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
         const Span span = tree.NameSpan(child);
         const std::string_view name = tree.Piece(span);
-        const bool isEntry = name.starts_with(kPrefix) && name.size() > kPrefix.size();
-        if (!isEntry) {
+        if (!IsEntry(name)) {
             const bool isNear = Distance(name.substr(0, kPrefix.size()), kPrefix, 1) <= 1;
             const std::string digits(name.substr(std::min(name.find_first_of("0123456789"), name.size())));
             document.Report(RuleId::EntryName, span, Tagged(name) + " is no entry: it is never found",
@@ -258,25 +294,17 @@ void CheckCatalogue(Document& document, Catalogue* types) {
                             isNear && !digits.empty() ? std::string(kPrefix) + digits : std::string());
             return;
         }
-        TypeInfo info = Entry(document, child).Read();
-        if (!seen.emplace(name, true).second) {
-            document.Report(RuleId::EntryTwice, span,
-                            Tagged(name) + " stands twice: only the first one is found",
-                            "an identifier of its own");
-            return;
+        CheckOne(document, child, seen, types);
+        if (tree.IsUnclosed(child)) {
+            // Where the end tag of an entry is missing, those that follow lie inside.
+            tree.ForEachElement(child, [&](XmlTree::Index inner) {
+                if (IsEntry(tree.Name(inner))) {
+                    check(inner);
+                }
+            });
         }
-        if (!info.name.empty()) {
-            const auto [first, isNew] = seenNames.emplace(info.name, name);
-            if (!isNew) {
-                document.Report(RuleId::EntryTwice, span,
-                                Tagged(name) + " has the name of " + Tagged(first->second) + ", " + info.name,
-                                "a name of its own");
-            }
-        }
-        if (types != nullptr) {
-            types->Add(std::string(name.substr(kPrefix.size())), std::move(info));
-        }
-    });
+    };
+    tree.ForEachElement(tree.Root(), check);
 }
 
 } // namespace check

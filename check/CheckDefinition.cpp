@@ -11,6 +11,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <span>
@@ -39,6 +40,11 @@ bool IsOneOf(std::string_view name, std::span<const std::string_view> words) {
                        [&](std::string_view word) { return EqualKeyword(word, name); });
 }
 
+/// A part of a definition, of a module or a channel.
+bool IsPart(std::string_view name) {
+    return IsOneOf(name, kIdentity) || IsOneOf(name, kChannelParts);
+}
+
 /// The table of database sizes.
 class DataSizes {
   public:
@@ -47,7 +53,12 @@ class DataSizes {
     void Check(XmlTree::Index table) {
         const XmlTree& tree = document_.Tree();
         document_.CheckAttributes(table, {}, "DataSizes");
+        const bool isUnclosed = tree.IsUnclosed(table);
+        const XmlTree::Index end = isUnclosed ? EndOfRows(table) : XmlTree::kNone;
         tree.ForEachChild(table, [&](XmlTree::Index child) {
+            if (child >= end) {
+                return;
+            }
             if (tree.IsElement(child)) {
                 CheckRow(child);
                 return;
@@ -61,6 +72,18 @@ class DataSizes {
     }
 
   private:
+    /// Where the end tag of the table is missing, what follows it lies inside.
+    XmlTree::Index EndOfRows(XmlTree::Index table) const {
+        const XmlTree& tree = document_.Tree();
+        XmlTree::Index end = table + 1;
+        bool isOver = false;
+        tree.ForEachElement(table, [&](XmlTree::Index child) {
+            isOver = isOver || IsPart(tree.Name(child));
+            end = isOver ? end : child + 1;
+        });
+        return end;
+    }
+
     void CheckRow(XmlTree::Index row) {
         const XmlTree& tree = document_.Tree();
         const Span span = tree.NameSpan(row);
@@ -92,8 +115,14 @@ class DataSizes {
                                  std::string(word) + " is " + Quoted(text), "a whole number from 0 to 255");
             }
         }
-        tree.ForEachElement(
-            row, [&](XmlTree::Index child) { document_.ReportUnknown(child, {}, {}, "a row", true); });
+        const bool isUnclosed = tree.IsUnclosed(row);
+        tree.ForEachElement(row, [&](XmlTree::Index child) {
+            if (isUnclosed) {
+                CheckRow(child); // one of those that follow
+            } else {
+                document_.ReportUnknown(child, {}, {}, "a row", true);
+            }
+        });
     }
 
     Document& document_;
@@ -108,32 +137,38 @@ class Defaults {
     void Check(XmlTree::Index tam) {
         const XmlTree& tree = document_.Tree();
         constexpr std::string_view kSections[] = {"Attributes"};
-        constexpr std::string_view kValue[] = {"DefaultValue"};
         document_.CheckContainer(tam, "<Tam>");
         tree.ForEachElement(tam, [&](XmlTree::Index section) {
             if (tree.Name(section) != kSections[0]) {
                 return document_.ReportUnknown(section, kSections, {}, "<Tam>", false);
             }
             document_.CheckContainer(section, "<Attributes>");
-            tree.ForEachElement(section, [&](XmlTree::Index attribute) {
-                bool hasDefault = false;
-                document_.CheckContainer(attribute, Tagged(tree.Name(attribute)));
-                tree.ForEachElement(attribute, [&](XmlTree::Index child) {
-                    if (tree.Name(child) != kValue[0]) {
-                        return document_.ReportUnknown(child, kValue, {}, Tagged(tree.Name(attribute)),
-                                                       false);
-                    }
-                    hasDefault = true;
-                    CheckDefault(child);
-                });
-                if (hasDefault) {
-                    CheckAttribute(attribute);
-                }
-            });
+            tree.ForEachElement(section, [&](XmlTree::Index attribute) { ReadAttribute(attribute); });
         });
     }
 
   private:
+    void ReadAttribute(XmlTree::Index attribute) {
+        constexpr std::string_view kValue[] = {"DefaultValue"};
+        const XmlTree& tree = document_.Tree();
+        bool hasDefault = false;
+        document_.CheckContainer(attribute, Tagged(tree.Name(attribute)));
+        tree.ForEachElement(attribute, [&](XmlTree::Index child) {
+            const XmlTree::Index first = tree.FirstChild(child);
+            if (tree.Name(child) == kValue[0]) {
+                hasDefault = true;
+                CheckDefault(child);
+            } else if (tree.IsUnclosed(attribute) && first != XmlTree::kNone && tree.IsElement(first)) {
+                ReadAttribute(child); // one of those that follow
+            } else {
+                document_.ReportUnknown(child, kValue, {}, Tagged(tree.Name(attribute)), false);
+            }
+        });
+        if (hasDefault) {
+            CheckAttribute(attribute);
+        }
+    }
+
     void CheckDefault(XmlTree::Index element) {
         const Leaf leaf = document_.ReadLeaf(element);
         document_.ReportBlanks(leaf);
@@ -180,6 +215,18 @@ class Defaults {
     std::set<std::string> seen_;
 };
 
+/// Where the end tag of a part is missing, the parts that follow lie inside.
+void ForEachPartInside(const XmlTree& tree, XmlTree::Index part,
+                       const std::function<void(XmlTree::Index)>& check) {
+    if (tree.IsUnclosed(part)) {
+        tree.ForEachElement(part, [&](XmlTree::Index child) {
+            if (IsPart(tree.Name(child))) {
+                check(child);
+            }
+        });
+    }
+}
+
 class ChannelDefinition {
   public:
     explicit ChannelDefinition(Document& document) : document_(document), points_(document, false) {}
@@ -188,7 +235,7 @@ class ChannelDefinition {
         const XmlTree& tree = document_.Tree();
         XmlTree::Index configuration = XmlTree::kNone;
         std::set<std::string> seen;
-        tree.ForEachElement(root, [&](XmlTree::Index child) {
+        const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
             const Span span = tree.NameSpan(child);
             const std::string_view name = tree.Piece(span);
             if (!seen.insert(Upper(name)).second) {
@@ -206,7 +253,9 @@ class ChannelDefinition {
             } else {
                 CheckText(child, name);
             }
-        });
+            ForEachPartInside(tree, child, check);
+        };
+        tree.ForEachElement(root, check);
         points_.Finish();
         if (configuration != XmlTree::kNone) {
             CheckConfiguration(configuration);
@@ -324,7 +373,7 @@ void CheckModuleDefinition(Document& document) {
             }
         });
     }
-    tree.ForEachElement(object, [&](XmlTree::Index child) {
+    const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
         const Span span = tree.NameSpan(child);
         const std::string_view name = tree.Piece(span);
         if (!IsOneOf(name, kIdentity) || (EqualKeyword(name, "TAM") && name != "Tam")) {
@@ -347,7 +396,9 @@ void CheckModuleDefinition(Document& document) {
                 document.Report(RuleId::ElementEmpty, leaf.span, "the module has no name", "a text");
             }
         }
-    });
+        ForEachPartInside(tree, child, check);
+    };
+    tree.ForEachElement(object, check);
     if (!hasName) {
         document.Report(RuleId::ElementMissing, tree.NameSpan(object), "the module has no name", "<NAME>");
     }

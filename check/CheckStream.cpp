@@ -125,10 +125,7 @@ class Stream {
     void CheckPart(XmlTree::Index element, std::size_t part) {
         if (part >= kFirstSection) {
             points_.CheckSection(element, StreamWords(static_cast<Side>(part - kFirstSection)));
-            if (document_.Tree().IsUnclosed(element)) {
-                CheckInside(element);
-            }
-            return;
+            return CheckInside(element);
         }
         const Leaf leaf = document_.ReadLeaf(element);
         document_.CheckAttributes(element, {}, Tagged(kParts[part]));
@@ -144,15 +141,20 @@ class Stream {
         } else if (part > 3) {
             document_.CheckWhole(text, leaf.span, what, 0, std::numeric_limits<std::int32_t>::max());
         }
+        CheckInside(element);
     }
 
-    /// The end tag of a section is missing: the next section lies inside.
-    void CheckInside(XmlTree::Index section) {
+    /// Where the end tag of a part is missing, the parts that follow lie inside.
+    void CheckInside(XmlTree::Index part) {
         const XmlTree& tree = document_.Tree();
-        tree.ForEachElement(section, [&](XmlTree::Index child) {
-            const auto* const known =
-                std::find(std::begin(kParts) + kFirstSection, std::end(kParts), tree.Name(child));
+        if (!tree.IsUnclosed(part)) {
+            return;
+        }
+        tree.ForEachElement(part, [&](XmlTree::Index child) {
+            const Span span = tree.NameSpan(child);
+            const auto* const known = std::find(std::begin(kParts), std::end(kParts), tree.Piece(span));
             if (known != std::end(kParts)) {
+                CheckOrder(child, span, known);
                 CheckPart(child, static_cast<std::size_t>(known - std::begin(kParts)));
             }
         });

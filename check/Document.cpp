@@ -71,6 +71,11 @@ Leaf Document::ReadLeaf(Index element) {
             break;
         }
     });
+    if (tree_.IsUnclosed(element)) {
+        // The line end behind it belongs to what follows.
+        leaf.text = std::string(Trim(leaf.text));
+        leaf.raw = leaf.HasText() ? leaf.span : leaf.raw;
+    }
     return leaf;
 }
 

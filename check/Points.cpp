@@ -5,6 +5,7 @@
 #include "check/Values.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 namespace check {
@@ -12,6 +13,11 @@ namespace check {
 namespace {
 
 constexpr long long kMostAddress = 65535;
+
+/// What follows a section in a document.
+bool IsBehindSections(std::string_view name) {
+    return name == "InReferences" || name == "OutReferences" || name == "Attributes" || name == "TAMConfig";
+}
 
 } // namespace
 
@@ -24,7 +30,13 @@ void Points::CheckSection(XmlTree::Index section, const PointWords& words) {
     const XmlTree& tree = document_.Tree();
     document_.CheckContainer(section, Tagged(tree.Name(section)));
     document_.CheckAttributes(section, {}, Tagged(tree.Name(section)));
-    tree.ForEachElement(section, [&](XmlTree::Index child) { CheckPoint(child, words); });
+    const bool isUnclosed = tree.IsUnclosed(section);
+    tree.ForEachElement(section, [&](XmlTree::Index child) {
+        // Where the end tag is missing, what follows the section lies inside.
+        if (!isUnclosed || !IsBehindSections(tree.Name(child))) {
+            CheckPoint(child, words);
+        }
+    });
 }
 
 void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
@@ -37,7 +49,7 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
     document_.CheckContainer(element, Tagged(text));
     std::vector<Field> fields;
     const bool isUnclosed = tree.IsUnclosed(element);
-    tree.ForEachElement(element, [&](XmlTree::Index child) {
+    const std::function<void(XmlTree::Index)> read = [&](XmlTree::Index child) {
         const Span span = tree.NameSpan(child);
         const std::string_view word = tree.Piece(span);
         const auto known =
@@ -62,7 +74,11 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
         }
         fields.push_back({*known, document_.ReadLeaf(child)});
         document_.CheckAttributes(child, {}, Tagged(word));
-    });
+        if (tree.IsUnclosed(child)) {
+            tree.ForEachElement(child, read);
+        }
+    };
+    tree.ForEachElement(element, read);
     CheckFields(fields, name, words);
 }
 

@@ -211,10 +211,34 @@ class XmlTree::Builder {
             const std::string_view name = OpenName(0);
             findings_.Add(RuleId::XmlUnclosed, {open_.back().at + std::size_t{1}, name.size()},
                           Tag(name) + " is not ended", "</" + std::string(name) + ">");
-            tree_.unclosed_.push_back(open_.back().index);
-            Pop();
+            LeaveUnclosed();
         }
         Pop();
+    }
+
+    void LeaveUnclosed() {
+        const Index element = open_.back().index;
+        Pop();
+        tree_.unclosed_.push_back(element);
+        if (element != kNone && element != tree_.root_) {
+            EndBehindText(element);
+        }
+    }
+
+    /// An element that holds a text ends behind it: its end tag is missing there. What
+    /// follows the text belongs to the parent.
+    void EndBehindText(Index element) {
+        bool hasText = false;
+        for (Index child = element + 1; child < tree_.nodes_[element].next;
+             child = tree_.nodes_[child].next) {
+            if (tree_.KindOf(child) == Kind::Text || tree_.KindOf(child) == Kind::CData) {
+                hasText = true;
+            } else if (hasText) {
+                tree_.nodes_[element].next = child;
+            } else if (tree_.IsElement(child)) {
+                return;
+            }
+        }
     }
 
     void EndWithOpenElements() {
@@ -225,8 +249,7 @@ class XmlTree::Builder {
                       "</" + std::string(name) + ">");
         tooDeep_ = 0;
         while (!open_.empty()) {
-            tree_.unclosed_.push_back(open_.back().index);
-            Pop();
+            LeaveUnclosed();
         }
     }
 

@@ -115,8 +115,9 @@ TEST(PositionsTest, NoFindingHidesAnother) {
     for (const Finding& finding : Find(document)) {
         rules.push_back(finding.rule);
     }
-    for (const RuleId rule : {RuleId::ElementMisspelt, RuleId::TypeUnknown, RuleId::AddressTwice,
-                              RuleId::XmlReference, RuleId::XmlUnclosed, RuleId::ValueDecimalMark}) {
+    for (const RuleId rule :
+         {RuleId::ElementMisspelt, RuleId::TypeUnknown, RuleId::AddressTwice, RuleId::XmlReference,
+          RuleId::XmlUnclosed, RuleId::ValueLimit, RuleId::ValueDecimalMark}) {
         EXPECT_EQ(std::count(rules.begin(), rules.end(), rule), 1) << RuleOf(rule).name;
     }
 }

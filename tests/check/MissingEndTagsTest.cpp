@@ -1,0 +1,174 @@
+// A missing end tag is one finding, and what stands behind it is checked.
+
+#include "tests/check/Documents.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using namespace check;
+using namespace checking;
+
+namespace {
+
+/// The document has a "^" before each thing that breaks a rule, in the order of the rules.
+void ExpectAll(const std::vector<RuleId>& rules, std::string_view marked) {
+    SCOPED_TRACE(marked);
+    std::string text;
+    std::vector<Place> expected;
+    std::size_t line = 1;
+    std::size_t column = 1;
+    for (const char c : marked) {
+        if (c == '^') {
+            ASSERT_LT(expected.size(), rules.size());
+            expected.push_back({rules[expected.size()], line, column});
+            continue;
+        }
+        text += c;
+        line += c == '\n' ? 1U : 0U;
+        column = c == '\n' ? 1 : column + 1;
+    }
+    ASSERT_EQ(expected.size(), rules.size());
+    EXPECT_EQ(Places(Find(text)), expected);
+}
+
+constexpr RuleId kUnclosed = RuleId::XmlUnclosed;
+
+constexpr std::string_view kHead =
+    "<Tam><Name>Hall</Name><DevKey>K7</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>";
+constexpr std::string_view kInput =
+    "<AO1_In1><LOGICALADDRESS>1</LOGICALADDRESS><SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST>"
+    "<SNVTTYPE>105</SNVTTYPE></AO1_In1>";
+constexpr std::string_view kOutput =
+    "<AI1_Out><SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>2</LOGICALADDRESS></AI1_Out>";
+constexpr std::string_view kWarm =
+    "<AI1_Offset><SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>3</LOGICALADDRESS><VALUE>^warm</VALUE></AI1_Offset>";
+
+/// All sections of a stream, with a value that is no number.
+std::string Sections() {
+    return "<InReferences>" + std::string(kInput) + "</InReferences>\n<OutReferences>" +
+           std::string(kOutput) + "</OutReferences>\n<Attributes>" + std::string(kWarm) +
+           "</Attributes></Tam>";
+}
+
+std::string Definition(std::string_view identity, std::string_view rows, std::string_view defaults) {
+    return "<AppObject>" + std::string(identity) + "\n<!-- one row for each -->\n<DataSizes>" +
+           std::string(rows) + "\n<!-- defaults -->\n<Tam><Attributes>" + std::string(defaults) +
+           "</Attributes></Tam></AppObject>";
+}
+
+constexpr std::string_view kEntry1 =
+    "<SNVT_1><Name>SNVT_amp</Name><Type>SignedNumeric</Type><Min>0</Min><Max>5</Max><Length>2</Length>";
+constexpr std::string_view kEntry3 =
+    "\n<SNVT_3><Name>SNVT_angle</Name><Type>UnsignedNumeric</Type><Min>0</Min><Max>^65,535</Max>"
+    "<Length>2</Length></SNVT_3>";
+
+} // namespace
+
+TEST(MissingEndTagsTest, OfAPartOfAStreamHidesNothing) {
+    const std::vector<RuleId> kRules = {kUnclosed, RuleId::ValueNotNumber};
+    ExpectAll(kRules, "<Tam><^Name>Hall\n<DevKey>K7</DevKey><IsLastOnDev>0</IsLastOnDev>"
+                      "<TamObjID>3</TamObjID>" +
+                          Sections());
+    ExpectAll(kRules, "<Tam><Name>Hall</Name><^DevKey>K7\n<IsLastOnDev>0</IsLastOnDev>"
+                      "<TamObjID>3</TamObjID>" +
+                          Sections());
+    ExpectAll(kRules, "<Tam><Name>Hall</Name><DevKey>K7</DevKey><^IsLastOnDev>0\n"
+                      "<TamObjID>3</TamObjID>" +
+                          Sections());
+    ExpectAll(kRules, "<Tam><Name>Hall</Name><DevKey>K7</DevKey><IsLastOnDev>0</IsLastOnDev>"
+                      "<^TamObjID>3\n<CDB>128</CDB>" +
+                          Sections());
+    ExpectAll(kRules, std::string(kHead) + "<^CDB>128\n<!-- points -->\n" + Sections());
+}
+
+TEST(MissingEndTagsTest, OfAnEmptyPartHidesNothing) {
+    ExpectAll({kUnclosed, RuleId::ElementEmpty, RuleId::ValueNotNumber},
+              "<Tam><Name>Hall</Name><^^DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>" +
+                  Sections());
+}
+
+TEST(MissingEndTagsTest, OfASectionIsOneFinding) {
+    const std::string outputs = "<OutReferences>" + std::string(kOutput) + "</OutReferences>";
+    const std::string attributes = "<Attributes>" + std::string(kWarm) + "</Attributes></Tam>";
+    ExpectAll({kUnclosed, RuleId::ValueNotNumber}, std::string(kHead) + "<^InReferences>" +
+                                                       std::string(kInput) + "\n" + outputs + "\n" +
+                                                       attributes);
+    ExpectAll({kUnclosed, RuleId::ValueNotNumber},
+              std::string(kHead) + "<InReferences>" + std::string(kInput) +
+                  "</InReferences>\n<^OutReferences>" + std::string(kOutput) + "\n" + attributes);
+    ExpectAll({kUnclosed, RuleId::ElementRepeated}, std::string(kHead) + "<^InReferences>" +
+                                                        std::string(kInput) + "\n" + outputs +
+                                                        "\n<^OutReferences/></Tam>");
+}
+
+TEST(MissingEndTagsTest, InAPointHidesNothing) {
+    const auto stream = [](std::string_view points) {
+        return std::string(kHead) + "<Attributes>" + std::string(points) + "</Attributes></Tam>";
+    };
+    ExpectAll(
+        {kUnclosed, RuleId::NumberForm, RuleId::ValueNotNumber},
+        stream("<AI1_A><^SNVTTYPE>105\n<LOGICALADDRESS>^x</LOGICALADDRESS><VALUE>^warm</VALUE></AI1_A>"));
+    // An end tag that is a start tag, as of an empty element without its slash.
+    ExpectAll({kUnclosed, RuleId::NumberForm, RuleId::ValueNotNumber},
+              stream("<AI1_A><^VISIBLE>\n<SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>^x</LOGICALADDRESS>"
+                     "<VALUE>^warm</VALUE></AI1_A>"));
+    ExpectAll({kUnclosed, RuleId::ValueNotNumber},
+              stream("<^AI1_A><SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>1</LOGICALADDRESS>"
+                     "<VALUE>1</VALUE>\n" +
+                     std::string(kWarm)));
+}
+
+TEST(MissingEndTagsTest, OfAPartOfADefinitionHidesNothing) {
+    const std::string rows = "<T0 CDB_Size=\"^256\"/></DataSizes>";
+    ExpectAll({kUnclosed, RuleId::SizeRange},
+              Definition("<^NAME>Module\n<ID>T</ID><DESCRIPTION>D</DESCRIPTION>", rows, ""));
+    ExpectAll({kUnclosed, RuleId::SizeRange},
+              Definition("<NAME>Module</NAME><ID>T</ID><^DESCRIPTION>D", rows, ""));
+}
+
+TEST(MissingEndTagsTest, OfTheTableOfSizesHidesNoDefault) {
+    const std::string text =
+        Definition("<NAME>M</NAME>", "<T0 CDB_Size=\"1\"/>", "<A><DefaultValue>^warm</DefaultValue></A>");
+    const std::size_t table = text.find("DataSizes");
+    ExpectAll({kUnclosed, RuleId::DefaultNotNumber}, text.substr(0, table) + "^" + text.substr(table));
+    ExpectAll({kUnclosed, RuleId::SizeRange},
+              Definition("<NAME>M</NAME>", "<^T0 CDB_Size=\"1\">\n<T1 CDB_Size=\"^256\"/></DataSizes>", ""));
+    ExpectAll({kUnclosed, RuleId::DefaultNotNumber},
+              Definition("<NAME>M</NAME>", "</DataSizes>",
+                         "<^A><DefaultValue>1</DefaultValue>\n<B><DefaultValue>^warm</DefaultValue></B>"));
+}
+
+TEST(MissingEndTagsTest, OfASectionOfAChannelIsOneFinding) {
+    ExpectAll({kUnclosed, RuleId::FlagValue},
+              "<AppObject><NAME>AI</NAME><^InReferences><In1><SNVTCOMPATIBILITYLIST>105"
+              "</SNVTCOMPATIBILITYLIST><SNVTTYPE>105</SNVTTYPE></In1>\n<TAMConfig><InReferences>"
+              "<InReference Name=\"In1\" Visible=\"^yes\"/></InReferences></TAMConfig></AppObject>");
+}
+
+TEST(MissingEndTagsTest, InACatalogueHidesNoEntry) {
+    ExpectAll({kUnclosed, RuleId::EntryLimitForm},
+              "<SNVTCatalogue><SNVT_1><Name>SNVT_amp</Name><Type>SignedNumeric</Type><^Unit>A\n"
+              "<Min>0</Min><Max>5</Max><Length>2</Length></SNVT_1>" +
+                  std::string(kEntry3) + "</SNVTCatalogue>");
+    std::string entry(kEntry1);
+    entry.insert(1, "^");
+    ExpectAll({kUnclosed, RuleId::EntryLimitForm},
+              "<SNVTCatalogue>" + entry + std::string(kEntry3) + "</SNVTCatalogue>");
+}
+
+TEST(MissingEndTagsTest, InOtherDocumentsHidesNothing) {
+    ExpectAll({kUnclosed, RuleId::NumberForm},
+              "<Project><O_Tam_id><^UserName>Room\n<X_Position>^x</X_Position><TamObjID>3</TamObjID>"
+              "</O_Tam_id></Project>");
+    ExpectAll({kUnclosed, RuleId::AttributeMissing},
+              "<Device><^Stream>hall.xml\n<Channels><^Channel key=\"AI1\"/></Channels></Device>");
+}
+
+TEST(MissingEndTagsTest, OfAllElementsAtTheEndOfAFileHidesNothing) {
+    ExpectAll({RuleId::FlagValue, kUnclosed},
+              "<Tam><Name>Hall</Name><DevKey>K7</DevKey><IsLastOnDev>^yes</IsLastOnDev><^TamObjID>3");
+}
