@@ -6,7 +6,7 @@
 Resource scripts, the bench and the packages take the version from CMake. What cannot include it is compared here:
 - a manifest's own assemblyIdentity, all four numbers;
 - a type library's version and help text, the first two numbers: a library's version has no more;
-- the newest release in docs/changelog.md, where it has one;
+- the newest release in docs/changelog.md, which has to have one: it goes out with the packages;
 - a resource script or CMake file has no version of its own.
 Exits 1 when findings are left.
 """
@@ -46,7 +46,7 @@ def written_versions(root, version):
         else:
             yield from ((inside, found, "the macros of version.h") for found in RESOURCE.findall(text))
     releases = RELEASE.findall((root / "docs/changelog.md").read_text(encoding="utf-8"))
-    yield from ((Path("docs/changelog.md"), found, version) for found in releases[:1])
+    yield Path("docs/changelog.md"), releases[0] if releases else "none", version
 
 
 def main(arguments):

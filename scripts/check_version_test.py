@@ -30,15 +30,16 @@ class CheckVersionTest(FolderCase):
         self.assertEqual(self.run_check(), (0, ""))
 
     def test_finds_each_place_that_lags_behind(self):
-        cases = {
-            "bench/bench.manifest": (MANIFEST.format("2.5.6.0"), "version 2.5.6.0, wanted 2.5.7.0"),
-            "idl/Valves.idl": (LIBRARY.format("2.4", "2.5"), "version 2.4, wanted 2.5"),
-            "idl/Pumps.idl": (LIBRARY.format("2.5", "2.4"), "version 2.4, wanted 2.5"),
-            "bench/bench.rc": ("FILEVERSION 2,5,7,0\n", "version 2,5,7,0, wanted the macros of version.h"),
-            "docs/changelog.md": ("## [2.5.6]\n\n## [2.5.7]\n", "version 2.5.6, wanted 2.5.7"),
-        }
-        for name, (text, finding) in cases.items():
-            with self.subTest(name):
+        cases = (
+            ("bench/bench.manifest", MANIFEST.format("2.5.6.0"), "version 2.5.6.0, wanted 2.5.7.0"),
+            ("idl/Valves.idl", LIBRARY.format("2.4", "2.5"), "version 2.4, wanted 2.5"),
+            ("idl/Pumps.idl", LIBRARY.format("2.5", "2.4"), "version 2.4, wanted 2.5"),
+            ("bench/bench.rc", "FILEVERSION 2,5,7,0\n", "version 2,5,7,0, wanted the macros of version.h"),
+            ("docs/changelog.md", "## [2.5.6]\n\n## [2.5.7]\n", "version 2.5.6, wanted 2.5.7"),
+            ("docs/changelog.md", "## [Unreleased]\n", "version none, wanted 2.5.7"),
+        )
+        for name, text, finding in cases:
+            with self.subTest(finding, name=name):
                 path = self.root / name
                 before = path.read_text(encoding="utf-8") if path.exists() else ""
                 self.write(name, text)
