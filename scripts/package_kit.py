@@ -1,6 +1,7 @@
 """The test programs as they run on a Windows that has nothing else of the project, and run-tests.cmd."""
 
 from package_programs import BESIDE, DLLS, MACHINES, PROGRAMS, read_program, stripped, tracked
+from package_sign import with_signature
 
 # What the tests read, as it lies in the sources.
 READ = ("samples", "docs/api", "docs/json", "docs/rules.md", "idl", "schemas", "tests/fuzz/corpus")
@@ -57,7 +58,7 @@ def kit_files(root, build):
         paths += ["tests/host/OrvHost.dll"] if "tests/host/host_tests.exe" in own else []
         for path in paths:
             content = read_program(folder / path, kind)
-            files[f"{kind}/{path}"] = stripped(content, kind) if path.endswith(".exe") else content
+            files[f"{kind}/{path}"] = with_signature(stripped(content, kind) if path.endswith(".exe") else content)
         near = [f"bin/{pattern}" for pattern in BESIDE] + [pattern for pattern in NEAR_TESTS if kind == "win32"]
         for pattern in near:
             for path in sorted(folder.glob(pattern)):

@@ -7,7 +7,7 @@ import sys
 import tempfile
 from pathlib import Path
 
-from package_sign import signed, signing
+from package_sign import with_signature
 
 DLLS = ("O_Tam_id.dll", "OrvHost.dll")
 # The bench and the window on a module: with the DLLs in each folder of a kind, and a component of the installer.
@@ -49,7 +49,7 @@ def read_binary(path, kind, version):
     content = read_program(path, kind)
     if file_version(content) != f"{version}.0":
         sys.exit(f"{path} has the version {file_version(content)}, and the project {version}: build it again.")
-    return signed(content) if signing() else content
+    return with_signature(content)
 
 
 def stripped(content, kind):

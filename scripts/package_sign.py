@@ -42,6 +42,11 @@ def signed(content):
         return made.read_bytes()
 
 
+def with_signature(content):
+    """The bytes of a program as they go out: signed, when a certificate is named."""
+    return signed(content) if signing() else content
+
+
 def main(files):
     if not files or not signing():
         sys.exit(__doc__)

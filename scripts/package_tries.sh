@@ -128,13 +128,21 @@ try_sdk() {
 
 # The kit by Wine's own cmd, in the prefix where nothing is registered.
 try_kit() {
-    local folder="$package_folder/test kit" status=0 last
+    local folder="$package_folder/test kit" small="$package_folder/R&D" status=0 last
     unpack "O_Tam_id-$version-windows-tests.zip" "$folder"
     folder="$folder/O_Tam_id-$version-windows-tests"
     (cd "$folder" && wine cmd /c run-tests.cmd) | tr -d '\r' >"$package_folder/kit.txt" || status=$?
     cat "$package_folder/kit.txt"
     last=$(tail -n 1 "$package_folder/kit.txt")
     [[ $status -eq 0 && $last =~ ^[1-9][0-9]*\ passed,\ 0\ failed$ ]]
+    # One program in a folder whose name means something to cmd.
+    mkdir -p "$small/win32/tests/core"
+    cp "$folder/win32/tests/core/core_tests.exe" "$small/win32/tests/core"
+    sed '/^call :run/{/^call :run win32 core core_tests/!d}' "$folder/run-tests.cmd" >"$small/run-tests.cmd"
+    (cd "$small" && wine cmd /c run-tests.cmd) | tr -d '\r' >"$package_folder/small.txt" || true
+    cat "$package_folder/small.txt"
+    grep -Eq '^core_tests win32: [1-9][0-9]* passed' "$package_folder/small.txt"
+    [[ -s $small/results/win32-core_tests.log ]]
 }
 
 # Without the times of keys and of Wine's display driver. A program that removes itself goes on from a copy in the
@@ -338,19 +346,23 @@ END
 
 # Packs once more with a certificate that is thrown away, and lets the signatures be verified.
 try_signed() {
-    local folder=$package_folder/signed file
+    local folder=$package_folder/signed file binaries
     mkdir -p "$folder"
     openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj "/CN=O_Tam_id test" -addext extendedKeyUsage=codeSigning \
         -keyout "$folder/key.pem" -out "$folder/certificate.pem"
     openssl pkcs12 -export -inkey "$folder/key.pem" -in "$folder/certificate.pem" -passout pass:once \
         -out "$folder/test.pfx"
     TAM_SIGN_PFX=$folder/test.pfx TAM_SIGN_PASSWORD=once pack "$folder/dist"
-    python3 -m zipfile -e "$folder/dist/O_Tam_id-$version-windows.zip" "$folder/unpacked"
+    for file in windows sdk windows-tests; do
+        python3 -m zipfile -e "$folder/dist/O_Tam_id-$version-$file.zip" "$folder/unpacked"
+    done
     run_setup "$folder/dist/O_Tam_id-$version-setup.exe" '/AllUsers /D=C:\signed'
     cp "$WINEPREFIX/drive_c/signed/uninstall.exe" "$folder"
     uninstall "$WINEPREFIX/drive_c/signed" AllUsers
-    while IFS= read -r file; do
+    # Those of users, of the tests, the installer and the uninstaller.
+    mapfile -t binaries < <(find "$folder" -name '*.dll' -o -name '*.exe')
+    for file in "${binaries[@]}"; do
         osslsigncode verify -CAfile "$folder/certificate.pem" -in "$file"
-    done < <(find "$folder" -name '*.dll' -o -name '*.exe')
-    [[ $(find "$folder" -name '*.dll' -o -name '*.exe' | wc -l) -eq 10 ]]
+    done
+    [[ ${#binaries[@]} -gt 50 && -f $folder/dist/O_Tam_id-$version-setup.exe && -f $folder/uninstall.exe ]]
 }
