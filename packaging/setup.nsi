@@ -40,9 +40,12 @@ VIAddVersionKey /LANG=1033 LegalCopyright ""
 Var Scope      ; AllUsers or CurrentUser
 Var Registered ; the DLLs that are registered, as names below $INSTDIR, each with a bar behind it
 Var Components ; the components that are installed, as the command line names them
+Var IsListed   ; 1 when the entry in Apps is that of the folder which the uninstaller removes
+Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister is registered anew in a moment
 
 !define MUI_ABORTWARNING
 !insertmacro MUI_PAGE_WELCOME
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE RefuseNoKind
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
@@ -126,7 +129,14 @@ Var Components ; the components that are installed, as the command line names th
   ; A list that has the name is another one without it.
   ${WordReplace} "|$Registered" "|${kind}\${dll}|" "|" "+" $0
   ${If} $0 != "|$Registered"
+  ${AndIf} ${FileExists} "$INSTDIR\${kind}\${dll}"
     !insertmacro RunRegistrar ${kind} ${dll} "/u "
+    ${If} $0 <> 0
+    ${AndIfNot} $IsReplaced == 1
+      ; What is in the registry would be left behind for good: nothing could take it away any more.
+      !insertmacro End 2 "$INSTDIR\${kind}\${dll} could not be unregistered (regsvr32 ended with $0). No file was \
+        removed. If the file is damaged, run the setup again, which repairs it, and uninstall then."
+    ${EndIf}
   ${EndIf}
 !macroend
 
@@ -139,25 +149,80 @@ Var Components ; the components that are installed, as the command line names th
 !insertmacro DefineRefuseWhenInUse ""
 !insertmacro DefineRefuseWhenInUse "un."
 
+; Sets $R0 to 1 when place is $INSTDIR, which must be there. A folder has several names: a file of one is in the other.
+!macro IsThisFolder place
+  StrCpy $R0 0
+  ${If} "${place}" == $INSTDIR
+    StrCpy $R0 1
+  ${ElseIf} "${place}" != ""
+    ClearErrors
+    GetTempFileName $R1 "$INSTDIR"
+    ${IfNot} ${Errors}
+      ${GetFileName} $R1 $R2
+      ${If} ${FileExists} "${place}\$R2"
+        StrCpy $R0 1
+      ${EndIf}
+      Delete $R1
+    ${EndIf}
+  ${EndIf}
+!macroend
+
+; Takes an installation away by its own uninstaller: what a new version no longer has would stay otherwise.
+Function TakeAway ; $R3 the folder, $R4 AllUsers or CurrentUser
+  ${If} ${FileExists} "$R3\uninstall.exe"
+    InitPluginsDir
+    CopyFiles /SILENT "$R3\uninstall.exe" "$PLUGINSDIR\old.exe"
+    ExecWait '"$PLUGINSDIR\old.exe" /S /$R4 /Replaced _?=$R3' $0
+    ${If} $0 = 5
+      !insertmacro End 5 "$R3 has an installation for all users. An administrator has to remove it."
+    ${ElseIf} $0 <> 0
+      !insertmacro End 2 "The version in $R3 could not be removed (its uninstaller ended with $0)."
+    ${EndIf}
+  ${EndIf}
+FunctionEnd
+
 ; ---- sections
 
 Section "-Before" SecBefore
   !insertmacro RefuseAnyInUse ""
-  ; An older version goes as its own uninstaller takes it away: what this one no longer has would stay otherwise.
+  ; The installation of before first, wherever it is: the entry in Apps is its own.
+  ReadRegStr $8 SHCTX "${APPS}" InstallLocation
+  ${If} $8 != ""
+    StrCpy $7 $INSTDIR
+    StrCpy $INSTDIR $8
+    !insertmacro RefuseAnyInUse ""
+    StrCpy $INSTDIR $7
+    StrCpy $R3 $8
+    StrCpy $R4 $Scope
+    Call TakeAway
+  ${EndIf}
+  ; Then what is in this folder: for others than before when their entry names it.
   ${If} ${FileExists} "$INSTDIR\uninstall.exe"
-    InitPluginsDir
-    CopyFiles /SILENT "$INSTDIR\uninstall.exe" "$PLUGINSDIR\old.exe"
-    ExecWait '"$PLUGINSDIR\old.exe" /S /$Scope _?=$INSTDIR' $0
-    ${If} $0 <> 0
-      !insertmacro End 2 "The version that is installed could not be removed (its uninstaller ended with $0)."
+    StrCpy $R3 $INSTDIR
+    ${If} $Scope == AllUsers
+      ReadRegStr $8 HKCU "${APPS}" InstallLocation
+      StrCpy $R4 CurrentUser
+    ${Else}
+      ReadRegStr $8 HKLM "${APPS}" InstallLocation
+      StrCpy $R4 AllUsers
     ${EndIf}
+    !insertmacro IsThisFolder $8
+    ${If} $R0 = 0
+      StrCpy $R4 $Scope
+    ${EndIf}
+    Call TakeAway
   ${EndIf}
-  ${GetParent} "$INSTDIR" $1
-  ${IfNot} ${FileExists} "$1\*.*"
-    StrCpy $9 1 ; this folder goes again too
-  ${Else}
-    StrCpy $9 0
-  ${EndIf}
+  ; The topmost folder that is made for this one: it goes again too.
+  StrCpy $9 ""
+  StrCpy $1 $INSTDIR
+  ${Do}
+    ${GetParent} $1 $1
+    ${If} $1 == ""
+    ${OrIf} ${FileExists} "$1\*.*"
+      ${ExitDo}
+    ${EndIf}
+    StrCpy $9 $1
+  ${Loop}
   SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninstall.exe" ; first, so that a part of an installation can be removed
   WriteRegStr SHCTX "${APPS}" InstallLocation "$INSTDIR"
@@ -168,7 +233,7 @@ Section "-Before" SecBefore
   WriteRegStr SHCTX "${APPS}" Publisher "O_Tam_id project"
   WriteRegDWORD SHCTX "${APPS}" NoModify 1
   WriteRegDWORD SHCTX "${APPS}" NoRepair 1
-  WriteRegDWORD SHCTX "${APPS}" MadeParent $9
+  WriteRegStr SHCTX "${APPS}" MadeFolder $9
   !insertmacro InstallCommon
 SectionEnd
 
@@ -303,19 +368,53 @@ Function .onInit
     !insertmacro UnselectSection ${SecWin64}
     !insertmacro SetSectionFlag ${SecWin64} ${SF_RO}
   ${EndIf}
+  Call HasKind
+  ${If} $0 = 0
+    !insertmacro End 3 "Neither win32 nor win64 is chosen: there would be no component."
+  ${EndIf}
   !insertmacro RefuseAnyInUse ""
+FunctionEnd
+
+Function HasKind ; sets $0 to 1 when the component itself is chosen
+  StrCpy $0 0
+  ${If} ${SectionIsSelected} ${SecWin32}
+  ${OrIf} ${SectionIsSelected} ${SecWin64}
+    StrCpy $0 1
+  ${EndIf}
+FunctionEnd
+
+Function RefuseNoKind
+  Call HasKind
+  ${If} $0 = 0
+    MessageBox MB_OK|MB_ICONEXCLAMATION "Choose the component for 32 bits, for 64 bits or for both."
+    Abort
+  ${EndIf}
 FunctionEnd
 
 ; ---- taking it away
 
 Function un.onInit
   !insertmacro ReadScope
+  ClearErrors
+  ${GetOptions} $0 "/Replaced" $1
+  ${IfNot} ${Errors}
+    StrCpy $IsReplaced 1
+  ${EndIf}
   !insertmacro RefuseAnyInUse "un."
 FunctionEnd
 
 Section "Uninstall"
-  ReadRegStr $Registered SHCTX "${APPS}" Registered
-  ReadRegDWORD $9 SHCTX "${APPS}" MadeParent
+  ; The entry in Apps can be that of another folder, where the component was installed since.
+  ReadRegStr $8 SHCTX "${APPS}" InstallLocation
+  !insertmacro IsThisFolder $8
+  StrCpy $IsListed $R0
+  ${If} $IsListed = 1
+    ReadRegStr $Registered SHCTX "${APPS}" Registered
+    ReadRegStr $9 SHCTX "${APPS}" MadeFolder
+  ${Else}
+    StrCpy $Registered ""
+    StrCpy $9 ""
+  ${EndIf}
   !insertmacro Unregister win32 OrvHost.dll
   !insertmacro Unregister win32 O_Tam_id.dll
   !insertmacro Unregister win64 OrvHost.dll
@@ -323,14 +422,25 @@ Section "Uninstall"
   ; Only what the installer brought: what the user put beside it stays.
   SetOutPath "$TEMP"
   !insertmacro RemoveFiles
-  Delete "$SMPROGRAMS\O_Tam_id.lnk"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
-  ${If} $9 = 1
-    ${GetParent} "$INSTDIR" $1
-    RMDir "$1"
+  ; Upwards to the folder that was made first, as long as they are empty.
+  StrLen $0 "$9\"
+  StrCpy $1 $INSTDIR $0
+  ${If} $9 != ""
+  ${AndIf} $1 == "$9\"
+    StrCpy $1 $INSTDIR
+    ${Do}
+      ${GetParent} $1 $1
+      RMDir $1
+      StrLen $0 $1
+      StrLen $2 $9
+    ${LoopUntil} $0 <= $2
   ${EndIf}
-  DeleteRegKey SHCTX "${APPS}"
+  ${If} $IsListed = 1
+    Delete "$SMPROGRAMS\O_Tam_id.lnk"
+    DeleteRegKey SHCTX "${APPS}"
+  ${EndIf}
   ${If} $Scope == "CurrentUser"
     ; A user who installed nothing else had no list.
     DeleteRegKey /ifempty HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall"

@@ -51,6 +51,7 @@ try_packages() {
     try_to "installed for one user and removed, nothing is left" try_installer CurrentUser
     try_to "a smaller choice takes away the rest; a bad choice is refused" try_choice
     try_to "an older version goes, with what only it had; the user's files stay" try_upgrade
+    try_to "elsewhere or for others, it takes the place of what was there; what is damaged is repaired" try_moved
     try_to "a component in use is left alone, and its user named" try_in_use
     try_to "the SDK's example is built from the SDK alone, and runs" try_sdk
     try_to "the test programs run by run-tests.cmd" try_kit
@@ -278,7 +279,7 @@ try_choice() {
     local status=0 choice
     installed=$WINEPREFIX/drive_c/O_Tam_id
     take_state "$package_folder/before"
-    for choice in '' win33 win32,,win64 win32,Bench,x; do
+    for choice in '' win33 win32,,win64 win32,Bench,x services,bench; do
         status=0
         set_up "/Components=$choice" '/D=C:\O_Tam_id' || status=$?
         [[ $status -eq 3 && ! -e $installed ]]
@@ -297,8 +298,43 @@ try_choice() {
     same_state "$package_folder/before" "$package_folder/after"
 }
 
+# remove_in_place FOLDER SCOPE: the uninstaller itself and not a copy of it, for its status; so its file stays. The
+# folder is named as Windows names it.
+remove_in_place() { run_setup "$WINEPREFIX/drive_c/${1#C:\\}/uninstall.exe" "/$2 _?=$1"; }
+
+try_moved() {
+    local first=$WINEPREFIX/drive_c/O_Tam_id stray=$WINEPREFIX/drive_c/stray status=0
+    installed="$WINEPREFIX/drive_c/tools/deep/O Tam"
+    take_state "$package_folder/before"
+    set_up /AllUsers /Components=win64 '/D=C:\O_Tam_id'
+    set_up /AllUsers '/D=C:\tools\deep\O Tam'
+    [[ -f $installed/win64/O_Tam_id.dll && ! -e $installed/win32 && ! -e $first ]]
+    # An uninstaller in a folder that Apps does not name takes nothing away from the one that it names.
+    mkdir "$stray"
+    cp "$installed/uninstall.exe" "$stray"
+    remove_in_place 'C:\stray' AllUsers
+    rm -r "$stray"
+    apps_entry AllUsers | grep -qF 'C:\tools\deep\O Tam'
+    wine reg query 'HKCR\O_Tam_id.CDBAppObject'
+    set_up /CurrentUser /Components=win64 '/D=C:\tools\deep\O Tam'
+    [[ -f $installed/win64/O_Tam_id.dll ]]
+    if apps_entry AllUsers; then
+        echo "The installation for everybody still has its entry."
+        return 1
+    fi
+    # A DLL that cannot be loaded cannot be unregistered: everything stays, for a repair.
+    : >"$installed/win64/O_Tam_id.dll"
+    remove_in_place 'C:\tools\deep\O Tam' CurrentUser || status=$?
+    [[ $status -eq 2 && -f $installed/win64/O_Tam_id.xml ]]
+    set_up /CurrentUser
+    [[ -s $installed/win64/O_Tam_id.dll && ! -e $installed/win32 ]]
+    uninstall "$installed" CurrentUser
+    take_state "$package_folder/after"
+    same_state "$package_folder/before" "$package_folder/after"
+}
+
 try_in_use() {
-    local script=$package_folder/holder.vbs log=$package_folder/setup.txt status=0 holder tries=0
+    local script=$package_folder/holder.vbs log=$package_folder/setup.txt status=0 removal=0 holder tries=0
     installed=$WINEPREFIX/drive_c/O_Tam_id
     set_up /AllUsers '/D=C:\O_Tam_id'
     rm -f "$script".{held,end}
@@ -307,7 +343,7 @@ Set module = CreateObject("O_Tam_id.TamObjectManager")
 Set files = CreateObject("Scripting.FileSystemObject")
 files.CreateTextFile(WScript.ScriptFullName & ".held").Close
 started = Timer
-Do While Not files.FileExists(WScript.ScriptFullName & ".end") And Abs(Timer - started) < 60
+Do While Not files.FileExists(WScript.ScriptFullName & ".end") And Abs(Timer - started) < 120
 Loop
 END
     wine 'C:\windows\syswow64\cscript.exe' //nologo "$(windows_path "$script")" &
@@ -317,8 +353,10 @@ END
         tries=$((tries + 1))
     done
     set_up /AllUsers /Components=win64 "/Log=\"$(windows_path "$log")\"" || status=$?
+    remove_in_place 'C:\O_Tam_id' AllUsers || removal=$?
     touch "$script.end"
     wait "$holder"
+    [[ $removal -eq 4 ]]
     iconv -f UTF-16 -t UTF-8 "$log"
     [[ $status -eq 4 && -f $installed/win32/O_Tam_id.dll && -f $installed/win64/tambench.exe ]]
     iconv -f UTF-16 -t UTF-8 "$log" | grep -q 'cscript.exe (process [0-9]'
