@@ -40,7 +40,7 @@ def moment_of(root):
 def with_pages(files):
     """The files, and a page for each document among them."""
     pages = Pages(files)
-    made = {page_name(name): pages.page(name, files[name]) for name in files if name.endswith(".md")}
+    made = {page_name(name): pages.page(name) for name in files if name.endswith(".md")}
     return {**files, **made}
 
 
@@ -51,7 +51,7 @@ def in_folder(folder, files):
 def documents(root):
     """What a user reads: the documents and the samples. Windows' editor shows lines as they are meant with either
     end, so the bytes stay."""
-    return with_pages(tracked(root, "README.md", "docs", "samples"))
+    return with_pages(tracked(root, "README.md", "NOTICES.md", "docs", "samples", "schemas"))
 
 
 def notices():

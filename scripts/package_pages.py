@@ -16,7 +16,7 @@ h1,h2,h3{line-height:1.25}a{color:#0b57a4}
 td,th{border-color:#555}}
 """
 LINK = re.compile(r'<a href="([^"]*)">(.*?)</a>', re.DOTALL)
-HEADING = re.compile(r"<h([1-6])>(.*?)</h\1>", re.DOTALL)
+HEADING = re.compile(r"<h([1-6])[^>]*>(.*?)</h\1>", re.DOTALL)
 TAG = re.compile(r"<[^>]*>")
 
 
@@ -30,36 +30,48 @@ def leads_outside(target):
 
 
 class Pages:
-    """Makes a page of each Markdown document among names, the files of one package."""
+    """Makes a page of each Markdown document among files, the names and bytes of one package."""
 
-    def __init__(self, names):
-        self.names = set(names)
-        self.folders = {posixpath.dirname(name) for name in names}
+    def __init__(self, files):
+        self.files = files
+        self.folders = {posixpath.dirname(name) for name in files}
+        self.bodies = {}
 
-    def page(self, name, markdown):
+    def body(self, name):
+        """The document as HTML, its headings with names, its links as they are written."""
+        if name not in self.bodies:
+            made = subprocess.run(["cmark-gfm", "--unsafe", "-e", "table", "-e", "strikethrough"], check=True,
+                                  input=self.files[name], capture_output=True).stdout.decode("utf-8")
+            taken = {}
+            self.bodies[name] = HEADING.sub(lambda heading: self.heading(taken, *heading.groups()), made)
+        return self.bodies[name]
+
+    def page(self, name):
         """The page of the document name. It stands alone but for the pictures beside it: the style is in it, and no
-        script. A link to another document leads to its page; one to a file that is not in the package is text."""
-        made = subprocess.run(["cmark-gfm", "--unsafe", "-e", "table", "-e", "strikethrough"], check=True,
-                              input=markdown, capture_output=True).stdout.decode("utf-8")
+        script. A link to another document leads to its page; one to a file or a heading that is not in the package
+        is text."""
+        made = self.body(name)
         body = LINK.sub(lambda link: self.link(name, *link.groups()), made)
-        taken = {}
-        body = HEADING.sub(lambda heading: self.heading(taken, *heading.groups()), body)
         title = HEADING.search(made)
         title = TAG.sub("", title.group(2)) if title else html.escape(name)
         return (f'<!doctype html>\n<html lang="en">\n<head>\n<meta charset="utf-8">\n<title>{title}</title>\n'
                 f"<style>\n{STYLE}</style>\n</head>\n<body>\n{body}</body>\n</html>\n").encode("utf-8")
 
     def link(self, name, target, text):
-        if leads_outside(html.unescape(target)) or target.startswith("#"):
+        if leads_outside(html.unescape(target)):
             return f'<a href="{target}">{text}</a>'
         path, mark, part = target.partition("#")
-        inside = posixpath.normpath(posixpath.join(posixpath.dirname(name), path))
-        if inside in self.names:
-            return f'<a href="{page_name(path)}{mark}{part}">{text}</a>'
-        for overview in ("README.md",):
-            if posixpath.join(inside, overview) in self.names:
-                return f'<a href="{posixpath.join(path, page_name(overview))}{mark}{part}">{text}</a>'
+        inside = posixpath.normpath(posixpath.join(posixpath.dirname(name), path)) if path else name
+        overview = posixpath.join(inside, "README.md")
+        if inside not in self.files and overview in self.files:
+            inside, path = overview, posixpath.join(path, "README.md")
+        if inside in self.files:
+            return f'<a href="{page_name(path)}{mark}{part}">{text}</a>' if self.has_part(inside, part) else text
         return f'<a href="{target}">{text}</a>' if inside in self.folders else text
+
+    def has_part(self, name, part):
+        """A file of one package can be another one than that of the sources, as each package has its own README."""
+        return not part or not name.endswith(".md") or f' id="{part}"' in self.body(name)
 
     @staticmethod
     def heading(taken, level, text):

@@ -1,4 +1,5 @@
-"""The bill of materials, in SPDX 2.3 as JSON: every packed file, and what is linked into the binaries."""
+"""The bill of materials, in SPDX 2.3 as JSON: every file of the zip, which are also those that the installer brings,
+and what is linked into their binaries. NOTICES.md tells of the installer's own code and of the test programs."""
 
 import hashlib
 import json

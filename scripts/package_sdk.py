@@ -26,8 +26,8 @@ def sdk_files(root, build):
     files.update({name: content for name, content in tracked(root, "idl").items() if name.endswith(".idl")})
     for path in sorted((build / "win32/idl/members").glob("*.idl")):
         files[f"idl/members/{path.name}"] = path.read_bytes()
-    files.update(tracked(root, "docs/host-guide.md", "docs/formats.md", "docs/api", "samples/clients", "samples/streams",
-                         "samples/catalogue.xml"))
+    files.update(tracked(root, "docs/host-guide.md", "docs/formats.md", "docs/formats-image.md", "docs/api", "schemas",
+                         "samples/clients", "samples/streams", "samples/catalogue.xml"))
     files.update(tracked(root, "cmake/mingw.cmake", "cmake/mingw-w32.cmake", "cmake/mingw-w64.cmake"))
     return {name: FROM_SDK.sub(b"](../", content) if name.startswith("docs/") else content
             for name, content in files.items()}

@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
 """Tests of what ./tam package writes, over files made for them."""
 import hashlib
+import html
 import json
 import os
 import pathlib
+import posixpath
+import re
 import struct
 import tempfile
 import unittest
@@ -16,7 +19,7 @@ import package
 import package_programs
 from package_installer import file_lists
 from package_kit import command_file, is_for, listed_places
-from package_pages import Pages
+from package_pages import Pages, leads_outside
 from package_sbom import sbom_bytes
 from package_zip import sums_text, zip_bytes
 
@@ -82,8 +85,8 @@ class BinaryTest(unittest.TestCase):
 
 class PagesTest(unittest.TestCase):
     def page(self, text, name="docs/a.md"):
-        return Pages(["docs/a.md", "docs/b.md", "docs/sub/README.md", "samples/s.xml"]).page(
-            name, text.encode("utf-8")).decode("utf-8")
+        others = {"docs/b.md": b"# One\n\n## Two\n", "docs/sub/README.md": b"# Sub\n", "samples/s.xml": b""}
+        return Pages({**others, name: text.encode("utf-8")}).page(name).decode("utf-8")
 
     def test_stands_alone(self):
         page = self.page("# Valves & pumps\n\n| a | b |\n| --- | --- |\n| 1 | 2 |\n")
@@ -96,14 +99,34 @@ class PagesTest(unittest.TestCase):
 
     def test_links_lead_to_pages_of_the_package(self):
         cases = {"b.md#two": "b.html#two", "sub": "sub/README.html", "../samples/s.xml": "../samples/s.xml",
-                 "#own": "#own", "https://example.org/x.md": "https://example.org/x.md", "sub/": "sub/README.html"}
+                 "#own-one": "#own-one", "https://example.org/x.md": "https://example.org/x.md", "sub/": "sub/README.html"}
         for target, wanted in cases.items():
             with self.subTest(target):
-                self.assertIn(f'<a href="{wanted}">w</a>', self.page(f"[w]({target})\n"))
+                self.assertIn(f'<a href="{wanted}">w</a>', self.page(f"# Own one\n\n[w]({target})\n"))
 
     def test_a_link_to_what_is_not_there_is_text(self):
         page = self.page("See [`x.cpp`](../core/x.cpp).\n")
         self.assertIn("<p>See <code>x.cpp</code>.</p>", page)
+
+    def test_a_link_to_a_heading_that_is_not_there_is_text(self):
+        for target in ("b.md#three", "#three", "sub#three"):
+            with self.subTest(target):
+                self.assertIn("<p>w</p>", self.page(f"# One\n\n[w]({target})\n"))
+
+    def test_the_links_of_the_packed_documents_lead_somewhere(self):
+        files = package.documents(package.ROOT)
+        pages = {name: content.decode("utf-8") for name, content in files.items() if name.endswith(".html")}
+        self.assertGreater(len(pages), 20)
+        links = [(name, html.unescape(target)) for name, page in pages.items()
+                 for target in re.findall(r'<a href="([^"]*)"', page) if not leads_outside(html.unescape(target))]
+        self.assertGreater(len(links), 100)
+        for name, target in links:
+            path, _, part = target.partition("#")
+            inside = posixpath.normpath(posixpath.join(posixpath.dirname(name), path)) if path else name
+            with self.subTest(name, target=target):
+                self.assertTrue(inside in files or any(other.startswith(f"{inside}/") for other in files))
+                if part and inside in pages:
+                    self.assertIn(f'id="{part}"', pages[inside])
 
     def test_headings_of_one_text_have_names_of_their_own(self):
         page = self.page("# A\n\n## B\n\n## B\n")
