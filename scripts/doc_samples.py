@@ -15,21 +15,26 @@ from pathlib import Path
 from whole_file import write_whole
 
 ROOT = Path(__file__).resolve().parent.parent
-DOCUMENTS = ("README.md", "docs/host-guide.md", "samples/clients/README.md")
+DOCUMENTS = ("README.md", "docs/host-guide.md", "docs/check.md", "docs/device-sheet.md", "docs/view.md",
+             "samples/clients/README.md")
 FENCE = re.compile(r"^```(\w*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 SUFFIX = {"cpp": "cpp", "vb": "vbs", "python": "py"}
 # A table, a listing of messages, what only Windows has.
-NOT_RUN = {"", "xml", "powershell", "bat"}
-RUN = re.compile(r"(?:\.\./)*(?:\./)?tam wine (.+)")
-# The tests are part of some of these; the build itself does the others.
-DONE_BY_BUILD = (
-    re.compile(r"\./tam (?:run|test|build\b.*)"),
+NOT_RUN = {"", "xml", "powershell"}
+RUN = {"sh": re.compile(r"(?:\.\./)*(?:\./)?tam wine (.+)"), "bat": re.compile(r"((?:regsvr32|cscript) .+)")}
+# The tests are part of some of these, and others do their work; the build itself does the rest.
+DONE_ELSEWHERE = {"sh": (
+    re.compile(r"\./tam (?:run|test|build\b.*|view\b.*)"),
     re.compile(r"cmake -G Ninja -S sdk/example -B build/example .*"),
     re.compile(r"cmake --build build/example"),
-)
+    re.compile(r"cmake (?:--build )?--preset native-release"),  # ./tam check builds tamcheck
+), "bat": (
+    re.compile(r"(?:powershell|py) .*"),  # which Wine has not
+    re.compile(r"set O_TAM_ID_UNATTENDED=.*|cscript //nologo night\.vbs"),  # the reader's own script
+)}
 
 
-def commands(text):
+def commands(text, language="sh"):
     """(line within the text, folder from the top, command that the tests run), or a ValueError."""
     folder = "."
     for number, line in enumerate(text.splitlines()):
@@ -38,9 +43,11 @@ def commands(text):
             continue
         if command.startswith("cd "):
             folder = command[3:]
-        elif RUN.fullmatch(command):
-            yield number, folder, RUN.fullmatch(command).group(1)
-        elif not any(pattern.fullmatch(command) for pattern in DONE_BY_BUILD):
+        elif any(pattern.fullmatch(command) for pattern in DONE_ELSEWHERE[language]):
+            continue
+        elif RUN[language].fullmatch(command):
+            yield number, folder, RUN[language].fullmatch(command).group(1)
+        else:
             raise ValueError(f"nobody runs \"{command}\"")
 
 
@@ -55,15 +62,16 @@ def main():
             language, body = block.groups()
             place = text.count("\n", 0, block.start()) + 2
             try:
-                if language == "sh":
-                    lines += [f"{document}:{place + at}\t{folder}\t{run}" for at, folder, run in commands(body)]
+                if language in RUN:
+                    lines += [f"{document}:{place + at}\t{folder}\t{run}"
+                              for at, folder, run in commands(body, language)]
                 elif language in SUFFIX:
                     counts[language] = counts.get(language, 0) + 1
                     name = f"{Path(document).stem}_{counts[language]}.{SUFFIX[language]}"
                     write_whole(output / name, body.encode("utf-8"))
                     if language == "python":
                         compile(body, name, "exec")
-                elif language not in NOT_RUN:
+                elif language not in NOT_RUN or body.startswith("./tam"):
                     raise ValueError(f"nobody knows a sample in {language}")
             except (ValueError, SyntaxError) as error:
                 faults.append(f"{document}:{place}: {error}")

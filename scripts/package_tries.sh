@@ -100,16 +100,19 @@ try_zip() {
 
 # What a host's programmer does: the example in a folder of its own, then beside the DLLs.
 try_sdk() {
-    local folder=$package_folder/sdk kind bits
+    local folder=$package_folder/sdk kind
     unpack "O_Tam_id-$version-sdk.zip" "$folder"
     unpack "O_Tam_id-$version-windows.zip" "$folder"
     folder="$folder/O_Tam_id-$version"
+    # The commands of its README, for 32 bits as they stand.
+    # shellcheck disable=SC2016 # the marks of Markdown
+    sed -n '/^```sh$/,/^```$/{/^```/!p}' "$folder-sdk/README.md" >"$package_folder/win32.sh"
+    [[ $(grep -c mingw-w32 "$package_folder/win32.sh") -eq 1 ]]
+    sed 's/mingw-w32/mingw-w64/' "$package_folder/win32.sh" >"$package_folder/win64.sh"
     for kind in win32 win64; do
-        bits=${kind#win}
-        cmake -G Ninja -S "$folder-sdk/example" -B "$folder-sdk/build-$kind" \
-            --toolchain "$folder-sdk/cmake/mingw-w$bits.cmake" -D CMAKE_BUILD_TYPE=Release
-        cmake --build "$folder-sdk/build-$kind"
-        cp "$folder-sdk/build-$kind/host.exe" "$folder/$kind"
+        rm -rf "$folder-sdk/build"
+        (cd "$folder-sdk" && bash -eu "$package_folder/$kind.sh")
+        cp "$folder-sdk/build/host.exe" "$folder/$kind"
         cmp "$folder-sdk/manifests/$kind/O_Tam_id.Classes.manifest" "$folder/$kind/O_Tam_id.Classes.manifest"
         (cd "$folder/$kind" && wine ./host.exe 'samples\catalogue.xml' 'samples\streams\channels.xml' project.xml |
             tr -d '\r' >"$package_folder/host-$kind.txt")

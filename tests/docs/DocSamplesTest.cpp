@@ -74,6 +74,7 @@ class Tree {
         fs::create_directories(Folder(L"build/win32"));
         fs::copy(tests::TopFolder() / L"samples", Folder(L"samples"), kAll);
         fs::copy(tests::BinFolder(), Folder(L"build/win32/bin"), kAll);
+        fs::copy(tests::BinFolder(), Folder(L"win32"), kAll); // as in the zip
     }
     fs::path Folder(const std::wstring& name) const {
         return (own_.Path() / name).lexically_normal().make_preferred();
@@ -97,7 +98,7 @@ std::vector<Command> Commands() {
 
 TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
     const std::vector<Command> commands = Commands();
-    EXPECT_GE(commands.size(), 10U);
+    EXPECT_GE(commands.size(), 25U);
     const Tree tree;
     for (const Command& command : commands) {
         SCOPED_TRACE(command.place + ": " + Narrow(command.line));
@@ -116,14 +117,20 @@ TEST(DocSamplesTest, EachCommandDoesWhatTheDocumentSays) {
         EXPECT_EQ(0U, run.status) << run.out << run.err;
     }
     // The document's script says at its end whether all was right.
-    const std::string result = ReadFileBytes(tree.Folder(L"result.txt").native());
-    std::string plain;
-    for (std::size_t at = 2; at < result.size(); at += 2) {
-        plain += result[at];
+    for (const wchar_t* const file : {L"result.txt", L"win32/result.txt"}) {
+        const std::string result = ReadFileBytes(tree.Folder(file).native());
+        std::string plain;
+        for (std::size_t at = 2; at < result.size(); at += 2) {
+            plain += result[at];
+        }
+        EXPECT_NE(std::string::npos, plain.find("All right.")) << Narrow(file) << ": " << plain;
     }
-    EXPECT_NE(std::string::npos, plain.find("All right.")) << plain;
-    for (const wchar_t* const file : {L"project.xml", L"build/win32/bin/project.xml"}) {
+    for (const wchar_t* const file : {L"project.xml", L"win32/project.xml", L"build/win32/bin/project.xml"}) {
         EXPECT_TRUE(fs::exists(tree.Folder(file))) << "the example saves a project: " << Narrow(file);
+    }
+    for (const wchar_t* const file :
+         {L"full.html", L"full.svg", L"device.html", L"build/schemas/device-stream.xsd"}) {
+        EXPECT_TRUE(fs::exists(tree.Folder(file))) << Narrow(file);
     }
 }
 
