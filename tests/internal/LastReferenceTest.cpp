@@ -1,6 +1,9 @@
 #include "com/Dom.h"
 #include "tests/internal/Channel.h"
 
+#include <initializer_list>
+#include <string>
+
 // A member asks an object of the host, and the host lets go of the last reference
 // from outside meanwhile. The member goes on to its end all the same.
 
