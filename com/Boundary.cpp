@@ -95,10 +95,10 @@ std::optional<Failure> Attempt(Body body) noexcept {
 
 HRESULT Guard(REFIID iid, Body body) noexcept {
     ForgetErrors(); // what an earlier call left is not this call's error
-    return GuardHeld(iid, body);
+    return GuardAlone(iid, body);
 }
 
-HRESULT GuardHeld(REFIID iid, Body body) noexcept {
+HRESULT GuardAlone(REFIID iid, Body body) noexcept {
     const auto failure = Attempt(body);
     return failure ? Publish(*failure, iid) : S_OK;
 }

@@ -146,25 +146,26 @@ HRESULT Guard(REFIID iid, Body body) noexcept;
 
 /// The boundary of a member that calls nobody outside: no callee can leave an error object,
 /// and an earlier one is its caller's.
-HRESULT GuardHeld(REFIID iid, Body body) noexcept;
+HRESULT GuardAlone(REFIID iid, Body body) noexcept;
 
-/// A COM member with a result: checks and empties the out pointer, assigns last.
+/// A COM member with a result: checks and empties the out pointer, and assigns last, within one
+/// of the two boundaries.
+template <HRESULT (&Boundary)(REFIID, Body) noexcept, class T, class F>
+HRESULT ReturnBy(REFIID iid, T* out, F&& f) noexcept {
+    if (out == nullptr) {
+        return Refuse(E_POINTER);
+    }
+    Empty(out);
+    return Boundary(iid, [&] { Assign(out, f()); });
+}
 template <class T, class F>
 HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
-    if (out == nullptr) {
-        return Refuse(E_POINTER);
-    }
-    Empty(out);
-    return Guard(iid, [&] { Assign(out, f()); });
+    return ReturnBy<Guard>(iid, out, std::forward<F>(f));
 }
-/// As Return, for a member that calls nobody outside.
+/// For a member that calls nobody outside.
 template <class T, class F>
-HRESULT ReturnHeld(REFIID iid, T* out, F&& f) noexcept {
-    if (out == nullptr) {
-        return Refuse(E_POINTER);
-    }
-    Empty(out);
-    return GuardHeld(iid, [&] { Assign(out, f()); });
+HRESULT ReturnAlone(REFIID iid, T* out, F&& f) noexcept {
+    return ReturnBy<GuardAlone>(iid, out, std::forward<F>(f));
 }
 
 } // namespace com

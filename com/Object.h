@@ -139,10 +139,10 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
         return Return(FirstIid(), out, std::forward<F>(f));
     }
     /// The same for a member that is asked often, and whose result is made of what the object holds;
-    /// see ReturnHeld.
+    /// see ReturnAlone.
     template <class T, class F>
-    HRESULT GetHeld(T* out, F&& f) noexcept {
-        return ReturnHeld(FirstIid(), out, std::forward<F>(f));
+    HRESULT GetAlone(T* out, F&& f) noexcept {
+        return ReturnAlone(FirstIid(), out, std::forward<F>(f));
     }
     /// A member that answers a value as it stands.
     template <class T, class V>

@@ -30,10 +30,10 @@ class Point : public com::OwnedObject<Derived, PointOwner, Faces_...> {
 
     STDMETHODIMP get_Name(BSTR* value) final { return this->Answer(value, identity_.name); }
     STDMETHODIMP get_GlobalKey(BSTR* value) final {
-        return this->GetHeld(value, [&] { return identity_.GlobalKey(); });
+        return this->GetAlone(value, [&] { return identity_.GlobalKey(); });
     }
     STDMETHODIMP get_ExtendedKey(BSTR* value) final {
-        return this->GetHeld(value, [&] { return identity_.ExtendedKey(); });
+        return this->GetAlone(value, [&] { return identity_.ExtendedKey(); });
     }
     STDMETHODIMP get_Parent(IAppObject** value) final {
         return this->Get(value, [&] { return ParentOf(this->Owner()); });
