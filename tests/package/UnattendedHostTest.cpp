@@ -9,6 +9,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cwchar>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -229,6 +230,52 @@ TEST_F(UnattendedHostTest, OpensNoDataSheet) {
     EXPECT_EQ("Sheet.pdf", path.substr(path.rfind('\\') + 1));
 }
 
+/// The machine has no database compiler as long as this lives: its name leads to no class.
+class NoCompiler {
+  public:
+    NoCompiler() {
+        DWORD size = sizeof classId_;
+        EXPECT_EQ(ERROR_SUCCESS,
+                  RegGetValueW(HKEY_LOCAL_MACHINE, kPath, nullptr, RRF_RT_REG_SZ, nullptr, classId_, &size));
+        EXPECT_EQ(ERROR_SUCCESS, RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPath));
+    }
+    ~NoCompiler() {
+        const auto size = static_cast<DWORD>((std::wcslen(classId_) + 1) * sizeof(wchar_t));
+        EXPECT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPath, nullptr, REG_SZ, classId_, size));
+    }
+    NoCompiler(const NoCompiler&) = delete;
+    NoCompiler& operator=(const NoCompiler&) = delete;
+
+  private:
+    static constexpr const wchar_t* kPath =
+        L"Software\\Classes\\ORV.QB.Interop.Compilers.CompilersInterop\\CLSID";
+    wchar_t classId_[64] = {};
+};
+
+// Names no definition that is there, opens what opens, loads a stream full of faults with
+// a catalogue that lacks its type, and exports what was loaded without a compiler.
+constexpr const wchar_t* kNight = LR"(
+Set module = CreateObject("O_Tam_id.CDBAppObject")
+If module.Init("NoSuchDefinition") Then WScript.Quit 1
+name = "Dev1"
+If module.ShowRename(name, "K7") <> 2 Then WScript.Quit 2
+module.ShowAbout
+module.ViewDatasheet 0
+Set catalogue = WScript.CreateObject("MSXML2.DOMDocument.6.0")
+catalogue.loadXML "<Catalogue/>"
+Set module.XmlSNVTDoc = catalogue
+On Error Resume Next
+module.LoadFromXmlStream "<Tam><Name>Night</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev>" & _
+    "<TamObjID>3</TamObjID><Attributes><Gain><SNVTTYPE>999</SNVTTYPE></Gain><Bare/>" & _
+    "<Never><SNVTTYPE>105</SNVTTYPE></Never></Attributes></Tam>"
+If Err.Number <> 91 Then WScript.Quit 3
+Err.Clear
+image = module.Stream
+If Err.Number <> 0 Then WScript.Quit 4
+If Left(image, 9) <> "<O_Tam_id" Then WScript.Quit 5
+WScript.Quit 7
+)";
+
 /// A script as a scheduler starts it: on a window station that nobody sees.
 class UnattendedHostStationTest : public WholeRegistryTest {
   protected:
@@ -276,26 +323,29 @@ TEST_F(UnattendedHostStationTest, AScriptGoesOnWhereADialogWouldWaitForEver) {
     const std::wstring folder = Component::Folder();
     const std::wstring file = folder + L"night.jsonl";
     DeleteFileW(file.c_str());
-    const TextFile script(folder + L"night.vbs",
-                          L"Set module = CreateObject(\"O_Tam_id.CDBAppObject\")\r\n"
-                          L"If module.Init(\"NoSuchDefinition\") Then WScript.Quit 1\r\n"
-                          L"name = \"Dev1\"\r\n"
-                          L"If module.ShowRename(name, \"K7\") <> 2 Then WScript.Quit 2\r\n"
-                          L"module.ShowAbout\r\n"
-                          L"module.ViewDatasheet 0\r\n"
-                          L"WScript.Quit 7\r\n");
+    const TextFile script(folder + L"night.vbs", kNight);
     SetEnvironmentVariableW(kVariable, file.c_str());
-    const DWORD status = Run(script.Path());
+    DWORD status = 0;
+    {
+        const NoCompiler without;
+        status = Run(script.Path());
+    }
     SetEnvironmentVariableW(kVariable, nullptr);
     EXPECT_EQ(7U, status);
     std::ifstream lines{std::filesystem::path(file)};
-    std::vector<std::string> kinds;
+    std::vector<std::string> told;
     for (std::string line; std::getline(lines, line);) {
-        kinds.push_back(json::parse(line)["kind"]);
+        const json object = json::parse(line);
+        const std::string kind = object["kind"];
+        told.push_back(kind == "box" ? kind + ": " + object["text"].get<std::string>() : kind);
     }
     lines.close();
     DeleteFileW(file.c_str());
-    EXPECT_EQ((std::vector<std::string>{"report", "dialog", "dialog", "box"}), kinds);
+    const std::string unknownType = "box: Can't find the node related to SNVT ID 999";
+    EXPECT_EQ((std::vector<std::string>{
+                  "report", "dialog", "dialog", "box: DataSheet not available", unknownType, unknownType,
+                  "box: Compiler.dll, necessary to exported Tam object hasn't been found"}),
+              told);
     for (const Dll* dll : {&component, &hostServices}) {
         EXPECT_EQ(S_OK, dll->Unregister(Scope::Machine));
     }
