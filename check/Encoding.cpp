@@ -17,6 +17,7 @@ namespace check {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+constexpr std::string_view kCutMessage = "the file ends in the middle of a character";
 
 struct CodePage {
     std::string_view name;
@@ -31,19 +32,19 @@ constexpr std::string_view kUtf8 = "UTF-8";
 constexpr std::string_view kUtf16 = "UTF-16";
 constexpr std::string_view kAscii = "US-ASCII";
 
-/// What is wrong at one place; the first few of a file are told.
+/// What is wrong at one place. Of a file that is no text at all words are made only for what is listed.
 class Faults {
   public:
     explicit Faults(Findings& findings) : findings_(findings) {}
 
-    void Invalid(std::size_t at, std::string message, std::string expected) {
-        if (count_++ < kMost) {
-            findings_.Add(RuleId::EncodingInvalid, {at, 1}, std::move(message), std::move(expected));
-        }
+    template <class F>
+    void Invalid(std::size_t at, F&& message, const char* expected) {
+        const bool isListed = count_++ < Findings::kMost;
+        findings_.Add(RuleId::EncodingInvalid, {at, 1}, isListed ? message() : std::string(),
+                      isListed ? expected : "");
     }
 
   private:
-    static constexpr std::size_t kMost = 20;
     Findings& findings_;
     std::size_t count_ = 0;
 };
@@ -109,10 +110,13 @@ std::string FromUtf8(std::string bytes, Findings& findings) {
             byte >= 0xC2 && bytes.size() - at < 4 &&
             std::all_of(bytes.begin() + static_cast<std::ptrdiff_t>(at) + 1, bytes.end(),
                         [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; });
-        faults.Invalid(text.size(),
-                       isCut ? "the file ends in the middle of a character"
-                             : "the byte " + Hex(byte) + " is no character of UTF-8",
-                       isCut ? "" : "a file in UTF-8, or a declaration that names its encoding");
+        faults.Invalid(
+            text.size(),
+            [&] {
+                return isCut ? std::string(kCutMessage)
+                             : "the byte " + Hex(byte) + " is no character of UTF-8";
+            },
+            isCut ? "" : "a file in UTF-8, or a declaration that names its encoding");
         AppendCharacter(text, kReplacement);
         at = isCut ? bytes.size() : at + 1;
     }
@@ -137,16 +141,18 @@ std::string FromUtf16(std::string_view bytes, bool isBigEndian, Findings& findin
                 c = 0x10000 + ((c - 0xD800) << 10U) + (low - 0xDC00);
                 at += 2;
             } else {
-                faults.Invalid(text.size(),
-                               "half of a character: " + Hex(static_cast<unsigned>(c)) + " alone",
-                               "a pair of code units");
+                faults.Invalid(
+                    text.size(),
+                    [&] { return "half of a character: " + Hex(static_cast<unsigned>(c)) + " alone"; },
+                    "a pair of code units");
                 c = kReplacement;
             }
         }
         AppendCharacter(text, c);
     }
     if (end != bytes.size()) {
-        faults.Invalid(text.size(), "the file ends in the middle of a character", "");
+        faults.Invalid(
+            text.size(), [] { return std::string(kCutMessage); }, "");
         AppendCharacter(text, kReplacement);
     }
     return text;
@@ -160,12 +166,39 @@ std::string FromCodePage(std::string_view bytes, const CodePage& page, Findings&
         const auto code = static_cast<unsigned char>(byte);
         const char32_t c = code < 0x80 ? code : page.upper[code - 0x80U];
         if (c == 0 && code >= 0x80) {
-            faults.Invalid(text.size(),
-                           "the byte " + Hex(code) + " is no character of " + std::string(page.name), "");
+            faults.Invalid(
+                text.size(),
+                [&] { return "the byte " + Hex(code) + " is no character of " + std::string(page.name); },
+                "");
             AppendCharacter(text, kReplacement);
         } else {
             AppendCharacter(text, c);
         }
+    }
+    return text;
+}
+
+std::string FromUtf32(std::string_view bytes, bool isBigEndian, Findings& findings) {
+    constexpr std::size_t kSize = 4;
+    constexpr char32_t kLast = 0x10FFFF;
+    findings.Add(RuleId::EncodingUnknown, {0, 0}, "the file is in UTF-32", "UTF-8 or UTF-16");
+    Faults faults(findings);
+    std::string text;
+    for (std::size_t at = 0; at < bytes.size(); at += kSize) {
+        char32_t c = 0;
+        for (std::size_t i = 0; i < kSize && at + i < bytes.size(); ++i) {
+            const char32_t byte = static_cast<unsigned char>(bytes[at + i]);
+            c |= byte << 8U * (isBigEndian ? kSize - 1 - i : i);
+        }
+        const bool isCut = bytes.size() - at < kSize;
+        if (isCut || c > kLast || (c >= 0xD800 && c < 0xE000)) {
+            faults.Invalid(
+                text.size(),
+                [&] { return std::string(isCut ? kCutMessage : "four bytes are no character of UTF-32"); },
+                "");
+            c = kReplacement;
+        }
+        AppendCharacter(text, c);
     }
     return text;
 }
@@ -246,7 +279,8 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
         Faults faults(findings);
         for (std::size_t at = 0; at < bytes.size(); ++at) {
             if (static_cast<unsigned char>(bytes[at]) >= 0x80) {
-                faults.Invalid(at, "a byte past 0x7F is no character of US-ASCII", "UTF-8");
+                faults.Invalid(
+                    at, [] { return std::string("a byte past 0x7F is no character of US-ASCII"); }, "UTF-8");
                 bytes[at] = '?';
             }
         }
@@ -284,6 +318,13 @@ std::string Decode(std::string bytes, Findings& findings) {
             ReportMismatch(bytes, declared, kUtf8, findings);
         }
         return FromUtf8(std::move(bytes), findings);
+    }
+    // Before UTF-16, whose mark the first of these begins with; a zero is no character of XML.
+    if (view.starts_with("\xFF\xFE\0\0"sv)) {
+        return FromUtf32(view.substr(4), false, findings);
+    }
+    if (view.starts_with("\0\0\xFE\xFF"sv)) {
+        return FromUtf32(view.substr(4), true, findings);
     }
     if (view.starts_with("\xFF\xFE"sv)) {
         return Utf16Text(view.substr(2), false, findings);

@@ -52,6 +52,31 @@ TEST(XmlRulesTest, FindsBytesThatAreNoCharacters) {
     EXPECT_EQ(cut.back().column, 13u);
 }
 
+TEST(XmlRulesTest, FindsEachByteThatIsNoCharacter) {
+    constexpr std::size_t kBytes = 25;
+    const Result result = CheckBytes(WithName(std::string(kBytes, '\xFC')), Types());
+    EXPECT_EQ(result.Count(Severity::Error), kBytes);
+    EXPECT_EQ(result.findings.size(), kBytes);
+    const Result more = CheckBytes(WithName(std::string(Findings::kMost + kBytes, '\xFC')), Types());
+    EXPECT_EQ(more.Count(Severity::Error), Findings::kMost + kBytes);
+    EXPECT_EQ(more.findings.back().rule, RuleId::TooManyFindings);
+}
+
+TEST(XmlRulesTest, ChecksADocumentInUtf32ToItsEnd) {
+    const auto utf32 = [](const std::string& text, bool isBigEndian) {
+        std::string bytes = isBigEndian ? std::string("\0\0\xFE\xFF", 4) : std::string("\xFF\xFE\0\0", 4);
+        for (const char c : text) {
+            bytes += isBigEndian ? std::string(3, '\0') + c : c + std::string(3, '\0');
+        }
+        return bytes;
+    };
+    const std::string document =
+        "<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>yes</IsLastOnDev><TamObjID>3</TamObjID></Tam>";
+    const std::vector<Place> expected = {{RuleId::EncodingUnknown, 1, 1}, {RuleId::FlagValue, 1, 51}};
+    EXPECT_EQ(Places(Find(utf32(document, false))), expected);
+    EXPECT_EQ(Places(Find(utf32(document, true))), expected);
+}
+
 TEST(XmlRulesTest, FindsEncodingsThatAreNotThere) {
     for (const std::string name : {"windows-874", "ISO-8859-11"}) { // another number is no slip of the pen
         ExpectOne(RuleId::EncodingUnknown,
