@@ -235,16 +235,21 @@ void Points::CheckList(const Leaf& leaf, std::string_view ownType) {
             return;
         }
     }
-    const bool isPlain = raw == leaf.text; // else positions inside are not known
+    // A reference has no comma; "&#44;" is one, and then positions inside are not known.
+    const bool isPlaced =
+        std::count(raw.begin(), raw.end(), ',') == std::count(leaf.text.begin(), leaf.text.end(), ',');
     std::vector<std::string_view> entries;
     const std::string_view text = leaf.text;
     bool saidEnd = text.starts_with(',');
     bool hasOwn = ownType.empty();
+    std::size_t rawBegin = 0;
     for (std::size_t begin = 0; begin <= text.size();) {
         const std::size_t end = std::min(text.find(',', begin), text.size());
         const std::string_view entry = text.substr(begin, end - begin);
+        const std::size_t rawEnd = std::min(raw.find(',', rawBegin), raw.size());
         const Span span =
-            isPlain ? Span{leaf.raw.at + begin, std::max<std::size_t>(entry.size(), 1)} : leaf.span;
+            isPlaced ? Span{leaf.raw.at + rawBegin, std::max<std::size_t>(rawEnd - rawBegin, 1)} : leaf.span;
+        rawBegin = std::min(rawEnd + 1, raw.size());
         if (entry.empty()) {
             if (end < text.size() && !saidEnd && text.find_first_not_of(',', end) != std::string_view::npos) {
                 document_.Report(RuleId::ListEndsEarly, span,

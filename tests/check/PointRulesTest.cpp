@@ -142,6 +142,10 @@ TEST(PointRulesTest, FindsListsThatLackSomething) {
     ExpectOne(RuleId::ListEntryUnknown, InputWith("81,^9999,105"));
     ExpectOne(RuleId::ListEntryUnknown, InputWith("81,^ 105"), "105");
     ExpectOne(RuleId::ListEntryTwice, InputWith("81,105,^81"));
+    // A reference for a character does not move what follows it.
+    ExpectOne(RuleId::ListEntryUnknown, InputWith("&#56;1,&#x31;05,^9999"));
+    ExpectOne(RuleId::ListEntryTwice, InputWith("81,105,^&#56;1"));
+    ExpectOne(RuleId::ListEntryUnknown, InputWith("^81&#44;9999")); // one that is a comma does
     ExpectOne(RuleId::ListOwnType, InputWith("^105"));
 }
 
