@@ -82,16 +82,11 @@ class Catalogues {
 
     explicit Catalogues(const ProgramOptions& options) : options_(options) {}
 
-    /// False, with a word of complaint, when the catalogue that was named is none.
-    bool CheckNamed() {
-        if (options_.catalogue.empty()) {
-            return true;
+    /// A catalogue that was named is to have types, whatever is checked.
+    void UseNamed() {
+        if (!options_.catalogue.empty()) {
+            Read(options_.catalogue).isUsed = true;
         }
-        const Known& known = Read(options_.catalogue);
-        if (!known.problem.empty()) {
-            ComplainOf(options_.catalogue, known);
-        }
-        return known.problem.empty();
     }
 
     /// The catalogue for a file; null when there is none.
@@ -156,9 +151,7 @@ class Run {
     explicit Run(const ProgramOptions& options) : options_(options), catalogues_(options) {}
 
     int Do() {
-        if (!catalogues_.CheckNamed()) {
-            return kUnreadable;
-        }
+        catalogues_.UseNamed();
         const std::vector<batch::Input> inputs = batch::FindInputs(options_.inputs);
         std::vector<fs::path> outputs;
         if (!options_.outFolder.empty()) {
@@ -287,12 +280,12 @@ class Run {
 int ListRules(const ProgramOptions& options) {
     switch (options.format) {
     case Format::Json:
-    case Format::Sarif:
         options.print(RulesJson());
         break;
     case Format::Markdown:
         options.print(RulesMarkdown());
         break;
+    case Format::Sarif: // is refused
     case Format::Text:
         options.print(RulesText());
         break;
@@ -347,6 +340,12 @@ std::string UsageFault(const ProgramOptions& options) {
         }
         if (options.listsRules && !options.schemas.empty()) {
             return "--rules lists and --schemas writes: give one of them";
+        }
+        if (options.listsRules && options.format == Format::Sarif) {
+            return "--rules takes text, json or markdown";
+        }
+        if (!options.listsRules && options.format != Format::Text) {
+            return "--schemas takes no format";
         }
     } else if (options.inputs.empty()) {
         return "no file was named";

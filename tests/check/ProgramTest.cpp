@@ -155,6 +155,21 @@ TEST_F(ProgramTest, ComplainsOfACatalogueThatIsFoundAndHasNoTypes) {
     EXPECT_EQ(complained_, "");
 }
 
+TEST_F(ProgramTest, ChecksTheFilesWithoutTheCatalogueThatWasNamed) {
+    const fs::path bad = Write("bad.xml", kBad);
+    options_.catalogue = folder_ / "nowhere.xml";
+    options_.format = Format::Json;
+    EXPECT_EQ(Run(bad), kUnreadable);
+    EXPECT_NE(printed_.find("\"rule\": \"flag-value\""), std::string::npos) << printed_;
+    EXPECT_NE(printed_.find("\"status\": 2"), std::string::npos) << printed_;
+    EXPECT_EQ(complained_.find("tamcheck: the catalogue " + batch::NameOf(options_.catalogue) + ": "), 0U)
+        << complained_;
+    printed_.clear();
+    options_.format = Format::Sarif;
+    EXPECT_EQ(Run(bad), kUnreadable);
+    EXPECT_NE(printed_.find("flag-value"), std::string::npos) << printed_;
+}
+
 TEST_F(ProgramTest, ChecksFilesWhoseNamesDifferInLetterCase) {
     const fs::path good = Write("two/A.xml", kGood);
     const fs::path bad = Write("two/a.xml", kBad);
@@ -213,9 +228,15 @@ TEST_F(ProgramTest, SaysWhatIsWrongWithTheOptions) {
     EXPECT_EQ(UsageFault(options_), "--rules checks no files: leave them out");
     options_.inputs.clear();
     EXPECT_EQ(UsageFault(options_), "");
+    options_.format = Format::Sarif;
+    EXPECT_EQ(UsageFault(options_), "--rules takes text, json or markdown");
     options_.schemas = folder_;
     EXPECT_EQ(UsageFault(options_), "--rules lists and --schemas writes: give one of them");
     options_.listsRules = false;
+    for (const Format format : {Format::Json, Format::Sarif, Format::Markdown}) {
+        options_.format = format;
+        EXPECT_EQ(UsageFault(options_), "--schemas takes no format");
+    }
     options_.format = Format::Text;
     EXPECT_EQ(UsageFault(options_), "");
     options_.inputs = {folder_ / "a.xml"};
