@@ -45,12 +45,19 @@ show() {
 }
 
 # part START ROWS [SKIPPED]: of what was said, the line that begins with START and ROWS more,
-# up to the next empty line; lines that match SKIPPED are left out.
+# up to the next empty line; lines that match SKIPPED are left out. The page stops where there
+# is no such line.
 part() {
-    awk -v start="$1" -v rows="$2" -v skipped="${3:-^$}" '
+    local found
+    found=$(awk -v start="$1" -v rows="$2" -v skipped="${3:-^$}" '
         index($0, start) == 1 && !on { on = 1; left = rows + 1 }
         on && $0 == "" { exit }
-        on && $0 !~ skipped { if (left-- == 0) exit; print substr($0, 1, 100) }' <<<"$said"
+        on && $0 !~ skipped { if (left-- == 0) exit; print substr($0, 1, 100) }' <<<"$said")
+    if [[ -z $found ]]; then
+        printf '%s\nThe page stopped: no line begins with "%s".\n' "$said" "$1" >&2
+        exit 1
+    fi
+    printf '%s\n' "$found"
 }
 
 kilobytes() { printf '%d KB' $(($(stat -c %s "$1") / 1024)); }
