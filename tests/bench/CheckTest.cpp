@@ -52,7 +52,13 @@ TEST(CheckTest, AnswersJsonAndSarif) {
     EXPECT_EQ(json["files"][0]["findings"][0]["line"], 3);
     EXPECT_EQ(json["files"][0]["findings"][0]["column"], 2);
     const Json sarif = Json::parse(RunBench({L"check", file, L"--format", L"sarif"}).out);
+    EXPECT_EQ(SchemaFaults(sarif, "check-sarif"), std::vector<std::string>());
     EXPECT_EQ(sarif["runs"][0]["results"][0]["ruleId"], "element-missing");
+    // With a blank in its name, and not there.
+    const Json missing =
+        Json::parse(RunBench({L"check", ScratchFolder() + L"not here.xml", L"--format", L"sarif"}).out);
+    EXPECT_EQ(SchemaFaults(missing, "check-sarif"), std::vector<std::string>());
+    EXPECT_EQ(missing["runs"][0]["invocations"][0]["toolExecutionNotifications"].size(), 1u);
 }
 
 TEST(CheckTest, AnswersTheExitStatusInJson) {
