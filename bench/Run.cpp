@@ -245,7 +245,7 @@ int RunMany(const Options& options) {
     std::vector<std::filesystem::path> outputs;
     if (!options.outFolder.empty()) {
         try {
-            outputs = batch::OutputsIn(options.outFolder, inputs, options.outEnding);
+            outputs = batch::OutputsIn(options.outFolder, inputs, options.svg ? ".svg" : options.outEnding);
         } catch (const std::invalid_argument& error) {
             ComplainOf({error.what()}, "");
             return kWrongUsage;

@@ -72,6 +72,13 @@ TEST_F(ManyStreamsTest, ResultsAreThoseOfSingleRuns) {
     EXPECT_EQ((std::vector<std::string>{"a.xml", "deep/c.xml", "odd.xml"}), FilesBelow(Results()));
 }
 
+TEST_F(ManyStreamsTest, PicturesOfBlocksAreNamedAsPictures) {
+    std::error_code ignored;
+    fs::remove_all(Results(), ignored);
+    Bench({L"sheet", Streams() + L"\\a.xml", L"channels", L"--svg", L"--out", Results().wstring()});
+    EXPECT_EQ((std::vector<std::string>{"a.svg", "channels.svg"}), FilesBelow(Results()));
+}
+
 TEST_F(ManyStreamsTest, EachHasALineAndThenComesASummary) {
     const Outcome run = RunBench({L"save", Streams() + L"\\a.xml", Streams() + L"\\broken.xml", L"channels"});
     EXPECT_EQ(1U, run.status);
