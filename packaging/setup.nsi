@@ -1,7 +1,8 @@
 ; The installer. scripts/package_installer.py calls makensis with VERSION, OUTPUT and FILES
 ; (files.nsh, the lists of what goes where), and with SIGN when the uninstaller is to be signed.
 ;
-;   setup.exe [/S] [/AllUsers | /CurrentUser] [/Components=win32,win64,services,bench,samples] [/D=folder]
+;   setup.exe [/S] [/AllUsers | /CurrentUser] [/Log=file]
+;       [/Components=win32,win64,services,bench,samples,openwith] [/D=folder]
 ;
 ; Exit statuses: 0 done, 1 ended by the user, 2 failed, 3 wrong command line, 4 in use, 5 not allowed.
 Unicode true
@@ -36,6 +37,7 @@ VIAddVersionKey /LANG=1033 LegalCopyright ""
 !include "users.nsh"
 
 !define APPS "Software\Microsoft\Windows\CurrentVersion\Uninstall\O_Tam_id"
+!define WINDOW "Software\Classes\Applications\tamview.exe"
 
 Var Scope      ; AllUsers or CurrentUser
 Var Registered ; the DLLs that are registered, as names below $INSTDIR, each with a bar behind it
@@ -45,7 +47,7 @@ Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister 
 
 !define MUI_ABORTWARNING
 !insertmacro MUI_PAGE_WELCOME
-!define MUI_PAGE_CUSTOMFUNCTION_LEAVE RefuseNoKind
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE RefuseChoice
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
@@ -268,6 +270,17 @@ Section "Samples and script clients" SecSamples
   !insertmacro InstallSamples
 SectionEnd
 
+; Offers the window and takes nothing over: who opens .xml today still does.
+Section /o "Window under $\"Open with$\" of .xml" SecOpenWith
+  StrCpy $0 win32
+  ${If} ${SectionIsSelected} ${SecWin64}
+    StrCpy $0 win64
+  ${EndIf}
+  WriteRegStr SHCTX "${WINDOW}" FriendlyAppName "O_Tam_id"
+  WriteRegStr SHCTX "${WINDOW}\SupportedTypes" .xml ""
+  WriteRegStr SHCTX "${WINDOW}\shell\open\command" "" '"$INSTDIR\$0\tamview.exe" "%1"'
+SectionEnd
+
 !macro RegisterKind section kind
   ${If} ${SectionIsSelected} ${section}
     !insertmacro Register ${kind} O_Tam_id.dll
@@ -295,6 +308,9 @@ Section "-After"
   ${If} ${SectionIsSelected} ${SecSamples}
     StrCpy $Components "$Components,samples"
   ${EndIf}
+  ${If} ${SectionIsSelected} ${SecOpenWith}
+    StrCpy $Components "$Components,openwith"
+  ${EndIf}
   WriteRegStr SHCTX "${APPS}" Components $Components
   ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
   WriteRegDWORD SHCTX "${APPS}" EstimatedSize $0
@@ -306,6 +322,7 @@ SectionEnd
   !insertmacro MUI_DESCRIPTION_TEXT ${SecServices} "Registers the host services, for a machine without a host. Names that a host has stay with it."
   !insertmacro MUI_DESCRIPTION_TEXT ${SecBench} "tambench.exe, a host without a drawing on the command line, and tamview.exe, a module in a window."
   !insertmacro MUI_DESCRIPTION_TEXT ${SecSamples} "Device streams, the catalogue, and clients in VBScript, PowerShell and Python."
+  !insertmacro MUI_DESCRIPTION_TEXT ${SecOpenWith} "The Explorer offers tamview.exe for .xml files; what opens them stays."
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 ; ---- what is chosen
@@ -352,9 +369,10 @@ Function .onInit
     !insertmacro CrossOut services
     !insertmacro CrossOut bench
     !insertmacro CrossOut samples
+    !insertmacro CrossOut openwith
     ${If} $2 == ""
     ${OrIf} $4 != ","
-      !insertmacro End 3 "/Components= names win32, win64, services, bench, samples, with commas between them."
+      !insertmacro End 3 "/Components= names win32, win64, services, bench, samples, openwith, with commas between them."
     ${EndIf}
   ${EndIf}
   ${If} $2 != ""
@@ -363,30 +381,35 @@ Function .onInit
     !insertmacro Choose ${SecServices} services
     !insertmacro Choose ${SecBench} bench
     !insertmacro Choose ${SecSamples} samples
+    !insertmacro Choose ${SecOpenWith} openwith
   ${EndIf}
   ${IfNot} ${RunningX64}
     !insertmacro UnselectSection ${SecWin64}
     !insertmacro SetSectionFlag ${SecWin64} ${SF_RO}
   ${EndIf}
-  Call HasKind
-  ${If} $0 = 0
-    !insertmacro End 3 "Neither win32 nor win64 is chosen: there would be no component."
+  Call LookAtChoice
+  ${If} $0 != ""
+    !insertmacro End 3 "$0"
   ${EndIf}
   !insertmacro RefuseAnyInUse ""
 FunctionEnd
 
-Function HasKind ; sets $0 to 1 when the component itself is chosen
-  StrCpy $0 0
-  ${If} ${SectionIsSelected} ${SecWin32}
-  ${OrIf} ${SectionIsSelected} ${SecWin64}
-    StrCpy $0 1
+Function LookAtChoice ; sets $0 to what is wrong with it, or ""
+  StrCpy $0 ""
+  ${IfNot} ${SectionIsSelected} ${SecWin32}
+  ${AndIfNot} ${SectionIsSelected} ${SecWin64}
+    StrCpy $0 "Choose the component for 32 bits (win32), for 64 bits (win64) or for both."
+  ${EndIf}
+  ${If} ${SectionIsSelected} ${SecOpenWith}
+  ${AndIfNot} ${SectionIsSelected} ${SecBench}
+    StrCpy $0 "The window under $\"Open with$\" (openwith) takes bench and window (bench)."
   ${EndIf}
 FunctionEnd
 
-Function RefuseNoKind
-  Call HasKind
-  ${If} $0 = 0
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Choose the component for 32 bits, for 64 bits or for both."
+Function RefuseChoice
+  Call LookAtChoice
+  ${If} $0 != ""
+    MessageBox MB_OK|MB_ICONEXCLAMATION $0
     Abort
   ${EndIf}
 FunctionEnd
@@ -439,6 +462,12 @@ Section "Uninstall"
   ${EndIf}
   ${If} $IsListed = 1
     Delete "$SMPROGRAMS\O_Tam_id.lnk"
+    ReadRegStr $0 SHCTX "${APPS}" Components
+    ${WordReplace} "$0," ",openwith," "" "+" $1
+    ${If} $1 != "$0,"
+      DeleteRegKey SHCTX "${WINDOW}"
+      DeleteRegKey /ifempty SHCTX "Software\Classes\Applications"
+    ${EndIf}
     DeleteRegKey SHCTX "${APPS}"
   ${EndIf}
   ${If} $Scope == "CurrentUser"

@@ -279,23 +279,29 @@ try_upgrade() {
 }
 
 try_choice() {
-    local status=0 choice
+    local status=0 choice window='HKLM\Software\Classes\Applications\tamview.exe'
     installed=$WINEPREFIX/drive_c/O_Tam_id
     take_state "$package_folder/before"
-    for choice in '' win33 win32,,win64 win32,Bench,x services,bench; do
+    for choice in '' win33 win32,,win64 win32,Bench,x services,bench win64,openwith; do
         status=0
         set_up "/Components=$choice" '/D=C:\O_Tam_id' || status=$?
         [[ $status -eq 3 && ! -e $installed ]]
     done
     set_up /AllUsers '/D=C:\O_Tam_id'
+    if wine reg query "$window" /reg:64; then
+        echo "A file was given to the window that nobody asked for."
+        return 1
+    fi
     set_up /AllUsers /Components=win32,services
     [[ -f $installed/win32/O_Tam_id.dll && ! -e $installed/win64 && ! -e $installed/win32/tambench.exe ]]
     wine reg query 'HKCR\O_Tam_id.CDBAppObject'
     # The next version asks for nothing and keeps the choice.
     set_up /AllUsers
     [[ -f $installed/win32/O_Tam_id.dll && ! -e $installed/win64 && ! -e $installed/samples ]]
-    set_up /AllUsers /Components=win64
+    set_up /AllUsers /Components=win64,bench,openwith
     [[ -f $installed/win64/O_Tam_id.dll && ! -e $installed/win32 ]]
+    wine reg query "$window\\shell\\open\\command" /ve /reg:64 | grep -F '"C:\O_Tam_id\win64\tamview.exe" "%1"'
+    wine reg query "$window\\SupportedTypes" /v .xml /reg:64
     uninstall "$installed" AllUsers
     take_state "$package_folder/after"
     same_state "$package_folder/before" "$package_folder/after"
@@ -317,7 +323,7 @@ try_moved() {
     cp "$installed/uninstall.exe" "$stray"
     remove_in_place 'C:\stray' AllUsers
     rm -r "$stray"
-    apps_entry AllUsers | grep -qF 'C:\tools\deep\O Tam'
+    apps_entry AllUsers | grep -F 'C:\tools\deep\O Tam'
     wine reg query 'HKCR\O_Tam_id.CDBAppObject'
     set_up /CurrentUser /Components=win64 '/D=C:\tools\deep\O Tam'
     [[ -f $installed/win64/O_Tam_id.dll ]]
