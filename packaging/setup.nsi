@@ -271,7 +271,7 @@ Section "Samples and script clients" SecSamples
 SectionEnd
 
 ; Offers the window and takes nothing over: who opens .xml today still does.
-Section /o "Window under $\"Open with$\" of .xml" SecOpenWith
+Section /o "$\"Open with$\" for .xml" SecOpenWith
   StrCpy $0 win32
   ${If} ${SectionIsSelected} ${SecWin64}
     StrCpy $0 win64
@@ -402,7 +402,7 @@ Function LookAtChoice ; sets $0 to what is wrong with it, or ""
   ${EndIf}
   ${If} ${SectionIsSelected} ${SecOpenWith}
   ${AndIfNot} ${SectionIsSelected} ${SecBench}
-    StrCpy $0 "The window under $\"Open with$\" (openwith) takes bench and window (bench)."
+    StrCpy $0 "$\"Open with$\" for .xml (openwith) takes bench and window (bench)."
   ${EndIf}
 FunctionEnd
 
