@@ -272,7 +272,7 @@ void Frame::Close() {
         return;
     }
     if (AskToSave()) {
-        recovery_.Remove();
+        ForgetUnsaved();
         DestroyWindow(Handle());
     }
 }
@@ -287,7 +287,7 @@ void Frame::OnEnd() {
     // The system ends the program without another word.
     SavePlaces();
     if (isEndAgreed_) {
-        recovery_.Remove();
+        ForgetUnsaved();
     }
 }
 

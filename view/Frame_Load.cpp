@@ -58,6 +58,7 @@ void Frame::Load(const std::wstring& file) {
             ShowProgress(false);
         }
         if (isClosing_) {
+            ForgetUnsaved();
             DestroyWindow(Handle());
             return;
         }

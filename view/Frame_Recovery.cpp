@@ -29,7 +29,8 @@ void Frame::Start(const std::vector<std::wstring>& files) {
 }
 
 void Frame::OfferRecovery() {
-    for (const RecoveryFile::Left& left : RecoveryFile::FindLeft()) {
+    const std::vector<RecoveryFile::Left> all = RecoveryFile::FindLeft();
+    for (const RecoveryFile::Left& left : all) {
         const std::vector<StampedFile>& files = left.recovery.files;
         const bool isSame = std::all_of(files.begin(), files.end(), [](const StampedFile& file) {
             return StampOf(file.path) == file.stamp;
@@ -38,7 +39,7 @@ void Frame::OfferRecovery() {
         const int answer = Ask(Text(isSame ? IDS_RECOVER : IDS_RECOVER_OTHER, files.front().path, count),
                                MB_YESNO | MB_ICONQUESTION);
         if (answer != IDYES) {
-            DeleteFileW(left.path.c_str());
+            notWanted_.push_back(left.path);
             continue;
         }
         module_ = left.recovery.module;
@@ -46,7 +47,18 @@ void Frame::OfferRecovery() {
         if (isLoaded_ && BringBack(left.recovery)) {
             DeleteFileW(left.path.c_str());
         } // else it stays for the next start
+        const std::size_t more = all.size() - notWanted_.size() - 1;
+        if (more > 0 && !isClosing_) {
+            Ask(Text(IDS_MORE_LEFT, std::to_wstring(more)), MB_OK | MB_ICONINFORMATION);
+        }
         return;
+    }
+}
+
+void Frame::ForgetUnsaved() {
+    recovery_.Remove();
+    for (const std::wstring& file : notWanted_) {
+        DeleteFileW(file.c_str());
     }
 }
 

@@ -181,7 +181,7 @@ void Frame::AfterChange() {
     } else {
         recovery_.Remove();
     }
-    Say(history_.IsDirty() ? std::wstring() : Text(IDS_ALL_SAVED));
+    Say(!history_.IsDirty() ? Text(IDS_ALL_SAVED) : isKept_ ? std::wstring() : Text(IDS_NOT_KEPT));
     UpdateTitle();
     UpdateTools();
     UpdateStatus();

@@ -80,7 +80,6 @@ RecoveryFile::RecoveryFile() {
 }
 
 RecoveryFile::~RecoveryFile() {
-    Remove();
     if (alive_ != nullptr) {
         CloseHandle(alive_);
     }

@@ -12,8 +12,8 @@ namespace view {
 /// The size and the time of a file; none of both when there is no file.
 FileStamp StampOf(const std::wstring& file) noexcept;
 
-/// What is unsaved, kept on the disk while the program runs and removed when it ends as
-/// it should. A program that did not end so leaves its file behind.
+/// What is unsaved, kept on the disk until Remove: a program that ends without being asked, in
+/// whatever way, leaves its file behind.
 class RecoveryFile {
   public:
     RecoveryFile();

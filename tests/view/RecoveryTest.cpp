@@ -104,6 +104,72 @@ TEST_F(RecoveryTest, IsForgottenWhenItIsNotWanted) {
     EXPECT_EQ(L"1", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
 }
 
+// A letter that is meant for another window says "no" too.
+TEST_F(RecoveryTest, WhatIsNotWantedIsForgottenWhenTheWindowCloses) {
+    EndUnsaved();
+    {
+        Viewer viewer;
+        viewer.NextBox().Press(IDNO);
+        EXPECT_EQ(1U, UnsavedFiles().size());
+        viewer.Kill();
+    }
+    Viewer viewer;
+    viewer.NextBox().Press(IDNO);
+    viewer.Close();
+    EXPECT_EQ(Texts(), UnsavedFiles());
+}
+
+TEST_F(RecoveryTest, OfTwoTheOtherIsOfferedToTheNextWindow) {
+    const Texts files = {FileWith(L"one.xml", BytesOf(Sample(L"channels.xml"))),
+                         FileWith(L"two.xml", BytesOf(Sample(L"channels.xml")))};
+    {
+        Viewer one({files[0]});
+        AwaitAttributes(one, kAttributes);
+        Viewer two({files[1]});
+        AwaitAttributes(two, kAttributes);
+        one.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+        two.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+        one.Kill();
+        two.Kill();
+    }
+    const Viewer first;
+    const Box question = first.NextBox();
+    const bool isOne = question.Text().find(L"one.xml") != std::wstring::npos;
+    question.Click(IDYES);
+    const Box more = first.NextBox(question);
+    EXPECT_NE(std::wstring::npos, more.Text().find(L"next window")) << Narrow(more.Text());
+    more.Press(IDOK);
+    EXPECT_EQ(L"6", first.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"));
+    EXPECT_EQ(2U, UnsavedFiles().size());
+    const Viewer second;
+    const Box other = second.NextBox();
+    EXPECT_NE(std::wstring::npos, other.Text().find(isOne ? L"two.xml" : L"one.xml")) << Narrow(other.Text());
+    BringBack(second, other);
+    EXPECT_FALSE(second.ShownBox()) << "there is no third";
+}
+
+TEST_F(RecoveryTest, TheEndOfTheLoopOfMessagesKeepsWhatIsUnsaved) {
+    file_ = OwnSample(L"channels.xml");
+    Viewer viewer({file_});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    PostThreadMessageW(GetWindowThreadProcessId(viewer.Frame(), nullptr), WM_QUIT, 0, 0);
+    viewer.WaitForEnd();
+    EXPECT_EQ(1U, UnsavedFiles().size());
+}
+
+TEST_F(RecoveryTest, WhatCannotBeKeptIsSaid) {
+    // UserState gives the folder back.
+    SetEnvironmentVariableW(L"LOCALAPPDATA", FileNamed(L"none\\none").c_str());
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    EXPECT_NE(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"crash"))
+        << Narrow(viewer.Status(VIEW_STATUS_MESSAGE));
+    viewer.Do(IDM_EDIT_UNDO);
+    EXPECT_EQ(std::wstring::npos, viewer.Status(VIEW_STATUS_MESSAGE).find(L"crash")) << "nothing is unsaved";
+}
+
 TEST_F(RecoveryTest, SaysWhenTheFileHasChangedSince) {
     EndUnsaved();
     FileWith(L"channels.xml", BytesOf(file_) + "\n");
