@@ -31,6 +31,14 @@ BOOL CALLBACK PassColourChange(HWND part, LPARAM) {
     return TRUE;
 }
 
+/// Whether a setting that has changed is one of fonts or colours. Programs tell all windows of
+/// others at any time, in the middle of a word that is typed.
+bool IsOfTheLook(WPARAM setting, LPARAM area) noexcept {
+    const auto* const name = reinterpret_cast<const wchar_t*>(area);
+    return setting == SPI_SETNONCLIENTMETRICS || setting == SPI_SETICONTITLELOGFONT ||
+           setting == SPI_SETHIGHCONTRAST || (name != nullptr && lstrcmpW(name, L"ImmersiveColorSet") == 0);
+}
+
 MONITORINFO MonitorOf(HMONITOR monitor) noexcept {
     MONITORINFO info{};
     info.cbSize = sizeof info;
@@ -44,11 +52,8 @@ bool IsOfClass(HWND window, const wchar_t* className) noexcept {
     return lstrcmpiW(name, className) == 0;
 }
 
-/// The keys are the menu's then.
-bool IsMenuOpen() noexcept {
-    GUITHREADINFO thread{};
-    thread.cbSize = sizeof thread;
-    return GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE && (thread.flags & GUI_INMENUMODE) != 0;
+bool IsTypedInto(HWND window) noexcept {
+    return IsOfClass(window, WC_EDITW) && (GetWindowLongW(window, GWL_STYLE) & ES_READONLY) == 0;
 }
 
 /// Once for the window: not every system keeps a table that it has loaded.
@@ -161,7 +166,7 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         if (message == WM_SYSCOLORCHANGE) {
             EnumChildWindows(Handle(), &PassColourChange, 0); // the system tells top windows alone
         }
-        if (fonts_) {
+        if (fonts_ && (message != WM_SETTINGCHANGE || IsOfTheLook(wParam, lParam))) {
             SetFonts();
             InvalidateRect(Handle(), nullptr, TRUE);
         }
@@ -266,8 +271,7 @@ bool Frame::Translate(MSG& message) {
         return true;
     }
     // A field that is typed into undoes its letters.
-    const bool isTyped = isText && (GetWindowLongW(message.hwnd, GWL_STYLE) & ES_READONLY) == 0;
-    if (!isTyped && TranslateAcceleratorW(Handle(), undoKeys_.get(), &message) != 0) {
+    if (!IsTypedInto(message.hwnd) && TranslateAcceleratorW(Handle(), undoKeys_.get(), &message) != 0) {
         return true;
     }
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0 &&
@@ -279,3 +283,10 @@ bool Frame::Translate(MSG& message) {
 }
 
 } // namespace view
+bool Frame::IsInHand() const {
+    const bool isCellOpen = std::any_of(pages_.begin(), pages_.end(), [](const PointPage& page) {
+        return page.pane && page.pane->IsTyped();
+    });
+    return isCellOpen || IsTypedInto(GetFocus()) || GetCapture() != nullptr || IsMenuOpen();
+}
+

@@ -57,6 +57,9 @@ class Frame : public Window {
     class OwnBox;
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    /// Something is typed or dragged, or a menu is open: the next key or click would answer a
+    /// question that comes by itself.
+    bool IsInHand() const;
     void OnProblem(const std::wstring& words) override;
 
     // Frame_Make.cpp
@@ -326,7 +329,6 @@ class Frame : public Window {
     /// The status line tells of the picked row.
     bool isRowTold_ = false;
     bool isPicking_ = false;
-    bool isAsking_ = false;
 };
 
 /// The window is busy while this lives: no command but "stop" is taken.

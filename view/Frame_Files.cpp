@@ -233,10 +233,7 @@ void Frame::CloseFile() {
 }
 
 void Frame::CheckDisk() {
-    // Who types is asked when the value is entered: the next key would answer.
-    const bool isTyped = std::any_of(pages_.begin(), pages_.end(),
-                                     [](const PointPage& page) { return page.pane && page.pane->IsTyped(); });
-    if (isTyped || busy_ > 0 || file_.empty() || isAsking_ || IsIconic(Handle()) != FALSE) {
+    if (busy_ > 0 || IsInHand() || file_.empty() || IsIconic(Handle()) != FALSE) {
         return;
     }
     std::vector<FileStamp> now;
@@ -250,15 +247,13 @@ void Frame::CheckDisk() {
     if (changed.empty()) {
         return;
     }
-    isAsking_ = true;
-    const std::wstring question =
-        history_.IsDirty() ? Text(IDS_CHANGED_DIRTY, changed, std::to_wstring(history_.Unsaved().size()))
-                           : Text(IDS_CHANGED, changed);
-    // The box comes unasked for: a key that was meant for the window loses nothing.
-    const UINT safe = history_.IsDirty() ? MB_DEFBUTTON2 : MB_DEFBUTTON1;
-    const bool isWanted = Ask(question, MB_YESNO | MB_ICONQUESTION | safe) == IDYES;
-    isAsking_ = false;
-    if (isWanted) {
+    // The box comes unasked for: a key that was meant for the window loses nothing. "Yes" would
+    // be the answer of its letter.
+    const int answer = history_.IsDirty()
+                           ? Ask(Text(IDS_CHANGED_DIRTY, changed, std::to_wstring(history_.Unsaved().size())),
+                                 MB_OKCANCEL | MB_ICONQUESTION | MB_DEFBUTTON2)
+                           : Ask(Text(IDS_CHANGED, changed), MB_YESNO | MB_ICONQUESTION);
+    if (answer == IDOK || answer == IDYES) {
         Load(file_);
     }
 }

@@ -138,6 +138,12 @@ drawing::Colour ColourOfSystem(int index) noexcept {
            static_cast<drawing::Colour>(GetGValue(colour)) << 8U | GetBValue(colour);
 }
 
+bool IsMenuOpen() noexcept {
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    return GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE && (thread.flags & GUI_INMENUMODE) != 0;
+}
+
 bool IsHighContrast() noexcept {
     HIGHCONTRASTW contrast{};
     contrast.cbSize = sizeof contrast;

@@ -102,6 +102,8 @@ class WaitPointer {
 /// What a text takes in a font, in pixels.
 SIZE SizeOf(HFONT font, const std::wstring& text) noexcept;
 
+/// Of this thread: the keys are the menu's then.
+bool IsMenuOpen() noexcept;
 bool IsHighContrast() noexcept;
 /// A colour of the system as the drawing has colours.
 drawing::Colour ColourOfSystem(int index) noexcept;

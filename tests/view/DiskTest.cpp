@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace viewtest {
 
@@ -28,6 +29,14 @@ class DiskTest : public OpenedTest {
         AwaitAttributes(second, kAttributes);
         FileWith(L"second.xml", BytesOf(Sample(L"full.xml")));
         EXPECT_TRUE(second.NextBox());
+    }
+    /// Has the window look at its files as often as it takes to ask.
+    void LookNow() const {
+        constexpr WPARAM kDiskTimer = 1;
+        for (int i = 0; i < 3; ++i) { // it is asked at the second look
+            PostMessageW(viewer_.Frame(), WM_TIMER, kDiskTimer, 0);
+        }
+        viewer_.Settle();
     }
     std::wstring Value() const { return viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel"); }
 };
@@ -57,28 +66,73 @@ TEST_F(DiskTest, SaysThatUnsavedValuesWouldBeLost) {
     Rewrite("88");
     const Box box = viewer_.NextBox();
     EXPECT_NE(std::wstring::npos, box.Text().find(L"unsaved")) << Narrow(box.Text());
-    box.Press(IDNO);
+    box.Press(IDCANCEL);
     EXPECT_EQ(L"6", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
     EXPECT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO));
+}
+
+// Who types "delay" does not mean "yes".
+TEST_F(DiskTest, NoLetterThrowsUnsavedValuesAway) {
+    viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Setup", L"6");
+    Rewrite("88");
+    const Box box = viewer_.NextBox();
+    const HWND button = FindWindowExW(box.Window(), nullptr, L"Button", nullptr);
+    ASSERT_NE(nullptr, button);
+    for (const wchar_t letter : std::wstring_view(L"adelnoyz")) {
+        PostMessageW(button, WM_CHAR, letter, 1);
+    }
+    viewer_.Settle();
+    EXPECT_TRUE(viewer_.ShownBox());
+    EXPECT_EQ(L"6", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
+    box.Press(IDOK);
+    Await("the file's value", [&] {
+        return viewer_.Count(IDC_ATTRIBUTES) == kAttributes && Value() == L"88" &&
+               viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup") == L"3";
+    });
 }
 
 // The Enter meant for the value would answer the question.
 TEST_F(DiskTest, WhoTypesIsAskedWhenTheValueIsEntered) {
     const HWND cell = viewer_.BeginCell(IDC_ATTRIBUTES, L"AI1_Setup", L"8");
     Rewrite("88");
-    constexpr WPARAM kDiskTimer = 1;
-    for (int i = 0; i < 3; ++i) { // it is asked at the second look
-        PostMessageW(viewer_.Frame(), WM_TIMER, kDiskTimer, 0);
-    }
-    viewer_.Settle();
+    LookNow();
     EXPECT_FALSE(viewer_.ShownBox());
     ASSERT_TRUE(IsWindow(cell)) << "it is still typed into";
     PostMessageW(cell, WM_KEYDOWN, VK_RETURN, 1);
     const Box box = viewer_.NextBox();
     EXPECT_NE(std::wstring::npos, box.Text().find(L"unsaved")) << Narrow(box.Text());
-    Await("the focus on the answer that loses nothing", [&] { return viewer_.Focus() == IDNO; });
-    box.Press(IDNO);
+    Await("the focus on the answer that loses nothing", [&] { return viewer_.Focus() == IDCANCEL; });
+    box.Press(IDCANCEL);
     EXPECT_EQ(L"8", viewer_.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
+}
+
+TEST_F(DiskTest, WhoFiltersIsAskedInTheList) {
+    viewer_.ToFront();
+    viewer_.Do(IDM_EDIT_FILTER);
+    Await("the focus on the filter", [&] { return viewer_.Focus() == IDC_FILTER; });
+    Rewrite("88");
+    LookNow();
+    EXPECT_FALSE(viewer_.ShownBox());
+    viewer_.Press(VK_DOWN);
+    viewer_.NextBox().Press(IDNO);
+}
+
+TEST_F(DiskTest, WhoDragsOrHasAMenuOpenIsAskedBehindIt) {
+    PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
+    viewer_.Settle();
+    Rewrite("88");
+    LookNow();
+    EXPECT_FALSE(viewer_.ShownBox());
+    PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+    viewer_.NextBox().Press(IDNO);
+    viewer_.ToFront();
+    viewer_.Type(L"{ALT+f}");
+    Await("the menu", [&] { return viewer_.ShownMenu() != nullptr; });
+    Rewrite("777");
+    LookNow();
+    EXPECT_FALSE(viewer_.ShownBox());
+    SendMessageW(viewer_.Frame(), WM_CANCELMODE, 0, 0);
+    viewer_.NextBox().Press(IDNO);
 }
 
 TEST_F(DiskTest, ADevicesStreamIsOfferedAgain) {

@@ -140,7 +140,7 @@ TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
     };
     Await("the usual colours", [&] { return strange().right - strange().left > 100; });
     ChooseHighContrast(viewer);
-    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0);
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, SPI_SETHIGHCONTRAST, 0);
     constexpr long kIcon = 64;
     Await("the system's colours, but for the icon", [&] {
         const RECT box = strange();

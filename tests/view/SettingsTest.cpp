@@ -76,12 +76,25 @@ TEST_F(SettingsTest, ColumnsKeepTheirWidths) {
 TEST_F(SettingsTest, ColumnsKeepTheirWidthsWhenSettingsOfTheSystemChange) {
     Viewer viewer;
     SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
-    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, 0);
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
     EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME));
     viewer.Close();
 }
 
 TEST_F(SettingsTest, NoWindowIsLargerThanTheScreenHasRoom) {
+// Programs that are installed, and the system itself, tell all windows of much.
+TEST_F(SettingsTest, OnlyASettingOfTheLookEndsTyping) {
+    const Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    const HWND cell = viewer.BeginCell(IDC_ATTRIBUTES, L"AI1_Setup", L"8");
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"Environment"));
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, SPI_SETDESKWALLPAPER, 0);
+    EXPECT_TRUE(IsWindow(cell));
+    SendMessageW(viewer.Frame(), WM_SETTINGCHANGE, 0, reinterpret_cast<LPARAM>(L"ImmersiveColorSet"));
+    EXPECT_FALSE(IsWindow(cell)) << "it had the former font";
+    EXPECT_EQ(L"8", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
+}
+
     // One way at a time: Wine 10 never ends telling a window that fills the screen of its state.
     for (const RECT& saved : {RECT{-200, -300, 5000, 300}, RECT{-300, -200, 500, 4000}}) {
         WINDOWPLACEMENT place{};
