@@ -185,6 +185,8 @@ class Frame : public Window {
     std::wstring Chosen(const std::function<std::wstring()>& choose);
     bool Save();
     bool SaveAs();
+    /// Whether a project is as this window has read or written it.
+    bool IsAsKnown(const std::wstring& path) const;
     bool SaveProject(const std::wstring& path);
     void SaveStream();
     void SayNotSaved(const std::wstring& path, const Problem& problem);
@@ -306,6 +308,8 @@ class Frame : public Window {
     /// The module to open of a project that has several.
     std::optional<ModuleKey> module_;
     std::wstring project_;
+    /// As this window read or wrote it.
+    FileStamp projectStamp_;
     FileWatch watch_;
     History history_;
     RecoveryFile recovery_;

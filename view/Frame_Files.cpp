@@ -68,6 +68,7 @@ bool Frame::AskToSave() {
 bool Frame::Save() {
     if (project_.empty() && session_ && session_->FileKind() == Session::Kind::Project) {
         project_ = file_;
+        projectStamp_ = session_->Files().front().stamp;
     }
     return project_.empty() ? SaveAs() : SaveProject(project_);
 }
@@ -85,7 +86,20 @@ bool Frame::SaveAs() {
     return !path.empty() && SaveProject(path);
 }
 
+bool Frame::IsAsKnown(const std::wstring& path) const {
+    const FileStamp now = StampOf(path);
+    if (IsSamePath(path, project_)) {
+        return now == projectStamp_;
+    }
+    return session_->FileKind() == Session::Kind::Project && IsSamePath(path, file_) &&
+           now == session_->Files().front().stamp;
+}
+
 bool Frame::SaveProject(const std::wstring& path) {
+    if (!IsAsKnown(path) && session_->IsIn(path) &&
+        Ask(Text(IDS_REPLACE_MODULE, NameOf(path)), MB_OKCANCEL | MB_ICONWARNING | MB_DEFBUTTON2) != IDOK) {
+        return false;
+    }
     std::optional<Problem> problem;
     {
         const Busy busy(*this); // the component may handle messages meanwhile
@@ -99,6 +113,7 @@ bool Frame::SaveProject(const std::wstring& path) {
         return false;
     }
     project_ = path;
+    projectStamp_ = StampOf(path);
     MarkAsRead(path);
     settings_.recent.Add(path);
     MarkSaved();

@@ -81,6 +81,7 @@ bool Frame::BringBack(const Recovery& recovery) {
     }
     if (bench::IsFile(recovery.project)) {
         project_ = recovery.project;
+        projectStamp_ = StampOf(project_);
     }
     history_.Add(step);
     if (!Apply(step)) {

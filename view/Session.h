@@ -128,6 +128,8 @@ class Session {
     /// Writes the module, and its stream with the values as they are, into a project:
     /// a new one, or one that holds other objects.
     void SaveProject(const std::wstring& path, const std::vector<bench::PointValue>& changes);
+    /// Whether a file is a project that has this module; false for one that cannot be read.
+    bool IsIn(const std::wstring& path) const;
     void ExportImage(const std::wstring& path);
     void ExportInteroperability(const std::wstring& path);
     void ExportSheet(const std::wstring& path, bool asSvg);

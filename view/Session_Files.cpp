@@ -46,6 +46,17 @@ std::string ReadOldProject(const std::wstring& path) {
 
 } // namespace
 
+bool Session::IsIn(const std::wstring& path) const {
+    bool isThere = false;
+    if (bench::IsFile(path)) {
+        Try([&] { // what is no project is told by the save
+            const std::string own = StreamText({});
+            isThere = HasElementOf(ReadOldProject(path), RootOf(own));
+        });
+    }
+    return isThere;
+}
+
 std::string Session::StreamText(const std::vector<bench::PointValue>& changes) const {
     return bench::WithValues(host_->StreamText(), changes);
 }

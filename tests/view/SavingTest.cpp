@@ -129,6 +129,77 @@ TEST_F(SavingTest, AProjectOfADeviceKeepsWhatElseItHolds) {
     EXPECT_EQ(L"4", ValueIn(project_));
 }
 
+// Another window, or a hand, has changed the module there since.
+TEST_F(SavingTest, AModuleThatIsAnotherOneInTheProjectIsAskedFor) {
+    Change(L"6");
+    SaveFirst(viewer_);
+    std::string text = BytesOf(project_);
+    const std::size_t at = text.find("<VALUE>6</VALUE>");
+    ASSERT_NE(std::string::npos, at) << text;
+    text.replace(at, 16, "<VALUE>5</VALUE>\n");
+    FileWith(L"hall.project.xml", text);
+    Change(L"4");
+    viewer_.Begin(IDM_FILE_SAVE);
+    const Box box = viewer_.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDCANCEL);
+    EXPECT_EQ(text, BytesOf(project_));
+    EXPECT_TRUE(IsUnsaved());
+    viewer_.Begin(IDM_FILE_SAVE);
+    viewer_.NextBox().Press(IDOK);
+    EXPECT_FALSE(IsUnsaved());
+    EXPECT_EQ(L"4", ValueIn(project_));
+    Change(L"7");
+    viewer_.Do(IDM_FILE_SAVE);
+    EXPECT_FALSE(IsUnsaved()) << "it is this window's own again";
+}
+
+TEST_F(SavingTest, AnOpenProjectIsSavedIntoItselfByItsName) {
+    Change(L"6");
+    SaveFirst(viewer_);
+    Viewer other({project_});
+    AwaitAttributes(other, kAttributes);
+    other.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"9");
+    other.Begin(IDM_FILE_SAVE_AS);
+    other.NextBox().ChooseFile(project_);
+    Await("the project", [&] { return other.Title().find(L'*') == std::wstring::npos; });
+    EXPECT_EQ(L"9", ValueIn(project_));
+}
+
+TEST_F(SavingTest, AModuleThatTheProjectHasAlreadyIsAskedFor) {
+    Change(L"6");
+    SaveFirst(viewer_);
+    const std::string text = BytesOf(project_);
+    Viewer other({file_});
+    AwaitAttributes(other, kAttributes);
+    other.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"9");
+    other.Begin(IDM_FILE_SAVE);
+    const Box chooser = other.NextBox();
+    chooser.ChooseFile(project_);
+    const Box box = other.NextBox(chooser);
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDCANCEL);
+    EXPECT_EQ(text, BytesOf(project_));
+    EXPECT_NE(std::wstring::npos, other.Title().find(L'*'));
+}
+
+TEST_F(SavingTest, AnOpenProjectThatChangedMeanwhileIsAskedFor) {
+    Change(L"6");
+    SaveFirst(viewer_);
+    Viewer other({project_});
+    AwaitAttributes(other, kAttributes);
+    other.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"9");
+    ShowWindow(other.Frame(), SW_SHOWMINNOACTIVE); // so it does not look at the disk
+    Await("the symbol", [&] { return IsIconic(other.Frame()) != FALSE; });
+    Change(L"4");
+    viewer_.Do(IDM_FILE_SAVE);
+    other.Begin(IDM_FILE_SAVE);
+    const Box box = other.NextBox();
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDCANCEL);
+    EXPECT_EQ(L"4", ValueIn(project_));
+}
+
 TEST_F(SavingTest, AFileThatIsNoProjectIsLeftAsItIs) {
     const std::string text = "<?xml version=\"1.0\"?>\n<Device><Stream>a.xml</Stream></Device>";
     FileWith(L"hall.project.xml", text);

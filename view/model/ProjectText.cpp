@@ -137,6 +137,18 @@ std::vector<std::string> ElementsOf(const std::string& document) {
     return elements;
 }
 
+bool HasElementOf(const std::string& project, const std::string& element) {
+    check::Findings ignored;
+    const XmlTree own(element, ignored);
+    const Identity wanted = IdentityOf(own, own.Root());
+    const XmlTree tree(project, ignored);
+    bool isThere = false;
+    tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
+        isThere = isThere || IsSame(IdentityOf(tree, child), wanted);
+    });
+    return isThere;
+}
+
 std::string WithElements(std::string project, const std::vector<std::string>& elements) {
     check::Findings ignored;
     const XmlTree tree(std::move(project), ignored);

@@ -70,6 +70,15 @@ TEST(ProjectTextTest, OfTwoThatAreTheSameTheFirstIsReplaced) {
                            {Stream("K7", "1", "<b/>")}));
 }
 
+TEST(ProjectTextTest, AModuleIsInAProjectByItsKeyAndNumber) {
+    const std::string project =
+        "<Project><x/>" + Stream("K7", "1") + Channel("o_tam_ai_id", "AI1") + "</Project>";
+    EXPECT_TRUE(HasElementOf(project, Stream("K7", "1", "<b/>")));
+    EXPECT_FALSE(HasElementOf(project, Stream("K7", "3")));
+    EXPECT_FALSE(HasElementOf(project, Stream("K8", "1")));
+    EXPECT_FALSE(HasElementOf("<Project/>", Stream("K7", "1")));
+}
+
 TEST(ProjectTextTest, AnotherEncodingIsDeclaredNoMore) {
     EXPECT_EQ(
         "<?xml version='1.0' encoding='UTF-8' standalone='yes'?><Project>\n  <a/>\n</Project>",
