@@ -56,7 +56,7 @@ const Frame::Command* Frame::CommandOf(int wanted) {
         {IDM_FILE_EXIT, IDM_FILE_EXIT, Act<&Frame::Close>},
         {IDM_FILE_RECENT, IDM_FILE_RECENT_LAST, ActOn<&Frame::OpenRecent, IDM_FILE_RECENT>,
          [](const Frame& frame, int id) {
-             return static_cast<std::size_t>(id - IDM_FILE_RECENT) < frame.settings_.recent.Files().size();
+             return static_cast<std::size_t>(id - IDM_FILE_RECENT) < frame.settings_.Recent().Files().size();
          }},
         {IDM_FILE_MODULE, IDM_FILE_MODULE_LAST, ActOn<&Frame::OpenModule, IDM_FILE_MODULE>,
          [](const Frame& frame, int id) {
@@ -171,10 +171,10 @@ void Frame::OpenChosen() {
 }
 
 void Frame::OpenRecent(std::size_t number) {
-    const std::wstring file = settings_.recent.Files().at(number);
+    const std::wstring file = settings_.Recent().Files().at(number);
     if (!bench::IsFile(file)) {
         Ask(Text(IDS_RECENT_GONE, file), MB_OK | MB_ICONINFORMATION);
-        settings_.recent.Remove(file);
+        settings_.RemoveRecent(file);
         return;
     }
     Open(file);

@@ -115,7 +115,7 @@ bool Frame::SaveProject(const std::wstring& path) {
     project_ = path;
     projectStamp_ = StampOf(path);
     MarkAsRead(path);
-    settings_.recent.Add(path);
+    settings_.AddRecent(path);
     MarkSaved();
     Say(Text(IDS_SAVED, path));
     return true;
@@ -137,7 +137,7 @@ void Frame::SaveStream() {
         return;
     }
     MarkAsRead(path);
-    settings_.recent.Add(path);
+    settings_.AddRecent(path);
     MarkSaved();
     Say(Text(IDS_SAVED, path));
 }

@@ -86,7 +86,7 @@ void Frame::Load(const std::wstring& file) {
         }
         if (isLoaded_) {
             module_ = session_->ModuleKeyOf(); // another one may be before it next time
-            settings_.recent.Add(file);
+            settings_.AddRecent(file);
             Say(Text(IDS_LOADED, NameOf(file),
                      std::to_wstring(pages_[0].table.Rows().size() + pages_[1].table.Rows().size() +
                                      pages_[2].table.Rows().size())) +

@@ -61,7 +61,7 @@ void Frame::UpdateMenu(HMENU menu) {
 void Frame::FillRecentMenu(HMENU menu) const {
     Empty(menu); // of the entries of last time
     int number = 0;
-    for (const std::wstring& file : settings_.recent.Files()) {
+    for (const std::wstring& file : settings_.Recent().Files()) {
         const std::wstring text = Text(IDS_ENTRY, std::to_wstring((number + 1) % 10), AsItStands(file));
         AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(IDM_FILE_RECENT + number++), text.c_str());
     }

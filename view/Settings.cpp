@@ -105,7 +105,28 @@ Settings::Settings() {
     showsFindings = ReadFlag(kFindings, showsFindings);
     showsSource = ReadFlag(kSource, showsSource);
     usUnits = ReadFlag(kUsUnits, usUnits);
-    recent = RecentFiles(ReadText(kRecent, RRF_RT_REG_MULTI_SZ));
+    ReadRecent();
+}
+
+void Settings::ReadRecent() {
+    recent_ = RecentFiles(ReadText(kRecent, RRF_RT_REG_MULTI_SZ));
+}
+
+void Settings::WriteRecent() const {
+    const std::wstring files = recent_.Text();
+    Write(kRecent, REG_MULTI_SZ, files.data(), files.size() * sizeof(wchar_t));
+}
+
+void Settings::AddRecent(const std::wstring& file) {
+    ReadRecent();
+    recent_.Add(file);
+    WriteRecent();
+}
+
+void Settings::RemoveRecent(const std::wstring& file) {
+    ReadRecent();
+    recent_.Remove(file);
+    WriteRecent();
 }
 
 // The widths are kept in the registry alone, list by list: a list reads its own when it is made.
@@ -125,8 +146,6 @@ void Settings::Save() const {
     WriteFlag(kFindings, showsFindings);
     WriteFlag(kSource, showsSource);
     WriteFlag(kUsUnits, usUnits);
-    const std::wstring files = recent.Text();
-    Write(kRecent, REG_MULTI_SZ, files.data(), files.size() * sizeof(wchar_t));
 }
 
 } // namespace view

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <vector>
 
 namespace view {
@@ -21,15 +22,25 @@ class Settings {
     bool showsFindings = true;
     bool showsSource = true;
     bool usUnits = false;
-    RecentFiles recent;
+
+    const RecentFiles& Recent() const noexcept { return recent_; }
+    // At once, and among what other windows have written meanwhile.
+    void AddRecent(const std::wstring& file);
+    void RemoveRecent(const std::wstring& file);
 
     /// Of a list: the width of each column in pixels at 96 dots to the inch, in the order
     /// of the subitems; empty at the first start.
     std::vector<int> WidthsOf(const wchar_t* list) const;
     void SetWidths(const wchar_t* list, const std::vector<int>& widths) const;
 
-    /// Writes the members above.
+    /// Writes the members above; the recent files are there already.
     void Save() const;
+
+  private:
+    void ReadRecent();
+    void WriteRecent() const;
+
+    RecentFiles recent_;
 };
 
 } // namespace view

@@ -136,6 +136,23 @@ TEST_F(OpeningTest, RecentFilesComeBack) {
     viewer.Close();
 }
 
+TEST_F(OpeningTest, RecentFilesOfTwoWindowsAreOneList) {
+    {
+        Viewer first({Sample(L"full.xml")});
+        AwaitAttributes(first, 65);
+        Viewer second({Sample(L"channels.xml")});
+        AwaitAttributes(second, kAttributes);
+        first.Close();
+        second.Kill(); // what it opened is remembered at once
+    }
+    Viewer viewer;
+    viewer.Do(IDM_FILE_RECENT + 1);
+    AwaitAttributes(viewer, 65);
+    viewer.Do(IDM_FILE_RECENT + 1);
+    AwaitAttributes(viewer, kAttributes);
+    viewer.Close();
+}
+
 TEST_F(OpeningTest, ARecentFileThatIsGoneIsSaidAndForgotten) {
     const std::wstring file = OwnSample(L"channels.xml");
     Viewer viewer({file});
