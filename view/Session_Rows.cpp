@@ -8,6 +8,7 @@
 #include "bench/Model.h"
 #include "bench/SheetTypes.h"
 #include "bench/Text.h"
+#include "core/References.h"
 
 #include <string_view>
 #include <unordered_map>
@@ -17,9 +18,8 @@ namespace view {
 
 namespace {
 
-/// A reference of zeros, however many, leads nowhere.
-bool IsWired(std::wstring_view reference) noexcept {
-    return reference.find_first_not_of(L'0') != std::wstring_view::npos;
+bool IsWired(const std::wstring& reference) noexcept {
+    return tam::LeadsToAnOutput(std::wstring_view(reference));
 }
 
 std::wstring Capitals(std::wstring text) {

@@ -36,6 +36,17 @@ TEST_F(GridTest, ShowsWhatAnInputIsWiredTo) {
     EXPECT_EQ(L"95 switch", viewer_.Cell(IDC_INPUTS, 1, VIEW_COLUMN_TYPE));
 }
 
+// As the component has it: seven zeros are a name.
+TEST_F(GridTest, UpToSixZerosLeadNowhere) {
+    viewer_.Do(IDM_VIEW_INPUTS);
+    const auto displayed = [this](const wchar_t* reference) {
+        viewer_.SetCell(IDC_INPUTS, L"CTX1_In1", reference);
+        return viewer_.Cell(IDC_INPUTS, 2, VIEW_COLUMN_DISPLAYED);
+    };
+    EXPECT_EQ(L"0000000", displayed(L"0000000"));
+    EXPECT_EQ(L"", displayed(L"000000"));
+}
+
 TEST_F(GridTest, ShowsTheOutputs) {
     EXPECT_EQ((Texts{L"AI1_Out", L"AO1_Out", L"DI1_Out", L"DO1_Out", L"CTX1_Out"}),
               viewer_.Cells(IDC_OUTPUTS, VIEW_COLUMN_NAME));
