@@ -129,7 +129,9 @@ void Frame::Show(int how) {
         RECT room = info.rcWork;
         OffsetRect(&room, info.rcMonitor.left - info.rcWork.left, info.rcMonitor.top - info.rcWork.top);
         place.rcNormalPosition = Within(area, room);
+        isPlacing_ = true;
         SetWindowPlacement(Handle(), &place);
+        isPlacing_ = false;
     } else {
         RECT first{};
         GetWindowRect(Handle(), &first);
@@ -282,7 +284,6 @@ bool Frame::Translate(MSG& message) {
     return false;
 }
 
-} // namespace view
 bool Frame::IsInHand() const {
     const bool isCellOpen = std::any_of(pages_.begin(), pages_.end(), [](const PointPage& page) {
         return page.pane && page.pane->IsTyped();
@@ -290,3 +291,4 @@ bool Frame::IsInHand() const {
     return isCellOpen || IsTypedInto(GetFocus()) || GetCapture() != nullptr || IsMenuOpen();
 }
 
+} // namespace view

@@ -168,11 +168,11 @@ class Frame : public Window {
 
     // Frame_Recovery.cpp
     void OfferRecovery();
+    /// At the end that the person agreed to: "no" may have been a letter for another window.
+    void ForgetUnsaved();
     /// Sets what was left unsaved; false, and nothing is set, when a value is refused.
     bool BringBack(const Recovery& recovery);
 
-    /// At the end that the person agreed to: "no" may have been a letter for another window.
-    void ForgetUnsaved();
     // Frame_Files.cpp
     /// Opens a file; asks first when something is unsaved. False when it does not come to that.
     bool Open(const std::wstring& file);
@@ -313,6 +313,8 @@ class Frame : public Window {
     FileWatch watch_;
     History history_;
     RecoveryFile recovery_;
+    /// The files of what was offered and not wanted.
+    std::vector<std::wstring> notWanted_;
     bool isUs_ = false;
     /// What the status line tells.
     std::wstring said_;
@@ -322,10 +324,10 @@ class Frame : public Window {
     int busy_ = 0;
     bool isLoading_ = false;
     DWORD loadStart_ = 0;
-    /// The files of what was offered and not wanted.
-    std::vector<std::wstring> notWanted_;
     bool isClosing_ = false;
     bool isEndAgreed_ = false;
+    /// The window comes to the place where it was last.
+    bool isPlacing_ = false;
     /// Whether the unsaved values are on the disk.
     bool isKept_ = false;
     bool isSourceShown_ = false;

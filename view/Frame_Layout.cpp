@@ -151,8 +151,10 @@ void Frame::MoveSplit(std::size_t split, int distance) {
 }
 
 void Frame::OnDpiChanged(const RECT& place) {
-    SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    if (!isPlacing_) { // what the window had when it ended is in the pixels of that monitor already
+        SetWindowPos(Handle(), nullptr, place.left, place.top, place.right - place.left,
+                     place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
     SetFonts();
 }
 
