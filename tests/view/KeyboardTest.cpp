@@ -111,6 +111,22 @@ TEST_F(KeyboardTest, F6GoesAroundThePartsAndBack) {
     }
 }
 
+TEST_F(KeyboardTest, TheMenusEntriesMoveTheFocusToo) {
+    viewer_.ToFront();
+    AwaitFocus(IDC_ATTRIBUTES);
+    viewer_.Do(IDM_EDIT_FILTER);
+    AwaitFocus(IDC_FILTER);
+    viewer_.Do(IDM_VIEW_PREVIOUS_PART);
+    AwaitFocus(IDC_SHEET);
+    viewer_.Do(IDM_VIEW_NEXT_PART);
+    AwaitFocus(IDC_ATTRIBUTES);
+    viewer_.Do(IDM_VIEW_NEXT_SPLITTER);
+    AwaitFocus(IDC_SPLIT_SHEET);
+    viewer_.Do(IDM_VIEW_NEXT_SPLITTER);
+    viewer_.Do(IDM_VIEW_PREVIOUS_SPLITTER);
+    AwaitFocus(IDC_SPLIT_SHEET);
+}
+
 TEST_F(KeyboardTest, TabReachesEachPart) {
     viewer_.ToFront();
     AwaitFocus(IDC_ATTRIBUTES);

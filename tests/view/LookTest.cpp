@@ -9,6 +9,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace viewtest {
@@ -69,6 +71,45 @@ class LookTest : public ViewTest {
         memory.Read(&area, sizeof area);
         MapWindowPoints(viewer.Part(list), nullptr, reinterpret_cast<POINT*>(&area), 2);
         return area;
+    }
+    /// What is seen of the head of the module's block, which has no pins.
+    struct Head {
+        long top = 0;
+        long bottom = 0;
+        std::set<COLORREF> acrossLeftEdge;
+        std::set<COLORREF> acrossUpperEdge;
+    };
+    static Head HeadOf(const Viewer& viewer) {
+        const RECT place = PlaceOf(viewer.Part(IDC_SHEET));
+        const Pixels pixels = PixelsOf(place);
+        const long width = place.right - place.left;
+        const long height = place.bottom - place.top;
+        const auto at = [&](long x, long y) { return pixels[static_cast<std::size_t>(y * width + x)]; };
+        constexpr long kWithin = 12; // below the rounding of the corner
+        Head head;
+        const COLORREF window = at(2, 2);
+        while (head.top < height && at(width / 2, head.top) == window) {
+            ++head.top;
+        }
+        const long row = head.top + kWithin;
+        long left = 2;
+        while (row < height && left < width && at(left, row) == window) {
+            ++left;
+        }
+        if (head.top < 3 || left < 3 || row >= height || left + kWithin >= width) {
+            return {};
+        }
+        head.bottom = row;
+        while (head.bottom < height && at(left + 4, head.bottom) == at(left + 4, row)) {
+            ++head.bottom;
+        }
+        for (long x = 2; x < left + 4; ++x) {
+            head.acrossLeftEdge.insert(at(x, row));
+        }
+        for (long y = 2; y < head.top + 4; ++y) {
+            head.acrossUpperEdge.insert(at(width / 2, y));
+        }
+        return head;
     }
     static std::ptrdiff_t Dark(const Pixels& pixels) {
         return std::count_if(pixels.begin(), pixels.end(), [](COLORREF pixel) {
@@ -144,13 +185,41 @@ TEST_F(LookTest, InHighContrastTheSheetHasTheSystemsColours) {
     constexpr long kIcon = 64;
     Await("the system's colours, but for the icon", [&] {
         const RECT box = strange();
-        return box.right - box.left <= kIcon && box.bottom - box.top <= kIcon && has(kWindow) && has(kText);
+        return box.right - box.left > 8 && box.right - box.left <= kIcon && box.bottom - box.top <= kIcon &&
+               has(kWindow) && has(kText);
     });
     // A pin that is picked has the system's colour for it.
     EXPECT_FALSE(has(GetSysColor(COLOR_HIGHLIGHT)));
     viewer.Do(IDM_VIEW_OUTPUTS);
     viewer.Pick(IDC_OUTPUTS, 1);
     Await("the picked pin", [&] { return has(GetSysColor(COLOR_HIGHLIGHT)); });
+}
+
+TEST_F(LookTest, EdgesOfTheBlockAreSharpAtEveryScale) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Show(viewer);
+    const struct {
+        DWORD dpi;
+        int zoom;
+    } scales[] = {{96, 100}, {96, 110}, {144, 100}, {144, 110}};
+    for (const auto& scale : scales) {
+        ChooseScale(viewer, scale.dpi);
+        viewer.Do(IDM_VIEW_ZOOM_ACTUAL);
+        if (scale.zoom != 100) {
+            viewer.Do(IDM_VIEW_ZOOM_IN);
+        }
+        constexpr int kHead = 52;
+        const int height = MulDiv(kHead * scale.zoom, static_cast<int>(scale.dpi), 100 * 96);
+        Head head;
+        Await("a head of " + std::to_string(height) + " pixels", [&] {
+            head = HeadOf(viewer);
+            return std::abs(head.bottom - head.top - height) <= 1;
+        });
+        // The window and the block, whose line has the colour of its head: no mixture of the two.
+        EXPECT_EQ(2U, head.acrossLeftEdge.size()) << scale.dpi << " " << scale.zoom;
+        EXPECT_EQ(2U, head.acrossUpperEdge.size()) << scale.dpi << " " << scale.zoom;
+    }
 }
 
 // A colour that the system does not have stands for the one that it had before.

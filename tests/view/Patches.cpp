@@ -86,6 +86,20 @@ BYTE* ImportOf(HANDLE process, const std::string& function) {
     }
 }
 
+/// A function of a DLL that both this program and the process have loaded; null when one has not.
+/// It may stand in another DLL than the one that offers it.
+BYTE* FunctionOf(HANDLE process, const wchar_t* dll, const char* name) {
+    const auto* const function =
+        reinterpret_cast<const BYTE*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(dll), name)));
+    HMODULE own = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<const wchar_t*>(function), &own);
+    wchar_t file[MAX_PATH] = {};
+    GetModuleBaseNameW(GetCurrentProcess(), own, file, MAX_PATH);
+    BYTE* const base = function != nullptr && own != nullptr ? ModuleOf(process, file) : nullptr;
+    return base != nullptr ? base + (function - reinterpret_cast<const BYTE*>(own)) : nullptr;
+}
+
 /// Has the process load a DLL for good.
 void Load(HANDLE process, const wchar_t* dll) {
     const std::size_t size = (std::wcslen(dll) + 1) * sizeof(wchar_t);
@@ -134,22 +148,36 @@ void ChooseHighContrast(const Viewer& viewer) {
     WriteAt(process, slot, &place, sizeof place);
 }
 
+void ChooseScale(const Viewer& viewer, DWORD dpi) {
+    BYTE* const place = FunctionOf(viewer.Process(), L"user32.dll", "GetDpiForWindow");
+    ASSERT_NE(nullptr, place);
+    Code code = {0xB8}; // mov eax, the dots to an inch
+    Append(code, dpi);
+#ifdef _WIN64
+    code.insert(code.end(), {0xC3}); // ret
+#else
+    code.insert(code.end(), {0xC2, 0x04, 0x00});           // ret 4
+#endif
+    WriteAt(viewer.Process(), place, code.data(), code.size());
+    RECT area{};
+    GetWindowRect(viewer.Frame(), &area);
+    const RemoteMemory memory(viewer.Process(), sizeof area);
+    memory.Write(&area, sizeof area);
+    SendMessageW(viewer.Frame(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(memory.At()));
+}
+
 TitleRecord::TitleRecord(const Viewer& viewer) : memory_(viewer.Process(), 2 * sizeof(DWORD)) {
     const HANDLE process = viewer.Process();
     const HMODULE own = LoadLibraryW(L"dwmapi.dll");
     Load(process, L"dwmapi.dll");
-    BYTE* const base = ModuleOf(process, L"dwmapi.dll");
-    const auto* const function = own == nullptr ? nullptr
-                                                : reinterpret_cast<const BYTE*>(reinterpret_cast<void*>(
-                                                      GetProcAddress(own, "DwmSetWindowAttribute")));
-    if (base == nullptr || function == nullptr) {
+    BYTE* const place = FunctionOf(process, L"dwmapi.dll", "DwmSetWindowAttribute");
+    if (own != nullptr) {
+        FreeLibrary(own);
+    }
+    if (place == nullptr) {
         ADD_FAILURE() << "no dwmapi.dll";
-        if (own != nullptr) {
-            FreeLibrary(own);
-        }
         return;
     }
-    BYTE* const place = base + (function - reinterpret_cast<const BYTE*>(own));
 #ifdef _WIN64
     Code code = {0x48, 0xB8}; // mov rax, the memory
     Append(code, memory_.At());
@@ -170,7 +198,6 @@ TitleRecord::TitleRecord(const Viewer& viewer) : memory_(viewer.Process(), 2 * s
                              0xC2, 0x10, 0x00}); // ret 16
 #endif
     WriteAt(process, place, code.data(), code.size());
-    FreeLibrary(own);
 }
 
 std::array<DWORD, 2> TitleRecord::Last() const {

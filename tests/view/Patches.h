@@ -14,6 +14,9 @@ namespace viewtest {
 /// From here on the system tells the viewer that its user has chosen high contrast.
 void ChooseHighContrast(const Viewer& viewer);
 
+/// The window comes to a monitor of so many dots to an inch, and stays as large as it is.
+void ChooseScale(const Viewer& viewer, DWORD dpi);
+
 /// Writes down what the viewer asks of the system for the look of its title.
 class TitleRecord {
   public:

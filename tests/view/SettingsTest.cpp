@@ -1,6 +1,7 @@
 // What the window remembers of its user.
 
 #include "tests/view/Fixture.h"
+#include "tests/view/Patches.h"
 
 #include <commctrl.h>
 
@@ -81,7 +82,6 @@ TEST_F(SettingsTest, ColumnsKeepTheirWidthsWhenSettingsOfTheSystemChange) {
     viewer.Close();
 }
 
-TEST_F(SettingsTest, NoWindowIsLargerThanTheScreenHasRoom) {
 // Programs that are installed, and the system itself, tell all windows of much.
 TEST_F(SettingsTest, OnlyASettingOfTheLookEndsTyping) {
     const Viewer viewer({Sample(L"channels.xml")});
@@ -95,6 +95,7 @@ TEST_F(SettingsTest, OnlyASettingOfTheLookEndsTyping) {
     EXPECT_EQ(L"8", viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Setup"));
 }
 
+TEST_F(SettingsTest, NoWindowIsLargerThanTheScreenHasRoom) {
     // One way at a time: Wine 10 never ends telling a window that fills the screen of its state.
     for (const RECT& saved : {RECT{-200, -300, 5000, 300}, RECT{-300, -200, 500, 4000}}) {
         WINDOWPLACEMENT place{};
@@ -133,6 +134,41 @@ TEST_F(SettingsTest, AnotherScaleGivesTheWindowTheSystemsPlace) {
     EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME)) << "the monitor still has its 96 dots";
     EXPECT_EQ(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL)) << "it had the former font";
     EXPECT_EQ(kAttributes, viewer.Count(IDC_ATTRIBUTES));
+    viewer.Close();
+}
+
+TEST_F(SettingsTest, OnAMonitorOfAnotherScaleAllHasItsSize) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
+    const auto heightOf = [&](int part) {
+        RECT place{};
+        GetWindowRect(viewer.Part(part), &place);
+        return place.bottom - place.top;
+    };
+    const auto heightOfRow = [&] { // of a list, in each of which it goes by the letters
+        return HIWORD(SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_APPROXIMATEVIEWRECT, 2, -1)) -
+               HIWORD(SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_APPROXIMATEVIEWRECT, 1, -1));
+    };
+    const auto heightOfTool = [&] {
+        return HIWORD(SendMessageW(viewer.Part(IDC_TOOLBAR), TB_GETBUTTONSIZE, 0, 0));
+    };
+    const long line = heightOf(IDC_FILTER_LABEL);
+    const int row = heightOfRow();
+    const int tool = heightOfTool();
+    ChooseScale(viewer, 144);
+    EXPECT_EQ(333, WidthOf(viewer, VIEW_COLUMN_NAME));
+    EXPECT_GE(heightOf(IDC_FILTER_LABEL), line * 3 / 2);
+    EXPECT_GE(heightOfRow(), row * 5 / 4);
+    EXPECT_GE(heightOfTool(), tool * 5 / 4);
+    ChooseScale(viewer, 192);
+    EXPECT_EQ(444, WidthOf(viewer, VIEW_COLUMN_NAME));
+    EXPECT_GE(heightOf(IDC_FILTER_LABEL), line * 2);
+    ChooseScale(viewer, 96);
+    EXPECT_EQ(222, WidthOf(viewer, VIEW_COLUMN_NAME));
+    EXPECT_EQ(line, heightOf(IDC_FILTER_LABEL));
+    EXPECT_EQ(row, heightOfRow());
+    EXPECT_EQ(tool, heightOfTool());
     viewer.Close();
 }
 
