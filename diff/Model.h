@@ -51,6 +51,8 @@ struct Model {
     /// What the document says of itself.
     std::vector<Field> head;
     std::vector<Group> groups;
+    /// Of a device the file with its points, as the document names it.
+    std::string stream;
 };
 
 /// A document that could not be read: where and why.

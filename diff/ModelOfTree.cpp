@@ -29,6 +29,16 @@ Field LeafField(const Document& document, const std::string& name, XmlTree::Inde
     return field;
 }
 
+/// What tells an element from the others of its name: the key of a channel; empty for any other.
+std::string KeyOf(const Document& document, XmlTree::Index element) {
+    const XmlTree& tree = document.Tree();
+    if (const auto key = tree.FindAttribute(element, "key")) {
+        return tree.ValueOf(*key);
+    }
+    const XmlTree::Index key = tree.Child(element, "TamObjectKey");
+    return key != XmlTree::kNone ? document.TextOf(key) : "";
+}
+
 class PathReader {
   public:
     PathReader(const Document& document, Group& group) : document_(document), group_(group) {}
@@ -41,7 +51,10 @@ class PathReader {
         std::vector<std::pair<XmlTree::Index, std::string>> below;
         tree.ForEachElement(element, [&](XmlTree::Index child) {
             std::string name(tree.Name(child));
-            // Those of one name are told apart by their number.
+            if (const std::string key = KeyOf(document_, child); !key.empty()) {
+                name += " " + key;
+            }
+            // Others of one name are told apart by their number.
             const int number = ++counts[check::Upper(name)];
             if (number > 1) {
                 name += "[" + std::to_string(number) + "]";
@@ -75,7 +88,9 @@ Item ReadPoint(const Document& document, XmlTree::Index point) {
     Item item{std::string(tree.Name(point)), {}, document.LineOf(point), "", ""};
     document.AddAttributes(point, item.fields);
     tree.ForEachElement(point, [&](XmlTree::Index child) {
-        item.fields.push_back(document.NumberField(std::string(tree.Name(child)), child));
+        const std::string name(tree.Name(child));
+        item.fields.push_back(IsWords(name) ? document.TextField(name, child)
+                                            : document.NumberField(name, child));
     });
     std::string type;
     std::string address;
@@ -88,7 +103,8 @@ Item ReadPoint(const Document& document, XmlTree::Index point) {
         }
     }
     for (Field& field : item.fields) {
-        if (check::EqualKeyword(field.name, "Value") && !type.empty()) {
+        // Of an unknown type the text counts: it may be one.
+        if (check::EqualKeyword(field.name, "Value")) {
             field.meaning = MeaningOfValue(field.shown, type, document.Types());
             field.shown = ShownValue(field.shown, type, document.Types());
         }
@@ -108,6 +124,10 @@ Model ModelOfTree(const Document& document, check::Kind kind) {
     Group group{"element", "Elements", {}, false, false};
     const XmlTree& tree = document.Tree();
     PathReader(document, group).Read(tree.Root(), std::string(tree.Name(tree.Root())));
+    if (kind == check::Kind::DeviceLibrary) {
+        const XmlTree::Index stream = tree.Child(tree.Root(), "Stream");
+        model.stream = stream != XmlTree::kNone ? document.TextOf(stream) : "";
+    }
     model.groups.push_back(std::move(group));
     return model;
 }

@@ -9,6 +9,9 @@
 #include "diff/Model.h"
 #include "diff/Text.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,6 +21,13 @@ namespace diff {
 namespace {
 
 namespace fs = std::filesystem;
+
+void AddMissingGroups(const Model& from, Model& to) {
+    for (std::size_t i = to.groups.size(); i < from.groups.size(); ++i) {
+        to.groups.push_back(from.groups[i]);
+        to.groups.back().items.clear();
+    }
+}
 
 class Run {
   public:
@@ -39,8 +49,8 @@ class Run {
         if (!ReadTypes()) {
             return;
         }
-        const std::optional<Model> before = ReadModel(options_.before);
-        const std::optional<Model> after = ReadModel(options_.after);
+        std::optional<Model> before = ReadModel(options_.before);
+        std::optional<Model> after = ReadModel(options_.after);
         if (!before || !after) {
             return;
         }
@@ -50,6 +60,9 @@ class Run {
                      "; compare two of one kind");
             return;
         }
+        // A device may have got its stream, or lost it.
+        AddMissingGroups(*after, *before);
+        AddMissingGroups(*before, *after);
         answer_.kind = check::NameOf(after->kind);
         answer_.changes = diff::Compare(*before, *after);
         answer_.status = answer_.changes.empty() ? kSame : kDifferent;
@@ -74,7 +87,28 @@ class Run {
         return problem.empty();
     }
 
+    /// The model of a document; of a device with what its stream says, which is a file beside it.
     std::optional<Model> ReadModel(const fs::path& path) {
+        std::optional<Model> model = ReadDocument(path);
+        if (!model || model->stream.empty()) {
+            return model;
+        }
+        const fs::path file = path.parent_path() / batch::PathOf(model->stream);
+        std::optional<Model> stream = ReadDocument(file);
+        if (!stream) {
+            return std::nullopt;
+        }
+        if (stream->kind != check::Kind::DeviceStream) {
+            Complain(batch::NameOf(file) + ", which " + batch::NameOf(path) +
+                     " names as its stream, is of the kind " + std::string(check::NameOf(stream->kind)));
+            return std::nullopt;
+        }
+        std::move(stream->head.begin(), stream->head.end(), std::back_inserter(model->head));
+        std::move(stream->groups.begin(), stream->groups.end(), std::back_inserter(model->groups));
+        return model;
+    }
+
+    std::optional<Model> ReadDocument(const fs::path& path) {
         std::string problem;
         std::string bytes = check::ReadFile(path, problem);
         if (!problem.empty()) {

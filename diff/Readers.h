@@ -47,7 +47,7 @@ class Document {
 
 /// The same for all ways to write a number; a text that is no number is its own meaning.
 std::string MeaningOfNumber(std::string_view text);
-/// Of a text that nobody could take for a number: a name, a description, a key.
+/// Of a text that is no number even where it looks like one: a name, a key, the identifier of a type.
 bool IsWords(std::string_view fieldName);
 
 /// "105 temp_p": an identifier with its name, without the prefix that all names have.

@@ -76,6 +76,28 @@ TEST(KindsProjectTest, TellsElementsByTheirPaths) {
                 project("<X_Position>13</X_Position><Outputs><AI1_Out IsDisplayable=\"1\"/></Outputs>")));
 }
 
+TEST(KindsProjectTest, KnowsChannelsByTheirKeys) {
+    const auto channel = [](const std::string& key) {
+        return "<O_Tam_AI_id><DevKey>K7</DevKey><TamObjectKey>" + key + "</TamObjectKey><UserName>of " + key +
+               "</UserName></O_Tam_AI_id>";
+    };
+    const auto project = [](const std::string& channels) { return "<Project>" + channels + "</Project>"; };
+    const std::string all = project(channel("AI1") + channel("AI2") + channel("AI3"));
+    EXPECT_EQ(Texts{}, Changes(all, project(channel("AI3") + channel("AI1") + channel("AI2"))));
+    EXPECT_EQ((Texts{"removed element Project/O_Tam_AI_id AI2:  -> "}),
+              Changes(all, project(channel("AI1") + channel("AI3"))));
+    EXPECT_EQ((Texts{"added element Project/O_Tam_AI_id 1:  -> "}),
+              Changes(project(channel("01")), project(channel("1") + channel("01"))));
+    const auto device = [](const std::string& channels) {
+        return "<Device><Stream>hall.xml</Stream><Channels>" + channels + "</Channels></Device>";
+    };
+    EXPECT_EQ(
+        (Texts{"changed element Device/Channels/Channel AI1 terminal: 1 -> 01"}),
+        Changes(
+            device("<Channel key=\"AI1\" kind=\"ai\" terminal=\"1\"/><Channel key=\"AI2\" kind=\"ai\"/>"),
+            device("<Channel key=\"AI2\" kind=\"ai\"/><Channel key=\"AI1\" kind=\"ai\" terminal=\"01\"/>")));
+}
+
 TEST(KindsLibraryTest, TellsObjectsThatCameAndWent) {
     const auto library = [](const std::string& objects) {
         return "<Device><FWVersion><V2_10><Objects><Library>" + objects +
@@ -97,6 +119,36 @@ TEST(KindsExportTest, TellsAttributesOfPoints) {
     EXPECT_EQ(Texts{}, Changes(document("A", "1.0"), document("a", "1")));
     EXPECT_EQ((Texts{"renamed attribute B: A -> B", "changed attribute B Value: 1 degrees C -> 2 degrees C"}),
               Changes(document("A", "1"), document("B", "2")));
+}
+
+TEST(KindsExportTest, IdentifiersAndTextsAreNoNumbers) {
+    const auto document = [](const std::string& application, const std::string& type,
+                             const std::string& value) {
+        return "<O_Tam_id DevAddr=\"1\" AppID=\"" + application +
+               "\" DevKey=\"K7\" TamObjectID=\"1\"><Inputs/><Attributes><A LogicalAddress=\"11\" "
+               "SNVTType=\"" +
+               type + "\" Value=\"" + value + "\" isPermanent=\"1\"/></Attributes></O_Tam_id>";
+    };
+    EXPECT_EQ((Texts{"changed AppID: 007 -> 7"}),
+              Changes(document("007", "147", "1"), document("7", "147", "1.0")));
+    EXPECT_EQ((Texts{"changed attribute A SNVTType: 0147 -> 147 temp_diff_p",
+                     "changed attribute A Value: 1 -> 1 degrees C"}),
+              Changes(document("7", "0147", "1"), document("7", "147", "1")));
+    EXPECT_EQ((Texts{"changed attribute A Value: 1.0 -> 1"}),
+              Changes(document("7", "36", "1.0"), document("7", "36", "1")));
+}
+
+TEST(KindsInteroperabilityTest, IdentifiersAndTextsAreNoNumbers) {
+    const auto document = [](const std::string& input, const std::string& attribute) {
+        return "<O_Tam_id><UserName>u</UserName><Key>k</Key><Inputs><In><Reference>0000</Reference>"
+               "<LogicalAddress>1</LogicalAddress>" +
+               input + "</In></Inputs><Attributes><A>" + attribute + "</A></Attributes></O_Tam_id>";
+    };
+    EXPECT_EQ(check::Kind::Interoperability, ModelOf(document("", "")).kind);
+    EXPECT_EQ(
+        (Texts{"changed input In SNVTType: 0147 -> 147 temp_diff_p", "changed attribute A Value: 1.0 -> 1"}),
+        Changes(document("<SNVTType>0147</SNVTType>", "<Value>1.0</Value>"),
+                document("<SNVTType>147</SNVTType>", "<Value>1</Value>")));
 }
 
 TEST(KindsTest, TellsWhereADocumentIsBroken) {

@@ -117,6 +117,40 @@ TEST_F(ProgramTest, WritesJson) {
         << out_;
 }
 
+TEST_F(ProgramTest, ComparesADeviceByItsStreamToo) {
+    const auto write = [this](const char* folder, const char* stream, const std::string& value) {
+        fs::create_directories(folder_ / folder);
+        std::ofstream(folder_ / folder / "device.xml", std::ios::binary)
+            << "<Device><Stream>" << stream << "</Stream><Firmware>V2_10</Firmware></Device>";
+        std::ofstream(folder_ / folder / "hall.xml", std::ios::binary)
+            << Attributes(Attribute("A", "147", "1", value));
+    };
+    write("old", "hall.xml", "1");
+    write("new", "hall.xml", "2");
+    EXPECT_EQ(diff::kSame, Run("old/device.xml", "old/device.xml"));
+    out_.clear();
+    EXPECT_EQ(diff::kDifferent, Run("old/device.xml", "new/device.xml"));
+    EXPECT_EQ("Attributes\n  ~ A, value: \"1 degrees C\" -> \"2 degrees C\"  [line 1, now 1]\n\n1 change: 1 "
+              "changed.\n",
+              out_);
+    write("new", "none.xml", "2");
+    EXPECT_EQ(diff::kTrouble, Run("old/device.xml", "new/device.xml"));
+    EXPECT_NE(std::string::npos, err_.find("none.xml: ")) << err_;
+    write("new", "device.xml", "2");
+    EXPECT_EQ(diff::kTrouble, Run("old/device.xml", "new/device.xml"));
+    EXPECT_NE(std::string::npos, err_.find("names as its stream, is of the kind device library\n")) << err_;
+}
+
+TEST_F(ProgramTest, TellsThePointsOfADeviceThatGotAStream) {
+    Write("library.xml", "<Device><FWVersion><V1/></FWVersion></Device>");
+    Write("device.xml", "<Device><FWVersion><V1/></FWVersion><Stream>a.xml</Stream></Device>");
+    EXPECT_EQ(diff::kDifferent, Run("library.xml", "device.xml"));
+    EXPECT_NE(std::string::npos, out_.find("Attributes\n  + A  (")) << out_;
+    out_.clear();
+    EXPECT_EQ(diff::kDifferent, Run("device.xml", "library.xml"));
+    EXPECT_NE(std::string::npos, out_.find("Attributes\n  - A  (")) << out_;
+}
+
 TEST_F(ProgramTest, TellsTroubleAsJsonToo) {
     EXPECT_EQ(diff::kTrouble, Run("a.xml", "catalogue.xml", true));
     EXPECT_NE(std::string::npos, out_.find("  \"kind\": null,\n")) << out_;
