@@ -124,10 +124,13 @@ void Explain(Report& report) {
         check::Findings ignored; // they are in the result
         const check::XmlTree tree(check::Decode(source.bytes, ignored), ignored);
         const check::Result result = check::CheckBytes(source.bytes, surroundings, &summary);
+        const bool hasPoints =
+            result.kind != check::Kind::Catalogue && result.kind != check::Kind::ModuleDefinition;
         for (const check::Finding& finding : result.findings) {
             if (finding.Level() == check::Severity::Error && report.Findings().size() < kMost) {
-                report.AddFinding(
-                    FindingOf(source.file, finding, PointAt(tree, finding.span.at), report.Boxes()));
+                report.AddFinding(FindingOf(source.file, finding,
+                                            hasPoints ? PointAt(tree, finding.span.at) : std::string(),
+                                            report.Boxes()));
             }
         }
         if (result.kind == check::Kind::DeviceStream) {

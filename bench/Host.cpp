@@ -1,5 +1,6 @@
 #include "bench/Host.h"
 
+#include "bench/Explanations.h"
 #include "bench/Model.h"
 #include "bench/Samples.h"
 #include "bench/Text.h"
@@ -114,8 +115,9 @@ Host::Host(const Options& options, Report& report)
     , watcher_(options.interactive ? BoxWatcher::Mode::LeaveToUser : BoxWatcher::Mode::Answer) {
     watcher_.OnBox([this](HWND window, const Box& box) { return AnswerBox(window, box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
-    catalogueDocument_ = xml::LoadFile(catalogueFile_);
     report_.SetCatalogue(catalogueFile_);
+    AddSource(catalogueFile_, report_);
+    catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
     com::Call(catalogueDocument_, &IXMLDOMDocument::get_documentElement, root.Put());
     catalogue_ = xml::Node(root);
@@ -199,6 +201,7 @@ void Host::MakeObject() {
                                 [this](const Box& box) { TellQuickBox(box); });
         }
     });
+    AddSource(ProgramFolder() + options_.definition + L".xml", report_);
     Step("Init", [&] {
         VARIANT_BOOL done = VARIANT_FALSE;
         com::Call(app_, &IAppObject::Init, com::Bstr(options_.definition).Get(), &done);

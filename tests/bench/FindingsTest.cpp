@@ -61,6 +61,40 @@ TEST(FindingsTest, StandUnderAFailure) {
     EXPECT_EQ("error", findings[0]["severity"]);
 }
 
+TEST(FindingsTest, TellTheFaultsOfTheDefinition) {
+    const std::wstring folder = ScratchFolder() + L"faulty_definition\\";
+    CreateDirectoryW(folder.c_str(), nullptr);
+    for (const wchar_t* const file : {L"tambench.exe", L"O_Tam_id.dll", L"OrvHost.dll"}) {
+        ASSERT_TRUE(CopyFileW((ProgramFolder() + file).c_str(), (folder + file).c_str(), FALSE));
+    }
+    WrittenFile(
+        L"faulty_definition\\O_Tam_id.xml",
+        "<AppObject>\n<NAME>M</NAME>\n<DataSizes>\n<T0 CDB_Size=\"256\"/>\n</DataSizes>\n</AppObject>\n");
+    const Outcome run =
+        RunProgram(folder + L"tambench.exe", {L"inspect", SamplesFolder() + L"streams\\channels.xml",
+                                              L"--catalogue", SamplesFolder() + L"catalogue.xml", L"--json"});
+    EXPECT_EQ(1U, run.status);
+    const Json answer = Json::parse(run.out, nullptr, false);
+    ASSERT_EQ(1U, answer["boxes"].size()) << run.out << run.err;
+    EXPECT_EQ("Init", answer["boxes"][0]["during"]);
+    ASSERT_EQ(1U, answer["checkFindings"].size()) << run.out;
+    const Json& finding = answer["checkFindings"][0];
+    EXPECT_EQ(Json(Narrow(folder) + "O_Tam_id.xml"), finding["file"]);
+    EXPECT_EQ(4, finding["line"]);
+    EXPECT_EQ(15, finding["column"]);
+    EXPECT_EQ("size-range", finding["rule"]);
+}
+
+TEST(FindingsTest, StandUnderACatalogueThatCannotBeRead) {
+    const std::wstring file =
+        WrittenFile(L"unclosed_catalogue.xml",
+                    "<SNVTCatalogue>\n<SNVT_1><Unit>A<Length>1</Length></SNVT_1>\n</SNVTCatalogue>\n");
+    const Outcome run = RunBench({L"inspect", L"channels", L"--catalogue", file});
+    EXPECT_EQ(1U, run.status);
+    EXPECT_TRUE(Has(run.err, "\ntambench: " + Narrow(file) + ":2:10: error: ")) << run.err;
+    EXPECT_TRUE(Has(run.err, "[xml-unclosed]")) << run.err;
+}
+
 TEST(FindingsTest, WhatPassedWithoutAWordIsTold) {
     const std::wstring file =
         WrittenFile(L"misspelt.xml", Stream("<A>\n<SNVTTYPE>105</SNVTTYPE>\n<VALEU>1.5</VALEU>\n</A>\n"));
