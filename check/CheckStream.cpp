@@ -63,14 +63,10 @@ class Stream {
     }
 
     void FillHeader(StreamSummary& summary) const {
-        const XmlTree& tree = document_.Tree();
-        const auto textOf = [&](std::size_t part) {
-            return seen_[part] == XmlTree::kNone ? std::string()
-                                                 : std::string(Trim(tree.OwnText(seen_[part])));
-        };
-        summary.name = textOf(0);
-        summary.deviceKey = textOf(1);
-        summary.objectId = textOf(3);
+        constexpr std::size_t kObjectId = 3;
+        if (const XmlTree::Index part = seen_[kObjectId]; part != XmlTree::kNone) {
+            summary.objectId = Trim(document_.Tree().OwnText(part));
+        }
     }
     XmlTree::Index Attributes() const { return seen_[kFirstSection + 2]; }
 

@@ -18,8 +18,6 @@ namespace check {
 /// What other documents need to know of a device stream.
 struct StreamSummary {
     std::string file;
-    std::string name;
-    std::string deviceKey;
     std::string objectId;
     std::vector<std::string> inputs;
     std::vector<std::string> outputs;
