@@ -9,7 +9,6 @@
 #include "diff/Model.h"
 #include "diff/Text.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <iterator>
 #include <optional>
