@@ -80,13 +80,12 @@ class DeviceCommands {
         exporting.Output("File for the stream that the component answers");
         exporting.Values("KEY.NAME=VALUE", false);
         exporting.NoCompiler();
-        CommandSyntax sheet =
-            ChannelsCommand(group, "sheet",
-                            "Write the device sheet: the module with its channels beside it, all points, and "
-                            "what is wrong with the stream, as one page for browsers and paper",
-                            "  tambench device sheet -o device.html\n"
-                            "  tambench device sheet --svg -o device.svg  the blocks alone\n"
-                            "  tambench device sheet --device hall-device.xml -o hall.html");
+        CommandSyntax sheet = ChannelsCommand(
+            group, "sheet",
+            "Write the device sheet, one page for browsers and paper: module, channels, points, findings",
+            "  tambench device sheet -o device.html\n"
+            "  tambench device sheet --svg -o device.svg  the blocks alone\n"
+            "  tambench device sheet --device hall-device.xml -o hall.html");
         sheet.Output("File for the page");
         sheet.Flag("--svg", options_.svg, "Write the blocks alone, as a picture");
     }

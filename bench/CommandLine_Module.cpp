@@ -29,14 +29,13 @@ class ModuleCommands {
     }
 
     void AddSheet() {
-        CommandSyntax sheet =
-            StreamsCommand("sheet", ".html",
-                           "Write the device sheet: the block, all points, the module's identity and what is "
-                           "wrong with the stream, as one page for browsers and paper",
-                           "  tambench sheet full -o full.html\n"
-                           "  tambench sheet full --us -o full.html  displayed values in US units\n"
-                           "  tambench sheet full --svg -o full.svg  the block alone\n"
-                           "  tambench sheet streams --out sheets    each stream below a folder");
+        CommandSyntax sheet = StreamsCommand(
+            "sheet", ".html",
+            "Write the device sheet, one page for browsers and paper: block, points, identity, findings",
+            "  tambench sheet full -o full.html\n"
+            "  tambench sheet full --us -o full.html  displayed values in US units\n"
+            "  tambench sheet full --svg -o full.svg  the block alone\n"
+            "  tambench sheet streams --out sheets    each stream below a folder");
         sheet.Output("File for the page");
         sheet.Flag("--svg", options_.svg, "Write the block alone, as a picture");
     }

@@ -33,7 +33,9 @@ const std::vector<std::vector<std::wstring>>& AllCommands() {
                                                                  {L"device", L"set"},
                                                                  {L"device", L"save"},
                                                                  {L"device", L"load"},
-                                                                 {L"device", L"export"}};
+                                                                 {L"device", L"export"},
+                                                                 {L"device", L"sheet"},
+                                                                 {L"sheet"}};
     return commands;
 }
 
