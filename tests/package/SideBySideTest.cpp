@@ -69,7 +69,15 @@ class SideBySideTest : public WholeRegistryTest {
                   "Set made = CreateObject(WScript.Arguments(0))\n"
                   "If Err.Number <> 0 Then WScript.Quit 43\n"
                   "If made.ProgrammaticID <> WScript.Arguments(0) Then WScript.Quit 44\n"
+                  "made.LoadFromXmlStream \"<Tam><Name>Both</Name><DevKey>K7</DevKey>\" & _\n"
+                  "    \"<IsLastOnDev>1</IsLastOnDev><TamObjID>3</TamObjID>\" & _\n"
+                  "    \"<InReferences><Low/><High/></InReferences></Tam>\"\n"
+                  "For Each point In made.Inputs\n"
+                  "    walked = walked & point.Name & \" \"\n"
+                  "Next\n"
                   "If Err.Number <> 0 Then WScript.Quit 45\n"
+                  "If walked <> \"Low High \" Then WScript.Quit 46\n"
+                  "If made.Outputs.Count <> 0 Then WScript.Quit 47\n"
                   "WScript.Quit 42\n";
         // The first script of each kind in a prefix registers what its own host needs.
         for (const int bits : kKinds) {
