@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <string>
 #include <vector>
-#include <ios>
 
 namespace {
 
