@@ -7,7 +7,7 @@
 namespace tam {
 
 /// IInputs, each member handed to the inner collection, in slot order, but for the item and the
-/// enumerator, which are the own collection\'s.
+/// enumerator, which are the own collection's.
 template <class Derived>
 class ForwardInputs : public ForwardFace<Derived, IInputs> {
     using I = IInputs;
@@ -21,7 +21,7 @@ class ForwardInputs : public ForwardFace<Derived, IInputs> {
 };
 
 /// IOutputs, each member handed to the inner collection, in slot order, but for the item and the
-/// enumerator, which are the own collection\'s.
+/// enumerator, which are the own collection's.
 template <class Derived>
 class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
     using I = IOutputs;
@@ -35,7 +35,7 @@ class ForwardOutputs : public ForwardFace<Derived, IOutputs> {
 };
 
 /// IAttributes, each member handed to the inner collection, in slot order, but for the item and the
-/// enumerator, which are the own collection\'s.
+/// enumerator, which are the own collection's.
 template <class Derived>
 class ForwardAttributes : public ForwardFace<Derived, IAttributes> {
     using I = IAttributes;
