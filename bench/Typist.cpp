@@ -47,13 +47,38 @@ std::wstring CaptionOf(HWND window) {
     return text.data();
 }
 
+bool TakesKeys(HWND window) {
+    constexpr DWORD kDialogClass = 32770;
+    return GetClassLongW(window, GCW_ATOM) == kDialogClass && IsWindowVisible(window) != FALSE &&
+           IsWindowEnabled(window) != FALSE;
+}
+
+BOOL CALLBACK FindDialog(HWND window, LPARAM found) {
+    if (!TakesKeys(window)) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+/// The active window of this thread. It has none while another program is in front:
+/// then the dialog that is open is made active, for keys find their way by the focus.
+HWND ActiveWindow() {
+    if (GetActiveWindow() == nullptr) {
+        HWND dialog = nullptr;
+        EnumThreadWindows(GetCurrentThreadId(), &FindDialog, reinterpret_cast<LPARAM>(&dialog));
+        if (dialog != nullptr) {
+            SetActiveWindow(dialog);
+        }
+    }
+    return GetActiveWindow();
+}
+
 /// The dialog that keys go to by now; none while a message box is shown or no
 /// dialog is on the screen yet.
 HWND ReadyDialog() {
-    constexpr DWORD kDialogClass = 32770;
-    const HWND active = GetActiveWindow();
-    const bool isDialog = active != nullptr && GetClassLongW(active, GCW_ATOM) == kDialogClass;
-    const bool isReady = isDialog && IsWindowVisible(active) != FALSE && IsWindowEnabled(active) != FALSE;
+    const HWND active = ActiveWindow();
+    const bool isReady = active != nullptr && TakesKeys(active);
     return isReady && GetDlgItem(active, kMessageText) == nullptr ? active : nullptr;
 }
 

@@ -2,9 +2,16 @@
 
 #include "tests/bench/BenchRun.h"
 
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
+#include <array>
+#include <atomic>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <thread>
 
 namespace benchtest {
 
@@ -13,6 +20,36 @@ namespace {
 /// An attribute of the sample "channels", edited by keys.
 Json Edited(const std::wstring& attribute, const std::wstring& keys, DWORD status = 0) {
     return Bench({L"edit", L"channels", attribute, L"--keys", keys}, status);
+}
+
+BOOL CALLBACK FindShownDialog(HWND window, LPARAM found) {
+    std::array<wchar_t, 16> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    if (IsWindowVisible(window) == FALSE || name.data() != std::wstring_view(L"#32770")) {
+        return TRUE;
+    }
+    *reinterpret_cast<HWND*>(found) = window;
+    return FALSE;
+}
+
+/// Puts a window of its own in front when a dialog is shown, until the end.
+void StealTheForeground(const std::atomic<bool>& isOver) {
+    HWND dialog = nullptr;
+    while (!isOver && dialog == nullptr) {
+        EnumWindows(&FindShownDialog, reinterpret_cast<LPARAM>(&dialog));
+        Sleep(1);
+    }
+    const HWND own = CreateWindowExW(0, L"Static", L"in front", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                     100, nullptr, nullptr, nullptr, nullptr);
+    SetForegroundWindow(own);
+    while (!isOver) {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+            DispatchMessageW(&message);
+        }
+        Sleep(1);
+    }
+    DestroyWindow(own);
 }
 
 /// What the program says of a command line that it refuses.
@@ -135,6 +172,18 @@ TEST(DialogsRenameTest, TellsWhatTheUserChose) {
     const Json cancelled = Bench({L"rename", L"Tam_1", L"--keys", L"Hall{ESC}"});
     EXPECT_EQ("cancelled", cancelled["choice"]);
     EXPECT_EQ("Tam_1", cancelled["after"]);
+}
+
+// A night's script has no window in front.
+TEST(DialogsRenameTest, KeysAreTypedWhileAnotherProgramIsInFront) {
+    std::atomic<bool> isOver = false;
+    std::thread other(&StealTheForeground, std::cref(isOver));
+    const Outcome run =
+        RunBench({L"rename", L"Tam_1", L"--keys", L"{HOME 40}{END 40}{BACKSPACE}3{ALT+o}", L"--json"});
+    isOver = true;
+    other.join();
+    EXPECT_EQ(0U, run.status) << run.err;
+    EXPECT_EQ("Tam_3", Json::parse(run.out, nullptr, false).value("after", ""));
 }
 
 TEST(DialogsRenameTest, IsAnsweredWithOkWithoutKeys) {

@@ -170,10 +170,11 @@ TEST_F(OpenOftenTest, OpenedFilesLeaveNothing) {
     viewer.NextBox().ChooseFile(project);
     Await("the project", [&] { return IsFile(project); });
     viewer.Settle();
-    for (const File& file : files) {
-        viewer.Drop({file.path});
-        Await(Narrow(file.path), [&] { return viewer.Title().starts_with(NameOf(file.path)); });
-        AwaitAttributes(viewer, file.attributes);
+    // The first one is open.
+    for (std::size_t i = 1; i < files.size(); ++i) {
+        viewer.Drop({files[i].path});
+        Await(Narrow(files[i].path), [&] { return viewer.Title().starts_with(NameOf(files[i].path)); });
+        AwaitAttributes(viewer, files[i].attributes);
     }
     auto open = [&, next = std::size_t{0}]() mutable {
         // The last of the recent files is the one that was open longest ago.
