@@ -137,6 +137,7 @@ try_kit() {
     folder="$folder/O_Tam_id-$version-windows-tests"
     (cd "$folder" && wine cmd /c run-tests.cmd) | tr -d '\r' >"$package_folder/kit.txt" || status=$?
     cat "$package_folder/kit.txt"
+    grep -h -A 8 ' Failure$' "$folder"/results/*.log || true
     last=$(tail -n 1 "$package_folder/kit.txt")
     [[ $status -eq 0 && $last =~ ^[1-9][0-9]*\ passed,\ 0\ failed$ ]]
     # One program in a folder whose name means something to cmd.

@@ -76,10 +76,10 @@ Lines MemoryRegistry::LinesOf(const Keys& content) const {
     const std::wstring classes = kClasses;
     std::vector<Key> keys;
     for (const auto& [path, values] : content) {
-        if (path.size() <= classes.size()) {
-            continue; // the place itself and what it lies in
+        if (path.size() < classes.size()) {
+            continue; // what the place lies in
         }
-        Key key{path.substr(classes.size() + 1), {}};
+        Key key{path == classes ? std::wstring() : path.substr(classes.size() + 1), {}};
         std::ranges::transform(values, std::back_inserter(key.values),
                                [](const auto& entry) { return entry.second; });
         keys.push_back(std::move(key));
