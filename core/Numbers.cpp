@@ -1,14 +1,12 @@
 #include "core/Numbers.h"
 
+#include "core/DecimalNumber.h"
 #include "core/RunTimeError.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <new>
-#include <string>
-#include <system_error>
 
 namespace tam {
 
@@ -52,29 +50,26 @@ bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';
 }
 
-/// A decimal number in the form that std::from_chars reads.
 struct Decimal {
-    std::string text;
+    /// From the first one that is not 0 on.
+    DecimalNumber digits;
     bool hasDigits = false;
-    bool isZero = true;
-    /// Power of ten of the first digit that is not 0.
+    /// Power of ten of the first of them.
     std::int64_t magnitude = 0;
 };
 
 void TakeDigits(Characters& rest, Decimal& number, bool isFraction) {
-    while (IsDigit(rest.Peek())) {
-        const wchar_t digit = rest.Peek();
-        number.text.push_back(static_cast<char>(digit));
+    for (; IsDigit(rest.Peek()); rest.Advance()) {
+        const auto digit = static_cast<std::uint32_t>(rest.Peek() - L'0');
         number.hasDigits = true;
-        if (number.isZero && digit != L'0') {
-            number.isZero = false;
-            number.magnitude -= isFraction ? 1 : 0;
-        } else if (number.isZero == isFraction) {
-            // A zero before the first other digit of a fraction, or a digit
-            // after the first one of a whole number.
-            number.magnitude += isFraction ? -1 : 1;
+        if (isFraction && number.digits.IsEmpty()) {
+            --number.magnitude;
+        } else if (!isFraction && !number.digits.IsEmpty()) {
+            ++number.magnitude;
         }
-        rest.Advance();
+        if (!number.digits.IsEmpty() || digit != 0) {
+            number.digits.Add(digit);
+        }
     }
 }
 
@@ -86,50 +81,34 @@ void TakeExponent(Characters& rest, Decimal& number) {
     if (!isNegative) {
         rest.Take(L'+');
     }
-    if (!IsDigit(rest.Peek())) {
-        return;
-    }
-    number.text.append(isNegative ? "e-" : "e");
     std::int64_t exponent = 0;
-    while (IsDigit(rest.Peek())) {
-        number.text.push_back(static_cast<char>(rest.Peek()));
+    for (; IsDigit(rest.Peek()); rest.Advance()) {
         if (exponent < kExponentLimit) {
             exponent = exponent * 10 + (rest.Peek() - L'0');
         }
-        rest.Advance();
     }
     number.magnitude += isNegative ? -exponent : exponent;
 }
 
 double DecimalValue(Characters& rest) {
     Decimal number;
-    if (rest.Take(L'-')) {
-        number.text.push_back('-');
-    } else {
+    const bool isNegative = rest.Take(L'-');
+    if (!isNegative) {
         rest.Take(L'+');
     }
     TakeDigits(rest, number, false);
     if (rest.Take(L'.')) {
-        number.text.push_back('.');
         TakeDigits(rest, number, true);
     }
     if (!number.hasDigits) {
         return 0;
     }
     TakeExponent(rest, number);
-    if (number.isZero) {
-        return 0;
+    const double value = number.digits.IsEmpty() ? 0 : number.digits.Value(number.magnitude);
+    if (std::isinf(value)) {
+        throw RunTimeError(RunTime::Overflow);
     }
-    double value = 0;
-    const char* const begin = number.text.data();
-    const auto result = std::from_chars(begin, begin + number.text.size(), value);
-    if (result.ec == std::errc::result_out_of_range || std::isinf(value)) {
-        if (number.magnitude > 0) {
-            throw RunTimeError(RunTime::Overflow);
-        }
-        return 0;
-    }
-    return value;
+    return isNegative && value != 0 ? -value : value; // no number is -0
 }
 
 /// The digit's value; the radix itself or more for any other character.
@@ -208,7 +187,7 @@ std::size_t PositionIn(std::wstring_view text, std::size_t count) noexcept {
     } catch (const RunTimeError&) {
         return 0; // past the range of numbers
     } catch (const std::bad_alloc&) {
-        return 0; // many digits are copied to be read, and a look-up never fails
+        return 0; // the same, without memory for the error's words
     }
 }
 
