@@ -4,6 +4,7 @@
 #include "core/RunTimeError.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tam {
 
@@ -19,6 +20,7 @@ std::size_t KeyOrder::SlotAt(std::size_t position) const {
     if (position >= order_.size()) {
         throw RunTimeError(RunTime::Subscript);
     }
+    Settle();
     return order_[position];
 }
 
@@ -28,6 +30,7 @@ std::optional<std::size_t> KeyOrder::SlotOf(std::wstring_view key) const {
 }
 
 std::size_t KeyOrder::PositionOfSlot(std::size_t slot) const noexcept {
+    Settle();
     // From both ends: an order that is turned round asks for the last one each time.
     std::size_t low = 0;
     std::size_t high = order_.size();
@@ -45,6 +48,7 @@ std::size_t KeyOrder::PositionOfSlot(std::size_t slot) const noexcept {
 }
 
 void KeyOrder::Add(std::wstring_view key) {
+    Settle();
     MakeRoom(entries_);
     MakeRoom(order_);
     const std::size_t slot = order_.size();
@@ -70,16 +74,43 @@ std::size_t KeyOrder::Erase(std::size_t position) {
     return slot;
 }
 
-void KeyOrder::Move(std::size_t from, std::size_t to) {
-    SlotAt(from);
-    SlotAt(to);
-    // One shift of what lies between.
-    const auto begin = order_.begin();
-    if (to < from) {
-        std::rotate(begin + Offset(to), begin + Offset(from), begin + Offset(from) + 1);
-    } else {
-        std::rotate(begin + Offset(from), begin + Offset(from) + 1, begin + Offset(to) + 1);
+void KeyOrder::Bring(std::size_t slot, std::size_t position) {
+    if (arranging_ && position == arranging_->first.size() && !arranging_->isFirst[slot]) {
+        arranging_->first.push_back(slot);
+        arranging_->isFirst[slot] = true;
+        return;
     }
+    if (SlotAt(position) == slot) {
+        return;
+    }
+    // One shift of what lies between.
+    const auto from = order_.begin() + Offset(PositionOfSlot(slot));
+    const auto to = order_.begin() + Offset(position);
+    if (to < from) {
+        std::rotate(to, from, from + 1);
+    } else {
+        std::rotate(from, from + 1, to + 1);
+    }
+}
+
+void KeyOrder::BeginArranging() {
+    Settle();
+    Arranging arranging{{}, std::vector<bool>(order_.size())};
+    arranging.first.reserve(order_.size());
+    arranging_ = std::move(arranging);
+}
+
+void KeyOrder::Settle() const noexcept {
+    if (!arranging_) {
+        return;
+    }
+    for (const std::size_t slot : order_) {
+        if (!arranging_->isFirst[slot]) {
+            arranging_->first.push_back(slot); // there is room for all
+        }
+    }
+    order_.swap(arranging_->first);
+    arranging_.reset();
 }
 
 } // namespace tam

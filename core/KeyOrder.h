@@ -34,7 +34,10 @@ class KeyOrder {
     std::optional<std::size_t> SlotOf(std::wstring_view key) const;
     /// Position of a slot that is there. Walks the order.
     std::size_t PositionOfSlot(std::size_t slot) const noexcept;
-    const std::vector<std::size_t>& Slots() const noexcept { return order_; }
+    const std::vector<std::size_t>& Slots() const noexcept {
+        Settle();
+        return order_;
+    }
 
     /// Adds at the end; the new key's slot is the old Count. "Duplicate key"
     /// when the key is present.
@@ -42,17 +45,32 @@ class KeyOrder {
     /// Removes a key and returns its slot. The key with the highest slot has
     /// that slot from then on.
     std::size_t Erase(std::size_t position);
-    /// Takes a key out and puts it back so that it stands at the other
-    /// position. "Subscript out of range" when either is past the end.
-    void Move(std::size_t from, std::size_t to);
+    /// Takes a slot that is there out and puts it back so that it stands at the
+    /// position. "Subscript out of range" when that is past the end.
+    void Bring(std::size_t slot, std::size_t position);
+
+    /// Makes Bring cheap for the positions 0, 1, 2 and so on: what lies between is not
+    /// shifted each time, but put in its place once, by Settle. Whatever asks for the
+    /// order or changes it in another way settles it, and from then on Bring shifts.
+    void BeginArranging();
+    void Settle() const noexcept;
 
   private:
     using SlotOfKey = std::unordered_map<std::wstring, std::size_t, FoldedHash, FoldedEqual>;
+    struct Arranging {
+        /// What was brought to the first positions, in its order. The others follow as
+        /// they stand in the order so far.
+        std::vector<std::size_t> first;
+        /// By slot.
+        std::vector<bool> isFirst;
+    };
 
     SlotOfKey slotOfKey_;
     /// By slot: the key's entry in the map.
     std::vector<SlotOfKey::value_type*> entries_;
-    std::vector<std::size_t> order_;
+    // Settled by whoever asks.
+    mutable std::vector<std::size_t> order_;
+    mutable std::optional<Arranging> arranging_;
 };
 
 } // namespace tam

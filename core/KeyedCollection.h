@@ -75,11 +75,6 @@ class KeyedCollection {
     /// of range" past the end.
     std::wstring_view KeyAt(std::size_t zeroBased) const { return order_.KeyAt(zeroBased); }
 
-    /// 1-based position of a key; 0 when it is absent. Walks the order.
-    std::size_t PositionOfKey(std::wstring_view key) const {
-        const auto slot = order_.SlotOf(key);
-        return slot ? order_.PositionOfSlot(*slot) + 1 : 0;
-    }
     /// First 1-based position of an equal item; 0 when there is none. Walks
     /// the collection.
     std::size_t PositionOf(const T& item) const {
@@ -105,11 +100,27 @@ class KeyedCollection {
         items_.pop_back();
         return true;
     }
-    /// Takes an item out and puts it back under its key so that it stands at
-    /// the other position. "Subscript out of range" when either is none.
-    void Move(std::size_t fromOneBased, std::size_t toOneBased) {
-        order_.Move(fromOneBased - 1, toOneBased - 1);
+    /// Takes the item of a key out and puts it back so that it stands at the position.
+    /// "Subscript out of range" when there is no such key or position.
+    void Bring(std::wstring_view key, std::size_t toOneBased) {
+        const auto slot = order_.SlotOf(key);
+        if (!slot) {
+            throw RunTimeError(RunTime::Subscript);
+        }
+        order_.Bring(*slot, toOneBased - 1);
     }
+    /// As long as it lives, Bring is cheap for the positions 1, 2 and so on, until
+    /// something else asks for the order.
+    class Arranging {
+      public:
+        explicit Arranging(KeyedCollection& items) : items_(&items) { items_->order_.BeginArranging(); }
+        Arranging(const Arranging&) = delete;
+        Arranging& operator=(const Arranging&) = delete;
+        ~Arranging() { items_->order_.Settle(); }
+
+      private:
+        KeyedCollection* items_;
+    };
     void Clear() { *this = KeyedCollection(); }
 
     // In order. A walk during which items come or go ends after the item that

@@ -15,6 +15,7 @@ STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
     Trap(kReportClass, L"Sub XmlLoad", [&] {
         const dom::Node saved = dom::NodeOf(element);
         const LoadTickets::Ticket ticket = loads_.Begin();
+        const Items::Arranging arranging(items_.All());
         std::size_t position = 1;
         ForEachSaved(
             saved, [&] { loads_.Check(ticket); },
@@ -25,19 +26,15 @@ STDMETHODIMP CDBInputs::XmlLoad(IDispatch* element) {
 
 void CDBInputs::CheckPosition(const com::Ref<CDBInput>& input, std::size_t wanted) noexcept {
     Trap(kReportClass, L"Sub pCheckPosition", [&] {
-        auto& items = items_.All();
-        if (wanted > items.Count() || items.ItemAt(wanted - 1) == input) {
-            return;
+        if (wanted <= items_.All().Count()) {
+            Bring(input, wanted);
         }
-        items.Move(GetPosition(input), wanted);
     });
 }
 
-std::size_t CDBInputs::GetPosition(const com::Ref<CDBInput>& input) const noexcept {
-    std::size_t position = 0;
-    Trap(kReportClass, L"Sub pGetPosition",
-         [&] { position = items_.All().PositionOfKey(input->PointName()); });
-    return position;
+void CDBInputs::Bring(const com::Ref<CDBInput>& input, std::size_t wanted) noexcept {
+    // Reports name it as the search for the input, which is a part of it.
+    Trap(kReportClass, L"Sub pGetPosition", [&] { items_.All().Bring(input->PointName(), wanted); });
 }
 
 STDMETHODIMP CDBInputs::RebuildIndexes() {

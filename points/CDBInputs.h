@@ -37,7 +37,7 @@ class CDBInputs final : public PointCollection<CDBInputs, CDBInput, _CDBInputs, 
 
   private:
     void CheckPosition(const com::Ref<CDBInput>& input, std::size_t wanted) noexcept;
-    std::size_t GetPosition(const com::Ref<CDBInput>& input) const noexcept;
+    void Bring(const com::Ref<CDBInput>& input, std::size_t wanted) noexcept;
 
     LoadTickets loads_;
 };

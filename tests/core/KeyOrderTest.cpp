@@ -40,17 +40,17 @@ TEST(KeyOrderTest, GivesTheLastKeyTheSlotOfARemovedOne) {
 
 TEST(KeyOrderTest, MovesWithoutChangingSlots) {
     KeyOrder order = OrderOf({L"a", L"b", L"c", L"d"});
-    order.Move(3, 0);
+    order.Bring(3, 0);
     EXPECT_EQ(Describe(order), L"d3 a0 b1 c2");
-    order.Move(0, 2);
+    order.Bring(3, 2);
     EXPECT_EQ(Describe(order), L"a0 b1 d3 c2");
-    order.Move(1, 1);
+    order.Bring(1, 1);
     EXPECT_EQ(Describe(order), L"a0 b1 d3 c2");
 }
 
 TEST(KeyOrderTest, RemovesTheHighestSlotWhereverItStands) {
     KeyOrder order = OrderOf({L"a", L"b", L"c"});
-    order.Move(2, 0);
+    order.Bring(2, 0);
     EXPECT_EQ(order.Erase(0), 2u);
     EXPECT_EQ(Describe(order), L"a0 b1");
     EXPECT_EQ(order.Erase(0), 0u);
@@ -87,13 +87,35 @@ TEST(KeyOrderTest, ChangesNothingWhenMemoryRunsOut) {
     }
 }
 
+TEST(KeyOrderTest, ArrangesWithoutTakingMemory) {
+    KeyOrder order = OrderOf({L"a", L"b", L"c", L"d"});
+    order.BeginArranging();
+    const AllocationFault fault(0);
+    order.Bring(2, 0);
+    order.Bring(0, 1);
+    order.Settle();
+    EXPECT_EQ(order.SlotAt(0), 2u);
+    EXPECT_EQ(order.SlotAt(1), 0u);
+    EXPECT_EQ(order.SlotAt(2), 1u);
+    EXPECT_EQ(order.SlotAt(3), 3u);
+}
+
+TEST(KeyOrderTest, LeavesTheOrderWhenThereIsNoMemoryToArrangeIt) {
+    KeyOrder order = OrderOf({L"a", L"b", L"c"});
+    for (const int n : {0, 1}) {
+        const AllocationFault fault(n);
+        EXPECT_THROW(order.BeginArranging(), std::bad_alloc);
+    }
+    order.Bring(2, 0);
+    EXPECT_EQ(Describe(order), L"c2 a0 b1");
+}
+
 TEST(KeyOrderTest, RefusesPositionsPastTheEnd) {
     KeyOrder order = OrderOf({L"a", L"b"});
     EXPECT_EQ(ErrorOf([&] { order.SlotAt(2); }), kSubscript);
     EXPECT_EQ(ErrorOf([&] { order.KeyAt(2); }), kSubscript);
     EXPECT_EQ(ErrorOf([&] { order.Erase(2); }), kSubscript);
-    EXPECT_EQ(ErrorOf([&] { order.Move(0, 2); }), kSubscript);
-    EXPECT_EQ(ErrorOf([&] { order.Move(2, 0); }), kSubscript);
+    EXPECT_EQ(ErrorOf([&] { order.Bring(0, 2); }), kSubscript);
     EXPECT_EQ(Describe(order), L"a0 b1");
 }
 

@@ -63,6 +63,9 @@ class RandomRun {
         case 8:
             return Lookup();
         default:
+            if (Below(20) == 0) {
+                return Arrange();
+            }
             if (Below(100) == 0) {
                 collection_.Clear();
                 model_.rows.clear();
@@ -123,9 +126,33 @@ class RandomRun {
         const std::size_t from = Below(count + 2);
         const std::size_t to = Below(count + 2);
         const bool isThere = from >= 1 && from <= count && to >= 1 && to <= count;
-        EXPECT_EQ(ErrorOf([&] { collection_.Move(from, to); }), isThere ? 0 : kSubscript);
+        const std::wstring key = from >= 1 && from <= count ? model_.rows[from - 1].first : L"absent";
+        EXPECT_EQ(ErrorOf([&] { collection_.Bring(key, to); }), isThere ? 0 : kSubscript);
         if (isThere) {
             model_.Move(from - 1, to - 1);
+        }
+    }
+    /// Positions one after another, some of them for a key that was brought before, and
+    /// now and then something else between.
+    void Arrange() {
+        const KeyedCollection<int>::Arranging arranging(collection_);
+        for (std::size_t to = 1; to <= model_.rows.size(); ++to) {
+            const std::size_t from = Below(8) == 0 ? Below(to) : to - 1 + Below(model_.rows.size() + 1 - to);
+            collection_.Bring(model_.rows[from].first, to);
+            model_.Move(from, to - 1);
+            switch (Below(20)) {
+            case 0:
+                Compare();
+                break;
+            case 1:
+                Add();
+                break;
+            case 2:
+                RemoveKey();
+                break;
+            default:
+                break;
+            }
         }
     }
     void Lookup() {

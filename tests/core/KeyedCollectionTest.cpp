@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -146,23 +147,28 @@ TEST(KeyedCollectionTest, RemovesByKeyAndByPosition) {
 
 TEST(KeyedCollectionTest, MovesAnItemToAPositionUnderItsKey) {
     Texts collection = Letters(L"abcd");
-    collection.Move(4, 2);
+    collection.Bring(L"KEYD", 2);
     EXPECT_EQ(Items(collection), L"a d b c");
-    collection.Move(1, 4);
+    collection.Bring(L"KeyA", 4);
     EXPECT_EQ(Items(collection), L"d b c a");
-    collection.Move(2, 2);
+    collection.Bring(L"KeyB", 2);
     EXPECT_EQ(Items(collection), L"d b c a");
     EXPECT_EQ(Found(collection.FindKey(L"Keyd")), L"d");
     EXPECT_EQ(collection.KeyAt(3), L"Keya");
 }
 
-TEST(KeyedCollectionTest, RefusesToMoveFromOrToNoPosition) {
+TEST(KeyedCollectionTest, RefusesToMoveAKeyThatIsAbsentOrToNoPosition) {
     Texts collection = Letters(L"ab");
-    EXPECT_EQ(ErrorOf([&] { collection.Move(0, 1); }), kSubscript);
-    EXPECT_EQ(ErrorOf([&] { collection.Move(1, 0); }), kSubscript);
-    EXPECT_EQ(ErrorOf([&] { collection.Move(3, 1); }), kSubscript);
-    EXPECT_EQ(ErrorOf([&] { collection.Move(1, 3); }), kSubscript);
-    EXPECT_EQ(Items(collection), L"a b");
+    for (const bool isArranging : {false, true}) {
+        std::optional<Texts::Arranging> arranging;
+        if (isArranging) {
+            arranging.emplace(collection);
+        }
+        EXPECT_EQ(ErrorOf([&] { collection.Bring(L"Keyc", 1); }), kSubscript);
+        EXPECT_EQ(ErrorOf([&] { collection.Bring(L"Keya", 0); }), kSubscript);
+        EXPECT_EQ(ErrorOf([&] { collection.Bring(L"Keya", 3); }), kSubscript);
+        EXPECT_EQ(Items(collection), L"a b");
+    }
 }
 
 TEST(KeyedCollectionTest, TellsThePositionByIdentity) {
@@ -177,22 +183,54 @@ TEST(KeyedCollectionTest, TellsThePositionByIdentity) {
     EXPECT_EQ(collection.PositionOf(std::make_shared<int>(1)), 0u);
 }
 
-TEST(KeyedCollectionTest, TellsThePositionOfAKey) {
-    Texts collection = Letters(L"abc");
-    collection.Move(3, 1);
-    EXPECT_EQ(collection.PositionOfKey(L"Keyc"), 1u);
-    EXPECT_EQ(collection.PositionOfKey(L"KEYA"), 2u);
-    EXPECT_EQ(collection.PositionOfKey(L"b"), 0u);
+TEST(KeyedCollectionTest, ArrangesItemsOneAfterAnother) {
+    Texts collection = Letters(L"abcde");
+    {
+        const Texts::Arranging arranging(collection);
+        collection.Bring(L"KeyE", 1);
+        collection.Bring(L"KeyA", 2);
+        collection.Bring(L"KeyC", 3);
+    }
+    EXPECT_EQ(Items(collection), L"e a c b d");
+}
+
+TEST(KeyedCollectionTest, ShowsWhatIsArrangedSoFar) {
+    Texts collection = Letters(L"abcde");
+    const Texts::Arranging arranging(collection);
+    collection.Bring(L"KeyE", 1);
+    EXPECT_EQ(Found(collection.FindKey(L"KeyB")), L"b");
+    collection.Bring(L"KeyD", 2);
+    EXPECT_EQ(Items(collection), L"e d a b c");
+    collection.Bring(L"KeyC", 3);
+    EXPECT_EQ(Items(collection), L"e d c a b");
+    EXPECT_EQ(Found(collection.FindPosition(4)), L"a");
+}
+
+TEST(KeyedCollectionTest, ArrangesAnItemTwiceAndChangesBetween) {
+    Texts collection = Letters(L"abcde");
+    const Texts::Arranging arranging(collection);
+    collection.Bring(L"KeyC", 1);
+    collection.Bring(L"KeyC", 2);
+    EXPECT_EQ(Items(collection), L"a c b d e");
+    const Texts::Arranging inner(collection);
+    collection.Bring(L"KeyE", 1);
+    EXPECT_TRUE(collection.RemoveKey(L"KeyA"));
+    collection.Bring(L"KeyD", 2);
+    collection.Add(L"KeyF", L"f");
+    EXPECT_EQ(Items(collection), L"e d c b f");
 }
 
 TEST(KeyedCollectionTest, ReversesManyItems) {
-    constexpr std::size_t kCount = 10'000;
+    constexpr std::size_t kCount = 200'000;
     KeyedCollection<std::size_t> collection;
     for (std::size_t i = 1; i <= kCount; ++i) {
         collection.Add(std::to_wstring(i) + L"_", i);
     }
-    for (std::size_t wanted = 1; wanted <= kCount; ++wanted) {
-        collection.Move(kCount, wanted);
+    {
+        const KeyedCollection<std::size_t>::Arranging arranging(collection);
+        for (std::size_t wanted = 1; wanted <= kCount; ++wanted) {
+            collection.Bring(std::to_wstring(kCount + 1 - wanted) + L"_", wanted);
+        }
     }
     std::size_t expected = kCount;
     for (const std::size_t item : collection) {

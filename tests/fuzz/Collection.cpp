@@ -104,7 +104,8 @@ class Run {
     }
     void Move(std::size_t from, std::size_t to) {
         const bool moves = IsPosition(from) && IsPosition(to);
-        Require(Throws(RunTime::Subscript, [&] { collection_.Move(from, to); }) == !moves);
+        const std::wstring key = IsPosition(from) ? rows_[from - 1].key : L"absent";
+        Require(Throws(RunTime::Subscript, [&] { collection_.Bring(key, to); }) == !moves);
         if (moves) {
             const Row row = rows_[from - 1];
             Drop(from - 1);

@@ -1,6 +1,7 @@
 #include "tests/points/Points.h"
 #include "tests/support/HostWindows.h"
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -80,6 +81,31 @@ TEST_F(YieldTest, BearsAHostThatDropsTheModuleMeanwhile) {
     EXPECT_EQ(inputs->XmlLoad(Saved(L"<Inputs><B/><A/></Inputs>").Get()), S_OK);
     EXPECT_FALSE(module);
     EXPECT_EQ(Names(inputs.As<IInputs>()), (std::vector<std::wstring>{L"B", L"A"}));
+}
+
+TEST_F(YieldTest, ShowsTheOrderOfInputsAsFarAsItIsRestored) {
+    module = Loaded(Stream(Named({L"A", L"B", L"C", L"D", L"E"}), L""));
+    const auto inputs = Inputs(module);
+    const auto load = [&] {
+        return inputs.As<_CDBInputs>()->XmlLoad(Saved(L"<Inputs><E/><C/><A/><C/><D/></Inputs>").Get());
+    };
+    const std::vector<std::wstring> orders{L"ABCDE", L"EABCD", L"ECABD", L"ECABD", L"EABCD"};
+    for (std::size_t turn = 1; turn <= orders.size(); ++turn) {
+        // Brought back first, so that each round begins with the same order.
+        EXPECT_EQ(inputs.As<_CDBInputs>()->XmlLoad(Saved(L"<Inputs><A/><B/><C/><D/><E/></Inputs>").Get()),
+                  S_OK);
+        std::wstring seen;
+        const Reposter looking([&](int count) {
+            if (count == static_cast<int>(turn)) {
+                for (const std::wstring& name : Names(inputs)) {
+                    seen += name;
+                }
+            }
+        });
+        EXPECT_EQ(load(), S_OK);
+        EXPECT_EQ(seen, orders[turn - 1]) << turn;
+        EXPECT_EQ(Names(inputs), (std::vector<std::wstring>{L"E", L"A", L"B", L"C", L"D"})) << turn;
+    }
 }
 
 /// What is loaded must not be held by the caller alone: a script's variable, say,
