@@ -10,13 +10,15 @@
 #include "common/DocumentFields.h"
 #include "common/ErrorReport.h"
 #include "common/MessageLoop.h"
+#include "core/Case.h"
 #include "core/Numbers.h"
 #include "core/PointData.h"
 #include "core/PointKeys.h"
 #include "core/References.h"
 
 #include <array>
-#include <set>
+#include <string_view>
+#include <unordered_set>
 
 namespace tam {
 
@@ -41,7 +43,9 @@ constexpr const wchar_t* kConfigurationKey = L"CONFIG";
 constexpr const wchar_t* kNoExtendedReference = L"000000";
 constexpr const wchar_t* kNoReference = L"0000";
 
-using KeySet = std::set<std::wstring>;
+/// Reference keys, as parts of the inputs' references: nothing changes these while the
+/// document is built.
+using KeySet = std::unordered_set<std::wstring_view, FoldedHash, FoldedEqual>;
 
 dom::Element AppendPoint(const dom::Document& document, const dom::Node& container,
                          const std::wstring& name) {
@@ -71,9 +75,10 @@ void ExportOutputs(const dom::Document& document, const dom::Node& root, const c
         return;
     }
     for (const auto& output : outputs->All()) {
-        OutputData exported = output->Data();
-        exported.isConnected = exported.isConnected || referenced.contains(ReferenceKey(output->PointName()));
-        SetFieldAttributes(AppendPoint(document, container, output->PointName()), kExportedOutput, exported);
+        const bool connected =
+            output->Data().isConnected || referenced.contains(ReferenceKey(output->PointName()));
+        SetFieldAttributes(AppendPoint(document, container, output->PointName()), kExportedOutput,
+                           ExportedOutput{output->Data(), connected});
     }
 }
 
@@ -84,8 +89,8 @@ void ExportAttributes(const dom::Document& document, const dom::Node& root,
         return;
     }
     for (const auto& attribute : attributes->All()) {
-        const std::wstring key = ReferenceKey(attribute->PointName());
-        const bool connected = key == kConfigurationKey || referenced.contains(key);
+        const std::wstring_view key = ReferenceKey(attribute->PointName());
+        const bool connected = EqualIgnoringCase(key, kConfigurationKey) || referenced.contains(key);
         const dom::Element element = AppendPoint(document, container, attribute->PointName());
         SetFieldAttributes(element, kExportedAttribute,
                            ExportedAttribute{attribute->Data(), attribute->SNVTName(), connected});

@@ -3,6 +3,8 @@
 #include "com/Dll.h"
 #include "core/RunTimeError.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <new>
 
 namespace com {
@@ -28,6 +30,17 @@ std::wstring Told(IErrorInfo& info, HRESULT (STDMETHODCALLTYPE IErrorInfo::*get)
         text.Detach(); // a failing object may leave anything in the out pointer
     }
     return std::wstring(text.View());
+}
+
+/// Runs the body and hands on what it throws. The one catch of everything. A body that
+/// throws nothing, as nearly all do, makes no failure.
+template <class OnFailure>
+void Run(Body body, OnFailure&& onFailure) noexcept {
+    try {
+        body();
+    } catch (...) {
+        onFailure(CurrentFailure());
+    }
 }
 
 } // namespace
@@ -85,22 +98,41 @@ Failure CurrentFailure() noexcept {
 }
 
 std::optional<Failure> Attempt(Body body) noexcept {
-    try {
-        body();
-        return std::nullopt;
-    } catch (...) {
-        return CurrentFailure();
-    }
+    std::optional<Failure> caught;
+    Run(body, [&](Failure&& failure) { caught = std::move(failure); });
+    return caught;
 }
 
 HRESULT Guard(REFIID iid, Body body) noexcept {
     ForgetErrors(); // what an earlier call left is not this call's error
-    return GuardAlone(iid, body);
+    HRESULT result = S_OK;
+    Run(body, [&](Failure&& failure) { result = Publish(failure, iid); });
+    return result;
 }
 
-HRESULT GuardAlone(REFIID iid, Body body) noexcept {
-    const auto failure = Attempt(body);
-    return failure ? Publish(*failure, iid) : S_OK;
+HRESULT ReturnJoined(REFIID iid, BSTR* out, std::span<const std::wstring_view> parts) noexcept {
+    if (out == nullptr) {
+        return Refuse(E_POINTER);
+    }
+    std::size_t length = 0;
+    for (const std::wstring_view part : parts) {
+        length += part.size();
+    }
+    *out = SysAllocStringLen(nullptr, static_cast<UINT>(length));
+    if (*out == nullptr) {
+        Failure failure;
+        failure.code = E_OUTOFMEMORY;
+        return Publish(failure, iid);
+    }
+    wchar_t* end = *out;
+    for (const std::wstring_view part : parts) {
+        if (part.size() == 1) {
+            *end++ = part.front(); // the mark between two texts is not worth a call
+        } else {
+            end = std::copy(part.begin(), part.end(), end);
+        }
+    }
+    return S_OK;
 }
 
 long Failure::Number() const noexcept {

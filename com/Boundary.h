@@ -11,7 +11,9 @@
 #include <exception>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -129,7 +131,7 @@ class Body {
     void (*run_)(void*);
 };
 
-/// Runs the body; what it throws comes back as a failure. The one catch of everything.
+/// Runs the body; what it throws comes back as a failure.
 std::optional<Failure> Attempt(Body body) noexcept;
 
 /// Hands a failure to the caller: sets its error object, answers its HRESULT.
@@ -144,28 +146,20 @@ inline HRESULT Refuse(HRESULT code) noexcept {
 /// The boundary of a COM member: what the body throws becomes HRESULT and error object.
 HRESULT Guard(REFIID iid, Body body) noexcept;
 
-/// The boundary of a member that calls nobody outside: no callee can leave an error object,
-/// and an earlier one is its caller's.
-HRESULT GuardAlone(REFIID iid, Body body) noexcept;
-
-/// A COM member with a result: checks and empties the out pointer, and assigns last, within one
-/// of the two boundaries.
-template <HRESULT (&Boundary)(REFIID, Body) noexcept, class T, class F>
-HRESULT ReturnBy(REFIID iid, T* out, F&& f) noexcept {
+/// A COM member with a result: checks and empties the out pointer, and assigns last, within
+/// the boundary.
+template <class T, class F>
+HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
     if (out == nullptr) {
         return Refuse(E_POINTER);
     }
     Empty(out);
-    return Boundary(iid, [&] { Assign(out, f()); });
+    return Guard(iid, [&] { Assign(out, f()); });
 }
-template <class T, class F>
-HRESULT Return(REFIID iid, T* out, F&& f) noexcept {
-    return ReturnBy<Guard>(iid, out, std::forward<F>(f));
-}
-/// For a member that calls nobody outside.
-template <class T, class F>
-HRESULT ReturnAlone(REFIID iid, T* out, F&& f) noexcept {
-    return ReturnBy<GuardAlone>(iid, out, std::forward<F>(f));
-}
+
+/// A COM member whose result is joined of texts that the object holds. Nobody is called who
+/// could throw or leave an error object, so there is no boundary, and an earlier error
+/// object stays. The one failure is that of memory.
+HRESULT ReturnJoined(REFIID iid, BSTR* out, std::span<const std::wstring_view> parts) noexcept;
 
 } // namespace com

@@ -3,9 +3,7 @@
 #include "com/Boundary.h"
 #include "core/RunTimeError.h"
 
-#include <algorithm>
 #include <array>
-#include <cstddef>
 #include <new>
 
 namespace com {
@@ -81,26 +79,6 @@ Variant::Variant(IDispatch* object) noexcept {
 
 void Assign(BSTR* out, std::wstring_view text) {
     *out = Bstr(text).Detach();
-}
-
-void Assign(BSTR* out, std::span<const std::wstring_view> parts) {
-    std::size_t length = 0;
-    for (const std::wstring_view part : parts) {
-        length += part.size();
-    }
-    const BSTR text = SysAllocStringLen(nullptr, static_cast<UINT>(length));
-    if (text == nullptr) {
-        throw std::bad_alloc();
-    }
-    wchar_t* end = text;
-    for (const std::wstring_view part : parts) {
-        if (part.size() == 1) {
-            *end++ = part.front(); // the mark between two texts is not worth a call
-        } else {
-            end = std::copy(part.begin(), part.end(), end);
-        }
-    }
-    *out = text;
 }
 
 // In the user's locale, and not as an amount of money: the plain conversion

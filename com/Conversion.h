@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -79,8 +78,6 @@ class Variant {
 
 /// Writes a result through a COM out pointer that has been checked.
 void Assign(BSTR* out, std::wstring_view text);
-/// The parts one after another.
-void Assign(BSTR* out, std::span<const std::wstring_view> parts);
 inline void Assign(BSTR* out, Bstr text) noexcept {
     *out = text.Detach();
 }

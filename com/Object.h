@@ -12,7 +12,9 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -138,11 +140,9 @@ class Object : public Faces_..., public ISupportErrorInfo, public IProvideClassI
     HRESULT Get(T* out, F&& f) noexcept {
         return Return(FirstIid(), out, std::forward<F>(f));
     }
-    /// The same for a member that is asked often, and whose result is made of what the object holds;
-    /// see ReturnAlone.
-    template <class T, class F>
-    HRESULT GetAlone(T* out, F&& f) noexcept {
-        return ReturnAlone(FirstIid(), out, std::forward<F>(f));
+    /// A member that joins texts which the object holds; see ReturnJoined.
+    HRESULT GetJoined(BSTR* out, std::span<const std::wstring_view> parts) noexcept {
+        return ReturnJoined(FirstIid(), out, parts);
     }
     /// A member that answers a value as it stands.
     template <class T, class V>

@@ -11,6 +11,12 @@ namespace tam {
 // What a point holds beside its name, its keys and its objects, and the elements
 // that it is read from and written as. The names are those of the documents.
 
+/// A row's text of what a point holds, for what the export shows of it.
+template <auto Give, class Exported>
+std::wstring GiveExported(const Exported& exported, const LocaleRules& locale) {
+    return Give(exported.data, locale);
+}
+
 struct InputData {
     /// What the input is linked to; the host writes it.
     std::wstring linkReference;
@@ -102,15 +108,21 @@ inline constexpr WrittenField<OutputData> kInteroperableOutput[] = {
     {L"SNVT_Type", GiveText<&OutputData::snvtType>},
     {L"LogicalAddress", GiveText<&OutputData::logicalAddress>},
 };
-/// `isConnected` as the export finds it, not as the host has said.
-inline constexpr WrittenField<OutputData> kExportedOutput[] = {
-    {L"LogicalAddress", GiveText<&OutputData::logicalAddress>},
-    {L"SNVTType", GiveText<&OutputData::snvtType>},
-    {L"isMapAsOO", GiveTextAsFlag<&OutputData::mapAsObject>},
-    {L"ObjOffset", GiveText<&OutputData::objectOffset>},
-    {L"AbsoluteObjectIndex", GiveText<&OutputData::absoluteObjectIndex>},
-    {L"IsConnected", GiveFlag<&OutputData::isConnected>},
-    {L"IsWritable", GiveTextAsFlag<&OutputData::writable>},
+/// An output as the export document shows it.
+struct ExportedOutput {
+    const OutputData& data;
+    /// As the export finds it, not as the host has said.
+    bool isConnected = false;
+};
+
+inline constexpr WrittenField<ExportedOutput> kExportedOutput[] = {
+    {L"LogicalAddress", GiveExported<&GiveText<&OutputData::logicalAddress, OutputData>>},
+    {L"SNVTType", GiveExported<&GiveText<&OutputData::snvtType, OutputData>>},
+    {L"isMapAsOO", GiveExported<&GiveTextAsFlag<&OutputData::mapAsObject, OutputData>>},
+    {L"ObjOffset", GiveExported<&GiveText<&OutputData::objectOffset, OutputData>>},
+    {L"AbsoluteObjectIndex", GiveExported<&GiveText<&OutputData::absoluteObjectIndex, OutputData>>},
+    {L"IsConnected", GiveFlag<&ExportedOutput::isConnected>},
+    {L"IsWritable", GiveExported<&GiveTextAsFlag<&OutputData::writable, OutputData>>},
 };
 
 struct AttributeData {
@@ -143,14 +155,10 @@ struct ExportedAttribute {
 };
 
 inline constexpr WrittenField<ExportedAttribute> kExportedAttribute[] = {
-    {L"LogicalAddress",
-     [](const ExportedAttribute& attribute, const LocaleRules&) { return attribute.data.logicalAddress; }},
+    {L"LogicalAddress", GiveExported<&GiveText<&AttributeData::logicalAddress, AttributeData>>},
     {L"SNVTType", GiveText<&ExportedAttribute::snvtType>},
-    {L"Value", [](const ExportedAttribute& attribute, const LocaleRules&) { return attribute.data.value; }},
-    {L"isPermanent",
-     [](const ExportedAttribute& attribute, const LocaleRules& locale) {
-         return GiveTextAsFlag<&AttributeData::isPermanent>(attribute.data, locale);
-     }},
+    {L"Value", GiveExported<&GiveText<&AttributeData::value, AttributeData>>},
+    {L"isPermanent", GiveExported<&GiveTextAsFlag<&AttributeData::isPermanent, AttributeData>>},
     {L"IsConnected", GiveFlag<&ExportedAttribute::isConnected>},
 };
 

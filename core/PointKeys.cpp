@@ -1,14 +1,13 @@
 #include "core/PointKeys.h"
 
-#include "core/Case.h"
 #include "core/RunTimeError.h"
 
 #include <limits>
 
 namespace tam {
 
-std::wstring ReferenceKey(std::wstring_view text) {
-    return UpperCase(text.substr(0, text.rfind(L'_')));
+std::wstring_view ReferenceKey(std::wstring_view text) noexcept {
+    return text.substr(0, text.rfind(L'_'));
 }
 
 std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_view name) {
@@ -17,10 +16,6 @@ std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_vie
         key += part;
     }
     return key;
-}
-
-KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wstring_view name) noexcept {
-    return collectionKey ? KeyParts{*collectionKey, L"\\", name} : KeyParts{};
 }
 
 std::int32_t PointReference(std::int16_t exportIndex, std::int32_t index) {

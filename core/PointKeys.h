@@ -8,9 +8,9 @@
 
 namespace tam {
 
-/// What a reference is remembered by during an export: its text up to its last
-/// "_", which is left out, in capitals; the whole text when it has none.
-std::wstring ReferenceKey(std::wstring_view text);
+/// What a reference is remembered by during an export, letter case aside: its text up
+/// to its last "_", which is left out; the whole text when it has none.
+std::wstring_view ReferenceKey(std::wstring_view text) noexcept;
 
 /// A key of a collection as its points share it: each joins its own when it is asked
 /// for one. Null for a point that was given none yet.
@@ -23,7 +23,10 @@ std::wstring PointKey(const SharedCollectionKey& collectionKey, std::wstring_vie
 /// The same in its parts, for a caller that joins them where they are wanted.
 /// They last as long as the two arguments.
 using KeyParts = std::array<std::wstring_view, 3>;
-KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wstring_view name) noexcept;
+inline KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wstring_view name) noexcept {
+    constexpr std::wstring_view kMark = L"\\"; // its length is counted once, by the compiler
+    return collectionKey ? KeyParts{*collectionKey, kMark, name} : KeyParts{};
+}
 
 /// What tells one point from another: its name, the keys of the collection that it
 /// stands in and its place there.

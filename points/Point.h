@@ -29,11 +29,9 @@ class Point : public com::OwnedObject<Derived, PointOwner, Faces_...> {
     const std::wstring& PointName() const noexcept { return identity_.name; }
 
     STDMETHODIMP get_Name(BSTR* value) final { return this->Answer(value, identity_.name); }
-    STDMETHODIMP get_GlobalKey(BSTR* value) final {
-        return this->GetAlone(value, [&] { return identity_.GlobalKey(); });
-    }
+    STDMETHODIMP get_GlobalKey(BSTR* value) final { return this->GetJoined(value, identity_.GlobalKey()); }
     STDMETHODIMP get_ExtendedKey(BSTR* value) final {
-        return this->GetAlone(value, [&] { return identity_.ExtendedKey(); });
+        return this->GetJoined(value, identity_.ExtendedKey());
     }
     STDMETHODIMP get_Parent(IAppObject** value) final {
         return this->Get(value, [&] { return ParentOf(this->Owner()); });

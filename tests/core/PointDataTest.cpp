@@ -141,14 +141,13 @@ TEST(PointDataOutputTest, IsExportedWithFlagsAsOneOrZero) {
     output.mapAsObject = L"True";
     output.objectOffset = L"1";
     output.absoluteObjectIndex = L"16";
-    output.isConnected = true;
-    EXPECT_EQ(Give(kExportedOutput, output), (Written{{L"LogicalAddress", L"3"},
-                                                      {L"SNVTType", L"105"},
-                                                      {L"isMapAsOO", L"1"},
-                                                      {L"ObjOffset", L"1"},
-                                                      {L"AbsoluteObjectIndex", L"16"},
-                                                      {L"IsConnected", L"1"},
-                                                      {L"IsWritable", L"0"}}));
+    EXPECT_EQ(Give(kExportedOutput, ExportedOutput{output, true}), (Written{{L"LogicalAddress", L"3"},
+                                                                            {L"SNVTType", L"105"},
+                                                                            {L"isMapAsOO", L"1"},
+                                                                            {L"ObjOffset", L"1"},
+                                                                            {L"AbsoluteObjectIndex", L"16"},
+                                                                            {L"IsConnected", L"1"},
+                                                                            {L"IsWritable", L"0"}}));
 }
 
 TEST(PointDataAttributeTest, ReadsItsDefinition) {

@@ -12,14 +12,14 @@
 namespace tam {
 namespace {
 
-TEST(PointKeysReferenceKeyTest, IsTheTextBeforeTheLastUnderscoreInCapitals) {
-    EXPECT_EQ(ReferenceKey(L"dev7_ch2_Out"), L"DEV7_CH2");
-    EXPECT_EQ(ReferenceKey(L"Obj_"), L"OBJ");
+TEST(PointKeysReferenceKeyTest, IsTheTextBeforeTheLastUnderscore) {
+    EXPECT_EQ(ReferenceKey(L"dev7_ch2_Out"), L"dev7_ch2");
+    EXPECT_EQ(ReferenceKey(L"Obj_"), L"Obj");
     EXPECT_EQ(ReferenceKey(L"_x"), L"");
 }
 
 TEST(PointKeysReferenceKeyTest, IsTheWholeTextWithoutUnderscore) {
-    EXPECT_EQ(ReferenceKey(L"4203a"), L"4203A");
+    EXPECT_EQ(ReferenceKey(L"4203a"), L"4203a");
     EXPECT_EQ(ReferenceKey(L""), L"");
 }
 

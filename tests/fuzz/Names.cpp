@@ -58,11 +58,11 @@ void FuzzNames(Input& input) {
     const std::wstring typed = input.Rest();
     CheckDialog(device, typed);
 
-    const std::wstring key = ReferenceKey(typed);
+    const std::wstring key(ReferenceKey(typed));
     const std::size_t last = typed.rfind(L'_');
     Require(key.size() == (last == std::wstring::npos ? typed.size() : last));
     Require(EqualIgnoringCase(key, typed.substr(0, key.size())));
-    Require(ReferenceKey(UpperCase(typed)) == key);
+    Require(EqualIgnoringCase(ReferenceKey(UpperCase(typed)), key));
     Require(ReferenceKey(key + L"_x") == key);
     Require(PointKey(std::make_shared<const std::wstring>(device), typed) == device + L"\\" + typed);
     const bool isZeros = typed.size() <= 6 && typed.find_first_not_of(L'0') == std::wstring::npos;
