@@ -64,23 +64,6 @@ dom::Node AppendNode(const support::Document& document, const dom::Node& parent,
     return dom::Node(dom::Append(document, parent, name));
 }
 
-class KeyedObject final : public Keyed {
-  public:
-    KeyedObject(const std::wstring& owner, std::wstring name) : owner_(&owner), name_(std::move(name)) {}
-
-    HRESULT STDMETHODCALLTYPE get_Key(BSTR* key) override {
-        *key = SysAllocStringLen(nullptr, static_cast<UINT>(owner_->size() + 1 + name_.size()));
-        wchar_t* end = std::copy(owner_->begin(), owner_->end(), *key);
-        *end++ = L'\\';
-        std::copy(name_.begin(), name_.end(), end);
-        return S_OK;
-    }
-
-  private:
-    const std::wstring* owner_;
-    std::wstring name_;
-};
-
 } // namespace
 
 void YieldTimes(long count) {
@@ -217,18 +200,55 @@ void BuildExport(const wchar_t* compilerProgId, REFCLSID locationClass,
     com::CallMember(*compiler.Get(), L"CompileTamObject", arguments);
 }
 
-KeyedObjects::KeyedObjects(std::wstring owner, const std::vector<std::wstring>& names)
-    : owner_(std::move(owner)) {
-    for (const std::wstring& name : names) {
-        objects_.push_back(std::make_unique<KeyedObject>(owner_, name));
+class KeyedObjects::Object final : public Keyed {
+  public:
+    Object(const CollectionKeys& keys, std::wstring name) : keys_(&keys), name_(std::move(name)) {}
+
+    HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* key) override { return Join(keys_->global, key); }
+    HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* key) override { return Join(keys_->extended, key); }
+
+  private:
+    HRESULT Join(const std::wstring& collectionKey, BSTR* key) const {
+        if (key == nullptr) {
+            return E_POINTER;
+        }
+        *key = SysAllocStringLen(nullptr, static_cast<UINT>(collectionKey.size() + 1 + name_.size()));
+        if (*key == nullptr) {
+            return E_OUTOFMEMORY;
+        }
+        wchar_t* end = std::copy(collectionKey.begin(), collectionKey.end(), *key);
+        *end++ = L'\\';
+        std::copy(name_.begin(), name_.end(), end);
+        return S_OK;
+    }
+
+    const CollectionKeys* keys_;
+    std::wstring name_;
+};
+
+KeyedObjects::KeyedObjects(const std::vector<std::wstring>& names) {
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        objects_.push_back(std::make_unique<Object>(keys_.at(i % keys_.size()), names[i]));
+    }
+}
+
+void KeyedObjects::Set(const std::wstring& key) {
+    static const std::array<std::wstring, kKinds> kEnds{L"\\RIN", L"\\ROU", L"\\ATT"};
+    for (auto text : {&CollectionKeys::global, &CollectionKeys::extended}) {
+        std::array<std::wstring, kKinds> made;
+        std::transform(kEnds.begin(), kEnds.end(), made.begin(),
+                       [&](const std::wstring& end) { return key + end; });
+        for (std::size_t kind = 0; kind < kKinds; ++kind) {
+            (keys_.at(kind).*text).swap(made.at(kind));
+        }
     }
 }
 
 void KeyedObjects::Read() const {
     com::Bstr key;
     for (const auto& object : objects_) {
-        com::Check(object->get_Key(key.Put()));
-        com::Check(object->get_Key(key.Put()));
+        com::Check(object->get_GlobalKey(key.Put()));
+        com::Check(object->get_ExtendedKey(key.Put()));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/Read.h"
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,17 +46,28 @@ struct Keyed {
     Keyed(const Keyed&) = delete;
     Keyed& operator=(const Keyed&) = delete;
     virtual ~Keyed() = default;
-    virtual HRESULT STDMETHODCALLTYPE get_Key(BSTR* key) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_GlobalKey(BSTR* key) = 0;
+    virtual HRESULT STDMETHODCALLTYPE get_ExtendedKey(BSTR* key) = 0;
 };
-/// The least that has keys: an object for each name, which joins its owner's key and its name.
+/// The least that has keys: an object for each name, which joins its collection's key
+/// and its name. A collection's key is a text for all of its objects, made before the
+/// old one is let go: a key reaches all three collections or none.
 class KeyedObjects {
   public:
-    KeyedObjects(std::wstring owner, const std::vector<std::wstring>& names);
-    /// Asks each object twice.
+    explicit KeyedObjects(const std::vector<std::wstring>& names);
+    /// Gives the collections both keys.
+    void Set(const std::wstring& key);
+    /// Asks each object for both.
     void Read() const;
 
   private:
-    std::wstring owner_;
+    struct CollectionKeys {
+        std::wstring global;
+        std::wstring extended;
+    };
+    class Object;
+
+    std::array<CollectionKeys, 3> keys_;
     std::vector<std::unique_ptr<Keyed>> objects_;
 };
 /// Reads type and name of each child, a yield each.

@@ -39,7 +39,8 @@ Finding JudgeGrowth(const Row& small, const Row& large) {
     if (!finding.isMet && large.floor > 0) {
         const double floorGrowth = large.FloorPerUnit() / small.FloorPerUnit();
         if (growth <= kMostGrowth * floorGrowth) {
-            finding.reason = Figure("the floor grows ", floorGrowth, " times by itself");
+            finding.reason = Figure("the floor grows ", floorGrowth, " times by itself, ") +
+                             Figure("the component beside it ", growth / floorGrowth, " times");
         }
     }
     return finding;

@@ -83,8 +83,7 @@ Trial Jobs::Load(const Size& size) {
                  CallScript(L"LoadStream", {Argument(document_.Get()), Argument(text)});
              }},
             size.points,
-            size.points,
-            true};
+            size.points};
 }
 
 Trial Jobs::Save(const Size& size) {
@@ -168,7 +167,7 @@ Trial Jobs::Keys(const Size& size) {
     const auto inputs = ItemsOf<IInput>(Object(loaded_, &IAppObject::get_Inputs));
     const auto outputs = ItemsOf<IOutput>(Object(loaded_, &IAppObject::get_Outputs));
     const auto attributes = ItemsOf<IAttribute>(Object(loaded_, &IAppObject::get_Attributes));
-    const auto objects = std::make_shared<KeyedObjects>(std::wstring(kKey) + L"\\RIN", size.names);
+    const auto objects = std::make_shared<KeyedObjects>(size.names);
     return {"keys set and read",
             size.points,
             {{},
@@ -180,7 +179,11 @@ Trial Jobs::Keys(const Size& size) {
                  ReadKeys(outputs);
                  ReadKeys(attributes);
              }},
-            {{}, [objects] { objects->Read(); }},
+            {{},
+             [objects] {
+                 objects->Set(kKey);
+                 objects->Read();
+             }},
             {{}, [this] {
                  const com::Bstr key(kKey);
                  CallScript(L"SetKeys", {Argument(key)});

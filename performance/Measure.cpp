@@ -5,6 +5,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <new>
 
 namespace benchmark {
 
@@ -51,14 +53,16 @@ Row Measure(const Trial& trial) {
     row.isAllFloor = trial.isAllFloor;
     const int leastRounds = row.points >= kMany ? kLeastRoundsOfMany : kLeastRounds;
     double spent = 0;
-    double scripted = 0;
     while (row.rounds < leastRounds || (spent < kEnough && row.rounds < kMostRounds)) {
         spent += Round(trial.component, row.component);
         spent += Round(trial.floor, row.floor);
-        if (row.points < kMany && scripted < kEnoughScript) {
-            scripted += Round(trial.script, row.script);
-        }
         ++row.rounds;
+    }
+    // Not in turn with them: whoever came next would find the processor's cache full of
+    // the script's objects, and that would be the component each time.
+    double scripted = 0;
+    for (int round = 0; row.points < kMany && round < row.rounds && scripted < kEnoughScript; ++round) {
+        scripted += Round(trial.script, row.script);
     }
     return row;
 }
@@ -74,6 +78,29 @@ double YieldCost() {
         Round({{}, [] { YieldTimes(kYields); }}, least);
     }
     return least / kYields;
+}
+
+double PageCost() {
+    constexpr std::size_t kPage = 4096;
+    constexpr std::size_t kPages = 4096;
+    double least = 0;
+    for (int i = 0; i < kLeastRounds; ++i) {
+        auto* const memory = static_cast<volatile char*>(
+            VirtualAlloc(nullptr, kPages * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        if (memory == nullptr) {
+            throw std::bad_alloc();
+        }
+        Round({{},
+               [&] {
+                   for (std::size_t page = 0; page < kPages; ++page) {
+                       memory[page * kPage] = 1;
+                   }
+               }},
+              least);
+        VirtualFree(const_cast<char*>(memory), 0,
+                    MEM_RELEASE); // NOLINT(cppcoreguidelines-pro-type-const-cast)
+    }
+    return least / kPages;
 }
 
 } // namespace benchmark

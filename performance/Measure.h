@@ -57,5 +57,7 @@ void MeasureOnce(const std::function<void()>& run, double& least);
 
 /// What one yield to the message loop costs here, in microseconds.
 double YieldCost();
+/// Cost of the first use of a page of memory that the system has just given, in microseconds.
+double PageCost();
 
 } // namespace benchmark

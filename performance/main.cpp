@@ -29,6 +29,7 @@ constexpr long kWeighed = 10000;
 struct Result {
     std::vector<Row> rows;
     double yieldCost = 0;
+    double pageCost = 0;
     double bytesPerPoint = 0;
     CheckingCost checking;
     unsigned long dllSize = 0;
@@ -67,6 +68,7 @@ void Print(const Result& result) {
                     row.component, floor, ratio, script, faster, row.PerUnit());
     }
     std::printf("\nA yield to the message loop costs %.2f us here.\n", result.yieldCost);
+    std::printf("A fresh page of memory costs %.2f us here.\n", result.pageCost);
     std::printf("The DLL loads in %.0f us, the first module object is made in %.0f us.\n", result.start.load,
                 result.start.create);
     std::printf("A point takes %.0f bytes; O_Tam_id.dll has %lu bytes.\n", result.bytesPerPoint,
@@ -91,8 +93,9 @@ void PrintGoals(const std::vector<Finding>& findings) {
 std::string Json(const Result& result, const std::vector<Finding>& findings) {
     std::ostringstream text;
     text << std::fixed << std::setprecision(3) << "{\n  \"yield_us\": " << result.yieldCost
-         << ",\n  \"bytes_per_point\": " << std::setprecision(1) << result.bytesPerPoint
-         << ",\n  \"load_us\": " << result.start.load << ",\n  \"first_object_us\": " << result.start.create
+         << ",\n  \"page_us\": " << result.pageCost << ",\n  \"bytes_per_point\": " << std::setprecision(1)
+         << result.bytesPerPoint << ",\n  \"load_us\": " << result.start.load
+         << ",\n  \"first_object_us\": " << result.start.create
          << ",\n  \"check_us\": " << std::setprecision(3) << result.checking.checks
          << ",\n  \"dom_us\": " << result.checking.dom << ",\n  \"dll_bytes\": " << result.dllSize
          << ",\n  \"jobs\": [\n"
@@ -145,6 +148,7 @@ Result Run(const std::wstring& script, const std::vector<long>& sizes) {
     result.dllSize = Jobs::DllSize();
     result.start = Jobs::CostOfStart();
     result.yieldCost = YieldCost();
+    result.pageCost = PageCost();
     std::fputs("checking ...\n", stderr);
     result.checking = MeasureChecking(kWeighed);
     for (const long points : sizes) {
