@@ -73,6 +73,13 @@ std::vector<std::wstring> TakeDropped(HDROP drop) {
     return files;
 }
 
+/// As a text to read, and not as a field that takes nothing.
+HBRUSH ColourText(HDC target) noexcept {
+    SetTextColor(target, GetSysColor(COLOR_WINDOWTEXT));
+    SetBkColor(target, GetSysColor(COLOR_WINDOW));
+    return GetSysColorBrush(COLOR_WINDOW);
+}
+
 } // namespace
 
 Frame::Frame(Settings& settings)
@@ -153,31 +160,26 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             Layout();
         }
         return 0;
-    case WM_GETMINMAXINFO: {
-        auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
-        limits.ptMinTrackSize = {scaling_(kLeastSize.cx), scaling_(kLeastSize.cy)};
+    case WM_GETMINMAXINFO:
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {scaling_(kLeastSize.cx),
+                                                                 scaling_(kLeastSize.cy)};
         return 0;
-    }
     case WM_DPICHANGED:
         OnDpiChanged(*reinterpret_cast<const RECT*>(lParam));
         return 0;
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
-        MatchTitle(Handle());
-        if (message == WM_SYSCOLORCHANGE) {
-            EnumChildWindows(Handle(), &PassColourChange, 0); // the system tells top windows alone
-        }
-        if (fonts_ && (message != WM_SETTINGCHANGE || IsOfTheLook(wParam, lParam))) {
-            SetFonts();
-            InvalidateRect(Handle(), nullptr, TRUE);
-        }
+        OnLookChanged(message, wParam, lParam);
         break;
     case WM_ACTIVATE:
         if (LOWORD(wParam) == WA_INACTIVE) {
             lastFocus_ = GetFocus();
         }
         break;
+    case WM_SETFOCUS:
+        ReturnFocus();
+        return 0;
     case WM_COMMAND:
         if (OnCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam))) {
             return 0;
@@ -187,10 +189,7 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         return OnNotify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_CTLCOLORSTATIC:
         if (reinterpret_cast<HWND>(lParam) == sourceBox_) {
-            // As a text to read, and not as a field that takes nothing.
-            SetTextColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOWTEXT));
-            SetBkColor(reinterpret_cast<HDC>(wParam), GetSysColor(COLOR_WINDOW));
-            return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+            return reinterpret_cast<LRESULT>(ColourText(reinterpret_cast<HDC>(wParam)));
         }
         break;
     case WM_INITMENUPOPUP:
@@ -199,32 +198,26 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         }
         UpdateMenu(reinterpret_cast<HMENU>(wParam));
         return 0;
-    case WM_SETFOCUS:
-        if (typePane_) {
-            const bool isThere = IsWindow(lastFocus_) != FALSE && IsWindowVisible(lastFocus_) != FALSE &&
-                                 IsChild(Handle(), lastFocus_) != FALSE;
-            SetFocus(isThere ? lastFocus_ : PaneOf(page_).Handle());
-        }
-        return 0;
     case WM_CONTEXTMENU:
         if (ListPane* const pane = PaneOf(reinterpret_cast<HWND>(wParam))) {
             ShowListMenu(*pane, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
             return 0;
         }
         break;
-    case WM_DROPFILES: {
-        const std::vector<std::wstring> files = TakeDropped(reinterpret_cast<HDROP>(wParam));
-        SetForegroundWindow(Handle());
-        OpenFirst(files);
+    case WM_DROPFILES:
+        OnDropped(TakeDropped(reinterpret_cast<HDROP>(wParam)));
         return 0;
-    }
     case WM_TIMER:
-        if (wParam == kDiskTimer) {
-            CheckDisk();
-        } else if (wParam == kProgressTimer) {
-            OnProgress();
-        }
+        OnTimer(wParam);
         return 0;
+    default:
+        return OnEndMessage(message, wParam, lParam);
+    }
+    return Window::OnMessage(message, wParam, lParam);
+}
+
+LRESULT Frame::OnEndMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
     case WM_QUERYENDSESSION:
         return OnQueryEnd() ? TRUE : FALSE;
     case WM_ENDSESSION:
@@ -241,9 +234,40 @@ LRESULT Frame::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         PostQuitMessage(0);
         return 0;
     default:
-        break;
+        return Window::OnMessage(message, wParam, lParam);
     }
-    return Window::OnMessage(message, wParam, lParam);
+}
+
+void Frame::OnLookChanged(UINT message, WPARAM setting, LPARAM area) {
+    MatchTitle(Handle());
+    if (message == WM_SYSCOLORCHANGE) {
+        EnumChildWindows(Handle(), &PassColourChange, 0); // the system tells top windows alone
+    }
+    if (fonts_ && (message != WM_SETTINGCHANGE || IsOfTheLook(setting, area))) {
+        SetFonts();
+        InvalidateRect(Handle(), nullptr, TRUE);
+    }
+}
+
+void Frame::ReturnFocus() {
+    if (typePane_) {
+        const bool isThere = IsWindow(lastFocus_) != FALSE && IsWindowVisible(lastFocus_) != FALSE &&
+                             IsChild(Handle(), lastFocus_) != FALSE;
+        SetFocus(isThere ? lastFocus_ : PaneOf(page_).Handle());
+    }
+}
+
+void Frame::OnDropped(const std::vector<std::wstring>& files) {
+    SetForegroundWindow(Handle());
+    OpenFirst(files);
+}
+
+void Frame::OnTimer(UINT_PTR timer) {
+    if (timer == kDiskTimer) {
+        CheckDisk();
+    } else if (timer == kProgressTimer) {
+        OnProgress();
+    }
 }
 
 void Frame::OnProblem(const std::wstring& words) {

@@ -51,12 +51,18 @@ class Frame : public Window {
     static constexpr std::size_t kCatalogue = 3;
     static constexpr UINT_PTR kProgressTimer = 2;
 
-    /// The window is busy while this lives: no command but "stop" is taken.
+    // Frame_Busy.h
     class Busy;
-    /// A box of the window itself is shown while this lives.
     class OwnBox;
 
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+    /// The end of the window or of the person's session, and what no one else takes.
+    LRESULT OnEndMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    void OnLookChanged(UINT message, WPARAM setting, LPARAM area);
+    /// To the part that had it before the person went to another window.
+    void ReturnFocus();
+    void OnDropped(const std::vector<std::wstring>& files);
+    void OnTimer(UINT_PTR timer);
     /// Something is typed or dragged, or a menu is open: the next key or click would answer a
     /// question that comes by itself.
     bool IsInHand() const;
@@ -73,6 +79,12 @@ class Frame : public Window {
 
     // Frame_Layout.cpp
     void Layout();
+    /// Pages at the left, the filter at the right of one line, the list below.
+    void LayoutLists(const RECT& lists);
+    /// The findings and the source, side by side.
+    void LayoutPanes(const RECT& panes);
+    /// The parts of the status line, and above them what shows progress.
+    void LayoutStatus(long width, long bottomOfLine, int height);
     void MoveSplit(std::size_t split, int distance);
     void OnDpiChanged(const RECT& place);
     void SavePlaces();
@@ -161,6 +173,11 @@ class Frame : public Window {
 
     // Frame_Load.cpp
     void Load(const std::wstring& file);
+    void BeginLoad(const std::wstring& file);
+    std::optional<Problem> ReadFromFile();
+    std::optional<Problem> LoadIntoModule();
+    void ShowOutcome(bool isRead, const std::optional<Problem>& problem);
+    void SayLoaded();
     void AddProblem(const Problem& problem, UINT rule);
     void Fill();
     void OnProgress();
@@ -263,7 +280,7 @@ class Frame : public Window {
         int label = 0;
         int search = 0;
         int stop = 0;
-        /// The parts of the status line behind the message.
+        /// The parts of the status line after the message.
         std::array<int, 4> parts{};
     };
     Room room_;
@@ -335,45 +352,6 @@ class Frame : public Window {
     /// The status line tells of the picked row.
     bool isRowTold_ = false;
     bool isPicking_ = false;
-};
-
-/// The window is busy while this lives: no command but "stop" is taken.
-class Frame::Busy {
-  public:
-    explicit Busy(Frame& frame) : frame_(frame) {
-        ++frame_.busy_;
-        frame_.UpdateTools();
-    }
-    ~Busy() {
-        --frame_.busy_;
-        frame_.UpdateTools();
-    }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
-
-  private:
-    Frame& frame_;
-};
-
-/// A box of the window itself is shown while this lives: it is none of the component's.
-class Frame::OwnBox {
-  public:
-    explicit OwnBox(Frame& frame)
-        : busy_(frame)
-        , session_(frame.session_.get())
-        , before_(session_ != nullptr ? session_->Boxes() : 0) {}
-    ~OwnBox() {
-        if (session_ != nullptr) {
-            session_->PassOverBoxes(before_);
-        }
-    }
-    OwnBox(const OwnBox&) = delete;
-    OwnBox& operator=(const OwnBox&) = delete;
-
-  private:
-    Busy busy_; // so no other file is opened meanwhile
-    Session* session_;
-    std::size_t before_;
 };
 
 } // namespace view

@@ -1,4 +1,4 @@
-#include "view/Frame.h"
+#include "view/Frame_Busy.h"
 
 #include "view/Clipboard.h"
 #include "view/FileDialogs.h"
@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <string>
 
 namespace view {
 

@@ -1,4 +1,4 @@
-#include "view/Frame.h"
+#include "view/Frame_Busy.h"
 
 #include "view/BlockPicture.h"
 #include "view/FileDialogs.h"
@@ -8,7 +8,12 @@
 #include "bench/WholeFile.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <iterator>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace view {
 

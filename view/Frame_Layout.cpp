@@ -46,7 +46,6 @@ void Frame::Layout() {
     const int toolHeight = scaling_(6) + HIWORD(static_cast<DWORD>(Send(toolbar_, TB_GETBUTTONSIZE)));
     const int statusHeight = HeightOf(status_);
     const int bar = scaling_(Splitter::kWidth);
-    const int line = room_.line;
     Place(toolbar_, {whole.left, whole.top, whole.right, whole.top + toolHeight});
 
     RECT body{whole.left, whole.top + toolHeight, whole.right, whole.bottom - statusHeight};
@@ -62,9 +61,14 @@ void Frame::Layout() {
     const long sheetEnd = body.left + MulDiv(body.right - body.left, settings_.splits[0], kThousand);
     Place(sheet_->Handle(), {body.left, body.top, sheetEnd, body.bottom});
     Place(splitters_[0]->Handle(), {sheetEnd, body.top, sheetEnd + bar, body.bottom});
+    LayoutLists({sheetEnd + bar, body.top, body.right, body.bottom});
+    LayoutPanes(panes);
+    LayoutStatus(whole.right, whole.bottom, statusHeight);
+    InvalidateRect(Handle(), nullptr, TRUE);
+}
 
-    // The lists: pages at the left, the filter at the right of one line.
-    const RECT lists{sheetEnd + bar, body.top, body.right, body.bottom};
+void Frame::LayoutLists(const RECT& lists) {
+    const int line = room_.line;
     RECT one{0, 0, 0, 0};
     Send(tabs_, TCM_GETITEMRECT, 0, &one);
     RECT lastTab{0, 0, 0, 0};
@@ -85,7 +89,11 @@ void Frame::Layout() {
         Place(page.pane->Handle(), list);
     }
     Place(typePane_->Handle(), list);
+}
 
+void Frame::LayoutPanes(const RECT& panes) {
+    const int bar = scaling_(Splitter::kWidth);
+    const int line = room_.line;
     const bool hasBoth = settings_.showsFindings && settings_.showsSource;
     const long findingsEnd =
         hasBoth ? panes.left + MulDiv(panes.right - panes.left, settings_.splits[2], kThousand)
@@ -115,9 +123,9 @@ void Frame::Layout() {
         SetShown(part, isSearchShown);
     }
     SetShown(splitters_[2]->Handle(), hasBoth);
+}
 
-    // The parts of the status line, and above them what shows progress.
-    const long width = whole.right;
+void Frame::LayoutStatus(long width, long bottomOfLine, int height) {
     int end = static_cast<int>(width);
     std::array<int, 5> parts{};
     parts.back() = -1;
@@ -128,15 +136,14 @@ void Frame::Layout() {
     parts.front() = std::max(parts.front(), scaling_(120));
     Send(status_, SB_SETPARTS, parts.size(), parts.data());
     const long right = parts[0];
-    const long top = whole.bottom - statusHeight + scaling_(3);
-    const long bottom = whole.bottom - scaling_(2);
+    const long top = bottomOfLine - height + scaling_(3);
+    const long bottom = bottomOfLine - scaling_(2);
     Place(stop_, {right - room_.stop, top, right, bottom});
     Place(progress_, {right - room_.stop - scaling_(kGap + kProgressWidth), top,
                       right - room_.stop - scaling_(kGap), bottom});
     for (const HWND above : {progress_, progressLabel_, stop_}) { // each comes before the former one
         SetWindowPos(above, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     }
-    InvalidateRect(Handle(), nullptr, TRUE);
 }
 
 void Frame::MoveSplit(std::size_t split, int distance) {

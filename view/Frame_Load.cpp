@@ -1,4 +1,4 @@
-#include "view/Frame.h"
+#include "view/Frame_Busy.h"
 
 #include "view/MessageHook.h"
 #include "view/resource.h"
@@ -6,8 +6,13 @@
 #include "bench/Text.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace view {
 
@@ -24,38 +29,13 @@ void Frame::Load(const std::wstring& file) {
     {
         const Busy busy(*this);
         const WaitPointer wait;
-        LetGo(); // the old one first: only one gets the boxes
-        file_ = file;
-        watch_.Watch({{file, StampOf(file)}});
-        std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
-        UpdateTitle();
-        const std::wstring words = Text(IDS_LOADING, NameOf(file));
-        SayAtOnce(words);
-        // Some screen readers name the bar by its own text, others by the visible label before it.
-        for (const HWND named : {progress_, progressLabel_}) {
-            SetWindowTextW(named, words.c_str());
-        }
-        std::optional<Problem> problem = Try([&] {
-            session_ = std::make_unique<Session>();
-            session_->SetUnits(isUs_);
-            session_->Read(file, module_);
-        });
-        if (session_ && !session_->Files().empty()) {
-            watch_.Watch(session_->Files());
-        }
+        BeginLoad(file);
+        std::optional<Problem> problem = ReadFromFile();
         const bool isRead = session_ && !problem;
+        std::vector<FindingRow> findings; // the list paints itself from the former ones meanwhile
         if (isRead) {
             findings = session_->Findings();
-            SetTimer(Handle(), kProgressTimer, kProgressPeriod, nullptr);
-            isLoading_ = true;
-            {
-                // The component's own loop hands the messages on meanwhile: it knows no keys of ours.
-                const MessageHook keys([this](MSG& message) { return Translate(message); });
-                problem = Try([&] { session_->Load(); });
-            }
-            isLoading_ = false;
-            KillTimer(Handle(), kProgressTimer);
-            ShowProgress(false);
+            problem = LoadIntoModule();
         }
         if (isClosing_) {
             ForgetUnsaved();
@@ -65,34 +45,12 @@ void Frame::Load(const std::wstring& file) {
         if (session_) {
             session_->LeaveBoxesToUser();
         }
-        isLoaded_ = isRead && !problem && !session_->IsStopped();
         checked_ = std::move(findings);
-        boxes_.Clear();
-        if (isRead && !session_->IsStopped()) {
-            TakeBoxes();
-        }
-        if (session_ && session_->IsStopped()) {
-            Say(Text(IDS_STOPPED, NameOf(file)));
-        } else if (problem) {
-            AddProblem(*problem, isRead ? IDS_LOAD_RULE : IDS_READ_RULE);
-            Say(Text(isRead ? IDS_NOT_LOADED : IDS_NOT_READ, NameOf(file)));
-        }
-        if (const auto unread = Try([&] { Fill(); })) {
-            // What cannot be read as a whole is not shown at all.
-            isLoaded_ = false;
-            AddProblem(*unread, IDS_LOAD_RULE);
-            Say(Text(IDS_NOT_LOADED, NameOf(file)));
-            Fill();
-        }
+        ShowOutcome(isRead, problem);
         if (isLoaded_) {
             module_ = session_->ModuleKeyOf(); // another one may be before it next time
             settings_.AddRecent(file);
-            Say(Text(IDS_LOADED, NameOf(file),
-                     std::to_wstring(pages_[0].table.Rows().size() + pages_[1].table.Rows().size() +
-                                     pages_[2].table.Rows().size())) +
-                (session_->Modules().size() > 1
-                     ? Text(IDS_ONE_OF_MODULES, std::to_wstring(session_->Modules().size()))
-                     : std::wstring()));
+            SayLoaded();
         }
     }
     UpdateTitle();
@@ -102,6 +60,78 @@ void Frame::Load(const std::wstring& file) {
         Ask(findings_.empty() ? Text(IDS_NOT_READ, NameOf(file)) : bench::Wide(findings_.front().message),
             MB_OK | MB_ICONERROR);
     }
+}
+
+void Frame::BeginLoad(const std::wstring& file) {
+    LetGo(); // the old one first: only one gets the boxes
+    file_ = file;
+    watch_.Watch({{file, StampOf(file)}});
+    UpdateTitle();
+    const std::wstring words = Text(IDS_LOADING, NameOf(file));
+    SayAtOnce(words);
+    // Some screen readers name the bar by its own text, others by the visible label before it.
+    for (const HWND named : {progress_, progressLabel_}) {
+        SetWindowTextW(named, words.c_str());
+    }
+}
+
+std::optional<Problem> Frame::ReadFromFile() {
+    std::optional<Problem> problem = Try([&] {
+        session_ = std::make_unique<Session>();
+        session_->SetUnits(isUs_);
+        session_->Read(file_, module_);
+    });
+    if (session_ && !session_->Files().empty()) {
+        watch_.Watch(session_->Files());
+    }
+    return problem;
+}
+
+std::optional<Problem> Frame::LoadIntoModule() {
+    SetTimer(Handle(), kProgressTimer, kProgressPeriod, nullptr);
+    isLoading_ = true;
+    std::optional<Problem> problem;
+    {
+        // The component's own loop hands the messages on meanwhile: it knows no keys of ours.
+        const MessageHook keys([this](MSG& message) { return Translate(message); });
+        problem = Try([&] { session_->Load(); });
+    }
+    isLoading_ = false;
+    KillTimer(Handle(), kProgressTimer);
+    ShowProgress(false);
+    return problem;
+}
+
+void Frame::ShowOutcome(bool isRead, const std::optional<Problem>& problem) {
+    const bool isStopped = session_ && session_->IsStopped();
+    isLoaded_ = isRead && !problem && !isStopped;
+    boxes_.Clear();
+    if (isRead && !isStopped) {
+        TakeBoxes();
+    }
+    if (isStopped) {
+        Say(Text(IDS_STOPPED, NameOf(file_)));
+    } else if (problem) {
+        AddProblem(*problem, isRead ? IDS_LOAD_RULE : IDS_READ_RULE);
+        Say(Text(isRead ? IDS_NOT_LOADED : IDS_NOT_READ, NameOf(file_)));
+    }
+    if (const auto unread = Try([&] { Fill(); })) {
+        // What cannot be read as a whole is not shown at all.
+        isLoaded_ = false;
+        AddProblem(*unread, IDS_LOAD_RULE);
+        Say(Text(IDS_NOT_LOADED, NameOf(file_)));
+        Fill();
+    }
+}
+
+void Frame::SayLoaded() {
+    std::size_t points = 0;
+    for (const PointPage& page : pages_) {
+        points += page.table.Rows().size();
+    }
+    const std::size_t modules = session_->Modules().size();
+    Say(Text(IDS_LOADED, NameOf(file_), std::to_wstring(points)) +
+        (modules > 1 ? Text(IDS_ONE_OF_MODULES, std::to_wstring(modules)) : std::wstring()));
 }
 
 void Frame::AddProblem(const Problem& problem, UINT rule) {
@@ -148,7 +178,7 @@ void Frame::Fill() {
     ShowFindings();
     isSourceShown_ = false;
     if (settings_.showsSource) {
-        PostMessageW(Handle(), WM_COMMAND, IDM_VIEW_SHOW_SOURCE, 0); // behind the first picture
+        PostMessageW(Handle(), WM_COMMAND, IDM_VIEW_SHOW_SOURCE, 0); // after the first picture
     }
 }
 

@@ -1,4 +1,4 @@
-#include "view/Frame.h"
+#include "view/Frame_Busy.h"
 
 #include "view/resource.h"
 

@@ -1,4 +1,4 @@
-#include "view/Frame.h"
+#include "view/Frame_Busy.h"
 
 #include "view/resource.h"
 
@@ -7,7 +7,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace view {
 
