@@ -56,7 +56,7 @@ class Project {
         const bool isChannel = device_.IsChannelObject(name);
         const bool hasKey = static_cast<bool>(xml::Select(element, kObjectKey));
         if (name != moduleName_ && !isChannel && !hasKey) {
-            others.push_back(element); // another block of the sheet
+            others.push_back(element); // another object of the sheet
             return;
         }
         if (!xml::Select(element, kDeviceKey)) {

@@ -8,13 +8,13 @@ namespace tam {
 namespace {
 
 /// Small letters whose capitals stand at one distance.
-struct Block {
+struct LetterRange {
     std::uint32_t firstSmall;
     std::uint32_t lastSmall;
     std::int32_t toCapital;
 };
 
-constexpr Block kBlocks[] = {
+constexpr LetterRange kRanges[] = {
     {0x00E0, 0x00F6, -32},                                               // Latin-1 up to the division sign
     {0x00F8, 0x00FE, -32},                                               // and after it
     {0x00FF, 0x00FF, 121},                                               // y with diaeresis
@@ -65,9 +65,9 @@ std::uint32_t Capital(std::uint32_t code) {
     if (code == kFinalSigma) {
         return kCapitalSigma;
     }
-    for (const Block& block : kBlocks) {
-        if (code >= block.firstSmall && code <= block.lastSmall) {
-            return Shifted(code, block.toCapital);
+    for (const LetterRange& range : kRanges) {
+        if (code >= range.firstSmall && code <= range.lastSmall) {
+            return Shifted(code, range.toCapital);
         }
     }
     const Pairs* pairs = PairsOf(code);
@@ -75,10 +75,10 @@ std::uint32_t Capital(std::uint32_t code) {
 }
 
 std::uint32_t Small(std::uint32_t code) {
-    for (const Block& block : kBlocks) {
-        if (code >= Shifted(block.firstSmall, block.toCapital) &&
-            code <= Shifted(block.lastSmall, block.toCapital)) {
-            return Shifted(code, -block.toCapital);
+    for (const LetterRange& range : kRanges) {
+        if (code >= Shifted(range.firstSmall, range.toCapital) &&
+            code <= Shifted(range.lastSmall, range.toCapital)) {
+            return Shifted(code, -range.toCapital);
         }
     }
     const Pairs* pairs = PairsOf(code);

@@ -245,7 +245,7 @@ ExportDocument ReadExportDocument(std::wstring_view xml) {
     document.outputs = ReadSection(reader, kOutputs, ReadOutput);
     document.attributes = ReadSection(reader, kAttributes, ReadAttribute);
     if (reader.Next() != XmlKind::EndOfElement) {
-        reader.Fail(reader.Offset(), Quoted(kRoot) + L" must end behind " + Quoted(kAttributes));
+        reader.Fail(reader.Offset(), Quoted(kRoot) + L" must end after " + Quoted(kAttributes));
     }
     reader.Next(); // only comments and blanks may come before the end
     return document;

@@ -8,7 +8,7 @@
 
 namespace orv {
 
-/// IAppObject with what a generic block only stores, and what it has no more
+/// IAppObject with what a generic object only stores, and what it has no more
 /// to say to. A member that is ignored succeeds and changes nothing.
 template <class Derived>
 class GenericAnswers : public com::Face<Derived, IAppObject> {
@@ -34,13 +34,13 @@ class GenericAnswers : public com::Face<Derived, IAppObject> {
     STDMETHODIMP get_PlugInAvailable(VARIANT_BOOL* value) override { return Tell(value, false); }
     STDMETHODIMP get_NodeType(long* value) override { return Tell(value, 6L); }
     STDMETHODIMP get_Icon(IDispatch** value) override { return Tell(value, com::Ref<IDispatch>()); }
-    // All that a block keeps goes through its XML.
+    // All that a generic object keeps goes through its XML.
     STDMETHODIMP Save(VARIANT) override { return S_OK; }
     STDMETHODIMP Load(VARIANT) override { return S_OK; }
     STDMETHODIMP get_IntelStream(VARIANT* value) override {
         return com::Return(__uuidof(IAppObject), value, [] { return com::Variant(); });
     }
-    // A block has no sheet to repaint: it calls nobody back.
+    // A generic object has no sheet to repaint: it calls nobody back.
     STDMETHODIMP CallBack(IDispatch*) override { return S_OK; }
     STDMETHODIMP put_ManageShortFloat(VARIANT_BOOL) override { return S_OK; }
     STDMETHODIMP get_NumObjects(short* value) override { return Tell(value, short{1}); }
@@ -61,7 +61,7 @@ class GenericAnswers : public com::Face<Derived, IAppObject> {
 
     std::wstring path_;
     std::wstring tag_;
-    /// Under which the owner device's document knows the block.
+    /// Under which the owner device's document knows the object.
     std::wstring key_;
     std::wstring uniqueId_;
     std::wstring stream_;

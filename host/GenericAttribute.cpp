@@ -59,15 +59,15 @@ std::wstring ReadText(com::Ref<ISNVType> type, HRESULT (STDMETHODCALLTYPE ISNVTy
 
 } // namespace
 
-GenericAttribute::GenericAttribute(const Definition& definition, const BlockRef& block)
-    : point_(definition, block)
-    , type_(TypeFor(block, definition.Text(L"SNVTTYPE")))
+GenericAttribute::GenericAttribute(const Definition& definition, const OwnerRef& owner)
+    : point_(definition, owner)
+    , type_(TypeFor(owner, definition.Text(L"SNVTTYPE")))
     , value_(definition.Text(L"VALUE")) {}
 
 template <class Method, class... Arguments>
 bool GenericAttribute::Ask(Question question, Method method, Arguments... arguments) {
-    Block* const block = point_.link ? point_.link->block : nullptr;
-    const auto interceptor = block != nullptr ? block->Interceptor() : com::Ref<IAttributeInterceptor>();
+    GenericOwner* const owner = point_.link ? point_.link->owner : nullptr;
+    const auto interceptor = owner != nullptr ? owner->Interceptor() : com::Ref<IAttributeInterceptor>();
     if (!interceptor || asked_[question]) {
         return false;
     }
@@ -77,8 +77,8 @@ bool GenericAttribute::Ask(Question question, Method method, Arguments... argume
     com::ForgetErrors();
     const HRESULT result = (interceptor.Get()->*method)(self.Get(), arguments..., &handled);
     if (IsGone(result)) {
-        if (point_.link->block != nullptr) {
-            point_.link->block->ForgetInterceptor(interceptor);
+        if (point_.link->owner != nullptr) {
+            point_.link->owner->ForgetInterceptor(interceptor);
         }
         return false;
     }
@@ -99,13 +99,13 @@ void GenericAttribute::Fetch(std::optional<DeviceValues>& values) {
     if (Ask(DataFromDevice, &IAttributeInterceptor::InterceptGetDataFromDevice)) {
         return;
     }
-    Block* const block = point_.link ? point_.link->block : nullptr;
-    if (block == nullptr) {
+    GenericOwner* const owner = point_.link ? point_.link->owner : nullptr;
+    if (owner == nullptr) {
         return;
     }
     if (!values) {
-        const auto owner = block->AppObject(); // the document is the host's
-        values = block->ReadDeviceValues();
+        const auto object = owner->AppObject(); // the document is the host's
+        values = owner->ReadDeviceValues();
     }
     if (const auto value = values->find(point_.Name()); value != values->end()) {
         WriteValue(value->second);

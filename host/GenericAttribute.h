@@ -14,7 +14,7 @@
 
 namespace orv {
 
-/// An attribute of a generic block. The block's interceptor, when it has one,
+/// An attribute of a generic object. The owner's interceptor, when it has one,
 /// is told of every change and asked before the attribute answers or acts
 /// itself. While it is at one of these for an attribute it is not called again
 /// for the same: what it does to the attribute meanwhile, the attribute does
@@ -22,7 +22,7 @@ namespace orv {
 class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribute, IMutableTypeAttribute,
                                                       IVisibleItem, IGenericAttribute> {
   public:
-    GenericAttribute(const Definition& definition, const BlockRef& block);
+    GenericAttribute(const Definition& definition, const OwnerRef& owner);
     static REFCLSID ClassId() noexcept { return __uuidof(::GenericAttribute); }
 
     // The host's own side
@@ -35,7 +35,7 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     void RestoreType(com::Ref<ISNVType> type) noexcept { type_ = std::move(type); }
     /// Fetches the value from the device: the interceptor does it, else it is
     /// what the owner device's document holds; without either it stays. `values`
-    /// is what that document holds for the whole block, once somebody has read it.
+    /// is what that document holds for the whole object, once somebody has read it.
     void Fetch(std::optional<DeviceValues>& values);
 
     // IAttribute
@@ -65,7 +65,7 @@ class GenericAttribute final : public com::DualObject<GenericAttribute, IAttribu
     HRESULT STDMETHODCALLTYPE get_Fields(IDispatch** value) override {
         return Answer(value, com::Ref<IDispatch>());
     }
-    // A block has no sheet to repaint: it calls nobody back.
+    // A generic object has no sheet to repaint: it calls nobody back.
     HRESULT STDMETHODCALLTYPE putref_CallBack(IDispatch*) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE get_CDBPosition(long* value) override { return Number(L"CDBPOSITION", value); }
     HRESULT STDMETHODCALLTYPE get_ToolOnly(VARIANT_BOOL* value) override { return Flag(L"TOOLONLY", value); }

@@ -4,10 +4,10 @@
 
 namespace orv {
 
-GenericInput::GenericInput(const Definition& definition, const BlockRef& block, long index)
-    : point_(definition, block)
+GenericInput::GenericInput(const Definition& definition, const OwnerRef& owner, long index)
+    : point_(definition, owner)
     , index_(index)
-    , type_(TypeFor(block, definition.Text(L"SNVTTYPE")))
+    , type_(TypeFor(owner, definition.Text(L"SNVTTYPE")))
     , value_(definition.Text(L"VALUE")) {
     compatible_->AddList(definition.Text(L"SNVTCOMPATIBILITYLIST"));
 }

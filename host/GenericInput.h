@@ -12,10 +12,10 @@
 
 namespace orv {
 
-/// An input of a generic block.
+/// An input of a generic object.
 class GenericInput final : public com::DualObject<GenericInput, IInput, ISubItemConnable, IVisibleItem> {
   public:
-    GenericInput(const Definition& definition, const BlockRef& block, long index);
+    GenericInput(const Definition& definition, const OwnerRef& owner, long index);
     static REFCLSID ClassId() noexcept { return __uuidof(::GenericInput); }
 
     // The host's own side
@@ -25,7 +25,7 @@ class GenericInput final : public com::DualObject<GenericInput, IInput, ISubItem
 
     // IInput
     HRESULT STDMETHODCALLTYPE changeType(VARIANT newType) override;
-    // A block has no sheet to repaint: it calls nobody back.
+    // A generic object has no sheet to repaint: it calls nobody back.
     HRESULT STDMETHODCALLTYPE putref_CallBack(IDispatch*) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE get_NodeType(long* value) override { return Answer(value, 7L); }
     HRESULT STDMETHODCALLTYPE get_IsConnected(VARIANT_BOOL* value) override {

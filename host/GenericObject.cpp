@@ -14,11 +14,11 @@ namespace {
 constexpr std::wstring_view kProgId = L"O_Generic.CDBAppObject";
 
 template <class Points, class Item>
-com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const BlockRef& block) {
+com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const OwnerRef& owner) {
     auto points = Points::Make();
     long index = 0;
     for (const Definition& definition : definitions) {
-        points->Add(Item::Make(definition, block, index++));
+        points->Add(Item::Make(definition, owner, index++));
     }
     return points;
 }
@@ -26,22 +26,22 @@ com::Ref<Points> MakeIndexed(const std::vector<Definition>& definitions, const B
 } // namespace
 
 HRESULT GenericObject::Text(const wchar_t* keyword, BSTR* value) {
-    return Get(value, [&] { return definition_ ? definition_->block.Text(keyword) : std::wstring(); });
+    return Get(value, [&] { return definition_ ? definition_->object.Text(keyword) : std::wstring(); });
 }
 
 HRESULT GenericObject::Number(const wchar_t* keyword, long* value) {
-    return Get(value, [&] { return definition_ ? definition_->block.Number(keyword) : 0; });
+    return Get(value, [&] { return definition_ ? definition_->object.Number(keyword) : 0; });
 }
 
 HRESULT GenericObject::Flag(const wchar_t* keyword, VARIANT_BOOL* value) {
-    return Get(value, [&] { return definition_ && definition_->block.Flag(keyword); });
+    return Get(value, [&] { return definition_ && definition_->object.Flag(keyword); });
 }
 
 STDMETHODIMP GenericObject::Init(BSTR name, VARIANT_BOOL* value) {
     return Get(value, [&] {
         std::wstring wanted = com::Text(name);
-        auto definition = std::make_shared<const BlockDefinition>(ReadDefinition(LoadDefinition(wanted)));
-        const long color = definition->block.Number(L"COLOR");
+        auto definition = std::make_shared<const GenericDefinition>(ReadDefinition(LoadDefinition(wanted)));
+        const long color = definition->object.Number(L"COLOR");
         definition_ = std::move(definition);
         definitionName_ = std::move(wanted);
         color_ = color;
@@ -60,8 +60,8 @@ void GenericObject::MakePoints() {
                                 L"The block has no definition to make its points from; call Init first");
     }
     const auto definition = definition_;
-    const auto link = std::make_shared<BlockLink>();
-    link->block = this;
+    const auto link = std::make_shared<OwnerLink>();
+    link->owner = this;
     const auto inputs = MakeIndexed<GenericInputs, GenericInput>(definition->inputs, link);
     const auto outputs = MakeIndexed<GenericOutputs, GenericOutput>(definition->outputs, link);
     const auto attributes = GenericAttributes::Make();
@@ -77,14 +77,14 @@ void GenericObject::MakePoints() {
     outputs->SetExtendedKey(std::move(extended.outputs));
     attributes->SetExtendedKey(std::move(extended.attributes));
 
-    link_->block = nullptr; // points of an earlier call belong to nobody
+    link_->owner = nullptr; // points of an earlier call belong to nobody
     link_ = link;
     inputs_ = inputs;
     outputs_ = outputs;
     attributes_ = attributes;
     created_ = true;
     if (saved_) {
-        const SavedBlock saved = *saved_;
+        const SavedObject saved = *saved_;
         TakePoints(saved);
         saved_.reset(); // kept for another Create when the points did not take it
     }
@@ -92,7 +92,7 @@ void GenericObject::MakePoints() {
 
 STDMETHODIMP GenericObject::Destroy() {
     const auto self = This<IAppObject>(); // the interceptor may hold the last reference
-    link_->block = nullptr;
+    link_->owner = nullptr;
     interceptor_.Reset();
     inputs_.Reset();
     outputs_.Reset();

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "host/BlockDefinition.h"
 #include "host/GenericAnswers.h"
+#include "host/GenericDefinition.h"
 #include "host/GenericPoints.h"
-#include "host/SavedBlock.h"
+#include "host/SavedObject.h"
 
 #include <OrvDBFaces.h>
 #include <OrvHost.h>
@@ -15,18 +15,18 @@
 
 namespace orv {
 
-/// A block that is what its definition in the library says: `Init` reads the
+/// A generic object that is what its definition in the library says: `Init` reads the
 /// definition, `Create` makes the points. Objects of other components wrap it
 /// and register as its interceptor.
 class GenericObject final : public com::Object<GenericObject, GenericAnswers<GenericObject>,
                                                com::Face<GenericObject, IAttributeInterception>,
                                                com::Face<GenericObject, IGenericObject>>,
-                            private Block {
+                            private GenericOwner {
   public:
     static REFCLSID ClassId() noexcept { return __uuidof(::GenericObject); }
 
     GenericObject() = default;
-    ~GenericObject() override { link_->block = nullptr; }
+    ~GenericObject() override { link_->owner = nullptr; }
 
     // IAppObject, in slot order without the answers of GenericAnswers
     STDMETHODIMP get_IsPlugInActive(VARIANT_BOOL* value) override { return Answer(value, showing_); }
@@ -106,11 +106,11 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     HRESULT Number(const wchar_t* keyword, long* value);
     HRESULT Flag(const wchar_t* keyword, VARIANT_BOOL* value);
 
-    // Block
+    // GenericOwner
     com::Ref<IAppObject> AppObject() override { return This<IAppObject>(); }
     com::Ref<IAttributeInterceptor> Interceptor() const override { return interceptor_; }
     void ForgetInterceptor(const com::Ref<IAttributeInterceptor>& gone) noexcept override;
-    short BlockExportIndex() const override { return exportIndex_; }
+    short OwnerExportIndex() const override { return exportIndex_; }
     com::Ref<HostType> MakeType(std::wstring_view id) const override;
     com::Ref<IDispatch> HostParent() const override { return parent_; }
     DeviceValues ReadDeviceValues() const override;
@@ -119,21 +119,21 @@ class GenericObject final : public com::Object<GenericObject, GenericAnswers<Gen
     void FetchAll();
 
     // Documents
-    SavedBlock PointsToSave() const;
-    void SaveTo(const SavedBlock& block, IDispatch* parentNode, IDispatch* document) const;
+    SavedObject PointsToSave() const;
+    void SaveTo(const SavedObject& object, IDispatch* parentNode, IDispatch* document) const;
     /// `saved` is the caller's own: a host that is asked meanwhile may load or create again.
-    void TakePoints(const SavedBlock& saved);
+    void TakePoints(const SavedObject& saved);
 
     /// Held by who walks it: a host's catalogue that is asked meanwhile may call Init.
-    std::shared_ptr<const BlockDefinition> definition_;
+    std::shared_ptr<const GenericDefinition> definition_;
     std::wstring definitionName_;
     com::Ref<GenericInputs> inputs_ = GenericInputs::Make();
     com::Ref<GenericOutputs> outputs_ = GenericOutputs::Make();
     com::Ref<GenericAttributes> attributes_ = GenericAttributes::Make();
     bool created_ = false;
     /// Read before the points were made; Create gives it to them.
-    std::optional<SavedBlock> saved_;
-    std::shared_ptr<BlockLink> link_ = std::make_shared<BlockLink>();
+    std::optional<SavedObject> saved_;
+    std::shared_ptr<OwnerLink> link_ = std::make_shared<OwnerLink>();
     com::Ref<IAttributeInterceptor> interceptor_;
     com::Ref<IDispatch> parent_;
     com::Ref<IDispatch> ownerDeviceXml_;

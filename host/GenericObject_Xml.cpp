@@ -74,8 +74,8 @@ DeviceValues GenericObject::ReadDeviceValues() const {
     return values;
 }
 
-SavedBlock GenericObject::PointsToSave() const {
-    SavedBlock block;
+SavedObject GenericObject::PointsToSave() const {
+    SavedObject object;
     com::CheckSet(attributes_.Get());
     // These, whatever an attribute's type does meanwhile: it may be a host's.
     const auto inputs = inputs_;
@@ -84,40 +84,40 @@ SavedBlock GenericObject::PointsToSave() const {
     for (const auto& input : inputs->All()) {
         SavedPoint point{input->Point().Name(), input->Point().visible, {}, {}, {}, {}};
         point.value = input->Link();
-        block.inputs.push_back(std::move(point));
+        object.inputs.push_back(std::move(point));
     }
     for (const auto& output : outputs->All()) {
         SavedPoint point{output->Point().Name(), output->Point().visible, {}, {}, {}, {}};
         point.displayable = output->IsDisplayable();
-        block.outputs.push_back(std::move(point));
+        object.outputs.push_back(std::move(point));
     }
     for (const auto& attribute : attributes->All()) {
         SavedPoint point{attribute->Point().Name(), attribute->Point().visible, {}, {}, {}, {}};
         point.value = attribute->ValueText();
         point.type = attribute->SNVTName();
         point.enumDesc = attribute->EnumDesc();
-        block.attributes.push_back(std::move(point));
+        object.attributes.push_back(std::move(point));
     }
-    return block;
+    return object;
 }
 
-void GenericObject::SaveTo(const SavedBlock& block, IDispatch* parentNode, IDispatch* document) const {
+void GenericObject::SaveTo(const SavedObject& object, IDispatch* parentNode, IDispatch* document) const {
     if (definitionName_.empty()) {
         throw tam::RunTimeError(static_cast<HRESULT>(errNotInitialised), {},
                                 L"The block has no definition to name its element after; call Init first");
     }
     const std::wstring name = definitionName_;
-    WriteSaved(block, name, dom::NodeOf(parentNode), dom::DocumentOf(document));
+    WriteSaved(object, name, dom::NodeOf(parentNode), dom::DocumentOf(document));
 }
 
 STDMETHODIMP GenericObject::XMLSave(IDispatch* parentNode, IDispatch* document) {
     const auto self = This<IAppObject>(); // a type may hold the last reference
     return Do([&] {
-        SavedBlock block = PointsToSave();
-        block.userName = userName_;
-        block.x = x_;
-        block.y = y_;
-        SaveTo(block, parentNode, document);
+        SavedObject object = PointsToSave();
+        object.userName = userName_;
+        object.x = x_;
+        object.y = y_;
+        SaveTo(object, parentNode, document);
     });
 }
 
@@ -125,26 +125,26 @@ STDMETHODIMP GenericObject::XMLSaveSim(IDispatch* parentNode, IDispatch* documen
     const auto self = This<IAppObject>();
     // A simulation has no sheet: no positions.
     return Do([&] {
-        SavedBlock block = PointsToSave();
-        block.userName = userName_;
-        SaveTo(block, parentNode, document);
+        SavedObject object = PointsToSave();
+        object.userName = userName_;
+        SaveTo(object, parentNode, document);
     });
 }
 
 STDMETHODIMP GenericObject::XMLSaveForInteroperability(IDispatch* parentNode, IDispatch* document) {
     const auto self = This<IAppObject>(); // a type may hold the last reference
     return Do([&] {
-        SavedBlock block = PointsToSave();
-        block.userName = userName_;
-        block.key = extendedKey_;
-        SaveTo(block, parentNode, document);
+        SavedObject object = PointsToSave();
+        object.userName = userName_;
+        object.key = extendedKey_;
+        SaveTo(object, parentNode, document);
     });
 }
 
 STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
     const auto self = This<IAppObject>();
     return Do([&] {
-        SavedBlock saved = ReadSaved(dom::NodeOf(element));
+        SavedObject saved = ReadSaved(dom::NodeOf(element));
         if (created_) {
             TakePoints(saved);
             saved_.reset(); // of a Create that failed
@@ -158,7 +158,7 @@ STDMETHODIMP GenericObject::XmlLoad(IDispatch* element) {
     });
 }
 
-void GenericObject::TakePoints(const SavedBlock& saved) {
+void GenericObject::TakePoints(const SavedObject& saved) {
     com::CheckSet(attributes_.Get());
     const auto inputs = inputs_;
     const auto outputs = outputs_;

@@ -6,9 +6,9 @@ namespace orv {
 
 namespace {
 
-// A point's number in the controller: 256 to each block, from 16384 on.
+// A point's number in the controller: 256 to each object, from 16384 on.
 constexpr long kFirstReference = 16384;
-constexpr long kReferencesPerBlock = 256;
+constexpr long kReferencesPerObject = 256;
 
 /// Four hexadecimal digits, eight for a number that is out of their range.
 std::wstring ReferenceText(long reference) {
@@ -21,10 +21,10 @@ std::wstring ReferenceText(long reference) {
 
 } // namespace
 
-GenericOutput::GenericOutput(const Definition& definition, const BlockRef& block, long index)
-    : point_(definition, block)
+GenericOutput::GenericOutput(const Definition& definition, const OwnerRef& owner, long index)
+    : point_(definition, owner)
     , index_(index)
-    , type_(TypeFor(block, definition.Text(L"SNVTTYPE")))
+    , type_(TypeFor(owner, definition.Text(L"SNVTTYPE")))
     , displayText_(definition.Name()) {}
 
 HRESULT GenericOutput::changeType(VARIANT newType) {
@@ -61,8 +61,8 @@ HRESULT GenericOutput::get_IsTrendable(VARIANT_BOOL* value) {
 
 HRESULT GenericOutput::get_Reference(BSTR* value) {
     return Get(value, [&] {
-        com::CheckSet(point_.link ? point_.link->block : nullptr);
-        return ReferenceText(point_.link->block->BlockExportIndex() * kReferencesPerBlock + kFirstReference +
+        com::CheckSet(point_.link ? point_.link->owner : nullptr);
+        return ReferenceText(point_.link->owner->OwnerExportIndex() * kReferencesPerObject + kFirstReference +
                              index_);
     });
 }

@@ -26,12 +26,12 @@ class DisplayFace : public com::Face<Derived, IDisplayItem> {
     HRESULT STDMETHODCALLTYPE get_itemType(long* value) final { return this->Self().DisplayItemType(value); }
 };
 
-/// An output of a generic block.
+/// An output of a generic object.
 class GenericOutput final
     : public com::Object<GenericOutput, com::Face<GenericOutput, IOutput>, ConnableFace<GenericOutput>,
                          DisplayFace<GenericOutput>, com::Face<GenericOutput, IVisibleItem>> {
   public:
-    GenericOutput(const Definition& definition, const BlockRef& block, long index);
+    GenericOutput(const Definition& definition, const OwnerRef& owner, long index);
     static REFCLSID ClassId() noexcept { return __uuidof(::GenericOutput); }
 
     // The host's own side

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/BlockDefinition.h"
-#include "host/BlockLink.h"
+#include "host/GenericDefinition.h"
+#include "host/OwnerLink.h"
 
 #include <memory>
 #include <string>
@@ -9,9 +9,9 @@
 
 namespace orv {
 
-/// What the inputs, outputs and attributes of a generic block have alike.
+/// What the inputs, outputs and attributes of a generic object have alike.
 struct GenericPoint {
-    GenericPoint(const Definition& said, BlockRef owner)
+    GenericPoint(const Definition& said, OwnerRef owner)
         : definition(said), link(std::move(owner)), visible(said.IsVisible()) {}
 
     const std::wstring& Name() const noexcept { return definition.Name(); }
@@ -25,7 +25,7 @@ struct GenericPoint {
     }
 
     Definition definition;
-    BlockRef link;
+    OwnerRef link;
     /// Those of the collection, which it shares with its points.
     std::shared_ptr<const std::wstring> globalKeyAbove;
     std::shared_ptr<const std::wstring> extendedKeyAbove;

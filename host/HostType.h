@@ -36,7 +36,7 @@ struct TypeDescription {
 /// one and it has the type, else from the host's own table.
 TypeDescription DescribeType(std::wstring_view id, const tam::dom::Document& catalogue);
 
-/// A type as the generic block gives it to its points, each point one of its
+/// A type as the generic object gives it to its points, each point one of its
 /// own: an enumeration description set on one point's type is that point's.
 class HostType final : public com::DualObject<HostType, ISNVType, IEnumType> {
   public:

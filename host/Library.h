@@ -7,7 +7,7 @@
 
 namespace orv {
 
-// The object library: one folder for the whole host, in which each block's
+// The object library: one folder for the whole host, in which each object's
 // definition lies as <identifier>.xml.
 
 /// The folder, full and with a closing backslash: the one that was set, else

@@ -8,7 +8,7 @@
 
 namespace orv {
 
-/// The object library as blocks and drivers reach it. The service is its own
+/// The object library as generic objects and drivers reach it. The service is its own
 /// library: both say nothing but where definitions lie, which is one setting
 /// for the whole host.
 class LibraryService final

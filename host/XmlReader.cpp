@@ -163,7 +163,7 @@ std::wstring XmlReader::ReadName() {
     return std::wstring(text_.substr(begin, at_ - begin));
 }
 
-/// Behind the "&" of a reference: appends what it stands for.
+/// After the "&" of a reference: appends what it stands for.
 void XmlReader::ReadReference(std::wstring& out) {
     const std::size_t begin = at_ - 1;
     const std::wstring_view reference = Until(L";", L"the reference");
@@ -225,7 +225,7 @@ void XmlReader::ReadAttributes() {
     }
 }
 
-/// Behind the "<" of an element.
+/// After the "<" of an element.
 XmlKind XmlReader::ReadElement() {
     name_ = ReadName();
     if (open_.empty() && std::exchange(hadRoot_, true)) {
@@ -240,7 +240,7 @@ XmlKind XmlReader::ReadElement() {
     return XmlKind::Element;
 }
 
-/// Behind the "</" of an end, or behind an element without content.
+/// After the "</" of an end, or after an element without content.
 XmlKind XmlReader::ReadEndOfElement() {
     if (!std::exchange(endDue_, false)) {
         name_ = ReadName();

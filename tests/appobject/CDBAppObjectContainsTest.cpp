@@ -8,7 +8,7 @@ using namespace modules;
 
 namespace {
 
-/// A channel's object that fails to give one of its two texts.
+/// A channel object that fails to give one of its two texts.
 com::Ref<ITamInternalAppObject> FailingItem(HRESULT device, HRESULT object) {
     const auto item = Recorder::Make(L"item", {&__uuidof(ITamInternalAppObject)});
     item->Set(L"TamDeviceKey", L"K7");

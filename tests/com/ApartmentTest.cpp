@@ -223,7 +223,7 @@ TEST_F(ApartmentTest, EnumeratesInAnotherApartment) {
         });
         ++count;
     }
-    EXPECT_EQ(count, 13u) << "module 4, channel 3, macros 2, block 4";
+    EXPECT_EQ(count, 13u) << "module 4, channel 3, macros 2, generic object 4";
 }
 
 TEST_F(ApartmentTest, KeepsNothingForAnApartmentThatIsGone) {

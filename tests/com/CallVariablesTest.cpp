@@ -177,7 +177,7 @@ TEST_F(CallVariablesTest, LeavesARefusedReferenceToItsMember) {
     EXPECT_TRUE(Boxes().empty());
 }
 
-// Whoever owns such a variable writes to the place behind it, and would not
+// Whoever owns such a variable writes to the place after it, and would not
 // let go of a text that stands there instead.
 TEST_F(CallVariablesTest, LeavesAReferenceInAVariableAlone) {
     const auto channel = Channel();
@@ -209,14 +209,14 @@ TEST_F(CallVariablesTest, LeavesAReferenceInAVariableAlone) {
 
 TEST_F(CallVariablesTest, RefusesAReferenceWithoutAPlaceBySlotToo) {
     const auto module = Module();
-    const auto block = Host().Create<IAppObject>(__uuidof(::GenericObject));
+    const auto object = Host().Create<IAppObject>(__uuidof(::GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
-    ASSERT_EQ(block->Init(com::Bstr(HostServices::kDefinition).Get(), &done), S_OK);
-    ASSERT_EQ(block->Create(), S_OK);
+    ASSERT_EQ(object->Init(com::Bstr(HostServices::kDefinition).Get(), &done), S_OK);
+    ASSERT_EQ(object->Create(), S_OK);
     const auto input =
-        support::Item(support::Object(block, &IAppObject::get_Inputs), &IInputs::get_Item, L"1");
+        support::Item(support::Object(object, &IAppObject::get_Inputs), &IInputs::get_Item, L"1");
     const auto output =
-        support::Item(support::Object(block, &IAppObject::get_Outputs), &IOutputs::get_Item, L"1");
+        support::Item(support::Object(object, &IAppObject::get_Outputs), &IOutputs::get_Item, L"1");
     for (const int type : {VT_BSTR, VT_I4, VT_VARIANT}) {
         VARIANT nowhere{};
         nowhere.vt = static_cast<VARTYPE>(VT_BYREF | type);

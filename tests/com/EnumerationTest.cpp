@@ -45,7 +45,7 @@ class EnumerationTest : public ContractTest {
         EXPECT_EQ(item.vt, VT_DISPATCH);
         return item.vt == VT_DISPATCH ? com::Query<IUnknown>(item.pdispVal) : com::Ref<IUnknown>();
     }
-    /// The next item's identity; empty behind the last.
+    /// The next item's identity; empty after the last.
     static com::Ref<IUnknown> Next(const Enumerator& enumerator) {
         com::Variant item;
         ULONG fetched = 9;
@@ -82,7 +82,7 @@ class EnumerationTest : public ContractTest {
                 ++count;
             }
         }
-        EXPECT_EQ(count, 14u) << "module 5 (attributes twice), channel 3, macros 2, block 4";
+        EXPECT_EQ(count, 14u) << "module 5 (attributes twice), channel 3, macros 2, generic object 4";
     }
 };
 
@@ -200,7 +200,7 @@ TEST_F(EnumerationTest, GoesOnWhileItsListLosesItsItems) {
         EXPECT_EQ(Rest(collection.Begin()), Identities());
         ++count;
     }
-    EXPECT_EQ(count, 2u) << "of a module's input and of a block's";
+    EXPECT_EQ(count, 2u) << "of a module's input and of a generic object's";
 }
 
 TEST_F(EnumerationTest, GoesOnWhileItsProjectLosesItsGroups) {
@@ -229,7 +229,7 @@ TEST_F(EnumerationTest, GoesOnWhileItsProjectLosesItsGroups) {
 
 // Points go with their owner alone: no host interface removes one.
 TEST_F(EnumerationTest, GoesOnWhenItsOwnerIsDestroyed) {
-    for (const Family family : {Family::Module, Family::Channel, Family::Block}) {
+    for (const Family family : {Family::Module, Family::Channel, Family::Generic}) {
         for (const wchar_t* name : {L"Inputs", L"Outputs", L"Attributes"}) {
             auto owner = com::Query<IAppObject>(Subjects(family).front().object.Get());
             ASSERT_TRUE(owner);

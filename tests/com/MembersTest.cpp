@@ -136,7 +136,8 @@ TEST_F(MembersTest, HandWhatIsTooManyToWhatTheyAnswer) {
         items += SUCCEEDED(expected) && item.Get().vt == VT_DISPATCH ? 1u : 0u;
         Boxes(); // what reading a property shows is another test's
     });
-    EXPECT_EQ(items, 14u) << "points of three blocks, three compatible lists, macro groups and items";
+    EXPECT_EQ(items, 14u)
+        << "points of three application objects, three compatible lists, macro groups and items";
 }
 
 TEST_F(MembersTest, AreFoundFromEveryInterfaceOfTheirObject) {

@@ -174,7 +174,7 @@ TEST_F(ServerTest, AnUnlockTooManyIsRefusedAndTakesNoLaterLockAway) {
 
 TEST_F(ServerTest, StaysLoadedWhileOneObjectOfAnyClassLives) {
     for (const Family family : kFamilies) {
-        const bool ofHost = family == Family::Host || family == Family::Block;
+        const bool ofHost = family == Family::Host || family == Family::Generic;
         const std::size_t count = Subjects(family).size();
         EXPECT_EQ(Dll().CanUnload(), S_OK);
         EXPECT_EQ(Host().CanUnload(), S_OK);

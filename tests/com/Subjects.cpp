@@ -169,35 +169,35 @@ std::vector<Subject> ContractTest::HostSubjects() {
     };
 }
 
-std::vector<Subject> ContractTest::BlockSubjects() {
+std::vector<Subject> ContractTest::GenericSubjects() {
     Host().ResetSettings();
-    const auto block = Host().Create<IAppObject>(__uuidof(::GenericObject));
+    const auto object = Host().Create<IAppObject>(__uuidof(::GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
-    com::Check(block->Init(com::Bstr(HostServices::kDefinition).Get(), &done));
-    com::Check(block->Create());
-    const auto inputs = Object(block, &IAppObject::get_Inputs);
-    const auto outputs = Object(block, &IAppObject::get_Outputs);
-    const auto attributes = Object(block, &IAppObject::get_Attributes);
+    com::Check(object->Init(com::Bstr(HostServices::kDefinition).Get(), &done));
+    com::Check(object->Create());
+    const auto inputs = Object(object, &IAppObject::get_Inputs);
+    const auto outputs = Object(object, &IAppObject::get_Outputs);
+    const auto attributes = Object(object, &IAppObject::get_Attributes);
     const auto input = Item(inputs, &IInputs::get_Item, L"1");
     const auto attribute = Item(attributes, &IAttributes::get_Item, L"1");
     const auto list = Object(input, &IInput::get_SNVTCompatibles);
     com::Ref<ICompatibleSNVT> entry;
     com::Check(list->get_Item(1, entry.Put()));
     return {
-        {"block", __uuidof(::GenericObject), block},
-        {"block's inputs", __uuidof(::GenericInputs), inputs},
-        {"block's input", __uuidof(::GenericInput), input},
-        {"block's outputs", __uuidof(::GenericOutputs), outputs},
-        {"block's output", __uuidof(::GenericOutput), Item(outputs, &IOutputs::get_Item, L"1")},
-        {"block's attributes", __uuidof(::GenericAttributes), attributes},
-        {"block's attribute", __uuidof(::GenericAttribute), attribute},
-        {"block's type", __uuidof(::HostType), Object(attribute, &IAttribute::get_SNVTType)},
-        {"block's compatible list", __uuidof(::CompatibleTypes), list},
-        {"block's compatible entry", __uuidof(::CompatibleType), entry},
-        {"enumerator of a block's inputs", {}, EnumeratorOf(inputs)},
-        {"enumerator of a block's outputs", {}, EnumeratorOf(outputs)},
-        {"enumerator of a block's attributes", {}, EnumeratorOf(attributes)},
-        {"enumerator of a block's compatible list", {}, EnumeratorOf(list)},
+        {"generic object", __uuidof(::GenericObject), object},
+        {"generic object's inputs", __uuidof(::GenericInputs), inputs},
+        {"generic object's input", __uuidof(::GenericInput), input},
+        {"generic object's outputs", __uuidof(::GenericOutputs), outputs},
+        {"generic object's output", __uuidof(::GenericOutput), Item(outputs, &IOutputs::get_Item, L"1")},
+        {"generic object's attributes", __uuidof(::GenericAttributes), attributes},
+        {"generic object's attribute", __uuidof(::GenericAttribute), attribute},
+        {"generic object's type", __uuidof(::HostType), Object(attribute, &IAttribute::get_SNVTType)},
+        {"generic object's compatible list", __uuidof(::CompatibleTypes), list},
+        {"generic object's compatible entry", __uuidof(::CompatibleType), entry},
+        {"enumerator of a generic object's inputs", {}, EnumeratorOf(inputs)},
+        {"enumerator of a generic object's outputs", {}, EnumeratorOf(outputs)},
+        {"enumerator of a generic object's attributes", {}, EnumeratorOf(attributes)},
+        {"enumerator of a generic object's compatible list", {}, EnumeratorOf(list)},
     };
 }
 
@@ -205,7 +205,7 @@ std::vector<Subject> ContractTest::Subjects(Family family) {
     auto subjects = family == Family::Module    ? ModuleSubjects()
                     : family == Family::Channel ? ChannelSubjects()
                     : family == Family::Host    ? HostSubjects()
-                                                : BlockSubjects();
+                                                : GenericSubjects();
     for (const Subject& subject : subjects) {
         com::CheckSet(subject.object.Get());
     }

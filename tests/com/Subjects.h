@@ -21,10 +21,10 @@ enum class Family {
     Channel,
     /// The host's project, device, converter, compiler and library.
     Host,
-    /// The host's generic block and its points.
-    Block,
+    /// The host's generic object and its points.
+    Generic,
 };
-inline constexpr std::array kFamilies = {Family::Module, Family::Channel, Family::Host, Family::Block};
+inline constexpr std::array kFamilies = {Family::Module, Family::Channel, Family::Host, Family::Generic};
 
 /// One object that can be reached.
 struct Subject {
@@ -66,7 +66,7 @@ class ContractTest : public support::ComponentTest {
     std::vector<Subject> ModuleSubjects();
     std::vector<Subject> ChannelSubjects();
     std::vector<Subject> HostSubjects();
-    std::vector<Subject> BlockSubjects();
+    std::vector<Subject> GenericSubjects();
     com::Ref<IDevice> Device();
 
     std::optional<HostServices> host_;

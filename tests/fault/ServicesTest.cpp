@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-// The host services under faults: the library, a block read, made, loaded and
+// The host services under faults: the library, an object read, made, loaded and
 // saved, the database compiler, a device's document and what lists take in.
 
 namespace {
@@ -52,11 +52,11 @@ class ServicesFaultTest : public ::testing::Test {
     void SetUp() override {
         dll_ = LoadLibraryW(HostPath().c_str());
         ASSERT_NE(dll_, nullptr);
-        NewBlock(kBefore); // has the parser loaded, whose files the loop replaces
+        NewObject(kBefore); // has the parser loaded, whose files the loop replaces
         loop_.emplace(dll_, watcher_);
     }
     void TearDown() override {
-        block_.Reset();
+        object_.Reset();
         document_.Reset();
         loop_.reset();
         FreeLibrary(dll_);
@@ -74,37 +74,37 @@ class ServicesFaultTest : public ::testing::Test {
         com::Check(factory->CreateInstance(nullptr, __uuidof(I), object.PutVoid()));
         return object;
     }
-    com::Ref<IAppObject> NewBlock(const wchar_t* definition) const {
-        auto block = Create<IAppObject>(__uuidof(::GenericObject));
+    com::Ref<IAppObject> NewObject(const wchar_t* definition) const {
+        auto object = Create<IAppObject>(__uuidof(::GenericObject));
         VARIANT_BOOL done = VARIANT_FALSE;
-        com::Check(block->Init(Bstr(definition).Get(), &done));
-        return block;
+        com::Check(object->Init(Bstr(definition).Get(), &done));
+        return object;
     }
-    com::Ref<IAppObject> CreatedBlock() const {
-        auto block = NewBlock(kDefinition);
-        com::Check(block->Create());
-        return block;
+    com::Ref<IAppObject> CreatedObject() const {
+        auto object = NewObject(kDefinition);
+        com::Check(object->Create());
+        return object;
     }
 
-    /// A job that releases the block and the document.
+    /// A job that releases the object and the document.
     Job NewJob(const char* name, std::initializer_list<Kind> kinds) {
         Job job;
         job.name = name;
         job.kinds = kinds;
         job.read = [] { return Fields(); };
         job.release = [this] {
-            block_.Reset();
+            object_.Reset();
             document_.Reset();
         };
         job.judge = &ExpectAllOrNothing;
         return job;
     }
-    /// What the block says of itself.
-    Fields OfBlock() const {
+    /// What the object says of itself.
+    Fields OfObject() const {
         long color = 0;
-        com::Check(block_->get_Color(&color));
-        return {Field(L"UniqueIDString", block_, &IAppObject::get_UniqueIDString),
-                Field(L"Name", block_, &IAppObject::get_Name), Field(L"ID", block_, &IAppObject::get_ID),
+        com::Check(object_->get_Color(&color));
+        return {Field(L"UniqueIDString", object_, &IAppObject::get_UniqueIDString),
+                Field(L"Name", object_, &IAppObject::get_Name), Field(L"ID", object_, &IAppObject::get_ID),
                 std::to_wstring(color)};
     }
     /// What a saved element sets, in the order in which it is taken.
@@ -117,16 +117,16 @@ class ServicesFaultTest : public ::testing::Test {
         };
         for (const wchar_t* name : {L"In1", L"In2"}) {
             const auto input =
-                support::Item(support::Object(block_, &IAppObject::get_Inputs), &IInputs::get_Item, name);
+                support::Item(support::Object(object_, &IAppObject::get_Inputs), &IInputs::get_Item, name);
             visible(input);
             fields.push_back(Field(name, input, &IInput::get_Value));
         }
         const auto output =
-            support::Item(support::Object(block_, &IAppObject::get_Outputs), &IOutputs::get_Item, L"Out");
+            support::Item(support::Object(object_, &IAppObject::get_Outputs), &IOutputs::get_Item, L"Out");
         visible(output);
         fields.push_back(support::Flag(output, &IOutput::get_IsDisplayable) ? L"displayed" : L"not");
         for (const wchar_t* name : {L"Setup", L"Gain"}) {
-            const auto attribute = support::Item(support::Object(block_, &IAppObject::get_Attributes),
+            const auto attribute = support::Item(support::Object(object_, &IAppObject::get_Attributes),
                                                  &IAttributes::get_Item, name);
             visible(attribute);
             fields.push_back(Field(name, attribute, &IAttribute::get_Value));
@@ -139,38 +139,38 @@ class ServicesFaultTest : public ::testing::Test {
         }
         return fields;
     }
-    /// Both keys of the block, of its collections and of a point of each.
+    /// Both keys of the object, of its collections and of a point of each.
     Fields OfKeys() const {
         Fields fields;
         const auto add = [&](const auto& keyed, auto global, auto extended) {
             fields.push_back(support::Text(keyed, global));
             fields.push_back(support::Text(keyed, extended));
         };
-        add(block_, &IAppObject::get_GlobalKey, &IAppObject::get_ExtendedKey);
-        const auto inputs = support::Object(block_, &IAppObject::get_Inputs);
+        add(object_, &IAppObject::get_GlobalKey, &IAppObject::get_ExtendedKey);
+        const auto inputs = support::Object(object_, &IAppObject::get_Inputs);
         add(inputs, &IInputs::get_GlobalKey, &IInputs::get_ExtendedKey);
         add(support::Item(inputs, &IInputs::get_Item, L"In2"), &IInput::get_GlobalKey,
             &IInput::get_ExtendedKey);
-        const auto outputs = support::Object(block_, &IAppObject::get_Outputs);
+        const auto outputs = support::Object(object_, &IAppObject::get_Outputs);
         add(outputs, &IOutputs::get_GlobalKey, &IOutputs::get_ExtendedKey);
         add(support::Item(outputs, &IOutputs::get_Item, L"Out"), &IOutput::get_GlobalKey,
             &IOutput::get_ExtendedKey);
-        const auto attributes = support::Object(block_, &IAppObject::get_Attributes);
+        const auto attributes = support::Object(object_, &IAppObject::get_Attributes);
         add(attributes, &IAttributes::get_GlobalKey, &IAttributes::get_ExtendedKey);
         add(support::Item(attributes, &IAttributes::get_Item, L"Gain"), &IAttribute::get_GlobalKey,
             &IAttribute::get_ExtendedKey);
         return fields;
     }
     Fields OfPlace() const {
-        return {Field(L"UserName", block_, &IAppObject::get_UserName),
-                Field(L"X", support::Double(block_, &IAppObject::get_XPosition)),
-                Field(L"Y", support::Double(block_, &IAppObject::get_YPosition))};
+        return {Field(L"UserName", object_, &IAppObject::get_UserName),
+                Field(L"X", support::Double(object_, &IAppObject::get_XPosition)),
+                Field(L"Y", support::Double(object_, &IAppObject::get_YPosition))};
     }
 
     HMODULE dll_ = nullptr;
     bench::BoxWatcher watcher_;
     std::optional<FaultLoop> loop_;
-    com::Ref<IAppObject> block_;
+    com::Ref<IAppObject> object_;
     support::Document document_;
 };
 
@@ -198,40 +198,41 @@ TEST_F(ServicesFaultTest, DefinitionOfTheLibrary) {
     loop_->Run(job);
 }
 
-TEST_F(ServicesFaultTest, InitOfABlock) {
-    Job job = NewJob("Init of a block", {Kind::Memory, Kind::Text, Kind::Dom, Kind::Creation, Kind::File});
-    job.prepare = [this] { block_ = NewBlock(kBefore); };
+TEST_F(ServicesFaultTest, InitOfAnObject) {
+    Job job =
+        NewJob("Init of a generic object", {Kind::Memory, Kind::Text, Kind::Dom, Kind::Creation, Kind::File});
+    job.prepare = [this] { object_ = NewObject(kBefore); };
     job.run = [this] {
         Left left;
         VARIANT_BOOL done = VARIANT_FALSE;
-        left.result = block_->Init(Bstr(kDefinition).Get(), &done);
+        left.result = object_->Init(Bstr(kDefinition).Get(), &done);
         left.answer = done != VARIANT_FALSE ? L"done" : L"";
         return left;
     };
-    job.read = [this] { return OfBlock(); };
+    job.read = [this] { return OfObject(); };
     job.followUps = {static_cast<HRESULT>(errNotADefinition)};
     loop_->Run(job);
 }
 
-TEST_F(ServicesFaultTest, CreateOfABlock) {
-    Job job = NewJob("Create of a block", {Kind::Memory});
-    job.prepare = [this] { block_ = NewBlock(kDefinition); };
-    job.run = [this] { return Left{block_->Create(), {}, {}}; };
+TEST_F(ServicesFaultTest, CreateOfAnObject) {
+    Job job = NewJob("Create of a generic object", {Kind::Memory});
+    job.prepare = [this] { object_ = NewObject(kDefinition); };
+    job.run = [this] { return Left{object_->Create(), {}, {}}; };
     job.read = [this] {
-        return Fields{support::Object(block_, &IAppObject::get_Inputs) ? L"inputs" : L"none",
-                      support::Object(block_, &IAppObject::get_Outputs) ? L"outputs" : L"none",
-                      support::Object(block_, &IAppObject::get_Attributes) ? L"attributes" : L"none"};
+        return Fields{support::Object(object_, &IAppObject::get_Inputs) ? L"inputs" : L"none",
+                      support::Object(object_, &IAppObject::get_Outputs) ? L"outputs" : L"none",
+                      support::Object(object_, &IAppObject::get_Attributes) ? L"attributes" : L"none"};
     };
     loop_->Run(job);
 }
 
-TEST_F(ServicesFaultTest, XmlLoadOfABlock) {
-    Job job = NewJob("XmlLoad of a block", {Kind::Memory, Kind::Text, Kind::Dom});
+TEST_F(ServicesFaultTest, XmlLoadOfAnObject) {
+    Job job = NewJob("XmlLoad of a generic object", {Kind::Memory, Kind::Text, Kind::Dom});
     job.prepare = [this] {
-        block_ = CreatedBlock();
+        object_ = CreatedObject();
         document_ = support::Parse(kSaved);
     };
-    job.run = [this] { return Left{block_->XmlLoad(support::Root(document_).Get()), {}, {}}; };
+    job.run = [this] { return Left{object_->XmlLoad(support::Root(document_).Get()), {}, {}}; };
     job.read = [this] { return OfPoints(); };
     job.judge = [](const Case& run) {
         EXPECT_TRUE(run.HasFailed());
@@ -243,25 +244,25 @@ TEST_F(ServicesFaultTest, XmlLoadOfABlock) {
 TEST_F(ServicesFaultTest, XmlLoadBeforeCreate) {
     Job job = NewJob("XmlLoad before Create", {Kind::Memory, Kind::Text, Kind::Dom});
     job.prepare = [this] {
-        block_ = NewBlock(kDefinition);
+        object_ = NewObject(kDefinition);
         document_ = support::Parse(kSaved);
     };
-    job.run = [this] { return Left{block_->XmlLoad(support::Root(document_).Get()), {}, {}}; };
+    job.run = [this] { return Left{object_->XmlLoad(support::Root(document_).Get()), {}, {}}; };
     job.read = [this] { return OfPlace(); };
     loop_->Run(job);
 }
 
 // A Create that fails keeps what was read for the next one.
 TEST_F(ServicesFaultTest, CreateBehindXmlLoad) {
-    Job job = NewJob("Create of a block behind XmlLoad", {Kind::Memory, Kind::Text});
+    Job job = NewJob("Create of a generic object after XmlLoad", {Kind::Memory, Kind::Text});
     std::optional<HRESULT> created;
     job.prepare = [&] {
         created.reset();
-        block_ = NewBlock(kDefinition);
-        com::Check(block_->XmlLoad(support::Root(support::Parse(kSaved)).Get()));
+        object_ = NewObject(kDefinition);
+        com::Check(object_->XmlLoad(support::Root(support::Parse(kSaved)).Get()));
     };
     job.run = [&] {
-        created = block_->Create();
+        created = object_->Create();
         return Left{*created, {}, {}};
     };
     job.read = [&] {
@@ -269,7 +270,7 @@ TEST_F(ServicesFaultTest, CreateBehindXmlLoad) {
             return Fields();
         }
         if (FAILED(*created)) {
-            com::Check(block_->Create());
+            com::Check(object_->Create());
         }
         return OfPoints();
     };
@@ -277,31 +278,31 @@ TEST_F(ServicesFaultTest, CreateBehindXmlLoad) {
     loop_->Run(job);
 }
 
-TEST_F(ServicesFaultTest, KeysOfABlock) {
+TEST_F(ServicesFaultTest, KeysOfAnObject) {
     using Put = HRESULT (STDMETHODCALLTYPE IAppObject::*)(BSTR);
     for (const Put put : {&IAppObject::put_GlobalKey, &IAppObject::put_ExtendedKey}) {
-        Job job = NewJob("key of a block", {Kind::Memory});
+        Job job = NewJob("key of a generic object", {Kind::Memory});
         job.prepare = [this, put] {
-            block_ = CreatedBlock();
-            com::Check(support::Put(block_, put, L"A key that is longer than a small text"));
+            object_ = CreatedObject();
+            com::Check(support::Put(object_, put, L"A key that is longer than a small text"));
         };
         job.run = [this, put] {
-            return Left{support::Put(block_, put, L"A new key, as long as the old one was"), {}, {}};
+            return Left{support::Put(object_, put, L"A new key, as long as the old one was"), {}, {}};
         };
         job.read = [this] { return OfKeys(); };
         loop_->Run(job);
     }
 }
 
-TEST_F(ServicesFaultTest, XMLSaveOfABlock) {
-    Job job = NewJob("XMLSave of a block", {Kind::Memory, Kind::Text, Kind::Dom});
+TEST_F(ServicesFaultTest, XMLSaveOfAnObject) {
+    Job job = NewJob("XMLSave of a generic object", {Kind::Memory, Kind::Text, Kind::Dom});
     job.prepare = [this] {
-        block_ = CreatedBlock();
-        com::Check(block_->XmlLoad(support::Root(support::Parse(kSaved)).Get()));
+        object_ = CreatedObject();
+        com::Check(object_->XmlLoad(support::Root(support::Parse(kSaved)).Get()));
         document_ = support::Parse(L"<Project><Other/></Project>");
     };
     job.run = [this] {
-        return Left{block_->XMLSave(support::Root(document_).Get(), document_.Get()), {}, {}};
+        return Left{object_->XMLSave(support::Root(document_).Get(), document_.Get()), {}, {}};
     };
     job.read = [this] { return NodesBelow(tam::dom::Node(support::Root(document_).Get())); };
     loop_->Run(job);

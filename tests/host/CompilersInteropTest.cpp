@@ -221,7 +221,7 @@ TEST(CompilersInteropTest, SaysWhatIsWrongAndWhere) {
         {L" Value=\"\"", L"", L"\"A\" in \"Attributes\" has no attribute \"Value\""},
         {L"<Outputs>", L"<Points/><Outputs>", L"\"O_Tam_id\" must hold \"Outputs\" here"},
         {L"<Attributes>", L"<Inputs>", L"\"O_Tam_id\" must hold \"Attributes\" here"},
-        {L"</Attributes>", L"</Attributes><More/>", L"\"O_Tam_id\" must end behind \"Attributes\""},
+        {L"</Attributes>", L"</Attributes><More/>", L"\"O_Tam_id\" must end after \"Attributes\""},
         {L"</Inputs>", L"<I2/></Inputs>", L"\"I2\" in \"Inputs\" has no attribute \"LinkReference\""},
         {L"IsConnected=\"0\"/></Inputs>", L"IsConnected=\"0\">x</I></Inputs>",
          L"\"I\" in \"Inputs\" must be empty"},

@@ -1,5 +1,5 @@
 #include "com/Dom.h"
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 #include "tests/support/Errors.h"
 
 #include "com/LateBound.h"

@@ -1,5 +1,5 @@
 #include "com/Dom.h"
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 #include "tests/support/Errors.h"
 
 #include "com/Boundary.h"
@@ -27,15 +27,15 @@ class GenericAttributeTest : public testing::Test {
   protected:
     GenericAttributeTest() {
         library_.Write(L"Attributes.xml", kDefinition);
-        block_ = NewBlock(L"Attributes");
+        object_ = NewObject(L"Attributes");
     }
     ~GenericAttributeTest() override { SetUnits(L"metric"); }
 
     void Register(IAttributeInterceptor* interceptor) {
-        EXPECT_EQ(S_OK, block_.As<IAttributeInterception>()->RegisterInterceptor(interceptor));
+        EXPECT_EQ(S_OK, object_.As<IAttributeInterception>()->RegisterInterceptor(interceptor));
     }
-    com::Ref<IAttribute> At(const wchar_t* index) { return AttributeOf(block_, index); }
-    HRESULT Fetch() { return block_.As<IGenericObject>()->GetDataFromDevice(); }
+    com::Ref<IAttribute> At(const wchar_t* index) { return AttributeOf(object_, index); }
+    HRESULT Fetch() { return object_.As<IGenericObject>()->GetDataFromDevice(); }
     std::vector<std::wstring> TakeCalls() { return std::exchange(interceptor_->calls, {}); }
     std::wstring Shown(const wchar_t* index) { return TextOf(*At(index).Get(), &IAttribute::get_DispValue); }
     static void SetUnits(const wchar_t* system) {
@@ -49,7 +49,7 @@ class GenericAttributeTest : public testing::Test {
 
     using Calls = std::vector<std::wstring>;
     TemporaryLibrary library_;
-    com::Ref<IAppObject> block_;
+    com::Ref<IAppObject> object_;
     com::Ref<Interceptor> interceptor_ = Interceptor::Make();
 };
 
@@ -97,7 +97,7 @@ TEST_F(GenericAttributeTest, TellsTheInterceptorAfterTheValueIsWritten) {
 TEST_F(GenericAttributeTest, TellsNobodyOnceTheInterceptorIsUnregistered) {
     Register(interceptor_.Get());
     Register(nullptr);
-    EXPECT_FALSE(Flag(*block_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
+    EXPECT_FALSE(Flag(*object_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
     ASSERT_EQ(S_OK, SetValueOf(At(L"Gain"), L"2"));
     EXPECT_EQ(S_OK, Fetch());
     EXPECT_TRUE(TakeCalls().empty());
@@ -154,7 +154,7 @@ TEST_F(GenericAttributeTest, ForgetsAnInterceptorThatIsGone) {
     Register(interceptor_.Get());
     EXPECT_EQ(S_OK, SetValueOf(At(L"Gain"), L"9"));
     EXPECT_EQ(L"9", ValueOf(At(L"Gain")));
-    EXPECT_FALSE(Flag(*block_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
+    EXPECT_FALSE(Flag(*object_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
 }
 
 TEST_F(GenericAttributeTest, IsFilledByTheInterceptorWithTheChangesTold) {
@@ -183,7 +183,7 @@ TEST_F(GenericAttributeTest, IsFetchedAloneAndBeforeItIsEdited) {
     ASSERT_EQ(S_OK, At(L"Gain").As<IGenericAttribute>()->GetDataFromDevice());
     ASSERT_EQ(S_OK, At(L"Setup")->SetValue());
     EXPECT_EQ((Calls{L"fetch Gain", L"fetch Setup"}), TakeCalls());
-    ASSERT_EQ(S_OK, block_->ObjectDebug());
+    ASSERT_EQ(S_OK, object_->ObjectDebug());
     EXPECT_EQ(4u, TakeCalls().size());
 }
 
@@ -209,8 +209,8 @@ TEST_F(GenericAttributeTest, FetchesFromItsOwnersDocumentWhatNobodyHandles) {
                         &loaded));
     EXPECT_EQ(S_OK, Fetch()) << "without a document everything stays";
     EXPECT_EQ(L"1.5", ValueOf(At(L"Gain")));
-    ASSERT_EQ(S_OK, block_->putref_OwnerDeviceXML(document.Get()));
-    ASSERT_EQ(S_OK, block_->put_key(com::Bstr(L"B1").Get()));
+    ASSERT_EQ(S_OK, object_->putref_OwnerDeviceXML(document.Get()));
+    ASSERT_EQ(S_OK, object_->put_key(com::Bstr(L"B1").Get()));
     ASSERT_EQ(S_OK, Fetch());
     EXPECT_EQ(L"3.5", ValueOf(At(L"Gain")));
     EXPECT_EQ(L"", ValueOf(At(L"Text")));
@@ -288,10 +288,10 @@ TEST_F(GenericAttributeTest, IsADifferenceAsItsDefinitionSays) {
     library_.Write(
         L"Difference.xml",
         "<AppObject><Attributes><Span><DIFFERENTIAL>1</DIFFERENTIAL></Span></Attributes></AppObject>");
-    const auto block = NewBlock(L"Difference");
-    const auto span = AttributeOf(block, L"Span").As<IGenericAttribute>();
+    const auto object = NewObject(L"Difference");
+    const auto span = AttributeOf(object, L"Span").As<IGenericAttribute>();
     EXPECT_TRUE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential));
-    ASSERT_EQ(S_OK, block.As<IAttributeInterception>()->RegisterInterceptor(interceptor_.Get()));
+    ASSERT_EQ(S_OK, object.As<IAttributeInterception>()->RegisterInterceptor(interceptor_.Get()));
     EXPECT_TRUE(Flag(*span.Get(), &IGenericAttribute::get_IsDifferential)) << "left as it came";
     EXPECT_EQ(VARIANT_TRUE, interceptor_->asked);
     interceptor_->answer = {false};
@@ -305,7 +305,7 @@ TEST_F(GenericAttributeTest, ForgetsAnInterceptorThatIsDisconnected) {
     interceptor_->result = RPC_E_DISCONNECTED;
     EXPECT_EQ(S_OK, SetValueOf(At(L"Gain"), L"2"));
     EXPECT_EQ(L"2", ValueOf(At(L"Gain")));
-    EXPECT_FALSE(Flag(*block_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
+    EXPECT_FALSE(Flag(*object_.As<IGenericObject>().Get(), &IGenericObject::get_IsIntercepted));
     EXPECT_EQ(S_OK, SetValueOf(At(L"Gain"), L"3"));
     EXPECT_EQ((Calls{L"value Gain"}), TakeCalls());
 }
@@ -344,17 +344,17 @@ TEST_F(GenericAttributeTest, ShowsTheLabelOfAnEnumeration) {
 }
 
 TEST_F(GenericAttributeTest, HasATypeOfItsOwn) {
-    const auto other = NewBlock(L"Attributes");
+    const auto other = NewObject(L"Attributes");
     ASSERT_EQ(S_OK, TypeOf(L"Setup").As<IEnumType>()->put_EnumDesc(com::Bstr(L"0,Off").Get()));
     com::Ref<ISNVType> type;
     ASSERT_EQ(S_OK, AttributeOf(other, L"Setup")->get_SNVTType(type.Put()));
     EXPECT_EQ(L"", TextOf(*type.Get(), &ISNVType::get_EnumDesc));
 }
 
-TEST_F(GenericAttributeTest, SurvivesABlockThatEndsWhileItsInterceptorIsAtWork) {
+TEST_F(GenericAttributeTest, SurvivesAnObjectThatEndsWhileItsInterceptorIsAtWork) {
     interceptor_->onValue = [&](IAttribute&) {
-        EXPECT_EQ(S_OK, block_->Destroy());
-        block_.Reset();
+        EXPECT_EQ(S_OK, object_->Destroy());
+        object_.Reset();
     };
     Register(interceptor_.Get());
     const auto gain = At(L"Gain");

@@ -1,4 +1,4 @@
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 #include "tests/support/Errors.h"
 
 #include <string>
@@ -21,10 +21,10 @@ class GenericPointsTest : public testing::Test {
   protected:
     GenericPointsTest() {
         library_.Write(L"Points.xml", kDefinition);
-        block_ = NewBlock(L"Points");
+        object_ = NewObject(L"Points");
     }
-    com::Ref<IInput> Input(const wchar_t* index) { return InputOf(block_, index); }
-    com::Ref<IOutput> Output(const wchar_t* index) { return OutputOf(block_, index); }
+    com::Ref<IInput> Input(const wchar_t* index) { return InputOf(object_, index); }
+    com::Ref<IOutput> Output(const wchar_t* index) { return OutputOf(object_, index); }
     static std::wstring TypeOf(const com::Ref<ISubItemConnable>& point) {
         com::Ref<ISNVType> type;
         EXPECT_EQ(S_OK, point->get_SNVTType(type.Put()));
@@ -32,13 +32,13 @@ class GenericPointsTest : public testing::Test {
     }
 
     TemporaryLibrary library_;
-    com::Ref<IAppObject> block_;
+    com::Ref<IAppObject> object_;
 };
 
 TEST_F(GenericPointsTest, StandInTheDefinitionsOrder) {
     const wchar_t* const names[] = {L"First", L"Second", L"Third"};
     com::Ref<IInputs> inputs;
-    ASSERT_EQ(S_OK, block_->get_Inputs(inputs.Put()));
+    ASSERT_EQ(S_OK, object_->get_Inputs(inputs.Put()));
     EXPECT_EQ(3, LongOf(*inputs.Get(), &IInputs::get_Count));
     com::Ref<IUnknown> unknown;
     ASSERT_EQ(S_OK, inputs->get_NewEnum(unknown.Put()));
@@ -95,12 +95,12 @@ TEST_F(GenericPointsTest, HaveWhatTheDefinitionGivesThem) {
     EXPECT_FALSE(Flag(*Output(L"Other").Get(), &IOutput::get_DisplayWritable));
 }
 
-TEST_F(GenericPointsTest, KnowTheirBlock) {
+TEST_F(GenericPointsTest, KnowTheirOwner) {
     com::Ref<IAppObject> parent;
     ASSERT_EQ(S_OK, Input(L"First")->get_Parent(parent.Put()));
-    EXPECT_TRUE(com::SameObject(block_.Get(), parent.Get()));
+    EXPECT_TRUE(com::SameObject(object_.Get(), parent.Get()));
     const auto kept = Output(L"Out");
-    ASSERT_EQ(S_OK, block_->Create());
+    ASSERT_EQ(S_OK, object_->Create());
     ASSERT_EQ(S_OK, kept->get_Parent(parent.Put()));
     EXPECT_FALSE(parent) << "a point that was replaced belongs to nobody";
     EXPECT_EQ(L"Out", TextOf(*kept.Get(), &IOutput::get_Name));
@@ -131,7 +131,7 @@ TEST_F(GenericPointsTest, ChangeTheirTypes) {
     leftOut.scode = DISP_E_PARAMNOTFOUND;
     ASSERT_EQ(S_OK, Input(L"First")->changeType(leftOut));
     EXPECT_EQ(L"81", TypeOf(Input(L"First").As<ISubItemConnable>()));
-    const com::Variant wrong(block_.Get());
+    const com::Variant wrong(object_.Get());
     EXPECT_EQ(support::kTypeMismatch, Output(L"Out")->changeType(wrong.Get()));
     EXPECT_EQ(L"105", TypeOf(Output(L"Out").As<ISubItemConnable>()));
 }
@@ -232,7 +232,7 @@ TEST_F(GenericPointsTest, AreConnected) {
     com::Ref<ISNVType> connected;
     ASSERT_EQ(S_OK, input->get_ConnectedType(connected.Put()));
     EXPECT_EQ(type, connected);
-    EXPECT_EQ(support::kTypeMismatch, wiring->putref_ConnectedType(block_.Get()));
+    EXPECT_EQ(support::kTypeMismatch, wiring->putref_ConnectedType(object_.Get()));
     ASSERT_EQ(S_OK, wiring->put_IsConnected(VARIANT_FALSE));
     ASSERT_EQ(S_OK, input->get_ConnectedType(connected.Put()));
     EXPECT_FALSE(connected);
@@ -246,9 +246,9 @@ TEST_F(GenericPointsTest, AreConnectedByMacros) {
     com::Ref<IProjectGroup> group;
     ASSERT_EQ(S_OK, project->AddGroup(group.Put()));
     ASSERT_EQ(S_OK, group->AddItem(com::Bstr(L"K\\RIN\\First").Get()));
-    ASSERT_EQ(S_OK, block_->put_GlobalKey(com::Bstr(L"K").Get()));
+    ASSERT_EQ(S_OK, object_->put_GlobalKey(com::Bstr(L"K").Get()));
     EXPECT_FALSE(Flag(*Input(L"First").Get(), &IInput::get_IsMacroConnected)) << "no parent";
-    ASSERT_EQ(S_OK, block_->putref_Parent(project.Get()));
+    ASSERT_EQ(S_OK, object_->putref_Parent(project.Get()));
     EXPECT_TRUE(Flag(*Input(L"First").Get(), &IInput::get_IsMacroConnected));
     EXPECT_FALSE(Flag(*Input(L"Second").Get(), &IInput::get_IsMacroConnected));
     EXPECT_FALSE(Flag(*Output(L"Out").Get(), &IOutput::get_IsMacroConnected));
@@ -263,17 +263,17 @@ TEST_F(GenericPointsTest, AreDisplayed) {
     EXPECT_EQ(L"Other", TextOf(*item.Get(), &IDisplayItem::get_DisplayText));
     ASSERT_EQ(S_OK, item->put_DisplayText(com::Bstr(L"shown").Get()));
     EXPECT_EQ(L"shown", TextOf(*item.Get(), &IDisplayItem::get_DisplayText));
-    ASSERT_EQ(S_OK, block_->put_ExtendedKey(com::Bstr(L"E").Get()));
+    ASSERT_EQ(S_OK, object_->put_ExtendedKey(com::Bstr(L"E").Get()));
     EXPECT_EQ(L"E\\ROU\\Other", TextOf(*item.Get(), &IDisplayItem::get_key));
     EXPECT_FALSE(Flag(*item.Get(), &IDisplayItem::get_IsTrendable));
     EXPECT_EQ(L"4001", TextOf(*item.Get(), &IDisplayItem::get_Reference));
-    ASSERT_EQ(S_OK, block_->put_ExportIndex(2));
+    ASSERT_EQ(S_OK, object_->put_ExportIndex(2));
     EXPECT_EQ(L"4201", TextOf(*item.Get(), &IDisplayItem::get_Reference));
-    ASSERT_EQ(S_OK, block_->put_ExportIndex(-63));
+    ASSERT_EQ(S_OK, object_->put_ExportIndex(-63));
     EXPECT_EQ(L"0101", TextOf(*item.Get(), &IDisplayItem::get_Reference));
-    ASSERT_EQ(S_OK, block_->put_ExportIndex(-65));
+    ASSERT_EQ(S_OK, object_->put_ExportIndex(-65));
     EXPECT_EQ(L"FFFFFF01", TextOf(*item.Get(), &IDisplayItem::get_Reference));
-    ASSERT_EQ(S_OK, block_->Destroy());
+    ASSERT_EQ(S_OK, object_->Destroy());
     com::Bstr text;
     EXPECT_EQ(support::kObjectNotSet, item->get_Reference(text.Put()));
 }

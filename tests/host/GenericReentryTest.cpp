@@ -1,8 +1,8 @@
-// What the host's own objects may do when a generic block asks them: let go of what asks,
+// What the host's own objects may do when a generic object asks them: let go of what asks,
 // or call it again.
 
 #include "com/Dom.h"
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 #include "tests/support/ImportPatch.h"
 
 #include <cstring>
@@ -107,12 +107,12 @@ class GenericReentryTest : public testing::Test {
     GenericReentryTest() {
         library_.Write(L"Reentry.xml", kDefinition);
         dom::Append(document_, dom::Node(document_), L"Project");
-        block_ = NewBlock(L"Reentry");
+        object_ = NewObject(L"Reentry");
     }
     ~GenericReentryTest() override {
         Create<IUnitSettings>(__uuidof(UnitConverter))->put_UnitSystem(com::Bstr(L"metric").Get());
         type_.Reset();
-        block_.Reset();
+        object_.Reset();
         EXPECT_EQ(S_OK, HostDll::Get().CanUnloadNow());
     }
 
@@ -134,9 +134,9 @@ class GenericReentryTest : public testing::Test {
     }
     /// Gain has a type of the host's.
     void GiveType() {
-        EXPECT_EQ(S_OK, AttributeOf(block_, L"Gain").As<IMutableTypeAttribute>()->SetType(type_.Get()));
+        EXPECT_EQ(S_OK, AttributeOf(object_, L"Gain").As<IMutableTypeAttribute>()->SetType(type_.Get()));
     }
-    void Destroy() { EXPECT_EQ(S_OK, block_->Destroy()); }
+    void Destroy() { EXPECT_EQ(S_OK, object_->Destroy()); }
 
     static constexpr const wchar_t* kSaved =
         L"<Project><Reentry><UserName>Room</UserName><Inputs><In1 Visible=\"0\" Value=\"\"/></Inputs>"
@@ -150,26 +150,26 @@ class GenericReentryTest : public testing::Test {
     dom::Document document_ = dom::NewDocument(dom::kDocumentClass);
     dom::Document parsed_;
     com::Ref<ActingType> type_ = ActingType::Make();
-    com::Ref<IAppObject> block_;
+    com::Ref<IAppObject> object_;
 };
 
 TEST_F(GenericReentryTest, SavesThePointsThatATypeDestroysMeanwhile) {
     GiveType();
-    EXPECT_EQ(S_OK, block_->put_UserName(com::Bstr(L"Room").Get()));
+    EXPECT_EQ(S_OK, object_->put_UserName(com::Bstr(L"Room").Get()));
     type_->onId = [this] { Destroy(); };
-    EXPECT_EQ(S_OK, block_->XMLSaveSim(Root().Get(), document_.Get()));
+    EXPECT_EQ(S_OK, object_->XMLSaveSim(Root().Get(), document_.Get()));
     EXPECT_EQ(kSaved, Xml(Root()));
 }
 
-TEST_F(GenericReentryTest, SavesTheBlockThatATypeLetsGoOf) {
+TEST_F(GenericReentryTest, SavesTheObjectThatATypeLetsGoOf) {
     for (const auto save :
          {&IAppObject::XMLSave, &IAppObject::XMLSaveSim, &IAppObject::XMLSaveForInteroperability}) {
-        block_ = NewBlock(L"Reentry");
+        object_ = NewObject(L"Reentry");
         GiveType();
         HRESULT alive = E_FAIL;
-        type_->onId = [this] { block_.Reset(); };
+        type_->onId = [this] { object_.Reset(); };
         type_->onEnumDesc = [&] { alive = HostDll::Get().CanUnloadNow(); };
-        EXPECT_EQ(S_OK, (block_.Get()->*save)(Root().Get(), document_.Get()));
+        EXPECT_EQ(S_OK, (object_.Get()->*save)(Root().Get(), document_.Get()));
         EXPECT_EQ(S_FALSE, alive);
         EXPECT_EQ(S_OK, HostDll::Get().CanUnloadNow());
     }
@@ -177,36 +177,36 @@ TEST_F(GenericReentryTest, SavesTheBlockThatATypeLetsGoOf) {
 
 TEST_F(GenericReentryTest, LoadsThePointsThatATypeDestroysMeanwhile) {
     GiveType();
-    const auto offset = AttributeOf(block_, L"Offset");
+    const auto offset = AttributeOf(object_, L"Offset");
     type_->onEnumDesc = [this] { Destroy(); };
     EXPECT_EQ(S_OK,
-              block_->XmlLoad(Parsed(L"<Reentry><UserName>Room</UserName><Attributes><Gain Value=\"3\"/>"
-                                     L"<Offset Value=\"8\"/></Attributes></Reentry>")
-                                  .Get()));
+              object_->XmlLoad(Parsed(L"<Reentry><UserName>Room</UserName><Attributes><Gain Value=\"3\"/>"
+                                      L"<Offset Value=\"8\"/></Attributes></Reentry>")
+                                   .Get()));
     EXPECT_EQ(L"8", ValueOf(offset));
-    EXPECT_EQ(L"Room", TextOf(*block_.Get(), &IAppObject::get_UserName));
+    EXPECT_EQ(L"Room", TextOf(*object_.Get(), &IAppObject::get_UserName));
 }
 
-TEST_F(GenericReentryTest, LoadsTheBlockThatATypeLetsGoOf) {
+TEST_F(GenericReentryTest, LoadsTheObjectThatATypeLetsGoOf) {
     GiveType();
-    const auto offset = AttributeOf(block_, L"Offset");
-    type_->onEnumDesc = [this] { block_.Reset(); };
+    const auto offset = AttributeOf(object_, L"Offset");
+    type_->onEnumDesc = [this] { object_.Reset(); };
     const auto element = Parsed(L"<Reentry><UserName>Room</UserName><X_Position>3</X_Position><Attributes>"
                                 L"<Gain Value=\"3\"/><Offset Value=\"8\"/></Attributes></Reentry>");
-    EXPECT_EQ(S_OK, block_->XmlLoad(element.Get()));
+    EXPECT_EQ(S_OK, object_->XmlLoad(element.Get()));
     EXPECT_EQ(L"8", ValueOf(offset));
 }
 
 TEST_F(GenericReentryTest, ShowsTheAttributeThatATypeLetsGoOf) {
     for (const auto show : {&IAttribute::get_DispValue, &IAttribute::get_DispMin, &IAttribute::get_DispMax,
                             &IAttribute::get_DispDefault}) {
-        block_ = NewBlock(L"Reentry");
+        object_ = NewObject(L"Reentry");
         GiveType();
-        auto gain = AttributeOf(block_, L"Gain");
+        auto gain = AttributeOf(object_, L"Gain");
         HRESULT alive = E_FAIL;
         // The first that is asked: for a limit, or for the identifier.
         type_->onId = [&] {
-            block_.Reset();
+            object_.Reset();
             gain.Reset();
         };
         type_->onEnumDesc = [&] { alive = HostDll::Get().CanUnloadNow(); };
@@ -219,12 +219,12 @@ TEST_F(GenericReentryTest, ShowsTheAttributeThatATypeLetsGoOf) {
 
 TEST_F(GenericReentryTest, ShowsTheValueThatItHadWhenItWasAsked) {
     const auto interceptor = Interceptor::Make();
-    const auto span = AttributeOf(block_, L"Span");
+    const auto span = AttributeOf(object_, L"Span");
     interceptor->answer = {true};
     interceptor->onQuestion = [](IAttribute& attribute) {
         EXPECT_EQ(S_OK, attribute.put_Value(com::Bstr(L"a longer text than the one that was there").Get()));
     };
-    EXPECT_EQ(S_OK, block_.As<IAttributeInterception>()->RegisterInterceptor(interceptor.Get()));
+    EXPECT_EQ(S_OK, object_.As<IAttributeInterception>()->RegisterInterceptor(interceptor.Get()));
     Create<IUnitSettings>(__uuidof(UnitConverter))->put_UnitSystem(com::Bstr(L"US").Get());
     EXPECT_EQ(L"36 \u00B0F", TextOf(*span.Get(), &IAttribute::get_DispValue));
     Destroy();
@@ -233,20 +233,20 @@ TEST_F(GenericReentryTest, ShowsTheValueThatItHadWhenItWasAsked) {
 TEST_F(GenericReentryTest, GivesThePointsAllThatWasReadThoughTheCatalogueLoadsAgain) {
     ActingDocument catalogue;
     VARIANT_BOOL done = VARIANT_FALSE;
-    const auto block = Create<IAppObject>(__uuidof(GenericObject));
+    const auto object = Create<IAppObject>(__uuidof(GenericObject));
     const auto empty = Parsed(L"<Reentry/>");
     const auto kept = parsed_;
     const auto full = Parsed(L"<Reentry><Attributes>"
                              L"<Gain Value=\"a longer text than most of them\" SNVT_Type=\"81\"/>"
                              L"<Offset Value=\"another text of some length\"/></Attributes></Reentry>");
-    EXPECT_EQ(S_OK, block->XmlLoad(full.Get()));
-    EXPECT_EQ(S_OK, block->Init(com::Bstr(L"Reentry").Get(), &done));
-    EXPECT_EQ(S_OK, block->putref_XmlSNVTDoc(catalogue.Get()));
+    EXPECT_EQ(S_OK, object->XmlLoad(full.Get()));
+    EXPECT_EQ(S_OK, object->Init(com::Bstr(L"Reentry").Get(), &done));
+    EXPECT_EQ(S_OK, object->putref_XmlSNVTDoc(catalogue.Get()));
     // It is asked for the type of Span when that is made, then for the one that Gain gets.
-    catalogue.Next([&] { catalogue.Next([&] { EXPECT_EQ(S_OK, block->XmlLoad(empty.Get())); }); });
-    EXPECT_EQ(S_OK, block->Create());
-    EXPECT_EQ(L"a longer text than most of them", ValueOf(AttributeOf(block, L"Gain")));
-    EXPECT_EQ(L"another text of some length", ValueOf(AttributeOf(block, L"Offset")));
+    catalogue.Next([&] { catalogue.Next([&] { EXPECT_EQ(S_OK, object->XmlLoad(empty.Get())); }); });
+    EXPECT_EQ(S_OK, object->Create());
+    EXPECT_EQ(L"a longer text than most of them", ValueOf(AttributeOf(object, L"Gain")));
+    EXPECT_EQ(L"another text of some length", ValueOf(AttributeOf(object, L"Offset")));
 }
 
 TEST_F(GenericReentryTest, MakesThePointsOfItsDefinitionThoughTheCatalogueReadsAnother) {
@@ -255,56 +255,56 @@ TEST_F(GenericReentryTest, MakesThePointsOfItsDefinitionThoughTheCatalogueReadsA
     library_.Write(L"Typed.xml", "<AppObject><Attributes><First><SNVTTYPE>81</SNVTTYPE></First>"
                                  "<Second><VALUE>a text of some length of its own</VALUE></Second>"
                                  "</Attributes></AppObject>");
-    const auto block = Create<IAppObject>(__uuidof(GenericObject));
+    const auto object = Create<IAppObject>(__uuidof(GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
-    EXPECT_EQ(S_OK, block->putref_XmlSNVTDoc(catalogue.Get()));
-    EXPECT_EQ(S_OK, block->Init(com::Bstr(L"Typed").Get(), &done));
-    catalogue.Next([&] { EXPECT_EQ(S_OK, block->Init(com::Bstr(L"Other").Get(), &done)); });
-    EXPECT_EQ(S_OK, block->Create());
-    EXPECT_EQ(L"a text of some length of its own", ValueOf(AttributeOf(block, L"Second")));
+    EXPECT_EQ(S_OK, object->putref_XmlSNVTDoc(catalogue.Get()));
+    EXPECT_EQ(S_OK, object->Init(com::Bstr(L"Typed").Get(), &done));
+    catalogue.Next([&] { EXPECT_EQ(S_OK, object->Init(com::Bstr(L"Other").Get(), &done)); });
+    EXPECT_EQ(S_OK, object->Create());
+    EXPECT_EQ(L"a text of some length of its own", ValueOf(AttributeOf(object, L"Second")));
 }
 
 TEST_F(GenericReentryTest, IsMadeThoughTheCatalogueLetsGoOfIt) {
     ActingDocument catalogue;
     VARIANT_BOOL done = VARIANT_FALSE;
-    block_ = Create<IAppObject>(__uuidof(GenericObject));
-    EXPECT_EQ(S_OK, block_->putref_XmlSNVTDoc(catalogue.Get()));
-    EXPECT_EQ(S_OK, block_->Init(com::Bstr(L"Reentry").Get(), &done));
-    EXPECT_EQ(S_OK, block_->putref_Parent(type_.Get()));
+    object_ = Create<IAppObject>(__uuidof(GenericObject));
+    EXPECT_EQ(S_OK, object_->putref_XmlSNVTDoc(catalogue.Get()));
+    EXPECT_EQ(S_OK, object_->Init(com::Bstr(L"Reentry").Get(), &done));
+    EXPECT_EQ(S_OK, object_->putref_Parent(type_.Get()));
     ULONG holders = 0;
     catalogue.Next([&] {
-        block_.Reset();
+        object_.Reset();
         type_->AddRef();
         holders = type_->Release();
     });
-    EXPECT_EQ(S_OK, block_->Create());
-    EXPECT_EQ(2U, holders) << "the test, and the block that is being made";
+    EXPECT_EQ(S_OK, object_->Create());
+    EXPECT_EQ(2U, holders) << "the test, and the object that is being made";
 }
 
 TEST_F(GenericReentryTest, IsHeldWhileTheDevicesDocumentIsAsked) {
     ActingDocument device;
-    EXPECT_EQ(S_OK, block_->putref_OwnerDeviceXML(device.Get()));
-    EXPECT_EQ(S_OK, block_->putref_Parent(type_.Get()));
-    const auto offset = AttributeOf(block_, L"Offset");
+    EXPECT_EQ(S_OK, object_->putref_OwnerDeviceXML(device.Get()));
+    EXPECT_EQ(S_OK, object_->putref_Parent(type_.Get()));
+    const auto offset = AttributeOf(object_, L"Offset");
     ULONG holders = 0;
     device.Next([&] {
-        block_.Reset();
+        object_.Reset();
         type_->AddRef();
         holders = type_->Release();
     });
     EXPECT_EQ(S_OK, offset->SetValue());
-    EXPECT_EQ(2U, holders) << "the test, and the block whose document is read";
+    EXPECT_EQ(2U, holders) << "the test, and the object whose document is read";
 }
 
 TEST_F(GenericReentryTest, ForgetsWhatWasReadWhenItIsDestroyed) {
-    const auto block = Create<IAppObject>(__uuidof(GenericObject));
+    const auto object = Create<IAppObject>(__uuidof(GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
-    EXPECT_EQ(S_OK, block->XmlLoad(
+    EXPECT_EQ(S_OK, object->XmlLoad(
                         Parsed(L"<Reentry><Attributes><Gain Value=\"3\"/></Attributes></Reentry>").Get()));
-    EXPECT_EQ(S_OK, block->Destroy());
-    EXPECT_EQ(S_OK, block->Init(com::Bstr(L"Reentry").Get(), &done));
-    EXPECT_EQ(S_OK, block->Create());
-    EXPECT_EQ(L"1.5", ValueOf(AttributeOf(block, L"Gain")));
+    EXPECT_EQ(S_OK, object->Destroy());
+    EXPECT_EQ(S_OK, object->Init(com::Bstr(L"Reentry").Get(), &done));
+    EXPECT_EQ(S_OK, object->Create());
+    EXPECT_EQ(L"1.5", ValueOf(AttributeOf(object, L"Gain")));
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "bench/ImportPatch.h"
 #include "com/Dom.h"
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 
 #include <string>
 
@@ -17,7 +17,7 @@ int WINAPI OwnMark(LCID, LCTYPE, LPWSTR text, int size) {
     return 2;
 }
 
-/// Types as the generic block makes them of a catalogue.
+/// Types as the generic object makes them of a catalogue.
 class HostTypeTest : public testing::Test {
   protected:
     HostTypeTest() {
@@ -30,13 +30,13 @@ class HostTypeTest : public testing::Test {
         VARIANT_BOOL loaded = VARIANT_FALSE;
         const com::Bstr xml(L"<Catalogue><!-- types --><SNVT_95>" + content + L"</SNVT_95></Catalogue>");
         EXPECT_EQ(S_OK, catalogue->loadXML(xml.Get(), &loaded));
-        const auto block = Create<IAppObject>(__uuidof(GenericObject));
+        const auto object = Create<IAppObject>(__uuidof(GenericObject));
         VARIANT_BOOL done = VARIANT_FALSE;
-        EXPECT_EQ(S_OK, block->putref_XmlSNVTDoc(catalogue.Get()));
-        EXPECT_EQ(S_OK, block->Init(com::Bstr(L"Typed").Get(), &done));
-        EXPECT_EQ(S_OK, block->Create());
+        EXPECT_EQ(S_OK, object->putref_XmlSNVTDoc(catalogue.Get()));
+        EXPECT_EQ(S_OK, object->Init(com::Bstr(L"Typed").Get(), &done));
+        EXPECT_EQ(S_OK, object->Create());
         com::Ref<ISNVType> type;
-        EXPECT_EQ(S_OK, AttributeOf(block, L"A")->get_SNVTType(type.Put()));
+        EXPECT_EQ(S_OK, AttributeOf(object, L"A")->get_SNVTType(type.Put()));
         return type;
     }
     static bool IsEnum(const com::Ref<ISNVType>& type) {

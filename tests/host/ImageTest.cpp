@@ -106,7 +106,7 @@ TEST(ImageTest, WritesCharactersOfThreeAndFourBytes) {
 }
 
 TEST(ImageTest, TellsAConnectedInputFromAPermanentOne) {
-    // The first input stands behind the header of 40 bytes, its flags 13 bytes on.
+    // The first input stands after the header of 40 bytes, its flags 13 bytes on.
     constexpr std::size_t kFlags = 53;
     const auto flags = [](const wchar_t* permanent, const wchar_t* connected) {
         const Bytes image =

@@ -1,5 +1,5 @@
 #include "com/Dom.h"
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 
 #include "com/LateBound.h"
 
@@ -116,11 +116,11 @@ TEST_F(LibraryTest, GivesEachCallerADocumentOfItsOwn) {
 TEST_F(LibraryTest, SeesAFileThatWasEdited) {
     TemporaryLibrary library;
     com::Ref<IDispatch> document;
-    library.Write(L"Block.xml", "<AppObject><NAME>old</NAME></AppObject>");
-    ASSERT_EQ(S_OK, Definition(L"Block", document));
+    library.Write(L"Pump.xml", "<AppObject><NAME>old</NAME></AppObject>");
+    ASSERT_EQ(S_OK, Definition(L"Pump", document));
     EXPECT_EQ(L"old", TextAt(document, L"AppObject/NAME"));
-    library.Write(L"Block.xml", "<AppObject><NAME>new</NAME></AppObject>");
-    ASSERT_EQ(S_OK, Definition(L"Block", document));
+    library.Write(L"Pump.xml", "<AppObject><NAME>new</NAME></AppObject>");
+    ASSERT_EQ(S_OK, Definition(L"Pump", document));
     EXPECT_EQ(L"new", TextAt(document, L"AppObject/NAME"));
 }
 
@@ -136,11 +136,11 @@ TEST_F(LibraryTest, SaysWhichDefinitionIsMissing) {
 
 TEST_F(LibraryTest, LeadsNowhereElse) {
     TemporaryLibrary library;
-    library.Write(L"Block.xml", "<AppObject/>");
+    library.Write(L"Pump.xml", "<AppObject/>");
     const std::wstring inside =
         library.Folder().substr(library.Folder().rfind(L'\\', library.Folder().size() - 2) + 1);
-    for (const std::wstring& identifier : {L"..\\" + inside + L"Block", std::wstring(L".\\Block"),
-                                           std::wstring(L"./Block"), std::wstring(), std::wstring(L"*")}) {
+    for (const std::wstring& identifier : {L"..\\" + inside + L"Pump", std::wstring(L".\\Pump"),
+                                           std::wstring(L"./Pump"), std::wstring(), std::wstring(L"*")}) {
         com::Ref<IDispatch> document;
         EXPECT_EQ(kNoDefinition, Definition(identifier.c_str(), document))
             << testing::PrintToString(identifier);

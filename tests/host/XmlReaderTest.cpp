@@ -28,7 +28,7 @@ TEST(XmlReaderTest, ReadsValuesInEitherQuotationMark) {
     ExpectKey(L"K7", L"'K7'");
     ExpectKey(L"K&apos;7", L"\"K'7\"");
     ExpectKey(L"K&quot;7", L"'K\"7'");
-    ExpectKey(L"K7", L"\n\t'K7'"); // blanks behind "="
+    ExpectKey(L"K7", L"\n\t'K7'"); // blanks after "="
 }
 
 TEST(XmlReaderTest, ReadsReferences) {

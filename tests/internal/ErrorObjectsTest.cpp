@@ -1,6 +1,6 @@
 #include "tests/internal/Channel.h"
 
-// Whose error object a host gets with a failure that a channel's object passes
+// Whose error object a host gets with a failure that a channel object passes
 // on: that of the object which failed, and none where it set none.
 
 namespace internal_tests {

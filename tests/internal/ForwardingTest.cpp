@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-// Every member of a channel's objects that only forwards: the call reaches the
+// Every member of a channel objects that only forwards: the call reaches the
 // same slot of the inner object with the same arguments, and what that
 // answers or raises comes back.
 

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-// Host objects that lack what a channel's object needs of them: an interface,
+// Host objects that lack what a channel object needs of them: an interface,
 // a collection, a type. Each is a run-time error of the component's own.
 
 namespace internal_tests {

@@ -31,7 +31,7 @@ TEST_F(LastReferenceTest, BearsAnInnerOutputThatDropsTheLastReferenceForACallBac
     auto output = OutputOf(Created(), L"Out");
     out->On(L"set CallBack", [&](const Invocation&) {
         output.Reset();
-        ForgetDoubles(); // the inner output ends with the channel's object
+        ForgetDoubles(); // the inner output ends with the channel object
         return S_OK;
     });
     IOutput* const asked = output.Get();

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-// A channel's object holds the generic object, which holds its interceptor,
-// which is the channel's object: whoever lets go first, all of it must end.
+// A channel object holds the generic object, which holds its interceptor,
+// which is the channel object: whoever lets go first, all of it must end.
 
 namespace internal_tests {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// What a channel's object does when the generic object tells it of its
+// What a channel object does when the generic object tells it of its
 // attributes.
 
 namespace internal_tests {

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <vector>
 
-// The three collections of a channel's object differ in their items alone.
+// The three collections of a channel object differ in their items alone.
 
 namespace internal_tests {
 

@@ -1,4 +1,4 @@
-#include "host/SavedBlock.h"
+#include "host/SavedObject.h"
 
 #include "core/Case.h"
 #include "core/Numbers.h"
@@ -43,12 +43,12 @@ void WriteAttribute(const dom::Element& element, const wchar_t* name,
     }
 }
 
-void WritePoints(const std::vector<SavedPoint>& points, const wchar_t* section, const dom::Node& block,
+void WritePoints(const std::vector<SavedPoint>& points, const wchar_t* section, const dom::Node& object,
                  const dom::Document& document) {
     if (points.empty()) {
         return;
     }
-    const dom::Node list(dom::Append(document, block, section));
+    const dom::Node list(dom::Append(document, object, section));
     for (const SavedPoint& point : points) {
         const dom::Element element = dom::Append(document, list, point.name);
         WriteAttribute(element, kVisible, FlagText(point.visible));
@@ -59,10 +59,10 @@ void WritePoints(const std::vector<SavedPoint>& points, const wchar_t* section, 
     }
 }
 
-void WriteText(const std::optional<std::wstring>& text, const wchar_t* name, const dom::Node& block,
+void WriteText(const std::optional<std::wstring>& text, const wchar_t* name, const dom::Node& object,
                const dom::Document& document) {
     if (text) {
-        dom::AppendText(document, block, name, *text);
+        dom::AppendText(document, object, name, *text);
     }
 }
 
@@ -98,40 +98,40 @@ std::vector<SavedPoint> ReadPoints(const dom::Node& list) {
 
 } // namespace
 
-void WriteSaved(const SavedBlock& block, const std::wstring& name, const dom::Node& parent,
+void WriteSaved(const SavedObject& object, const std::wstring& name, const dom::Node& parent,
                 const dom::Document& document) {
     dom::Element element;
     com::Call(document, &IXMLDOMDocument::createElement, com::Bstr(name).Get(), element.Put());
     const dom::Node node(element);
-    WriteText(block.userName, kUserName, node, document);
-    WriteText(block.x ? std::optional(NumberText(*block.x)) : std::nullopt, kX, node, document);
-    WriteText(block.y ? std::optional(NumberText(*block.y)) : std::nullopt, kY, node, document);
-    WriteText(block.key, kKey, node, document);
-    WritePoints(block.inputs, kInputs, node, document);
-    WritePoints(block.outputs, kOutputs, node, document);
-    WritePoints(block.attributes, kAttributes, node, document);
+    WriteText(object.userName, kUserName, node, document);
+    WriteText(object.x ? std::optional(NumberText(*object.x)) : std::nullopt, kX, node, document);
+    WriteText(object.y ? std::optional(NumberText(*object.y)) : std::nullopt, kY, node, document);
+    WriteText(object.key, kKey, node, document);
+    WritePoints(object.inputs, kInputs, node, document);
+    WritePoints(object.outputs, kOutputs, node, document);
+    WritePoints(object.attributes, kAttributes, node, document);
     com::Call(parent, &IXMLDOMNode::appendChild, element.Get(), nullptr);
 }
 
-SavedBlock ReadSaved(const dom::Node& element) {
-    SavedBlock block;
+SavedObject ReadSaved(const dom::Node& element) {
+    SavedObject object;
     dom::ForEachChild(element, [&](const dom::Node& child) {
         const std::wstring name = dom::IsElement(child) ? dom::BaseName(child) : std::wstring();
         if (IsNamed(name, kUserName)) {
-            block.userName = dom::FirstChildTextOrEmpty(child);
+            object.userName = dom::FirstChildTextOrEmpty(child);
         } else if (IsNamed(name, kX)) {
-            block.x = tam::Val(dom::FirstChildTextOrEmpty(child));
+            object.x = tam::Val(dom::FirstChildTextOrEmpty(child));
         } else if (IsNamed(name, kY)) {
-            block.y = tam::Val(dom::FirstChildTextOrEmpty(child));
+            object.y = tam::Val(dom::FirstChildTextOrEmpty(child));
         } else if (IsNamed(name, kInputs)) {
-            block.inputs = ReadPoints(child);
+            object.inputs = ReadPoints(child);
         } else if (IsNamed(name, kOutputs)) {
-            block.outputs = ReadPoints(child);
+            object.outputs = ReadPoints(child);
         } else if (IsNamed(name, kAttributes)) {
-            block.attributes = ReadPoints(child);
+            object.attributes = ReadPoints(child);
         }
     });
-    return block;
+    return object;
 }
 
 } // namespace orv

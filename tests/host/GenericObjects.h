@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-// What the tests of the generic block, its library and its devices share.
+// What the tests of the generic object, its library and its devices share.
 
 namespace hosttest {
 
@@ -67,12 +67,12 @@ class Interceptor final : public com::DualObject<Interceptor, IAttributeIntercep
     HRESULT Question(const wchar_t* what, IAttribute* attribute, VARIANT_BOOL* question, VARIANT_BOOL* value);
 };
 
-/// A generic block of a definition, with its points. A failed test when that fails.
-com::Ref<IAppObject> NewBlock(const wchar_t* definition);
+/// A generic object of a definition, with its points. A failed test when that fails.
+com::Ref<IAppObject> NewObject(const wchar_t* definition);
 
-com::Ref<IInput> InputOf(const com::Ref<IAppObject>& block, const wchar_t* index);
-com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& block, const wchar_t* index);
-com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& block, const wchar_t* index);
+com::Ref<IInput> InputOf(const com::Ref<IAppObject>& object, const wchar_t* index);
+com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& object, const wchar_t* index);
+com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const wchar_t* index);
 
 inline std::wstring ValueOf(const com::Ref<IAttribute>& attribute) {
     return TextOf(*attribute.Get(), &IAttribute::get_Value);

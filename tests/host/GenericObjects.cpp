@@ -1,4 +1,4 @@
-#include "tests/host/Blocks.h"
+#include "tests/host/GenericObjects.h"
 
 #include "core/RunTimeError.h"
 
@@ -15,12 +15,12 @@ std::wstring NameOf(IAttribute* attribute) {
 }
 
 template <class Item, class Collection>
-com::Ref<Item> ItemOf(const com::Ref<IAppObject>& block,
+com::Ref<Item> ItemOf(const com::Ref<IAppObject>& object,
                       HRESULT (STDMETHODCALLTYPE IAppObject::*collection)(Collection**),
                       const wchar_t* index) {
     com::Ref<Collection> items;
     com::Ref<Item> item;
-    EXPECT_EQ(S_OK, (block.Get()->*collection)(items.Put()));
+    EXPECT_EQ(S_OK, (object.Get()->*collection)(items.Put()));
     EXPECT_EQ(S_OK, items->get_Item(com::Bstr(index).Get(), item.Put()));
     return item;
 }
@@ -94,25 +94,25 @@ STDMETHODIMP Interceptor::InterceptIsDifferential(IAttribute* attribute, VARIANT
     return Question(L"differential", attribute, isDifferential, value);
 }
 
-com::Ref<IAppObject> NewBlock(const wchar_t* definition) {
-    auto block = Create<IAppObject>(__uuidof(GenericObject));
+com::Ref<IAppObject> NewObject(const wchar_t* definition) {
+    auto object = Create<IAppObject>(__uuidof(GenericObject));
     VARIANT_BOOL done = VARIANT_FALSE;
-    EXPECT_EQ(S_OK, block->Init(com::Bstr(definition).Get(), &done));
+    EXPECT_EQ(S_OK, object->Init(com::Bstr(definition).Get(), &done));
     EXPECT_EQ(VARIANT_TRUE, done);
-    EXPECT_EQ(S_OK, block->Create());
-    return block;
+    EXPECT_EQ(S_OK, object->Create());
+    return object;
 }
 
-com::Ref<IInput> InputOf(const com::Ref<IAppObject>& block, const wchar_t* index) {
-    return ItemOf<IInput>(block, &IAppObject::get_Inputs, index);
+com::Ref<IInput> InputOf(const com::Ref<IAppObject>& object, const wchar_t* index) {
+    return ItemOf<IInput>(object, &IAppObject::get_Inputs, index);
 }
 
-com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& block, const wchar_t* index) {
-    return ItemOf<IOutput>(block, &IAppObject::get_Outputs, index);
+com::Ref<IOutput> OutputOf(const com::Ref<IAppObject>& object, const wchar_t* index) {
+    return ItemOf<IOutput>(object, &IAppObject::get_Outputs, index);
 }
 
-com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& block, const wchar_t* index) {
-    return ItemOf<IAttribute>(block, &IAppObject::get_Attributes, index);
+com::Ref<IAttribute> AttributeOf(const com::Ref<IAppObject>& object, const wchar_t* index) {
+    return ItemOf<IAttribute>(object, &IAppObject::get_Attributes, index);
 }
 
 } // namespace hosttest

@@ -1,4 +1,4 @@
-#include "host/BlockDefinition.h"
+#include "host/GenericDefinition.h"
 
 #include "core/Case.h"
 #include "core/Numbers.h"
@@ -51,7 +51,7 @@ long Definition::Number(std::wstring_view keyword) const {
     return tam::ToInt32(tam::Val(Text(keyword)));
 }
 
-BlockDefinition ReadDefinition(const dom::Document& document) {
+GenericDefinition ReadDefinition(const dom::Document& document) {
     dom::Element root;
     com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     com::CheckSet(root.Get());

@@ -19,7 +19,7 @@ struct SavedPoint {
     std::optional<std::wstring> enumDesc;
 };
 
-/// The element of a generic block in a document:
+/// The element of a generic object in a document:
 ///
 ///   <O_Tam_AI_id>
 ///     <UserName>..</UserName> <X_Position>..</X_Position> <Y_Position>..</Y_Position> <Key>..</Key>
@@ -30,7 +30,7 @@ struct SavedPoint {
 ///
 /// Only what is there is written. Values are attributes, for blanks alone would
 /// not survive as an element's text. Numbers have "." whatever the locale.
-struct SavedBlock {
+struct SavedObject {
     std::optional<std::wstring> userName;
     std::optional<double> x;
     std::optional<double> y;
@@ -41,10 +41,10 @@ struct SavedBlock {
 };
 
 /// Appends the element to a node, whole or, on a failure, not at all.
-void WriteSaved(const SavedBlock& block, const std::wstring& name, const tam::dom::Node& parent,
+void WriteSaved(const SavedObject& object, const std::wstring& name, const tam::dom::Node& parent,
                 const tam::dom::Document& document);
 
 /// Names of elements count in whichever letter case; what is not known is passed over.
-SavedBlock ReadSaved(const tam::dom::Node& element);
+SavedObject ReadSaved(const tam::dom::Node& element);
 
 } // namespace orv

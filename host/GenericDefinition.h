@@ -10,7 +10,7 @@
 
 namespace orv {
 
-/// What one element of a definition says, the block's own or a point's: the
+/// What one element of a definition says, the object's own or a point's: the
 /// texts of its children and attributes by their names in capitals. Where a
 /// child and an attribute, or two children, share a name the later one counts.
 class Definition {
@@ -36,13 +36,13 @@ class Definition {
 };
 
 /// A whole definition document, points in document order.
-struct BlockDefinition {
-    Definition block;
+struct GenericDefinition {
+    Definition object;
     std::vector<Definition> inputs;
     std::vector<Definition> outputs;
     std::vector<Definition> attributes;
 };
 
-BlockDefinition ReadDefinition(const tam::dom::Document& document);
+GenericDefinition ReadDefinition(const tam::dom::Document& document);
 
 } // namespace orv

@@ -1,4 +1,4 @@
-#include "host/BlockLink.h"
+#include "host/OwnerLink.h"
 
 #include "com/Boundary.h"
 #include "com/VariantReference.h"
@@ -29,17 +29,17 @@ bool HasKey(IMacroConnectionGroup& group, std::wstring_view key) {
 
 } // namespace
 
-com::Ref<IAppObject> ParentOf(const BlockRef& link) {
-    return link && link->block != nullptr ? link->block->AppObject() : com::Ref<IAppObject>();
+com::Ref<IAppObject> ParentOf(const OwnerRef& link) {
+    return link && link->owner != nullptr ? link->owner->AppObject() : com::Ref<IAppObject>();
 }
 
-com::Ref<HostType> TypeFor(const BlockRef& link, std::wstring_view id) {
-    const bool isKnown = link && link->block != nullptr && !id.empty();
-    return isKnown ? link->block->MakeType(id) : com::Ref<HostType>();
+com::Ref<HostType> TypeFor(const OwnerRef& link, std::wstring_view id) {
+    const bool isKnown = link && link->owner != nullptr && !id.empty();
+    return isKnown ? link->owner->MakeType(id) : com::Ref<HostType>();
 }
 
-bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey) {
-    const auto parent = link && link->block != nullptr ? link->block->HostParent() : com::Ref<IDispatch>();
+bool IsMacroKey(const OwnerRef& link, std::wstring_view globalKey) {
+    const auto parent = link && link->owner != nullptr ? link->owner->HostParent() : com::Ref<IDispatch>();
     const auto connections = parent.As<IMacroConnections>();
     if (!connections) {
         return false;
@@ -60,7 +60,7 @@ bool IsMacroKey(const BlockRef& link, std::wstring_view globalKey) {
     return false;
 }
 
-com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const BlockRef& link) {
+com::Ref<ISNVType> TypeOfArgument(const VARIANT& argument, const OwnerRef& link) {
     // A script passes its variable by reference.
     const com::Variant value = com::CopyOf(argument);
     const VARTYPE kind = value.Get().vt;
