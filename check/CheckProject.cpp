@@ -1,4 +1,4 @@
-// A project: an element of the host's with blocks in it, or one block alone. A block with
+// A project: an element of the host's with objects in it, or one object alone. An object with
 // TamObjectKey, or with the name of a channel object, is a channel's; any other is the
 // module's. What it refers to is looked for in the device streams of the same run.
 
@@ -44,20 +44,20 @@ class Project {
 
     void Check() {
         const XmlTree& tree = document_.Tree();
-        if (IsBlock(tree.Root()) || HasParts(tree.Root())) {
-            CheckBlock(tree.Root());
+        if (IsObject(tree.Root()) || HasParts(tree.Root())) {
+            CheckObject(tree.Root());
             return;
         }
         document_.CheckContainer(tree.Root(), Tagged(tree.Name(tree.Root())));
         tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
-            if (IsBlock(child)) {
-                CheckBlock(child);
-            } // any other block of the sheet is its own maker's
+            if (IsObject(child)) {
+                CheckObject(child);
+            } // any other object of the sheet is its own maker's
         });
     }
 
   private:
-    bool IsBlock(XmlTree::Index element) const {
+    bool IsObject(XmlTree::Index element) const {
         const XmlTree& tree = document_.Tree();
         const std::string_view name = tree.Name(element);
         if (EqualKeyword(name, "O_Tam_id") || IsChannelName(name)) {
@@ -75,7 +75,7 @@ class Project {
         return known > 0;
     }
 
-    /// A block alone, under whichever name.
+    /// An object alone, under whichever name.
     bool HasParts(XmlTree::Index element) const {
         const XmlTree& tree = document_.Tree();
         bool has = false;
@@ -87,15 +87,15 @@ class Project {
         return has;
     }
 
-    void CheckBlock(XmlTree::Index block) {
+    void CheckObject(XmlTree::Index object) {
         const XmlTree& tree = document_.Tree();
-        const std::string_view name = tree.Name(block);
-        document_.CheckContainer(block, Tagged(name));
-        document_.CheckAttributes(block, {}, Tagged(name));
-        if (IsChannelName(name) || tree.Child(block, "TamObjectKey") != XmlTree::kNone) {
-            CheckChannel(block);
+        const std::string_view name = tree.Name(object);
+        document_.CheckContainer(object, Tagged(name));
+        document_.CheckAttributes(object, {}, Tagged(name));
+        if (IsChannelName(name) || tree.Child(object, "TamObjectKey") != XmlTree::kNone) {
+            CheckChannel(object);
         } else {
-            CheckModule(block);
+            CheckModule(object);
         }
     }
 
@@ -133,24 +133,24 @@ class Project {
         }
     }
 
-    void CheckTwin(std::set<std::string>& seen, XmlTree::Index child, std::string_view block) {
+    void CheckTwin(std::set<std::string>& seen, XmlTree::Index child, std::string_view object) {
         const XmlTree& tree = document_.Tree();
         if (!seen.insert(Upper(tree.Name(child))).second) {
             document_.Report(RuleId::ElementRepeated, tree.NameSpan(child),
-                             Tagged(tree.Name(child)) + " stands twice in " + Tagged(block) +
+                             Tagged(tree.Name(child)) + " stands twice in " + Tagged(object) +
                                  ": the last one counts",
                              "one of each");
         }
     }
 
-    void CheckModule(XmlTree::Index block) {
+    void CheckModule(XmlTree::Index object) {
         const XmlTree& tree = document_.Tree();
         std::set<std::string> seen;
         std::vector<XmlTree::Index> flags;
-        const std::vector<const StreamSummary*> streams = StreamsOf(block);
-        tree.ForEachElement(block, [&](XmlTree::Index child) {
+        const std::vector<const StreamSummary*> streams = StreamsOf(object);
+        tree.ForEachElement(object, [&](XmlTree::Index child) {
             const std::string_view name = tree.Name(child);
-            CheckTwin(seen, child, tree.Name(block));
+            CheckTwin(seen, child, tree.Name(object));
             if (EqualKeyword(name, "UserName")) {
                 Required(child);
             } else if (EqualKeyword(name, "DevKey")) {
@@ -164,16 +164,16 @@ class Project {
             } else if (EqualKeyword(name, "Outputs")) {
                 CheckOutputs(child, streams);
             } else if (!EqualKeyword(name, "Environment")) {
-                document_.ReportUnknown(child, kModuleParts, {}, Tagged(tree.Name(block)), true);
+                document_.ReportUnknown(child, kModuleParts, {}, Tagged(tree.Name(object)), true);
             }
         });
     }
 
-    /// The device streams of the run that have the block's object number.
-    std::vector<const StreamSummary*> StreamsOf(XmlTree::Index block) const {
+    /// The device streams of the run that have its object number.
+    std::vector<const StreamSummary*> StreamsOf(XmlTree::Index object) const {
         const XmlTree& tree = document_.Tree();
         std::string id;
-        tree.ForEachElement(block, [&](XmlTree::Index child) {
+        tree.ForEachElement(object, [&](XmlTree::Index child) {
             if (EqualKeyword(tree.Name(child), "TamObjID") && tree.FirstChild(child) != XmlTree::kNone) {
                 id = Trim(tree.Content(tree.FirstChild(child)));
             }
@@ -251,14 +251,14 @@ class Project {
         });
     }
 
-    void CheckChannel(XmlTree::Index block) {
+    void CheckChannel(XmlTree::Index object) {
         const XmlTree& tree = document_.Tree();
         std::set<std::string> seen;
         std::string deviceKey;
         Leaf objectKey;
-        tree.ForEachElement(block, [&](XmlTree::Index child) {
+        tree.ForEachElement(object, [&](XmlTree::Index child) {
             const std::string_view name = tree.Name(child);
-            CheckTwin(seen, child, tree.Name(block));
+            CheckTwin(seen, child, tree.Name(object));
             if (name == "DevKey") {
                 deviceKey = Required(child).text;
             } else if (name == "TamObjectKey") {
@@ -271,13 +271,13 @@ class Project {
                        EqualKeyword(name, "Attributes")) {
                 CheckSavedPoints(child);
             } else {
-                document_.ReportUnknown(child, kChannelParts, {}, Tagged(tree.Name(block)), false);
+                document_.ReportUnknown(child, kChannelParts, {}, Tagged(tree.Name(object)), false);
             }
         });
         for (const std::string_view key : {"DevKey", "TamObjectKey"}) {
             if (!seen.contains(Upper(key))) {
-                document_.Report(RuleId::ElementMissing, tree.NameSpan(block),
-                                 Tagged(tree.Name(block)) + " has no " + Tagged(key), Tagged(key));
+                document_.Report(RuleId::ElementMissing, tree.NameSpan(object),
+                                 Tagged(tree.Name(object)) + " has no " + Tagged(key), Tagged(key));
             }
         }
         if (objectKey.HasText()) {

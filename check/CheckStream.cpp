@@ -111,7 +111,7 @@ class Stream {
             const bool isSection = rank >= kFirstSection;
             if (rank < last_ && (isSection || last_ >= kFirstSection)) {
                 document_.Report(RuleId::SectionOrder, span,
-                                 Tagged(*known) + " stands behind " + Tagged(kParts[last_]),
+                                 Tagged(*known) + " stands after " + Tagged(kParts[last_]),
                                  Tagged(*known) + " before it");
             }
             last_ = std::max(last_, rank);
@@ -120,7 +120,7 @@ class Stream {
 
     void CheckPart(XmlTree::Index element, std::size_t part) {
         if (part >= kFirstSection) {
-            points_.CheckSection(element, StreamWords(static_cast<Side>(part - kFirstSection)));
+            points_.CheckSection(element, StreamWords(static_cast<PointKind>(part - kFirstSection)));
             return CheckInside(element);
         }
         const Leaf leaf = document_.ReadLeaf(element);

@@ -49,21 +49,21 @@ constexpr std::string_view kChannelAttribute[] = {
     "ISTYPE", "DIVIDEDBY",     "CDBPOSITION",  "KEEPFLOATSTANDARD", "ISPERMANENT", "LOGICALADDRESS"};
 
 constexpr std::array<PointWords, 3> kStreamWords = {
-    {{Side::Input, "an input", kInputKeywords, kNotOfInputs, {}},
-     {Side::Output, "an output", kOutputKeywords, kNotOfOutputs, kOutputAttributes},
-     {Side::Attribute, "an attribute", kAttributeKeywords, kNotOfAttributes, {}}}};
+    {{PointKind::Input, "an input", kInputKeywords, kNotOfInputs, {}},
+     {PointKind::Output, "an output", kOutputKeywords, kNotOfOutputs, kOutputAttributes},
+     {PointKind::Attribute, "an attribute", kAttributeKeywords, kNotOfAttributes, {}}}};
 constexpr std::array<PointWords, 3> kChannelWords = {
-    {{Side::Input, "an input", kChannelInput, {}, {}},
-     {Side::Output, "an output", kChannelOutput, {}, kOutputAttributes},
-     {Side::Attribute, "an attribute", kChannelAttribute, {}, {}}}};
+    {{PointKind::Input, "an input", kChannelInput, {}, {}},
+     {PointKind::Output, "an output", kChannelOutput, {}, kOutputAttributes},
+     {PointKind::Attribute, "an attribute", kChannelAttribute, {}, {}}}};
 
 } // namespace
 
-const PointWords& StreamWords(Side side) {
-    return kStreamWords.at(static_cast<std::size_t>(side));
+const PointWords& StreamWords(PointKind kind) {
+    return kStreamWords.at(static_cast<std::size_t>(kind));
 }
-const PointWords& ChannelWords(Side side) {
-    return kChannelWords.at(static_cast<std::size_t>(side));
+const PointWords& ChannelWords(PointKind kind) {
+    return kChannelWords.at(static_cast<std::size_t>(kind));
 }
 
 } // namespace check

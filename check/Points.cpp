@@ -43,7 +43,7 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
     const XmlTree& tree = document_.Tree();
     const Span name = tree.NameSpan(element);
     const std::string_view text = tree.Piece(name);
-    NamesOf(words.side).push_back({ShortHash(text), static_cast<std::uint32_t>(name.at)});
+    NamesOf(words.kind).push_back({ShortHash(text), static_cast<std::uint32_t>(name.at)});
     CheckName(name);
     document_.CheckAttributes(element, words.attributes, words.what, true);
     document_.CheckContainer(element, Tagged(text));
@@ -95,10 +95,10 @@ void Points::CheckFields(const std::vector<Field>& fields, Span point, const Poi
         document_.Report(RuleId::AddressMissing, point, name + " has no logical address", "LOGICALADDRESS");
     }
     const TypeInfo* type = CheckPointType(fields, point, words);
-    if (words.side == Side::Attribute) {
+    if (words.kind == PointKind::Attribute) {
         CheckPointValue(fields, point, type);
     }
-    if (words.side != Side::Input) {
+    if (words.kind != PointKind::Input) {
         return;
     }
     std::string_view ownType;
@@ -137,7 +137,8 @@ void Points::CheckField(const Field& field, Span point, const PointWords& words)
         document_.CheckWhole(Trim(leaf.text), leaf.span, what, 0, kMostAddress);
     } else if (keyword == "CDBPOSITION" || keyword == "DIVIDEDBY") {
         document_.CheckWhole(Trim(leaf.text), leaf.span, what, INT32_MIN, INT32_MAX);
-    } else if (keyword == "PROTOCOLREFERENCE" && leaf.HasText() && words.side == Side::Input && isModule_) {
+    } else if (keyword == "PROTOCOLREFERENCE" && leaf.HasText() && words.kind == PointKind::Input &&
+               isModule_) {
         document_.ReportBlanks(leaf);
         references_.push_back(leaf.span);
     }
@@ -183,14 +184,14 @@ const TypeInfo* Points::CheckPointType(const std::vector<Field>& fields, Span po
                              Tagged(document_.Tree().Piece(point)) + " names no type");
             continue;
         }
-        const bool isRaw = words.side == Side::Attribute;
+        const bool isRaw = words.kind == PointKind::Attribute;
         type = CheckType(document_, field.leaf.text, field.leaf.span, isRaw);
         if (!isRaw) {
             document_.ReportBlanks(field.leaf);
         }
     }
     if (!hasType) {
-        document_.Report(words.side == Side::Input ? RuleId::InputUntyped : RuleId::TypeMissing, point,
+        document_.Report(words.kind == PointKind::Input ? RuleId::InputUntyped : RuleId::TypeMissing, point,
                          Tagged(document_.Tree().Piece(point)) + " has no type", "SNVTTYPE");
     }
     return type;

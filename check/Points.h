@@ -13,11 +13,12 @@
 
 namespace check {
 
-enum class Side { Input, Output, Attribute };
+/// What a point is, in the order of the sections.
+enum class PointKind { Input, Output, Attribute };
 
 /// How a document keeps its points.
 struct PointWords {
-    Side side;
+    PointKind kind;
     /// In messages: "an input".
     std::string_view what;
     /// What a point holds, in capitals; letter case does not count.
@@ -37,11 +38,11 @@ class Points {
     void CheckSection(XmlTree::Index section, const PointWords& words);
     /// What can be said when all sections were seen.
     void Finish();
-    /// Whether a point of the side has the name.
-    bool Has(Side side, std::string_view name) const;
-    /// The name of the side's points that was probably meant; "" too when many have been looked for.
+    /// Whether a point of the kind has the name.
+    bool Has(PointKind kind, std::string_view name) const;
+    /// The name of such a point that was probably meant; "" too when many have been looked for.
     /// To be asked when all sections were seen.
-    std::string_view NearestName(Side side, std::string_view name);
+    std::string_view NearestName(PointKind kind, std::string_view name);
     void FillSummary(StreamSummary& summary) const;
 
   private:
@@ -74,8 +75,8 @@ class Points {
     void ReportTwins(std::vector<Name>& names, std::string_view what);
     void ReportAddressTwins();
     void ReportPrefixCases();
-    std::vector<Name>& NamesOf(Side side) { return names_[static_cast<std::size_t>(side)]; }
-    const std::vector<Name>& NamesOf(Side side) const { return names_[static_cast<std::size_t>(side)]; }
+    std::vector<Name>& NamesOf(PointKind kind) { return names_[static_cast<std::size_t>(kind)]; }
+    const std::vector<Name>& NamesOf(PointKind kind) const { return names_[static_cast<std::size_t>(kind)]; }
     static std::uint32_t ShortHash(std::string_view name);
     std::string_view NameAt(std::uint32_t at) const;
     bool HasPrefix(std::string_view prefix) const;
@@ -94,8 +95,8 @@ class Points {
 };
 
 /// The words of a module's stream.
-const PointWords& StreamWords(Side side);
+const PointWords& StreamWords(PointKind kind);
 /// The words of a channel's definition.
-const PointWords& ChannelWords(Side side);
+const PointWords& ChannelWords(PointKind kind);
 
 } // namespace check

@@ -14,7 +14,7 @@ namespace {
 /// A reference of this text's beginning, zeros, is none.
 constexpr std::string_view kNoReference = "000000";
 
-/// What stands before the first "_" behind the first character.
+/// What stands before the first "_" after the first character.
 std::string_view PrefixOf(std::string_view name) {
     const std::size_t mark = name.find('_', 1);
     return mark == std::string_view::npos ? std::string_view() : name.substr(0, mark);
@@ -118,8 +118,8 @@ bool Points::HasPrefix(std::string_view prefix) const {
     return found != prefixes_.end() && found->hash == ShortHash(prefix);
 }
 
-bool Points::Has(Side side, std::string_view name) const {
-    const std::vector<Name>& names = NamesOf(side);
+bool Points::Has(PointKind kind, std::string_view name) const {
+    const std::vector<Name>& names = NamesOf(kind);
     const std::uint32_t hash = ShortHash(name);
     for (auto at = std::lower_bound(names.begin(), names.end(), Name{hash, 0});
          at != names.end() && at->hash == hash; ++at) {
@@ -130,14 +130,14 @@ bool Points::Has(Side side, std::string_view name) const {
     return false;
 }
 
-std::string_view Points::NearestName(Side side, std::string_view name) {
+std::string_view Points::NearestName(PointKind kind, std::string_view name) {
     constexpr std::size_t kMostCompared = 2000;
-    if (NamesOf(side).size() > kMostCompared || !document_.MaySuggest()) {
+    if (NamesOf(kind).size() > kMostCompared || !document_.MaySuggest()) {
         return {};
     }
-    std::vector<std::string_view>& words = words_.at(static_cast<std::size_t>(side));
+    std::vector<std::string_view>& words = words_.at(static_cast<std::size_t>(kind));
     if (words.empty()) {
-        for (const Name& known : NamesOf(side)) {
+        for (const Name& known : NamesOf(kind)) {
             words.push_back(NameAt(known.at));
         }
     }
@@ -161,21 +161,21 @@ void Points::CheckReference(std::uint32_t index) {
                          "the key of an object, \"_\" and the name of its output, or 0000");
         return;
     }
-    if (Has(Side::Output, text)) {
+    if (Has(PointKind::Output, text)) {
         return;
     }
     const std::string_view key = text.substr(0, mark);
     const std::string_view stem = StemOf(key);
     if (HasPrefix(key) || stems_.contains(stem)) {
         document_.Report(RuleId::ReferenceNothing, span, "this module has no output " + Quoted(text), "",
-                         std::string(NearestName(Side::Output, text)));
+                         std::string(NearestName(PointKind::Output, text)));
     }
 }
 
 void Points::Finish() {
-    ReportTwins(NamesOf(Side::Input), "an input");
-    ReportTwins(NamesOf(Side::Output), "an output");
-    ReportTwins(NamesOf(Side::Attribute), "an attribute");
+    ReportTwins(NamesOf(PointKind::Input), "an input");
+    ReportTwins(NamesOf(PointKind::Output), "an output");
+    ReportTwins(NamesOf(PointKind::Attribute), "an attribute");
     ReportAddressTwins();
     ReportPrefixCases();
     for (const Name& name : prefixes_) {
@@ -188,10 +188,10 @@ void Points::Finish() {
 }
 
 void Points::FillSummary(StreamSummary& summary) const {
-    for (const Name& name : NamesOf(Side::Input)) {
+    for (const Name& name : NamesOf(PointKind::Input)) {
         summary.inputs.emplace_back(NameAt(name.at));
     }
-    for (const Name& name : NamesOf(Side::Output)) {
+    for (const Name& name : NamesOf(PointKind::Output)) {
         summary.outputs.emplace_back(NameAt(name.at));
     }
 }

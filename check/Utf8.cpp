@@ -1,6 +1,7 @@
 #include "check/Utf8.h"
 
 #include "core/Case.h"
+#include "core/Trimmed.h"
 
 #include <algorithm>
 
@@ -89,13 +90,8 @@ bool IsAllBlank(std::string_view text) {
 }
 
 std::string_view Trim(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) {
-        text.remove_prefix(1);
-    }
-    while (!text.empty() && IsBlank(text.back())) {
-        text.remove_suffix(1);
-    }
-    return text;
+    const std::string_view trimmed = tam::Trimmed(text, kBlanks);
+    return trimmed.empty() ? text.substr(text.size()) : trimmed; // where it stands is asked too
 }
 
 std::string Upper(std::string_view text) {

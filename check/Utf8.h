@@ -9,7 +9,7 @@
 
 namespace check {
 
-/// The character that begins at a position, which moves behind it. A byte that
+/// The character that begins at a position, which moves after it. A byte that
 /// begins none is U+FFFD.
 char32_t NextCharacter(std::string_view text, std::size_t& at);
 void AppendCharacter(std::string& text, char32_t c);
@@ -18,10 +18,12 @@ std::size_t CountCharacters(std::string_view text);
 std::size_t CountCodeUnits(std::string_view text);
 
 /// XML's blanks: space, tab and both ends of line.
+inline constexpr std::string_view kBlanks = " \t\r\n";
 constexpr bool IsBlank(char c) noexcept {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 bool IsAllBlank(std::string_view text);
+/// The text without XML's blanks around it; of blanks alone the empty end of them.
 std::string_view Trim(std::string_view text);
 
 /// Of ASCII letters alone: keywords have no others.

@@ -42,17 +42,17 @@ std::set<std::string> Keywords(const Table& table, std::set<std::string> besides
     }
     return besides;
 }
-std::set<std::string> Keywords(Side side) {
-    const auto& keywords = StreamWords(side).keywords;
+std::set<std::string> Keywords(PointKind kind) {
+    const auto& keywords = StreamWords(kind).keywords;
     return {keywords.begin(), keywords.end()};
 }
 
 } // namespace
 
 TEST(PointRulesTest, KnowsTheKeywordsThatTheComponentReads) {
-    EXPECT_EQ(Keywords(Side::Input), Keywords(tam::kInputDefinition, {"SNVTCOMPATIBILITYLIST"}));
-    EXPECT_EQ(Keywords(Side::Output), Keywords(tam::kOutputDefinition, {"SNVTTYPE"}));
-    EXPECT_EQ(Keywords(Side::Attribute), Keywords(tam::kAttributeDefinition, {"SNVTTYPE"}));
+    EXPECT_EQ(Keywords(PointKind::Input), Keywords(tam::kInputDefinition, {"SNVTCOMPATIBILITYLIST"}));
+    EXPECT_EQ(Keywords(PointKind::Output), Keywords(tam::kOutputDefinition, {"SNVTTYPE"}));
+    EXPECT_EQ(Keywords(PointKind::Attribute), Keywords(tam::kAttributeDefinition, {"SNVTTYPE"}));
 }
 
 TEST(PointRulesTest, FindsPointsOfOneNameInAnyLetterCase) {

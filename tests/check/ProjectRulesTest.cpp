@@ -44,11 +44,11 @@ TEST(ProjectRulesTest, AGoodProjectHasNoFindings) {
                 kKeys,
                 "<Key>k</Key><Outputs><Out Visible=\"1\" IsDisplayable=\"0\"/></Outputs>"
                 "<Attributes><Setup Value=\"1\" SNVT_Type=\"22\" EnumDesc=\"0,Off;1,On;\"/></Attributes>") +
-            "<Other_Block><Anything/></Other_Block></Project>",
+            "<Other_Object><Anything/></Other_Object></Project>",
         WithStream());
 }
 
-TEST(ProjectRulesTest, ADeviceStreamInItIsNoBlock) {
+TEST(ProjectRulesTest, ADeviceStreamInItIsNoObject) {
     std::string text = Module("<Outputs><AI1_Out IsDisplayable=\"1\"/></Outputs>");
     text.insert(text.find("</Project>"),
                 "<Tam><Name>Hall</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev><TamObjID>3</TamObjID>"
@@ -66,7 +66,7 @@ TEST(ProjectRulesTest, FindsPositionsAndNumbersThatAreNone) {
     ExpectOne(RuleId::ValueDecimalMark, Module("", "3", "^12,5"), "12.5");
     ExpectOne(RuleId::NumberForm, Module("", "3", "^left"));
     ExpectOne(RuleId::NumberRange, Module("", "3", "^1e999"));
-    // A block alone, under the name of another definition.
+    // An object alone, under the name of another definition.
     ExpectOne(RuleId::NumberRange, "<V><UserName>u</UserName><X_Position>^1E309</X_Position></V>");
     ExpectOne(RuleId::NumberRange, Module("", "^70000"));
 }
