@@ -6,6 +6,19 @@
 
 namespace tam {
 
+namespace {
+
+/// The attributes that are numbers.
+struct SizeField {
+    const wchar_t* attribute;
+    std::uint8_t DataSizeEntry::*field;
+};
+constexpr SizeField kSizes[] = {{L"CDB_Size", &DataSizeEntry::CDB_Size},
+                                {L"Size_area_1", &DataSizeEntry::Size_area_1},
+                                {L"Size_area_2", &DataSizeEntry::Size_area_2}};
+
+} // namespace
+
 DataSizeEntry& DataSizeTable::RowOf(std::wstring_view elementName, ByteReader byteOf) {
     const std::uint8_t index = byteOf(elementName.empty() ? elementName : elementName.substr(1));
     if (index >= rows_.size()) {
@@ -25,12 +38,12 @@ void SetDataSize(DataSizeEntry& row, std::wstring_view attribute, std::wstring_v
     // The names as they stand: "name" is another attribute.
     if (attribute == L"Name") {
         row.Name = text;
-    } else if (attribute == L"CDB_Size") {
-        row.CDB_Size = byteOf(text);
-    } else if (attribute == L"Size_area_1") {
-        row.Size_area_1 = byteOf(text);
-    } else if (attribute == L"Size_area_2") {
-        row.Size_area_2 = byteOf(text);
+        return;
+    }
+    for (const auto& [name, size] : kSizes) {
+        if (attribute == name) {
+            row.*size = byteOf(text);
+        }
     }
 }
 
