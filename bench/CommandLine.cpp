@@ -97,7 +97,7 @@ std::string Folded(const std::string& help, std::size_t width) {
     return text;
 }
 
-/// What stands before and behind the commands, and the options of all of them.
+/// What stands before and after the commands, and the options of all of them.
 void SetUp(CLI::App& app, Options& options) {
     app.footer(kClosing);
     app.allow_windows_style_options(false); // "/tmp/project.xml" is a file

@@ -26,7 +26,7 @@ class OpenedDevice {
     OpenedDevice(const OpenedDevice&) = delete;
     OpenedDevice& operator=(const OpenedDevice&) = delete;
 
-    /// True for an identifier of a channel's object, if the firmware has any.
+    /// True for an identifier of a channel object, if the firmware has any.
     bool IsChannelObject(const std::wstring& identifier);
     /// The identifier of a kind of channel: "ai", "ao", "di", "do", "ctx" or the
     /// identifier itself. Throws BenchError for what no channel can be made of.

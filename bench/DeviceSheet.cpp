@@ -111,7 +111,7 @@ std::string VersionOf(const wchar_t* name) {
     if (loaded == nullptr) {
         return "";
     }
-    // The fixed part stands behind a header of three words and the name of the whole.
+    // The fixed part stands after a header of three words and the name of the whole.
     constexpr std::size_t kFixedPart = 40;
     const auto* const info = reinterpret_cast<const VS_FIXEDFILEINFO*>(
         static_cast<const std::byte*>(LockResource(loaded)) + kFixedPart);

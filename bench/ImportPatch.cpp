@@ -11,7 +11,7 @@ T* At(HMODULE dll, ULONG_PTR offset) {
     return reinterpret_cast<T*>(reinterpret_cast<ULONG_PTR>(dll) + offset);
 }
 
-/// The first of a DLL's import tables, behind the last of which is one without a
+/// The first of a DLL's import tables, after the last of which is one without a
 /// name. Null when it imports nothing.
 IMAGE_IMPORT_DESCRIPTOR* ImportTables(HMODULE dll) {
     const auto* dos = At<IMAGE_DOS_HEADER>(dll, 0);

@@ -57,7 +57,7 @@ int PressesOf(std::wstring_view text, std::wstring_view whole) {
         std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
     const int presses = digits ? std::stoi(std::wstring(text)) : 0;
     if (presses == 0) {
-        Refuse(Quoted(whole) + ": behind the name and a blank stands how often the key is pressed, 1 to " +
+        Refuse(Quoted(whole) + ": after the name and a blank stands how often the key is pressed, 1 to " +
                std::to_string(kMostPresses));
     }
     return presses;

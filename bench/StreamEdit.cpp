@@ -35,7 +35,7 @@ bool StartsAt(std::string_view text, std::size_t at, std::string_view word) {
     return text.substr(at, word.size()) == word;
 }
 
-/// Behind the tag that begins at a place: a ">" in an attribute's value does not end it.
+/// After the tag that begins at a place: a ">" in an attribute's value does not end it.
 std::size_t EndOfTag(std::string_view text, std::size_t at) {
     char quote = '\0';
     for (; at < text.size() && (quote != '\0' || text[at] != '>'); ++at) {
@@ -138,7 +138,7 @@ class Points {
     std::unordered_map<std::string_view, XmlTree::Index> points_;
 };
 
-/// A new element behind the others, with the blanks before it that the first one has.
+/// A new element after the others, with the blanks before it that the first one has.
 void Append(const XmlTree& tree, XmlTree::Index point, const std::string& element, Edits& edits) {
     const std::string_view text = tree.Text();
     Range content = ContentOf(text, tree.OffsetOf(point));

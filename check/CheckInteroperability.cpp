@@ -47,7 +47,7 @@ class Interoperability {
             const auto rank = static_cast<std::size_t>(known - std::begin(kParts));
             if (rank < last) {
                 document_.Report(RuleId::SectionOrder, span,
-                                 Tagged(*known) + " stands behind " + Tagged(kParts[last]),
+                                 Tagged(*known) + " stands after " + Tagged(kParts[last]),
                                  Tagged(*known) + " before it");
             }
             last = std::max(last, rank);

@@ -11,7 +11,7 @@ namespace check {
 struct Decimal {
     double value = 0;
     bool isNegative = false;
-    /// Without zeros in front and behind; "" is zero.
+    /// Without zeros in front and after; "" is zero.
     std::string digits;
     /// The number is digits times this power of ten.
     int exponent = 0;
@@ -25,7 +25,7 @@ bool IsMultiple(const Decimal& number, long a, long b);
 /// A text with a comma as its decimal mark, written with a point; nothing when that is no
 /// number either.
 std::optional<std::string> WithPoint(std::string_view text);
-/// The step between two values of a type, a times ten to the power of b, without zeros behind.
+/// The step between two values of a type, a times ten to the power of b, without zeros after.
 std::string StepText(long a, long b, std::string_view mark);
 /// What the component reads of a text: the number that it begins with; empty
 /// when it begins with none.

@@ -72,7 +72,7 @@ Leaf Document::ReadLeaf(Index element) {
         }
     });
     if (tree_.IsUnclosed(element)) {
-        // The line end behind it belongs to what follows.
+        // The line end after it belongs to what follows.
         leaf.text = std::string(Trim(leaf.text));
         leaf.raw = leaf.HasText() ? leaf.span : leaf.raw;
     }

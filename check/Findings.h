@@ -25,7 +25,7 @@ struct Finding {
     std::string expected;
     /// What was probably meant; empty when nothing is near.
     std::string suggestion;
-    /// From 1, in characters; the end is the column behind the last character.
+    /// From 1, in characters; the end is the column after the last character.
     std::size_t line = 0;
     std::size_t column = 0;
     std::size_t endLine = 0;

@@ -197,7 +197,7 @@ constexpr std::array kRules = {
          "The load shows a warning for each one. A comma in front makes the list empty, too.",
          "<SNVTCOMPATIBILITYLIST/>"},
     Rule{ListEndsEarly, "list-ends-early", Error, "A list that ends in the middle",
-         "An empty entry ends the list: what stands behind two commas is lost.",
+         "An empty entry ends the list: what stands after two commas is lost.",
          "<SNVTCOMPATIBILITYLIST>81,,21</SNVTCOMPATIBILITYLIST>"},
     Rule{ListEntryUnknown, "list-entry-unknown", Error, "An entry of a list that is no type",
          "Entries are compared as they stand, blanks included.",

@@ -127,7 +127,7 @@ enum class RuleId {
 
 struct Rule {
     RuleId id;
-    /// What stands in brackets behind a message.
+    /// What stands in brackets after a message.
     std::string_view name;
     Severity severity;
     std::string_view title;

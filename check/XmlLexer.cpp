@@ -332,7 +332,7 @@ Span XmlLexer::Instruction() {
     if (end == kNone) {
         Report(RuleId::XmlInstruction, {begin, 2}, "the instruction does not end", "\"?>\"");
     } else if (target.size > 0 && end > at_ && !IsBlank(text_[at_])) {
-        Report(RuleId::XmlInstruction, {at_, 1}, "a blank is missing behind the name of an instruction");
+        Report(RuleId::XmlInstruction, {at_, 1}, "a blank is missing after the name of an instruction");
     }
     CheckCharacters({at_, (end == kNone ? text_.size() : end) - at_});
     at_ = end == kNone ? text_.size() : end + 2;

@@ -9,7 +9,7 @@
 
 namespace check {
 
-/// Walks the markup of a text. It goes on behind what is wrong, always in the
+/// Walks the markup of a text. It goes on after what is wrong, always in the
 /// same way: so a tree keeps positions alone, and names, attributes and texts are
 /// walked once more when somebody asks for them, then without findings.
 class XmlLexer {
@@ -32,15 +32,15 @@ class XmlLexer {
 
     /// The XML declaration, if the text begins with one.
     void SkipDeclaration();
-    /// Behind a text, which ends where markup begins.
+    /// After a text, which ends where markup begins.
     Span Text();
-    /// Behind a comment, its content.
+    /// After a comment, its content.
     Span Comment();
     Span CData();
-    /// Behind an instruction, its target.
+    /// After an instruction, its target.
     Span Instruction();
     void Doctype();
-    /// Behind "<!" that begins nothing known.
+    /// After "<!" that begins nothing known.
     void UnknownMarkup();
     /// The name in a start tag or an end tag.
     Span TagName();
@@ -48,7 +48,7 @@ class XmlLexer {
     std::optional<Attribute> NextAttribute();
     /// Whether the start tag that was passed ends with "/>".
     bool IsEmptyTag() const noexcept { return isEmptyTag_; }
-    /// Behind the name of an end tag.
+    /// After the name of an end tag.
     void EndOfEndTag();
 
     void Report(RuleId rule, Span span, std::string message, std::string expected = {},

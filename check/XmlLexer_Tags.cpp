@@ -1,4 +1,4 @@
-// Tags and their attributes, and how reading goes on behind what is wrong in them.
+// Tags and their attributes, and how reading goes on after what is wrong in them.
 
 #include "check/Utf8.h"
 #include "check/XmlLexer.h"

@@ -19,7 +19,7 @@ namespace check {
 /// asked for. So a tree takes less room than its text, nearly always.
 ///
 /// A text that is not well-formed gives a tree too: what is wrong is reported,
-/// and the walk goes on behind it.
+/// and the walk goes on after it.
 class XmlTree {
   public:
     /// Longer texts are not read.

@@ -96,7 +96,7 @@ class XmlTree::Builder {
         if (Depth() == 0 && outside_++ == 0) {
             const bool isBefore = tree_.root_ == kNone;
             findings_.Add(RuleId::XmlRoot, span,
-                          isBefore ? "text before the document element" : "text behind the document element");
+                          isBefore ? "text before the document element" : "text after the document element");
         }
     }
 
@@ -225,7 +225,7 @@ class XmlTree::Builder {
         }
     }
 
-    /// An element that holds a text ends behind it: its end tag is missing there. What
+    /// An element that holds a text ends after it: its end tag is missing there. What
     /// follows the text belongs to the parent.
     void EndBehindText(Index element) {
         bool hasText = false;

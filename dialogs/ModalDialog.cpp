@@ -31,7 +31,7 @@ HANDLE ComponentContext() noexcept {
     return context;
 }
 
-/// The title in a dialog's template, behind the fixed part of it, its menu and its
+/// The title in a dialog's template, after the fixed part of it, its menu and its
 /// window class: each of these two is 0, FFFF with a number, or a text.
 std::wstring TitleOf(int resource) {
     constexpr std::size_t kFixedWords = 13;

@@ -87,12 +87,12 @@ Drawing Draw(const Sheet& sheet, const Measure& measure, Format format) {
     const double x = kBorder + leftWidth + mirrors.Gutter(Place::Left) + module.Margin(Side::Input);
     module.MoveTo({x, kBorder});
     stack(left, kBorder, leftWidth);
-    const double behind = module.Right() + module.Margin(Side::Output) + mirrors.Gutter(Place::Right);
+    const double after = module.Right() + module.Margin(Side::Output) + mirrors.Gutter(Place::Right);
     const double rightWidth = WidthOf(right, channels);
-    stack(right, behind, rightWidth);
+    stack(right, after, rightWidth);
 
     Drawing drawing;
-    drawing.width = behind + rightWidth + kBorder;
+    drawing.width = after + rightWidth + kBorder;
     double bottom = module.Bottom() + mirrors.Below();
     for (const BlockBox& channel : channels) {
         bottom = std::max(bottom, channel.Bottom());

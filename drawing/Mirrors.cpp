@@ -132,7 +132,7 @@ void Mirrors::PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
         }
     }
     // Lines of one direction do not cross when a rising line turns before those below
-    // it, and a falling line behind them.
+    // it, and a falling line after them.
     const auto byHeight = [](const Wanted& one, const Wanted& other) {
         return one.ends.module.y < other.ends.module.y;
     };
@@ -154,7 +154,7 @@ void Mirrors::PaintDirect(Drawing& drawing, Place place, const BlockBox& module,
 
 void Mirrors::PaintAround(Drawing& drawing, const BlockBox& module,
                           const std::vector<BlockBox>& channels) const {
-    // Behind the tracks of the direct lines, on both sides.
+    // After the tracks of the direct lines, on both sides.
     double left = module.Left() - module.Margin(Side::Input) - kMargin -
                   kTrack * static_cast<double>(Count(Place::Left, false));
     double right = module.Right() + module.Margin(Side::Output) + kMargin +

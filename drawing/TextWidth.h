@@ -27,7 +27,7 @@ double WidthByTable(std::string_view text, Font font) noexcept;
 /// The text when it fits, else its beginning with an ellipsis.
 std::string Shortened(const std::string& text, Font font, double width, const Measure& measure);
 
-/// The code point at a place of a UTF-8 text, and the place behind it. A byte that
+/// The code point at a place of a UTF-8 text, and the place after it. A byte that
 /// starts no character is U+FFFD.
 char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept;
 

@@ -40,10 +40,10 @@ VIAddVersionKey /LANG=1033 LegalCopyright ""
 !define WINDOW "Software\Classes\Applications\tamview.exe"
 
 Var Scope      ; AllUsers or CurrentUser
-Var Registered ; the DLLs that are registered, as names below $INSTDIR, each with a bar behind it
+Var Registered ; the DLLs that are registered, as names below $INSTDIR, each with a bar after it
 Var Components ; the components that are installed, as the command line names them
 Var IsListed   ; 1 when the entry in Apps is that of the folder which the uninstaller removes
-Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister is registered anew in a moment
+Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister is registered again in a moment
 
 !define MUI_ABORTWARNING
 !insertmacro MUI_PAGE_WELCOME

@@ -15,7 +15,7 @@ namespace benchmark {
 /// What a host waits for before its first call, in microseconds.
 struct StartCost {
     double load = 0;
-    /// The first module object, behind its class object.
+    /// The first module object, after its class object.
     double create = 0;
 };
 

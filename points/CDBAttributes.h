@@ -26,7 +26,7 @@ class CDBAttributes final
     /// shows boxes.
     com::Ref<CDBAttribute> AddItem(const std::wstring& name, const dom::Node& definition, PointOwner* owner,
                                    const std::function<void()>& mayAdd);
-    /// Takes away all behind the first ones.
+    /// Takes away all after the first ones.
     void KeepFirst(std::size_t count) { items_.KeepFirst(count); }
     void Clear() { items_.Clear(); }
 

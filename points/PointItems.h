@@ -45,7 +45,7 @@ class PointItems {
             items_.RemovePosition(items_.PositionOf(*found));
         }
     }
-    /// Removes all behind the first ones, the last one first.
+    /// Removes all after the first ones, the last one first.
     void KeepFirst(std::size_t count) {
         ItemsChange();
         while (items_.Count() > count) {

@@ -5,7 +5,7 @@
 
 A header or source that leans on another header for <cstdint> compiles here and fails with the next release of a
 compiler. A source may lean on its own header (com/Dom.h for com/Dom.cpp and common/Dom_Write.cpp) and on
-nothing else. Names in comments, in texts and behind no "std::" do not count, but for the macros and types of C.
+nothing else. Names in comments, in texts and after no "std::" do not count, but for the macros and types of C.
 With --fix the include lines are put in or taken out; clang-format puts them in order. Exits 1 when there are findings.
 """
 
@@ -51,7 +51,7 @@ def includes_of(text):
 
 
 def uses_of(text):
-    """Name -> the offset of its first use. An unknown name behind std:: is there too."""
+    """Name -> the offset of its first use. An unknown name after std:: is there too."""
     code = code_of(text)
     found = []
     for match in USE.finditer(code):

@@ -185,10 +185,10 @@ def token_choices(source, tokens, index):
         return ()
     if token.text in STEPS:
         return STEPS[token.text]
-    before, behind = source[token.start - 1 : token.start], source[token.end : token.end + 1]
-    if token.text == "!" and not behind.isspace():
+    before, after = source[token.start - 1 : token.start], source[token.end : token.end + 1]
+    if token.text == "!" and not after.isspace():
         return ("",)
-    if token.text in BINARY and before.isspace() and behind.isspace():
+    if token.text in BINARY and before.isspace() and after.isspace():
         return BINARY[token.text]
     if token.text == "-" and index + 1 < len(tokens) and tokens[index + 1].kind == "number":
         return ("",)

@@ -71,7 +71,7 @@ def file_lists(names, stage):
 
 
 def installer_bytes(files, version, moment, sign=None):
-    """The installer of files, a map of names to bytes. sign is the command that signs the file behind it."""
+    """The installer of files, a map of names to bytes. sign is the command that signs the file after it."""
     script = Path(__file__).resolve().parent.parent / "packaging/setup.nsi"
     with tempfile.TemporaryDirectory() as folder:
         stage, lists, output = Path(folder) / "stage", Path(folder) / "files.nsh", Path(folder) / f"O_Tam_id-{version}-setup.exe"

@@ -185,7 +185,7 @@ class KitTest(unittest.TestCase):
 
     def test_a_program_has_no_time_in_it(self):
         first, second = (bytearray(binary(0x14C, (1, 0, 0, 0))) for _ in range(2))
-        struct.pack_into("<I", second, 0x88, 1_700_000_000)  # behind the signature, the machine and the sections
+        struct.pack_into("<I", second, 0x88, 1_700_000_000)  # after the signature, the machine and the sections
         struct.pack_into("<I", second, 0x80 + 24 + 64, 77)
         self.assertNotEqual(first, second)
         self.assertEqual(package_programs.without_time(first), package_programs.without_time(second))

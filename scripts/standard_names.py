@@ -1,6 +1,6 @@
 """Which header of the standard library declares which name.
 
-Only what stands here is known: check_includes.py reports every other name behind std::, to be added.
+Only what stands here is known: check_includes.py reports every other name after std::, to be added.
 """
 
 # Header -> the names that it declares, without "std::". A name under several headers is declared by each of

@@ -34,7 +34,7 @@ bool StoreLimit(std::wstring& limit, const std::wstring& text) noexcept {
     return limit.empty() == text.empty();
 }
 
-/// Whether a path is no more than a node's name. Blanks behind the name do not
+/// Whether a path is no more than a node's name. Blanks after the name do not
 /// count in a path.
 bool IsNameOf(const dom::Node& node, std::wstring_view path) {
     const std::wstring name = dom::BaseName(node);

@@ -21,7 +21,7 @@ void Act(Frame& frame, int) {
     (frame.*Member)(Arguments...);
 }
 
-/// Of one that gets the place of its identifier behind another one.
+/// Of one that gets the place of its identifier after another one.
 template <auto Member, int First>
 void ActOn(Frame& frame, int id) {
     (frame.*Member)(static_cast<std::size_t>(id - First));

@@ -79,7 +79,7 @@ void Frame::ShowListMenu(ListPane& pane, POINT place) {
         for (const UINT entry : {UINT{IDM_EDIT_VALUE}, UINT{IDM_EDIT_CELL}}) {
             DeleteMenu(menu, entry, MF_BYCOMMAND);
         }
-        DeleteMenu(menu, 0, MF_BYPOSITION); // the line behind them
+        DeleteMenu(menu, 0, MF_BYPOSITION); // the line after them
     }
     SetFocus(pane.Handle());              // what its entries are about
     if (place.x == -1 && place.y == -1) { // by the keyboard

@@ -43,7 +43,7 @@ class Session::Documents {
     /// The default value of an attribute; empty without one.
     std::wstring DefaultOf(const std::wstring& attribute) const;
     /// The points of this type of which the component tells when it does not find it, one
-    /// after the other, from 0; null behind the last.
+    /// after the other, from 0; null after the last.
     const SourcePoints::Place* PlaceOfType(const std::wstring& type, std::size_t number) const;
     /// The first point whose name stands in a text as a word.
     const SourcePoints::Place* PlaceNamedIn(const std::string& text) const;

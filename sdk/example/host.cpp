@@ -127,7 +127,7 @@ void Run(wchar_t** arguments) {
     Check(done == VARIANT_FALSE ? E_FAIL : S_OK, L"reading the definition");
     Check(module->putref_XmlSNVTDoc(catalogue), L"XmlSNVTDoc");
     Check(tam->LoadFromXmlStream(ReadStream(arguments[2])), L"LoadFromXmlStream");
-    Check(module->put_GlobalKey(_bstr_t(L"SHEET1\\MODULE1")), L"GlobalKey"); // behind the loading
+    Check(module->put_GlobalKey(_bstr_t(L"SHEET1\\MODULE1")), L"GlobalKey"); // after the loading
 
     IAttributesPtr attributes;
     Check(module->get_Attributes(&attributes), L"Attributes");

@@ -48,7 +48,7 @@ void Run(wchar_t** arguments) {
     }
     module->PutRefXmlSNVTDoc(catalogue);
     tam->LoadFromXmlStream(ReadStream(arguments[2]));
-    module->GlobalKey = L"SHEET1\\MODULE1"; // behind the loading
+    module->GlobalKey = L"SHEET1\\MODULE1"; // after the loading
 
     const faces::IAttributesPtr attributes = module->Attributes;
     for (long position = 1; position <= attributes->Count; ++position) {

@@ -14,7 +14,7 @@ namespace {
 
 class CDBAppObjectDeviceStreamTest : public ModuleTest {
   protected:
-    /// A stream with this content behind its four required elements.
+    /// A stream with this content after its four required elements.
     static std::wstring With(const std::wstring& content, const std::wstring& isLast = L"1",
                              const std::wstring& objectId = L"3") {
         return L"<Tam><Name>Pump</Name><DevKey>K7</DevKey><IsLastOnDev>" + isLast +

@@ -113,7 +113,7 @@ TEST_F(CDBAppObjectUnusualProjectTest, IsReadOnInASectionThatTheHostTakesAway) {
     const auto module =
         LoadedWhile([](const Document& document) { Remove(At(document, L"Valve/OutReferences")); });
     EXPECT_EQ(Shown(module), (std::vector<bool>{true, true, true}));
-    EXPECT_EQ(UserName(module), L"First") << "nothing stands behind the section any more";
+    EXPECT_EQ(UserName(module), L"First") << "nothing stands after the section any more";
 }
 
 TEST_F(CDBAppObjectUnusualProjectTest, EndsASectionAtAnElementThatTheHostTakesAway) {

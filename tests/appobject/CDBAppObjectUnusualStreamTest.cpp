@@ -121,7 +121,7 @@ TEST_F(CDBAppObjectUnusualStreamTest, MayHoldNoCharacterThatXmlHasNot) {
     EXPECT_EQ(NameOf(L"\xD83D\xDE00"), L"\xD83D\xDE00") << "a pair of surrogates is a character";
 }
 
-// What a parser makes of half a character, and of a NUL behind the document's
+// What a parser makes of half a character, and of a NUL after the document's
 // element, is its own affair.
 TEST_F(CDBAppObjectUnusualStreamTest, FailsWhereTheParserDoes) {
     const std::wstring nul(1, L'\0');

@@ -121,9 +121,9 @@ TEST(ProgramTextTest, IsUtf8) {
 
 TEST(ProgramOptionsTest, StandBeforeOrBehindTheCommand) {
     const Outcome before = RunBench({L"--us", L"--json", L"set", L"channels", L"AI1_Offset=1.5"});
-    const Outcome behind = RunBench({L"set", L"channels", L"AI1_Offset=1.5", L"--json", L"--us"});
+    const Outcome after = RunBench({L"set", L"channels", L"AI1_Offset=1.5", L"--json", L"--us"});
     EXPECT_EQ(0U, before.status);
-    EXPECT_EQ(before.out, behind.out);
+    EXPECT_EQ(before.out, after.out);
 }
 
 } // namespace

@@ -27,7 +27,7 @@ bool Holds(const std::string& text, const std::string& part) {
 }
 
 /// The texts of a point's row below its name, by the columns' titles; a note stands
-/// behind its text.
+/// after its text.
 Json RowOf(const std::string& html, const std::string& name) {
     Json row = Json::object();
     const std::size_t start = html.find("<th scope=\"row\"><span>" + name + "</span>");

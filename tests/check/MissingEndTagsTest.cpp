@@ -1,4 +1,4 @@
-// A missing end tag is one finding, and what stands behind it is checked.
+// A missing end tag is one finding, and what stands after it is checked.
 
 #include "tests/check/Documents.h"
 

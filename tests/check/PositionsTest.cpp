@@ -53,7 +53,7 @@ std::string Utf16(const std::string& text, bool isBigEndian) {
     return bytes;
 }
 
-// The name stands behind a tab, "<!-- ", two letters, a blank, one character and " --><".
+// The name stands after a tab, "<!-- ", two letters, a blank, one character and " --><".
 const std::vector<Place> kExpected = {{RuleId::ElementMissing, 2, 2}, {RuleId::ElementMisspelt, 4, 16}};
 
 } // namespace

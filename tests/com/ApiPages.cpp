@@ -119,7 +119,7 @@ void WriteInterface(std::ostream& out, const Interface& face) {
 
 void WriteClasses(std::ostream& out, const TypeLibrary& library) {
     out << "\n## Classes\n\nA host makes those that say so; the others it gets from them.\n"
-        << "What stands behind \"by name\" lists all members that a script reaches on the object.\n\n"
+        << "What stands after \"by name\" lists all members that a script reaches on the object.\n\n"
         << "| class | what it is | made by a host | identifier | interfaces, the default one first |\n"
         << "| --- | --- | --- | --- | --- |\n";
     for (const Class& entry : library.Classes()) {

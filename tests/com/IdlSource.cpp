@@ -18,7 +18,7 @@ bool IsWordCharacter(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
-/// The place behind a text in quotes that begins at `at`.
+/// The place after a text in quotes that begins at `at`.
 std::size_t EndOfQuoted(const std::string& text, std::size_t at) {
     for (++at; text.at(at) != '"'; ++at) {
         if (text[at] == '\\') {
@@ -93,7 +93,7 @@ class Reader {
         }
     }
 
-    /// `name = value, … }` behind the enumeration's name.
+    /// `name = value, … }` after the enumeration's name.
     std::vector<std::string> Values() {
         std::vector<std::string> values;
         SkipTo("{");

@@ -57,7 +57,7 @@ Written Give(const WrittenField<Data> (&fields)[N], const Data& data) {
     return written;
 }
 
-/// The keywords of a table. Rows behind the first of a name would never be asked.
+/// The keywords of a table. Rows after the first of a name would never be asked.
 template <class Data, std::size_t N>
 std::multiset<std::wstring> Keywords(const ReadField<Data> (&fields)[N]) {
     std::multiset<std::wstring> keywords;

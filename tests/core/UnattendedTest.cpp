@@ -36,9 +36,9 @@ TEST(UnattendedTest, WritesAllMembersInOneLine) {
 std::wstring TextOf(const std::wstring& text) {
     const std::wstring line = JsonLine({{}, {}, text, {}, {}, {}}, {});
     const std::wstring before = LR"({"time": "", "kind": "", "title": "", "text": )";
-    const std::wstring behind = LR"(, "label": "", "place": "", "source": ""})";
+    const std::wstring after = LR"(, "label": "", "place": "", "source": ""})";
     EXPECT_EQ(line.substr(0, before.size()), before);
-    return line.substr(before.size(), line.size() - before.size() - behind.size());
+    return line.substr(before.size(), line.size() - before.size() - after.size());
 }
 
 TEST(UnattendedTest, EscapesWhatWouldEndTheTextOrTheLine) {

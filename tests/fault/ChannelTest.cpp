@@ -176,7 +176,7 @@ TEST_F(ChannelFaultTest, MadeByTheManager) {
     job.judge = [&](const Case& run) {
         EXPECT_TRUE(run.HasFailed());
         EXPECT_EQ(run.left.fields[0], L"none");
-        // A search that failed is not made again; what failed behind it is.
+        // A search that failed is not made again; what failed after it is.
         if (run.kind == Kind::Dom || run.kind == Kind::Host) {
             EXPECT_EQ(run.left.fields[1], L"no library");
         } else if (run.kind == Kind::Creation) {

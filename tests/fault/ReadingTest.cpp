@@ -68,7 +68,7 @@ TEST_F(ReadingFaultTest, Definition) {
     job.reports = {kInitReport, kBasicInfosReport, kDataSizesReport};
     job.judge = [&](const Case& run) {
         const bool isRead = run.left.answer == L"True";
-        // The rows of sizes are trapped on their own: the reading goes on behind them.
+        // The rows of sizes are trapped on their own: the reading goes on after them.
         ExpectSetInOrder(run);
         if (!run.told.empty()) {
             EXPECT_EQ(run.told.back().callingFunction == kInitReport, !isRead);

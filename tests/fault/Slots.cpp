@@ -1,3 +1,7 @@
+// An object's first word points to the table of its class: one address for each method. A
+// method is replaced by writing another address into the table, so all objects of the class
+// have it. The stand-in looks at its return address: a call of the component can be made to
+// fail, every other call goes to the method that stood there. The destructor puts all back.
 #include "tests/fault/Slots.h"
 
 namespace fault {

@@ -107,7 +107,7 @@ void Change(Tree& tree, Random& random) {
     }
 }
 
-/// Just behind a tag somewhere in a text.
+/// Just after a tag somewhere in a text.
 std::size_t BehindATag(const std::wstring& text, Random& random) {
     const std::size_t end = text.find(L'>', random.Below(text.size()));
     return end == std::wstring::npos ? text.size() : end + 1;

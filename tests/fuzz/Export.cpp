@@ -37,7 +37,7 @@ void CheckPlace(const std::wstring& text, const std::wstring& description) {
         begin += text.compare(begin, 2, L"\r\n") == 0 ? 2u : 1u;
     }
     const std::size_t end = std::min(text.find_first_of(L"\r\n", begin), text.size());
-    Require(column >= 1 && begin + column <= end + 2); // also right behind the line, between CR and LF
+    Require(column >= 1 && begin + column <= end + 2); // also right after the line, between CR and LF
 }
 
 /// Runs a reader; false where it says that the text is no document.

@@ -11,7 +11,7 @@ namespace tam::fuzz {
 namespace {
 
 /// The field between the n-th hit and the next; a search goes on one character
-/// behind a hit.
+/// after a hit.
 std::wstring FieldByRule(const std::wstring& text, std::int32_t field, const std::wstring& delimiter) {
     if (field < 0) {
         return {};

@@ -135,7 +135,7 @@ PVOID WINAPI CountAllocate(PVOID heap, ULONG flags, SIZE_T bytes) {
 }
 
 PVOID WINAPI CountReallocate(PVOID heap, ULONG flags, PVOID block, SIZE_T bytes) {
-    // Before the call: behind it, the old place may be another thread's already.
+    // Before the call: after it, the old place may be another thread's already.
     const Table::Block old = Blocks().Remove(block);
     void* const moved = Original().reallocate(heap, flags, block, bytes);
     if (moved != nullptr) {

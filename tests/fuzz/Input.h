@@ -23,7 +23,7 @@ inline void Require(bool holds, const char* file = __builtin_FILE(), int line = 
     }
 }
 
-/// What the fuzzer gives, read from its start. Behind its end all bytes are 0.
+/// What the fuzzer gives, read from its start. After its end all bytes are 0.
 class Input {
   public:
     Input(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
@@ -33,7 +33,7 @@ class Input {
 
     std::uint8_t Byte() noexcept { return IsAtEnd() ? std::uint8_t{0} : data_[at_++]; }
     std::size_t Below(std::size_t limit) noexcept { return limit == 0 ? 0 : Byte() % limit; }
-    /// A byte each; a byte FF and the two behind it are one, so that letters of
+    /// A byte each; a byte FF and the two after it are one, so that letters of
     /// any alphabet and halves of surrogate pairs are reached.
     wchar_t Character() noexcept {
         const std::uint8_t first = Byte();

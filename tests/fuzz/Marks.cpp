@@ -22,7 +22,7 @@ std::wstring WithoutSign(const std::wstring& text) {
     return text.starts_with(L'-') || text.starts_with(L'+') ? text.substr(1) : text;
 }
 
-/// The digits of a whole part: no groups, or groups of three behind the first.
+/// The digits of a whole part: no groups, or groups of three after the first.
 std::optional<std::wstring> Ungrouped(const std::wstring& text, const std::wstring& mark) {
     std::vector<std::wstring> groups(1);
     for (std::size_t i = 0; i < text.size(); ++i) {

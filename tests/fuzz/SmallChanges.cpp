@@ -17,7 +17,7 @@ std::pair<std::size_t, std::size_t> LineAt(const std::wstring& text, std::size_t
     return {begin, end == std::wstring::npos ? text.size() : end + 1};
 }
 
-/// Behind a tag, or before one.
+/// After a tag, or before one.
 std::size_t BesideATag(const std::wstring& text, Random& random) {
     const bool isBehind = random.OneIn(2);
     const std::size_t at = text.find(isBehind ? L'>' : L'<', random.Below(text.size()));
@@ -83,7 +83,7 @@ void ChangeOne(std::wstring& text, Random& random) {
         text.erase(begin, end - begin);
         return;
     }
-    case 7: { // a line behind the next one
+    case 7: { // a line after the next one
         const auto [begin, end] = LineAt(text, at);
         const std::wstring line = text.substr(begin, end - begin);
         text.erase(begin, end - begin);

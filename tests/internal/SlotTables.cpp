@@ -273,7 +273,7 @@ const Signatures kHostView = {L"-ShowObject()"};
 constexpr unsigned kThird = kFirstSlot + 2;
 const Signatures kDatabaseLocation = {L"-get Path() text"};
 
-/// The member's name alone: what stands before the bracket and behind the kind of access.
+/// The member's name alone: what stands before the bracket and after the kind of access.
 std::wstring_view NameIn(std::wstring_view signature) {
     const std::wstring_view label = signature.substr(0, signature.find(L'('));
     return label.substr(label.find(L' ') + 1); // from the start where there is no blank

@@ -12,10 +12,10 @@
 namespace internal_tests {
 
 struct SlotCase {
-    /// Such as "IInput"; with "Input" or "Output" behind it where both have the interface.
+    /// Such as "IInput"; with "Input" or "Output" after it where both have the interface.
     std::string place;
     const IID* iid = nullptr;
-    /// From 7, the first behind IDispatch.
+    /// From 7, the first after IDispatch.
     unsigned slot = 0;
     std::wstring name;
     /// Such as "put Path(text)".

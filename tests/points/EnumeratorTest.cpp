@@ -30,7 +30,7 @@ class EnumeratorTest : public PointsTest {
         EXPECT_TRUE(enumerator);
         return enumerator;
     }
-    /// The next item's member, "(end)" behind the last.
+    /// The next item's member, "(end)" after the last.
     static std::wstring Next(const Enumerator& enumerator, const wchar_t* member = L"Name",
                              const CalledFrom& = {}) {
         com::Variant item;

@@ -27,7 +27,7 @@ void* FailingMalloc(std::size_t bytes) {
 }
 
 /// The component's own memory runs out at the n-th of such blocks; everything
-/// behind it is given.
+/// after it is given.
 class MemoryReportTest : public PointsTest {
   protected:
     const std::wstring longText = std::wstring(kLength, L'7');

@@ -75,8 +75,8 @@ class PointCollectionTest : public PointsTest {
         EXPECT_EQ(Put(module, &IAppObject::put_GlobalKey, global), S_OK);
         EXPECT_EQ(Put(module, &IAppObject::put_ExtendedKey, extended), S_OK);
     }
-    /// A collection has a key of the module with its own part behind, its points
-    /// that with their name behind; an empty text stands for no key at all.
+    /// A collection has a key of the module with its own part after, its points
+    /// that with their name after; an empty text stands for no key at all.
     template <class I>
     static void ExpectKeys(const com::Ref<I>& object, const std::wstring& global,
                            const std::wstring& extended, const std::wstring& name = {},

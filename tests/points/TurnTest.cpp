@@ -44,7 +44,7 @@ class TurnTest : public PointsTest {
     void Add(const std::wstring& text, const CalledFrom& = {}) const {
         EXPECT_EQ(list->Add(com::Bstr(text).Get()), S_OK);
     }
-    /// One turn, with an end of the list behind it.
+    /// One turn, with an end of the list after it.
     void GiveTurn() const { Add(L","); }
     /// A list of three turns is read while a window of the host always has a message
     /// waiting, which is handled once a turn at most.

@@ -83,7 +83,7 @@ TEST_F(UnusualSavedTest, MoveARepeatedNameEachTime) {
     EXPECT_EQ(Names(Inputs(module)), (Texts{L"A", L"B", L"C"}));
     EXPECT_EQ(Inputs(module).As<_CDBInputs>()->XmlLoad(Saved(L"<Inputs><A/><B/><C/><A/><B/></Inputs>").Get()),
               S_OK);
-    EXPECT_EQ(Names(Inputs(module)), (Texts{L"A", L"B", L"C"})) << "there are no positions behind the last";
+    EXPECT_EQ(Names(Inputs(module)), (Texts{L"A", L"B", L"C"})) << "there are no positions after the last";
 }
 
 TEST_F(UnusualSavedTest, EndAtAnElementThatTheHostTakesAway) {

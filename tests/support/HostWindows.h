@@ -107,7 +107,7 @@ class Reposter final : public HostWindow {
   public:
     static constexpr int kGivesUp = 1000;
 
-    /// Calls `each` with the count of its messages, behind the posting.
+    /// Calls `each` with the count of its messages, after the posting.
     explicit Reposter(std::function<void(int)> each = {}) : each_(std::move(each)) { Post(); }
 
   private:

@@ -128,7 +128,7 @@ Member ReadMember(ITypeInfo& info, const FUNCDESC& function) {
     std::for_each_n(names, count, SysFreeString);
     const auto result = std::ranges::find_if(member.parameters, &Parameter::result);
     if (result != member.parameters.end() && result + 1 != member.parameters.end()) {
-        throw std::logic_error("an argument stands behind the result");
+        throw std::logic_error("an argument stands after the result");
     }
     return member;
 }

@@ -69,7 +69,7 @@ struct Member {
 struct Interface {
     IID id{};
     std::wstring name;
-    /// In slot order, from the first behind IDispatch.
+    /// In slot order, from the first after IDispatch.
     std::vector<Member> members;
     std::wstring help;
     /// Its description, which calls members by name; empty for IDispatch itself.

@@ -147,7 +147,7 @@ TEST_F(CSNVTTypeFailureTest, ReadsNoNumbersWhereTheyDoNotCount) {
 }
 
 TEST_F(CSNVTTypeFailureTest, NeverFailsTheOwner) {
-    // Loading goes on behind each of these; Assigned expects success.
+    // Loading goes on after each of these; Assigned expects success.
     SetCatalogue(Entry(L"1", L"<Type>Odd</Type>") + Entry(L"2", L"<Type>Float</Type>") +
                  Entry(L"3", L"", L"Factor='1e300'"));
     module = Loaded(

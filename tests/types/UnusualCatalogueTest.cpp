@@ -56,7 +56,7 @@ TEST_F(UnusualCatalogueTest, HasItsElementsInAnyOrderWithSectionsAndCommentsBetw
 }
 
 TEST_F(UnusualCatalogueTest, ExaminesEveryNodeButComments) {
-    // An instruction's local name is its target, its text what stands behind it.
+    // An instruction's local name is its target, its text what stands after it.
     const auto answers =
         AnswersOf(FromEntry(L"<?Name Instructed?><Type>Textual</Type><?length 7?><!--Length 8-->"));
     EXPECT_EQ(answers.name, L"Instructed");

@@ -217,7 +217,7 @@ TEST_F(FindingsTest, AFileThatDoesNotLoadShowsWhyAndWhere) {
     EXPECT_EQ(0, viewer.Count(IDC_ATTRIBUTES));
     EXPECT_FALSE(viewer.IsEnabled(IDM_FILE_SAVE));
     Show(viewer, IDM_VIEW_SOURCE);
-    // The window shows it behind its first picture.
+    // The window shows it after its first picture.
     Await("the source", [&] { return viewer.PartText(IDC_SOURCE).find(L"<Tam>") != std::wstring::npos; });
     const Texts rules = viewer.Cells(IDC_FINDINGS, kRule);
     EXPECT_TRUE(std::any_of(rules.begin(), rules.end(),

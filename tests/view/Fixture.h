@@ -40,7 +40,7 @@ class ViewTest : public testing::Test {
     /// Has the viewer load larger and larger files until one takes long enough to show the
     /// button that stops it, and does something about it then. True when that ended the loading.
     static bool StopsBy(const Viewer& viewer, const std::function<void()>& act);
-    /// The same; true when it was still loading behind what was done.
+    /// The same; true when it was still loading after what was done.
     static bool LoadsDuring(const Viewer& viewer, const std::function<void()>& act);
 
   private:

@@ -48,7 +48,7 @@ class ListKeysTest : public OpenedTest {
     void AwaitFocus(int control) const {
         Await("the focus on " + std::to_string(control), [&] { return viewer_.Focus() == control; });
     }
-    /// Waits for a copy behind the one that was there: nobody opens the clipboard before it.
+    /// Waits for a copy after the one that was there: nobody opens the clipboard before it.
     void AwaitClipboard(const std::function<bool(const std::wstring&)>& holds) const {
         Await("a copy", [&] { return GetClipboardSequenceNumber() != sequence_; });
         Await("what was to be copied", [&] { return holds(ClipboardText()); });

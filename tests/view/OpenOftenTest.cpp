@@ -106,7 +106,7 @@ void Print(const char* when, const Holdings& holdings) {
 
 class OpenOftenTest : public ViewTest {
   protected:
-    /// Opens something again and again; the answer is what the program had before and behind it.
+    /// Opens something again and again; the answer is what the program had before and after it.
     static std::pair<Holdings, Holdings> ExpectNothingStays(const Viewer& viewer, int warmUp, int rounds,
                                                             const std::function<void()>& open) {
         for (int i = 0; i < warmUp; ++i) {

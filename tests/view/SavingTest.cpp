@@ -85,13 +85,13 @@ TEST_F(SavingTest, AProjectKeepsWhatElseItHolds) {
 TEST_F(SavingTest, WhatElseAProjectHoldsStaysByteForByte) {
     const std::string before = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<!-- ours -->\n<Project>\r\n"
                                "\t<Other><!-- why --><?do it?><![CDATA[<a>]]> mixed <b/> text&#10;</Other>\n";
-    const std::string after = "<!-- last --></Project>\n<!-- behind -->\n";
+    const std::string after = "<!-- last --></Project>\n<!-- after -->\n";
     FileWith(L"hall.project.xml", before + after);
     Change(L"6");
     SaveFirst(viewer_);
     const std::string once = BytesOf(project_);
     EXPECT_TRUE(once.starts_with(before)) << once;
-    EXPECT_TRUE(once.ends_with("</Project>\n<!-- behind -->\n")) << once;
+    EXPECT_TRUE(once.ends_with("</Project>\n<!-- after -->\n")) << once;
     EXPECT_NE(std::string::npos, once.find("<!-- last -->")) << once;
     Change(L"4");
     viewer_.Do(IDM_FILE_SAVE);

@@ -24,7 +24,7 @@ TEST_F(StoppingTest, AMenuThatIsOpenHasItsKeys) {
     Viewer viewer;
     viewer.ToFront();
     int before = 0;
-    int behind = 0;
+    int after = 0;
     EXPECT_TRUE(StopsBy(viewer, [&] {
         viewer.Press(VK_SPACE, {VK_MENU}); // the load waits for the menu's end
         Await("the menu", [&] { return viewer.ShownMenu() != nullptr; });
@@ -34,10 +34,10 @@ TEST_F(StoppingTest, AMenuThatIsOpenHasItsKeys) {
         Await("the end of the menu", [&] { return viewer.ShownMenu() == nullptr; });
         viewer.Press(VK_ESCAPE); // from the bar too
         Await("the end of the menu's keys", [&] { return !viewer.IsInMenu(); });
-        behind = viewer.Focus();
+        after = viewer.Focus();
         viewer.Press(VK_CANCEL, {VK_CONTROL});
     }));
-    EXPECT_EQ(before, behind) << "the Tab key was the menu's";
+    EXPECT_EQ(before, after) << "the Tab key was the menu's";
     viewer.Close();
 }
 

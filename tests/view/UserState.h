@@ -9,7 +9,7 @@
 namespace viewtest {
 
 /// While this lives the window finds nothing that it keeps of its user, and what it keeps is
-/// the test's: its key of the registry is empty, and its folder is another one. Behind it the
+/// the test's: its key of the registry is empty, and its folder is another one. After it the
 /// user has the key again as it was. What a test that was ended has left is given back by the
 /// next one.
 class UserState {

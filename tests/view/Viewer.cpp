@@ -192,7 +192,7 @@ void Box::Press(int button) const {
 }
 
 void Box::AwaitEnd() const {
-    // A box is hidden before the program goes on behind it.
+    // A box is hidden before the program goes on after it.
     const HWND frame = owner_;
     Await("the end of the box " + Narrow(Caption()),
           [this] { return IsWindow(window_) == FALSE || IsWindowVisible(window_) == FALSE; });

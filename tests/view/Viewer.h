@@ -57,7 +57,7 @@ class Box {
     /// Of a message box.
     std::wstring Text() const;
     bool Has(int button) const noexcept { return GetDlgItem(window_, button) != nullptr; }
-    /// Presses a button and waits until the box is gone, and what the program does behind it.
+    /// Presses a button and waits until the box is gone, and what the program does after it.
     void Press(int button) const;
     /// Presses a button, whatever comes of it.
     void Click(int button) const;

@@ -51,10 +51,10 @@ std::size_t EndOfNumber(std::wstring_view text) noexcept {
     if (end < text.size() && (text[end] == L'E' || text[end] == L'e')) {
         const bool hasSign = end + 1 < text.size() && (text[end + 1] == L'-' || text[end + 1] == L'+');
         const std::size_t exponent = end + (hasSign ? 2 : 1);
-        const std::size_t behind = EndOfDigits(text, exponent);
+        const std::size_t after = EndOfDigits(text, exponent);
         // "3E" of an identifier such as "3Eb" is no exponent.
-        if (behind > exponent && (behind == text.size() || text[behind] == L' ')) {
-            end = behind;
+        if (after > exponent && (after == text.size() || text[after] == L' ')) {
+            end = after;
         }
     }
     return end;

@@ -13,7 +13,7 @@ class CellKey {
 
     /// An empty cell stands last, whichever way the column is sorted.
     bool IsEmpty() const noexcept { return kind_ == Kind::Empty; }
-    /// Below 0, 0 or above 0. Numbers come before texts; behind equal numbers the
+    /// Below 0, 0 or above 0. Numbers come before texts; after equal numbers the
     /// rest of the cell decides ("105 temp_p").
     int Compare(const CellKey& other) const noexcept;
 
@@ -21,7 +21,7 @@ class CellKey {
     enum class Kind { Number, Text, Empty };
     Kind kind_ = Kind::Empty;
     double number_ = 0;
-    /// Behind the number, in capitals.
+    /// After the number, in capitals.
     std::wstring rest_;
 };
 

@@ -20,7 +20,7 @@ struct FindingRow {
     /// Of the source, from 1; 0 when it has no place there.
     std::size_t line = 0;
     std::size_t column = 0;
-    /// Behind the last character that it means.
+    /// After the last character that it means.
     std::size_t endLine = 0;
     std::size_t endColumn = 0;
     /// The rule's name; of a box its caption. UTF-8, as the message.

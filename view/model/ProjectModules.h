@@ -18,7 +18,7 @@ struct ModuleKey {
 struct ProjectModule {
     ModuleKey key;
     std::wstring name;
-    /// Of the stream in the project's text: from its "<" to behind its end.
+    /// Of the stream in the project's text: from its "<" to after its end.
     std::size_t begin = 0;
     std::size_t end = 0;
 };

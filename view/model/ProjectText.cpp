@@ -18,7 +18,7 @@ using check::XmlTree;
 /// The object that an element of a project belongs to.
 struct Identity {
     std::string device;
-    /// Of a channel's object; empty for a module.
+    /// Of a channel object; empty for a module.
     std::string channel;
     /// A module is in two elements: the component's own and its device stream.
     std::string name;
@@ -65,8 +65,8 @@ bool IsSame(const Identity& left, const Identity& right) {
                                 : tam::EqualIgnoringCase(Plain(left.channel), Plain(right.channel));
 }
 
-/// The place behind the last child of the document's element; an element without an end tag gets one.
-Edit Behind(const XmlTree& tree, const std::string& added) {
+/// The place after the last child of the document's element; an element without an end tag gets one.
+Edit After(const XmlTree& tree, const std::string& added) {
     const std::string_view text = tree.Text();
     const std::size_t begin = tree.OffsetOf(tree.Root());
     const std::size_t end = EndOfElement(text, begin);
@@ -180,7 +180,7 @@ std::string WithElements(std::string project, const std::vector<std::string>& el
         added += element.isPlaced ? std::string() : "  " + *element.text + "\n";
     }
     if (!added.empty()) {
-        edits.push_back(Behind(tree, added));
+        edits.push_back(After(tree, added));
     }
     std::string written;
     std::size_t at = 0;

@@ -18,7 +18,7 @@ constexpr std::wstring_view kProject = L"project";
 constexpr std::wstring_view kModule = L"module";
 constexpr std::array<std::pair<Kind, std::wstring_view>, 3> kKinds = {
     {{Kind::Input, L"input"}, {Kind::Output, L"output"}, {Kind::Attribute, L"attribute"}}};
-/// What cannot stand in a part of a line, and the letter that stands for it behind "\".
+/// What cannot stand in a part of a line, and the letter that stands for it after "\".
 constexpr std::array<std::pair<wchar_t, wchar_t>, 5> kEscapes = {
     {{L'\\', L'\\'}, {L'\n', L'n'}, {L'\r', L'r'}, {L'\t', L't'}, {L'\0', L'0'}}};
 
@@ -161,7 +161,7 @@ std::wstring TextOf(const Recovery& recovery) {
 
 std::optional<Recovery> ReadRecovery(std::wstring_view text) {
     const std::vector<std::wstring_view> lines = Split(text, L'\n');
-    // Behind the last line end nothing follows.
+    // After the last line end nothing follows.
     constexpr std::size_t kHead = 1;
     constexpr std::size_t kTail = 2;
     if (lines.size() < kHead + kTail || lines[0] != kFirstLine || lines[lines.size() - kTail] != kLastLine ||

@@ -29,7 +29,7 @@ struct StampedFile {
 
 /// What a person saw last when the program ended without being asked.
 struct Recovery {
-    /// The file that was open, and behind it those that it names.
+    /// The file that was open, and after it those that it names.
     std::vector<StampedFile> files;
     /// The project that was saved into; empty before the first save.
     std::wstring project;

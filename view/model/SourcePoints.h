@@ -15,7 +15,7 @@ class SourcePoints {
   public:
     struct Place {
         PointId point;
-        /// From the "<" of its element to behind its end.
+        /// From the "<" of its element to after its end.
         std::size_t begin = 0;
         std::size_t end = 0;
     };

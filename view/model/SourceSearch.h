@@ -20,7 +20,7 @@ struct TextMatch {
     bool operator==(const TextMatch&) const = default;
 };
 
-/// The next place of the words behind what is selected, or the one before it, in any letter
+/// The next place of the words after what is selected, or the one before it, in any letter
 /// case; around the end when there is no other. None when they are nowhere, and for no words.
 std::optional<TextMatch> FindInText(std::u16string_view text, std::u16string_view words, TextRange selected,
                                     bool isForward);

@@ -15,7 +15,7 @@ constexpr std::size_t UnitsOf(char32_t c) noexcept {
     return c >= kFirstPair ? 2 : 1;
 }
 
-/// Bytes behind the first one of a character. The checks count the others, so that a byte
+/// Bytes after the first one of a character. The checks count the others, so that a byte
 /// that belongs to no character is one.
 constexpr bool IsInside(char c) noexcept {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;

@@ -95,7 +95,7 @@ TEST_F(PinWalkTest, GoesFromTheModuleToAChannelAndBack) {
     ASSERT_TRUE(back);
     EXPECT_EQ(0U, back->block);
     EXPECT_EQ(Side::Output, back->side) << "what is next to it";
-    EXPECT_EQ(std::nullopt, From(there, Direction::Right)) << "there is nothing behind it";
+    EXPECT_EQ(std::nullopt, From(there, Direction::Right)) << "there is nothing after it";
 }
 
 TEST_F(PinWalkTest, GoesFromChannelToChannel) {

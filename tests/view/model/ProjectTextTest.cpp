@@ -36,7 +36,7 @@ TEST(ProjectTextTest, TheNewTakesThePlaceOfTheOld) {
     const std::string before =
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<!-- first -->\r\n<?a b?>\n<Project>\n"
         "\t<Other><!-- </Tam> --><![CDATA[</Project>]]> mixed <b/> text&#10;</Other>\r\n";
-    const std::string after = "\r\n  <!-- last --></Project>\n<!-- behind -->\n";
+    const std::string after = "\r\n  <!-- last --></Project>\n<!-- after -->\n";
     const std::string old = before + Module("K7", "1", "<a/>") + "<x/>" + Module("K7", "2") +
                             Stream("K8", "1") + Stream("K7", "1", "<!-- </Tam> --><b>1</b>") + after;
     EXPECT_EQ(before + Module("K7", "1", "<new/>") + "<x/>" + Module("K7", "2") + Stream("K8", "1") +

@@ -77,7 +77,7 @@ TEST(RecoveryTest, RefusesWhatIsDamaged) {
              L"attribute\tGain\t1\\\nend\n",                   // one that is cut off
              L"attribute\tGain\t1\nattribute\tGain\t2\nend\n", // twice
              L"attribute\tGain\t1\n\nend\n",                   // an empty line
-             L"attribute\tGain\t1\nend\nmore\n",               // something behind the end
+             L"attribute\tGain\t1\nend\nmore\n",               // something after the end
              L"attribute\tGain\t1\nEND\n",                     // another end
              L"project\t\nend\n",                              // no project
              L"project\ta\nproject\tb\nend\n",                 // two of them
