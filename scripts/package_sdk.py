@@ -7,10 +7,15 @@ from package_programs import MACHINES, tracked, with_names
 HEADERS = ("O_Tam_id.h", "OrvDBFaces.h", "OrvHost.h")
 LIBRARIES = ("O_Tam_id.tlb", "OrvDBFaces.tlb", "OrvHost.tlb")
 MANIFESTS = ("O_Tam_id.Classes.manifest", "OrvHost.Classes.manifest")
-# The IDL compiler writes where its source lay.
-MADE_FROM = re.compile(rb"(?<= from )\S*/(\w+\.idl)")
+# The IDL compiler writes where its source lay, in a folder whose name may have blanks.
+MADE_FROM = re.compile(rb"(?<= from ).*/(\w+\.idl)")
 # In the sources these documents lie beside sdk/; here what is in sdk/ is at the top.
 FROM_SDK = re.compile(rb"\]\(\.\./sdk/")
+
+
+def without_folder(header):
+    """A header that the IDL compiler made, the same whichever folder it was made in."""
+    return MADE_FROM.sub(rb"\1", header, count=1)
 
 
 def sdk_files(root, build):
@@ -19,7 +24,7 @@ def sdk_files(root, build):
     for name in HEADERS:
         each = {(build / kind / "idl" / name).read_bytes() for kind in MACHINES}
         assert len(each) == 1, f"{name} differs between {' and '.join(MACHINES)}"
-        files[f"include/{name}"] = MADE_FROM.sub(rb"\1", each.pop(), count=1)
+        files[f"include/{name}"] = without_folder(each.pop())
     for kind in MACHINES:
         files.update({f"typelib/{kind}/{name}": (build / kind / "idl" / name).read_bytes() for name in LIBRARIES})
         files.update({f"manifests/{kind}/{name}": (build / kind / "bin" / name).read_bytes() for name in MANIFESTS})
