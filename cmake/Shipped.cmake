@@ -21,3 +21,13 @@ function(tam_link_dll target)
     -Wl,--enable-stdcall-fixup -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp
     -Wl,--wrap=malloc)
 endfunction()
+
+# tam_build_fast(<file>...)
+# For the few sources of such a library that every look-up and every member run through.
+function(tam_build_fast)
+  if(WIN32)
+    # The precompiled header is one of code for size.
+    set_source_files_properties(${ARGN} PROPERTIES
+      COMPILE_OPTIONS "$<$<CONFIG:Release>:-O2>" SKIP_PRECOMPILE_HEADERS ON)
+  endif()
+endfunction()
