@@ -76,11 +76,11 @@ Table PointTable(const Json& points, bool ofChannel) {
     return table;
 }
 
-void TellChannel(const Json& channel, Report& report) {
-    report.Heading("Channel " + channel["objectKey"].get<std::string>() + " of " +
+void TellChannel(const Json& channel, Answer& answer) {
+    answer.Heading("Channel " + channel["objectKey"].get<std::string>() + " of " +
                    channel["deviceKey"].get<std::string>() + ": " + channel["name"].get<std::string>() +
                    " (" + channel["definition"].get<std::string>() + ")");
-    report.Add(PointTable(channel["points"], true));
+    answer.Add(PointTable(channel["points"], true));
 }
 
 Json StateOf(const Json& point) {
@@ -127,7 +127,7 @@ Table ChangeTable(const Json& changes) {
 }
 
 /// The enumerations that the device has given; a channel number has none.
-void TellEnumerations(const Json& changes, Report& report) {
+void TellEnumerations(const Json& changes, Answer& answer) {
     Fields fields;
     for (const Json& change : changes) {
         const std::string before = TextOr(change["before"], "enumDesc");
@@ -138,16 +138,16 @@ void TellEnumerations(const Json& changes, Report& report) {
         }
     }
     if (!fields.IsEmpty()) {
-        report.Heading("Enumerations: number and label of each entry");
-        report.Add(fields);
+        answer.Heading("Enumerations: number and label of each entry");
+        answer.Add(fields);
     }
 }
 
 } // namespace
 
-void DeviceTree(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceTree(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     Json module;
     host.Step("reading the module", [&] {
         module = {{"name", TextOf(host.App(), &IAppObject::get_UserName)},
@@ -155,58 +155,58 @@ void DeviceTree(Host& host, const Options& options, Report& report) {
                   {"deviceKey", TextOf(host.Tam(), &ITamObject::get_DeviceKey)},
                   {"points", ReadPoints(host.App())}};
     });
-    report.data["module"] = module;
-    report.Heading("Device " + Utf8(device.Key()) + ": module \"" + module["name"].get<std::string>() + "\"");
-    report.Add(PointTable(module["points"], false));
-    Json& channels = report.data["channels"] = Json::array();
+    answer.data["module"] = module;
+    answer.Heading("Device " + Utf8(device.Key()) + ": module \"" + module["name"].get<std::string>() + "\"");
+    answer.Add(PointTable(module["points"], false));
+    Json& channels = answer.data["channels"] = Json::array();
     for (const Channel& channel : device.Channels()) {
         channels.push_back(ReadChannel(device, channel));
-        TellChannel(channels.back(), report);
+        TellChannel(channels.back(), answer);
     }
 }
 
-void DevicePlace(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DevicePlace(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     const std::wstring identifier = device.IdentifierOf(options.kind);
     const Channel& channel = device.Place(identifier, options.objectKey);
     TakeFromModule(device, channel);
-    const Json& state = report.data["channel"] = ReadChannel(device, channel);
-    TellChannel(state, report);
+    const Json& state = answer.data["channel"] = ReadChannel(device, channel);
+    TellChannel(state, answer);
     const bool hasItems = std::any_of(state["points"].begin(), state["points"].end(),
                                       [](const Json& point) { return !point["moduleItem"].is_null(); });
     if (!hasItems) {
-        report.Line("\nThe module has no items whose names begin with " + Utf8(channel.key) +
+        answer.Line("\nThe module has no items whose names begin with " + Utf8(channel.key) +
                     "_, so nothing that is set here goes on to it.");
     }
-    Json& keys = report.data["channels"] = Json::array();
+    Json& keys = answer.data["channels"] = Json::array();
     std::string all;
     for (const Channel& placed : device.Channels()) {
         keys.push_back(Utf8(placed.key));
         all += (all.empty() ? "" : ", ") + Utf8(placed.key);
     }
-    report.Line("\nThe device has the channels " + all + " now.");
+    answer.Line("\nThe device has the channels " + all + " now.");
 }
 
-void DeviceFetch(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceFetch(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     const Channel& channel = device.At(options.objectKey);
     const Json before = ReadPoints(device, channel);
     device.Fetch(channel);
     const Json after = ReadPoints(device, channel);
     const Json changes =
         ReadChanges(before, after, [](const Json& point) { return point["kind"] == "attribute"; });
-    report.data["objectKey"] = Utf8(channel.key);
-    report.data["attributes"] = changes;
-    report.Heading("Attributes of " + Utf8(channel.key) + ", before and after getting data from the device");
-    report.Add(ChangeTable(changes));
-    TellEnumerations(changes, report);
+    answer.data["objectKey"] = Utf8(channel.key);
+    answer.data["attributes"] = changes;
+    answer.Heading("Attributes of " + Utf8(channel.key) + ", before and after getting data from the device");
+    answer.Add(ChangeTable(changes));
+    TellEnumerations(changes, answer);
 }
 
-void DeviceSet(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceSet(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     const Channel& channel = device.At(options.objectKey);
     Json changes = Json::array();
     for (const auto& [name, value] : options.values) {
@@ -220,10 +220,10 @@ void DeviceSet(Host& host, const Options& options, Report& report) {
             changes.push_back(change);
         }
     }
-    report.data["objectKey"] = Utf8(channel.key);
-    report.data["changes"] = changes;
-    report.Heading("Points of " + Utf8(channel.key) + ", and what became of the module's items");
-    report.Add(ChangeTable(changes));
+    answer.data["objectKey"] = Utf8(channel.key);
+    answer.data["changes"] = changes;
+    answer.Heading("Points of " + Utf8(channel.key) + ", and what became of the module's items");
+    answer.Add(ChangeTable(changes));
 }
 
 } // namespace bench

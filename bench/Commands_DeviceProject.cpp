@@ -46,23 +46,23 @@ std::string Shown(const Json& value) {
 
 /// What a project made of the channels' points or of the module's items.
 void TellChanges(const Json& changes, const std::string& heading, Table table, const char* nameMember,
-                 const char* extraMember, Report& report) {
+                 const char* extraMember, Answer& answer) {
     if (changes.empty()) {
         return;
     }
-    report.Heading(heading);
+    answer.Heading(heading);
     for (const Json& change : changes) {
         table.Add({Shown(change["objectKey"]), Shown(change[nameMember]), Shown(change["before"]),
                    Shown(change["after"]), extraMember != nullptr ? Shown(change[extraMember]) : ""});
     }
-    report.Add(table);
+    answer.Add(table);
 }
 
 } // namespace
 
-void DeviceSave(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceSave(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     Place(host, options);
     if (options.fetch) {
         for (const Channel& channel : device.Channels()) {
@@ -75,30 +75,30 @@ void DeviceSave(Host& host, const Options& options, Report& report) {
     const std::string text = xml::Print(project);
     if (!options.output.empty()) {
         xml::Save(project, options.output);
-        report.data["file"] = Utf8(options.output);
+        answer.data["file"] = Utf8(options.output);
     }
-    report.data["elements"] = elements;
-    report.data["project"] = text;
+    answer.data["elements"] = elements;
+    answer.data["project"] = text;
     Table table({"Element of the project", "DevKey", "TamObjectKey"});
     for (const Json& element : elements) {
         const Json& key = element["objectKey"];
         table.Add({element["element"], element["deviceKey"],
                    key.is_null() ? "(the module)" : key.get<std::string>()});
     }
-    report.Heading("The device as one project");
-    report.Add(table);
+    answer.Heading("The device as one project");
+    answer.Add(table);
     if (options.output.empty()) {
-        report.Heading("The document");
-        report.Document(text);
+        answer.Heading("The document");
+        answer.Document(text);
     } else {
-        report.Line("\nWritten to " + Utf8(options.output) + ".");
+        answer.Line("\nWritten to " + Utf8(options.output) + ".");
     }
 }
 
-void DeviceLoad(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    AddSource(options.project, report);
-    const Json result = LoadProject(device, options, report);
+void DeviceLoad(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    AddSource(options.project, answer);
+    const Json result = LoadProject(device, options, answer);
     Json channels = Json::array();
     std::string keys;
     for (const Channel& channel : device.Channels()) {
@@ -106,39 +106,39 @@ void DeviceLoad(Host& host, const Options& options, Report& report) {
         keys += (keys.empty() ? "" : ", ") + Utf8(channel.key);
     }
     const std::string userName = TextOf(host.App(), &IAppObject::get_UserName);
-    report.data["project"] = Utf8(options.project);
-    report.data.update(result);
-    report.data["module"] = {{"userName", userName},
+    answer.data["project"] = Utf8(options.project);
+    answer.data.update(result);
+    answer.data["module"] = {{"userName", userName},
                              {"x", NumberOf(host.App(), &IAppObject::get_XPosition)},
                              {"y", NumberOf(host.App(), &IAppObject::get_YPosition)},
                              {"deviceKey", TextOf(host.Tam(), &ITamObject::get_DeviceKey)},
                              {"points", ReadPoints(host.App())}};
-    report.data["channels"] = channels;
+    answer.data["channels"] = channels;
 
-    report.Heading("What " + Utf8(options.project) + " restored");
+    answer.Heading("What " + Utf8(options.project) + " restored");
     Fields fields;
     fields.Add("Module", "\"" + userName + "\" at " + Position(host.App()));
     fields.Add("Channels", keys.empty() ? "none" : keys);
     fields.Add("Passed over", result["passedOver"].empty() ? "nothing"
                                                            : Count(result["passedOver"].size(), "element") +
                                                                  " of other devices or blocks");
-    report.Add(fields);
+    answer.Add(fields);
     for (const Json& note : result["notes"]) {
-        report.Line("\n" + note.get<std::string>());
+        answer.Line("\n" + note.get<std::string>());
     }
     TellChanges(result["restored"], "Points that are not as their definitions make them",
                 Table({"Channel", "Point", "By definition", "Restored", "Enumeration"}), "name", "enumDesc",
-                report);
+                answer);
     TellChanges(result["broughtInLine"], "Items of the module that were brought in line with their channels",
                 Table({"Channel", "Item of the module", "By the stream", "By the channel"}), "moduleItem",
-                nullptr, report);
+                nullptr, answer);
 }
 
-void DeviceExport(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceExport(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     SetPoints(device, options);
-    ExportLoaded(host, options, report);
+    ExportLoaded(host, options, answer);
 }
 
 } // namespace bench

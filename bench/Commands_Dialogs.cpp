@@ -14,21 +14,21 @@ com::Ref<ITamDialogs> DialogsOf(Host& host) {
 
 } // namespace
 
-void Edit(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
+void Edit(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
     const auto attribute = FindAttribute(host.App(), options.attribute);
     if (!attribute) {
         throw BenchError(E_INVALIDARG, "there is no attribute \"" + Utf8(options.attribute) + "\"");
     }
-    report.data["attribute"] = Utf8(options.attribute);
-    report.Heading("The value of " + Utf8(options.attribute));
-    const Json before = report.data["before"] = ReadValue(*attribute.Get());
+    answer.data["attribute"] = Utf8(options.attribute);
+    answer.Heading("The value of " + Utf8(options.attribute));
+    const Json before = answer.data["before"] = ReadValue(*attribute.Get());
     const auto tell = [&] {
-        const Json after = report.data["after"] = ReadValue(*attribute.Get());
+        const Json after = answer.data["after"] = ReadValue(*attribute.Get());
         Table table({"", "Value", "Displayed as"});
         table.Add({"before", before["value"], DisplayOf(before)});
         table.Add({"after", after["value"], DisplayOf(after)});
-        report.Add(table);
+        answer.Add(table);
     };
     host.DialogStep("SetValue", [&] {
         com::Call(attribute, &IAttribute::SetValue);
@@ -36,7 +36,7 @@ void Edit(Host& host, const Options& options, Report& report) {
     });
 }
 
-void Rename(Host& host, const Options& options, Report& report) {
+void Rename(Host& host, const Options& options, Answer& answer) {
     constexpr short kConfirmed = 1;
     host.DialogStep("ShowRename", [&] {
         com::Variant name(options.deviceName);
@@ -49,22 +49,22 @@ void Rename(Host& host, const Options& options, Report& report) {
         com::CheckCall(hr, dialogs.Get(), __uuidof(ITamDialogs));
         const bool confirmed = choice == kConfirmed;
         const std::string after = Utf8(com::Text(name.Get().bstrVal));
-        report.data["deviceKey"] = Utf8(options.deviceKey);
-        report.data["choice"] = confirmed ? "confirmed" : "cancelled";
-        report.data["before"] = Utf8(options.deviceName);
-        report.data["after"] = after;
-        report.Heading(confirmed ? "Confirmed" : "Cancelled");
+        answer.data["deviceKey"] = Utf8(options.deviceKey);
+        answer.data["choice"] = confirmed ? "confirmed" : "cancelled";
+        answer.data["before"] = Utf8(options.deviceName);
+        answer.data["after"] = after;
+        answer.Heading(confirmed ? "Confirmed" : "Cancelled");
         Fields fields;
         fields.Add("name before", Utf8(options.deviceName));
         fields.Add("name after", after);
         fields.Add("device key", Utf8(options.deviceKey));
-        report.Add(fields);
+        answer.Add(fields);
     });
 }
 
-void About(Host& host, const Options&, Report& report) {
+void About(Host& host, const Options&, Answer& answer) {
     host.Step("ShowAbout", [&] { com::Call(DialogsOf(host), &ITamDialogs::ShowAbout); });
-    report.Line("The component was asked for its about box.");
+    answer.Line("The component was asked for its about box.");
 }
 
 } // namespace bench

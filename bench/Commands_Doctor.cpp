@@ -63,14 +63,14 @@ std::string Shown(const std::vector<Server>& servers, int bits) {
 }
 
 /// A paragraph below its mark.
-void Tell(std::string mark, const std::string& text, Report& report) {
-    for (const std::string& line : Wrap(text, report.Width() - mark.size())) {
-        report.Line(mark + line);
+void Tell(std::string mark, const std::string& text, Answer& answer) {
+    for (const std::string& line : Wrap(text, answer.Width() - mark.size())) {
+        answer.Line(mark + line);
         mark = "  ";
     }
 }
 
-void TellMachine(const doctor::Machine& machine, Report& report) {
+void TellMachine(const doctor::Machine& machine, Answer& answer) {
     for (const int bits : machine.kinds) {
         Fields fields;
         for (const doctor::Class& entry : machine.classes) {
@@ -79,37 +79,37 @@ void TellMachine(const doctor::Machine& machine, Report& report) {
         for (const doctor::Library& library : machine.libraries) {
             fields.Add("Type library " + Utf8(library.name), Shown(library.files, bits));
         }
-        report.Heading("What a " + std::to_string(bits) + "-bit client finds");
-        report.Add(fields);
+        answer.Heading("What a " + std::to_string(bits) + "-bit client finds");
+        answer.Add(fields);
     }
 }
 
 } // namespace
 
-void Doctor(Report& report) {
+void Doctor(Answer& answer) {
     const doctor::Machine machine = doctor::Examine();
     const std::vector<doctor::Finding> findings = doctor::Judge(machine, ProgramFolder());
     const bool has64 = machine.kinds.size() > 1;
-    report.data["bits"] = kBits;
-    report.data["systemBits"] = has64 ? 64 : 32;
-    report.data["folder"] = Utf8(ProgramFolder());
-    report.data["classes"] = ClassesJson(machine);
-    report.data["typeLibraries"] = LibrariesJson(machine);
-    Json& told = report.data["findings"] = Json::array();
-    report.Line("This is the " + std::to_string(kBits) + "-bit bench on " + (has64 ? "64" : "32") +
+    answer.data["bits"] = kBits;
+    answer.data["systemBits"] = has64 ? 64 : 32;
+    answer.data["folder"] = Utf8(ProgramFolder());
+    answer.data["classes"] = ClassesJson(machine);
+    answer.data["typeLibraries"] = LibrariesJson(machine);
+    Json& told = answer.data["findings"] = Json::array();
+    answer.Line("This is the " + std::to_string(kBits) + "-bit bench on " + (has64 ? "64" : "32") +
                 "-bit Windows. It takes the DLLs beside it; other programs take what is registered.");
-    TellMachine(machine, report);
-    report.Heading("Findings (" + std::to_string(findings.size()) + ")");
+    TellMachine(machine, answer);
+    answer.Heading("Findings (" + std::to_string(findings.size()) + ")");
     for (const doctor::Finding& finding : findings) {
         told.push_back({{"bits", finding.bits},
                         {"kind", finding.isFault ? "fault" : "note"},
                         {"what", finding.what},
                         {"advice", finding.advice}});
-        Tell("- ", finding.what, report);
-        Tell("  ", finding.advice, report);
+        Tell("- ", finding.what, answer);
+        Tell("  ", finding.advice, answer);
     }
     if (findings.empty()) {
-        report.Line("Everything that a client needs is registered.");
+        answer.Line("Everything that a client needs is registered.");
     }
     if (std::ranges::any_of(findings,
                             [](const auto& finding) { return finding.isFault && finding.bits == kBits; })) {

@@ -87,7 +87,7 @@ Json ReadHead(const std::vector<unsigned>& bytes) {
             {"checksumRight", Checksum(bytes, bytes.size() - kSum) == Long(bytes, bytes.size() - kSum)}};
 }
 
-void TellHead(const Json& head, Report& report) {
+void TellHead(const Json& head, Answer& answer) {
     const auto number = [&](const char* key) { return std::to_string(head[key].get<unsigned>()); };
     Fields fields;
     fields.Add("Object", number("object") + ", address " + number("address") +
@@ -95,7 +95,7 @@ void TellHead(const Json& head, Report& report) {
     fields.Add("Points", number("inputs") + " inputs, " + number("outputs") + " outputs, " +
                              number("attributes") + " attributes");
     fields.Add("Checksum", head["checksumRight"].get<bool>() ? "right" : "wrong");
-    report.Add(fields);
+    answer.Add(fields);
 }
 
 std::string HexByte(unsigned byte) {
@@ -154,29 +154,29 @@ Table SizeTable(const Json& before, const Json& after) {
     return table;
 }
 
-void TellStream(const std::string& stream, Report& report) {
+void TellStream(const std::string& stream, Answer& answer) {
     const std::vector<unsigned> bytes = Bytes(stream);
     if (!bytes.empty()) {
-        report.data["kind"] = "image";
-        report.data["imageBytes"] = bytes.size();
-        report.Heading("The database image: " + Count(bytes.size(), "byte"));
-        const Json& head = report.data["head"] = ReadHead(bytes);
+        answer.data["kind"] = "image";
+        answer.data["imageBytes"] = bytes.size();
+        answer.Heading("The database image: " + Count(bytes.size(), "byte"));
+        const Json& head = answer.data["head"] = ReadHead(bytes);
         if (!head.is_null()) {
-            TellHead(head, report);
+            TellHead(head, answer);
         }
-        report.Block(Dump(bytes, report.Width()));
+        answer.Block(Dump(bytes, answer.Width()));
         return;
     }
     const xml::Document document = xml::LoadText(Wide(stream));
     com::Ref<IXMLDOMElement> root;
     com::Call(document, &IXMLDOMDocument::get_documentElement, root.Put());
     if (root) {
-        report.data["kind"] = "export document";
-        report.Heading("Not compiled: the export document itself");
-        report.Document(xml::Print(xml::Node(root), kLongestShown));
+        answer.data["kind"] = "export document";
+        answer.Heading("Not compiled: the export document itself");
+        answer.Document(xml::Print(xml::Node(root), kLongestShown));
     } else {
-        report.data["kind"] = stream.empty() ? "nothing" : "other";
-        report.Heading(stream.empty() ? "The component answered no stream"
+        answer.data["kind"] = stream.empty() ? "nothing" : "other";
+        answer.Heading(stream.empty() ? "The component answered no stream"
                                       : "The stream is neither an image nor an export document");
     }
 }
@@ -199,12 +199,12 @@ class KeptDocument {
     }
 
     /// False when the component has written none.
-    bool Tell(Report& report) const {
+    bool Tell(Answer& answer) const {
         const ULONGLONG now = WrittenAt(path_);
         const bool isWritten = now != 0 && now != before_;
-        report.data["dump"] = isWritten ? Json(Utf8(path_)) : Json();
+        answer.data["dump"] = isWritten ? Json(Utf8(path_)) : Json();
         if (isWritten) {
-            report.Line("\nThe component kept its export document in " + Utf8(path_) + ".");
+            answer.Line("\nThe component kept its export document in " + Utf8(path_) + ".");
         }
         return isWritten;
     }
@@ -217,15 +217,15 @@ class KeptDocument {
 
 } // namespace
 
-void Export(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    SetValues(host, options, report);
-    ExportLoaded(host, options, report);
+void Export(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    SetValues(host, options, answer);
+    ExportLoaded(host, options, answer);
 }
 
-void ExportLoaded(Host& host, const Options& options, Report& report) {
+void ExportLoaded(Host& host, const Options& options, Answer& answer) {
     if (options.wire) {
-        report.data["wires"] = ReadWires(host);
+        answer.data["wires"] = ReadWires(host);
     }
     std::optional<KeptDocument> kept;
     if (options.debugDump) {
@@ -236,23 +236,23 @@ void ExportLoaded(Host& host, const Options& options, Report& report) {
     host.Step("Stream", [&] { stream = ReadStream(host, !options.noCompiler); });
     const Json after = ReadSizes(host);
 
-    report.data["sizesBefore"] = before;
-    report.data["sizes"] = after;
-    report.data["streamText"] = stream;
-    report.Heading("Sizes in bytes");
-    report.Add(SizeTable(before, after));
-    TellStream(stream, report);
-    const bool isKept = !kept || kept->Tell(report);
+    answer.data["sizesBefore"] = before;
+    answer.data["sizes"] = after;
+    answer.data["streamText"] = stream;
+    answer.Heading("Sizes in bytes");
+    answer.Add(SizeTable(before, after));
+    TellStream(stream, answer);
+    const bool isKept = !kept || kept->Tell(answer);
     if (stream.empty()) {
-        host.Step("Stream", [&] { ThrowRefusal(host, report); });
+        host.Step("Stream", [&] { ThrowRefusal(host, answer); });
     }
     if (!isKept) {
         throw BenchError(E_FAIL, "the component did not write " + Utf8(kept->Path()));
     }
     if (!options.output.empty()) {
         WriteWholeFile(options.output, stream);
-        report.data["file"] = Utf8(options.output);
-        report.Line("\nWritten to " + Utf8(options.output) + ".");
+        answer.data["file"] = Utf8(options.output);
+        answer.Line("\nWritten to " + Utf8(options.output) + ".");
     }
 }
 

@@ -60,7 +60,7 @@ Json ReadReferences(Host& host) {
 
 } // namespace
 
-Json SetValues(Host& host, const Options& options, Report& report) {
+Json SetValues(Host& host, const Options& options, Answer& answer) {
     std::vector<Target> targets;
     host.Step("looking up the points", [&] {
         for (const auto& [name, value] : options.values) {
@@ -90,16 +90,16 @@ Json SetValues(Host& host, const Options& options, Report& report) {
                            {"after", after}});
     }
     if (!changes.empty()) {
-        report.data["changes"] = changes;
-        report.Heading("Values");
-        report.Add(ChangeTable(changes));
+        answer.data["changes"] = changes;
+        answer.Heading("Values");
+        answer.Add(ChangeTable(changes));
     }
     return changes;
 }
 
-void Set(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    const Json changes = SetValues(host, options, report);
+void Set(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    const Json changes = SetValues(host, options, answer);
     if (!options.output.empty()) {
         std::vector<PointValue> values;
         for (const Json& change : changes) {
@@ -108,17 +108,17 @@ void Set(Host& host, const Options& options, Report& report) {
         }
         host.Step("writing the stream",
                   [&] { WriteWholeFile(options.output, WithValues(host.StreamText(), values)); });
-        report.data["file"] = Utf8(options.output);
-        report.Line("\nWritten to " + Utf8(options.output) + ".");
+        answer.data["file"] = Utf8(options.output);
+        answer.Line("\nWritten to " + Utf8(options.output) + ".");
     }
 }
 
-void ClearRefs(Host& host, const Options&, Report& report) {
-    LoadAndTell(host, report);
+void ClearRefs(Host& host, const Options&, Answer& answer) {
+    LoadAndTell(host, answer);
     const Json before = ReadReferences(host);
     host.Step("ClearReferences", [&] { com::Call(host.App(), &IAppObject::ClearReferences); });
     const Json after = ReadReferences(host);
-    Json& inputs = report.data["inputs"] = Json::array();
+    Json& inputs = answer.data["inputs"] = Json::array();
     Table table({"Input", "Extended", "Value before", "Value after"});
     for (std::size_t i = 0; i < after.size(); ++i) {
         inputs.push_back({{"name", after[i]["name"]},
@@ -128,25 +128,25 @@ void ClearRefs(Host& host, const Options&, Report& report) {
         table.Add({after[i]["name"], after[i]["extended"].get<bool>() ? "yes" : "no", before[i]["value"],
                    after[i]["value"]});
     }
-    report.Heading("The inputs' references: zeros name no output");
-    report.Add(table);
+    answer.Heading("The inputs' references: zeros name no output");
+    answer.Add(table);
 }
 
-void Contains(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    VARIANT_BOOL answer = VARIANT_FALSE;
+void Contains(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    VARIANT_BOOL found = VARIANT_FALSE;
     host.Step("Contains", [&] {
         const auto item = InternalItem::Make(options.deviceKey, options.objectKey);
-        com::Call(host.Tam(), &ITamObject::Contains, item.Get(), &answer);
+        com::Call(host.Tam(), &ITamObject::Contains, item.Get(), &found);
     });
-    const bool contains = answer != VARIANT_FALSE;
-    report.data["deviceKey"] = Utf8(options.deviceKey);
-    report.data["objectKey"] = Utf8(options.objectKey);
-    report.data["contains"] = contains;
-    report.Heading(contains ? "Yes" : "No");
+    const bool contains = found != VARIANT_FALSE;
+    answer.data["deviceKey"] = Utf8(options.deviceKey);
+    answer.data["objectKey"] = Utf8(options.objectKey);
+    answer.data["contains"] = contains;
+    answer.Heading(contains ? "Yes" : "No");
     const std::string device = Utf8(options.deviceKey);
     const std::string mark = "_" + Utf8(options.objectKey);
-    report.Line(contains ? "  The module is of device " + device +
+    answer.Line(contains ? "  The module is of device " + device +
                                " and has a point whose name begins with " + mark + "."
                          : "  The module is of another device than " + device +
                                ", or it has no point whose name begins with " + mark + ".");

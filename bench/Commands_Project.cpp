@@ -10,14 +10,14 @@ namespace bench {
 
 namespace {
 
-void ShowOrSave(const xml::Node& root, const std::wstring& file, Report& report) {
+void ShowOrSave(const xml::Node& root, const std::wstring& file, Answer& answer) {
     if (file.empty()) {
-        report.Document(xml::Print(root));
+        answer.Document(xml::Print(root));
         return;
     }
     xml::Save(root, file);
-    report.data["file"] = Utf8(file);
-    report.Line("Written to " + Utf8(file) + ".");
+    answer.data["file"] = Utf8(file);
+    answer.Line("Written to " + Utf8(file) + ".");
 }
 
 std::string NumberText(double number) {
@@ -84,9 +84,9 @@ void Place(Host& host, const Options& options) {
     });
 }
 
-void Save(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    SetValues(host, options, report);
+void Save(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    SetValues(host, options, answer);
     Place(host, options);
     const xml::Document document = xml::New();
     const xml::Node project = xml::Append(document, xml::Node(document), L"Project");
@@ -94,28 +94,28 @@ void Save(Host& host, const Options& options, Report& report) {
     xml::Node saved;
     com::Call(project, &IXMLDOMNode::get_firstChild, saved.Put());
     com::CheckSet(saved.Get());
-    report.data["element"] = xml::Print(saved);
-    report.Heading("What the component wrote into the project");
-    report.Document(xml::Print(saved));
+    answer.data["element"] = xml::Print(saved);
+    answer.Heading("What the component wrote into the project");
+    answer.Document(xml::Print(saved));
     if (!options.output.empty()) {
         xml::Save(project, options.output);
-        report.data["file"] = Utf8(options.output);
-        report.Line("\nWritten to " + Utf8(options.output) + ".");
+        answer.data["file"] = Utf8(options.output);
+        answer.Line("\nWritten to " + Utf8(options.output) + ".");
     }
 }
 
-void Load(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    AddSource(options.project, report);
+void Load(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    AddSource(options.project, answer);
     const xml::Document document = xml::LoadFile(options.project);
     const std::wstring name = WideOf(host.App(), &IAppObject::get_UniqueIDString);
     const xml::Node element = FindObject(xml::Node(document), name, options.project);
     const Json before = ReadSaved(host);
     host.Step("XmlLoad", [&] { com::Call(host.App(), &IAppObject::XmlLoad, element.Get()); });
     const Json after = ReadSaved(host);
-    report.data["project"] = Utf8(options.project);
-    report.data["before"] = before;
-    report.data["after"] = after;
+    answer.data["project"] = Utf8(options.project);
+    answer.data["before"] = before;
+    answer.data["after"] = after;
 
     const std::pair<const char*, const char*> rows[] = {
         {"userName", "User's name"},   {"x", "X position"},
@@ -125,13 +125,13 @@ void Load(Host& host, const Options& options, Report& report) {
     for (const auto& [key, title] : rows) {
         table.Add({title, Shown(before[key]), Shown(after[key]), before[key] == after[key] ? "" : "changed"});
     }
-    report.Heading("What " + Utf8(options.project) + " restored");
-    report.Add(table);
+    answer.Heading("What " + Utf8(options.project) + " restored");
+    answer.Add(table);
 }
 
-void Interop(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    SetValues(host, options, report);
+void Interop(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    SetValues(host, options, answer);
     const xml::Node element = Interoperability(host);
     const auto count = [&](const wchar_t* section) {
         const xml::Node node = xml::Select(element, section);
@@ -139,11 +139,11 @@ void Interop(Host& host, const Options& options, Report& report) {
     };
     const Json counts = {
         {"inputs", count(L"Inputs")}, {"outputs", count(L"Outputs")}, {"attributes", count(L"Attributes")}};
-    report.data["counts"] = counts;
-    report.data["element"] = xml::Print(element);
-    report.Heading("The module for other tools: " + Count(counts["inputs"], "input") + ", " +
+    answer.data["counts"] = counts;
+    answer.data["element"] = xml::Print(element);
+    answer.Heading("The module for other tools: " + Count(counts["inputs"], "input") + ", " +
                    Count(counts["outputs"], "output") + ", " + Count(counts["attributes"], "attribute"));
-    ShowOrSave(element, options.output, report);
+    ShowOrSave(element, options.output, answer);
 }
 
 } // namespace bench

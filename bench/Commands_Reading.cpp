@@ -156,42 +156,42 @@ std::string Summary(Host& host) {
            Count(outputs, "output") + " and " + Count(attributes, "attribute");
 }
 
-void LoadAndTell(Host& host, Report& report) {
+void LoadAndTell(Host& host, Answer& answer) {
     host.LoadStream();
-    report.Line("Loaded " + report.data["stream"].get<std::string>() + ": " + Summary(host) + ".");
+    answer.Line("Loaded " + answer.data["stream"].get<std::string>() + ": " + Summary(host) + ".");
 }
 
-void Inspect(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
+void Inspect(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
     const xml::Node interoperability = Interoperability(host);
-    const Json& module = report.data["module"] = ReadModule(host);
-    report.Heading("The module");
-    report.Add(ModuleFields(module));
+    const Json& module = answer.data["module"] = ReadModule(host);
+    answer.Heading("The module");
+    answer.Add(ModuleFields(module));
 
-    const Json& inputs = report.data["inputs"] = ReadInputs(host, interoperability);
-    report.Heading("Inputs (" + std::to_string(inputs.size()) +
+    const Json& inputs = answer.data["inputs"] = ReadInputs(host, interoperability);
+    answer.Heading("Inputs (" + std::to_string(inputs.size()) +
                    "): what other objects' outputs are wired to");
-    report.Add(InputTable(inputs));
+    answer.Add(InputTable(inputs));
     if (options.wire) {
-        const Json& wires = report.data["wires"] = ReadWires(host);
-        report.Heading("Wiring by the references of the stream");
-        report.Add(WireTable(wires));
+        const Json& wires = answer.data["wires"] = ReadWires(host);
+        answer.Heading("Wiring by the references of the stream");
+        answer.Add(WireTable(wires));
     }
 
-    const Json& outputs = report.data["outputs"] = ReadOutputs(host, interoperability);
-    report.Heading("Outputs (" + std::to_string(outputs.size()) + "): values that the module publishes");
-    report.Add(OutputTable(outputs));
+    const Json& outputs = answer.data["outputs"] = ReadOutputs(host, interoperability);
+    answer.Heading("Outputs (" + std::to_string(outputs.size()) + "): values that the module publishes");
+    answer.Add(OutputTable(outputs));
 
-    const Json& attributes = report.data["attributes"] = ReadAttributes(host);
-    report.Heading("Attributes (" + std::to_string(attributes.size()) + "): how the module is configured");
-    report.Add(AttributeTable(attributes));
+    const Json& attributes = answer.data["attributes"] = ReadAttributes(host);
+    answer.Heading("Attributes (" + std::to_string(attributes.size()) + "): how the module is configured");
+    answer.Add(AttributeTable(attributes));
 }
 
-void Types(Host& host, const Options& options, Report& report) {
-    report.data["catalogue"] = Utf8(host.CatalogueFile());
+void Types(Host& host, const Options& options, Answer& answer) {
+    answer.data["catalogue"] = Utf8(host.CatalogueFile());
     host.LoadStreamText(StreamOfAllTypes(host.Catalogue()));
     const Json attributes = ReadAttributes(host);
-    Json& types = report.data["types"] = Json::array();
+    Json& types = answer.data["types"] = Json::array();
     Table table({">Number", "Name", "Kind", ">Bytes", "Range or values", "Unit"});
     for (const Json& attribute : attributes) {
         const Json& type = attribute["type"];
@@ -202,10 +202,10 @@ void Types(Host& host, const Options& options, Report& report) {
                        Range(type), type["unit"]});
         }
     }
-    report.data["inCatalogue"] = attributes.size();
-    report.Heading(std::to_string(types.size()) + " of the " + std::to_string(attributes.size()) +
+    answer.data["inCatalogue"] = attributes.size();
+    answer.Heading(std::to_string(types.size()) + " of the " + std::to_string(attributes.size()) +
                    " network variable types in " + Utf8(host.CatalogueFile()));
-    report.Add(table);
+    answer.Add(table);
 }
 
 } // namespace bench

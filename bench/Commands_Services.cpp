@@ -68,36 +68,36 @@ std::string IconBytes(Host& host) {
     return NumberOf(*picture.Get(), &IPicture::get_Type) == PICTYPE_ICON ? BytesOf(*picture.Get()) : "";
 }
 
-void Icon(Host& host, const Options& options, Report& report) {
+void Icon(Host& host, const Options& options, Answer& answer) {
     const com::Ref<IPicture> picture = PictureOf(host);
     host.Step("reading the picture", [&] {
         const long width = Pixels(NumberOf(*picture.Get(), &IPicture::get_Width), LOGPIXELSX);
         const long height = Pixels(NumberOf(*picture.Get(), &IPicture::get_Height), LOGPIXELSY);
         const std::string kind = KindOf(NumberOf(*picture.Get(), &IPicture::get_Type));
-        report.data["picture"] = {{"kind", kind}, {"width", width}, {"height", height}};
-        report.Line("The module's picture is an " + kind + " of " + std::to_string(width) + " by " +
+        answer.data["picture"] = {{"kind", kind}, {"width", width}, {"height", height}};
+        answer.Line("The module's picture is an " + kind + " of " + std::to_string(width) + " by " +
                     std::to_string(height) + " pixels.");
         if (!options.output.empty()) {
             const std::string bytes = BytesOf(*picture.Get());
             WriteWholeFile(options.output, bytes);
-            report.data["file"] = Utf8(options.output);
-            report.data["bytes"] = bytes.size();
-            report.Line("Written to " + Utf8(options.output) + ", " + Count(bytes.size(), "byte") + ".");
+            answer.data["file"] = Utf8(options.output);
+            answer.data["bytes"] = bytes.size();
+            answer.Line("Written to " + Utf8(options.output) + ", " + Count(bytes.size(), "byte") + ".");
         }
     });
 }
 
-void Datasheet(Host& host, const Options& options, Report& report) {
+void Datasheet(Host& host, const Options& options, Answer& answer) {
     bool available = false;
     host.Step("DatasheetAvailable",
               [&] { available = FlagOf(host.App(), &IAppObject::get_DatasheetAvailable); });
-    report.data["available"] = available;
-    report.data["opened"] = options.open;
-    report.Line(available ? "The module has a data sheet." : "The module has no data sheet.");
+    answer.data["available"] = available;
+    answer.data["opened"] = options.open;
+    answer.Line(available ? "The module has a data sheet." : "The module has no data sheet.");
     if (options.open) {
         host.Step("ViewDatasheet",
                   [&] { com::Call(host.App(), &IAppObject::ViewDatasheet, com::Variant(0L).Get()); });
-        report.Line("The component was asked to open it.");
+        answer.Line("The component was asked to open it.");
     }
 }
 

@@ -29,14 +29,14 @@ std::string FileName(const std::string& path) {
     return path.substr(path.find_last_of("\\/") + 1);
 }
 
-void WriteSheet(page::Page& page, const std::string& source, const Options& options, Report& report) {
+void WriteSheet(page::Page& page, const std::string& source, const Options& options, Answer& answer) {
     page.origin = "Made by tambench of " + FileName(source) + ".";
     const std::string document = options.svg ? page::Svg(page) : page::Html(page);
     WriteWholeFile(options.output, document);
-    report.data["file"] = Utf8(options.output);
-    report.data["bytes"] = document.size();
-    report.data["findings"] = CountsOf(page);
-    report.Line("Written to " + Utf8(options.output) + ", " + Count(document.size(), "byte") + ".");
+    answer.data["file"] = Utf8(options.output);
+    answer.data["bytes"] = document.size();
+    answer.data["findings"] = CountsOf(page);
+    answer.Line("Written to " + Utf8(options.output) + ", " + Count(document.size(), "byte") + ".");
 }
 
 page::Page ReadChecked(Host& host, const Options& options) {
@@ -48,27 +48,27 @@ page::Page ReadChecked(Host& host, const Options& options) {
 
 } // namespace
 
-void Sheet(Host& host, const Options& options, Report& report) {
-    LoadAndTell(host, report);
-    SetValues(host, options, report);
+void Sheet(Host& host, const Options& options, Answer& answer) {
+    LoadAndTell(host, answer);
+    SetValues(host, options, answer);
     page::Page page;
     host.Step("reading the device sheet", [&] { page = ReadChecked(host, options); });
-    WriteSheet(page, report.data["streamFile"], options, report);
+    WriteSheet(page, answer.data["streamFile"], options, answer);
 }
 
-void DeviceSheet(Host& host, const Options& options, Report& report) {
-    OpenedDevice device(host, options, report);
-    OpenDevice(device, options, report);
+void DeviceSheet(Host& host, const Options& options, Answer& answer) {
+    OpenedDevice device(host, options, answer);
+    OpenDevice(device, options, answer);
     page::Page page;
     host.Step("reading the device sheet", [&] {
         page = ReadChecked(host, options);
         AddChannels(device, page);
     });
-    Json& keys = report.data["channels"] = Json::array();
+    Json& keys = answer.data["channels"] = Json::array();
     for (const Channel& channel : device.Channels()) {
         keys.push_back(Utf8(channel.key));
     }
-    WriteSheet(page, report.data["device"], options, report);
+    WriteSheet(page, answer.data["device"], options, answer);
 }
 
 } // namespace bench

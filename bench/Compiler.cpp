@@ -80,8 +80,8 @@ std::wstring LineOf(const std::wstring& text, unsigned number) {
 }
 
 /// What stands around a place, with a mark below it.
-void TellPlace(const std::wstring& document, const Place& place, Report& report) {
-    const std::size_t shown = report.Width() - 10;
+void TellPlace(const std::wstring& document, const Place& place, Answer& answer) {
+    const std::size_t shown = answer.Width() - 10;
     const std::size_t before = shown * 4 / 9;
     std::wstring line = LineOf(document, place.line);
     std::replace_if(
@@ -91,8 +91,8 @@ void TellPlace(const std::wstring& document, const Place& place, Report& report)
         return;
     }
     const std::size_t from = at > before ? at - before : 0;
-    report.Line("  " + Utf8(line.substr(from, shown)));
-    report.Line("  " + std::string(at - from, ' ') + "^");
+    answer.Line("  " + Utf8(line.substr(from, shown)));
+    answer.Line("  " + std::string(at - from, ' ') + "^");
 }
 
 } // namespace
@@ -105,7 +105,7 @@ std::string ReadStream(Host& host, bool withCompiler) {
     return TextOf(host.App(), &IAppObject::get_Stream);
 }
 
-void ThrowRefusal(Host& host, Report& report) {
+void ThrowRefusal(Host& host, Answer& answer) {
     std::string text;
     host.Unseen([&] { text = ReadStream(host, false); });
     if (text.empty()) {
@@ -119,16 +119,16 @@ void ThrowRefusal(Host& host, Report& report) {
     }
     const std::string reason = Utf8(failure->Description());
     const auto place = PlaceIn(reason);
-    report.data["refusal"] = {{"hresult", Hex(failure->code)},
+    answer.data["refusal"] = {{"hresult", Hex(failure->code)},
                               {"reason", reason},
                               {"line", place ? Json(place->line) : Json()},
                               {"column", place ? Json(place->column) : Json()},
                               {"document", text}};
-    report.Heading("The compiler refused the export document");
-    report.Line(reason);
+    answer.Heading("The compiler refused the export document");
+    answer.Line(reason);
     if (place) {
-        report.Line("");
-        TellPlace(document, *place, report);
+        answer.Line("");
+        TellPlace(document, *place, answer);
     }
     throw BenchError(failure->code, "the compiler refused the export document: " + reason);
 }

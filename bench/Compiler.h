@@ -1,7 +1,7 @@
 #pragma once
 
+#include "bench/Answer.h"
 #include "bench/Host.h"
-#include "bench/Report.h"
 
 #include <string>
 
@@ -12,9 +12,9 @@ namespace bench {
 std::string ReadStream(Host& host, bool withCompiler);
 
 /// For an object that answered no stream: asks the compiler what it refuses,
-/// puts that into the report and throws it as a BenchError. The component
+/// puts that into the answer and throws it as a BenchError. The component
 /// passes over the reason, so its export document is given to the compiler once
 /// more. The sizes of the object are gone afterwards.
-[[noreturn]] void ThrowRefusal(Host& host, Report& report);
+[[noreturn]] void ThrowRefusal(Host& host, Answer& answer);
 
 } // namespace bench

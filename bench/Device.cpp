@@ -44,7 +44,7 @@ std::string NoChannels(const std::wstring& firmware) {
 
 } // namespace
 
-OpenedDevice::OpenedDevice(Host& host, const Options& options, Report& report)
+OpenedDevice::OpenedDevice(Host& host, const Options& options, Answer& answer)
     : host_(host)
     , file_(ReadDeviceFile(options.deviceFile))
     , firmware_(options.firmware.empty() ? file_.firmware : options.firmware) {
@@ -54,10 +54,10 @@ OpenedDevice::OpenedDevice(Host& host, const Options& options, Report& report)
         DescribeChannels();
         DescribeFirmware();
     });
-    report.Line("Opened device " + Utf8(Key()) + ": module " + Summary(host) + ".");
-    report.data["device"] = Utf8(file_.path);
-    report.data["deviceKey"] = Utf8(Key());
-    report.data["firmware"] = Utf8(firmware_);
+    answer.Line("Opened device " + Utf8(Key()) + ": module " + Summary(host) + ".");
+    answer.data["device"] = Utf8(file_.path);
+    answer.data["deviceKey"] = Utf8(Key());
+    answer.data["firmware"] = Utf8(firmware_);
 }
 
 OpenedDevice::~OpenedDevice() {

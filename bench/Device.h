@@ -20,7 +20,7 @@ struct Channel {
 class OpenedDevice {
   public:
     /// The module is of the stream that the device file names, loaded here. No channel is placed yet.
-    OpenedDevice(Host& host, const Options& options, Report& report);
+    OpenedDevice(Host& host, const Options& options, Answer& answer);
     /// Takes the channels' objects off the sheet, as a tool does.
     ~OpenedDevice();
     OpenedDevice(const OpenedDevice&) = delete;

@@ -143,16 +143,16 @@ void LoadChannel(OpenedDevice& device, const SavedChannel& saved, Json& restored
 
 } // namespace
 
-Json OpenDevice(OpenedDevice& device, const Options& options, Report& report) {
+Json OpenDevice(OpenedDevice& device, const Options& options, Answer& answer) {
     if (!options.project.empty()) {
-        AddSource(options.project, report);
-        return LoadProject(device, options, report);
+        AddSource(options.project, answer);
+        return LoadProject(device, options, answer);
     }
     device.PlaceAll();
     return nullptr;
 }
 
-Json LoadProject(OpenedDevice& device, const Options& options, const Report& report) {
+Json LoadProject(OpenedDevice& device, const Options& options, const Answer& answer) {
     const std::wstring& file = options.project;
     Host& host = device.Module();
     Json result = {{"loaded", Json::array()},
@@ -163,7 +163,7 @@ Json LoadProject(OpenedDevice& device, const Options& options, const Report& rep
     host.Step("reading the project", [&] {
         const Project project(device, file);
         host.Step("XmlLoad", [&] { com::Call(host.App(), &IAppObject::XmlLoad, project.module.Get()); });
-        if (report.HasErrorReport() && !options.tolerateBoxes) {
+        if (answer.HasErrorReport() && !options.tolerateBoxes) {
             throw BenchError(E_INVALIDARG, Utf8(file) + " is damaged: the component could not read the "
                                                         "module to its end");
         }

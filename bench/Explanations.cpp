@@ -112,14 +112,14 @@ Json FindingOf(const std::string& file, const check::Finding& finding, const std
 
 } // namespace
 
-void Explain(Report& report) {
+void Explain(Answer& answer) {
     constexpr std::size_t kMost = 1000; // each is compared with every box
-    if (report.Sources().empty()) {
+    if (answer.Sources().empty()) {
         return;
     }
-    const check::Catalogue catalogue = check::ReadCatalogue(ReadBytes(report.Catalogue()));
+    const check::Catalogue catalogue = check::ReadCatalogue(ReadBytes(answer.Catalogue()));
     check::Surroundings surroundings(&catalogue);
-    for (const Report::Source& source : report.Sources()) {
+    for (const Answer::Source& source : answer.Sources()) {
         check::StreamSummary summary;
         check::Findings ignored; // they are in the result
         const check::XmlTree tree(check::Decode(source.bytes, ignored), ignored);
@@ -127,10 +127,10 @@ void Explain(Report& report) {
         const bool hasPoints =
             result.kind != check::Kind::Catalogue && result.kind != check::Kind::ModuleDefinition;
         for (const check::Finding& finding : result.findings) {
-            if (finding.Level() == check::Severity::Error && report.Findings().size() < kMost) {
-                report.AddFinding(FindingOf(source.file, finding,
+            if (finding.Level() == check::Severity::Error && answer.Findings().size() < kMost) {
+                answer.AddFinding(FindingOf(source.file, finding,
                                             hasPoints ? PointAt(tree, finding.span.at) : std::string(),
-                                            report.Boxes()));
+                                            answer.Boxes()));
             }
         }
         if (result.kind == check::Kind::DeviceStream) {
@@ -139,9 +139,9 @@ void Explain(Report& report) {
     }
 }
 
-void AddSource(const std::wstring& file, Report& report) {
+void AddSource(const std::wstring& file, Answer& answer) {
     if (IsFile(file)) {
-        report.AddSource(Utf8(file), ReadBytes(file));
+        answer.AddSource(Utf8(file), ReadBytes(file));
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/Report.h"
+#include "bench/Answer.h"
 
 #include <string>
 
@@ -8,9 +8,9 @@ namespace bench {
 
 /// Says what `check` finds in the documents that the run read: the errors, the first
 /// thousand of them, each with the boxes that it explains.
-void Explain(Report& report);
+void Explain(Answer& answer);
 
 /// A file that the run reads beside its stream; nothing for one that is not there.
-void AddSource(const std::wstring& file, Report& report);
+void AddSource(const std::wstring& file, Answer& answer);
 
 } // namespace bench

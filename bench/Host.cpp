@@ -109,14 +109,14 @@ LentClasses::~LentClasses() {
 // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): see its declaration
 std::string Host::step_;
 
-Host::Host(const Options& options, Report& report)
+Host::Host(const Options& options, Answer& answer)
     : options_(options)
-    , report_(report)
+    , answer_(answer)
     , watcher_(options.interactive ? BoxWatcher::Mode::LeaveToUser : BoxWatcher::Mode::Answer) {
     watcher_.OnBox([this](HWND window, const Box& box) { return AnswerBox(window, box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
-    report_.SetCatalogue(catalogueFile_);
-    AddSource(catalogueFile_, report_);
+    answer_.SetCatalogue(catalogueFile_);
+    AddSource(catalogueFile_, answer_);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
     com::Call(catalogueDocument_, &IXMLDOMDocument::get_documentElement, root.Put());
@@ -132,7 +132,7 @@ Host::~Host() {
 }
 
 bool Host::AnswerBox(HWND window, const Box& box) {
-    watcher_.Take(); // the report has what is kept
+    watcher_.Take(); // the answer has what is kept
     if (isUnseen_) {
         BoxWatcher::Press(window);
         return true;
@@ -140,14 +140,14 @@ bool Host::AnswerBox(HWND window, const Box& box) {
     const bool isTyped = isTyping_ && !box.isMessageBox && !IsErrorReport(box);
     const char* const answeredBy = isTyped ? "keys" : options_.interactive ? "user" : "bench";
     const bool isExpected = box.isMessageBox && box.text == expectedBox_;
-    com::Attempt([&] { report_.AddBox(step_, box, answeredBy, isExpected); });
+    com::Attempt([&] { answer_.AddBox(step_, box, answeredBy, isExpected); });
     return isTyped;
 }
 
 void Host::TellQuickBox(const Box& box) {
     if (!isUnseen_) {
         const bool isExpected = box.text == expectedBox_;
-        com::Attempt([&] { report_.AddBox(step_, box, "bench", isExpected); });
+        com::Attempt([&] { answer_.AddBox(step_, box, "bench", isExpected); });
     }
 }
 
@@ -165,9 +165,9 @@ void Host::DialogStep(const std::string& name, const std::function<void()>& f) {
     for (const std::wstring& caption : typist.LeftOpen()) {
         leftOpen.push_back(Utf8(caption));
     }
-    report_.data["keys"] = Utf8(options_.keyText);
-    report_.data["keysLeft"] = left;
-    report_.data["leftOpen"] = leftOpen;
+    answer_.data["keys"] = Utf8(options_.keyText);
+    answer_.data["keysLeft"] = left;
+    answer_.data["leftOpen"] = leftOpen;
     if (!left.empty()) {
         throw BenchError(E_ABORT, "all dialogs had closed before these keys were typed: " + left);
     }
@@ -201,7 +201,7 @@ void Host::MakeObject() {
                                 [this](const Box& box) { TellQuickBox(box); });
         }
     });
-    AddSource(ProgramFolder() + options_.definition + L".xml", report_);
+    AddSource(ProgramFolder() + options_.definition + L".xml", answer_);
     Step("Init", [&] {
         VARIANT_BOOL done = VARIANT_FALSE;
         com::Call(app_, &IAppObject::Init, com::Bstr(options_.definition).Get(), &done);
@@ -227,10 +227,10 @@ void Host::LoadStream() {
 }
 
 void Host::LoadStreamFile(const std::wstring& name, const std::wstring& file) {
-    report_.data["stream"] = Utf8(name);
-    report_.data["streamFile"] = Utf8(file);
+    answer_.data["stream"] = Utf8(name);
+    answer_.data["streamFile"] = Utf8(file);
     std::string bytes = ReadBytes(file);
-    report_.AddSource(Utf8(name), bytes);
+    answer_.AddSource(Utf8(name), bytes);
     LoadStreamText(TextOfDocument(std::move(bytes), file));
 }
 

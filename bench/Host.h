@@ -1,9 +1,9 @@
 #pragma once
 
+#include "bench/Answer.h"
 #include "bench/BoxWatcher.h"
 #include "bench/CommandLine.h"
 #include "bench/QuickBoxes.h"
-#include "bench/Report.h"
 #include "bench/Xml.h"
 #include "com/Ref.h"
 
@@ -58,7 +58,7 @@ struct Wire {
 class Host {
   public:
     /// Makes the object and gives it its definition, the catalogue and a project.
-    Host(const Options& options, Report& report);
+    Host(const Options& options, Answer& answer);
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -79,7 +79,7 @@ class Host {
     /// Loads the stream that the options name, gives keys and enumeration
     /// texts, and wires the inputs if that is asked for.
     void LoadStream();
-    /// The same with a stream of this file, which the report tells by this name.
+    /// The same with a stream of this file, which the answer tells by this name.
     void LoadStreamFile(const std::wstring& name, const std::wstring& file);
     void LoadStreamText(const std::wstring& text);
 
@@ -112,7 +112,7 @@ class Host {
 
     /// Runs a step that shows a dialog: keys are typed into it, or it is
     /// answered with OK when there are none, or left to the user. Says in the
-    /// report what was left over; throws BenchError when something was.
+    /// answer what was left over; throws BenchError when something was.
     void DialogStep(const std::string& name, const std::function<void()>& f);
 
   private:
@@ -141,7 +141,7 @@ class Host {
     static std::string step_;
 
     const Options& options_;
-    Report& report_;
+    Answer& answer_;
     BoxWatcher watcher_;
     std::optional<QuickBoxes> quickBoxes_;
     std::wstring catalogueFile_;

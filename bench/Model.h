@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/Report.h"
+#include "bench/Answer.h"
 #include "bench/Text.h"
 #include "bench/Xml.h"
 #include "com/Boundary.h"

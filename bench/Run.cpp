@@ -7,11 +7,11 @@
 #include "batch/ForEach.h"
 #include "batch/Inputs.h"
 #include "batch/Progress.h"
+#include "bench/Answer.h"
 #include "bench/Commands.h"
 #include "bench/Explanations.h"
 #include "bench/Host.h"
 #include "bench/Output.h"
-#include "bench/Report.h"
 #include "bench/Text.h"
 #include "com/Boundary.h"
 
@@ -65,7 +65,7 @@ struct Fault {
 
 /// Runs the command; the host and all that it holds are gone afterwards. With a problem
 /// there is nothing to run it on.
-std::optional<Fault> RunCommand(const Options& options, const std::string& problem, Report& report) {
+std::optional<Fault> RunCommand(const Options& options, const std::string& problem, Answer& answer) {
     if (!problem.empty()) {
         return Fault{CodeOf(ERROR_FILE_NOT_FOUND), "", problem};
     }
@@ -73,11 +73,11 @@ std::optional<Fault> RunCommand(const Options& options, const std::string& probl
     const auto failure = com::Attempt([&] {
         try {
             if (options.command == "doctor") {
-                Doctor(report);
+                Doctor(answer);
                 return;
             }
-            Host host(options, report);
-            Commands().at(options.command)(host, options, report);
+            Host host(options, answer);
+            Commands().at(options.command)(host, options, answer);
         } catch (const BenchError& error) {
             own = error.what();
             throw com::CallError(error.Code());
@@ -89,9 +89,9 @@ std::optional<Fault> RunCommand(const Options& options, const std::string& probl
     return Fault{failure->code, Host::CurrentStep(), own ? *own : Utf8(failure->Description())};
 }
 
-/// What became of one run of a command: the report has it too.
+/// What became of one run of a command: the answer has it too.
 struct Outcome {
-    Report report;
+    Answer answer;
     int status = kDone;
     std::size_t faultyBoxes = 0;
     /// Why the status is not 0, a line each.
@@ -130,24 +130,24 @@ void AddFindings(const Json& findings, std::vector<std::string>& reasons) {
 }
 
 Outcome RunOnce(const Options& options, const std::string& problem = "") {
-    Outcome outcome{Report(options.command, OutputScreen()), kDone, 0, {}};
-    Report& report = outcome.report;
-    const std::optional<Fault> fault = RunCommand(options, problem, report);
+    Outcome outcome{Answer(options.command, OutputScreen()), kDone, 0, {}};
+    Answer& answer = outcome.answer;
+    const std::optional<Fault> fault = RunCommand(options, problem, answer);
     const std::vector<std::string> busy = DllsWithObjects();
-    outcome.faultyBoxes = options.tolerateBoxes ? 0 : report.Faults();
+    outcome.faultyBoxes = options.tolerateBoxes ? 0 : answer.Faults();
     outcome.status = fault || outcome.faultyBoxes > 0 || !busy.empty() ? kFailed : kDone;
     outcome.reasons = Reasons(fault, outcome.faultyBoxes, busy);
-    com::Attempt([&] { Explain(report); });
+    com::Attempt([&] { Explain(answer); });
     if (fault) {
-        AddFindings(report.Findings(), outcome.reasons);
+        AddFindings(answer.Findings(), outcome.reasons);
     }
-    report.data["boxes"] = report.Boxes();
-    report.data["checkFindings"] = report.Findings();
-    report.data["error"] =
+    answer.data["boxes"] = answer.Boxes();
+    answer.data["checkFindings"] = answer.Findings();
+    answer.data["error"] =
         fault ? Json{{"step", fault->step}, {"hresult", Hex(fault->code)}, {"description", fault->text}}
               : Json();
-    report.data["liveObjectsIn"] = busy;
-    report.data["status"] = outcome.status;
+    answer.data["liveObjectsIn"] = busy;
+    answer.data["status"] = outcome.status;
     return outcome;
 }
 
@@ -193,10 +193,10 @@ class ManyRuns {
     }
 
     void Take(const std::string& name, Outcome outcome) {
-        outcome.report.data["stream"] = name;
-        const Json file = outcome.report.data.value("file", Json());
+        outcome.answer.data["stream"] = name;
+        const Json file = outcome.answer.data.value("file", Json());
         const std::string written = file.is_null() ? "" : ", written to " + file.get<std::string>();
-        if (!outcome.report.data["error"].is_null() ||
+        if (!outcome.answer.data["error"].is_null() ||
             (outcome.status != kDone && outcome.faultyBoxes == 0)) {
             ++failed_;
             Tell(name, "failed", Ink::Fault);
@@ -210,7 +210,7 @@ class ManyRuns {
         isPrinted_ = isPrinted_ && (options_.json || Print(lines_));
         lines_.clear();
         ComplainOf(outcome.reasons, name + ": ");
-        summary_.data["files"].push_back(std::move(outcome.report.data));
+        summary_.data["files"].push_back(std::move(outcome.answer.data));
     }
 
     void Tell(const std::string& name, const std::string& what, Ink ink) {
@@ -231,7 +231,7 @@ class ManyRuns {
     }
 
     const Options& options_;
-    Report summary_;
+    Answer summary_;
     std::vector<std::filesystem::path> outputs_;
     std::string lines_;
     bool isPrinted_ = true;
@@ -262,7 +262,7 @@ int Run(const Options& options) {
         return RunMany(options);
     }
     const Outcome outcome = RunOnce(options);
-    const bool isPrinted = Print(options.json ? outcome.report.data.dump(2) + "\n" : outcome.report.Text());
+    const bool isPrinted = Print(options.json ? outcome.answer.data.dump(2) + "\n" : outcome.answer.Text());
     ComplainOf(outcome.reasons, "");
     return isPrinted ? outcome.status : kFailed;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "bench/Answer.h"
 #include "bench/Host.h"
-#include "bench/Report.h"
 
 #include "page/Page.h"
 

@@ -86,9 +86,9 @@ std::optional<Problem> Try(com::Body body) {
     return Problem{failure->code, own ? bench::Wide(*own) : failure->Description()};
 }
 
-Session::Session() : report_("view", bench::Screen{}) {
+Session::Session() : answer_("view", bench::Screen{}) {
     options_.wire = true; // as a host does: the sheet shows what is wired to what
-    host_ = std::make_unique<bench::Host>(options_, report_);
+    host_ = std::make_unique<bench::Host>(options_, answer_);
     // Found by what the host registers.
     // cppcheck-suppress useInitializationList
     converter_ = com::CreateByProgId(L"UnitManager.Converter").As<IUnitConverter>();
@@ -174,7 +174,7 @@ void Session::Load() {
         host_->LoadStreamFile(file_, file_);
         break;
     case Kind::Device:
-        device_ = std::make_unique<bench::OpenedDevice>(*host_, options_, report_);
+        device_ = std::make_unique<bench::OpenedDevice>(*host_, options_, answer_);
         device_->PlaceAll();
         break;
     case Kind::Project:

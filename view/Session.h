@@ -7,10 +7,10 @@
 #include "view/model/SourcePoints.h"
 #include "view/model/SourceText.h"
 
+#include "bench/Answer.h"
 #include "bench/CommandLine.h"
 #include "bench/Device.h"
 #include "bench/Host.h"
-#include "bench/Report.h"
 #include "bench/StreamEdit.h"
 #include "check/Catalogue.h"
 #include "com/Boundary.h"
@@ -117,9 +117,9 @@ class Session {
     /// The boxes that the component showed since the last call.
     std::vector<FindingRow> TakeBoxes();
     /// How many boxes were seen on this thread and not taken, the window's own among them.
-    std::size_t Boxes() const { return report_.Boxes().size(); }
+    std::size_t Boxes() const { return answer_.Boxes().size(); }
     /// Those from this number on are the window's own: TakeBoxes leaves them out.
-    void PassOverBoxes(std::size_t from) { report_.ForgetBoxes(from); }
+    void PassOverBoxes(std::size_t from) { answer_.ForgetBoxes(from); }
 
     // Files. Each throws, and leaves an old file as it was.
 
@@ -171,7 +171,7 @@ class Session {
                                     std::vector<drawing::Mirror>& mirrors);
 
     bench::Options options_;
-    bench::Report report_;
+    bench::Answer answer_;
     std::unique_ptr<bench::Host> host_;
     std::unique_ptr<bench::OpenedDevice> device_;
     std::unique_ptr<Documents> documents_;

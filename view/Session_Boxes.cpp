@@ -24,7 +24,7 @@ std::string OneLine(std::string text) {
 
 std::vector<FindingRow> Session::TakeBoxes() {
     std::vector<FindingRow> rows;
-    const bench::Json boxes = report_.TakeBoxes();
+    const bench::Json boxes = answer_.TakeBoxes();
     for (const bench::Json& box : boxes) {
         if (!box["fault"].get<bool>()) {
             continue;

@@ -86,8 +86,8 @@ void Session::SaveProject(const std::wstring& path, const std::vector<bench::Poi
 void Session::ExportImage(const std::wstring& path) {
     bench::Options options = options_;
     options.output = path;
-    bench::Report report("export", bench::Screen{});
-    bench::ExportLoaded(*host_, options, report);
+    bench::Answer answer("export", bench::Screen{});
+    bench::ExportLoaded(*host_, options, answer);
 }
 
 void Session::ExportInteroperability(const std::wstring& path) {

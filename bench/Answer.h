@@ -17,11 +17,11 @@ namespace bench {
 /// Keeps the order in which members are added.
 using Json = nlohmann::ordered_json;
 
-/// What a run says: one document for machines, and a text for people made
+/// What a run answers: one document for machines, and a text for people made
 /// beside it. Only one of them is printed, at the end of the run.
-class Report {
+class Answer {
   public:
-    Report(const std::string& command, const Screen& screen) : data{{"command", command}}, screen_(screen) {}
+    Answer(const std::string& command, const Screen& screen) : data{{"command", command}}, screen_(screen) {}
 
     Json data;
 

@@ -1,4 +1,4 @@
-#include "bench/Report.h"
+#include "bench/Answer.h"
 
 #include "bench/Text.h"
 #include "core/Trimmed.h"
@@ -123,7 +123,7 @@ bool IsErrorReport(const Box& box) {
     return !box.isMessageBox && box.text.find(kErrorReport) != std::wstring::npos;
 }
 
-void Report::AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected) {
+void Answer::AddBox(const std::string& step, const Box& box, const std::string& answeredBy, bool isExpected) {
     const std::string kind = KindOf(box);
     const bool isErrorReport = kind == "error report";
     const bool isFault = isErrorReport || (box.isMessageBox && !isExpected);
@@ -140,26 +140,26 @@ void Report::AddBox(const std::string& step, const Box& box, const std::string& 
                       {"answeredBy", answeredBy}});
 }
 
-void Report::ForgetBoxes(std::size_t from) {
+void Answer::ForgetBoxes(std::size_t from) {
     if (from < boxes_.size()) {
         boxes_.erase(boxes_.begin() + static_cast<std::ptrdiff_t>(from), boxes_.end());
     }
 }
 
-void Report::Heading(const std::string& text) {
+void Answer::Heading(const std::string& text) {
     text_ += text_.empty() ? "" : "\n";
     for (const std::string& line : Wrap(text, Width())) {
         text_ += Painted(line, Ink::Heading) + "\n";
     }
 }
 
-void Report::Line(const std::string& text) {
+void Answer::Line(const std::string& text) {
     for (const std::string& line : Fitted(text, Width())) {
         text_ += line + "\n";
     }
 }
 
-void Report::Document(const std::string& text) {
+void Answer::Document(const std::string& text) {
     bool isCut = false;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
@@ -172,7 +172,7 @@ void Report::Document(const std::string& text) {
     }
 }
 
-std::string Report::FindingsText(const Json& box, std::size_t indent) const {
+std::string Answer::FindingsText(const Json& box, std::size_t indent) const {
     constexpr std::size_t kShown = 5;
     std::string text;
     std::size_t count = 0;
@@ -193,7 +193,7 @@ std::string Report::FindingsText(const Json& box, std::size_t indent) const {
     return text;
 }
 
-std::string Report::BoxText(std::size_t number, std::size_t times) const {
+std::string Answer::BoxText(std::size_t number, std::size_t times) const {
     constexpr std::size_t kIndent = 7;
     const Json& box = boxes_[number];
     std::string text =
@@ -205,7 +205,7 @@ std::string Report::BoxText(std::size_t number, std::size_t times) const {
     return text + FindingsText(number, kIndent);
 }
 
-std::string Report::BoxesText() const {
+std::string Answer::BoxesText() const {
     std::string text;
     if (boxes_.empty()) {
         text = "\nThe component showed no boxes.\n";
@@ -233,7 +233,7 @@ std::string Report::BoxesText() const {
     return unexplained.empty() ? text : text + "\n" + heading + "\n" + unexplained;
 }
 
-std::string Report::Text() const {
+std::string Answer::Text() const {
     return text_ + BoxesText();
 }
 
