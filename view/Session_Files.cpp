@@ -51,7 +51,7 @@ bool Session::IsIn(const std::wstring& path) const {
     if (bench::IsFile(path)) {
         Try([&] { // what is no project is told by the save
             const std::string own = StreamText({});
-            isThere = HasElementOf(ReadOldProject(path), RootOf(own));
+            isThere = HasModuleOf(ReadOldProject(path), RootOf(own));
         });
     }
     return isThere;

@@ -183,6 +183,24 @@ TEST_F(SavingTest, AModuleThatTheProjectHasAlreadyIsAskedFor) {
     EXPECT_NE(std::wstring::npos, other.Title().find(L'*'));
 }
 
+// As every other program saves it: without the stream.
+TEST_F(SavingTest, AModuleThatTheProjectHasWithoutAStreamIsAskedFor) {
+    ASSERT_EQ(0U, benchtest::RunBench({L"save", file_, L"-o", project_}).status);
+    std::string text = BytesOf(project_);
+    ASSERT_EQ(std::string::npos, text.find("<Tam>")) << text;
+    text.replace(text.find("</Project>"), 10, "<!-- ours --></Project>");
+    FileWith(L"hall.project.xml", text);
+    Change(L"6");
+    viewer_.Begin(IDM_FILE_SAVE);
+    const Box chooser = viewer_.NextBox();
+    chooser.ChooseFile(project_);
+    const Box box = viewer_.NextBox(chooser);
+    EXPECT_NE(std::wstring::npos, box.Text().find(L"hall.project.xml")) << Narrow(box.Text());
+    box.Press(IDCANCEL);
+    EXPECT_EQ(text, BytesOf(project_));
+    EXPECT_TRUE(IsUnsaved());
+}
+
 TEST_F(SavingTest, AnOpenProjectThatChangedMeanwhileIsAskedFor) {
     Change(L"6");
     SaveFirst(viewer_);

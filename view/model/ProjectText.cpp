@@ -137,14 +137,16 @@ std::vector<std::string> ElementsOf(const std::string& document) {
     return elements;
 }
 
-bool HasElementOf(const std::string& project, const std::string& element) {
+bool HasModuleOf(const std::string& project, const std::string& stream) {
     check::Findings ignored;
-    const XmlTree own(element, ignored);
-    const Identity wanted = IdentityOf(own, own.Root());
+    const XmlTree own(stream, ignored);
+    Identity wanted = IdentityOf(own, own.Root());
     const XmlTree tree(project, ignored);
     bool isThere = false;
     tree.ForEachElement(tree.Root(), [&](XmlTree::Index child) {
-        isThere = isThere || IsSame(IdentityOf(tree, child), wanted);
+        const Identity other = IdentityOf(tree, child);
+        wanted.name = other.name; // other programs save the component's element alone
+        isThere = isThere || IsSame(other, wanted);
     });
     return isThere;
 }

@@ -16,8 +16,9 @@ std::string RootOf(const std::string& document);
 /// The children of a document's element, each as it stands there.
 std::vector<std::string> ElementsOf(const std::string& document);
 
-/// Whether a project, well-formed and in UTF-8, has an element of the same object as this one.
-bool HasElementOf(const std::string& project, const std::string& element);
+/// Whether a project, well-formed and in UTF-8, has an element of the module of this stream: the
+/// component's own, its stream or both.
+bool HasModuleOf(const std::string& project, const std::string& stream);
 
 /// A project's text, well-formed and in UTF-8, with elements of a device written into it: each
 /// in the place of the first one that is of the same object, else after all others. Every other

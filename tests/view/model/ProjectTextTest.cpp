@@ -73,10 +73,19 @@ TEST(ProjectTextTest, OfTwoThatAreTheSameTheFirstIsReplaced) {
 TEST(ProjectTextTest, AModuleIsInAProjectByItsKeyAndNumber) {
     const std::string project =
         "<Project><x/>" + Stream("K7", "1") + Channel("o_tam_ai_id", "AI1") + "</Project>";
-    EXPECT_TRUE(HasElementOf(project, Stream("K7", "1", "<b/>")));
-    EXPECT_FALSE(HasElementOf(project, Stream("K7", "3")));
-    EXPECT_FALSE(HasElementOf(project, Stream("K8", "1")));
-    EXPECT_FALSE(HasElementOf("<Project/>", Stream("K7", "1")));
+    EXPECT_TRUE(HasModuleOf(project, Stream("K7", "1", "<b/>")));
+    EXPECT_FALSE(HasModuleOf(project, Stream("K7", "3")));
+    EXPECT_FALSE(HasModuleOf(project, Stream("K8", "1")));
+    EXPECT_FALSE(HasModuleOf("<Project/>", Stream("K7", "1")));
+}
+
+// Other programs save no stream.
+TEST(ProjectTextTest, AModuleIsInAProjectByTheComponentsElementAlone) {
+    const std::string project = "<Project>" + Module("K7", "01", "<UserName>x</UserName>") +
+                                Channel("o_tam_ai_id", "AI1") + "</Project>";
+    EXPECT_TRUE(HasModuleOf(project, Stream("K7", "1")));
+    EXPECT_FALSE(HasModuleOf(project, Stream("K7", "2")));
+    EXPECT_FALSE(HasModuleOf(project, Stream("K7", "0"))) << "a channel has no number";
 }
 
 TEST(ProjectTextTest, AnotherEncodingIsDeclaredNoMore) {
