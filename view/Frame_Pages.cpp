@@ -3,6 +3,7 @@
 #include "view/resource.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 namespace view {
@@ -58,16 +59,24 @@ void Frame::ShowPage(std::size_t page) {
         }
     }
     ShowWindow(PaneOf(page).Handle(), SW_SHOWNA);
-    AimFilter(false);
+    AimFilter(GetFocus() == findingPane_->Handle()); // which an undo or a click on a tab leaves there
 }
 
 void Frame::GoToPage(std::size_t page) {
     ShowPage(page);
-    GoToList();
+    SetFocus(PaneOf(page_).Handle());
 }
 
 void Frame::GoToList() {
-    SetFocus(FilteredPane().Handle());
+    ListPane& pane = FilteredPane();
+    if (!pane.Picked() && FilteredList().Shown() > 0) {
+        pane.Pick(FilteredList().RowAt(0)); // the words hide the one that was picked
+        if (const auto id = isFindingsFiltered_ ? std::nullopt : PickedPoint()) {
+            OnRowPicked(*id);
+        }
+        UpdateTools();
+    }
+    SetFocus(pane.Handle());
 }
 
 void Frame::Sort(std::size_t column) {

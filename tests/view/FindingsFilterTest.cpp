@@ -154,6 +154,28 @@ TEST_F(FindingsFilterTest, AnotherFileIsFilteredByTheSameWords) {
     }
 }
 
+// An undo brings up the page of its value and leaves the keyboard where it is.
+TEST_F(FindingsFilterTest, AnotherPageBesideTheFindingsInFocusLeavesThemTheFilter) {
+    const std::wstring name = viewer_.Cell(IDC_ATTRIBUTES, 0, VIEW_COLUMN_NAME);
+    viewer_.SetCell(IDC_ATTRIBUTES, name, L"2");
+    ASSERT_TRUE(viewer_.IsEnabled(IDM_EDIT_UNDO));
+    viewer_.Do(IDM_VIEW_INPUTS);
+    viewer_.Do(IDM_VIEW_NEXT_PART);
+    AwaitFocus(IDC_FINDINGS);
+    viewer_.Filter(L"node 9999");
+    viewer_.Press('Z', {VK_CONTROL});
+    Await("the attributes", [&] { return viewer_.IsVisible(IDC_ATTRIBUTES); });
+    viewer_.Settle();
+    EXPECT_EQ(IDC_FINDINGS, viewer_.Focus());
+    EXPECT_EQ(L"Filter findings", viewer_.PartText(IDC_FILTER_LABEL));
+    EXPECT_EQ(L"node 9999", viewer_.PartText(IDC_FILTER));
+    viewer_.Press(VK_ESCAPE);
+    Await("all findings", [&] { return Messages() == all_; });
+    viewer_.Do(IDM_VIEW_OUTPUTS);
+    AwaitFocus(IDC_OUTPUTS);
+    EXPECT_EQ(L"Filter", viewer_.PartText(IDC_FILTER_LABEL));
+}
+
 TEST_F(FindingsFilterTest, HiddenFindingsLeaveTheFilterToThePage) {
     viewer_.Filter(L"node 9999");
     viewer_.Do(IDM_VIEW_FINDINGS);
