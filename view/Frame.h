@@ -285,6 +285,7 @@ class Frame : public Window {
     };
     Room room_;
     Images images_;
+    Images disabledImages_;
     HWND toolbar_ = nullptr;
     HWND status_ = nullptr;
     HWND tabs_ = nullptr;

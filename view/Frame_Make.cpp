@@ -304,6 +304,10 @@ void Frame::SetFonts() {
     Images images = MakeGlyphs(scaling_, GlyphColour());
     Send(toolbar_, TB_SETIMAGELIST, 0, images.get());
     images_ = std::move(images);
+    // Not every system greys pictures that have an opacity.
+    Images disabled = MakeGlyphs(scaling_, ColourOfSystem(COLOR_GRAYTEXT));
+    Send(toolbar_, TB_SETDISABLEDIMAGELIST, 0, disabled.get());
+    disabledImages_ = std::move(disabled);
     Send(toolbar_, TB_SETPADDING, 0, MAKELPARAM(scaling_(9), scaling_(8)));
     Send(toolbar_, TB_AUTOSIZE);
     Send(status_, SB_SETMINHEIGHT, scaling_(20)); // there is a button in it

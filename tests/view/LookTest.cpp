@@ -248,6 +248,26 @@ TEST_F(LookTest, OtherColoursOfTheSystemAreTakenOver) {
     viewer.Close();
 }
 
+TEST_F(LookTest, AToolThatCannotBeUsedIsGrey) {
+    Viewer viewer({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    Show(viewer);
+    const auto tool = [&](int command) {
+        const HWND bar = viewer.Part(IDC_TOOLBAR);
+        const RemoteMemory memory(viewer.Process(), sizeof(RECT));
+        SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(memory.At()));
+        RECT area{};
+        memory.Read(&area, sizeof area);
+        MapWindowPoints(bar, nullptr, reinterpret_cast<POINT*>(&area), 2);
+        return PixelsOf(area);
+    };
+    ASSERT_FALSE(viewer.IsEnabled(IDM_EDIT_UNDO));
+    Await("no dark line", [&] { return Dark(tool(IDM_EDIT_UNDO)) == 0 && Dark(tool(IDM_VIEW_ZOOM_IN)) > 0; });
+    viewer.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
+    Await("dark lines", [&] { return Dark(tool(IDM_EDIT_UNDO)) > 0; });
+    EXPECT_EQ(0, Dark(tool(IDM_EDIT_REDO)));
+}
+
 TEST_F(LookTest, TheTitleIsDarkWhereProgramsAre) {
     constexpr DWORD kDarkTitle = 20; // DWMWA_USE_IMMERSIVE_DARK_MODE
     using Asked = std::array<DWORD, 2>;
