@@ -27,6 +27,18 @@ bool IsColumnChange(UINT message, LPARAM lParam) noexcept {
 
 } // namespace
 
+std::wstring Shortened(std::wstring text, std::size_t room) {
+    if (text.size() <= room) {
+        return text;
+    }
+    std::size_t kept = room > 0 ? room - 1 : 0;
+    if (kept > 0 && IS_HIGH_SURROGATE(text[kept - 1])) {
+        --kept; // half a character is none
+    }
+    text.resize(kept);
+    return room > 0 ? text + L'\x2026' : text;
+}
+
 ListPane::ListPane(HWND parent, int id, const wchar_t* key, UINT name, std::vector<Column> columns,
                    Listing& listing, Source source, Events events)
     : list_(CreateWindowExW(
@@ -202,8 +214,10 @@ LRESULT ListPane::OnNotify(NMHDR& head) {
         LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(head).item;
         if ((item.mask & LVIF_TEXT) != 0 && item.iItem >= 0 &&
             static_cast<std::size_t>(item.iItem) < listing_.Shown() && item.cchTextMax > 0) {
-            const std::wstring text = source_.cell(listing_.RowAt(static_cast<std::size_t>(item.iItem)),
-                                                   static_cast<std::size_t>(item.iSubItem));
+            const std::wstring text =
+                Shortened(source_.cell(listing_.RowAt(static_cast<std::size_t>(item.iItem)),
+                                       static_cast<std::size_t>(item.iSubItem)),
+                          static_cast<std::size_t>(item.cchTextMax) - 1);
             lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
         }
         return 0;

@@ -16,6 +16,10 @@
 
 namespace view {
 
+/// A text with no more letters than there is room for. The sign at its end tells that there
+/// are more.
+std::wstring Shortened(std::wstring text, std::size_t room);
+
 /// A virtual list in report view over a listing: it asks for what it shows, so a long
 /// list costs no more than a short one.
 class ListPane {

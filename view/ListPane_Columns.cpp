@@ -1,6 +1,7 @@
 #include "view/ListPane.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace view {
@@ -14,6 +15,8 @@ constexpr int kNarrowest = 24;
 constexpr int kStep = 16;
 /// Beside the text of a cell, and of a heading with the sign of its order.
 constexpr int kBesideText = 16;
+/// Letters of a cell that the system's lists draw.
+constexpr std::size_t kMostDrawn = 259;
 constexpr int kBesideTitle = 32;
 
 /// What texts take, with one context for all of them.
@@ -69,7 +72,8 @@ void ListPane::FitColumns() {
         for (std::size_t place = 0; place < listing_.Shown(); ++place) {
             const std::size_t row = listing_.RowAt(place);
             const HFONT font = source_.isBold && source_.isBold(row) ? bold_ : normal;
-            width = std::max(width, ruler.WidthOf(font, source_.cell(row, column)) + scaling_(kBesideText));
+            const std::wstring text = Shortened(source_.cell(row, column), kMostDrawn);
+            width = std::max(width, ruler.WidthOf(font, text) + scaling_(kBesideText));
         }
         Send(list_, LVM_SETCOLUMNWIDTH, column, std::min(width, scaling_(kWidest)));
     }

@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 
 namespace viewtest {
@@ -177,6 +178,22 @@ TEST_F(GridTest, SelectsAllAndCopiesThemAsATable) {
     EXPECT_EQ(3, std::count(text.begin(), text.end(), L'\n')) << Narrow(text);
     EXPECT_TRUE(text.starts_with(L"AO1_In1\t")) << Narrow(text);
     EXPECT_NE(std::wstring::npos, text.find(L"\r\nDO1_In1\t95 switch\tDI1_Out\t")) << Narrow(text);
+}
+
+TEST_F(GridTest, ACellThatIsCutOffSaysSo) {
+    std::string text = BytesOf(Sample(L"channels.xml"));
+    const std::string name = "AI1_Channel" + std::string(600, 'x');
+    for (std::size_t at = 0; (at = text.find("AI1_Channel", at)) != std::string::npos; at += name.size()) {
+        text.replace(at, 11, name);
+    }
+    viewer_.Drop({FileWith(L"long.xml", text)});
+    Await("the file", [&] { return viewer_.Title().starts_with(L"long.xml"); });
+    AwaitAttributes(viewer_, kAttributes);
+    const std::wstring cell = viewer_.Cell(IDC_ATTRIBUTES, 0, VIEW_COLUMN_NAME);
+    EXPECT_TRUE(cell.starts_with(L"AI1_Channelxxx")) << Narrow(cell);
+    EXPECT_LT(cell.size(), name.size());
+    EXPECT_TRUE(cell.ends_with(L"x\x2026")) << Narrow(cell);
+    EXPECT_EQ(L"AI1_Setup", viewer_.Cell(IDC_ATTRIBUTES, 1, VIEW_COLUMN_NAME));
 }
 
 } // namespace
