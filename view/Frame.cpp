@@ -115,6 +115,7 @@ Frame::Frame(Settings& settings)
     UpdateTitle();
     UpdateTools();
     UpdateStatus();
+    Say(Text(IDS_START));
     SetTimer(Handle(), kDiskTimer, kDiskPeriod, nullptr);
 }
 
@@ -259,7 +260,7 @@ void Frame::ReturnFocus() {
 
 void Frame::OnDropped(const std::vector<std::wstring>& files) {
     SetForegroundWindow(Handle());
-    OpenFirst(files);
+    OpenDropped(files);
 }
 
 void Frame::OnTimer(UINT_PTR timer) {

@@ -196,6 +196,9 @@ class Frame : public Window {
     /// The first one: the window shows one file. Of the others it tells.
     void OpenFirst(const std::vector<std::wstring>& files);
     void TellOfOthers(std::size_t others);
+    /// Files that fell on the window: what falls while another file loads is opened after it.
+    void OpenDropped(const std::vector<std::wstring>& files);
+    void OpenWaiting();
     /// False when the person thinks better of it.
     bool AskToSave();
     /// The file of a dialog; empty when the person thinks better of it.
@@ -325,6 +328,8 @@ class Frame : public Window {
     std::optional<ModuleKey> shownModule_;
     /// The module to open of a project that has several.
     std::optional<ModuleKey> module_;
+    /// What fell on the window while a file was loaded.
+    std::vector<std::wstring> waiting_;
     std::wstring project_;
     /// As this window read or wrote it.
     FileStamp projectStamp_;

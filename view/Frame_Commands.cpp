@@ -55,6 +55,7 @@ const Frame::Command* Frame::CommandOf(int wanted) {
         {IDM_FILE_CLOSE, IDM_FILE_CLOSE, Act<&Frame::CloseFile>,
          [](const Frame& frame, int) { return !frame.file_.empty(); }},
         {IDM_FILE_EXIT, IDM_FILE_EXIT, Act<&Frame::Close>},
+        {IDM_FILE_OPEN_WAITING, IDM_FILE_OPEN_WAITING, Act<&Frame::OpenWaiting>},
         {IDM_FILE_RECENT, IDM_FILE_RECENT_LAST, ActOn<&Frame::OpenRecent, IDM_FILE_RECENT>,
          [](const Frame& frame, int id) {
              return static_cast<std::size_t>(id - IDM_FILE_RECENT) < frame.settings_.Recent().Files().size();

@@ -13,6 +13,7 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace view {
@@ -41,6 +42,19 @@ void Frame::OpenFirst(const std::vector<std::wstring>& files) {
     if (!files.empty() && Open(files.front())) {
         TellOfOthers(files.size() - 1);
     }
+}
+
+void Frame::OpenDropped(const std::vector<std::wstring>& files) {
+    if (!isLoading_ || files.empty()) {
+        OpenFirst(files);
+        return;
+    }
+    Say(Text(IDS_OPENS_NEXT, NameOf(files.front()), NameOf(file_)));
+    waiting_ = files;
+}
+
+void Frame::OpenWaiting() {
+    OpenFirst(std::exchange(waiting_, {}));
 }
 
 void Frame::TellOfOthers(std::size_t others) {
@@ -248,7 +262,7 @@ void Frame::CloseFile() {
     isRowTold_ = false;
     Layout();
     GoToPage(0);
-    Say({});
+    Say(Text(IDS_START));
     UpdateTitle();
 }
 

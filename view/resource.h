@@ -92,6 +92,8 @@
 #define IDM_FILE_EXPORT_SVG 40010
 #define IDM_FILE_EXIT 40011
 #define IDM_FILE_CLOSE 40012
+// What fell on the window while a file was loaded; the window tells itself.
+#define IDM_FILE_OPEN_WAITING 40013
 // Ten recent files from here on; where there are none, the first one is a greyed word.
 #define IDM_FILE_RECENT 40020
 #define IDM_FILE_RECENT_LAST 40029
@@ -216,6 +218,8 @@
 #define IDS_UNSAVED 2054
 #define IDS_ALL_SAVED 2055
 #define IDS_NOT_KEPT 2153
+#define IDS_OPENS_NEXT 2154
+#define IDS_START 2155
 #define IDS_UNITS_SI 2056
 #define IDS_UNITS_US 2057
 #define IDS_NO_RECENT 2058

@@ -21,6 +21,8 @@ TEST_F(OpeningTest, TheWindowOpensWithoutAFile) {
     EXPECT_FALSE(viewer.IsEnabled(IDM_EDIT_VALUE));
     EXPECT_FALSE(viewer.IsEnabled(IDM_EDIT_UNDO));
     EXPECT_FALSE(viewer.IsEnabled(IDM_VIEW_ZOOM_IN));
+    EXPECT_EQ(L"Open a stream, a device or a project: Ctrl+O, or drop a file on this window.",
+              viewer.Status(VIEW_STATUS_MESSAGE));
     viewer.Close();
 }
 

@@ -41,6 +41,20 @@ TEST_F(StoppingTest, AMenuThatIsOpenHasItsKeys) {
     viewer.Close();
 }
 
+TEST_F(StoppingTest, AFileThatFallsOnTheWindowMeanwhileIsOpenedAfterIt) {
+    constexpr int kPoints = 20000;
+    Viewer viewer;
+    viewer.Drop({FileWith(L"large.xml", LargeStream(kPoints))});
+    Await("the button",
+          [&] { return viewer.IsVisible(IDC_STOP) || viewer.Count(IDC_ATTRIBUTES) == (kPoints + 2) / 3; });
+    viewer.Drop({Sample(L"channels.xml")});
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_TRUE(viewer.Title().starts_with(L"channels.xml")) << Narrow(viewer.Title());
+    viewer.Do(IDM_FILE_RECENT + 1);
+    AwaitAttributes(viewer, (kPoints + 2) / 3);
+    viewer.Close();
+}
+
 // A system menu that was looked at while nothing could be done must not stay grey.
 TEST_F(StoppingTest, TheSystemMenuClosesTheWindowWhileItLoads) {
     Viewer viewer;
