@@ -127,6 +127,23 @@ TEST_F(DiskTest, WhoDragsIsAskedBehindIt) {
     viewer_.NextBox().Press(IDNO);
 }
 
+// A menu may close for reasons of the display's; where it is still open, nobody was asked.
+TEST_F(DiskTest, WhoHasAMenuOpenIsAskedAfterIt) {
+    constexpr int kMostRounds = 5;
+    bool wasOpen = false;
+    for (int round = 0; round < kMostRounds && !wasOpen; ++round) {
+        Rewrite(std::to_string(80 + round) + std::string(static_cast<std::size_t>(round), ' '));
+        PostMessageW(viewer_.Frame(), WM_SYSCOMMAND, SC_KEYMENU, L'f');
+        Await("the menu", [&] { return viewer_.ShownMenu() != nullptr || viewer_.ShownBox(); });
+        LookNow();
+        wasOpen = !viewer_.ShownBox() && viewer_.ShownMenu() != nullptr;
+        SendMessageW(viewer_.Frame(), WM_CANCELMODE, 0, 0);
+        Await("the menu's end", [&] { return viewer_.ShownMenu() == nullptr; });
+        viewer_.NextBox().Press(IDNO);
+    }
+    EXPECT_TRUE(wasOpen) << "the question comes over an open menu";
+}
+
 TEST_F(DiskTest, ADevicesStreamIsOfferedAgain) {
     std::string device = BytesOf(benchtest::SamplesFolder() + L"device.xml");
     const std::string stream = "<Stream>streams/channels.xml</Stream>";

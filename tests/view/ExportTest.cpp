@@ -2,6 +2,7 @@
 
 #include "tests/view/Fixture.h"
 
+#include <cmath>
 #include <cstddef>
 #include <string>
 
@@ -66,8 +67,14 @@ TEST_F(ExportTest, TheBlockIsAPicture) {
     ASSERT_GT(png.size(), 1000U);
     EXPECT_EQ("\x89PNG\r\n\x1A\n", png.substr(0, 8));
     EXPECT_EQ("IHDR", png.substr(12, 4));
-    EXPECT_GT(NumberAt(png, 16), 200U);
-    EXPECT_GT(NumberAt(png, 20), 100U);
+    // Twice as many pixels as the drawing has units, either way.
+    const std::string svg = Exported(IDM_FILE_EXPORT_SVG, L"block.svg");
+    const auto doubled = [&svg](const std::string& attribute) {
+        const std::size_t at = svg.find(" " + attribute + "=\"", svg.find("<svg"));
+        return static_cast<std::size_t>(std::ceil(std::stod(svg.substr(at + attribute.size() + 3)) * 2));
+    };
+    EXPECT_EQ(doubled("width"), NumberAt(png, 16));
+    EXPECT_EQ(doubled("height"), NumberAt(png, 20));
     EXPECT_EQ("IEND", png.substr(png.size() - 8, 4));
 }
 
