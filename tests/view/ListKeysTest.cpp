@@ -126,6 +126,16 @@ TEST_F(ListKeysTest, TheMenuSortsTheListInFocus) {
     EXPECT_EQ(L"Sorted by Rule, upward.", Message()) << "the findings have four columns";
 }
 
+TEST_F(ListKeysTest, TheMenuSortsByEachColumn) {
+    viewer_.Do(IDM_VIEW_ATTRIBUTES);
+    int column = 0;
+    for (const wchar_t* name :
+         {L"Name", L"Type", L"Value", L"Displayed as", L"Unit", L"Default", L"Address", L"Visible"}) {
+        viewer_.Do(IDM_VIEW_SORT + column++);
+        EXPECT_EQ(std::wstring(L"Sorted by ") + name + L", upward.", Message());
+    }
+}
+
 TEST_F(ListKeysTest, WhoTypesIntoTheFilterUndoesLetters) {
     viewer_.SetCell(IDC_ATTRIBUTES, L"AI1_Channel", L"6");
     viewer_.Press('F', {VK_CONTROL});

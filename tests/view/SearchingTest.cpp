@@ -96,6 +96,8 @@ TEST_F(SearchingTest, FindsWordsInAnyLetterCaseAndGoesAround) {
     AwaitMessage(L"Found at line and column " + PlaceOf(second) + L", from the end again.");
     viewer_.Press(VK_RETURN, {VK_SHIFT});
     AwaitSelection(first, words.size());
+    viewer_.Do(IDM_EDIT_FIND_PREVIOUS);
+    AwaitSelection(second, words.size());
 }
 
 TEST_F(SearchingTest, SaysThatNothingIsFound) {

@@ -265,7 +265,13 @@ bool Viewer::IsTicked(int command) const noexcept {
     return SendMessageW(Part(IDC_TOOLBAR), TB_ISBUTTONCHECKED, static_cast<WPARAM>(command), 0) != 0;
 }
 
+void Viewer::Begin(int command) const {
+    Commands().insert(command);
+    PostMessageW(frame_, WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
 void Viewer::Do(int command) const {
+    Commands().insert(command);
     DWORD_PTR answer = 0;
     EXPECT_NE(0, SendMessageTimeoutW(frame_, WM_COMMAND, static_cast<WPARAM>(command), 0, SMTO_NORMAL,
                                      kLongest, &answer))

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -96,8 +97,11 @@ class Viewer {
 
     /// The command of a menu entry, done when this returns; one that opens a box is begun.
     void Do(int command) const;
-    void Begin(int command) const noexcept {
-        PostMessageW(frame_, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    void Begin(int command) const;
+    /// Those of all viewers so far.
+    static std::set<int>& Commands() {
+        static std::set<int> commands;
+        return commands;
     }
     /// Waits until every message that was posted so far is handled.
     void Settle() const;
