@@ -109,10 +109,19 @@ void Viewer::Filter(const std::wstring& words) const {
 
 HWND Viewer::BeginCell(int list, const std::wstring& name, const std::wstring& value) const {
     Pick(list, name);
-    Do(IDM_EDIT_CELL);
-    const HWND cell = GetDlgItem(Part(list), IDC_CELL);
-    EXPECT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
-    SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
+    HWND cell = nullptr;
+    // On a busy machine the system may activate the window late, which takes the focus from
+    // the cell and ends it: it is opened again then.
+    constexpr int kTries = 3;
+    for (int tries = 0; tries < kTries; ++tries) {
+        Do(IDM_EDIT_CELL);
+        cell = GetDlgItem(Part(list), IDC_CELL);
+        EXPECT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
+        SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
+        if (cell == nullptr || IsWindow(cell) != FALSE) {
+            break;
+        }
+    }
     return cell;
 }
 
