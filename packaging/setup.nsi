@@ -65,8 +65,10 @@ Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister 
 
 ; ---- who may, and for whom
 
+; Sets $Scope to what the command line names, or "". Entries in Apps are read as 64-bit Windows has them.
 !macro ReadScope
   ${GetParameters} $0
+  StrCpy $Scope ""
   ClearErrors
   ${GetOptions} $0 "/AllUsers" $1
   ${IfNot} ${Errors}
@@ -77,24 +79,18 @@ Var IsReplaced ; 1 when a setup runs the uninstaller: what it cannot unregister 
   ${IfNot} ${Errors}
     StrCpy $Scope CurrentUser
   ${EndIf}
-  UserInfo::GetAccountType
-  Pop $1
-  ; For whom it is installed already; else for all, by who may do that.
-  ${If} $Scope == ""
-    ReadRegStr $2 HKCU "${APPS}" InstallLocation
-    ${If} $2 == ""
-    ${AndIf} $1 == "Admin"
-      StrCpy $Scope AllUsers
-    ${Else}
-      StrCpy $Scope CurrentUser
-    ${EndIf}
-  ${EndIf}
-  ${If} $Scope == AllUsers
-  ${AndIf} $1 != "Admin"
-    !insertmacro End 5 "An installation for all users takes an administrator. /CurrentUser installs for you alone."
-  ${EndIf}
   ${If} ${RunningX64}
     SetRegView 64
+  ${EndIf}
+!macroend
+
+; Ends when $Scope is not for this user; words say what he can do.
+!macro TakeScope words
+  UserInfo::GetAccountType
+  Pop $1
+  ${If} $Scope == AllUsers
+  ${AndIf} $1 != "Admin"
+    !insertmacro End 5 "${words}"
   ${EndIf}
   ${If} $Scope == AllUsers
     SetShellVarContext all
@@ -183,22 +179,75 @@ Function TakeAway ; $R3 the folder, $R4 AllUsers or CurrentUser
   ${EndIf}
 FunctionEnd
 
+; Sets $9 to the topmost folder that is made for $INSTDIR besides itself, or "".
+!macro FindMadeFolder
+  StrCpy $9 ""
+  StrCpy $1 $INSTDIR
+  ${Do}
+    ${GetParent} $1 $1
+    ${If} $1 == ""
+    ${OrIf} ${FileExists} "$1\*.*"
+      ${ExitDo}
+    ${EndIf}
+    StrCpy $9 $1
+  ${Loop}
+!macroend
+
+; Removes the folders above $INSTDIR up to the one in $9, as long as they are empty.
+!macro RemoveMadeFolders
+  StrLen $0 "$9\"
+  StrCpy $1 $INSTDIR $0
+  ${If} $9 != ""
+  ${AndIf} $1 == "$9\"
+    StrCpy $1 $INSTDIR
+    ${Do}
+      ${GetParent} $1 $1
+      RMDir $1
+      StrLen $0 $1
+      StrLen $2 $9
+    ${LoopUntil} $0 <= $2
+  ${EndIf}
+!macroend
+
+; Ends when no file can be made in $INSTDIR, and leaves everything as it was.
+Function RefuseUnwritable
+  !insertmacro FindMadeFolder
+  StrCpy $R5 0
+  ${IfNot} ${FileExists} "$INSTDIR\*.*"
+    StrCpy $R5 1
+    CreateDirectory "$INSTDIR"
+  ${EndIf}
+  ClearErrors
+  GetTempFileName $R1 "$INSTDIR"
+  StrCpy $R6 0
+  ${If} ${Errors}
+    StrCpy $R6 1
+  ${Else}
+    Delete $R1
+  ${EndIf}
+  ${If} $R5 = 1
+    RMDir "$INSTDIR"
+    !insertmacro RemoveMadeFolders
+  ${EndIf}
+  ${If} $R6 = 1
+    !insertmacro End 2 "No file can be written into $INSTDIR. Nothing was changed."
+  ${EndIf}
+FunctionEnd
+
 ; ---- sections
 
 Section "-Before" SecBefore
+  ; All that can refuse, before anything is taken away.
   !insertmacro RefuseAnyInUse ""
-  ; The installation of before first, wherever it is: the entry in Apps is its own.
   ReadRegStr $8 SHCTX "${APPS}" InstallLocation
   ${If} $8 != ""
     StrCpy $7 $INSTDIR
     StrCpy $INSTDIR $8
     !insertmacro RefuseAnyInUse ""
     StrCpy $INSTDIR $7
-    StrCpy $R3 $8
-    StrCpy $R4 $Scope
-    Call TakeAway
   ${EndIf}
-  ; Then what is in this folder: for others than before when their entry names it.
+  Call RefuseUnwritable
+  ; What is in this folder: for others than before when their entry names it.
   ${If} ${FileExists} "$INSTDIR\uninstall.exe"
     StrCpy $R3 $INSTDIR
     ${If} $Scope == AllUsers
@@ -214,17 +263,14 @@ Section "-Before" SecBefore
     ${EndIf}
     Call TakeAway
   ${EndIf}
-  ; The topmost folder that is made for this one: it goes again too.
-  StrCpy $9 ""
-  StrCpy $1 $INSTDIR
-  ${Do}
-    ${GetParent} $1 $1
-    ${If} $1 == ""
-    ${OrIf} ${FileExists} "$1\*.*"
-      ${ExitDo}
-    ${EndIf}
-    StrCpy $9 $1
-  ${Loop}
+  ; Then the installation of before, wherever it is: the entry in Apps is its own, and gone when it was in this folder.
+  ReadRegStr $8 SHCTX "${APPS}" InstallLocation
+  ${If} $8 != ""
+    StrCpy $R3 $8
+    StrCpy $R4 $Scope
+    Call TakeAway
+  ${EndIf}
+  !insertmacro FindMadeFolder
   SetOutPath "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninstall.exe" ; first, so that a part of an installation can be removed
   WriteRegStr SHCTX "${APPS}" InstallLocation "$INSTDIR"
@@ -344,9 +390,27 @@ SectionEnd
 
 Function .onInit
   !insertmacro ReadScope
-  ReadRegStr $1 SHCTX "${APPS}" InstallLocation
+  ${If} $Scope == ""
+    ; For whom it is installed already; else for all, by who may do that.
+    UserInfo::GetAccountType
+    Pop $1
+    ReadRegStr $2 HKCU "${APPS}" InstallLocation
+    ${If} $2 == ""
+    ${AndIf} $1 == "Admin"
+      StrCpy $Scope AllUsers
+    ${Else}
+      StrCpy $Scope CurrentUser
+    ${EndIf}
+  ${EndIf}
+  !insertmacro TakeScope "An installation for all users takes an administrator. /CurrentUser installs for you alone."
   ${If} $INSTDIR == ""
-    StrCpy $INSTDIR $1
+    ; A folder that cannot be is passed over, as if /D= were not there.
+    System::Call "kernel32::GetCommandLine() t.r1"
+    ${WordReplace} $1 " /D=" "" "+" $2
+    ${If} $1 != $2
+      !insertmacro End 3 "/D= names no folder that can be made."
+    ${EndIf}
+    ReadRegStr $INSTDIR SHCTX "${APPS}" InstallLocation
   ${EndIf}
   ${If} $INSTDIR == ""
     ${If} $Scope == CurrentUser
@@ -416,8 +480,35 @@ FunctionEnd
 
 ; ---- taking it away
 
+; Sets $R5 to scope when its entry in Apps names this folder. Where two do, the command line is right.
+!macro FindOwner scope hive
+  ReadRegStr $8 ${hive} "${APPS}" InstallLocation
+  !insertmacro IsThisFolder $8
+  ${If} $R0 = 1
+    ${If} $R5 == ""
+    ${OrIf} $R5 != $Scope
+      StrCpy $R5 ${scope}
+    ${EndIf}
+  ${EndIf}
+!macroend
+
 Function un.onInit
   !insertmacro ReadScope
+  StrCpy $R5 ""
+  !insertmacro FindOwner CurrentUser HKCU
+  !insertmacro FindOwner AllUsers HKLM
+  ; Without a word of whom: those whose entry it is. The registry of others would still name what is gone from here.
+  ${If} $Scope == ""
+    StrCpy $Scope $R5
+    ${If} $Scope == ""
+      StrCpy $Scope CurrentUser
+    ${EndIf}
+  ${ElseIf} $R5 != ""
+  ${AndIf} $R5 != $Scope
+    !insertmacro End 3 "What is in $INSTDIR was installed with /$R5. Nothing was removed."
+  ${EndIf}
+  !insertmacro TakeScope "What is in $INSTDIR was installed for all users. An administrator has to remove it."
+  ${GetParameters} $0
   ClearErrors
   ${GetOptions} $0 "/Replaced" $1
   ${IfNot} ${Errors}
@@ -447,19 +538,7 @@ Section "Uninstall"
   !insertmacro RemoveFiles
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
-  ; Upwards to the folder that was made first, as long as they are empty.
-  StrLen $0 "$9\"
-  StrCpy $1 $INSTDIR $0
-  ${If} $9 != ""
-  ${AndIf} $1 == "$9\"
-    StrCpy $1 $INSTDIR
-    ${Do}
-      ${GetParent} $1 $1
-      RMDir $1
-      StrLen $0 $1
-      StrLen $2 $9
-    ${LoopUntil} $0 <= $2
-  ${EndIf}
+  !insertmacro RemoveMadeFolders
   ${If} $IsListed = 1
     Delete "$SMPROGRAMS\O_Tam_id.lnk"
     ReadRegStr $0 SHCTX "${APPS}" Components

@@ -184,10 +184,11 @@ run_setup() {
 
 set_up() { run_setup "$root/dist/O_Tam_id-$version-setup.exe" "$*"; }
 
-# uninstall FOLDER SCOPE: the program goes on from a copy of itself, so its end is that of its file.
+# uninstall FOLDER SCOPE [OPTION]: the program goes on from a copy of itself, so its end is that of its file. It is told
+# the scope by an option, unless that is given and empty.
 uninstall() {
-    local tries=0
-    wine "$1/uninstall.exe" /S "/$2"
+    local tries=0 option=${3-/$2}
+    wine "$1/uninstall.exe" /S ${option:+"$option"}
     while [[ -e $1/uninstall.exe && $tries -lt 60 ]]; do
         sleep 0.5
         tries=$((tries + 1))
@@ -338,6 +339,29 @@ try_moved() {
     [[ $status -eq 2 && -f $installed/win64/O_Tam_id.xml ]]
     set_up /CurrentUser
     [[ -s $installed/win64/O_Tam_id.dll && ! -e $installed/win32 ]]
+    # A folder that cannot be used, or cannot be: what is installed stays as it is.
+    find "$installed" -printf '%p %T@\n' | LC_ALL=C sort >"$package_folder/kept.before"
+    status=0
+    set_up /CurrentUser '/D=Z:\proc\deep\O Tam' || status=$?
+    [[ $status -eq 2 ]]
+    status=0
+    set_up /CurrentUser '/D=C:\tools\deep\O Tam\README.md\x' || status=$?
+    [[ $status -eq 3 ]]
+    find "$installed" -printf '%p %T@\n' | LC_ALL=C sort | diff "$package_folder/kept.before" -
+    apps_entry CurrentUser | grep -F 'C:\tools\deep\O Tam'
+    # Everybody and one user have one each. An uninstaller that is told nothing takes away what is in its folder, for
+    # those who have it; it refuses to do so for others.
+    set_up /AllUsers /Components=win64 '/D=C:\O_Tam_id'
+    status=0
+    remove_in_place 'C:\O_Tam_id' CurrentUser || status=$?
+    [[ $status -eq 3 && -f $first/win64/O_Tam_id.dll ]]
+    uninstall "$first" AllUsers ''
+    [[ ! -e $first && -f $installed/win64/O_Tam_id.dll ]]
+    if apps_entry AllUsers || wine reg query 'HKLM\Software\Classes\O_Tam_id.CDBAppObject' /reg:64; then
+        echo "The installation for everybody has left something in the registry."
+        return 1
+    fi
+    apps_entry CurrentUser
     uninstall "$installed" CurrentUser
     take_state "$package_folder/after"
     same_state "$package_folder/before" "$package_folder/after"
