@@ -17,7 +17,7 @@ void CheckKind(Kind kind, Document& document, StreamSummary* summary) {
     case Kind::ModuleDefinition:
         return CheckModuleDefinition(document);
     case Kind::ChannelDefinition:
-        return CheckChannelDefinition(document);
+        return CheckChannelDefinition(document, summary);
     case Kind::DeviceLibrary:
         return CheckLibrary(document);
     case Kind::Catalogue:

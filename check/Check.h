@@ -25,7 +25,7 @@ struct Result {
 };
 
 /// Checks a document from a file's bytes, in whichever encoding. Fills `summary` from a
-/// device stream, where it is not null.
+/// device stream or the definition of a channel, where it is not null.
 Result CheckBytes(std::string bytes, const Surroundings& surroundings, StreamSummary* summary = nullptr);
 /// Checks a document that is a text already, in UTF-8: what it says of its encoding
 /// does not count.

@@ -91,7 +91,7 @@ class Entry {
     void ReadFields() {
         const XmlTree& tree = document_.Tree();
         document_.CheckContainer(element_, Tag());
-        tree.ForEachElement(element_, [&](XmlTree::Index child) {
+        const std::function<void(XmlTree::Index)> read = [&](XmlTree::Index child) {
             const Span span = tree.NameSpan(child);
             const std::string_view name = tree.Piece(span);
             if (tree.IsUnclosed(element_) && IsEntry(name)) {
@@ -109,7 +109,11 @@ class Entry {
                                  "one " + Tagged(name));
             }
             fields_.push_back({*known, document_.ReadLeaf(child)});
-        });
+            if (tree.IsUnclosed(child)) {
+                tree.ForEachElement(child, read);
+            }
+        };
+        tree.ForEachElement(element_, read);
     }
 
     const Leaf* Find(std::string_view keyword) const {
@@ -130,14 +134,16 @@ class Entry {
             return;
         }
         info_.general = TextOf("TYPE");
-        if (std::find(std::begin(kGeneralTypes), std::end(kGeneralTypes), info_.general) ==
-            std::end(kGeneralTypes)) {
+        isTypeFaulty_ = std::find(std::begin(kGeneralTypes), std::end(kGeneralTypes), info_.general) ==
+                        std::end(kGeneralTypes);
+        if (isTypeFaulty_) {
             document_.Report(RuleId::EntryType, leaf->span, Quoted(info_.general) + " is no general type",
                              Listed(kGeneralTypes), std::string(Nearest(info_.general, kGeneralTypes)));
         }
     }
 
-    bool IsNumeric() const { return info_.IsNumber() || info_.general == "Bitfield"; }
+    /// Limits under a general type that is none were meant as limits: one fault does not hide another.
+    bool HasLimits() const { return info_.IsNumber() || info_.general == "Bitfield" || isTypeFaulty_; }
 
     void CheckLength() {
         const Leaf* leaf = Find("LENGTH");
@@ -185,7 +191,7 @@ class Entry {
 
     std::optional<double> Limit(std::string_view keyword, std::string& kept) {
         const Leaf* leaf = Find(keyword);
-        if (leaf == nullptr || !IsNumeric()) {
+        if (leaf == nullptr || !HasLimits()) {
             return std::nullopt;
         }
         kept = TextOf(keyword);
@@ -243,6 +249,7 @@ class Entry {
     XmlTree::Index element_;
     Span name_;
     std::size_t errors_ = 0;
+    bool isTypeFaulty_ = false;
     std::vector<Field> fields_;
     TypeInfo info_;
 };

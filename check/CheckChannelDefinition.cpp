@@ -31,7 +31,7 @@ class ChannelDefinition {
   public:
     explicit ChannelDefinition(Document& document) : document_(document), points_(document, false) {}
 
-    void Check(XmlTree::Index root) {
+    void Check(XmlTree::Index root, StreamSummary* summary) {
         const XmlTree& tree = document_.Tree();
         XmlTree::Index configuration = XmlTree::kNone;
         std::set<std::string> seen;
@@ -60,6 +60,11 @@ class ChannelDefinition {
         if (configuration != XmlTree::kNone) {
             CheckConfiguration(configuration);
         }
+        if (summary != nullptr) {
+            points_.FillSummary(*summary);
+            summary->definition = identifier_;
+            std::copy(std::begin(has_), std::end(has_), summary->sections.begin());
+        }
     }
 
   private:
@@ -71,7 +76,8 @@ class ChannelDefinition {
             const Leaf leaf = document_.ReadLeaf(child);
             document_.CheckFlag(leaf.text, leaf.span, Tagged(name));
         } else if (IsOneOf(name, std::span(kModuleParts).first(kTexts))) {
-            document_.ReadLeaf(child);
+            const Leaf leaf = document_.ReadLeaf(child);
+            identifier_ = EqualKeyword(name, "ID") ? Upper(Trim(leaf.text)) : identifier_;
         } else if (EqualKeyword(name, "DATASIZES")) {
             CheckDataSizes(document_, child);
         } else {
@@ -80,26 +86,32 @@ class ChannelDefinition {
     }
 
     void CheckConfiguration(XmlTree::Index configuration) {
-        constexpr std::string_view kSections[] = {"InReferences", "OutReferences", "Attributes"};
         constexpr std::string_view kItems[] = {"InReference", "OutReference", "Attrib"};
         const XmlTree& tree = document_.Tree();
-        document_.CheckContainer(configuration, "<TAMConfig>");
-        tree.ForEachElement(configuration, [&](XmlTree::Index section) {
+        document_.CheckPlainContainer(configuration, "<TAMConfig>");
+        const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index section) {
             const auto* const known =
                 std::find(std::begin(kSections), std::end(kSections), tree.Name(section));
             if (known == std::end(kSections)) {
-                return document_.ReportUnknown(section, kSections, {}, "<TAMConfig>", false);
+                if (!tree.IsUnclosed(configuration) || !IsPartAfter("TAMConfig", tree.Name(section))) {
+                    document_.ReportUnknown(section, kSections, {}, "<TAMConfig>", false);
+                }
+                return;
             }
             const auto kind = static_cast<std::size_t>(known - std::begin(kSections));
             const std::span item = std::span(kItems).subspan(kind, 1);
-            document_.CheckContainer(section, Tagged(*known));
+            document_.CheckPlainContainer(section, Tagged(*known));
             tree.ForEachElement(section, [&](XmlTree::Index child) {
+                if (tree.IsUnclosed(section) && IsOneOf(tree.Name(child), kSections)) {
+                    return check(child); // one of those that follow
+                }
                 if (tree.Name(child) != item[0]) {
                     return document_.ReportUnknown(child, item, kItems, Tagged(*known), false);
                 }
                 CheckItem(child, static_cast<PointKind>(kind));
             });
-        });
+        };
+        tree.ForEachElement(configuration, check);
     }
 
     void CheckItem(XmlTree::Index item, PointKind kind) {
@@ -143,17 +155,19 @@ class ChannelDefinition {
     Points points_;
     std::set<std::string> seen_[3];
     bool has_[3] = {};
+    /// In capitals.
+    std::string identifier_;
 };
 
 } // namespace
 
-void CheckChannelDefinition(Document& document) {
+void CheckChannelDefinition(Document& document, StreamSummary* summary) {
     const XmlTree& tree = document.Tree();
     if (tree.Name(tree.Root()) != kDefinitionRoot) {
         ReportDefinitionRoot(document);
     }
-    document.CheckContainer(tree.Root(), "<AppObject>");
-    ChannelDefinition(document).Check(tree.Root());
+    document.CheckPlainContainer(tree.Root(), "<AppObject>");
+    ChannelDefinition(document).Check(tree.Root(), summary);
 }
 
 } // namespace check

@@ -24,14 +24,15 @@ class Defaults {
 
     void Check(XmlTree::Index tam) {
         const XmlTree& tree = document_.Tree();
-        constexpr std::string_view kSections[] = {"Attributes"};
-        document_.CheckContainer(tam, "<Tam>");
+        constexpr std::string_view kSection[] = {"Attributes"};
+        document_.CheckPlainContainer(tam, "<Tam>");
         tree.ForEachElement(tam, [&](XmlTree::Index section) {
-            if (tree.Name(section) != kSections[0]) {
-                return document_.ReportUnknown(section, kSections, {}, "<Tam>", false);
+            if (tree.Name(section) == kSection[0]) {
+                document_.CheckPlainContainer(section, "<Attributes>");
+                tree.ForEachElement(section, [&](XmlTree::Index attribute) { ReadAttribute(attribute); });
+            } else if (!tree.IsUnclosed(tam) || !IsPartAfter("Tam", tree.Name(section))) {
+                document_.ReportUnknown(section, kSection, {}, "<Tam>", false);
             }
-            document_.CheckContainer(section, "<Attributes>");
-            tree.ForEachElement(section, [&](XmlTree::Index attribute) { ReadAttribute(attribute); });
         });
     }
 
@@ -40,7 +41,7 @@ class Defaults {
         constexpr std::string_view kValue[] = {"DefaultValue"};
         const XmlTree& tree = document_.Tree();
         bool hasDefault = false;
-        document_.CheckContainer(attribute, Tagged(tree.Name(attribute)));
+        document_.CheckPlainContainer(attribute, Tagged(tree.Name(attribute)));
         tree.ForEachElement(attribute, [&](XmlTree::Index child) {
             const XmlTree::Index first = tree.FirstChild(child);
             if (tree.Name(child) == kValue[0]) {
@@ -112,8 +113,7 @@ void CheckModuleDefinition(Document& document) {
         ReportDefinitionRoot(document);
         object = tree.Root();
     }
-    document.CheckContainer(object, "<AppObject>");
-    document.CheckAttributes(object, {}, "<AppObject>");
+    document.CheckPlainContainer(object, "<AppObject>");
     bool hasName = false;
     std::set<std::string> seen;
     Defaults defaults(document);

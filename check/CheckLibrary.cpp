@@ -3,6 +3,7 @@
 #include "check/Utf8.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <string>
@@ -18,18 +19,26 @@ constexpr std::string_view kModule = "o_tam_id";
 constexpr std::string_view kObjects[] = {"o_tam_ai_id", "o_tam_ao_id",  "o_tam_di_id",
                                          "o_tam_do_id", "o_inpcntx_id", "o_tam_id"};
 
+/// What a version holds; another name is that of a version.
+bool IsOfVersion(std::string_view name) {
+    return name == "Objects" || name == "Library";
+}
+
 void CheckVersion(Document& document, XmlTree::Index version) {
     constexpr std::string_view kParts[] = {"Objects"};
     constexpr std::string_view kLists[] = {"Library"};
     const XmlTree& tree = document.Tree();
     const Span span = tree.NameSpan(version);
     XmlTree::Index library = XmlTree::kNone;
-    document.CheckContainer(version, Tagged(tree.Piece(span)));
+    document.CheckPlainContainer(version, Tagged(tree.Piece(span)));
     tree.ForEachElement(version, [&](XmlTree::Index objects) {
         if (tree.Name(objects) != kParts[0]) {
+            if (tree.IsUnclosed(version)) {
+                return; // one of the versions that follow
+            }
             return document.ReportUnknown(objects, kParts, {}, Tagged(tree.Piece(span)), false);
         }
-        document.CheckContainer(objects, "<Objects>");
+        document.CheckPlainContainer(objects, "<Objects>");
         tree.ForEachElement(objects, [&](XmlTree::Index child) {
             if (tree.Name(child) != kLists[0]) {
                 return document.ReportUnknown(child, kLists, {}, "<Objects>", false);
@@ -51,7 +60,7 @@ void CheckVersion(Document& document, XmlTree::Index version) {
     }
     bool hasModule = false;
     std::set<std::string> seen;
-    document.CheckContainer(library, "<Library>");
+    document.CheckPlainContainer(library, "<Library>");
     tree.ForEachElement(library, [&](XmlTree::Index object) {
         const Span name = tree.NameSpan(object);
         const std::string_view text = tree.Piece(name);
@@ -90,7 +99,7 @@ void CheckChannels(Document& document, XmlTree::Index section) {
     constexpr std::string_view kAttributes[] = {"key", "kind", "terminal", "setup"};
     const XmlTree& tree = document.Tree();
     std::set<std::string> keys;
-    document.CheckContainer(section, "<Channels>");
+    document.CheckPlainContainer(section, "<Channels>");
     tree.ForEachElement(section, [&](XmlTree::Index channel) {
         if (tree.Name(channel) != kElement[0]) {
             return document.ReportUnknown(channel, kElement, {}, "<Channels>", false);
@@ -126,11 +135,11 @@ void CheckLibrary(Document& document) {
                         "the document element is " + Tagged(tree.Name(root)) + ", and nothing in it is found",
                         "<Device>", "Device");
     }
-    document.CheckContainer(root, "<Device>");
+    document.CheckPlainContainer(root, "<Device>");
     std::set<std::string_view> parts;
     std::set<std::string> versions;
     Leaf firmware;
-    tree.ForEachElement(root, [&](XmlTree::Index child) {
+    const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
         const std::string_view name = tree.Name(child);
         if (std::find(std::begin(kParts), std::end(kParts), name) == std::end(kParts)) {
             return document.ReportUnknown(child, kParts, {}, "<Device>", false);
@@ -148,16 +157,33 @@ void CheckLibrary(Document& document) {
         } else if (name == "Channels") {
             CheckChannels(document, child);
         } else {
-            document.CheckContainer(child, "<FWVersion>");
-            tree.ForEachElement(child, [&](XmlTree::Index version) {
+            document.CheckPlainContainer(child, "<FWVersion>");
+            const std::function<void(XmlTree::Index)> checkVersion = [&](XmlTree::Index version) {
                 if (!versions.insert(std::string(tree.Name(version))).second) {
                     document.Report(RuleId::ElementRepeated, tree.NameSpan(version),
                                     Tagged(tree.Name(version)) + " stands twice", "one of each");
                 }
                 CheckVersion(document, version);
+                if (tree.IsUnclosed(version)) {
+                    // Those that follow.
+                    tree.ForEachElement(version, [&](XmlTree::Index inner) {
+                        if (!IsOfVersion(tree.Name(inner))) {
+                            checkVersion(inner);
+                        }
+                    });
+                }
+            };
+            tree.ForEachElement(child, checkVersion);
+        }
+        if (tree.IsUnclosed(child)) {
+            tree.ForEachElement(child, [&](XmlTree::Index inner) {
+                if (std::find(std::begin(kParts), std::end(kParts), tree.Name(inner)) != std::end(kParts)) {
+                    check(inner);
+                }
             });
         }
-    });
+    };
+    tree.ForEachElement(root, check);
     const bool isDevice =
         parts.contains("Stream") || parts.contains("Channels") || parts.contains("Firmware");
     if (isDevice && !parts.contains("Stream")) {

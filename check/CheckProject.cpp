@@ -12,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 #include <set>
 #include <span>
@@ -99,6 +100,21 @@ class Project {
         }
     }
 
+    /// Where the end tag of a part is missing, the parts that follow lie inside.
+    void ForEachPartInside(XmlTree::Index part, std::span<const std::string_view> parts,
+                           const std::function<void(XmlTree::Index)>& check) {
+        const XmlTree& tree = document_.Tree();
+        if (!tree.IsUnclosed(part)) {
+            return;
+        }
+        tree.ForEachElement(part, [&](XmlTree::Index child) {
+            if (std::any_of(parts.begin(), parts.end(),
+                            [&](std::string_view name) { return EqualKeyword(name, tree.Name(child)); })) {
+                check(child);
+            }
+        });
+    }
+
     /// The text of an element that the component needs a text of.
     Leaf Required(XmlTree::Index element) {
         Leaf leaf = document_.ReadLeaf(element);
@@ -148,7 +164,7 @@ class Project {
         std::set<std::string> seen;
         std::vector<XmlTree::Index> flags;
         const std::vector<const StreamSummary*> streams = StreamsOf(object);
-        tree.ForEachElement(object, [&](XmlTree::Index child) {
+        const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
             const std::string_view name = tree.Name(child);
             CheckTwin(seen, child, tree.Name(object));
             if (EqualKeyword(name, "UserName")) {
@@ -166,7 +182,9 @@ class Project {
             } else if (!EqualKeyword(name, "Environment")) {
                 document_.ReportUnknown(child, kModuleParts, {}, Tagged(tree.Name(object)), true);
             }
-        });
+            ForEachPartInside(child, kModuleParts, check);
+        };
+        tree.ForEachElement(object, check);
     }
 
     /// The device streams of the run that have its object number.
@@ -230,7 +248,7 @@ class Project {
 
     void CheckFlags(XmlTree::Index section, const std::vector<const StreamSummary*>& streams) {
         const XmlTree& tree = document_.Tree();
-        document_.CheckContainer(section, "<OutReferences>");
+        document_.CheckPlainContainer(section, "<OutReferences>");
         tree.ForEachElement(section, [&](XmlTree::Index child) {
             const Leaf leaf = document_.ReadLeaf(child);
             document_.CheckFlag(leaf.text, leaf.span, Tagged(tree.Name(child)));
@@ -241,7 +259,7 @@ class Project {
     void CheckOutputs(XmlTree::Index section, const std::vector<const StreamSummary*>& streams) {
         constexpr std::string_view kFlag[] = {"IsDisplayable"};
         const XmlTree& tree = document_.Tree();
-        document_.CheckContainer(section, "<Outputs>");
+        document_.CheckPlainContainer(section, "<Outputs>");
         tree.ForEachElement(section, [&](XmlTree::Index child) {
             document_.CheckAttributes(child, kFlag, Tagged(tree.Name(child)));
             if (const auto flag = tree.FindAttribute(child, kFlag[0])) {
@@ -256,7 +274,7 @@ class Project {
         std::set<std::string> seen;
         std::string deviceKey;
         Leaf objectKey;
-        tree.ForEachElement(object, [&](XmlTree::Index child) {
+        const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
             const std::string_view name = tree.Name(child);
             CheckTwin(seen, child, tree.Name(object));
             if (name == "DevKey") {
@@ -269,11 +287,13 @@ class Project {
                 document_.ReadLeaf(child);
             } else if (EqualKeyword(name, "Inputs") || EqualKeyword(name, "Outputs") ||
                        EqualKeyword(name, "Attributes")) {
-                CheckSavedPoints(child);
+                CheckSavedPoints(child, tree.Name(object));
             } else {
                 document_.ReportUnknown(child, kChannelParts, {}, Tagged(tree.Name(object)), false);
             }
-        });
+            ForEachPartInside(child, kChannelParts, check);
+        };
+        tree.ForEachElement(object, check);
         for (const std::string_view key : {"DevKey", "TamObjectKey"}) {
             if (!seen.contains(Upper(key))) {
                 document_.Report(RuleId::ElementMissing, tree.NameSpan(object),
@@ -299,12 +319,49 @@ class Project {
         }
     }
 
-    void CheckSavedPoints(XmlTree::Index section) {
+    /// Whether a definition of the run says that its channels have no such point. A section that a
+    /// definition leaves out is the host's.
+    void CheckSavedName(XmlTree::Index point, std::string_view section, std::string_view object) {
         const XmlTree& tree = document_.Tree();
-        document_.CheckContainer(section, Tagged(tree.Name(section)));
+        const std::size_t side = EqualKeyword(section, "Inputs")    ? 0U
+                                 : EqualKeyword(section, "Outputs") ? 1U
+                                                                    : 2U;
+        std::vector<std::string_view> names;
+        bool isListed = false;
+        for (const StreamSummary& channel : document_.Others().Definitions()) {
+            if (!EqualKeyword(channel.definition, object)) {
+                continue;
+            }
+            if (!channel.sections.at(side)) {
+                return;
+            }
+            isListed = true;
+            const std::vector<std::string>& points = side == 0 ? channel.inputs : channel.outputs;
+            if (side < 2) {
+                names.insert(names.end(), points.begin(), points.end());
+            } else {
+                for (const auto& [name, general] : channel.attributes) {
+                    names.push_back(name);
+                }
+            }
+        }
+        const Span span = tree.NameSpan(point);
+        const std::string_view name = tree.Piece(span);
+        if (isListed && std::none_of(names.begin(), names.end(),
+                                     [&](std::string_view known) { return EqualName(known, name); })) {
+            document_.Report(RuleId::ProjectPoint, span,
+                             "the channel has no point " + Tagged(name) + " in its definition", "",
+                             std::string(Nearest(name, names)));
+        }
+    }
+
+    void CheckSavedPoints(XmlTree::Index section, std::string_view object) {
+        const XmlTree& tree = document_.Tree();
+        document_.CheckPlainContainer(section, Tagged(tree.Name(section)));
         std::set<std::string> seen;
         tree.ForEachElement(section, [&](XmlTree::Index point) {
             CheckTwin(seen, point, tree.Name(section));
+            CheckSavedName(point, tree.Name(section), object);
             document_.CheckAttributes(point, kPointAttributes, Tagged(tree.Name(point)));
             const TypeInfo* type = nullptr;
             if (const auto id = tree.FindAttribute(point, "SNVT_Type"); id && id->value.size > 0) {

@@ -9,7 +9,7 @@ namespace check {
 
 void CheckStream(Document& document, StreamSummary* summary);
 void CheckModuleDefinition(Document& document);
-void CheckChannelDefinition(Document& document);
+void CheckChannelDefinition(Document& document, StreamSummary* summary);
 void CheckLibrary(Document& document);
 /// Fills `types` too, where it is not null.
 void CheckCatalogue(Document& document, Catalogue* types);

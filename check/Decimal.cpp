@@ -133,7 +133,12 @@ std::string StepText(long a, long b, std::string_view mark) {
 std::string LeadingNumber(std::string_view text) {
     for (std::size_t size = std::min<std::size_t>(text.size(), 40); size > 0; --size) {
         if (text[size - 1] != '.' && ReadDecimal(text.substr(0, size))) {
-            return std::string(text.substr(0, size));
+            // "0x10" and "1O0" are other numbers than what they begin with.
+            const std::string_view rest = text.substr(size);
+            const bool isOther = !rest.empty() &&
+                                 ((rest[0] >= 'A' && rest[0] <= 'Z') || (rest[0] >= 'a' && rest[0] <= 'z')) &&
+                                 rest.find_first_of("0123456789") != std::string_view::npos;
+            return isOther ? std::string() : std::string(text.substr(0, size));
         }
     }
     return {};

@@ -117,11 +117,16 @@ void CheckDataSizes(Document& document, XmlTree::Index table) {
     DataSizes(document).Check(table);
 }
 
+bool IsPartAfter(std::string_view part, std::string_view name) {
+    const bool hasSections = part == "Tam" || part == "TAMConfig";
+    return IsPart(name) && !(hasSections && IsOneOf(name, kSections));
+}
+
 void ForEachPartInside(const XmlTree& tree, XmlTree::Index part,
                        const std::function<void(XmlTree::Index)>& check) {
     if (tree.IsUnclosed(part)) {
         tree.ForEachElement(part, [&](XmlTree::Index child) {
-            if (IsPart(tree.Name(child))) {
+            if (IsPartAfter(tree.Name(part), tree.Name(child))) {
                 check(child);
             }
         });

@@ -34,6 +34,7 @@ Leaf Document::ReadLeaf(Index element) {
     leaf.node = element;
     leaf.name = leaf.span = tree_.NameSpan(element);
     const std::string_view name = tree_.Piece(leaf.name);
+    CheckAttributes(element, {}, Tagged(name));
     bool hasText = false;
     tree_.ForEachChild(element, [&](Index child) {
         const Span begin{tree_.OffsetOf(child), 1};

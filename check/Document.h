@@ -48,10 +48,15 @@ class Document {
         findings_.Add(rule, span, std::move(message), std::move(expected), std::move(suggestion));
     }
 
-    /// Reads an element that holds a text, and reports what else it holds.
+    /// Reads an element that holds a text, and reports what else it holds or has.
     Leaf ReadLeaf(Index element);
     /// Reports texts and instructions between the elements of a container.
     void CheckContainer(Index element, std::string_view where);
+    /// The same of a container that has no attributes.
+    void CheckPlainContainer(Index element, std::string_view where) {
+        CheckContainer(element, where);
+        CheckAttributes(element, {}, where);
+    }
     /// Reports attributes that are none of these. `isCaseFree`: letter case does not count.
     void CheckAttributes(Index element, std::span<const std::string_view> known, std::string_view where,
                          bool isCaseFree = false);

@@ -32,6 +32,36 @@ constexpr std::string_view kUtf8 = "UTF-8";
 constexpr std::string_view kUtf16 = "UTF-16";
 constexpr std::string_view kAscii = "US-ASCII";
 
+/// Names that other programs write. Not every parser knows them, so they are an error; but what
+/// they mean is known, and the text is read.
+constexpr std::pair<std::string_view, std::string_view> kAliases[] = {
+    {"UTF8", kUtf8},           {"ASCII", kAscii},         {"ANSI_X3.4-1968", kAscii},
+    {"LATIN1", "ISO-8859-1"},  {"LATIN-1", "ISO-8859-1"}, {"LATIN2", "ISO-8859-2"},
+    {"LATIN-2", "ISO-8859-2"}, {"LATIN9", "ISO-8859-15"}, {"LATIN-9", "ISO-8859-15"}};
+
+/// The standard name of an encoding that goes by another one, in capitals; empty when it is none.
+std::string StandardName(std::string_view name) {
+    for (const auto& [alias, standard] : kAliases) {
+        if (alias == name) {
+            return std::string(standard);
+        }
+    }
+    // ISO8859-1, ISO_8859-1, CP1252, CP-1252.
+    for (const auto& [prefix, standard] :
+         {std::pair<std::string_view, std::string_view>{"ISO8859", "ISO-8859"},
+          {"ISO_8859", "ISO-8859"},
+          {"CP-", "WINDOWS-"},
+          {"CP", "WINDOWS-"}}) {
+        const std::string known =
+            name.starts_with(prefix) ? std::string(standard) + std::string(name.substr(prefix.size())) : "";
+        if (std::any_of(std::begin(kCodePages), std::end(kCodePages),
+                        [&](const CodePage& page) { return page.name == known; })) {
+            return known;
+        }
+    }
+    return {};
+}
+
 /// What is wrong at one place. Of a file that is no text at all words are made only for what is listed.
 class Faults {
   public:
@@ -253,13 +283,14 @@ std::string_view Meant(std::string_view name, std::span<const std::string_view> 
 }
 
 void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
+    const std::string meant = StandardName(Upper(name));
     std::vector<std::string_view> known = {kUtf8, kUtf16, kAscii};
     for (const CodePage& page : kCodePages) {
         known.push_back(page.name);
     }
     findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name),
                  "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -10 and -13 to -16 or windows-1250 to -1258",
-                 std::string(Meant(name, known)));
+                 meant.empty() ? std::string(Meant(name, known)) : meant);
 }
 
 /// Without a mark: the declaration says which encoding it is.
@@ -269,7 +300,14 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
     if (name.empty() || EqualKeyword(name, kUtf8)) {
         return FromUtf8(std::move(bytes), findings);
     }
-    const std::string upper = Upper(name);
+    std::string upper = Upper(name);
+    if (const std::string standard = StandardName(upper); !standard.empty()) {
+        ReportUnknown(name, declared, findings);
+        upper = standard;
+    }
+    if (upper == kUtf8) {
+        return FromUtf8(std::move(bytes), findings);
+    }
     const auto* const page = std::find_if(std::begin(kCodePages), std::end(kCodePages),
                                           [&](const CodePage& known) { return known.name == upper; });
     if (page != std::end(kCodePages)) {

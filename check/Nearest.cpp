@@ -58,9 +58,31 @@ std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit) 
     return std::min<std::size_t>((*last)[b.size()], limit + 1);
 }
 
+namespace {
+
+/// The only one that goes on where the word ends, at most as long again; empty when there is none.
+std::string_view Continued(std::string_view word, std::span<const std::string_view> words) {
+    constexpr std::size_t kLeast = 4;
+    std::string_view whole;
+    for (const std::string_view candidate : words) {
+        if (word.size() < kLeast || candidate.size() > 2 * word.size() || candidate == whole ||
+            !EqualKeyword(candidate.substr(0, word.size()), word)) {
+            continue;
+        }
+        if (!whole.empty()) {
+            return {};
+        }
+        whole = candidate;
+    }
+    return whole;
+}
+
+} // namespace
+
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> words) {
     std::string_view nearest;
     std::size_t best = Tolerance(word.size()) + 1;
+    bool isNear = false;
     bool isAlone = false;
     for (const std::string_view candidate : words) {
         const std::size_t limit = std::min(Tolerance(word.size()), Tolerance(candidate.size()));
@@ -69,10 +91,11 @@ std::string_view Nearest(std::string_view word, std::span<const std::string_view
             continue;
         }
         isAlone = distance < best;
+        isNear = true;
         best = distance;
         nearest = candidate;
     }
-    return isAlone ? nearest : std::string_view();
+    return isAlone ? nearest : isNear ? std::string_view() : Continued(word, words);
 }
 
 } // namespace check

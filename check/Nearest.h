@@ -12,7 +12,8 @@ namespace check {
 std::size_t Distance(std::string_view a, std::string_view b, std::size_t limit);
 
 /// The word that was probably meant: one that is near enough for its length, and
-/// the only one that near. Empty when there is none.
+/// the only one that near; else the only one of which it is the first half or more.
+/// Empty when there is none.
 std::string_view Nearest(std::string_view word, std::span<const std::string_view> words);
 
 } // namespace check

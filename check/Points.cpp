@@ -52,18 +52,19 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
     const std::function<void(XmlTree::Index)> read = [&](XmlTree::Index child) {
         const Span span = tree.NameSpan(child);
         const std::string_view word = tree.Piece(span);
+        // Where an end tag is missing, the points that follow lie inside, whatever their names.
+        const XmlTree::Index first = tree.FirstChild(child);
+        if (isUnclosed && !tree.IsUnclosed(child) && first != XmlTree::kNone && tree.IsElement(first)) {
+            return CheckPoint(child, words);
+        }
         const auto known =
             std::find_if(words.keywords.begin(), words.keywords.end(),
                          [&](std::string_view keyword) { return EqualKeyword(keyword, word); });
         if (known == words.keywords.end()) {
-            // Where an end tag is missing, the points that follow lie inside.
-            if (isUnclosed && tree.FirstChild(child) != XmlTree::kNone &&
-                tree.IsElement(tree.FirstChild(child))) {
-                CheckPoint(child, words);
-            } else {
-                document_.ReportUnknown(child, words.keywords, words.elsewhere, words.what, true);
+            if (isUnclosed && first != XmlTree::kNone && tree.IsElement(first)) {
+                return CheckPoint(child, words);
             }
-            return;
+            return document_.ReportUnknown(child, words.keywords, words.elsewhere, words.what, true);
         }
         const bool isTwin = std::any_of(fields.begin(), fields.end(),
                                         [&](const Field& field) { return field.keyword == *known; });
@@ -73,7 +74,6 @@ void Points::CheckPoint(XmlTree::Index element, const PointWords& words) {
                              "one " + Tagged(word));
         }
         fields.push_back({*known, document_.ReadLeaf(child)});
-        document_.CheckAttributes(child, {}, Tagged(word));
         if (tree.IsUnclosed(child)) {
             tree.ForEachElement(child, read);
         }

@@ -194,6 +194,11 @@ void Points::FillSummary(StreamSummary& summary) const {
     for (const Name& name : NamesOf(PointKind::Output)) {
         summary.outputs.emplace_back(NameAt(name.at));
     }
+    if (!isModule_) {
+        for (const Name& name : NamesOf(PointKind::Attribute)) {
+            summary.attributes.emplace(NameAt(name.at), "");
+        }
+    }
 }
 
 } // namespace check

@@ -203,16 +203,17 @@ class Run {
         if (LooksTypesUp(checked.result.result.kind)) {
             catalogues_.Use(catalogue);
         }
-        if (checked.result.result.kind == Kind::DeviceStream && isKept) {
+        const Kind kind = checked.result.result.kind;
+        if (isKept && (kind == Kind::DeviceStream || !summary.definition.empty())) {
             summary.file = checked.result.file;
             checked.stream = std::move(summary);
         }
         return checked;
     }
 
-    /// Definitions and projects, now that the streams of the run are known.
+    /// Definitions and projects, now that the streams and the channels of the run are known.
     void CheckAgain(const std::vector<batch::Input>& inputs, std::vector<FileResult>& results) {
-        if (streams_.Streams().empty()) {
+        if (streams_.Streams().empty() && streams_.Definitions().empty()) {
             return;
         }
         for (std::size_t i = 0; i < results.size(); ++i) {
@@ -271,9 +272,9 @@ class Run {
 
     const ProgramOptions& options_;
     Catalogues catalogues_;
-    /// The device streams of the run.
+    /// The device streams and the definitions of channels of the run.
     Surroundings streams_;
-    /// Other documents of the run may look into a stream.
+    /// Other documents of the run may look into them.
     bool hasOthers_ = false;
 };
 

@@ -299,8 +299,10 @@ constexpr std::array kRules = {
     Rule{ProjectChannel, "project-channel", Error, "A channel that no module has",
          "No module of the same run has points with this key. Said only where the run has streams.",
          "<TamObjectKey>AI99</TamObjectKey>"},
-    Rule{ProjectPoint, "project-point", Error, "An output that the module does not have",
-         "A flag for an output that is not there ends the reading of the project with the error 91.",
+    Rule{ProjectPoint, "project-point", Error, "A point that the module or the channel does not have",
+         "A flag for an output that is not there ends the reading of the project with the error 91. What is "
+         "saved of a channel's point is lost where the definition, if it is in the same run, has no such "
+         "point.",
          "<OutReferences><AI1_Uot>1</AI1_Uot></OutReferences>"},
     Rule{ProjectKey, "project-key", Error, "Two elements of one key",
          "A device has one module, and each of its channels one element.",

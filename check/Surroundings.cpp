@@ -10,6 +10,10 @@ void Surroundings::Add(StreamSummary stream) {
     if (run_.use_count() > 1) {
         run_ = std::make_shared<Run>(*run_); // copies stay as they are
     }
+    if (!stream.definition.empty()) {
+        run_->definitions.push_back(std::move(stream));
+        return;
+    }
     for (const std::string& name : stream.outputs) {
         stream.outputHashes.insert(HashOfName(name));
     }

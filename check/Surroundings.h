@@ -2,6 +2,7 @@
 
 #include "check/Catalogue.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -15,9 +16,12 @@
 
 namespace check {
 
-/// What other documents need to know of a device stream.
+/// What other documents need to know of a device stream, or of the definition of a channel.
 struct StreamSummary {
     std::string file;
+    /// A definition's, and which sections it has: inputs, outputs, attributes.
+    std::string definition;
+    std::array<bool, 3> sections{};
     std::string objectId;
     std::vector<std::string> inputs;
     std::vector<std::string> outputs;
@@ -27,8 +31,8 @@ struct StreamSummary {
     std::map<std::string, std::string> attributes;
 };
 
-/// The documents around the one that is checked: the catalogue, and the streams of
-/// the same run.
+/// The documents around the one that is checked: the catalogue, and the streams and the
+/// definitions of channels of the same run.
 class Surroundings {
   public:
     Surroundings() = default;
@@ -46,6 +50,7 @@ class Surroundings {
 
     void Add(StreamSummary stream);
     const std::vector<StreamSummary>& Streams() const noexcept { return run_->streams; }
+    const std::vector<StreamSummary>& Definitions() const noexcept { return run_->definitions; }
     /// What the names of the streams' points begin with.
     const std::set<std::string, std::less<>>& ChannelKeys() const noexcept { return run_->channelKeys; }
     /// Whether one of the streams' attributes has this name but for its letter case: that name, or "".
@@ -54,6 +59,7 @@ class Surroundings {
   private:
     struct Run {
         std::vector<StreamSummary> streams;
+        std::vector<StreamSummary> definitions;
         std::set<std::string, std::less<>> channelKeys;
         std::unordered_map<std::uint64_t, std::string> attributesByHash;
     };

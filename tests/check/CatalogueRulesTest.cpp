@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 using namespace check;
 using namespace checking;
@@ -43,6 +44,16 @@ TEST(CatalogueRulesTest, FindsGeneralTypesThatAreNone) {
     ExpectOne(RuleId::EntryType, Entry("<Type>^Signed</Type><Length>2</Length>"));
     ExpectOne(RuleId::EntryType, Entry("<Type>^ENUM</Type><Length>1</Length>"), "Enum");
     ExpectOne(RuleId::EntryUntyped, "<SNVTCatalogue><^SNVT_1><Name>SNVT_a</Name></SNVT_1></SNVTCatalogue>");
+}
+
+TEST(CatalogueRulesTest, AGeneralTypeThatIsNoneHidesNoLimit) {
+    const auto findings = Find(Entry("<Type>Signed</Type><Min>-1,5</Min><Max>warm</Max><Length>2</Length>"));
+    const std::vector<Place> expected = {
+        {RuleId::EntryType, 1, 30}, {RuleId::EntryLimitForm, 1, 48}, {RuleId::EntryLimitForm, 1, 63}};
+    EXPECT_EQ(Places(findings), expected);
+    const auto order = Find(Entry("<Type>Signed</Type><Min>2</Min><Max>1</Max><Length>2</Length>"));
+    const std::vector<Place> both = {{RuleId::EntryType, 1, 30}, {RuleId::EntryLimitOrder, 1, 48}};
+    EXPECT_EQ(Places(order), both);
 }
 
 TEST(CatalogueRulesTest, FindsLengthsThatAreNone) {

@@ -94,3 +94,19 @@ TEST(DefinitionRulesTest, FindsConfigurationsOfNothing) {
     ExpectOne(RuleId::ElementMisspelt, Channel("<Attributes><^Attribs Name=\"Offset\"/></Attributes>"),
               "Attrib");
 }
+
+TEST(DefinitionRulesTest, FindsAttributesThatMeanNothingWhereverTheyStand) {
+    ExpectOne(RuleId::AttributeUnknown, "<AppObject><NAME ^a=\"1\">n</NAME><DataSizes/></AppObject>");
+    for (const std::string_view tags :
+         {"<Tam ^a=\"1\"><Attributes><A><DefaultValue>1</DefaultValue></A></Attributes></Tam>",
+          "<Tam><Attributes ^a=\"1\"><A><DefaultValue>1</DefaultValue></A></Attributes></Tam>",
+          "<Tam><Attributes><A ^a=\"1\"><DefaultValue>1</DefaultValue></A></Attributes></Tam>",
+          "<Tam><Attributes><A><DefaultValue ^a=\"1\">1</DefaultValue></A></Attributes></Tam>"}) {
+        ExpectOne(RuleId::AttributeUnknown,
+                  "<AppObject><NAME>n</NAME><DataSizes/>" + std::string(tags) + "</AppObject>");
+    }
+    ExpectOne(RuleId::AttributeUnknown,
+              "<AppObject ^a=\"1\"><NAME>n</NAME><OutReferences/><TAMConfig/></AppObject>");
+    ExpectOne(RuleId::AttributeUnknown,
+              "<AppObject><NAME>n</NAME><OutReferences/><TAMConfig ^a=\"1\"/></AppObject>");
+}

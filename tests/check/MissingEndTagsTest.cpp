@@ -149,7 +149,35 @@ TEST(MissingEndTagsTest, OfASectionOfAChannelIsOneFinding) {
               "<InReference Name=\"In1\" Visible=\"^yes\"/></InReferences></TAMConfig></AppObject>");
 }
 
+TEST(MissingEndTagsTest, OfAPartThatHoldsSectionsIsOneFinding) {
+    constexpr std::string_view kDefaults = "<AppObject><NAME>M</NAME><^Tam><Attributes><A><DefaultValue>^warm"
+                                           "</DefaultValue></A></Attributes>\n";
+    ExpectAll({kUnclosed, RuleId::DefaultNotNumber}, std::string(kDefaults) + "</AppObject>");
+    ExpectAll({kUnclosed, RuleId::DefaultNotNumber, RuleId::SizeRange},
+              std::string(kDefaults) + "<DataSizes><T0 CDB_Size=\"^256\"/></DataSizes></AppObject>");
+    constexpr std::string_view kChannel =
+        "<AppObject><NAME>AI</NAME><InReferences><In1><SNVTCOMPATIBILITYLIST>105</SNVTCOMPATIBILITYLIST>"
+        "<SNVTTYPE>105</SNVTTYPE></In1></InReferences><OutReferences><Out><SNVTTYPE>105</SNVTTYPE></Out>"
+        "</OutReferences>";
+    ExpectAll({kUnclosed, RuleId::FlagValue}, std::string(kChannel) +
+                                                  "<^TAMConfig><InReferences><InReference Name=\"In1\" "
+                                                  "Visible=\"^yes\"/></InReferences>\n</AppObject>");
+    ExpectAll({kUnclosed, RuleId::FlagValue},
+              std::string(kChannel) + "<TAMConfig><^InReferences><InReference Name=\"In1\"/>\n"
+                                      "<OutReferences><OutReference Name=\"Out\" Visible=\"^yes\"/>"
+                                      "</OutReferences></TAMConfig></AppObject>");
+}
+
+TEST(MissingEndTagsTest, OfAPointBeforeOneWithTheNameOfAFieldIsOneFinding) {
+    ExpectAll({kUnclosed, RuleId::ValueNotNumber},
+              "<AppObject><NAME>AO</NAME><Attributes><^Gain><SNVTTYPE>105</SNVTTYPE><VALUE>1</VALUE>\n"
+              "<Min><SNVTTYPE>105</SNVTTYPE><VALUE>^warm</VALUE></Min></Attributes><TAMConfig/></AppObject>");
+}
+
 TEST(MissingEndTagsTest, InACatalogueHidesNoEntry) {
+    ExpectAll({kUnclosed, RuleId::EntryLimitForm},
+              "<SNVTCatalogue><SNVT_1><Name>SNVT_amp</Name><^Unit><Type>SignedNumeric</Type>"
+              "<Min>^0,5</Min><Max>5</Max><Length>2</Length></SNVT_1></SNVTCatalogue>");
     ExpectAll({kUnclosed, RuleId::EntryLimitForm},
               "<SNVTCatalogue><SNVT_1><Name>SNVT_amp</Name><Type>SignedNumeric</Type><^Unit>A\n"
               "<Min>0</Min><Max>5</Max><Length>2</Length></SNVT_1>" +
@@ -164,6 +192,15 @@ TEST(MissingEndTagsTest, InOtherDocumentsHidesNothing) {
     ExpectAll({kUnclosed, RuleId::NumberForm},
               "<Project><O_Tam_id><^UserName>Room\n<X_Position>^x</X_Position><TamObjID>3</TamObjID>"
               "</O_Tam_id></Project>");
+    ExpectAll({kUnclosed, RuleId::ElementEmpty, RuleId::NumberForm},
+              "<Project><O_Tam_id><^^UserName><X_Position>^x</X_Position><TamObjID>3</TamObjID>"
+              "</O_Tam_id></Project>");
+    ExpectAll({kUnclosed, RuleId::AttributeMissing},
+              "<Device><Stream>s.xml</Stream><^Firmware><Channels><^Channel key=\"AI1\"/></Channels>"
+              "</Device>");
+    ExpectAll({kUnclosed, RuleId::LibraryObject},
+              "<Device><FWVersion><^V1><Objects><Library><O_Tam_id/></Library></Objects>\n"
+              "<V2><Objects><Library><O_Tam_id/><^x/></Library></Objects></V2></FWVersion></Device>");
     ExpectAll({kUnclosed, RuleId::AttributeMissing},
               "<Device><^Stream>hall.xml\n<Channels><^Channel key=\"AI1\"/></Channels></Device>");
 }

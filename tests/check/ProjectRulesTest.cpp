@@ -84,6 +84,37 @@ TEST(ProjectRulesTest, FindsModulesChannelsAndPointsThatAreNotThere) {
     ExpectClean(Module("<OutReferences><AI1_Uot>1</AI1_Uot></OutReferences>"));
 }
 
+TEST(ProjectRulesTest, FindsPointsThatAChannelDoesNotHave) {
+    // The identifier names the channel, in whichever letter case; its attributes are the host's.
+    const std::string definition =
+        "<AppObject><NAME>n</NAME><ID>O_Tam_AI_id</ID><OutReferences><Out><SNVTTYPE>105</SNVTTYPE></Out>"
+        "</OutReferences>ATTRIBUTES<TAMConfig/></AppObject>";
+    const auto with = [&](const std::string& attributes) {
+        std::string text = definition;
+        StreamSummary summary;
+        CheckBytes(text.replace(text.find("ATTRIBUTES"), 10, attributes), Types(), &summary);
+        Surroundings surroundings = Types();
+        surroundings.Add(summary);
+        return surroundings;
+    };
+    const auto project = [](std::string_view rest) {
+        return "<Project>" + Channel(kKeys, rest) + "</Project>";
+    };
+    const Surroundings known =
+        with("<Attributes><Offset><SNVTTYPE>105</SNVTTYPE><VALUE>0</VALUE></Offset></Attributes>");
+    ExpectClean(
+        project("<Outputs><out Visible=\"1\"/></Outputs><Attributes><OFFSET Value=\"1\"/></Attributes>"),
+        known);
+    ExpectOne(RuleId::ProjectPoint, project("<Attributes><^Ofset Value=\"1\"/></Attributes>"), "Offset",
+              known);
+    ExpectOne(RuleId::ProjectPoint, project("<Outputs><^Uot Visible=\"1\"/></Outputs>"), "Out", known);
+    ExpectOne(RuleId::ProjectPoint, project("<Attributes><^Out Value=\"1\"/></Attributes>"), "", known);
+    // A section that the definition leaves out, and a definition that is not there, say nothing.
+    ExpectClean(project("<Inputs><In1 Visible=\"1\"/></Inputs><Attributes><Ofset Value=\"1\"/></Attributes>"),
+                with(""));
+    ExpectClean(project("<Attributes><Ofset Value=\"1\"/></Attributes>"));
+}
+
 TEST(ProjectRulesTest, FindsKeysThatAreMissingOrThereTwice) {
     ExpectOne(RuleId::ProjectKey, "<Project>" + Channel(kKeys) +
                                       Channel("<DevKey>K7</DevKey><TamObjectKey>^ai1</TamObjectKey>") +

@@ -52,6 +52,21 @@ TEST(StreamRulesTest, FindsMissingMisspeltRepeatedAndUnknownParts) {
                                     "<TamObjID>3</TamObjID></Tam>");
 }
 
+TEST(StreamRulesTest, ANameThatBreaksOffIsMisspelt) {
+    ExpectAmong(RuleId::ElementMisspelt,
+                WithOutput("<AI1_Out><SNVTTYPE>105</SNVTTYPE><^LOGICALADD>2</LOGICALADD></AI1_Out>"),
+                "LOGICALADDRESS");
+    // Less than half of a name, and what several names begin with, are no slips.
+    ExpectOne(RuleId::ElementUnknown,
+              WithAttribute("<AI1_Value><SNVTTYPE>105</SNVTTYPE><LOGICALADDRESS>3</LOGICALADDRESS>"
+                            "<VALUE>1</VALUE><^Desc>a</Desc></AI1_Value>"));
+}
+
+TEST(StreamRulesTest, ANumberInAnotherNotationIsNotCutShort) {
+    ExpectOne(RuleId::ValueNotNumber, WithValue("105", "^0x10"));
+    ExpectOne(RuleId::ValueNotNumber, WithValue("105", "^21 C"), "21");
+}
+
 TEST(StreamRulesTest, LooksIntoASectionWhoseNameIsMisspelt) {
     const auto findings =
         Find("<Tam><Name>H</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>3</TamObjID>"

@@ -88,6 +88,20 @@ TEST(XmlRulesTest, FindsEncodingsThatAreNotThere) {
               "UTF-8");
 }
 
+TEST(XmlRulesTest, ReadsEncodingsThatGoByAnotherName) {
+    const auto declared = [](const std::string& encoding, const std::string& name) {
+        return "<?xml version=\"1.0\" encoding=\"^" + encoding + "\"?>" + WithName(name);
+    };
+    // The one finding: the bytes are characters of the encoding that is meant.
+    ExpectOne(RuleId::EncodingUnknown, declared("utf8", "B\xC3\xBCro"), "UTF-8");
+    ExpectOne(RuleId::EncodingUnknown, declared("ascii", "Hall"), "US-ASCII");
+    ExpectOne(RuleId::EncodingUnknown, declared("latin1", "B\xFCro"), "ISO-8859-1");
+    ExpectOne(RuleId::EncodingUnknown, declared("ISO8859-15", "\xA4 5"), "ISO-8859-15");
+    ExpectOne(RuleId::EncodingUnknown, declared("ISO_8859-1", "B\xFCro"), "ISO-8859-1");
+    ExpectOne(RuleId::EncodingUnknown, declared("cp1252", "\x80 5"), "WINDOWS-1252");
+    ExpectOne(RuleId::EncodingUnknown, declared("CP-1251", "\xC0"), "WINDOWS-1251");
+}
+
 TEST(XmlRulesTest, FindsWrongDeclarations) {
     ExpectOne(RuleId::XmlDeclaration, "<?xml version=\"^1.1\"?>" + WithName("Hall"), "1.0");
     ExpectOne(RuleId::XmlDeclaration, "<?xml ^encoding=\"UTF-8\"?>" + WithName("Hall"));
