@@ -48,7 +48,16 @@ class Answer {
     void AddSource(std::string file, std::string bytes) {
         sources_.push_back({std::move(file), std::move(bytes)});
     }
-    const std::vector<Source>& Sources() const noexcept { return sources_; }
+    /// One that the others stand on, as the catalogue: what explains a failure is looked for in
+    /// the others first, in whichever order they were read.
+    void AddGround(std::string file, std::string bytes) {
+        ground_.push_back({std::move(file), std::move(bytes)});
+    }
+    std::vector<Source> Sources() const {
+        std::vector<Source> sources = sources_;
+        sources.insert(sources.end(), ground_.begin(), ground_.end());
+        return sources;
+    }
     void SetCatalogue(std::wstring file) { catalogue_ = std::move(file); }
     const std::wstring& Catalogue() const noexcept { return catalogue_; }
 
@@ -86,6 +95,7 @@ class Answer {
     Json boxes_ = Json::array();
     Json findings_ = Json::array();
     std::vector<Source> sources_;
+    std::vector<Source> ground_;
     std::wstring catalogue_;
     std::size_t errorReports_ = 0;
     std::size_t faults_ = 0;

@@ -114,12 +114,13 @@ Json FindingOf(const std::string& file, const check::Finding& finding, const std
 
 void Explain(Answer& answer) {
     constexpr std::size_t kMost = 1000; // each is compared with every box
-    if (answer.Sources().empty()) {
+    const std::vector<Answer::Source> sources = answer.Sources();
+    if (sources.empty()) {
         return;
     }
     const check::Catalogue catalogue = check::ReadCatalogue(ReadBytes(answer.Catalogue()));
     check::Surroundings surroundings(&catalogue);
-    for (const Answer::Source& source : answer.Sources()) {
+    for (const Answer::Source& source : sources) {
         check::StreamSummary summary;
         check::Findings ignored; // they are in the result
         const check::XmlTree tree(check::Decode(source.bytes, ignored), ignored);
@@ -142,6 +143,12 @@ void Explain(Answer& answer) {
 void AddSource(const std::wstring& file, Answer& answer) {
     if (IsFile(file)) {
         answer.AddSource(Utf8(file), ReadBytes(file));
+    }
+}
+
+void AddGround(const std::wstring& file, Answer& answer) {
+    if (IsFile(file)) {
+        answer.AddGround(Utf8(file), ReadBytes(file));
     }
 }
 

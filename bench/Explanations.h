@@ -12,5 +12,7 @@ void Explain(Answer& answer);
 
 /// A file that the run reads beside its stream; nothing for one that is not there.
 void AddSource(const std::wstring& file, Answer& answer);
+/// The same of a document that the others stand on.
+void AddGround(const std::wstring& file, Answer& answer);
 
 } // namespace bench

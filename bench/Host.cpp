@@ -116,7 +116,7 @@ Host::Host(const Options& options, Answer& answer)
     watcher_.OnBox([this](HWND window, const Box& box) { return AnswerBox(window, box); });
     catalogueFile_ = FindCatalogue(options.catalogue);
     answer_.SetCatalogue(catalogueFile_);
-    AddSource(catalogueFile_, answer_);
+    AddGround(catalogueFile_, answer_);
     catalogueDocument_ = xml::LoadFile(catalogueFile_);
     com::Ref<IXMLDOMElement> root;
     com::Call(catalogueDocument_, &IXMLDOMDocument::get_documentElement, root.Put());
@@ -201,7 +201,7 @@ void Host::MakeObject() {
                                 [this](const Box& box) { TellQuickBox(box); });
         }
     });
-    AddSource(ProgramFolder() + options_.definition + L".xml", answer_);
+    AddGround(ProgramFolder() + options_.definition + L".xml", answer_);
     Step("Init", [&] {
         VARIANT_BOOL done = VARIANT_FALSE;
         com::Call(app_, &IAppObject::Init, com::Bstr(options_.definition).Get(), &done);

@@ -40,7 +40,8 @@ std::string FirstError(check::Findings findings, std::string_view text) {
         if (finding.Level() == check::Severity::Error) {
             return "line " + std::to_string(finding.line) + ", column " + std::to_string(finding.column) +
                    ": " + finding.message +
-                   (finding.expected.empty() ? "" : "; expected: " + finding.expected);
+                   (finding.expected.empty() ? "" : "; expected: " + finding.expected) +
+                   (finding.suggestion.empty() ? "" : "; did you mean " + finding.suggestion + "?");
         }
     }
     return "";

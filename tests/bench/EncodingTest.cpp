@@ -54,6 +54,14 @@ TEST(EncodingTest, AWrongByteIsNamedWithItsPlace) {
         << error["description"];
 }
 
+TEST(EncodingTest, AnEncodingUnderAnotherNameIsNamedAsItIsCalled) {
+    const std::wstring file = WrittenFile(L"cp1252.xml", Stream("cp1252", "\x80 5"));
+    const Json error = Bench({L"inspect", file}, 1)["error"];
+    const std::string told = error["description"].get<std::string>();
+    EXPECT_EQ(0U, told.find(Narrow(file) + ", line 1, column 31: there is no encoding \"cp1252\"")) << told;
+    EXPECT_TRUE(told.ends_with("; did you mean WINDOWS-1252?")) << told;
+}
+
 TEST(EncodingTest, AStreamIsWrittenAsUtf8) {
     const std::wstring file = ScratchFolder() + L"from_latin1.xml";
     const std::wstring stream = WrittenFile(L"latin1_set.xml", Stream("ISO-8859-1", "B\xF6rse"));

@@ -95,6 +95,21 @@ TEST(FindingsTest, StandUnderACatalogueThatCannotBeRead) {
     EXPECT_TRUE(Has(run.err, "[xml-unclosed]")) << run.err;
 }
 
+TEST(FindingsTest, OfTheStreamStandBeforeThoseOfTheCatalogue) {
+    std::string entries;
+    for (int i = 1; i <= 4; ++i) {
+        const std::string tag = "SNVT_" + std::to_string(i);
+        entries += "<" + tag + "><Name>n" + std::to_string(i) +
+                   "</Name><Type>Float</Type><Min>0</Min><Max>x</Max><Length>4</Length></" + tag + ">\n";
+    }
+    const std::wstring catalogue =
+        WrittenFile(L"faulty_catalogue.xml", "<SNVTCatalogue>\n" + entries + "</SNVTCatalogue>\n");
+    const std::wstring file = WrittenFile(L"unclosed_point.xml", Stream("<A>\n  <SNVTTYPE>105</SNVTTYPE>\n"));
+    const Outcome run = RunBench({L"inspect", file, L"--catalogue", catalogue});
+    EXPECT_EQ(0U, run.err.find("tambench: LoadFromXmlStream: 0x800A005B ")) << run.err;
+    EXPECT_TRUE(Has(run.err, "\ntambench: " + Narrow(file) + ":")) << run.err;
+}
+
 TEST(FindingsTest, WhatPassedWithoutAWordIsTold) {
     const std::wstring file =
         WrittenFile(L"misspelt.xml", Stream("<A>\n<SNVTTYPE>105</SNVTTYPE>\n<VALEU>1.5</VALEU>\n</A>\n"));

@@ -91,7 +91,20 @@ TEST(ProgramFailureTest, AStreamThatIsNotThereIsNamed) {
 
 TEST(ProgramTextTest, FitsAHundredColumns) {
     for (const std::vector<std::wstring>& arguments :
-         {std::vector<std::wstring>{L"inspect", L"full", L"--wire"}, {L"types"}, {L"export", L"full"}}) {
+         {std::vector<std::wstring>{L"inspect", L"full", L"--wire"},
+          {L"types"},
+          {L"export", L"full"},
+          {L"interop", L"full"},
+          {L"contains", L"full", L"K7", L"AI1"},
+          {L"clear-refs", L"full"},
+          {L"set", L"full", L"AI1_Offset=1.5"},
+          {L"save", L"full", L"-o", ScratchFolder() + L"columns.xml"},
+          {L"load", L"full", ScratchFolder() + L"columns.xml"},
+          {L"device", L"tree"},
+          {L"device", L"fetch", L"AI1"},
+          {L"device", L"save", L"--fetch", L"-o", ScratchFolder() + L"columns_device.xml"},
+          {L"device", L"load", ScratchFolder() + L"columns_device.xml"},
+          {L"device", L"export"}}) {
         const Outcome run = RunBench(arguments);
         EXPECT_EQ(0U, run.status);
         std::istringstream lines(run.out);

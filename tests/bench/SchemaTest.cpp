@@ -2,11 +2,11 @@
 // answers is shown by every test that asks it for JSON.
 
 #include "tests/bench/Schema.h"
+#include "tests/bench/HelpText.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,20 +23,6 @@ std::string FaultOf(const Json& answer) {
     const auto faults = SchemaFaults(answer);
     EXPECT_GE(1U, faults.size());
     return faults.empty() ? "none" : faults.front();
-}
-
-/// The commands that a help lists: two blanks, a word, blanks and what it does.
-std::vector<std::string> CommandsIn(const std::string& help) {
-    std::vector<std::string> commands;
-    std::istringstream lines(help);
-    for (std::string line; std::getline(lines, line);) {
-        const std::size_t end = line.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", 2);
-        if (line.starts_with("  ") && end != std::string::npos && end > 2 && line[2] != '-' &&
-            line.substr(end).starts_with("  ")) {
-            commands.push_back(line.substr(2, end - 2));
-        }
-    }
-    return commands;
 }
 
 TEST(SchemaTest, TakesAnAnswer) {
