@@ -94,6 +94,13 @@ std::string CheckText(Document& document, XmlTree::Index part) {
     return text;
 }
 
+/// What the versions offer is the library; with the others it is a whole device.
+constexpr std::string_view kDeviceParts[] = {"Stream", "Firmware", "Channels", "FWVersion"};
+
+bool IsDevicePart(std::string_view name) {
+    return std::find(std::begin(kDeviceParts), std::end(kDeviceParts), name) != std::end(kDeviceParts);
+}
+
 void CheckChannels(Document& document, XmlTree::Index section) {
     constexpr std::string_view kElement[] = {"Channel"};
     constexpr std::string_view kAttributes[] = {"key", "kind", "terminal", "setup"};
@@ -101,6 +108,9 @@ void CheckChannels(Document& document, XmlTree::Index section) {
     std::set<std::string> keys;
     document.CheckPlainContainer(section, "<Channels>");
     tree.ForEachElement(section, [&](XmlTree::Index channel) {
+        if (tree.IsUnclosed(section) && IsDevicePart(tree.Name(channel))) {
+            return; // one of those that follow
+        }
         if (tree.Name(channel) != kElement[0]) {
             return document.ReportUnknown(channel, kElement, {}, "<Channels>", false);
         }
@@ -126,8 +136,6 @@ void CheckChannels(Document& document, XmlTree::Index section) {
 } // namespace
 
 void CheckLibrary(Document& document) {
-    // What the versions offer is the library; with the others it is a whole device.
-    constexpr std::string_view kParts[] = {"Stream", "Firmware", "Channels", "FWVersion"};
     const XmlTree& tree = document.Tree();
     const XmlTree::Index root = tree.Root();
     if (tree.Name(root) != "Device") {
@@ -141,8 +149,8 @@ void CheckLibrary(Document& document) {
     Leaf firmware;
     const std::function<void(XmlTree::Index)> check = [&](XmlTree::Index child) {
         const std::string_view name = tree.Name(child);
-        if (std::find(std::begin(kParts), std::end(kParts), name) == std::end(kParts)) {
-            return document.ReportUnknown(child, kParts, {}, "<Device>", false);
+        if (!IsDevicePart(name)) {
+            return document.ReportUnknown(child, kDeviceParts, {}, "<Device>", false);
         }
         const bool isNew = parts.insert(name).second;
         if (!isNew && name != "FWVersion") {
@@ -177,7 +185,7 @@ void CheckLibrary(Document& document) {
         }
         if (tree.IsUnclosed(child)) {
             tree.ForEachElement(child, [&](XmlTree::Index inner) {
-                if (std::find(std::begin(kParts), std::end(kParts), tree.Name(inner)) != std::end(kParts)) {
+                if (IsDevicePart(tree.Name(inner))) {
                     check(inner);
                 }
             });

@@ -1,10 +1,14 @@
 // A missing end tag is one finding, and what stands after it is checked.
 
 #include "tests/check/Documents.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -203,6 +207,29 @@ TEST(MissingEndTagsTest, InOtherDocumentsHidesNothing) {
               "<V2><Objects><Library><O_Tam_id/><^x/></Library></Objects></V2></FWVersion></Device>");
     ExpectAll({kUnclosed, RuleId::AttributeMissing},
               "<Device><^Stream>hall.xml\n<Channels><^Channel key=\"AI1\"/></Channels></Device>");
+}
+
+TEST(MissingEndTagsTest, InASampleIsOneFindingWhicheverItIs) {
+    for (const char* const name :
+         {"O_Tam_id.xml", "device.xml", "streams/channels.xml", "channels/O_InpCntx_id.xml",
+          "channels/O_Tam_AI_id.xml", "channels/O_Tam_AO_id.xml", "channels/O_Tam_DI_id.xml",
+          "channels/O_Tam_DO_id.xml"}) {
+        std::ifstream file(tests::TopFolder() / "samples" / name);
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        const std::size_t known = Find(text).size();
+        std::size_t tags = 0;
+        for (std::size_t at = text.find("</"); at != std::string::npos; at = text.find("</", at + 1)) {
+            std::string without = text;
+            without.erase(at, text.find('>', at) + 1 - at);
+            const auto findings = Find(without);
+            EXPECT_EQ(findings.size(), known + 1) << name << ": " << text.substr(at, 20);
+            EXPECT_TRUE(std::any_of(findings.begin(), findings.end(),
+                                    [](const Finding& finding) { return finding.rule == kUnclosed; }))
+                << name << ": " << text.substr(at, 20);
+            ++tags;
+        }
+        EXPECT_GT(tags, 10U) << name;
+    }
 }
 
 TEST(MissingEndTagsTest, OfAllElementsAtTheEndOfAFileHidesNothing) {

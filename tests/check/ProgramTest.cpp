@@ -113,6 +113,18 @@ TEST_F(ProgramTest, OneBrokenFileDoesNotStopTheRest) {
     }
 }
 
+TEST_F(ProgramTest, LooksAProjectsPointsUpInTheDefinitionOfTheChannel) {
+    Write("run/channel.xml", "<AppObject><NAME>n</NAME><ID>o_tam_ai_id</ID><Attributes><Offset><SNVTTYPE>147"
+                             "</SNVTTYPE><VALUE>0</VALUE></Offset></Attributes><TAMConfig/></AppObject>");
+    Write("run/a_project.xml", "<Project><O_Tam_AI_id><DevKey>K</DevKey><TamObjectKey>AI1</TamObjectKey>"
+                               "<Attributes><Ofset Value=\"1\"/></Attributes></O_Tam_AI_id></Project>");
+    EXPECT_EQ(Run(folder_ / "run"), kFound);
+    EXPECT_NE(printed_.find("a_project.xml:1:86: error: the channel has no point <Ofset> in its definition; "
+                            "did you mean Offset? [project-point]\n2 files: 1 error, 0 warnings, 0 notes\n"),
+              std::string::npos)
+        << printed_;
+}
+
 TEST_F(ProgramTest, TakesTheNearestCatalogue) {
     const fs::path path = Write("a/b/stream.xml", kWithType);
     EXPECT_EQ(Run(path), kClean);
