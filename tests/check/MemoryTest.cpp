@@ -29,9 +29,10 @@ void OnAllocated(const volatile void* /*memory*/, std::size_t size) {
 
 void OnFreed(const volatile void* /*memory*/) {}
 
-/// A stream of 4 MB; each logical address begins with this.
+/// A stream of 8 MB; each logical address begins with this. The 10,000 findings that are listed take
+/// some megabytes, whatever the size of the document: it must not be small.
 std::string Stream(const std::string& address) {
-    constexpr std::size_t kSize = std::size_t{4} << 20U;
+    constexpr std::size_t kSize = std::size_t{8} << 20U;
     std::string text =
         "<Tam><Name>n</Name><DevKey>K</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjID>1</TamObjID>"
         "<Attributes>\n";
