@@ -146,6 +146,23 @@ run_program() {
     fi
 }
 
+# True when the page of ./tam run is tried after the programs: with the whole list.
+tries_page=false
+
+# The page that a newcomer reads. It fails where one of its parts is not there, and past 60 lines.
+try_page() {
+    local log=$build/results/page.log start=$EPOCHREALTIME status=0
+    run_tour win32 >"$log" 2>&1 || status=$?
+    printf '%-28s %-7s %5d passed %5d failed %7s s\n' "the page of ./tam run" point $((status == 0)) $((status != 0)) \
+        "$(seconds_since "$start")"
+    if [[ $status -eq 0 ]]; then
+        total_passed=$((total_passed + 1))
+    else
+        fail "the page of ./tam run: ended with status $status"
+        sed 's/^/    /' "$log"
+    fi
+}
+
 # run_lane NUMBER NAME...
 # Runs the programs that belong to a lane's places, in a process of its own, and
 # writes the lane's counts to a file.
@@ -164,6 +181,9 @@ run_lane() {
             fi
         done
     done
+    if $tries_page && [[ " ${test_lanes[lane]} " == *" point "* ]]; then
+        try_page
+    fi
     write_whole "$build/results/lane-$lane" write_lane
 }
 
@@ -213,6 +233,7 @@ run_test_programs() {
         names=("${wanted[@]}")
     else
         rm -rf "$build/results"
+        tries_page=true
         mapfile -t names < <(printf '%s\n' "${!runs_in[@]}" | sort)
     fi
 
