@@ -23,6 +23,7 @@ constexpr std::int64_t kMostTens = kTens.size() - 1;
 // the first, 1023 being 0. Below the least power there are fewer bits.
 constexpr std::int64_t kBits = 53;
 constexpr std::int64_t kLeastPower = -1022;
+constexpr std::int64_t kMostPower = 1023;
 
 } // namespace
 
@@ -110,6 +111,9 @@ double DecimalNumber::Nearest(std::int64_t lowestBit) const noexcept {
     }
     // The bits that the double has room for, and what is cut off, beside half of one.
     const std::int64_t power = lowestBit + static_cast<std::int64_t>(count_) * kWordBits - zeros - 1;
+    if (power > kMostPower) {
+        return std::numeric_limits<double>::infinity();
+    }
     const std::int64_t kept = std::min(power - kLeastPower + kBits, kBits);
     if (kept < 0) {
         return 0; // less than half of the smallest

@@ -19,7 +19,7 @@ class DecimalNumber {
     double Value(std::int64_t magnitude) noexcept;
 
   private:
-    /// Two neighbouring doubles have their middle at 767 digits at most: from then on it
+    /// Two neighbouring doubles have their middle at 768 digits at most: from then on it
     /// counts only whether there is anything but zeros.
     static constexpr std::size_t kMostDigits = 770;
     /// For so many digits, shifted so far that 64 bits are left of the smallest double.
@@ -39,7 +39,7 @@ class DecimalNumber {
     std::array<std::uint32_t, kMostWords> words_;
     std::size_t count_ = 0;
     std::size_t digits_ = 0;
-    /// The number is greater than the words say, by less than one.
+    /// The number is greater than the words say, by less than the last digit taken.
     bool isMore_ = false;
 };
 
