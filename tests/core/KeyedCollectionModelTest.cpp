@@ -150,6 +150,10 @@ class RandomRun {
             case 2:
                 RemoveKey();
                 break;
+            case 3:
+                collection_.Clear();
+                model_.rows.clear();
+                break;
             default:
                 break;
             }
