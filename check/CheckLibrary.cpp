@@ -166,7 +166,13 @@ void CheckLibrary(Document& document) {
             CheckChannels(document, child);
         } else {
             document.CheckPlainContainer(child, "<FWVersion>");
+            const auto follows = [&](XmlTree::Index element) {
+                return tree.IsUnclosed(child) && IsDevicePart(tree.Name(element));
+            };
             const std::function<void(XmlTree::Index)> checkVersion = [&](XmlTree::Index version) {
+                if (follows(version)) {
+                    return; // checked below, as a part of the device
+                }
                 if (!versions.insert(std::string(tree.Name(version))).second) {
                     document.Report(RuleId::ElementRepeated, tree.NameSpan(version),
                                     Tagged(tree.Name(version)) + " stands twice", "one of each");
@@ -175,7 +181,9 @@ void CheckLibrary(Document& document) {
                 if (tree.IsUnclosed(version)) {
                     // Those that follow.
                     tree.ForEachElement(version, [&](XmlTree::Index inner) {
-                        if (!IsOfVersion(tree.Name(inner))) {
+                        if (follows(inner)) {
+                            check(inner);
+                        } else if (!IsOfVersion(tree.Name(inner))) {
                             checkVersion(inner);
                         }
                     });

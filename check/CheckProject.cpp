@@ -81,11 +81,7 @@ class Project {
     bool HasParts(XmlTree::Index element) const {
         const XmlTree& tree = document_.Tree();
         bool has = false;
-        tree.ForEachElement(element, [&](XmlTree::Index child) {
-            has = has ||
-                  std::any_of(std::begin(kModuleParts), std::end(kModuleParts),
-                              [&](std::string_view part) { return EqualKeyword(part, tree.Name(child)); });
-        });
+        tree.ForEachElement(element, [&](XmlTree::Index child) { has = has || IsPart(child, kModuleParts); });
         return has;
     }
 
@@ -103,14 +99,30 @@ class Project {
 
     /// Where the end tag of a part is missing, the parts that follow lie inside.
     void ForEachPartInside(XmlTree::Index part, std::span<const std::string_view> parts,
-                           const std::function<void(XmlTree::Index)>& check) {
+                           const std::function<void(XmlTree::Index)>& check) const {
         const XmlTree& tree = document_.Tree();
         if (!tree.IsUnclosed(part)) {
             return;
         }
         tree.ForEachElement(part, [&](XmlTree::Index child) {
-            if (std::any_of(parts.begin(), parts.end(),
-                            [&](std::string_view name) { return EqualKeyword(name, tree.Name(child)); })) {
+            if (IsPart(child, parts)) {
+                check(child);
+            }
+        });
+    }
+
+    bool IsPart(XmlTree::Index element, std::span<const std::string_view> parts) const {
+        return std::any_of(parts.begin(), parts.end(), [&](std::string_view name) {
+            return EqualKeyword(name, document_.Tree().Name(element));
+        });
+    }
+
+    /// Hands over what stands in a section, without the parts that follow one whose end tag is missing.
+    void ForEachOfSection(XmlTree::Index section, std::span<const std::string_view> parts,
+                          const std::function<void(XmlTree::Index)>& check) {
+        const XmlTree& tree = document_.Tree();
+        tree.ForEachElement(section, [&](XmlTree::Index child) {
+            if (!tree.IsUnclosed(section) || !IsPart(child, parts)) {
                 check(child);
             }
         });
@@ -192,11 +204,13 @@ class Project {
     std::vector<const StreamSummary*> StreamsOf(XmlTree::Index object) const {
         const XmlTree& tree = document_.Tree();
         std::string id;
-        tree.ForEachElement(object, [&](XmlTree::Index child) {
+        const std::function<void(XmlTree::Index)> look = [&](XmlTree::Index child) {
             if (EqualKeyword(tree.Name(child), "TamObjID") && tree.FirstChild(child) != XmlTree::kNone) {
                 id = Trim(tree.Content(tree.FirstChild(child)));
             }
-        });
+            ForEachPartInside(child, kModuleParts, look);
+        };
+        tree.ForEachElement(object, look);
         std::vector<const StreamSummary*> streams;
         for (const StreamSummary& stream : document_.Others().Streams()) {
             if (stream.objectId == id) {
@@ -250,7 +264,7 @@ class Project {
     void CheckFlags(XmlTree::Index section, const std::vector<const StreamSummary*>& streams) {
         const XmlTree& tree = document_.Tree();
         document_.CheckPlainContainer(section, "<OutReferences>");
-        tree.ForEachElement(section, [&](XmlTree::Index child) {
+        ForEachOfSection(section, kModuleParts, [&](XmlTree::Index child) {
             const Leaf leaf = document_.ReadLeaf(child);
             document_.CheckFlag(leaf.text, leaf.span, Tagged(tree.Name(child)));
             CheckOutputName(child, streams);
@@ -261,7 +275,7 @@ class Project {
         constexpr std::string_view kFlag[] = {"IsDisplayable"};
         const XmlTree& tree = document_.Tree();
         document_.CheckPlainContainer(section, "<Outputs>");
-        tree.ForEachElement(section, [&](XmlTree::Index child) {
+        ForEachOfSection(section, kModuleParts, [&](XmlTree::Index child) {
             document_.CheckAttributes(child, kFlag, Tagged(tree.Name(child)));
             if (const auto flag = tree.FindAttribute(child, kFlag[0])) {
                 document_.CheckFlag(tree.ValueOf(*flag), flag->value, kFlag[0]);
@@ -360,7 +374,7 @@ class Project {
         const XmlTree& tree = document_.Tree();
         document_.CheckPlainContainer(section, Tagged(tree.Name(section)));
         std::set<std::string> seen;
-        tree.ForEachElement(section, [&](XmlTree::Index point) {
+        ForEachOfSection(section, kChannelParts, [&](XmlTree::Index point) {
             CheckTwin(seen, point, tree.Name(section));
             CheckSavedName(point, tree.Name(section), object);
             document_.CheckAttributes(point, kPointAttributes, Tagged(tree.Name(point)));

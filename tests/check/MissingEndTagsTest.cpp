@@ -209,6 +209,18 @@ TEST(MissingEndTagsTest, InOtherDocumentsHidesNothing) {
               "<Device><^Stream>hall.xml\n<Channels><^Channel key=\"AI1\"/></Channels></Device>");
 }
 
+TEST(MissingEndTagsTest, OfASectionAreNotJudgedAsItsContent) {
+    const std::string version = "<Objects><Library><O_Tam_id/></Library></Objects>";
+    const std::string parts = "\n<Stream>a.xml</Stream><Firmware>V1</Firmware>"
+                              "<Channels><Channel key=\"AI1\" kind=\"AI\"/></Channels></Device>";
+    ExpectAll({kUnclosed}, "<Device><^FWVersion><V1>" + version + "</V1>" + parts);
+    ExpectAll({kUnclosed, kUnclosed}, "<Device><^FWVersion><^V1>" + version + parts);
+    ExpectAll({kUnclosed}, "<Project><O_Tam_id><DevKey>K7</DevKey><^OutReferences><AI1_Out>1</AI1_Out>\n"
+                           "<UserName>Hall</UserName><TamObjID>3</TamObjID></O_Tam_id></Project>");
+    ExpectAll({kUnclosed}, "<Project><O_Tam_id><DevKey>K7</DevKey><^Outputs><AI1_Out IsDisplayable=\"1\"/>\n"
+                           "<UserName>Hall</UserName><TamObjID>3</TamObjID></O_Tam_id></Project>");
+}
+
 TEST(MissingEndTagsTest, InASampleIsOneFindingWhicheverItIs) {
     for (const char* const name :
          {"O_Tam_id.xml", "device.xml", "streams/channels.xml", "channels/O_InpCntx_id.xml",

@@ -109,6 +109,15 @@ TEST(ProjectRulesTest, FindsPointsThatAChannelDoesNotHave) {
               known);
     ExpectOne(RuleId::ProjectPoint, project("<Outputs><^Uot Visible=\"1\"/></Outputs>"), "Out", known);
     ExpectOne(RuleId::ProjectPoint, project("<Attributes><^Out Value=\"1\"/></Attributes>"), "", known);
+    // What follows a section without an end tag is no point of it.
+    ExpectOne(RuleId::XmlUnclosed,
+              "<Project><o_tam_ai_id><DevKey>K7</DevKey><^Outputs>\n<TamObjectKey>AI1</TamObjectKey>"
+              "<Attributes></Attributes></o_tam_ai_id></Project>",
+              "", known);
+    ExpectOne(RuleId::XmlUnclosed,
+              "<Project><O_Tam_id><DevKey>K7</DevKey><^Outputs>\n<UserName>Hall</UserName>"
+              "<TamObjID>3</TamObjID></O_Tam_id></Project>",
+              "", WithStream());
     // A section that the definition leaves out, and a definition that is not there, say nothing.
     ExpectClean(project("<Inputs><In1 Visible=\"1\"/></Inputs><Attributes><Ofset Value=\"1\"/></Attributes>"),
                 with(""));
