@@ -1,6 +1,7 @@
 #pragma once
 
 #include "view/Frame.h"
+#include "view/resource.h"
 
 #include <cstddef>
 
@@ -16,6 +17,10 @@ class Frame::Busy {
     ~Busy() {
         --frame_.busy_;
         frame_.UpdateTools();
+        // Only now is the command taken: a box that followed the load would have passed it over.
+        if (frame_.busy_ == 0 && !frame_.isClosing_ && !frame_.waiting_.empty()) {
+            PostMessageW(frame_.Handle(), WM_COMMAND, IDM_FILE_OPEN_WAITING, 0);
+        }
     }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;

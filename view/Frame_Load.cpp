@@ -60,9 +60,6 @@ void Frame::Load(const std::wstring& file) {
         Ask(findings_.empty() ? Text(IDS_NOT_READ, NameOf(file)) : bench::Wide(findings_.front().message),
             MB_OK | MB_ICONERROR);
     }
-    if (!waiting_.empty()) {
-        PostMessageW(Handle(), WM_COMMAND, IDM_FILE_OPEN_WAITING, 0); // this one is shown first
-    }
 }
 
 void Frame::BeginLoad(const std::wstring& file) {

@@ -148,6 +148,36 @@ TEST_F(RecoveryTest, OfTwoTheOtherIsOfferedToTheNextWindow) {
     EXPECT_FALSE(second.ShownBox()) << "there is no third";
 }
 
+// The box that follows the load takes the window's commands away: the drop is not lost, and asks
+// before it takes the place of what came back.
+TEST_F(RecoveryTest, WhatFallsOnTheWindowMeanwhileIsOpenedAfterTheBox) {
+    constexpr int kPoints = 20000;
+    constexpr int kLarge = (kPoints + 2) / 3;
+    {
+        Viewer one({FileWith(L"one.xml", LargeStream(kPoints))});
+        AwaitAttributes(one, kLarge);
+        Viewer two({FileWith(L"two.xml", LargeStream(kPoints))});
+        AwaitAttributes(two, kLarge);
+        one.SetCell(IDC_ATTRIBUTES, L"A0", L"6");
+        two.SetCell(IDC_ATTRIBUTES, L"A0", L"6");
+        one.Kill();
+        two.Kill();
+    }
+    Viewer viewer;
+    const Box question = viewer.NextBox();
+    question.Click(IDYES);
+    Await("the button", [&] { return viewer.IsVisible(IDC_STOP); });
+    viewer.Drop({Sample(L"channels.xml")});
+    const Box more = viewer.NextBox(question);
+    EXPECT_NE(std::wstring::npos, more.Text().find(L"next window")) << Narrow(more.Text());
+    more.Click(IDOK);
+    const Box save = viewer.NextBox(more);
+    save.Press(IDNO);
+    AwaitAttributes(viewer, kAttributes);
+    EXPECT_TRUE(viewer.Title().starts_with(L"channels.xml")) << Narrow(viewer.Title());
+    viewer.Close();
+}
+
 TEST_F(RecoveryTest, TheEndOfTheLoopOfMessagesKeepsWhatIsUnsaved) {
     file_ = OwnSample(L"channels.xml");
     Viewer viewer({file_});
