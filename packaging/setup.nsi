@@ -230,6 +230,12 @@ Function RefuseUnwritable
     !insertmacro RemoveMadeFolders
   ${EndIf}
   ${If} $R6 = 1
+    UserInfo::GetAccountType
+    Pop $R5
+    ${If} $R5 != "Admin"
+    ${AndIf} ${FileExists} "$INSTDIR\uninstall.exe"
+      !insertmacro End 5 "$INSTDIR has an installation for all users. An administrator has to remove it."
+    ${EndIf}
     !insertmacro End 2 "No file can be written into $INSTDIR. Nothing was changed."
   ${EndIf}
 FunctionEnd
