@@ -52,7 +52,7 @@ std::string StandardName(std::string_view name) {
           {"ISO_8859", "ISO-8859"},
           {"CP-", "WINDOWS-"},
           {"CP", "WINDOWS-"}}) {
-        const std::string known =
+        std::string known =
             name.starts_with(prefix) ? std::string(standard) + std::string(name.substr(prefix.size())) : "";
         if (std::any_of(std::begin(kCodePages), std::end(kCodePages),
                         [&](const CodePage& page) { return page.name == known; })) {

@@ -9,6 +9,7 @@ namespace tam {
 /// The digits of a decimal number, taken one after another, and the double that is
 /// nearest to it. Takes no memory, and no locale counts. The C++ library's own function
 /// would bring 40 to 60 KB of tables into the DLL.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): words_, of which count_ tells
 class DecimalNumber {
   public:
     /// A value from 0 to 9. The first one is not 0.
@@ -34,8 +35,7 @@ class DecimalNumber {
     /// The double next to the words' number, whose lowest bit stands at this power of two.
     double Nearest(std::int64_t lowestBit) const noexcept;
 
-    /// The lowest first; those from count_ on are not set.
-    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): most numbers need one of them
+    /// The lowest first; those from count_ on are not set: most numbers need one.
     std::array<std::uint32_t, kMostWords> words_;
     std::size_t count_ = 0;
     std::size_t digits_ = 0;
