@@ -94,7 +94,7 @@ TEST_F(CDBAppObjectInteropXmlTest, WritesTheAttributesPresentValueAsItStands) {
     EXPECT_NE(Saved(module).find(L"<Gain><Value> 2,5 &lt; 3 </Value></Gain>"), std::wstring::npos);
 }
 
-TEST_F(CDBAppObjectInteropXmlTest, AppendsBehindWhatTheHostHas) {
+TEST_F(CDBAppObjectInteropXmlTest, AppendsAfterWhatTheHostHas) {
     const auto module = Loaded(Stream({}, {}, {}, L"Pump"));
     const Document document = Parse(L"<Host><Before/></Host>");
     EXPECT_EQ(module->XMLSaveForInteroperability(Root(document).Get(), document.Get()), S_OK);

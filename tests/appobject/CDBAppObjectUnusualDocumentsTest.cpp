@@ -108,7 +108,7 @@ TEST_F(CDBAppObjectUnusualDocumentsTest, TakesTheValueOfAFirstChildOfAnyKind) {
     EXPECT_EQ(Text(module.As<ITamObject>(), &ITamObject::get_DeviceKey), L"K");
 }
 
-TEST_F(CDBAppObjectUnusualDocumentsTest, ReportsAProjectTextBehindAnElement) {
+TEST_F(CDBAppObjectUnusualDocumentsTest, ReportsAProjectTextAfterAnElement) {
     EXPECT_EQ(UserNameOf(L"<UserName><b>Mine</b></UserName>"), L"Before");
     ExpectLoadReport(kObjectNotSetText);
 }

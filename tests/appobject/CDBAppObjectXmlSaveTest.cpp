@@ -129,7 +129,7 @@ TEST_F(CDBAppObjectXmlSaveTest, WritesATextNodeForAnEmptyText) {
     EXPECT_EQ(Text(module, &IAppObject::get_UserName), L"");
 }
 
-TEST_F(CDBAppObjectXmlSaveTest, AppendsBehindWhatTheHostHas) {
+TEST_F(CDBAppObjectXmlSaveTest, AppendsAfterWhatTheHostHas) {
     const auto module = Full();
     const Document document = Parse(L"<Host><Before/></Host>");
     module->XMLSave(Root(document).Get(), document.Get());

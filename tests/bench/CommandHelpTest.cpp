@@ -103,7 +103,7 @@ TEST(CommandHelpTest, TheVersionIsPrinted) {
     EXPECT_EQ("", run.err);
 }
 
-TEST(CommandHelpTest, EachOptionCountsBeforeAndBehindTheCommand) {
+TEST(CommandHelpTest, EachOptionCountsBeforeAndAfterTheCommand) {
     EXPECT_EQ(RunBench({L"--us", L"inspect", L"channels"}).out,
               RunBench({L"inspect", L"channels", L"--us"}).out);
     EXPECT_NE(RunBench({L"inspect", L"channels"}).out, RunBench({L"inspect", L"channels", L"--us"}).out);

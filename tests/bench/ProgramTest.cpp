@@ -132,7 +132,7 @@ TEST(ProgramTextTest, IsUtf8) {
     EXPECT_TRUE(Has(RunBench({L"inspect", L"channels"}).out, Local("-0.50 \u00B0C\n")));
 }
 
-TEST(ProgramOptionsTest, StandBeforeOrBehindTheCommand) {
+TEST(ProgramOptionsTest, StandBeforeOrAfterTheCommand) {
     const Outcome before = RunBench({L"--us", L"--json", L"set", L"channels", L"AI1_Offset=1.5"});
     const Outcome after = RunBench({L"set", L"channels", L"AI1_Offset=1.5", L"--json", L"--us"});
     EXPECT_EQ(0U, before.status);

@@ -72,7 +72,7 @@ TEST_F(DispatchTest, TellsAKnownNameBesideAnUnknownOne) {
     });
 }
 
-TEST_F(DispatchTest, KnowsNothingBehindAnUnknownName) {
+TEST_F(DispatchTest, KnowsNothingAfterAnUnknownName) {
     ForEachFace([](const Subject&, const Interface& face, IDispatch* script) {
         std::vector<DISPID> ids;
         EXPECT_EQ(IdsOf(script, {L"noSuchMember", face.members.front().name}, ids), DISP_E_UNKNOWNNAME);

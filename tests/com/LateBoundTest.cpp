@@ -226,7 +226,7 @@ TEST_F(LateBoundTest, TakesItemAsDefaultMember) {
     }
 }
 
-TEST_F(LateBoundTest, TakesAnIndexBehindACollectionsName) {
+TEST_F(LateBoundTest, TakesAnIndexAfterACollectionsName) {
     const Script module = NewScript();
     // module.Inputs("AI2_Value") is one call of `Inputs` with an argument.
     const com::Variant item = Call(module, L"Inputs", L"AI2_Value");
@@ -234,7 +234,7 @@ TEST_F(LateBoundTest, TakesAnIndexBehindACollectionsName) {
     EXPECT_EQ(Text(Script(item.Get().pdispVal), L"Name"), L"AI2_Value");
 }
 
-TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectThatIsNotThere) {
+TEST_F(LateBoundTest, RefusesAnIndexAfterAnObjectThatIsNotThere) {
     const Script module = NewScript();
     DISPID id = DISPID_UNKNOWN;
     ASSERT_EQ(IdOf(module.Get(), L"Parent", id), S_OK);
@@ -247,7 +247,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectThatIsNotThere) {
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
 
-TEST_F(LateBoundTest, RefusesAnIndexBehindATextsName) {
+TEST_F(LateBoundTest, RefusesAnIndexAfterATextsName) {
     const Script module = NewScript();
     com::Variant index(L"1");
     std::vector<VARIANT> values{index.Get()};
@@ -256,7 +256,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindATextsName) {
               DISP_E_NOTACOLLECTION);
 }
 
-TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectWithoutADefaultMember) {
+TEST_F(LateBoundTest, RefusesAnIndexAfterAnObjectWithoutADefaultMember) {
     const Script module = NewScript();
     const Script input = Item(Get(module, L"Inputs"), L"1");
     DISPID id = DISPID_UNKNOWN;
@@ -269,7 +269,7 @@ TEST_F(LateBoundTest, RefusesAnIndexBehindAnObjectWithoutADefaultMember) {
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
 
-TEST_F(LateBoundTest, TellsWhyAPropertyBehindAnIndexCannotBeRead) {
+TEST_F(LateBoundTest, TellsWhyAPropertyAfterAnIndexCannotBeRead) {
     const Script module = NewScript();
     UseDatabaseLocation().result = E_ACCESSDENIED;
     DISPID id = DISPID_UNKNOWN;
@@ -288,7 +288,7 @@ TEST_F(LateBoundTest, TellsWhyAPropertyBehindAnIndexCannotBeRead) {
     EXPECT_EQ(result.Get().vt, VT_EMPTY);
 }
 
-TEST_F(LateBoundTest, NamesTheWrongIndexBehindACollection) {
+TEST_F(LateBoundTest, NamesTheWrongIndexAfterACollection) {
     const Script module = NewScript();
     DISPID id = DISPID_UNKNOWN;
     ASSERT_EQ(IdOf(module.Get(), L"Inputs", id), S_OK);

@@ -78,7 +78,7 @@ TEST(CaseTest, ComparesIgnoringCase) {
     EXPECT_FALSE(EqualIgnoringCase(L"[", L"{"));
 }
 
-TEST(CaseTest, KeepsCharactersBehindANul) {
+TEST(CaseTest, KeepsCharactersAfterANul) {
     EXPECT_EQ(UpperCase(std::wstring(L"a\0b", 3)), std::wstring(L"A\0B", 3));
     EXPECT_FALSE(EqualIgnoringCase(std::wstring(L"a\0b", 3), std::wstring(L"a\0c", 3)));
 }

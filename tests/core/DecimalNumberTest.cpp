@@ -51,7 +51,7 @@ TEST(DecimalNumberTest, TakesTheEvenOneOfTwoInTheMiddle) {
     EXPECT_EQ(Val(L"9007199254740993001e-3"), 9007199254740994.0);
 }
 
-TEST(DecimalNumberTest, CountsEveryDigitBehindTheMiddle) {
+TEST(DecimalNumberTest, CountsEveryDigitAfterTheMiddle) {
     const std::wstring middle = L"9007199254740993.";
     for (const std::size_t zeros : {1U, 100U, 750U, 760U, 800U, 5000U}) {
         EXPECT_EQ(Val(middle + std::wstring(zeros, L'0')), 9007199254740992.0) << zeros;
@@ -73,7 +73,7 @@ TEST(DecimalNumberTest, RoundsBelowTheSmallestNumbers) {
     EXPECT_EQ(Val(L"2.2250738585072014e-308"), std::numeric_limits<double>::min());
 }
 
-TEST(DecimalNumberTest, IsInfinitePastTheMiddleBehindTheGreatest) {
+TEST(DecimalNumberTest, IsInfinitePastTheMiddleAfterTheGreatest) {
     const double most = std::numeric_limits<double>::max();
     EXPECT_EQ(Val(L"1.79769313486231580e308"), most);
     EXPECT_EQ(Val(L"179769313486231580793e288"), most);

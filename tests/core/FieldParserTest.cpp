@@ -24,7 +24,7 @@ std::vector<std::wstring> Fields(std::wstring_view text, std::wstring_view delim
 
 using Texts = std::vector<std::wstring>;
 
-TEST(FieldParserParseStringTest, GivesTheFieldsAndNothingBehindTheLast) {
+TEST(FieldParserParseStringTest, GivesTheFieldsAndNothingAfterTheLast) {
     EXPECT_EQ(ParseString(L"a;b;c", 0, L";"), L"a");
     EXPECT_EQ(ParseString(L"a;b;c", 1, L";"), L"b");
     EXPECT_EQ(ParseString(L"a;b;c", 2, L";"), L"c");
@@ -67,7 +67,7 @@ TEST(FieldParserParseStringTest, SplitsAtADelimiterOfSeveralCharacters) {
     EXPECT_EQ(ParseString(L"one->two->three", 2, L"->"), L"three");
 }
 
-TEST(FieldParserParseStringTest, SearchesOneCharacterBehindAHitSoThatDelimitersMayOverlap) {
+TEST(FieldParserParseStringTest, SearchesOneCharacterAfterAHitSoThatDelimitersMayOverlap) {
     // Delimiters stand at characters 2 and 3; nothing lies between them.
     EXPECT_EQ(ParseString(L"a;;;b", 0, L";;"), L"a");
     EXPECT_EQ(ParseString(L"a;;;b", 1, L";;"), L"");
@@ -81,7 +81,7 @@ TEST(FieldParserParseStringTest, SplitsNothingAtAnEmptyDelimiter) {
     EXPECT_EQ(ParseString(L"", 0, L""), L"");
 }
 
-TEST(FieldParserParseStringTest, GivesAnEmptyFieldBehindAClosingDelimiter) {
+TEST(FieldParserParseStringTest, GivesAnEmptyFieldAfterAClosingDelimiter) {
     EXPECT_EQ(ParseString(L"a;", 0, L";"), L"a");
     EXPECT_EQ(ParseString(L"a;", 1, L";"), L"");
     EXPECT_EQ(ParseString(L";", 0, L";"), L"");

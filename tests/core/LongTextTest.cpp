@@ -33,7 +33,7 @@ TEST(LongTextTest, BreaksALongWordSoftly) {
     EXPECT_EQ(WithSoftBreaks(row + row + L"y"), row + kSoft + row + kSoft + L"y");
 }
 
-TEST(LongTextTest, BreaksBehindABlankWhereThereIsOne) {
+TEST(LongTextTest, BreaksAfterABlankWhereThereIsOne) {
     const std::wstring words = std::wstring(300, L'a') + L" " + std::wstring(100, L'b') + L"\t";
     EXPECT_EQ(WithSoftBreaks(words + std::wstring(200, L'c')), words + kSoft + std::wstring(200, L'c'));
     const std::wstring full = std::wstring(499, L'a') + L" ";

@@ -68,7 +68,7 @@ TEST(NumbersValTest, SkipsBlanksTabsAndLineFeedsAnywhere) {
                    {L"1\r2", 1}});
 }
 
-TEST(NumbersValTest, ReadsAnExponentBehindFourLetters) {
+TEST(NumbersValTest, ReadsAnExponentAfterFourLetters) {
     ExpectNumbers({{L"1e3", 1000}, {L"1E+3", 1000}, {L"25d-1", 2.5}, {L"1.5D2", 150}, {L"1e22", 1e22}});
 }
 

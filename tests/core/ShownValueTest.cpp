@@ -9,7 +9,7 @@
 namespace tam {
 namespace {
 
-TEST(ShownValueTest, ANumberHasItsUnitBehindIt) {
+TEST(ShownValueTest, ANumberHasItsUnitAfterIt) {
     EXPECT_EQ(WithUnit(L"21", L"\u00B0C"), L"21 \u00B0C");
     EXPECT_EQ(WithUnit(L"21", L""), L"21");
     EXPECT_EQ(WithUnit(L"", L"\u00B0C"), L"");

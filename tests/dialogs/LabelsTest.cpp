@@ -40,25 +40,25 @@ class LabelsTest : public DialogTest {
     }
 };
 
-TEST_F(LabelsTest, ANumberStandsBehindItsLimits) {
+TEST_F(LabelsTest, ANumberStandsAfterItsLimits) {
     EXPECT_EQ(
         ControlsFor(kUnsigned, L"7"),
         (Texts{L"Point", L"Type:", L"SNVT_count", L"Minimum:", L"0", L"Maximum:", L"250", L"Current value:",
                L"7", L"&New value:", L"Edit", L"", L"&Invalid value", L"OK", L"&Cancel"}));
 }
 
-TEST_F(LabelsTest, ATextStandsBehindItsLength) {
+TEST_F(LabelsTest, ATextStandsAfterItsLength) {
     EXPECT_EQ(ControlsFor(kText, L"hall"),
               (Texts{L"Point", L"Type:", L"SNVT_str", L"Length:", L"8 characters at most", L"&New value:",
                      L"Edit", L"OK", L"&Cancel"}));
 }
 
-TEST_F(LabelsTest, AnEnumerationStandsBehindItsType) {
+TEST_F(LabelsTest, AnEnumerationStandsAfterItsType) {
     EXPECT_EQ(ControlsFor(kEnum, L"0"), (Texts{L"Point", L"Type:", L"SNVT_switch_state", L"Current value:",
                                                L"0", L"&New value:", L"ComboBox", L"OK", L"&Cancel"}));
 }
 
-TEST_F(LabelsTest, BitsStandBehindTheirNumbers) {
+TEST_F(LabelsTest, BitsStandAfterTheirNumbers) {
     const Texts upper{L"15", L"14", L"13", L"12", L"11", L"10", L"9", L"8"};
     const Texts lower{L"7", L"6", L"5", L"4", L"3", L"2", L"1", L"0"};
     Texts expected{L"Point", L"Type:", L"SNVT_state"};
@@ -72,7 +72,7 @@ TEST_F(LabelsTest, BitsStandBehindTheirNumbers) {
     EXPECT_EQ(ControlsFor(kBits16, L"384"), expected);
 }
 
-TEST_F(LabelsTest, FieldsStandBehindWhatIsDoneWithThem) {
+TEST_F(LabelsTest, FieldsStandAfterWhatIsDoneWithThem) {
     HostPoint field(L"Speed", L"40", L"UnsignedNumeric");
     HostPoint structure(L"Setpoints", L"whole", L"Struct");
     structure.SetFields({&field});
@@ -84,7 +84,7 @@ TEST_F(LabelsTest, FieldsStandBehindWhatIsDoneWithThem) {
     EXPECT_EQ(NewModule().As<ITamDialogs>()->EditValue(structure.object.Get()), S_OK);
 }
 
-TEST_F(LabelsTest, ADevicesNameStandsBehindItsLabel) {
+TEST_F(LabelsTest, ADevicesNameStandsAfterItsLabel) {
     const com::Variant name(std::wstring_view(L"Dev1"));
     VARIANT argument = name.Get(); // borrowed: Cancel leaves it
     short choice = 0;
@@ -95,7 +95,7 @@ TEST_F(LabelsTest, ADevicesNameStandsBehindItsLabel) {
     EXPECT_EQ(NewModule().As<ITamDialogs>()->ShowRename(&argument, nullptr, &choice), S_OK);
 }
 
-TEST_F(LabelsTest, AnErrorsDetailsStandBehindTheButtonThatShowsThem) {
+TEST_F(LabelsTest, AnErrorsDetailsStandAfterTheButtonThatShowsThem) {
     const auto point = Attribute(kSigned, L"1").As<_CDBAttribute>();
     Next([](Shown& dialog) {
         EXPECT_EQ(ControlsOf(dialog),

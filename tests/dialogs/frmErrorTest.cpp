@@ -227,7 +227,7 @@ TEST_F(frmErrorTest, ALineBreakOfOneCharacterIsOne) {
     });
 }
 
-TEST_F(frmErrorTest, ATextGoesOnBehindANul) {
+TEST_F(frmErrorTest, ATextGoesOnAfterANul) {
     const std::wstring text = L"before" + std::wstring(1, L'\0') + L"behind";
     const auto node = NoNode::Make(text);
     Report(

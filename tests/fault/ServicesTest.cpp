@@ -253,7 +253,7 @@ TEST_F(ServicesFaultTest, XmlLoadBeforeCreate) {
 }
 
 // A Create that fails keeps what was read for the next one.
-TEST_F(ServicesFaultTest, CreateBehindXmlLoad) {
+TEST_F(ServicesFaultTest, CreateAfterXmlLoad) {
     Job job = NewJob("Create of a generic object after XmlLoad", {Kind::Memory, Kind::Text});
     std::optional<HRESULT> created;
     job.prepare = [&] {

@@ -88,7 +88,7 @@ TEST_F(DatabaseLocationTest, RefusesAMissingResult) {
     EXPECT_EQ(E_POINTER, location_->get_Path(nullptr));
 }
 
-TEST_F(DatabaseLocationTest, HasNothingBehindTheSlotsBeforeThePath) {
+TEST_F(DatabaseLocationTest, HasNothingAfterTheSlotsBeforeThePath) {
     EXPECT_EQ(E_NOTIMPL, location_->Reserved01());
     EXPECT_EQ(E_NOTIMPL, location_->Reserved02());
 }

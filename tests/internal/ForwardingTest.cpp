@@ -224,7 +224,7 @@ TEST_P(ForwardingSlotOrderTest, HasTheMemberWithItsTypesInItsSlot) {
 
 INSTANTIATE_TEST_SUITE_P(Member, ForwardingSlotOrderTest, testing::ValuesIn(AllSlots()), TitleOf);
 
-TEST(ForwardingSlotOrderTest, HasNoMemberBehindTheLast) {
+TEST(ForwardingSlotOrderTest, HasNoMemberAfterTheLast) {
     for (std::size_t i = 0; i < AllSlots().size(); ++i) {
         const SlotCase& one = AllSlots()[i];
         SCOPED_TRACE(one.Title());

@@ -137,7 +137,7 @@ TEST_F(TamObjectManagerTest, GivesNothingForAnEmptyLibrary) {
     EXPECT_FALSE(IsInternal(manager, L"o_tam_ai_id"));
 }
 
-TEST_F(TamObjectManagerTest, FindsTheModuleObjectInMixedCaseBehindOthers) {
+TEST_F(TamObjectManagerTest, FindsTheModuleObjectInMixedCaseAfterOthers) {
     EXPECT_TRUE(IsInternal(WithLibrary(L"<Other/><O_TaM_iD/><More/>"), L"o_tam_ai_id"));
 }
 

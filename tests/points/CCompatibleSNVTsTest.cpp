@@ -85,7 +85,7 @@ TEST_F(CCompatibleSNVTsTest, KeepsBlanksAndLetterCase) {
     EXPECT_TRUE(Exists(list, L" "));
 }
 
-TEST_F(CCompatibleSNVTsTest, AddsBehindWhatIsThere) {
+TEST_F(CCompatibleSNVTsTest, AddsAfterWhatIsThere) {
     const List list = Made(L"5,3");
     Add(list, L"");
     EXPECT_EQ(Shown(list), L"5,3");

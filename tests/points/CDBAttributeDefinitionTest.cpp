@@ -96,7 +96,7 @@ TEST_F(CDBAttributeDefinitionTest, KeepsTheValueWhenTheChildHasNoText) {
     EXPECT_EQ(Text(One(L"<SNVTTYPE>105</SNVTTYPE><VALUE>7</VALUE><VALUE/>"), &IAttribute::get_Value), L"7");
 }
 
-TEST_F(CDBAttributeDefinitionTest, GoesOnBehindAChildWithoutText) {
+TEST_F(CDBAttributeDefinitionTest, GoesOnAfterAChildWithoutText) {
     const auto gain = One(L"<DESCRIPTION/><LOGICALADDRESS/><ISPERMANENT/><VALUE/><SNVTTYPE>95</SNVTTYPE>");
     EXPECT_EQ(TypeOf(gain), L"95");
 }

@@ -57,7 +57,7 @@ TEST_F(CDBOutputsTest, ReportsAnUnknownSavedNameAndStopsThere) {
     EXPECT_FALSE(Displayable(L"Valve"));
 }
 
-TEST_F(CDBOutputsTest, GoesOnBehindAnOutputThatReportsItsOwnFailure) {
+TEST_F(CDBOutputsTest, GoesOnAfterAnOutputThatReportsItsOwnFailure) {
     LoadSaved(Three(), L"<Fan><IsDisplayable>maybe</IsDisplayable></Fan>"
                        L"<Valve><IsDisplayable>1</IsDisplayable></Valve>");
     ExpectOnlyReport(Boxes(), kTypeMismatchText, L"O_Tam_id Class Module CDBOutput", L"Sub XmlLoad");

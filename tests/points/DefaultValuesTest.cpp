@@ -79,7 +79,7 @@ TEST(DefaultValuesTest, TakesNoneFromOtherPlaces) {
               std::nullopt);
 }
 
-TEST(DefaultValuesTest, DoesNotGoOnBehindAFirstOneWithoutAChild) {
+TEST(DefaultValuesTest, DoesNotGoOnAfterAFirstOneWithoutAChild) {
     const std::wstring xml = Definition(L"<Gain><DefaultValue/><DefaultValue>2</DefaultValue></Gain>");
     EXPECT_EQ(Found(xml, L"Gain"), std::nullopt);
 }

@@ -128,7 +128,7 @@ TEST_F(TurnTest, HandlesAllThatWaits) {
     }
 }
 
-TEST_F(TurnTest, HandlesKeysThatWaitBehindPostedMessages) {
+TEST_F(TurnTest, HandlesKeysThatWaitAfterPostedMessages) {
     const HWND box = CreateWindowExW(WS_EX_TOOLWINDOW, L"Edit", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20,
                                      nullptr, nullptr, nullptr, nullptr);
     AwaitFront(box);

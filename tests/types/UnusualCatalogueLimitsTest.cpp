@@ -78,7 +78,7 @@ TEST_F(UnusualCatalogueLimitsTest, ReportsIdentifiersThatAreNoPath) {
     EXPECT_EQ(AnswersOf(Assigned(L"1")).name, L"One");
 }
 
-TEST_F(UnusualCatalogueLimitsTest, PassesOverBlanksBehindAnIdentifier) {
+TEST_F(UnusualCatalogueLimitsTest, PassesOverBlanksAfterAnIdentifier) {
     SetCatalogue(Entry(L"1", L"<Name>One</Name>"));
     const auto answers = AnswersOf(Assign(Untyped(), L"1 \n\t"));
     EXPECT_EQ(answers.name, L"One");

@@ -34,7 +34,7 @@ class UnusualCatalogueTest : public TypesTest {
 const std::wstring kLevel =
     L"<Name>Level</Name><Type>Float</Type><Unit>%</Unit><Min>-1.5</Min><Length>4</Length>";
 
-TEST_F(UnusualCatalogueTest, StandsBehindCommentsAndInstructions) {
+TEST_F(UnusualCatalogueTest, StandsAfterCommentsAndInstructions) {
     HandOver(Parse(L"<?xml version='1.0'?><?tool a?><!--x--><C><!--y--><?tool b?>" +
                    Entry(L"1", kLevel, L"Factor='3' Z3Region='4'") + L"</C><!--z-->"));
     EXPECT_EQ(AnswersOf(Assigned(L"1")), Level());

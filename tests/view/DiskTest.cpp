@@ -117,7 +117,7 @@ TEST_F(DiskTest, WhoFiltersIsAskedInTheList) {
     viewer_.NextBox().Press(IDNO);
 }
 
-TEST_F(DiskTest, WhoDragsIsAskedBehindIt) {
+TEST_F(DiskTest, WhoDragsIsAskedAfterIt) {
     PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
     viewer_.Settle();
     Rewrite("88");

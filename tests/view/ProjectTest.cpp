@@ -104,7 +104,7 @@ TEST_F(ProjectTest, EachModuleIsOpenedFromTheMenu) {
     viewer.Close();
 }
 
-TEST_F(ProjectTest, ModulesBehindTheTenthAreOpenedToo) {
+TEST_F(ProjectTest, ModulesAfterTheTenthAreOpenedToo) {
     Viewer viewer({Project(Streams(14))});
     AwaitChannel(viewer, L"1");
     viewer.Do(IDM_FILE_MODULE + 13);

@@ -226,7 +226,7 @@ TEST_F(RecoveryTest, SaysWhatCannotBeBroughtBack) {
     Await("the value", [&] { return viewer.ValueOf(IDC_ATTRIBUTES, L"AI1_Channel") == L"6"; });
 }
 
-TEST_F(RecoveryTest, TheFileThatWasNamedOpensBehindIt) {
+TEST_F(RecoveryTest, TheFileThatWasNamedOpensAfterIt) {
     EndUnsaved();
     Viewer viewer({Sample(L"full.xml")});
     const Box question = viewer.NextBox();
@@ -239,7 +239,7 @@ TEST_F(RecoveryTest, TheFileThatWasNamedOpensBehindIt) {
     viewer.Close();
 }
 
-TEST_F(RecoveryTest, TheSameFileIsNotOpenedAgainBehindIt) {
+TEST_F(RecoveryTest, TheSameFileIsNotOpenedAgainAfterIt) {
     EndUnsaved();
     Viewer viewer({file_});
     BringBack(viewer, viewer.NextBox());

@@ -50,7 +50,7 @@ TEST_F(SavingTest, ASecondSaveAsksForNoName) {
     EXPECT_EQ(L"4", ValueIn(project_));
 }
 
-TEST_F(SavingTest, UndoBehindASaveIsUnsaved) {
+TEST_F(SavingTest, UndoAfterASaveIsUnsaved) {
     Change(L"6");
     SaveFirst(viewer_);
     viewer_.Do(IDM_EDIT_UNDO);

@@ -60,7 +60,7 @@ TEST_F(UserStateTest, TheNextTestGivesBackWhatAnEndedOneHasLeft) {
     EXPECT_EQ(8U, Number(kOther));
 }
 
-TEST_F(UserStateTest, ANumberThatWasNotThereIsNotThereBehindIt) {
+TEST_F(UserStateTest, ANumberThatWasNotThereIsNotThereAfterIt) {
     {
         const UserNumber number(kOther, kName);
         number.Set(9);

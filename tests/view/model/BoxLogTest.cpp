@@ -45,7 +45,7 @@ TEST(BoxLogTest, KeepsTheLatestAndCountsTheOthers) {
     EXPECT_EQ("2508", log.Latest().front().message);
 }
 
-TEST(BoxLogTest, IsEmptyBehindClear) {
+TEST(BoxLogTest, IsEmptyAfterClear) {
     BoxLog log;
     log.Add(Boxes(1, 1001));
     log.Clear();

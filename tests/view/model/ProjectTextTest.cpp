@@ -23,7 +23,7 @@ std::string Channel(const std::string& name, const std::string& key, const std::
     return Element(name, "K7", "<TamObjectKey>" + key + "</TamObjectKey>", rest);
 }
 
-TEST(ProjectTextTest, WhatIsNewComesBehindAllOthers) {
+TEST(ProjectTextTest, WhatIsNewComesAfterAllOthers) {
     EXPECT_EQ("<Project>\n  " + Module("K7", "1") + "\n  " + Stream("K7", "1") + "\n</Project>\n",
               WithElements("<Project>\n</Project>\n", {Module("K7", "1"), Stream("K7", "1")}));
     EXPECT_EQ("<Project><Other/>\n  " + Module("K7", "1") + "\n</Project>",

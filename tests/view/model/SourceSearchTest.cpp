@@ -25,7 +25,7 @@ std::optional<TextMatch> Former(std::u16string_view text, std::u16string_view wo
     return FindInText(text, words, selected, false);
 }
 
-TEST(SourceSearchTest, FindsTheNextPlaceBehindTheSelectionInAnyLetterCase) {
+TEST(SourceSearchTest, FindsTheNextPlaceAfterTheSelectionInAnyLetterCase) {
     EXPECT_EQ(Match(1, 5, false), Next(kText, u"gain", {0, 0}));
     EXPECT_EQ(Match(1, 5, false), Next(kText, u"GaIn", {1, 1})) << "where the caret is";
     EXPECT_EQ(Match(9, 13, false), Next(kText, u"gain", {1, 5}));
