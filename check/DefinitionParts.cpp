@@ -65,9 +65,9 @@ class DataSizes {
         const XmlTree& tree = document_.Tree();
         const Span span = tree.NameSpan(row);
         const std::string_view name = tree.Piece(span);
-        std::size_t behindFirst = 0;
-        NextCharacter(name, behindFirst);
-        const std::string_view number = name.substr(behindFirst);
+        std::size_t afterFirst = 0;
+        NextCharacter(name, afterFirst);
+        const std::string_view number = name.substr(afterFirst);
         const bool isRow = number.size() == 1 && number[0] >= '0' && number[0] <= '5';
         if (!isRow) {
             document_.Report(RuleId::RowName, span, Tagged(name) + " is no row of the table",

@@ -15,7 +15,7 @@ namespace {
 constexpr long long kMostAddress = 65535;
 
 /// What follows a section in a document.
-bool IsBehindSections(std::string_view name) {
+bool IsAfterSections(std::string_view name) {
     return name == "InReferences" || name == "OutReferences" || name == "Attributes" || name == "TAMConfig";
 }
 
@@ -33,7 +33,7 @@ void Points::CheckSection(XmlTree::Index section, const PointWords& words) {
     const bool isUnclosed = tree.IsUnclosed(section);
     tree.ForEachElement(section, [&](XmlTree::Index child) {
         // Where the end tag is missing, what follows the section lies inside.
-        if (!isUnclosed || !IsBehindSections(tree.Name(child))) {
+        if (!isUnclosed || !IsAfterSections(tree.Name(child))) {
             CheckPoint(child, words);
         }
     });

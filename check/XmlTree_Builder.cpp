@@ -221,13 +221,13 @@ class XmlTree::Builder {
         Pop();
         tree_.unclosed_.push_back(element);
         if (element != kNone && element != tree_.root_) {
-            EndBehindText(element);
+            EndAfterText(element);
         }
     }
 
     /// An element that holds a text ends after it: its end tag is missing there. What
     /// follows the text belongs to the parent.
-    void EndBehindText(Index element) {
+    void EndAfterText(Index element) {
         bool hasText = false;
         for (Index child = element + 1; child < tree_.nodes_[element].next;
              child = tree_.nodes_[child].next) {

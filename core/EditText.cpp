@@ -9,7 +9,7 @@ EditText AllSelected(std::wstring text) {
     return {std::move(text), 0, end};
 }
 
-EditText CaretBehind(std::wstring text) {
+EditText CaretAfter(std::wstring text) {
     const std::size_t end = text.size();
     return {std::move(text), end, end};
 }
@@ -24,14 +24,14 @@ EditText WithInsertion(const EditText& edit, std::wstring_view inserted) {
 
 EditText AfterBackspace(const EditText& edit) {
     if (edit.HasSelection()) {
-        return CaretBehind(WithInsertion(edit, {}).text);
+        return CaretAfter(WithInsertion(edit, {}).text);
     }
     if (edit.selectionStart == 0) {
         return edit;
     }
     std::wstring text = edit.text;
     text.erase(edit.selectionStart - 1, 1);
-    return CaretBehind(std::move(text));
+    return CaretAfter(std::move(text));
 }
 
 bool IsEditingCommand(wchar_t key) noexcept {

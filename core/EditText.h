@@ -28,7 +28,7 @@ struct EditText {
 /// The text with all of it selected.
 EditText AllSelected(std::wstring text);
 /// The text with the caret after it.
-EditText CaretBehind(std::wstring text);
+EditText CaretAfter(std::wstring text);
 /// The text with the selection replaced, the caret after what was put in.
 EditText WithInsertion(const EditText& edit, std::wstring_view inserted);
 /// What Backspace leaves: the selection is gone, or the character before the

@@ -88,7 +88,7 @@ void frmCPModif1::OnTextChanged() {
 void frmCPModif1::OnInvalidClicked() {
     const bool done = Trap(L"chkInvalid_Click Form frmCPModif1", L"Sub chkInvalid_Click", [&] {
         if (IsTicked(IDC_INVALID)) {
-            input_.Show(CaretBehind(LocalizeValue(Point().Type().InvalidValue())));
+            input_.Show(CaretAfter(LocalizeValue(Point().Type().InvalidValue())));
             Enable(IDC_NEW_VALUE, false);
         } else {
             Enable(IDC_NEW_VALUE, true);

@@ -45,7 +45,7 @@ void frmCPModif2::OnTextChanged() {
         if (shortened) {
             ShowBox(shortened->message, shortened->caption, MB_ICONEXCLAMATION);
             filling_ = true;
-            input_.Show(CaretBehind(shortened->text));
+            input_.Show(CaretAfter(shortened->text));
             filling_ = false;
         }
     });

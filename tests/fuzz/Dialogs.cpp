@@ -127,7 +127,7 @@ void RunText(Input& input) {
         if (const auto shortened = TextEditorState::TooLong(edit.text, length)) {
             Require(edit.text.starts_with(shortened->text) && shortened->text.size() < edit.text.size());
             Require(!TextEditorState::TooLong(shortened->text, length));
-            edit = CaretBehind(shortened->text);
+            edit = CaretAfter(shortened->text);
         }
         Require(length < 0 || edit.text.size() <= static_cast<std::size_t>(length));
         Require(edit.text.find(L' ') == std::wstring::npos);

@@ -116,9 +116,12 @@ HWND Viewer::BeginCell(int list, const std::wstring& name, const std::wstring& v
     for (int tries = 0; tries < kTries; ++tries) {
         Do(IDM_EDIT_CELL);
         cell = GetDlgItem(Part(list), IDC_CELL);
-        EXPECT_NE(nullptr, cell) << "the cell of " << Narrow(name) << " cannot be typed into";
+        if (cell == nullptr) {
+            ADD_FAILURE() << "the cell of " << Narrow(name) << " cannot be typed into";
+            break;
+        }
         SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
-        if (cell == nullptr || IsWindow(cell) != FALSE) {
+        if (IsWindow(cell) != FALSE) {
             break;
         }
     }

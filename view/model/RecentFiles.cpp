@@ -8,14 +8,15 @@
 namespace view {
 
 RecentFiles::RecentFiles(std::wstring_view text) {
-    std::vector<std::wstring> oldestLast;
+    std::vector<std::wstring> files;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(L'\0'), text.size());
-        oldestLast.emplace_back(text.substr(0, end));
+        files.emplace_back(text.substr(0, end));
         text.remove_prefix(std::min(end + 1, text.size()));
     }
-    for (auto file = oldestLast.rbegin(); file != oldestLast.rend(); ++file) {
-        Add(std::move(*file));
+    std::reverse(files.begin(), files.end());
+    for (std::wstring& file : files) {
+        Add(std::move(file));
     }
 }
 
