@@ -31,9 +31,10 @@ inline KeyParts PointKeyParts(const SharedCollectionKey& collectionKey, std::wst
 /// What tells one point from another: its name, the keys of the collection that it
 /// stands in and its place there.
 struct PointIdentity {
-    std::wstring name;
+    // What a key is joined of stands together, so that it costs the fewest lines of the cache.
     SharedCollectionKey globalKey;
     SharedCollectionKey extendedKey;
+    std::wstring name;
     /// From 0. Moving points does not renumber them.
     std::int32_t index = 0;
 
