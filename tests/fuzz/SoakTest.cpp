@@ -28,7 +28,8 @@ constexpr unsigned kRounds = 1000;
 constexpr unsigned kWarmUp = 100;
 constexpr unsigned kLines = 10;
 constexpr unsigned kRoundsForAnEditor = 10;
-constexpr std::size_t kKeptOfALabel = 12;
+/// Three pointers.
+constexpr std::size_t kKeptOfALabel = 3 * sizeof(void*);
 /// What system libraries may have cached once more, however long the run is:
 /// far fewer than there are editors in it, or rounds.
 constexpr std::size_t kMoreBlocks = 20;
