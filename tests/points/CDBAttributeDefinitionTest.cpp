@@ -139,6 +139,17 @@ TEST_F(CDBAttributeDefinitionTest, ShowsABadTypeTwice) {
     }
 }
 
+// The message names the identifier that the type held before: none at first.
+TEST_F(CDBAttributeDefinitionTest, ShowsABadLengthTwiceAndTheIdentifierInTheSecond) {
+    SetCatalogue(L"<SNVT_51><Type>Float</Type></SNVT_51>");
+    EXPECT_EQ(TypeOf(One(L"<SNVTTYPE>51</SNVTTYPE>")), L"51");
+    const auto boxes = Boxes();
+    ASSERT_EQ(boxes.size(), 2u);
+    constexpr const wchar_t* kCaption = L"O_Tam_id.CSNVTType::pGetNumeric";
+    ExpectBox(boxes[0], L"Error: SNVT_ has a bad Length", kCaption, MB_ICONSTOP);
+    ExpectBox(boxes[1], L"Error: SNVT_51 has a bad Length", kCaption, MB_ICONSTOP);
+}
+
 TEST_F(CDBAttributeDefinitionTest, MakesAnEnumerationOfATypeChildWithoutText) {
     const auto gain = One(L"<SNVTTYPE/>");
     EXPECT_EQ(TypeOf(gain), L"");

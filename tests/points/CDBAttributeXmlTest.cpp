@@ -88,6 +88,19 @@ TEST_F(CDBAttributeXmlTest, MakesTheTypeObjectWhenThereIsNone) {
     EXPECT_EQ(Text(gain, &IAttribute::get_DispValue), Local(L"1.5"));
 }
 
+TEST_F(CDBAttributeXmlTest, MakesTheTypeObjectBeforeATextThatIsNotThere) {
+    module = NewModule();
+    EXPECT_EQ(Load(module, Stream({}, {}, L"<B/>")), kObjectNotSet);
+    const auto attribute = Attribute(module, L"B");
+    ASSERT_TRUE(attribute);
+    EXPECT_EQ(LoadSaved(attribute, L"<B><SNVT_TYPE/></B>"), S_OK);
+    EXPECT_EQ(Boxes().size(), 1u);
+    const auto type = Object(attribute, &IAttribute::get_SNVTType);
+    ASSERT_TRUE(type);
+    EXPECT_EQ(Text(type, &ISNVType::get_GenType), L"");
+    EXPECT_EQ(Text(attribute, &IAttribute::get_DispValue), L"");
+}
+
 TEST_F(CDBAttributeXmlTest, ReadsTheTypeInAnyLetterCase) {
     const auto gain = One();
     EXPECT_EQ(LoadSaved(gain, L"<Gain><Snvt_Type>95</Snvt_Type></Gain>"), S_OK);

@@ -65,6 +65,15 @@ TEST_F(CDBAttributesTest, RefusesADuplicateName) {
     EXPECT_EQ(Text(Attribute(module, L"Gain"), &IAttribute::get_Value), L"1");
 }
 
+TEST_F(CDBAttributesTest, ReadsADuplicatesDefinitionBeforeItRefusesIt) {
+    module = NewModule();
+    EXPECT_EQ(
+        Load(module, Stream({}, {}, L"<Gain>" + kType + L"</Gain><Gain><SNVTTYPE>999</SNVTTYPE></Gain>")),
+        kDuplicateKey);
+    EXPECT_EQ(Boxes().size(), 2u) << "the unknown type of the second";
+    EXPECT_EQ(Names(Attributes(module)), std::vector<std::wstring>{L"Gain"});
+}
+
 TEST_F(CDBAttributesTest, RefusesTheSameStreamTwice) {
     Three();
     EXPECT_EQ(Load(module, Stream({}, {}, Named({L"Mode"}, kType))), kDuplicateKey);

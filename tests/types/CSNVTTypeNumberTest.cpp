@@ -113,6 +113,13 @@ TEST_F(CSNVTTypeNumberTest, ReplacesOneMarkOfALimitAlone) {
     EXPECT_EQ(MaxOf(L"5."), L"5" + DecimalMark());
 }
 
+// Under a user with a comma the second point is found when the limit is read.
+TEST_F(CSNVTTypeNumberTest, ReplacesAMarkOfALimitWhenItIsStoredAndWhenItIsRead) {
+    const std::wstring mark = DecimalMark();
+    EXPECT_EQ(MinOf(L"1.2.3"), L"1" + mark + L"2" + mark + L"3");
+    EXPECT_EQ(MaxOf(L"1,2,3"), L"1" + mark + L"2,3");
+}
+
 TEST_F(CSNVTTypeNumberTest, AnswersTheSameLimitsEachTime) {
     const Type type = FromEntry(L"<Type>Float</Type><Length>4</Length><Min>-1,000.5</Min><Max>1.5,5</Max>");
     const std::wstring min = Text(type, &ISNVType::get_Min);
