@@ -12,18 +12,21 @@ namespace diff {
 
 namespace {
 
+/// The meaning of an element that is there, and says no more.
+constexpr const char* kEmpty = "(empty)";
+
 bool HasElements(const XmlTree& tree, XmlTree::Index element) {
     bool has = false;
     tree.ForEachElement(element, [&has](XmlTree::Index) { has = true; });
     return has;
 }
 
-/// The text of an element without elements; one that is empty is there, and says no more.
+/// The text of an element without elements.
 Field LeafField(const Document& document, const std::string& name, XmlTree::Index element) {
     const bool isWords = IsWords(document.Tree().Name(element));
     Field field = isWords ? document.TextField(name, element) : document.NumberField(name, element);
     if (field.meaning.empty()) {
-        field.meaning = "(empty)";
+        field.meaning = kEmpty;
         field.shown = "empty";
     }
     return field;
@@ -37,6 +40,25 @@ std::string KeyOf(const Document& document, XmlTree::Index element) {
     }
     const XmlTree::Index key = tree.Child(element, "TamObjectKey");
     return key != XmlTree::kNone ? document.TextOf(key) : "";
+}
+
+/// What values and types mean, where an item has both: as in a point. Answers the type.
+std::string ReadTypeAndValue(const Document& document, std::vector<Field>& fields) {
+    std::string type;
+    for (Field& field : fields) {
+        if (check::EqualKeyword(field.name, "SNVTType") || check::EqualKeyword(field.name, "SNVT_Type")) {
+            type = field.shown;
+            field.shown = ShownType(type, document.Types());
+        }
+    }
+    for (Field& field : fields) {
+        // Of an unknown type the text counts: it may be one.
+        if (check::EqualKeyword(field.name, "Value") && field.meaning != kEmpty) {
+            field.meaning = MeaningOfValue(field.shown, type, document.Types());
+            field.shown = ShownValue(field.shown, type, document.Types());
+        }
+    }
+    return type;
 }
 
 class PathReader {
@@ -71,6 +93,7 @@ class PathReader {
                 item.fields.push_back({"text", MeaningOfNumber(text), text, item.line});
             }
         }
+        ReadTypeAndValue(document_, item.fields);
         group_.items.push_back(std::move(item));
         for (const auto& [child, childPath] : below) {
             Read(child, childPath);
@@ -92,23 +115,13 @@ Item ReadPoint(const Document& document, XmlTree::Index point) {
         item.fields.push_back(IsWords(name) ? document.TextField(name, child)
                                             : document.NumberField(name, child));
     });
-    std::string type;
     std::string address;
-    for (Field& field : item.fields) {
-        if (check::EqualKeyword(field.name, "SNVTType") || check::EqualKeyword(field.name, "SNVT_Type")) {
-            type = field.shown;
-            field.shown = ShownType(type, document.Types());
-        } else if (check::EqualKeyword(field.name, "LogicalAddress")) {
+    for (const Field& field : item.fields) {
+        if (check::EqualKeyword(field.name, "LogicalAddress")) {
             address = field.meaning;
         }
     }
-    for (Field& field : item.fields) {
-        // Of an unknown type the text counts: it may be one.
-        if (check::EqualKeyword(field.name, "Value")) {
-            field.meaning = MeaningOfValue(field.shown, type, document.Types());
-            field.shown = ShownValue(field.shown, type, document.Types());
-        }
-    }
+    const std::string type = ReadTypeAndValue(document, item.fields);
     if (!type.empty() && !address.empty()) {
         item.identity = address + " " + type;
     }

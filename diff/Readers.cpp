@@ -104,10 +104,10 @@ std::string MeaningOfNumber(std::string_view text) {
 }
 
 bool IsWords(std::string_view fieldName) {
-    constexpr std::array<std::string_view, 17> kWords = {
-        "NAME",         "ID",   "DESCRIPTION", "CATEGORY", "USERNAME",  "KEY",
-        "DEVKEY",       "UNIT", "BACNETUNIT",  "SNVTTYPE", "SNVT_TYPE", "APPID",
-        "TAMOBJECTKEY", "KIND", "TERMINAL",    "SETUP",    "ENUMDESC"};
+    constexpr std::array<std::string_view, 19> kWords = {
+        "NAME",     "ID",         "DESCRIPTION", "CATEGORY",  "USERNAME", "KEY",          "DEVKEY",
+        "UNIT",     "BACNETUNIT", "SNVTTYPE",    "SNVT_TYPE", "APPID",    "TAMOBJECTKEY", "KIND",
+        "TERMINAL", "SETUP",      "ENUMDESC",    "FIRMWARE",  "STREAM"};
     return std::any_of(kWords.begin(), kWords.end(),
                        [fieldName](std::string_view word) { return check::EqualKeyword(word, fieldName); });
 }

@@ -76,6 +76,32 @@ TEST(KindsProjectTest, TellsElementsByTheirPaths) {
                 project("<X_Position>13</X_Position><Outputs><AI1_Out IsDisplayable=\"1\"/></Outputs>")));
 }
 
+TEST(KindsProjectTest, ReadsTheValuesOfAChannelByTheirTypes) {
+    const auto project = [](const std::string& value, const std::string& type) {
+        return "<Project><O_Tam_AI_id><TamObjectKey>AI1</TamObjectKey><Attributes><P Visible=\"1\" Value=\"" +
+               value + "\" SNVT_Type=\"" + type + "\"/></Attributes></O_Tam_AI_id></Project>";
+    };
+    const std::string point = "changed element Project/O_Tam_AI_id AI1/Attributes/P ";
+    EXPECT_EQ((Texts{point + "Value: -0.50 degrees C -> -0.75 degrees C"}),
+              Changes(project("-0.50", "147"), project("-0.75", "147")));
+    EXPECT_EQ(Texts{}, Changes(project("-0.50", "147"), project("-0.5", "147")));
+    EXPECT_EQ((Texts{point + "Value: 1 DCM_PRESS_CONST -> 21 DCM_LINEAR"}),
+              Changes(project("1", "162"), project("21", "162")));
+    EXPECT_EQ((Texts{point + "Value: 1.0 -> 1"}), Changes(project("1.0", "36"), project("1", "36")));
+    EXPECT_EQ((Texts{point + "SNVT_Type: 81 lev_percent -> 147 temp_diff_p"}),
+              Changes(project("1", "81"), project("1", "147")));
+}
+
+TEST(KindsLibraryTest, ComparesFirmwareAndStreamAsTexts) {
+    const auto device = [](const std::string& stream, const std::string& firmware) {
+        return "<Device><Stream>" + stream + "</Stream><Firmware>" + firmware + "</Firmware></Device>";
+    };
+    EXPECT_EQ((Texts{"changed element Device Firmware: 1.1 -> 1.10"}),
+              Changes(device("hall", "1.1"), device("hall", "1.10")));
+    EXPECT_EQ((Texts{"changed element Device Stream: 2 -> 02"}),
+              Changes(device("2", "V1"), device("02", "V1")));
+}
+
 TEST(KindsProjectTest, KnowsChannelsByTheirKeys) {
     const auto channel = [](const std::string& key) {
         return "<O_Tam_AI_id><DevKey>K7</DevKey><TamObjectKey>" + key + "</TamObjectKey><UserName>of " + key +
