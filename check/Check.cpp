@@ -46,6 +46,9 @@ Result CheckTree(std::string text, Findings findings, const Surroundings& surrou
     const XmlTree tree(std::move(text), findings);
     Document document(tree, findings, surroundings);
     result.kind = Recognise(tree);
+    if (result.kind == Kind::ModuleDefinition || result.kind == Kind::ChannelDefinition) {
+        CheckCommonEncoding(tree.Text(), findings);
+    }
     CheckKind(result.kind, document, summary);
     result.counts = findings.CountsOfAll();
     result.findings = std::move(findings).Place(tree.Text());

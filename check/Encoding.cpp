@@ -21,6 +21,8 @@ constexpr std::string_view kCutMessage = "the file ends in the middle of a chara
 
 struct CodePage {
     std::string_view name;
+    /// Whether every parser loads it that the component may have.
+    bool isCommon;
     std::array<char16_t, 128> upper;
 };
 
@@ -31,6 +33,18 @@ constexpr CodePage kCodePages[] = {
 constexpr std::string_view kUtf8 = "UTF-8";
 constexpr std::string_view kUtf16 = "UTF-16";
 constexpr std::string_view kAscii = "US-ASCII";
+constexpr const char* kCommon =
+    "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -9, -11, -13 and -15, or windows-1250 to -1258";
+constexpr const char* kAll =
+    "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -11 and -13 to -16, windows-874 and -1250 to -1258, KOI8-R, "
+    "KOI8-U, TIS-620, macintosh, or one of IBM's from IBM437 to IBM869";
+
+/// Null when there is none of the name, which is in capitals.
+const CodePage* FindCodePage(std::string_view name) {
+    const auto* const page = std::find_if(std::begin(kCodePages), std::end(kCodePages),
+                                          [&](const CodePage& known) { return known.name == name; });
+    return page != std::end(kCodePages) ? page : nullptr;
+}
 
 /// Names that other programs write. Not every parser knows them, so they are an error; but what
 /// they mean is known, and the text is read.
@@ -46,16 +60,16 @@ std::string StandardName(std::string_view name) {
             return std::string(standard);
         }
     }
-    // ISO8859-1, ISO_8859-1, CP1252, CP-1252.
+    // ISO8859-1, ISO_8859-1, CP1252, CP-1252, CP850.
     for (const auto& [prefix, standard] :
          {std::pair<std::string_view, std::string_view>{"ISO8859", "ISO-8859"},
           {"ISO_8859", "ISO-8859"},
           {"CP-", "WINDOWS-"},
-          {"CP", "WINDOWS-"}}) {
+          {"CP", "WINDOWS-"},
+          {"CP", "IBM"}}) {
         std::string known =
             name.starts_with(prefix) ? std::string(standard) + std::string(name.substr(prefix.size())) : "";
-        if (std::any_of(std::begin(kCodePages), std::end(kCodePages),
-                        [&](const CodePage& page) { return page.name == known; })) {
+        if (FindCodePage(known) != nullptr) {
             return known;
         }
     }
@@ -288,8 +302,7 @@ void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
     for (const CodePage& page : kCodePages) {
         known.push_back(page.name);
     }
-    findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name),
-                 "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -10 and -13 to -16 or windows-1250 to -1258",
+    findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name), kAll,
                  meant.empty() ? std::string(Meant(name, known)) : meant);
 }
 
@@ -308,9 +321,7 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
     if (upper == kUtf8) {
         return FromUtf8(std::move(bytes), findings);
     }
-    const auto* const page = std::find_if(std::begin(kCodePages), std::end(kCodePages),
-                                          [&](const CodePage& known) { return known.name == upper; });
-    if (page != std::end(kCodePages)) {
+    if (const CodePage* const page = FindCodePage(upper)) {
         return FromCodePage(bytes, *page, findings);
     }
     if (upper == kAscii) {
@@ -338,10 +349,20 @@ void CheckDeclaredEncoding(const std::string& text, Findings& findings) {
     const Span declared = DeclaredEncoding(text);
     const std::string name = Upper(std::string_view(text).substr(declared.at, declared.size));
     const bool isKnown = name.empty() || name == kUtf8 || name == kAscii || name.starts_with(kUtf16) ||
-                         std::any_of(std::begin(kCodePages), std::end(kCodePages),
-                                     [&](const CodePage& page) { return page.name == name; });
+                         FindCodePage(name) != nullptr;
     if (!isKnown) {
         ReportUnknown(name, declared, findings);
+    }
+}
+
+void CheckCommonEncoding(std::string_view text, Findings& findings) {
+    const Span declared = DeclaredEncoding(text);
+    const std::string_view name = text.substr(declared.at, declared.size);
+    const CodePage* const page = FindCodePage(Upper(name));
+    if (page != nullptr && !page->isCommon) {
+        findings.Add(RuleId::EncodingUnknown, declared,
+                     "not every parser that loads a definition knows the encoding " + Quoted(name), kCommon,
+                     "");
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace check {
 
@@ -14,5 +15,9 @@ std::string Decode(std::string bytes, Findings& findings);
 /// Reports a declaration of an encoding that there is none; the text is in UTF-8 whatever it
 /// declares.
 void CheckDeclaredEncoding(const std::string& text, Findings& findings);
+
+/// Reports a declared encoding that not every parser loads: of a document that the component has
+/// its own parser load.
+void CheckCommonEncoding(std::string_view text, Findings& findings);
 
 } // namespace check

@@ -44,6 +44,10 @@ TEST(EncodingTest, DeclaredEncodingsAreRead) {
     EXPECT_EQ("\u20AC 5", NameOf(L"latin9.xml", Stream("iso-8859-15", "\xA4 5")));
     EXPECT_EQ("\u20AC 5", NameOf(L"windows.xml", Stream("windows-1252", "\x80 5")));
     EXPECT_EQ("\u0416", NameOf(L"cyrillic.xml", Stream("windows-1251", "\xC6")));
+    EXPECT_EQ("\u0416", NameOf(L"koi8.xml", Stream("KOI8-R", "\xF6")));
+    EXPECT_EQ("\u0416", NameOf(L"dos.xml", Stream("IBM866", "\x86")));
+    EXPECT_EQ("\u0E01", NameOf(L"thai.xml", Stream("ISO-8859-11", "\xA1")));
+    EXPECT_EQ("B\u00F6rse", NameOf(L"mac.xml", Stream("macintosh", "B\x9Arse")));
 }
 
 TEST(EncodingTest, AWrongByteIsNamedWithItsPlace) {

@@ -84,10 +84,11 @@ TEST(PositionsTest, ReadsTheEncodingThatIsDeclared) {
         return "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?><Tam><Name>" + name +
                "</Name><DevKey>K7</DevKey><IsLastOnDev>0</IsLastOnDev><TamObjId>3</TamObjId></Tam>";
     };
-    const std::pair<std::string, std::string> kSamples[] = {{"ISO-8859-1", "B\xFCro"},
-                                                            {"iso-8859-15", "\xA4 5"},
-                                                            {"windows-1252", "\x80 5"},
-                                                            {"windows-1251", "\xC0\xC1"}};
+    const std::pair<std::string, std::string> kSamples[] = {
+        {"ISO-8859-1", "B\xFCro"},    {"iso-8859-15", "\xA4 5"},  {"windows-1252", "\x80 5"},
+        {"windows-1251", "\xC0\xC1"}, {"koi8-r", "\xFA\xC1\xCC"}, {"KOI8-U", "\xA4"},
+        {"ISO-8859-11", "\xA1"},      {"TIS-620", "\xA1"},        {"windows-874", "\x80 5"},
+        {"IBM437", "B\x81ro"},        {"IBM866", "\x87"},         {"macintosh", "B\x9Fro"}};
     for (const auto& [encoding, name] : kSamples) {
         const auto findings = Find(document(encoding, name));
         ASSERT_EQ(findings.size(), 2u) << encoding;

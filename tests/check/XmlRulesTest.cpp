@@ -78,7 +78,7 @@ TEST(XmlRulesTest, ChecksADocumentInUtf32ToItsEnd) {
 }
 
 TEST(XmlRulesTest, FindsEncodingsThatAreNotThere) {
-    for (const std::string name : {"windows-874", "ISO-8859-11"}) { // another number is no slip of the pen
+    for (const std::string name : {"windows-875", "ISO-8859-12"}) { // another number is no slip of the pen
         ExpectOne(RuleId::EncodingUnknown,
                   "<?xml version=\"1.0\" encoding=\"^" + name + "\"?>" + WithName("Hall"));
     }
@@ -100,6 +100,30 @@ TEST(XmlRulesTest, ReadsEncodingsThatGoByAnotherName) {
     ExpectOne(RuleId::EncodingUnknown, declared("ISO_8859-1", "B\xFCro"), "ISO-8859-1");
     ExpectOne(RuleId::EncodingUnknown, declared("cp1252", "\x80 5"), "WINDOWS-1252");
     ExpectOne(RuleId::EncodingUnknown, declared("CP-1251", "\xC0"), "WINDOWS-1251");
+    ExpectOne(RuleId::EncodingUnknown, declared("cp866", "\x80"), "IBM866");
+}
+
+TEST(XmlRulesTest, WantsADefinitionInAnEncodingThatEveryParserLoads) {
+    const auto declared = [](const std::string& encoding, const std::string& rest) {
+        return "<?xml version=\"1.0\" encoding=\"" + encoding + "\"?>" + rest;
+    };
+    const std::string module =
+        "<AppObject><NAME>\xC1</NAME><ID>TAM</ID><DESCRIPTION>d</DESCRIPTION><CATEGORY>c</CATEGORY>"
+        "<DataSizes/></AppObject>";
+    const std::string channel =
+        "<AppObject><NAME>\xC1</NAME><ID>o_tam_ai_id</ID><OutReferences><Out><SNVTTYPE>"
+        "105</SNVTTYPE></Out></OutReferences></AppObject>";
+    for (const std::string encoding : {"KOI8-R", "windows-874", "ISO-8859-16", "IBM850", "macintosh"}) {
+        ExpectClean(declared(encoding, WithName("\xC1")));
+        ExpectOne(RuleId::EncodingUnknown, declared("^" + encoding, module));
+        ExpectOne(RuleId::EncodingUnknown, declared("^" + encoding, channel));
+    }
+    for (const std::string encoding : {"ISO-8859-11", "ISO-8859-15", "windows-1251"}) {
+        ExpectClean(declared(encoding, module));
+        ExpectClean(declared(encoding, channel));
+    }
+    // The edition of 1987 has no euro sign, and some parsers know that edition alone.
+    ExpectOne(RuleId::EncodingInvalid, declared("ISO-8859-7", WithName("^\xA4")));
 }
 
 TEST(XmlRulesTest, FindsWrongDeclarations) {
