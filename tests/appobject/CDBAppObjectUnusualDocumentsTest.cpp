@@ -71,6 +71,13 @@ TEST_F(CDBAppObjectUnusualDocumentsTest, ReadsAnAppObjectThatIsTheDocumentElemen
     EXPECT_EQ(Text(module, &IAppObject::get_Category), L"C");
 }
 
+TEST_F(CDBAppObjectUnusualDocumentsTest, TakesAnInstructionOfADefinitionByItsNameToo) {
+    const auto module = Defined(L"text<?NAME Valve?><?b c?><?id 7?><!--ID-->");
+    EXPECT_EQ(Text(module, &IAppObject::get_Name), L"Valve");
+    EXPECT_EQ(UserName(module), L"Valve");
+    EXPECT_EQ(Text(module, &IAppObject::get_ID), L"7") << "of the children only comments do not count";
+}
+
 TEST_F(CDBAppObjectUnusualDocumentsTest, NumbersSizeRowsByTheirLocalName) {
     Defined(L"<DataSizes xmlns:x='urn:x'><x:T5/><x:T6/></DataSizes>");
     ExpectOneReport(kSubscriptText, kLocation, L"Sub pGetDataSizes");
