@@ -58,20 +58,15 @@ class Appending {
         }
     }
     void Commit() noexcept { isWhole_ = true; }
-    /// The first node that was appended; empty when none was.
-    dom::Node First() const {
-        dom::Node first;
-        if (last_) {
-            com::Call(last_, &IXMLDOMNode::get_nextSibling, first.Put());
-        } else {
-            com::Call(parent_, &IXMLDOMNode::get_firstChild, first.Put());
-        }
-        return first;
-    }
 
   private:
     void TakeOut() const {
-        dom::Node appended = First();
+        dom::Node appended;
+        if (last_) {
+            com::Call(last_, &IXMLDOMNode::get_nextSibling, appended.Put());
+        } else {
+            com::Call(parent_, &IXMLDOMNode::get_firstChild, appended.Put());
+        }
         while (appended) {
             dom::Node next;
             com::Call(appended, &IXMLDOMNode::get_nextSibling, next.Put());
@@ -209,9 +204,9 @@ STDMETHODIMP TamInternalAppObject::XMLSave(IDispatch* parentNode, IDispatch* doc
         const dom::Element ownDeviceKey = NewText(target, kDeviceKeyElement, deviceKey);
         Appending element(parent);
         com::Call(inner_, &IAppObject::XMLSave, parentNode, document);
-        com::CheckSet(element.First().Get()); // what was there before is another object's
-        dom::Node saved;
+        dom::Node saved; // the parent's last child: the generic object has just appended it
         com::Call(parent, &IXMLDOMNode::get_lastChild, saved.Put());
+        com::CheckSet(saved.Get());
         Prepend(saved, objectKey);
         Prepend(saved, ownDeviceKey);
         element.Commit();

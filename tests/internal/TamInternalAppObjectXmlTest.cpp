@@ -159,12 +159,18 @@ TEST_F(TamInternalAppObjectXmlTest, NeedsADevice) {
 
 TEST_F(TamInternalAppObjectXmlTest, NeedsAnElementFromTheGenericObject) {
     const auto object = Created();
-    for (const wchar_t* project : {L"<Project/>", L"<Project><Other/></Project>"}) {
-        const Document document = support::Parse(project);
-        const auto root = support::Root(document);
-        ExpectRaised(object->XMLSave(root.Get(), document.Get()), kObjectNotSet);
-        EXPECT_EQ(Flat(root.Get()), project) << "another object's element gets no keys";
-    }
+    const Document document = support::Parse(L"<Project/>");
+    ExpectRaised(object->XMLSave(support::Root(document).Get(), document.Get()), kObjectNotSet);
+}
+
+TEST_F(TamInternalAppObjectXmlTest, TakesTheLastChildWhoeverAppendedIt) {
+    const auto object = NewChannel(L"AI3", Device().Get());
+    const Document document = support::Parse(L"<Project><First/><Last><Old/></Last></Project>");
+    const auto root = support::Root(document);
+    EXPECT_EQ(object->XMLSave(root.Get(), document.Get()), S_OK);
+    EXPECT_EQ(Flat(root.Get()),
+              L"<Project><First/><Last><DevKey>DEV7</DevKey><TamObjectKey>AI3</TamObjectKey>"
+              L"<Old/></Last></Project>");
 }
 
 TEST_F(TamInternalAppObjectXmlTest, LeavesNoElementWithoutItsKeys) {
