@@ -39,7 +39,7 @@ int CheckDocuments(const Options& options) {
     }
     _setmode(_fileno(stdin), _O_BINARY);
     bool isPrinted = true;
-    run.print = [&](const std::string& text) { isPrinted = Print(text) && isPrinted; };
+    run.print = [&](const std::string& text) { isPrinted = isPrinted && Print(text); };
     run.complain = [](const std::string& text) { Complain(text); };
     run.hasColour = OutputScreen().isColoured;
     if (ErrorScreen().isTerminal) {

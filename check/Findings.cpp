@@ -45,11 +45,22 @@ void Findings::Add(RuleId rule, Span span, std::string message, std::string expe
     const bool isError = severity == Severity::Error;
     const std::size_t kept = isError ? Errors() : others_;
     ++counts_[static_cast<std::size_t>(severity)];
-    if (kept >= kMost) {
+    // Where there are that many errors, nothing else is listed.
+    if (kept >= kMost || (!isError && Errors() >= kMost)) {
         return;
+    }
+    if (found_.size() >= kMost + kMost / 4) {
+        Sort();
+        DropMost();
     }
     others_ += isError ? 0U : 1U;
     found_.push_back({rule, span, std::move(message), std::move(expected), std::move(suggestion)});
+}
+
+void Findings::Sort() {
+    std::stable_sort(found_.begin(), found_.end(), [](const Finding& a, const Finding& b) {
+        return a.span.at != b.span.at ? a.span.at < b.span.at : a.rule < b.rule;
+    });
 }
 
 /// Leaves kMost: all errors, and of the others those that stand first.
@@ -58,6 +69,7 @@ void Findings::DropMost() {
         return;
     }
     std::size_t room = kMost - (found_.size() - others_);
+    others_ = room;
     std::erase_if(found_, [&room](const Finding& finding) {
         const bool isDropped = finding.Level() != Severity::Error && room == 0;
         room -= finding.Level() != Severity::Error && !isDropped ? 1U : 0U;
@@ -66,9 +78,7 @@ void Findings::DropMost() {
 }
 
 std::vector<Finding> Findings::Place(std::string_view text) && {
-    std::stable_sort(found_.begin(), found_.end(), [](const Finding& a, const Finding& b) {
-        return a.span.at != b.span.at ? a.span.at < b.span.at : a.rule < b.rule;
-    });
+    Sort();
     DropMost();
     Places begin(text);
     for (Finding& finding : found_) {

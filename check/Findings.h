@@ -53,9 +53,10 @@ class Findings {
     std::vector<Finding> Place(std::string_view text) &&;
 
   private:
+    void Sort();
     void DropMost();
 
-    /// At most kMost errors and as many others.
+    /// At most kMost errors, and not many more in all.
     std::vector<Finding> found_;
     std::size_t others_ = 0;
     Counts counts_{};

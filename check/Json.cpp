@@ -34,6 +34,10 @@ void JsonWriter::End(char bracket) {
     }
     text_ += bracket;
     isFirst_ = false;
+    if (print_ && text_.size() >= kPiece) {
+        print_(text_);
+        text_.clear();
+    }
 }
 
 void JsonWriter::Text(std::string_view name, std::string_view value) {

@@ -1,15 +1,25 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace check {
 
+/// Takes a long text in pieces.
+using Print = std::function<void(const std::string&)>;
+/// So many bytes of it are handed on at a time, or a few more.
+inline constexpr std::size_t kPiece = std::size_t{1} << 16U;
+
 /// Writes one JSON document, member by member, in the order of the calls.
 class JsonWriter {
   public:
+    JsonWriter() = default;
+    /// Hands the text on while it grows.
+    explicit JsonWriter(Print print) : print_(std::move(print)) {}
+
     void BeginObject(std::string_view name = {}) { Begin(name, '{'); }
     void EndObject() { End('}'); }
     void BeginArray(std::string_view name = {}) { Begin(name, '['); }
@@ -23,6 +33,8 @@ class JsonWriter {
 
     /// The whole document with a line end.
     std::string Take() { return std::move(text_) + "\n"; }
+    /// Hands on the rest of it.
+    void Finish() { print_(Take()); }
 
   private:
     void Begin(std::string_view name, char bracket);
@@ -30,6 +42,7 @@ class JsonWriter {
     void Name(std::string_view name);
     void String(std::string_view text);
 
+    Print print_;
     std::string text_;
     std::size_t depth_ = 0;
     bool isFirst_ = true;

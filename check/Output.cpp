@@ -133,38 +133,7 @@ std::string CodeCell(std::string_view text) {
     return "`" + cell + "`";
 }
 
-} // namespace
-
-Totals TotalsOf(const std::vector<FileResult>& results) {
-    Totals totals;
-    totals.files = results.size();
-    for (const FileResult& result : results) {
-        totals.unreadable += result.problem.empty() ? 0U : 1U;
-        totals.errors += result.result.Count(Severity::Error);
-        totals.warnings += result.result.Count(Severity::Warning);
-        totals.notes += result.result.Count(Severity::Note);
-    }
-    return totals;
-}
-
-std::string TextOf(const FileResult& result, bool hasColour) {
-    std::string text;
-    for (const Finding& finding : result.result.findings) {
-        const std::string place = Clean(result.file) + ":" + std::to_string(finding.line) + ":" +
-                                  std::to_string(finding.column) + ": ";
-        const std::string level = std::string(NameOf(finding.Level())) + ":";
-        if (hasColour) {
-            text.append("\x1b[1m").append(place).append("\x1b[0m").append(ColourOf(finding.Level()));
-            text.append(level).append("\x1b[0m");
-        } else {
-            text.append(place).append(level);
-        }
-        text += " " + Sentence(finding) + " [" + std::string(RuleOf(finding.rule).name) + "]\n";
-    }
-    return text;
-}
-
-std::string TextOf(const Totals& totals) {
+std::string Summary(const Totals& totals) {
     std::string text = Counted(totals.files, "file") + ": ";
     const std::string unread = totals.unreadable > 0 ? std::to_string(totals.unreadable) + " not read" : "";
     if (totals.errors + totals.warnings + totals.notes > 0) {
@@ -178,8 +147,46 @@ std::string TextOf(const Totals& totals) {
     return text + (unread.empty() ? "" : ", " + unread) + "\n";
 }
 
-std::string JsonOf(const std::vector<FileResult>& results, std::string_view program, int status) {
-    JsonWriter json;
+} // namespace
+
+Totals TotalsOf(std::span<const FileResult> results) {
+    Totals totals;
+    totals.files = results.size();
+    for (const FileResult& result : results) {
+        totals.unreadable += result.problem.empty() ? 0U : 1U;
+        totals.errors += result.result.Count(Severity::Error);
+        totals.warnings += result.result.Count(Severity::Warning);
+        totals.notes += result.result.Count(Severity::Note);
+    }
+    return totals;
+}
+
+void PrintText(std::span<const FileResult> results, bool hasColour, const Print& print) {
+    std::string text;
+    for (const FileResult& result : results) {
+        for (const Finding& finding : result.result.findings) {
+            const std::string place = Clean(result.file) + ":" + std::to_string(finding.line) + ":" +
+                                      std::to_string(finding.column) + ": ";
+            const std::string level = std::string(NameOf(finding.Level())) + ":";
+            if (hasColour) {
+                text.append("\x1b[1m").append(place).append("\x1b[0m").append(ColourOf(finding.Level()));
+                text.append(level).append("\x1b[0m");
+            } else {
+                text.append(place).append(level);
+            }
+            text += " " + Sentence(finding) + " [" + std::string(RuleOf(finding.rule).name) + "]\n";
+            if (text.size() >= kPiece) {
+                print(text);
+                text.clear();
+            }
+        }
+    }
+    print(text + Summary(TotalsOf(results)));
+}
+
+void PrintJson(std::span<const FileResult> results, std::string_view program, int status,
+               const Print& print) {
+    JsonWriter json(print);
     json.BeginObject();
     json.Text("command", "check");
     json.Text("program", program);
@@ -211,11 +218,11 @@ std::string JsonOf(const std::vector<FileResult>& results, std::string_view prog
     json.EndObject();
     json.Number("status", static_cast<std::size_t>(status));
     json.EndObject();
-    return json.Take();
+    json.Finish();
 }
 
-std::string SarifOf(const std::vector<FileResult>& results, std::string_view program) {
-    JsonWriter json;
+void PrintSarif(std::span<const FileResult> results, std::string_view program, const Print& print) {
+    JsonWriter json(print);
     json.BeginObject();
     json.Text("$schema", "https://json.schemastore.org/sarif-2.1.0.json");
     json.Text("version", "2.1.0");
@@ -255,7 +262,7 @@ std::string SarifOf(const std::vector<FileResult>& results, std::string_view pro
     json.EndObject();
     json.EndArray();
     json.EndObject();
-    return json.Take();
+    json.Finish();
 }
 
 std::string RulesText() {

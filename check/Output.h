@@ -1,11 +1,12 @@
 #pragma once
 
 #include "check/Check.h"
+#include "check/Json.h"
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace check {
 
@@ -25,16 +26,17 @@ struct Totals {
     std::size_t warnings = 0;
     std::size_t notes = 0;
 };
-Totals TotalsOf(const std::vector<FileResult>& results);
+Totals TotalsOf(std::span<const FileResult> results);
 
-/// "file:line:column: error: ... [rule]" for each finding, each on a line.
-std::string TextOf(const FileResult& result, bool hasColour);
+// A document of some megabytes can have an answer of ten: it is handed on in pieces.
+
+/// "file:line:column: error: ... [rule]" for each finding, each on a line; then the totals, as
 /// "3 files: 2 errors, 1 warning".
-std::string TextOf(const Totals& totals);
+void PrintText(std::span<const FileResult> results, bool hasColour, const Print& print);
 /// `status` is what the program exits with.
-std::string JsonOf(const std::vector<FileResult>& results, std::string_view program, int status);
+void PrintJson(std::span<const FileResult> results, std::string_view program, int status, const Print& print);
 /// SARIF 2.1.0.
-std::string SarifOf(const std::vector<FileResult>& results, std::string_view program);
+void PrintSarif(std::span<const FileResult> results, std::string_view program, const Print& print);
 
 /// The table of rules.
 std::string RulesText();

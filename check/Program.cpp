@@ -11,11 +11,13 @@
 #include <charconv>
 #include <cstddef>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <iterator>
 #include <map>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
@@ -55,13 +57,13 @@ std::string_view EndingOf(Format format) {
 }
 
 /// Writes a file beside its place and puts it there when it is whole.
-bool WriteWhole(const fs::path& path, const std::string& text) {
+bool WriteWhole(const fs::path& path, const std::function<void(const Print&)>& write) {
     std::error_code error;
     fs::create_directories(path.parent_path(), error);
     fs::path beside = path;
     beside += ".new";
     std::ofstream file(beside, std::ios::binary);
-    file << text;
+    write([&file](const std::string& text) { file << text; });
     file.close();
     if (!file) {
         return false;
@@ -229,7 +231,9 @@ class Run {
     bool WriteEach(const std::vector<FileResult>& results, const std::vector<fs::path>& outputs) const {
         bool isWritten = true;
         for (std::size_t i = 0; i < outputs.size(); ++i) {
-            if (results[i].problem.empty() && !WriteWhole(outputs[i], AnswerOf({results[i]}, false))) {
+            if (results[i].problem.empty() && !WriteWhole(outputs[i], [&](const Print& print) {
+                    PrintAnswer({&results[i], 1}, false, print);
+                })) {
                 options_.complain(options_.program + ": " + Shown(outputs[i]) + " cannot be written\n");
                 isWritten = false;
             }
@@ -237,23 +241,21 @@ class Run {
         return isWritten;
     }
 
-    std::string AnswerOf(const std::vector<FileResult>& results, bool hasColour) const {
-        const Totals totals = TotalsOf(results);
-        if (options_.format == Format::Sarif) {
-            return SarifOf(results, options_.program);
+    void PrintAnswer(std::span<const FileResult> results, bool hasColour, const Print& print) const {
+        switch (options_.format) {
+        case Format::Sarif:
+            return PrintSarif(results, options_.program, print);
+        case Format::Json:
+            return PrintJson(results, options_.program, StatusOf(TotalsOf(results)), print);
+        case Format::Text:
+        case Format::Markdown: // is refused
+            break;
         }
-        if (options_.format == Format::Json) {
-            return JsonOf(results, options_.program, StatusOf(totals));
-        }
-        std::string text;
-        for (const FileResult& result : results) {
-            text += TextOf(result, hasColour);
-        }
-        return text + TextOf(totals);
+        PrintText(results, hasColour, print);
     }
 
     int Tell(const std::vector<FileResult>& results) {
-        options_.print(AnswerOf(results, options_.hasColour));
+        PrintAnswer(results, options_.hasColour, options_.print);
         for (const FileResult& result : results) {
             if (!result.problem.empty()) {
                 options_.complain(options_.program + ": " + Clean(result.file) + ": " + result.problem +
@@ -297,7 +299,7 @@ int ListRules(const ProgramOptions& options) {
 int WriteSchemas(const ProgramOptions& options) {
     for (const Schema& schema : AllSchemas()) {
         const fs::path path = options.schemas / batch::PathOf(schema.file);
-        if (!WriteWhole(path, std::string(schema.text))) {
+        if (!WriteWhole(path, [&](const Print& print) { print(std::string(schema.text)); })) {
             options.complain(options.program + ": " + Shown(path) + " cannot be written\n");
             return kUnreadable;
         }
