@@ -65,7 +65,7 @@ align-items:start}
 .enumerations>div{padding:.9rem 1.1rem;border:1px solid var(--line);border-radius:.5rem}
 .enumerations caption{padding:0 0 .5rem;color:var(--text)}
 .enumerations p{margin:0;color:var(--muted);font-size:.85rem}
-.enumerations th{width:4rem;text-align:right}
+.enumerations th:first-child{width:4rem;text-align:right}
 .enumerations th,.enumerations td{padding:.15rem .5rem}
 .enumerations tr:last-child>*{border-bottom:0}
 .findings{margin:0;padding:0;list-style:none}

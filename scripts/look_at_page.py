@@ -20,7 +20,8 @@ WIDTHS = (360, 768, 1600)
 # A <title> of SVG may have an identifier; tidy knows that of HTML only.
 TIDY_IS_WRONG = '<title> proprietary attribute "id"'
 
-# Texts that can be seen, with their contrast; what is wider than its place.
+# Texts that can be seen, with their contrast; what is wider than its place; headings of columns that stand on
+# another side than what is below them.
 LOOK = r"""
 (() => {
   const numbers = colour => (colour.match(/[\d.]+/g) || []).map(Number);
@@ -47,7 +48,7 @@ LOOK = r"""
     }
     return 'rgb(255, 255, 255)';
   };
-  const result = {texts: 0, faint: [], covered: [], wide: [],
+  const result = {texts: 0, faint: [], covered: [], wide: [], askew: [],
                   overflow: document.documentElement.scrollWidth - innerWidth};
   const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
   for (let node = walker.nextNode(); node; node = walker.nextNode()) {
@@ -75,6 +76,14 @@ LOOK = r"""
         (box.left < -0.5 || box.right > innerWidth + 0.5 || element.scrollWidth > element.clientWidth + 1 &&
          element.clientWidth && getComputedStyle(element).display !== 'inline'))
       result.wide.push(element.outerHTML.slice(0, 80));
+  }
+  const sideOf = cell => getComputedStyle(cell).textAlign.replace('start', 'left');
+  for (const table of document.querySelectorAll('table')) {
+    const cells = table.tBodies[0]?.rows[0]?.cells;
+    if (!table.tHead || !cells || getComputedStyle(table.tHead).position === 'absolute') continue;
+    for (const heading of table.tHead.rows[0].cells)
+      if (cells[heading.cellIndex] && sideOf(heading) !== sideOf(cells[heading.cellIndex]))
+        result.askew.push(heading.textContent);
   }
   return result;
 })()"""

@@ -117,6 +117,7 @@ std::string Write(const std::string& name, const std::string& html) {
 /// A page on which there is something to see of every kind that is looked for.
 constexpr const char* kFaulty = R"(<!DOCTYPE html><html><head><meta charset="utf-8"><title>a</title></head>
 <body><p style="color:#aaa">faint</p><div style="width:3000px">wide</div><img src="missing.png">
+<table><thead><tr><th style="text-align:right">askew</th></tr></thead><tbody><tr><td>b</td></tr></tbody></table>
 <script>console.log("said")</script></p></body></html>)";
 
 /// What was seen of each page. The browser is started once.
@@ -181,6 +182,12 @@ TEST_P(BrowserTest, FitsTheWindow) {
         EXPECT_GE(0, view["overflow"].get<int>()) << NameOf(view);
         EXPECT_EQ(Json::array(), view["wide"]) << NameOf(view);
         EXPECT_LT(5, view["texts"].get<int>()) << NameOf(view);
+    }
+}
+
+TEST_P(BrowserTest, HasTheHeadingsOfColumnsAboveTheirTexts) {
+    for (const Json& view : Views()) {
+        EXPECT_EQ(Json::array(), view["askew"]) << NameOf(view);
     }
 }
 
@@ -266,6 +273,7 @@ TEST(BrowserScreenTest, SeesTheFaultsOfAFaultyPage) {
     for (const Json& view : page["views"]) {
         EXPECT_LT(1000, view["overflow"].get<int>());
         EXPECT_NE(Json::array(), view["wide"]);
+        EXPECT_EQ(Json{"askew"}, view["askew"]);
         EXPECT_EQ(1U, view["requests"].size());
         EXPECT_LE(1U, view["messages"].size());
         EXPECT_EQ(Json{"faint: 2.32"}, view["faint"]);
