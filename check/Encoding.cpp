@@ -53,6 +53,11 @@ constexpr std::pair<std::string_view, std::string_view> kAliases[] = {
     {"LATIN1", "ISO-8859-1"},  {"LATIN-1", "ISO-8859-1"}, {"LATIN2", "ISO-8859-2"},
     {"LATIN-2", "ISO-8859-2"}, {"LATIN9", "ISO-8859-15"}, {"LATIN-9", "ISO-8859-15"}};
 
+/// Encodings of several bytes, and of which not even the declaration is ASCII's.
+constexpr std::string_view kNotRead[] = {
+    "SHIFT_JIS", "EUC-JP",  "ISO-2022-JP", "GB2312",     "GBK",        "GB18030", "BIG5",   "EUC-KR",
+    "IBM037",    "IBM1047", "ISO-2022-KR", "HZ-GB-2312", "BIG5-HKSCS", "IBM500",  "IBM864", "UTF-7"};
+
 /// The standard name of an encoding that goes by another one, in capitals; empty when it is none.
 std::string StandardName(std::string_view name) {
     for (const auto& [alias, standard] : kAliases) {
@@ -302,8 +307,12 @@ void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
     for (const CodePage& page : kCodePages) {
         known.push_back(page.name);
     }
-    findings.Add(RuleId::EncodingUnknown, declared, "there is no encoding " + Quoted(name), kAll,
-                 meant.empty() ? std::string(Meant(name, known)) : meant);
+    const bool isThere =
+        std::find(std::begin(kNotRead), std::end(kNotRead), Upper(name)) != std::end(kNotRead);
+    findings.Add(RuleId::EncodingUnknown, declared,
+                 isThere ? "the encoding " + Quoted(name) + " is not read"
+                         : "there is no encoding " + Quoted(name),
+                 kAll, meant.empty() && !isThere ? std::string(Meant(name, known)) : meant);
 }
 
 /// Without a mark: the declaration says which encoding it is.

@@ -88,6 +88,15 @@ TEST(XmlRulesTest, FindsEncodingsThatAreNotThere) {
               "UTF-8");
 }
 
+TEST(XmlRulesTest, SaysWhichEncodingsAreNotRead) {
+    for (const std::string name : {"Shift_JIS", "gbk", "Big5"}) {
+        const auto findings = Find("<?xml version=\"1.0\" encoding=\"" + name + "\"?>" + WithName("Hall"));
+        ASSERT_EQ(findings.size(), 1u) << name;
+        EXPECT_EQ(findings[0].message, "the encoding \"" + name + "\" is not read");
+        EXPECT_EQ(findings[0].suggestion, "");
+    }
+}
+
 TEST(XmlRulesTest, ReadsEncodingsThatGoByAnotherName) {
     const auto declared = [](const std::string& encoding, const std::string& name) {
         return "<?xml version=\"1.0\" encoding=\"^" + encoding + "\"?>" + WithName(name);
