@@ -155,7 +155,9 @@ void ComplainOf(const std::vector<std::string>& reasons, const std::string& abou
     const Screen screen = ErrorScreen();
     for (const std::string& reason : reasons) {
         std::string line = Painted("tambench: ", Ink::Fault, screen);
-        Complain(line.append(about).append(reason).append("\n"));
+        // A finding names its file itself.
+        const bool isNamed = !about.empty() && reason.starts_with(about.substr(0, about.size() - 1));
+        Complain(line.append(isNamed ? "" : about).append(reason).append("\n"));
     }
 }
 

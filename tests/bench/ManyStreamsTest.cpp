@@ -90,6 +90,11 @@ TEST_F(ManyStreamsTest, EachHasALineAndThenComesASummary) {
         "tambench: " + Narrow(Streams()) +
             "\\broken.xml: LoadFromXmlStream: 0x800A005B Object variable or With block variable not set\n",
         run.err.substr(0, run.err.find('\n') + 1));
+    // A finding names its file once.
+    const std::string finding = run.err.substr(run.err.find('\n') + 1);
+    const std::string begin = "tambench: " + Narrow(Streams()) + "\\broken.xml:";
+    ASSERT_TRUE(finding.starts_with(begin)) << finding;
+    EXPECT_EQ(0U, finding.find_first_of("123456789", begin.size()) - begin.size()) << finding;
 }
 
 TEST_F(ManyStreamsTest, NoProgressIsShownWhereNobodyLooks) {
