@@ -1,16 +1,13 @@
 #include "check/Encoding.h"
 
+#include "check/CodePages.h"
 #include "check/Findings.h"
-#include "check/Nearest.h"
 #include "check/Utf8.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
-#include <span>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace check {
 
@@ -18,68 +15,6 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr std::string_view kCutMessage = "the file ends in the middle of a character";
-
-struct CodePage {
-    std::string_view name;
-    /// Whether every parser loads it that the component may have.
-    bool isCommon;
-    std::array<char16_t, 128> upper;
-};
-
-constexpr CodePage kCodePages[] = {
-#include "check/CodePages.inc"
-};
-
-constexpr std::string_view kUtf8 = "UTF-8";
-constexpr std::string_view kUtf16 = "UTF-16";
-constexpr std::string_view kAscii = "US-ASCII";
-constexpr const char* kCommon =
-    "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -9, -11, -13 and -15, or windows-1250 to -1258";
-constexpr const char* kAll =
-    "UTF-8, UTF-16, US-ASCII, ISO-8859-1 to -11 and -13 to -16, windows-874 and -1250 to -1258, KOI8-R, "
-    "KOI8-U, TIS-620, macintosh, or one of IBM's from IBM437 to IBM869";
-
-/// Null when there is none of the name, which is in capitals.
-const CodePage* FindCodePage(std::string_view name) {
-    const auto* const page = std::find_if(std::begin(kCodePages), std::end(kCodePages),
-                                          [&](const CodePage& known) { return known.name == name; });
-    return page != std::end(kCodePages) ? page : nullptr;
-}
-
-/// Names that other programs write. Not every parser knows them, so they are an error; but what
-/// they mean is known, and the text is read.
-constexpr std::pair<std::string_view, std::string_view> kAliases[] = {
-    {"UTF8", kUtf8},           {"ASCII", kAscii},         {"ANSI_X3.4-1968", kAscii},
-    {"LATIN1", "ISO-8859-1"},  {"LATIN-1", "ISO-8859-1"}, {"LATIN2", "ISO-8859-2"},
-    {"LATIN-2", "ISO-8859-2"}, {"LATIN9", "ISO-8859-15"}, {"LATIN-9", "ISO-8859-15"}};
-
-/// Encodings of several bytes, and of which not even the declaration is ASCII's.
-constexpr std::string_view kNotRead[] = {
-    "SHIFT_JIS", "EUC-JP",  "ISO-2022-JP", "GB2312",     "GBK",        "GB18030", "BIG5",   "EUC-KR",
-    "IBM037",    "IBM1047", "ISO-2022-KR", "HZ-GB-2312", "BIG5-HKSCS", "IBM500",  "IBM864", "UTF-7"};
-
-/// The standard name of an encoding that goes by another one, in capitals; empty when it is none.
-std::string StandardName(std::string_view name) {
-    for (const auto& [alias, standard] : kAliases) {
-        if (alias == name) {
-            return std::string(standard);
-        }
-    }
-    // ISO8859-1, ISO_8859-1, CP1252, CP-1252, CP850.
-    for (const auto& [prefix, standard] :
-         {std::pair<std::string_view, std::string_view>{"ISO8859", "ISO-8859"},
-          {"ISO_8859", "ISO-8859"},
-          {"CP-", "WINDOWS-"},
-          {"CP", "WINDOWS-"},
-          {"CP", "IBM"}}) {
-        std::string known =
-            name.starts_with(prefix) ? std::string(standard) + std::string(name.substr(prefix.size())) : "";
-        if (FindCodePage(known) != nullptr) {
-            return known;
-        }
-    }
-    return {};
-}
 
 /// What is wrong at one place. Of a file that is no text at all words are made only for what is listed.
 class Faults {
@@ -289,32 +224,6 @@ std::string Utf16Text(std::string_view bytes, bool isBigEndian, Findings& findin
     return text;
 }
 
-/// The encoding that was probably meant. None where the numbers alone differ: 874 is no
-/// slip of the pen for 1254.
-std::string_view Meant(std::string_view name, std::span<const std::string_view> known) {
-    const auto withoutDigits = [](std::string_view text) {
-        std::string letters = Upper(text);
-        std::erase_if(letters, [](char c) { return c >= '0' && c <= '9'; });
-        return letters;
-    };
-    const std::string_view near = Nearest(name, known);
-    return withoutDigits(near) == withoutDigits(name) ? std::string_view() : near;
-}
-
-void ReportUnknown(std::string_view name, Span declared, Findings& findings) {
-    const std::string meant = StandardName(Upper(name));
-    std::vector<std::string_view> known = {kUtf8, kUtf16, kAscii};
-    for (const CodePage& page : kCodePages) {
-        known.push_back(page.name);
-    }
-    const bool isThere =
-        std::find(std::begin(kNotRead), std::end(kNotRead), Upper(name)) != std::end(kNotRead);
-    findings.Add(RuleId::EncodingUnknown, declared,
-                 isThere ? "the encoding " + Quoted(name) + " is not read"
-                         : "there is no encoding " + Quoted(name),
-                 kAll, meant.empty() && !isThere ? std::string(Meant(name, known)) : meant);
-}
-
 /// Without a mark: the declaration says which encoding it is.
 std::string DeclaredText(std::string bytes, Findings& findings) {
     const Span declared = DeclaredEncoding(bytes);
@@ -324,7 +233,7 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
     }
     std::string upper = Upper(name);
     if (const std::string standard = StandardName(upper); !standard.empty()) {
-        ReportUnknown(name, declared, findings);
+        ReportUnknownEncoding(name, declared, findings);
         upper = standard;
     }
     if (upper == kUtf8) {
@@ -347,7 +256,7 @@ std::string DeclaredText(std::string bytes, Findings& findings) {
     if (upper.starts_with(kUtf16) || upper.starts_with("UTF-32")) {
         ReportMismatch(bytes, declared, kUtf8, findings);
     } else {
-        ReportUnknown(name, declared, findings);
+        ReportUnknownEncoding(name, declared, findings);
     }
     return FromUtf8(std::move(bytes), findings);
 }
@@ -360,7 +269,7 @@ void CheckDeclaredEncoding(const std::string& text, Findings& findings) {
     const bool isKnown = name.empty() || name == kUtf8 || name == kAscii || name.starts_with(kUtf16) ||
                          FindCodePage(name) != nullptr;
     if (!isKnown) {
-        ReportUnknown(name, declared, findings);
+        ReportUnknownEncoding(name, declared, findings);
     }
 }
 
@@ -370,8 +279,8 @@ void CheckCommonEncoding(std::string_view text, Findings& findings) {
     const CodePage* const page = FindCodePage(Upper(name));
     if (page != nullptr && !page->isCommon) {
         findings.Add(RuleId::EncodingUnknown, declared,
-                     "not every parser that loads a definition knows the encoding " + Quoted(name), kCommon,
-                     "");
+                     "not every parser that loads a definition knows the encoding " + Quoted(name),
+                     kCommonEncodings, "");
     }
 }
 
