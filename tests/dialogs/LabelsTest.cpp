@@ -59,8 +59,8 @@ TEST_F(LabelsTest, AnEnumerationStandsAfterItsType) {
 }
 
 TEST_F(LabelsTest, BitsStandAfterTheirNumbers) {
-    const Texts upper{L"15", L"14", L"13", L"12", L"11", L"10", L"9", L"8"};
-    const Texts lower{L"7", L"6", L"5", L"4", L"3", L"2", L"1", L"0"};
+    const Texts upper{L"Bit 15", L"Bit 14", L"Bit 13", L"Bit 12", L"Bit 11", L"Bit 10", L"Bit 9", L"Bit 8"};
+    const Texts lower{L"Bit 7", L"Bit 6", L"Bit 5", L"Bit 4", L"Bit 3", L"Bit 2", L"Bit 1", L"Bit 0"};
     Texts expected{L"Point", L"Type:", L"SNVT_state"};
     expected.insert(expected.end(), upper.begin(), upper.end());
     expected.insert(expected.end(), {L"0", L"0", L"0", L"0", L"0", L"0", L"0", L"1"});

@@ -61,7 +61,7 @@ TEST_F(frmCPModif5Test, ShowsSixteenBitsOfALongerType) {
     const auto value = Edit(Attribute(kBits16, L"32769"), [](Shown& dialog) {
         EXPECT_EQ(Bits(dialog), L"1000000000000001");
         for (int bit = 0; bit < 16; ++bit) {
-            EXPECT_EQ(dialog.Text(IDC_BIT_NUMBER + bit), std::to_wstring(bit));
+            EXPECT_EQ(dialog.Text(IDC_BIT_NUMBER + bit), L"Bit " + std::to_wstring(bit));
         }
         dialog.DoubleClick(IDC_BIT + 15);
         dialog.DoubleClick(IDC_BIT + 8);
@@ -69,6 +69,46 @@ TEST_F(frmCPModif5Test, ShowsSixteenBitsOfALongerType) {
         dialog.Click(IDOK);
     });
     EXPECT_EQ(value, L"257");
+}
+
+TEST_F(frmCPModif5Test, OnlyTheBitsReadZeroOrOne) {
+    // A program that drives the dialog knows the bits by what they show.
+    for (const auto& [type, bits] : {std::pair(kBits8, 8), std::pair(kBits16, 16)}) {
+        Edit(Attribute(type, L"5"), [bits = bits](Shown& dialog) {
+            int zeros = 0;
+            int ones = 0;
+            for (HWND child = GetWindow(dialog.Window(), GW_CHILD); child != nullptr;
+                 child = GetWindow(child, GW_HWNDNEXT)) {
+                const std::wstring text = IsWindowVisible(child) != FALSE ? Shown(child).Caption() : L"";
+                zeros += text == L"0" ? 1 : 0;
+                ones += text == L"1" ? 1 : 0;
+            }
+            EXPECT_EQ(zeros, bits - 2);
+            EXPECT_EQ(ones, 2);
+            dialog.Click(IDCANCEL);
+        });
+    }
+}
+
+TEST_F(frmCPModif5Test, TheNumberOfABitFitsAboveIt) {
+    Edit(Attribute(kBits16, L"0"), [](Shown& dialog) {
+        for (int bit = 0; bit < 16; ++bit) {
+            const HWND label = dialog.Control(IDC_BIT_NUMBER + bit);
+            const std::wstring text = dialog.Text(IDC_BIT_NUMBER + bit);
+            const HDC context = GetDC(label);
+            const HGDIOBJ before =
+                SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(label, WM_GETFONT, 0, 0)));
+            SIZE size{};
+            GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
+            SelectObject(context, before);
+            ReleaseDC(label, context);
+            RECT room{};
+            GetClientRect(label, &room);
+            EXPECT_LE(size.cx, room.right) << bit;
+            EXPECT_LE(size.cy, room.bottom) << bit;
+        }
+        dialog.Click(IDCANCEL);
+    });
 }
 
 TEST_F(frmCPModif5Test, ASingleClickFlipsNothing) {
