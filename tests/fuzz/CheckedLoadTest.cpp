@@ -205,18 +205,26 @@ TEST_F(CheckedLoadTest, HoldsForDocumentsWithASmallChange) {
 }
 
 TEST_F(CheckedLoadTest, HoldsForEveryEncodingThatIsRead) {
-    for (const char* encoding :
-         {"UTF-8",        "US-ASCII",     "ISO-8859-1",   "ISO-8859-2",   "ISO-8859-3",
-          "ISO-8859-4",   "ISO-8859-5",   "ISO-8859-6",   "ISO-8859-7",   "ISO-8859-8",
-          "ISO-8859-9",   "ISO-8859-13",  "ISO-8859-15",  "windows-1250", "windows-1251",
-          "windows-1252", "windows-1253", "windows-1254", "windows-1255", "windows-1256",
-          "windows-1257", "windows-1258", "ISO-8859-10",  "ISO-8859-14",  "ISO-8859-16"}) {
+    const auto compareIn = [this](const std::string& encoding) {
         SCOPED_TRACE(encoding);
-        CompareDefinition("<?xml version=\"1.0\" encoding=\"" + std::string(encoding) +
+        CompareDefinition("<?xml version=\"1.0\" encoding=\"" + encoding +
                           "\"?><AppObject><NAME>n</NAME><DataSizes/></AppObject>");
+    };
+    for (const char* encoding :
+         {"UTF-8",        "US-ASCII",     "ISO-8859-1",   "ISO-8859-2",   "ISO-8859-3",   "ISO-8859-4",
+          "ISO-8859-5",   "ISO-8859-6",   "ISO-8859-7",   "ISO-8859-8",   "ISO-8859-9",   "ISO-8859-11",
+          "ISO-8859-13",  "ISO-8859-15",  "windows-1250", "windows-1251", "windows-1252", "windows-1253",
+          "windows-1254", "windows-1255", "windows-1256", "windows-1257", "windows-1258"}) {
+        compareIn(encoding);
+    }
+    EXPECT_EQ(23U, loads_.Count(check::Kind::ModuleDefinition, "passed, quiet"));
+    // Not every parser loads these: an error of a definition, whatever this parser does.
+    for (const char* encoding : {"ISO-8859-10", "ISO-8859-14", "ISO-8859-16", "KOI8-R", "windows-874",
+                                 "IBM850", "TIS-620", "macintosh"}) {
+        compareIn(encoding);
     }
     loads_.Print();
-    EXPECT_EQ(25U, loads_.Count(check::Kind::ModuleDefinition, "passed, quiet"));
+    EXPECT_EQ(23U, loads_.Count(check::Kind::ModuleDefinition, "passed, quiet"));
 }
 
 } // namespace
