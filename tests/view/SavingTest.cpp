@@ -238,9 +238,9 @@ TEST_F(SavingTest, AFileThatIsNoProjectIsLeftAsItIs) {
 }
 
 // In its place stood what cannot be read, saved as such.
-TEST_F(SavingTest, AProjectInAnUnknownEncodingIsLeftAsItIs) {
+TEST_F(SavingTest, AProjectInAnEncodingThatIsNotReadIsLeftAsItIs) {
     const std::string text =
-        "<?xml version=\"1.0\" encoding=\"koi8-r\"?>\n<Project><Other>\xC1</Other></Project>";
+        "<?xml version=\"1.0\" encoding=\"shift_jis\"?>\n<Project><Other>\xC1</Other></Project>";
     FileWith(L"hall.project.xml", text);
     Change(L"6");
     viewer_.Begin(IDM_FILE_SAVE);
