@@ -16,6 +16,7 @@ endfunction()
 # same sources. What stands in for the C++ library's exceptions is no part of another
 # library: a program that has the C++ library's own cannot have both.
 function(tam_link_dll target)
+  tam_compile_each(${target})
   target_link_libraries(${target} PRIVATE library_errors)
   target_link_options(${target} PRIVATE -static -s -Wl,--gc-sections
     -Wl,--enable-stdcall-fixup -Wl,--dynamicbase -Wl,--nxcompat -Wl,--no-insert-timestamp

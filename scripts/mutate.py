@@ -143,7 +143,7 @@ class Run:
         self.in_lanes(lambda lane: lane.prepare(copied, built))
         places = listed_places(self.root)
         tests = [each for each in built
-                 if each.endswith("_tests.exe") and "point" in places.get(Path(each).stem, ["point"])]
+                 if each.endswith("_tests.exe") and {"point", "screen"} & set(places.get(Path(each).stem, ["point"]))]
         self.measure(tests)
 
     def measure(self, tests):

@@ -21,7 +21,7 @@ def listed_places(text):
 def is_for(kind, name, places):
     """A program without a line runs in 32 bits; 64 bits are named by the list alone."""
     if kind == "win32":
-        return not places.get(name) or any(place in ("point", "comma") for place in places[name])
+        return not places.get(name) or any(place in ("point", "comma", "screen") for place in places[name])
     return any(place.endswith("64") for place in places.get(name, ()))
 
 

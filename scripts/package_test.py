@@ -179,11 +179,13 @@ class SdkTest(unittest.TestCase):
 
 
 class KitTest(unittest.TestCase):
-    LIST = "# a line\ncore_tests     native,point,comma\nside_tests comma64\n\nsoak_tests     point               600\n"
+    LIST = "# a line\ncore_tests     native,point,comma\nside_tests comma64\n\nsoak_tests     point               600\n" \
+           "view_tests screen\n"
 
     def test_takes_the_kinds_that_the_list_names(self):
         places = listed_places(self.LIST)
-        for name, kinds in (("core_tests", ["win32"]), ("side_tests", ["win64"]), ("other_tests", ["win32"])):
+        for name, kinds in (("core_tests", ["win32"]), ("side_tests", ["win64"]), ("view_tests", ["win32"]),
+                            ("other_tests", ["win32"])):
             with self.subTest(name):
                 self.assertEqual([kind for kind in ("win32", "win64") if is_for(kind, name, places)], kinds)
 

@@ -36,10 +36,6 @@ try_packages() {
     start_wine package
     WINEPREFIX=$(prefix_folder package)
     export WINEPREFIX
-    # The first script of each kind makes Wine register what its script host needs.
-    echo 'WScript.Quit 0' >"$package_folder/first.vbs"
-    wine 'C:\windows\syswow64\cscript.exe' //nologo "$(windows_path "$package_folder/first.vbs")"
-    "$(wine64_loader)" 'C:\windows\system32\cscript.exe' //nologo "$(windows_path "$package_folder/first.vbs")"
     # Every user of Windows has this key; in Wine the first class makes it.
     wine reg add 'HKCU\Software\Classes' /f
     version=$(sed -n 's/^project(O_Tam_id VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt")

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Runs the test programs and counts their results. Sourced by tam, which sets
 # root, build and wine's environment.
-: "${root:?}" "${build:?}" "${child_pid?}"
+: "${root:?}" "${build:?}" "${child_pid?}" "${lock_fd?}"
 
 # shellcheck source=scripts/whole_file.sh
 . "$root/scripts/whole_file.sh"
@@ -14,18 +14,21 @@ total_passed=0
 total_failed=0
 failures=()
 
-# Two lanes of tests run at the same time. Each lane has its own core and display
-# and runs its places one after the other. A Wine prefix belongs to one lane only.
-# The two take about as long.
-test_lanes=("point point64 native" "comma comma64")
+# Lanes of tests run at the same time, beside the rest of the build. A test mostly waits
+# for a window or another program. Each lane has its own display; a Wine prefix belongs
+# to one lane only. Those in Wine take about as long.
+test_lanes=("point point64" "comma comma64" "screen screen64" "native")
 lane_pids=()
 
-# runs_in: program name -> the places where it runs ("native", "point", "comma",
-# "point64", "comma64"), joined by commas. time_limit: program name -> its own limit in seconds.
+# runs_in: program name -> the places where it runs ("native", "point", "comma", "screen",
+# "point64" and so on), joined by commas. time_limit: program name -> its own limit in seconds.
 declare -A runs_in
 declare -A time_limit
-# programs: "native/NAME", "win32/NAME" or "win64/NAME" -> the program's path.
+# programs: "native/NAME", "win32/NAME" or "win64/NAME" -> the path that the program has
+# when it is built.
 declare -A programs
+# first_programs: the names of those programs of win32 that are built first.
+declare -A first_programs
 
 read_test_list() {
     local list=$1 name places limit rest place
@@ -33,7 +36,7 @@ read_test_list() {
         [[ -z $name || $name == \#* ]] && continue
         [[ -n $places && -z $rest && ${limit:-1} =~ ^[0-9]+$ ]] || die "$list: a bad line for $name"
         for place in ${places//,/ }; do
-            [[ $place =~ ^(native|point|comma|point64|comma64)$ ]] || die "$list: $name runs in $place, which is no place"
+            [[ $place =~ ^(native|(point|comma|screen)(64)?)$ ]] || die "$list: $name runs in $place, which is no place"
         done
         [[ -z ${runs_in[$name]:-} ]] || die "$list: $name stands there twice"
         runs_in[$name]=$places
@@ -45,7 +48,7 @@ read_test_list() {
 add_64_bit_places() {
     local name place
     for name in "${!runs_in[@]}"; do
-        for place in point comma; do
+        for place in point comma screen; do
             if [[ ,${runs_in[$name]}, == *,$place,* && ,${runs_in[$name]}, != *,${place}64,* ]]; then
                 runs_in[$name]+=,${place}64
             fi
@@ -62,21 +65,84 @@ kind_of() {
     esac
 }
 
-# find_programs KIND FOLDER SUFFIX PLACES: records every test program in a folder.
-# The test list can only add places to a program: each one runs at least once in
+# find_programs KIND SUFFIX PLACES: records every test program that a configured build
+# makes. The test list can only add places to a program: each one runs at least once in
 # one of PLACES.
 find_programs() {
-    local kind=$1 folder=$2 suffix=$3 own_places=$4 path name
-    [[ -d $folder ]] || return 0
-    while IFS= read -r -d '' path; do
+    local kind=$1 suffix=$2 own_places=$3 path name
+    while IFS= read -r path; do
         name=$(basename "$path" "$suffix")
         [[ -z ${programs[$kind/$name]:-} ]] || die "Two test programs are called $name: ${programs[$kind/$name]} and $path"
-        programs[$kind/$name]=$path
+        programs[$kind/$name]=$build/$kind/$path
         time_limit[$name]=${time_limit[$name]:-$test_timeout}
         if [[ ! ,${runs_in[$name]:-}, =~ ,($own_places), ]]; then
             runs_in[$name]=${own_places%%|*},${runs_in[$name]:-}
         fi
-    done < <(find "$folder" -type f -name "*_tests$suffix" -executable -print0 | sort -z)
+    done < <(ninja -C "$build/$kind" -t targets all |
+        sed -n "s/^\(tests\/.*_tests${suffix/./\\.}\): CXX_EXECUTABLE_LINKER.*/\1/p" | sort)
+}
+
+# Records the test programs of all builds. Those of win32 that need neither the bench nor
+# the window, which are half of what there is to compile, are built first.
+find_all_programs() {
+    local wine_places="point|comma|screen|point64|comma64|screen64" key path
+    find_programs native "" native
+    find_programs win32 .exe "$wine_places"
+    ! $in_both_kinds || add_64_bit_places
+    find_programs win64 .exe "$wine_places"
+    for key in "${!programs[@]}"; do
+        [[ $key == win32/* ]] || continue
+        path=${programs[$key]#"$build/win32/"}
+        ninja -C "$build/win32" -t inputs "$path" | grep -qE '^bin/tam(bench|view)\.exe$' ||
+            first_programs[${key#*/}]=yes
+    done
+}
+
+# The parts of the build that are done: a file for each.
+built_marks=$build/results/built
+
+# build_part NAME KIND [TARGET...]: builds and says that it is done.
+build_part() {
+    local part=$1 kind=$2
+    shift 2
+    nice -n 10 ninja -C "$build/$kind" "${ninja_options[@]}" "$@" </dev/null {lock_fd}>&- &
+    child_pid=$!
+    wait "$child_pid" || die "The $kind build failed; the reason stands above."
+    child_pid=
+    : >"$built_marks/$part"
+    # What follows is built beside the tests, whose results are the output.
+    ninja_options=(--quiet)
+}
+
+# Builds everything, or what the named programs need, in the order in which the lanes ask for it.
+build_parts() {
+    local name programs_of_32=() programs_of_64=() native_programs=()
+    trap 'if [[ -n $child_pid ]]; then kill "$child_pid" 2>/dev/null; fi; exit 143' TERM
+    mapfile -t programs_of_64 < <(list_64_bit_programs "$@")
+    if [[ $# -gt 0 ]]; then
+        for name in "$@"; do
+            [[ -z ${programs[win32/$name]:-} ]] || programs_of_32+=("$name")
+            [[ -z ${programs[native/$name]:-} ]] || native_programs+=("$name")
+        done
+        # Some tests of one kind ask for the DLLs of the other.
+        build_part win32 win32 O_Tam_id OrvHost "${programs_of_32[@]}"
+        [[ ${#native_programs[@]} -eq 0 ]] || build_part native native "${native_programs[@]}"
+    else
+        build_part first win32 O_Tam_id OrvHost "${!first_programs[@]}"
+        build_part win32 win32
+        build_part native native
+    fi
+    if $in_both_kinds && [[ $# -eq 0 ]]; then
+        build_part win64 win64
+    elif [[ ${#programs_of_64[@]} -gt 0 ]]; then
+        # None of them runs the bench.
+        build_part win64 win64 O_Tam_id OrvHost "${programs_of_64[@]}"
+    fi
+}
+
+# is_built KIND NAME: true when this test program is there.
+is_built() {
+    [[ -e $built_marks/$1 ]] || { [[ $1 == win32 && -e $built_marks/first && -n ${first_programs[$2]:-} ]]; }
 }
 
 seconds_since() {
@@ -165,21 +231,30 @@ try_page() {
 
 # run_lane NUMBER NAME...
 # Runs the programs that belong to a lane's places, in a process of its own, and
-# writes the lane's counts to a file.
+# writes the lane's counts to a file. A program that is not built yet waits; those behind
+# it do not.
 run_lane() {
-    local lane=$1 name place served=
+    local lane=$1 name place served='' index pending=()
     shift
     trap 'if [[ -n $child_pid ]]; then kill "$child_pid" 2>/dev/null; fi; exit 143' TERM
     use_lane "$lane"
     for place in ${test_lanes[lane]}; do
         for name in "$@"; do
-            if [[ ,${runs_in[$name]}, == *,$place,* ]]; then
-                # The server stays on this core and display from its first program on.
-                [[ $place == native || ${place%64} == "$served" ]] || start_server "${place%64}"
-                served=${place%64}
-                run_program "$name" "$place"
-            fi
+            [[ ,${runs_in[$name]}, != *,$place,* ]] || pending+=("$place/$name")
         done
+    done
+    while [[ ${#pending[@]} -gt 0 ]]; do
+        for index in "${!pending[@]}"; do
+            place=${pending[index]%%/*} name=${pending[index]#*/}
+            is_built "$(kind_of "$place")" "$name" || continue
+            unset "pending[index]"
+            # The server stays on this core and display from its first program on.
+            [[ $place == native || ${place%64} == "$served" ]] || start_server "${place%64}"
+            served=${place%64}
+            run_program "$name" "$place"
+            continue 2
+        done
+        sleep 1
     done
     if $tries_page && [[ " ${test_lanes[lane]} " == *" point "* ]]; then
         try_page
@@ -214,17 +289,15 @@ list_64_bit_programs() {
     done
 }
 
-# Runs the named programs, or all of them. The test list has been read.
+# Builds and runs the named programs, or all of them. The builds are configured and the
+# test list has been read.
 run_test_programs() {
-    local wanted=("$@") names=() name place
+    local wanted=("$@") names=() name builder lane
     # GoogleTest's variables that filter, shard or repeat would change the counts.
     for name in "${!GTEST_@}"; do
         unset "$name"
     done
-    find_programs native "$build/native/tests" "" "native"
-    find_programs win32 "$build/win32/tests" .exe "point|comma|point64|comma64"
-    ! $in_both_kinds || add_64_bit_places
-    find_programs win64 "$build/win64/tests" .exe "point|comma|point64|comma64"
+    find_all_programs
 
     if [[ ${#wanted[@]} -gt 0 ]]; then
         for name in "${wanted[@]}"; do
@@ -236,18 +309,28 @@ run_test_programs() {
         tries_page=true
         mapfile -t names < <(printf '%s\n' "${!runs_in[@]}" | sort)
     fi
+    rm -rf "$built_marks" "$build/results"/lane-*
+    mkdir -p "$built_marks"
 
-    local lane
-    mkdir -p "$build/results"
-    rm -f "$build/results"/lane-*
+    # On all cores: what follows binds this process to one.
+    build_parts "${wanted[@]}" &
+    builder=$!
+    lane_pids=("$builder")
+    wine_environment
+    for lane in "${test_lanes[@]}"; do
+        [[ $lane == native ]] || start_display
+    done
+    start_wine point comma screen
+
     for lane in "${!test_lanes[@]}"; do
         run_lane "$lane" "${names[@]}" &
         lane_pids+=($!)
         # On one core, lanes gain nothing.
         has_two_cores || wait $! || true
     done
+    wait "$builder" || exit 1
     for lane in "${!test_lanes[@]}"; do
-        wait "${lane_pids[lane]}" || true
+        wait "${lane_pids[lane + 1]}" || true
         add_lane "$lane"
     done
     lane_pids=()

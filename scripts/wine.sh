@@ -4,8 +4,9 @@
 # no server may inherit) and calls stop_wine when it ends.
 : "${build:?}" "${lock_fd?}"
 
-# There are two prefixes, both 64-bit Windows, which runs 32-bit programs too, under
-# a US English user: "point", and "comma" with a user who writes 1.234,5.
+# There are three prefixes, all 64-bit Windows, which runs 32-bit programs too, under
+# a US English user: "point"; "comma" with a user who writes 1.234,5; and "screen", a
+# second "point" for the tests of the programs, which take longest.
 
 xvfb_pids=()
 displays=()
@@ -32,11 +33,11 @@ use_core() {
     taskset -cp "$core" "$BASHPID" >/dev/null 2>&1 || true
 }
 
-# use_lane 0|1: binds this process to a core and a display. Two lanes of tests on one
-# display would take the focus from each other.
+# use_lane NUMBER: binds this process to a core, and to the lane's display if it has one. Two
+# lanes of tests on one display would take the focus from each other.
 use_lane() {
-    use_core "$1"
-    export DISPLAY=${displays[$1]}
+    use_core $(($1 % 2))
+    export DISPLAY=${displays[$1]:-$DISPLAY}
 }
 
 # The locale is fixed because Wine derives the Windows user's number format
@@ -97,7 +98,7 @@ stop_server() {
 }
 
 # What a prefix is made from; a prefix with another stamp is made again.
-prefix_recipe() { printf '%s, %s, recipe 4\n' "$(wine --version)" "$1"; }
+prefix_recipe() { printf '%s, %s, recipe 5\n' "$(wine --version)" "$1"; }
 
 # The font of the symbols on the frames' buttons. Debian's Wine looks for its own
 # fonts in another folder than Debian's package puts them into.
@@ -106,27 +107,52 @@ take_symbols() {
     [[ ! -f $font ]] || cp "$font" "$1/drive_c/windows/Fonts/"
 }
 
-# Makes one prefix: no crash dialog that waits for a click, and the number
-# format. The server is ended last because that writes the registry out.
+# True when a prefix is there as it is made now.
+has_prefix() { [[ $(cat "$(prefix_folder "$1")/tam-stamp" 2>/dev/null) == "$(prefix_recipe "$1")" ]]; }
+
+# A prefix with no crash dialog that waits for a click.
+make_first_prefix() {
+    wine wineboot -i &&
+        take_symbols "$WINEPREFIX" &&
+        wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
+        # Without a window manager Wine waits two seconds for one at each box.
+        wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&
+        run_first_scripts
+}
+
+# The first script of each kind makes Wine register what its script host needs, which tests that
+# compare registries would take for theirs.
+run_first_scripts() {
+    local script=$WINEPREFIX/drive_c/first.vbs
+    echo 'WScript.Quit 0' >"$script" &&
+        wine 'C:\windows\syswow64\cscript.exe' //nologo 'C:\first.vbs' &&
+        "$(wine64_loader)" 'C:\windows\system32\cscript.exe' //nologo 'C:\first.vbs' &&
+        rm "$script"
+}
+
+# make_prefix NAME [FROM]
+# Makes one prefix, with its number format. A copy of one that was made just now takes less.
+# The server is ended last because that writes the registry out.
 make_prefix() {
-    local name=$1 folder
+    local name=$1 from=${2:-} folder
     folder=$(prefix_folder "$name")
     rm -rf "$folder"
     mkdir -p "$folder"
     export WINEPREFIX=$folder
     local status=0
     {
-        wine wineboot -i &&
-            take_symbols "$folder" &&
-            wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f &&
-            # Without a window manager Wine waits two seconds for one at each box.
-            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f &&
+        if [[ -n $from ]]; then
+            cp -a "$(prefix_folder "$from")/." "$folder/"
+        else
+            make_first_prefix
+        fi &&
             if [[ $name == comma ]]; then
                 wine reg add 'HKCU\Control Panel\International' /v sDecimal /d , /f &&
                     wine reg add 'HKCU\Control Panel\International' /v sThousand /d . /f
             fi
     } </dev/null >"$build/logs/prefix-$name.log" 2>&1 {lock_fd}>&- || status=$?
     wineserver -k >/dev/null 2>&1 || true
+    wineserver -w >/dev/null 2>&1 || true
     if [[ $status -ne 0 ]]; then
         cat "$build/logs/prefix-$name.log" >&2
         return 1
@@ -134,22 +160,18 @@ make_prefix() {
     prefix_recipe "$name" >"$folder/tam-stamp"
 }
 
-# Makes the prefixes that are missing, side by side, and starts a server in each.
+# Makes the prefixes that are missing, and starts a server in each. Behind "point", what is
+# missing with it is made from it.
 start_wine() {
-    local name makers=() maker failed=false
+    local name made=
     for name in "$@"; do
-        if [[ $(cat "$(prefix_folder "$name")/tam-stamp" 2>/dev/null) != "$(prefix_recipe "$name")" ]]; then
-            note "Making the Wine prefix \"$name\""
-            # Counted as started, so that an interrupted make leaves no server.
-            started_prefixes+=("$name")
-            make_prefix "$name" &
-            makers+=($!)
-        fi
+        has_prefix "$name" && continue
+        note "Making the Wine prefix \"$name\""
+        # Counted as started, so that an interrupted make leaves no server.
+        started_prefixes+=("$name")
+        make_prefix "$name" "$made" || die "Wine could not make its prefix."
+        [[ $name != point ]] || made=point
     done
-    for maker in "${makers[@]}"; do
-        wait "$maker" || failed=true
-    done
-    $failed && die "Wine could not make its prefix."
     for name in "$@"; do
         start_server "$name"
     done

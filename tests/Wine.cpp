@@ -21,4 +21,8 @@ int WineVersion() {
     return version;
 }
 
+unsigned long WithoutConsole() {
+    return GetConsoleCP() == 0 ? DETACHED_PROCESS : 0;
+}
+
 } // namespace tests

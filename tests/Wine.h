@@ -9,4 +9,9 @@ bool IsWine();
 /// differently.
 int WineVersion();
 
+/// The flags with which a test starts a program whose output it reads from files: without a
+/// console where the test has none. Wine would make one for each such program, in a process
+/// that costs more than most of them.
+unsigned long WithoutConsole();
+
 } // namespace tests

@@ -2,6 +2,7 @@
 
 #include "tests/bench/Schema.h"
 #include "tests/Places.h"
+#include "tests/Wine.h"
 
 #include <gtest/gtest.h>
 
@@ -99,8 +100,8 @@ Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>&
     start.hStdOutput = OpenOutput(output, outFile);
     start.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
     PROCESS_INFORMATION process{};
-    const BOOL started =
-        CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process);
+    const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, tests::WithoutConsole(),
+                                        nullptr, nullptr, &start, &process);
     EXPECT_TRUE(started) << Narrow(line) << " does not start, error " << GetLastError();
     Outcome run;
     if (started != FALSE) {

@@ -1,4 +1,5 @@
 #include "tests/Places.h"
+#include "tests/Wine.h"
 
 #include <windows.h>
 
@@ -56,8 +57,8 @@ Ended RunChild(const std::wstring& member) {
     PROCESS_INFORMATION process{};
     std::wstring command =
         L"\"" + (tests::ProgramFolder() / L"end_before_init.exe").native() + L"\" " + member;
-    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
-                               &process));
+    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, tests::WithoutConsole(), nullptr,
+                               nullptr, &start, &process));
     CloseHandle(write);
     Ended ended;
     ended.lines = Lines(ReadAll(read));

@@ -1,6 +1,7 @@
 #include "tests/package/Dll.h"
 
 #include "tests/Places.h"
+#include "tests/Wine.h"
 
 namespace package {
 
@@ -63,8 +64,8 @@ DWORD Regsvr32(const std::wstring& options, const std::wstring& path) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                       &process) == FALSE) {
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, tests::WithoutConsole(), nullptr,
+                       nullptr, &startup, &process) == FALSE) {
         ADD_FAILURE() << "regsvr32 does not start, error " << GetLastError();
         return ~0UL;
     }

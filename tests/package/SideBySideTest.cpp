@@ -3,6 +3,7 @@
 
 #include "tests/package/Dll.h"
 #include "tests/Places.h"
+#include "tests/Wine.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -39,8 +40,8 @@ DWORD RunProgram(const std::wstring& program, const std::wstring& arguments) {
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                       &startup, &process) == FALSE) {
+    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, tests::WithoutConsole(),
+                       nullptr, nullptr, &startup, &process) == FALSE) {
         ADD_FAILURE() << "the program does not start, error " << GetLastError();
         return ~0UL;
     }
