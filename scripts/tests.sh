@@ -105,7 +105,7 @@ built_marks=$build/results/built
 build_part() {
     local part=$1 kind=$2
     shift 2
-    nice -n 10 ninja -C "$build/$kind" "${ninja_options[@]}" "$@" </dev/null {lock_fd}>&- &
+    ninja -C "$build/$kind" "${ninja_options[@]}" "$@" </dev/null {lock_fd}>&- &
     child_pid=$!
     wait "$child_pid" || die "The $kind build failed; the reason stands above."
     child_pid=
