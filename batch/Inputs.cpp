@@ -106,6 +106,10 @@ bool IsMany(const std::vector<fs::path>& given) {
 
 std::vector<fs::path> OutputsIn(const fs::path& folder, const std::vector<Input>& inputs,
                                 std::string_view ending) {
+    std::error_code unknown; // what cannot be asked shows when it is written
+    if (fs::exists(folder, unknown) && !fs::is_directory(folder, unknown)) {
+        throw std::invalid_argument(NameOf(folder) + " is no folder; the results cannot be written there");
+    }
     std::map<std::string, fs::path> sources;
     std::set<std::string> read;
     for (const Input& input : inputs) {

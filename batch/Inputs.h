@@ -27,7 +27,8 @@ bool IsMany(const std::vector<std::filesystem::path>& given);
 
 /// The file below a folder that each input's result belongs in: its place below the folder
 /// that was given, with another ending (".html"). Throws std::invalid_argument, with a text
-/// for the user, when two inputs have one result, or a result would replace an input.
+/// for the user, when two inputs have one result, a result would replace an input, or a file
+/// stands where the folder should.
 std::vector<std::filesystem::path> OutputsIn(const std::filesystem::path& folder,
                                              const std::vector<Input>& inputs, std::string_view ending);
 

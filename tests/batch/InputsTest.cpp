@@ -126,6 +126,14 @@ TEST_F(InputsTest, TwoInputsWithOneResultAreRefused) {
     EXPECT_EQ("none", Refusal("out", FindInputs({Folder()}), ".html"));
 }
 
+TEST_F(InputsTest, AFileIsNoFolderForResults) {
+    const fs::path input = File("one/a.xml");
+    const fs::path file = File("results.txt");
+    EXPECT_EQ(NameOf(file) + " is no folder; the results cannot be written there",
+              Refusal(file, FindInputs({input}), ".html"));
+    EXPECT_EQ("none", Refusal(Folder() / "new", FindInputs({input}), ".html"));
+}
+
 TEST_F(InputsTest, AnInputIsNotWrittenOver) {
     const fs::path file = File("a.xml");
     EXPECT_EQ(NameOf(file) + " is read and would be written over; choose another folder",
