@@ -14,42 +14,64 @@ namespace viewtest {
 
 using benchtest::Narrow;
 
+namespace {
+
+/// Reads the texts of a list of another process, all of them through the same memory there.
+class ListReader {
+  public:
+    ListReader(HANDLE process, HWND list)
+        : list_(list), memory_(process, sizeof(LVITEMW) + kRoom * sizeof(wchar_t)) {}
+
+    std::wstring Text(int place, int column) const {
+        LVITEMW item{};
+        item.iSubItem = column;
+        item.pszText = reinterpret_cast<wchar_t*>(memory_.At(sizeof item));
+        item.cchTextMax = kRoom;
+        memory_.Write(&item, sizeof item);
+        const LRESULT length = SendMessageW(list_, LVM_GETITEMTEXTW, static_cast<WPARAM>(place),
+                                            reinterpret_cast<LPARAM>(memory_.At()));
+        std::wstring text(static_cast<std::size_t>(std::clamp<LRESULT>(length, 0, kRoom - 1)), L'\0');
+        memory_.Read(text.data(), text.size() * sizeof(wchar_t), sizeof item);
+        return text;
+    }
+
+  private:
+    static constexpr int kRoom = 512;
+
+    HWND list_;
+    RemoteMemory memory_;
+};
+
+} // namespace
+
 int Viewer::Count(int list) const noexcept {
     return static_cast<int>(SendMessageW(Part(list), LVM_GETITEMCOUNT, 0, 0));
 }
 
 std::wstring Viewer::Cell(int list, int place, int column) const {
-    constexpr int kRoom = 512;
-    const RemoteMemory memory(process_, sizeof(LVITEMW) + kRoom * sizeof(wchar_t));
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = reinterpret_cast<wchar_t*>(memory.At(sizeof item));
-    item.cchTextMax = kRoom;
-    memory.Write(&item, sizeof item);
-    const LRESULT length = SendMessageW(Part(list), LVM_GETITEMTEXTW, static_cast<WPARAM>(place),
-                                        reinterpret_cast<LPARAM>(memory.At()));
-    std::wstring text(static_cast<std::size_t>(std::clamp<LRESULT>(length, 0, kRoom - 1)), L'\0');
-    memory.Read(text.data(), text.size() * sizeof(wchar_t), sizeof item);
-    return text;
+    return ListReader(process_, Part(list)).Text(place, column);
 }
 
 Texts Viewer::Cells(int list, int column) const {
+    const ListReader reader(process_, Part(list));
     Texts cells;
     const int count = Count(list);
     for (int place = 0; place < count; ++place) {
-        cells.push_back(Cell(list, place, column));
+        cells.push_back(reader.Text(place, column));
     }
     return cells;
 }
 
 int Viewer::PlaceOf(int list, const std::wstring& text, int column) const {
-    const Texts cells = Cells(list, column);
-    const auto found = std::find(cells.begin(), cells.end(), text);
-    if (found == cells.end()) {
-        ADD_FAILURE() << "no row " << Narrow(text) << " in list " << list;
-        return -1;
+    const ListReader reader(process_, Part(list));
+    const int count = Count(list);
+    for (int place = 0; place < count; ++place) {
+        if (reader.Text(place, column) == text) {
+            return place;
+        }
     }
-    return static_cast<int>(found - cells.begin());
+    ADD_FAILURE() << "no row " << Narrow(text) << " in list " << list;
+    return -1;
 }
 
 int Viewer::Picked(int list) const noexcept {
