@@ -118,6 +118,7 @@ TEST_F(DiskTest, WhoFiltersIsAskedInTheList) {
 }
 
 TEST_F(DiskTest, WhoDragsIsAskedAfterIt) {
+    viewer_.ToFront(); // a window that the system activates meanwhile loses the mouse
     PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
     viewer_.Settle();
     Rewrite("88");
