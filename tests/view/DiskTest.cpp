@@ -117,14 +117,40 @@ TEST_F(DiskTest, WhoFiltersIsAskedInTheList) {
     viewer_.NextBox().Press(IDNO);
 }
 
+/// The mouse's own button, held down on a window. A posted press would not last: the system
+/// tells a window of the pointer as it is, and a move without the button ends a drag.
+class HeldButton {
+  public:
+    explicit HeldButton(HWND window) {
+        POINT at = {2, 2};
+        ClientToScreen(window, &at);
+        SetCursorPos(at.x, at.y);
+        mouse_event(MOUSEEVENTF_LEFTDOWN, 0, 0, 0, 0);
+        isDown_ = Await("the drag", [window] {
+            GUITHREADINFO thread{};
+            thread.cbSize = sizeof thread;
+            GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &thread);
+            return thread.hwndCapture == window;
+        });
+    }
+    HeldButton(const HeldButton&) = delete;
+    HeldButton& operator=(const HeldButton&) = delete;
+    ~HeldButton() { mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0); }
+    bool IsDown() const noexcept { return isDown_; }
+
+  private:
+    bool isDown_ = false;
+};
+
 TEST_F(DiskTest, WhoDragsIsAskedAfterIt) {
-    viewer_.ToFront(); // a window that the system activates meanwhile loses the mouse
-    PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
-    viewer_.Settle();
-    Rewrite("88");
-    LookNow();
-    EXPECT_FALSE(viewer_.ShownBox());
-    PostMessageW(viewer_.Part(IDC_SHEET), WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
+    viewer_.ToFront();
+    {
+        const HeldButton button(viewer_.Part(IDC_SHEET));
+        ASSERT_TRUE(button.IsDown());
+        Rewrite("88");
+        LookNow();
+        EXPECT_FALSE(viewer_.ShownBox());
+    }
     viewer_.NextBox().Press(IDNO);
 }
 
