@@ -2,6 +2,8 @@
 
 #include "tests/bench/DeviceRun.h"
 
+#include <windows.h>
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -35,6 +37,19 @@ TEST(BoxStatusTest, StopBoxesAreAFailure) {
     EXPECT_EQ(1U, run.status);
     EXPECT_EQ("tambench: the component reported faults in 8 boxes (--tolerate-boxes passes over them)\n",
               run.err);
+}
+
+TEST(BoxStatusTest, IsTheSameWhereNobodyAttends) {
+    const Outcome attended = RunBench({L"inspect", L"oddities"});
+    EXPECT_EQ(1U, attended.status);
+    for (const wchar_t* const value : {L"1", L"unattended.txt"}) {
+        SetEnvironmentVariableW(L"O_TAM_ID_UNATTENDED", value);
+        const Outcome run = RunBench({L"inspect", L"oddities"});
+        SetEnvironmentVariableW(L"O_TAM_ID_UNATTENDED", nullptr);
+        EXPECT_EQ(attended.status, run.status);
+        EXPECT_EQ(attended.out, run.out);
+        EXPECT_EQ(attended.err, run.err);
+    }
 }
 
 TEST(BoxStatusTest, AnErrorReportIsAFailure) {

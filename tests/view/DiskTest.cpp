@@ -122,6 +122,7 @@ TEST_F(DiskTest, WhoFiltersIsAskedInTheList) {
 class HeldButton {
   public:
     explicit HeldButton(HWND window) {
+        GetCursorPos(&before_);
         POINT at = {2, 2};
         ClientToScreen(window, &at);
         SetCursorPos(at.x, at.y);
@@ -135,10 +136,14 @@ class HeldButton {
     }
     HeldButton(const HeldButton&) = delete;
     HeldButton& operator=(const HeldButton&) = delete;
-    ~HeldButton() { mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0); }
+    ~HeldButton() {
+        mouse_event(MOUSEEVENTF_LEFTUP, 0, 0, 0, 0);
+        SetCursorPos(before_.x, before_.y);
+    }
     bool IsDown() const noexcept { return isDown_; }
 
   private:
+    POINT before_{};
     bool isDown_ = false;
 };
 
