@@ -8,9 +8,11 @@
 #include "com/Boundary.h"
 #include "com/Dll.h"
 #include "com/Registry.h"
+#include "com/RegistryLibraries.h"
 #include "com/RegistryOwners.h"
 #include "com/RegistryView.h"
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <utility>
@@ -25,6 +27,9 @@ constexpr const wchar_t* kAutomationProxy = L"{00020424-0000-0000-C000-000000000
 
 enum class Action { Register, Unregister };
 
+/// What becomes of the keys of a library and its interfaces.
+enum class Use { Write, Remove };
+
 struct Entry {
     std::wstring path;
     RegistryTree::Value value;
@@ -32,7 +37,8 @@ struct Entry {
 
 /// What a registration consists of: whole keys of ours and the values in them,
 /// as they are written; or, of a removal, the keys that go and the values that
-/// stay in them, which are those of the same DLL for the other kind of process.
+/// are in them afterwards: those of the same DLL for the other kind of process,
+/// and those of the DLL that a shared library goes to.
 struct Plan {
     Action action;
     std::set<std::wstring> keys;
@@ -112,7 +118,7 @@ struct Claims {
 /// The host's own interfaces are in the shared library too: where the machine has the
 /// host, its library or its proxy stays with them.
 void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, const std::wstring& library,
-                   const Claims& claims) {
+                   Use use, const Claims& claims) {
     const bool dual = (attributes.wTypeFlags & TYPEFLAG_FDUAL) != 0;
     const bool automation = (attributes.wTypeFlags & TYPEFLAG_FOLEAUTOMATION) != 0;
     const bool isInterface = attributes.typekind == TKIND_INTERFACE || attributes.typekind == TKIND_DISPATCH;
@@ -127,7 +133,7 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     }
     const std::wstring key = L"Interface\\" + iid;
     plan.Key(key);
-    if (plan.action == Action::Unregister) {
+    if (use == Use::Remove) {
         return;
     }
     plan.Value(key, std::wstring(name.View()));
@@ -136,94 +142,84 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     plan.Value(key + L"\\TypeLib", L"1.0", L"Version");
 }
 
-std::wstring IdOf(ITypeLib& library) {
-    TLIBATTR* attributes = nullptr;
-    Check(library.GetLibAttr(&attributes));
-    std::wstring id = TextOfGuid(attributes->guid);
-    library.ReleaseTLibAttr(attributes);
-    return id;
-}
-
-/// A type library of the DLL's resources and where it lies.
-struct Library {
-    Ref<ITypeLib> library;
-    std::wstring key;
-    std::wstring path;
-};
-
-Library LoadLibraryResource(const std::wstring& file, int resource) {
-    Library result;
-    Check(LoadTypeLibEx((file + L"\\" + std::to_wstring(resource)).c_str(), REGKIND_NONE,
-                        result.library.Put()));
-    result.key = L"TypeLib\\" + IdOf(*result.library.Get());
-    result.path = resource == 1 ? file : file + L"\\" + std::to_wstring(resource);
-    return result;
-}
-
-bool Has(const Library& library, REFGUID guid) {
-    Ref<ITypeInfo> info;
-    return SUCCEEDED(library.library->GetTypeInfoOfGuid(guid, info.Put()));
-}
-
-/// Where a library is registered for a kind of system.
-std::wstring KindKey(const Library& library, const wchar_t* kind) {
-    return library.key + L"\\1.0\\0\\" + kind;
-}
-
-/// True when another file that exists has the library registered. The host
-/// interfaces lie in several DLLs of a machine: whoever registered them keeps
-/// them, and nobody else takes them away.
-bool BelongsToAnother(const Library& library, const RegistryOwners& owners) {
-    const std::wstring file = LibraryFile(owners.Text(KindKey(library, kThisKind)));
-    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
-}
-
 /// The library's own keys. A library is registered once for both kinds of
 /// process: what the other kind has of it stays.
-void PlanLibraryKeys(Plan& plan, const Library& library, const std::wstring& help,
-                     const RegistryOwners& owners) {
-    plan.Key(library.key);
-    const std::wstring other = owners.Text(KindKey(library, kOtherKind));
-    const std::wstring otherFile = LibraryFile(other);
-    const bool otherStays = !other.empty() && FileExists(PathOfOtherKind(otherFile));
-    const bool isWritten = plan.action == Action::Register;
+void PlanLibraryKeys(Plan& plan, const DllLibrary& library, Use use, const RegistryOwners& owners) {
+    plan.Key(library.Key());
+    const std::wstring other = owners.Text(library.KindKey(kOtherKind));
+    const DllLibrary otherLibrary{{}, library.id, LibraryFile(other), other};
+    const bool otherStays = !other.empty() && FileExists(PathOfOtherKind(otherLibrary.file));
+    const bool isWritten = use == Use::Write;
     if (!isWritten && !otherStays) {
         return;
     }
-    plan.Value(library.key + L"\\1.0", help);
+    Bstr help;
+    Check(library.library->GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
+    const std::wstring version = library.Key() + L"\\1.0";
+    plan.Value(version, std::wstring(help.View()));
     if (isWritten) {
-        plan.Value(KindKey(library, kThisKind), library.path);
+        plan.Value(library.KindKey(kThisKind), library.path);
     }
     if (otherStays) {
-        plan.Value(KindKey(library, kOtherKind), other);
+        plan.Value(library.KindKey(kOtherKind), other);
     }
-    plan.Value(library.key + L"\\1.0\\FLAGS", L"0");
-    plan.Value(library.key + L"\\1.0\\HELPDIR",
-               isWritten ? ThisDll().Folder() : otherFile.substr(0, otherFile.find_last_of(L'\\') + 1));
+    plan.Value(version + L"\\FLAGS", L"0");
+    plan.Value(version + L"\\HELPDIR", isWritten ? library.Folder() : otherLibrary.Folder());
 }
 
-/// The library's own keys and those of its interfaces. What `owner` has too is
-/// the owner's: the first library repeats the host interfaces in its class list.
-void PlanLibrary(Plan& plan, const Library& library, const Library* owner, const Claims& claims) {
+/// What `owner` has too is the owner's: the first library repeats the host interfaces in
+/// its class list.
+void PlanInterfaces(Plan& plan, const DllLibrary& library, const DllLibrary* owner, Use use,
+                    const Claims& claims) {
     ITypeLib& types = *library.library.Get();
-    Bstr help;
-    Check(types.GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
-    PlanLibraryKeys(plan, library, std::wstring(help.View()), claims.libraryOwners);
-    const std::wstring id = IdOf(types);
     for (UINT i = 0; i < types.GetTypeInfoCount(); ++i) {
         Ref<ITypeInfo> info;
         TYPEATTR* type = nullptr;
         Check(types.GetTypeInfo(i, info.Put()));
         Check(info->GetTypeAttr(&type));
         const auto failure = Attempt([&] {
-            if (owner == nullptr || !Has(*owner, type->guid)) {
-                PlanInterface(plan, *info.Get(), *type, id, claims);
+            if (owner == nullptr || !owner->Has(type->guid)) {
+                PlanInterface(plan, *info.Get(), *type, library.id, use, claims);
             }
         });
         info->ReleaseTypeAttr(type);
         if (failure) {
             Check(failure->code);
         }
+    }
+}
+
+/// The library's own keys and those of its interfaces.
+void PlanLibrary(Plan& plan, const DllLibrary& library, const DllLibrary* owner, Use use,
+                 const Claims& claims) {
+    PlanLibraryKeys(plan, library, use, claims.libraryOwners);
+    PlanInterfaces(plan, library, owner, use, claims);
+}
+
+/// The library that no other DLL has. Another copy of this one gives way.
+void PlanOwnLibrary(Plan& plan, const DllLibrary& library, const DllLibrary* shared, const Claims& claims) {
+    if (plan.action == Action::Register) {
+        PlanLibrary(plan, library, shared, Use::Write, claims);
+    } else if (!BelongsToAnother(library, claims.libraryOwners)) {
+        PlanLibrary(plan, library, shared, Use::Remove, claims);
+    }
+}
+
+/// A library that several DLLs of a machine carry. The one that was registered last has
+/// it, and leaves it to another that is still registered: each may be removed, or go
+/// with its folder. Another maker's file keeps it.
+void PlanSharedLibrary(Plan& plan, const DllLibrary& library, int resource, const LibrarySharers& sharers,
+                       const Claims& claims) {
+    const RegistryOwners& owners = claims.libraryOwners;
+    const bool isAnothers = BelongsToAnother(library, owners);
+    if (plan.action == Action::Register) {
+        if (!isAnothers || sharers.Have(library, owners)) {
+            PlanLibrary(plan, library, nullptr, Use::Write, claims);
+        }
+    } else if (!isAnothers) {
+        const auto heir = sharers.Heir(library, resource, owners);
+        PlanInterfaces(plan, library, nullptr, Use::Remove, claims);
+        PlanLibrary(plan, heir ? *heir : library, nullptr, heir ? Use::Write : Use::Remove, claims);
     }
 }
 
@@ -235,19 +231,19 @@ Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
     const bool seesMachine = action == Action::Register && root == HKEY_CURRENT_USER;
     using Sees = RegistryOwners::Sees;
     Claims claims{{root, seesMachine ? Sees::Machine : Sees::Root}, {root, Sees::Root}, {}};
-    std::vector<Library> libraries;
+    std::vector<DllLibrary> libraries;
     for (int resource = 1; resource <= server.libraries; ++resource) {
-        libraries.push_back(LoadLibraryResource(file, resource));
-        claims.libraries.push_back(IdOf(*libraries.back().library.Get()));
+        libraries.push_back(LoadDllLibrary(file, resource));
+        claims.libraries.push_back(libraries.back().id);
     }
     for (const ClassEntry& entry : server.classes) {
         PlanClass(plan, entry, file, claims.libraries.front(), claims.owners);
     }
-    for (const Library& library : libraries) {
-        const bool isOwn = &library == &libraries.front();
-        if ((isOwn && action == Action::Register) || !BelongsToAnother(library, claims.libraryOwners)) {
-            PlanLibrary(plan, library, isOwn && libraries.size() > 1 ? &libraries.back() : nullptr, claims);
-        }
+    PlanOwnLibrary(plan, libraries.front(), libraries.size() > 1 ? &libraries.back() : nullptr, claims);
+    const std::wstring sharerIds[] = {libraries.front().id, TextOfGuid(server.sibling)};
+    const LibrarySharers sharers(sharerIds);
+    for (std::size_t index = 1; index < libraries.size(); ++index) {
+        PlanSharedLibrary(plan, libraries[index], static_cast<int>(index) + 1, sharers, claims);
     }
     return plan;
 }

@@ -27,21 +27,24 @@ struct ClassEntry {
 /// What a DLL of this family offers and registers.
 struct ServerInfo {
     std::span<const ClassEntry> classes;
-    /// Type libraries in the DLL's resources: numbers 1 to this.
+    /// Type libraries in the DLL's resources: numbers 1 to this. The first is this DLL's
+    /// own; the others lie in another DLL of the family too.
     int libraries;
+    /// The first library of that other DLL.
+    GUID sibling;
 };
 
 enum class Scope { Machine, User };
 
 /// Registers classes and type libraries with their interfaces. All or nothing:
-/// on a failure every key that it touches is as it was before the call. The
-/// host interfaces, a shared ProgID and a shared class that another existing file has
-/// registered stay that file's. Another copy of this DLL gives way.
-/// Throws CallError.
+/// on a failure every key that it touches is as it was before the call. A shared
+/// library, ProgID and class that another maker's existing file has registered stay
+/// that file's. Another DLL of this family gives way. Throws CallError.
 void Register(const ServerInfo& server, Scope scope);
 
 /// Removes all that Register writes, and nothing that is another file's or
-/// another class's. What is not there is no error. All or nothing, like registering.
+/// another class's. A shared library goes to the other DLL where that is registered.
+/// What is not there is no error. All or nothing, like registering.
 void Unregister(const ServerInfo& server, Scope scope);
 
 } // namespace com

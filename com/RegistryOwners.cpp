@@ -6,6 +6,7 @@
 
 #include "com/Dll.h"
 #include "com/Registry.h"
+#include "com/RegistryLibraries.h"
 #include "com/RegistryView.h"
 
 #include <algorithm>
@@ -106,15 +107,6 @@ bool SameFile(const std::wstring& left, const std::wstring& right) {
     }
     const auto identity = IdentityOf(left);
     return identity && identity == IdentityOf(right);
-}
-
-std::wstring LibraryFile(std::wstring path) {
-    if (const auto number = path.find_last_of(L'\\');
-        number != std::wstring::npos &&
-        path.find_first_not_of(L"0123456789", number + 1) == std::wstring::npos) {
-        path.resize(number);
-    }
-    return path;
 }
 
 std::wstring RegistryOwners::Text(const std::wstring& path, REGSAM view) const {

@@ -20,8 +20,6 @@ bool FileExists(const std::wstring& path);
 /// One file may have several paths: a short one, one through a share or a drive that
 /// stands for a folder. Of what does not exist, the paths are compared.
 bool SameFile(const std::wstring& left, const std::wstring& right);
-/// The file of a registered type library: "file.dll\2" is the second one in it.
-std::wstring LibraryFile(std::wstring path);
 
 /// Who has a class, a name, an interface or a type library in the registry. An owner
 /// counts while its file exists.

@@ -16,6 +16,10 @@ HRESULT Create(REFIID iid, void** out) {
 
 constexpr int kTypeLibraries = 2;
 
+/// OrvHost carries the library of the host interfaces too.
+constexpr GUID kHostServicesLibrary{
+    0x03814B01, 0xE40D, 0x4C62, {0xB8, 0x43, 0x07, 0x33, 0xB9, 0xAF, 0xEB, 0xC8}};
+
 } // namespace
 
 const com::ServerInfo& ThisServer() noexcept {
@@ -25,7 +29,7 @@ const com::ServerInfo& ThisServer() noexcept {
         {&__uuidof(::TamObjectManager), L"O_Tam_id.TamObjectManager", com::ProgIdRule::Own,
          L"Manager of channel objects", &Create<TamObjectManager>},
     }};
-    static const com::ServerInfo server{classes, kTypeLibraries};
+    static const com::ServerInfo server{classes, kTypeLibraries, kHostServicesLibrary};
     return server;
 }
 

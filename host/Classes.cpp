@@ -16,6 +16,10 @@ namespace {
 /// Resources 1 and 2: the host services and the interfaces that they share.
 constexpr int kLibraries = 2;
 
+/// O_Tam_id carries the second one too.
+constexpr GUID kComponentLibrary{
+    0xD912E3A3, 0xF582, 0x410E, {0x89, 0xB0, 0x8D, 0xEF, 0xF4, 0x42, 0x5A, 0xFA}};
+
 template <class T>
 HRESULT Create(REFIID iid, void** out) {
     return T::Make()->QueryInterface(iid, out);
@@ -41,7 +45,7 @@ const com::ClassEntry kClasses[] = {
 } // namespace
 
 com::ServerInfo Server() noexcept {
-    return {kClasses, kLibraries};
+    return {kClasses, kLibraries, kComponentLibrary};
 }
 
 } // namespace orv

@@ -81,6 +81,10 @@ DWORD Regsvr32(const std::wstring& options, const std::wstring& path) {
     return status;
 }
 
+Copy::Copy(const Dll& original) : file_(original.Facts().file) {
+    EXPECT_NE(FALSE, CopyFileW(original.Path().c_str(), Path().c_str(), TRUE));
+}
+
 SmallMachine::SmallMachine() {
     EXPECT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_CURRENT_USER, kSmallMachine, 0, nullptr, 0, KEY_ALL_ACCESS,
                                              nullptr, &key_, nullptr));

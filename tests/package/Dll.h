@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/package/Expected.h"
+#include "tests/Places.h"
 
 #include <windows.h>
 
@@ -41,6 +42,23 @@ class Dll {
     const DllFacts& facts_;
     std::wstring path_;
     HMODULE module_;
+};
+
+/// A copy of a DLL's file in a folder of its own, which goes with it.
+class Copy {
+  public:
+    explicit Copy(const Dll& original);
+    ~Copy() { EXPECT_NE(FALSE, DeleteFileW(Path().c_str())) << "it is still loaded"; }
+    Copy(const Copy&) = delete;
+    Copy& operator=(const Copy&) = delete;
+
+    /// With a closing backslash.
+    std::wstring Folder() const { return (folder_.Path() / L"").native(); }
+    std::wstring Path() const { return Folder() + file_; }
+
+  private:
+    const wchar_t* file_;
+    tests::OwnFolder folder_;
 };
 
 /// Runs regsvr32 over a DLL; its exit status. A minute is allowed.

@@ -39,7 +39,7 @@ const DllFacts& HostServices();
 
 /// All keys and values of a registration of a DLL that lies at this path, as a
 /// snapshot has them, with the keys above them; with or without the host
-/// interfaces, which the first of several DLLs registers.
+/// interfaces, which one of several registered DLLs has.
 Lines Registration(const DllFacts& dll, Scope scope, const std::wstring& path, bool withFaces);
 
 } // namespace package

@@ -3,7 +3,6 @@
 
 #include "com/RegistryView.h"
 #include "tests/package/Dll.h"
-#include "tests/Places.h"
 
 #include <optional>
 #include <ostream>
@@ -197,24 +196,6 @@ TEST_F(RegistrationOthersMachineTest, LeavesANameToTheMachinesOtherMaker) {
     EXPECT_EQ(S_OK, hostServices.Unregister(Scope::User));
 }
 
-/// A copy of a DLL in a folder of its own.
-class Copy {
-  public:
-    explicit Copy(const Dll& original) : original_(original) {
-        EXPECT_NE(FALSE, CopyFileW(original.Path().c_str(), Path().c_str(), TRUE));
-    }
-    ~Copy() { EXPECT_NE(FALSE, DeleteFileW(Path().c_str())) << "it is still loaded"; }
-    Copy(const Copy&) = delete;
-    Copy& operator=(const Copy&) = delete;
-
-    std::wstring Folder() const { return (folder_.Path() / L"").native(); }
-    std::wstring Path() const { return Folder() + original_.Facts().file; }
-
-  private:
-    const Dll& original_;
-    tests::OwnFolder folder_;
-};
-
 class RegistrationOthersCopyTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {};
 
 TEST_P(RegistrationOthersCopyTest, StaysRegisteredWhenTheOlderIsRemoved) {
@@ -224,8 +205,8 @@ TEST_P(RegistrationOthersCopyTest, StaysRegisteredWhenTheOlderIsRemoved) {
         ASSERT_EQ(S_OK, older->Register(GetParam()));
         ASSERT_EQ(S_OK, newer.Register(GetParam()));
         EXPECT_EQ(S_OK, older->Unregister(GetParam()));
-        const Lines own = Registration(newer.Facts(), GetParam(), newer.Path(), false);
-        EXPECT_EQ("", Difference(Added(before, own), Added(before, Snapshot())));
+        const Lines complete = Registration(newer.Facts(), GetParam(), newer.Path(), true);
+        EXPECT_EQ("", Difference(Added(before, complete), Added(before, Snapshot())));
         EXPECT_EQ(S_OK, newer.Unregister(GetParam()));
         EXPECT_EQ("", Difference(before, Snapshot()));
         EXPECT_EQ(S_OK, newer.CanUnloadNow());

@@ -5,7 +5,6 @@
 
 #include <ostream>
 #include <string>
-#include <utility>
 
 namespace package {
 
@@ -92,40 +91,8 @@ const auto kName = [](const auto& entry) { return std::string(entry.param.name);
 INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationTest, kCases, kName);
 INSTANTIATE_TEST_SUITE_P(Dlls, RegistrationRegsvr32Test, kCases, kName);
 
-/// Both DLLs, which carry the same library of host interfaces.
-class RegistrationTwoDllsTest : public RegistryTest {
-  protected:
-    /// The first registered the host interfaces and keeps them.
-    Lines BothOf(const Dll& first, const Dll& second) const {
-        Lines lines = Registration(first.Facts(), Scope::Machine, first.Path(), true);
-        lines.merge(Registration(second.Facts(), Scope::Machine, second.Path(), false));
-        return Added(before, lines);
-    }
-    void ExpectAdded(const Lines& lines) const {
-        EXPECT_EQ("", Difference(lines, Added(before, Snapshot(Scope::Machine))));
-    }
-};
-
-TEST_F(RegistrationTwoDllsTest, TheFirstKeepsTheHostInterfaces) {
-    for (const auto& [first, second] :
-         {std::pair(&component, &hostServices), std::pair(&hostServices, &component)}) {
-        ASSERT_EQ(S_OK, first->Register(Scope::Machine));
-        ASSERT_EQ(S_OK, second->Register(Scope::Machine));
-        ExpectAdded(BothOf(*first, *second));
-        EXPECT_EQ(S_OK, second->Unregister(Scope::Machine));
-        ExpectAdded(Added(before, Registration(first->Facts(), Scope::Machine, first->Path(), true)));
-        EXPECT_EQ(S_OK, first->Unregister(Scope::Machine));
-        ExpectAdded({});
-    }
-}
-
-TEST_F(RegistrationTwoDllsTest, GoInAnyOrder) {
-    ASSERT_EQ(S_OK, component.Register(Scope::Machine));
-    ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
-    EXPECT_EQ(S_OK, component.Unregister(Scope::Machine));
-    ExpectAdded(Added(before, Registration(HostServices(), Scope::Machine, hostServices.Path(), false)));
-    EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
-}
+/// Both DLLs and their names.
+using RegistrationTwoDllsTest = RegistryTest;
 
 /// A class of another maker, whose file exists or is gone.
 class OtherMaker {

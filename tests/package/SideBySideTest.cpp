@@ -146,6 +146,24 @@ TEST_F(SideBySideTest, EitherGoesWithoutHarmToTheOther) {
     }
 }
 
+TEST_F(SideBySideTest, OneDllGoesAndLeavesTheHostInterfacesToTheOtherOfItsKind) {
+    for (const int bits : kKinds) {
+        RegisterBoth(32);
+        RegisterBoth(64);
+        const Lines all = WholeRegistry().AsLines();
+        EXPECT_EQ(0U, Regsvr(bits, component, L"/u"));
+        const std::string key = "HKLM TypeLib\\{23539202-4C9D-4BB1-86C0-E65E8B10D209}\\1.0\\0\\win";
+        const Lines after = WholeRegistry().AsLines();
+        const std::wstring path = bits == 32 ? Other(hostServices.Path()) : hostServices.Path();
+        EXPECT_EQ("1 " + std::string(path.begin(), path.end()) + "\\2",
+                  after.at(key + std::to_string(bits) + " : "));
+        const std::string other = key + std::to_string(96 - bits) + " : ";
+        EXPECT_EQ(all.at(other), after.at(other));
+        UnregisterBoth(32);
+        UnregisterBoth(64);
+    }
+}
+
 } // namespace
 
 } // namespace package
