@@ -24,6 +24,7 @@ Json ServersJson(const std::vector<Server>& servers) {
         all.push_back({{"bits", server.bits},
                        {"for", Scope(server)},
                        {"file", Utf8(server.file)},
+                       {"fileExists", server.content != doctor::Content::Nothing},
                        {"fileBits", server.fileBits == 0 ? Json() : Json(server.fileBits)}});
     }
     return all;
@@ -49,17 +50,44 @@ Json LibrariesJson(const doctor::Machine& machine) {
     return libraries;
 }
 
-/// The file that a client comes to, where that is registered, and what is wrong with it.
-std::string Shown(const std::vector<Server>& servers, int bits) {
+/// The file that a client comes to and where that is registered.
+std::string FileText(const Server& server) {
+    return Scope(server) + ": " + Utf8(server.file);
+}
+
+/// With what is wrong with it.
+std::string ShownClass(const std::vector<Server>& servers, int bits) {
     const Server* const server = doctor::ServerFor(servers, bits);
     if (server == nullptr) {
         return "not registered";
     }
-    const std::string file = Scope(*server) + ": " + Utf8(server->file);
-    if (server->fileBits == 0) {
-        return file + "; the file is not there";
+    switch (server->content) {
+    case doctor::Content::Nothing:
+        return FileText(*server) + "; the file is not there";
+    case doctor::Content::Other:
+        return FileText(*server) + "; the file is no DLL of 32 or 64 bits";
+    default:
+        return FileText(*server) +
+               (server->fileBits == bits ? "" : "; a " + std::to_string(server->fileBits) + "-bit file");
     }
-    return server->fileBits == bits ? file : file + "; a " + std::to_string(server->fileBits) + "-bit file";
+}
+
+std::string ShownLibrary(const std::vector<Server>& files, int bits) {
+    const Server* const file = doctor::LibraryFor(files, bits);
+    if (file == nullptr) {
+        return "not registered";
+    }
+    const std::string place =
+        FileText(*file) +
+        (file->bits == bits ? "" : "; registered for " + std::to_string(file->bits) + "-bit clients");
+    switch (file->content) {
+    case doctor::Content::Nothing:
+        return place + "; the file is not there";
+    case doctor::Content::Other:
+        return place + "; the file holds no such type library";
+    default:
+        return place;
+    }
 }
 
 /// A paragraph below its mark.
@@ -74,10 +102,10 @@ void TellMachine(const doctor::Machine& machine, Answer& answer) {
     for (const int bits : machine.kinds) {
         Fields fields;
         for (const doctor::Class& entry : machine.classes) {
-            fields.Add(Utf8(entry.Title()), Shown(entry.servers, bits));
+            fields.Add(Utf8(entry.Title()), ShownClass(entry.servers, bits));
         }
         for (const doctor::Library& library : machine.libraries) {
-            fields.Add("Type library " + Utf8(library.name), Shown(library.files, bits));
+            fields.Add("Type library " + Utf8(library.name), ShownLibrary(library.files, bits));
         }
         answer.Heading("What a " + std::to_string(bits) + "-bit client finds");
         answer.Add(fields);

@@ -2,6 +2,7 @@
 
 #include "bench/Text.h"
 #include "com/Registry.h"
+#include "com/RegistryLibraries.h"
 #include "com/RegistryView.h"
 
 #include <windows.h>
@@ -10,6 +11,10 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <type_traits>
 
 namespace bench::doctor {
 
@@ -59,20 +64,8 @@ std::wstring Reached(std::wstring file, int bits) {
     return bits == kBits ? file : com::PathOfOtherKind(file);
 }
 
-/// Bits of the processes that load a DLL; 0 when there is none.
-int BitsOfFile(const std::wstring& path) {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    IMAGE_DOS_HEADER dos{};
-    struct {
-        DWORD signature;
-        IMAGE_FILE_HEADER header;
-    } nt{};
-    if (!file.read(reinterpret_cast<char*>(&dos), sizeof dos) || dos.e_magic != IMAGE_DOS_SIGNATURE ||
-        !file.seekg(dos.e_lfanew) || !file.read(reinterpret_cast<char*>(&nt), sizeof nt) ||
-        nt.signature != IMAGE_NT_SIGNATURE) {
-        return 0;
-    }
-    switch (nt.header.Machine) {
+int BitsOf(WORD machine) {
+    switch (machine) {
     case IMAGE_FILE_MACHINE_I386:
         return 32;
     case IMAGE_FILE_MACHINE_AMD64:
@@ -82,17 +75,90 @@ int BitsOfFile(const std::wstring& path) {
     }
 }
 
+/// The head of a program or DLL; nothing of another file.
+std::optional<IMAGE_FILE_HEADER> HeadOf(const std::wstring& path) {
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    IMAGE_DOS_HEADER dos{};
+    struct {
+        DWORD signature;
+        IMAGE_FILE_HEADER header;
+    } nt{};
+    if (!file.read(reinterpret_cast<char*>(&dos), sizeof dos) || dos.e_magic != IMAGE_DOS_SIGNATURE ||
+        !file.seekg(dos.e_lfanew) || !file.read(reinterpret_cast<char*>(&nt), sizeof nt) ||
+        nt.signature != IMAGE_NT_SIGNATURE) {
+        return std::nullopt;
+    }
+    return nt.header;
+}
+
+bool IsThere(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+struct ModuleCloser {
+    void operator()(HMODULE module) const noexcept { FreeLibrary(module); }
+};
+
+/// A type library is a file of its own, or a numbered resource. What is neither would be
+/// taken for a moniker by what loads libraries.
+bool HoldsALibrary(const std::wstring& path, int number) {
+    std::array<char, 4> mark{};
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    if (file.read(mark.data(), mark.size()) && std::string_view(mark.data(), mark.size()) == "MSFT") {
+        return true;
+    }
+    const std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleCloser> module(
+        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    return module != nullptr && FindResourceW(module.get(), MAKEINTRESOURCEW(number), L"TYPELIB") != nullptr;
+}
+
+/// True when the library of this identifier lies at a place: "file.dll\2" is the second
+/// one in a file.
+bool HoldsLibrary(const std::wstring& path, const std::wstring& mark, const std::wstring& id) {
+    com::Ref<ITypeLib> library;
+    TLIBATTR* attributes = nullptr;
+    if (!HoldsALibrary(path, mark.empty() ? 1 : _wtoi(mark.c_str() + 1)) ||
+        FAILED(LoadTypeLibEx((path + mark).c_str(), REGKIND_NONE, library.Put())) ||
+        FAILED(library->GetLibAttr(&attributes))) {
+        return false;
+    }
+    const std::wstring found = com::TextOfGuid(attributes->guid);
+    library->ReleaseTLibAttr(attributes);
+    return SameKey(found, id);
+}
+
+Content ContentOf(const std::wstring& path, bool isRight) {
+    if (!IsThere(path)) {
+        return Content::Nothing;
+    }
+    return isRight ? Content::Right : Content::Other;
+}
+
 void AddServer(std::vector<Server>& servers, int bits, HKEY root, const std::wstring& path, REGSAM view) {
     const std::wstring file = ReadAt(root, path, view);
     if (file.empty()) {
         return;
     }
-    // "file.dll\2" is the second library in a file.
-    const auto mark = file.find_last_of(L'\\');
-    const bool isNumbered =
-        mark != std::wstring::npos && file.find_first_not_of(L"0123456789", mark + 1) == std::wstring::npos;
-    const std::wstring reached = Reached(isNumbered ? file.substr(0, mark) : file, bits);
-    servers.push_back({bits, root == HKEY_CURRENT_USER, file, BitsOfFile(reached)});
+    const std::wstring reached = Reached(file, bits);
+    const auto head = HeadOf(reached);
+    const int fileBits = head ? BitsOf(head->Machine) : 0;
+    const bool isDll = fileBits != 0 && (head->Characteristics & IMAGE_FILE_DLL) != 0;
+    servers.push_back({bits, root == HKEY_CURRENT_USER, file, ContentOf(reached, isDll), fileBits});
+}
+
+void AddLibrary(Library& library, int bits, HKEY root) {
+    const std::wstring place =
+        ReadAt(root, L"TypeLib\\" + library.id + L"\\1.0\\0\\win" + std::to_wstring(bits), 0);
+    if (place.empty()) {
+        return;
+    }
+    const std::wstring file = com::LibraryFile(place);
+    const std::wstring reached = Reached(file, bits);
+    const bool isRight = HoldsLibrary(reached, place.substr(file.size()), library.id);
+    const auto head = HeadOf(reached);
+    library.files.push_back({bits, root == HKEY_CURRENT_USER, place, ContentOf(reached, isRight),
+                             head ? BitsOf(head->Machine) : 0});
 }
 
 template <class Kinds>
@@ -120,8 +186,7 @@ Library ExamineLibrary(const KnownLibrary& known, const Kinds& kinds) {
     Library library{known.name, known.id, {}};
     for (const int bits : kinds) {
         for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            AddServer(library.files, bits, root,
-                      L"TypeLib\\" + library.id + L"\\1.0\\0\\win" + std::to_wstring(bits), 0);
+            AddLibrary(library, bits, root);
         }
     }
     return library;
@@ -148,6 +213,11 @@ const Server* ServerFor(const std::vector<Server>& servers, int bits) {
         }
     }
     return nullptr;
+}
+
+const Server* LibraryFor(const std::vector<Server>& files, int bits) {
+    const Server* const file = ServerFor(files, bits);
+    return file == nullptr && bits == 64 ? ServerFor(files, 32) : file;
 }
 
 } // namespace bench::doctor

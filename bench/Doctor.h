@@ -5,13 +5,22 @@
 
 namespace bench::doctor {
 
-/// A class as one place of the registry has it: for clients of so many bits, for
-/// the machine or for the user.
+/// What lies where the registry says.
+enum class Content {
+    Nothing,
+    /// A DLL, or of a type library whatever holds one.
+    Right,
+    Other
+};
+
+/// A class or a type library as one place of the registry has it: for clients of so
+/// many bits, for the machine or for the user.
 struct Server {
     int bits = 0;
     bool isForUser = false;
     std::wstring file;
-    /// Of the DLL that lies there; 0 when there is none.
+    Content content = Content::Nothing;
+    /// Of a program or DLL; 0 of anything else.
     int fileBits = 0;
 };
 
@@ -62,6 +71,9 @@ Machine Examine();
 
 /// What a client of so many bits comes to; null when it finds nothing.
 const Server* ServerFor(const std::vector<Server>& servers, int bits);
+/// The same of a type library: a 64-bit client takes the file for 32-bit clients where
+/// there is no other.
+const Server* LibraryFor(const std::vector<Server>& files, int bits);
 
 /// `folder` is where this program and the DLLs of its own kind lie.
 std::vector<Finding> Judge(const Machine& machine, const std::wstring& folder);

@@ -32,7 +32,7 @@ std::string RegisterCommand(const Machine& machine, Group group, int bits, const
            (bits == kBits ? "" : " in the folder of the " + KindName(bits) + " build");
 }
 
-enum class Problem { None, NoName, OtherClass, NoClass, OnlyOtherKind, NoFile, OtherBits };
+enum class Problem { None, NoName, OtherClass, NoClass, OnlyOtherKind, NoFile, NoDll, OtherBits };
 
 Problem ProblemOf(const Class& entry, int bits) {
     if (entry.clsid.empty()) {
@@ -45,8 +45,8 @@ Problem ProblemOf(const Class& entry, int bits) {
     if (server == nullptr) {
         return entry.servers.empty() ? Problem::NoClass : Problem::OnlyOtherKind;
     }
-    if (server->fileBits == 0) {
-        return Problem::NoFile;
+    if (server->content != Content::Right) {
+        return server->content == Content::Nothing ? Problem::NoFile : Problem::NoDll;
     }
     return server->fileBits == bits ? Problem::None : Problem::OtherBits;
 }
@@ -64,7 +64,9 @@ std::string Told(Problem problem, int bits, const std::string& names) {
         return client + "cannot make " + names + " (0x80040154): registered for " + KindName(96 - bits) +
                " clients only.";
     case Problem::NoFile:
-        return client + "cannot make " + names + ": the registered file is not there, or is no DLL.";
+        return client + "cannot make " + names + ": the registered file is not there.";
+    case Problem::NoDll:
+        return client + "cannot make " + names + ": the registered file is no DLL of 32 or 64 bits.";
     default:
         return client + "cannot make " + names + ": the registered file is a " + KindName(96 - bits) +
                " DLL.";
@@ -122,14 +124,19 @@ bool HasClasses(const Machine& machine, int bits) {
 void JudgeLibraries(const Machine& machine, int bits, const std::wstring& folder,
                     std::vector<Finding>& findings) {
     for (const Library& library : machine.libraries) {
-        const Server* const file = ServerFor(library.files, bits);
-        if ((file == nullptr || file->fileBits == 0) && HasClasses(machine, bits)) {
-            findings.push_back({bits, true,
-                                "The type library " + Utf8(library.name) + " is not registered for " +
-                                    KindName(bits) +
-                                    " clients, or its file is gone: calls from another apartment fail.",
-                                "Run " + RegisterCommand(machine, Group::Component, bits, folder) + "."});
+        const Server* const file = LibraryFor(library.files, bits);
+        if ((file != nullptr && file->content == Content::Right) || !HasClasses(machine, bits)) {
+            continue;
         }
+        const std::string name = "type library " + Utf8(library.name);
+        std::string what = "The registered file of the " + name;
+        if (file == nullptr) {
+            what = "The " + name + " is not registered for " + KindName(bits) + " clients";
+        } else {
+            what += file->content == Content::Nothing ? " is not there" : " holds none";
+        }
+        findings.push_back({bits, true, what + ": calls from another apartment fail.",
+                            "Run " + RegisterCommand(machine, Group::Component, bits, folder) + "."});
     }
 }
 

@@ -73,6 +73,16 @@ std::vector<std::string> Told(const Json& document, int bits, const char* member
     return texts;
 }
 
+/// With a blank where a table breaks a long path, or anything else.
+std::string InOneLine(const std::string& text) {
+    std::istringstream stream(text);
+    std::string line;
+    for (std::string word; stream >> word;) {
+        line += word + " ";
+    }
+    return line;
+}
+
 TEST(DoctorTest, SaysThatNothingIsRegistered) {
     const Json document = Doctor(1);
     EXPECT_EQ(kBits, document["bits"]);
@@ -115,15 +125,23 @@ TEST(DoctorTest, NamesTheFileBehindEachClassAndLibrary) {
     const Registered dlls;
     const Json document = Doctor(0);
     const std::string component = Narrow(ProgramFolder()) + "O_Tam_id.dll";
+    const std::string services = Narrow(ProgramFolder()) + "OrvHost.dll";
     ASSERT_EQ(7U, document["classes"].size());
     const Json module = document["classes"][0];
     EXPECT_EQ(kModule, module["progId"].get<std::string>());
     EXPECT_EQ("{17C37AEC-B03B-4DB2-9F7D-EC0E31E7B3DD}", module["clsid"].get<std::string>());
-    EXPECT_EQ(Json::array({{{"bits", kBits}, {"for", "machine"}, {"file", component}, {"fileBits", kBits}}}),
+    EXPECT_EQ(Json::array({{{"bits", kBits},
+                            {"for", "machine"},
+                            {"file", component},
+                            {"fileExists", true},
+                            {"fileBits", kBits}}}),
               module["servers"]);
     ASSERT_EQ(2U, document["typeLibraries"].size());
-    EXPECT_EQ(Json::array(
-                  {{{"bits", kBits}, {"for", "machine"}, {"file", component + "\\2"}, {"fileBits", kBits}}}),
+    EXPECT_EQ(Json::array({{{"bits", kBits},
+                            {"for", "machine"},
+                            {"file", services + "\\2"},
+                            {"fileExists", true},
+                            {"fileBits", kBits}}}),
               document["typeLibraries"][1]["files"]);
 }
 
@@ -132,8 +150,7 @@ TEST(DoctorTest, FindsAUsersRegistrationThatHidesTheMachines) {
     const UsersModule user(L"C:\\Gone\\O_Tam_id.dll");
     const std::vector<std::string> told = Told(Doctor(1), kBits, "what");
     ASSERT_EQ(2U, told.size());
-    EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule +
-                  ": the registered file is not there, or is no DLL.",
+    EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule + ": the registered file is not there.",
               told[0]);
     EXPECT_EQ("For this user C:\\Gone\\O_Tam_id.dll hides " + Narrow(ProgramFolder()) +
                   "O_Tam_id.dll, which the machine has for " + kModule + ".",
@@ -151,14 +168,94 @@ TEST(DoctorTest, FindsAFileOfTheOtherKind) {
               told[0]);
 }
 
-/// With a blank where a table breaks a long path, or anything else.
-std::string InOneLine(const std::string& text) {
-    std::istringstream stream(text);
-    std::string line;
-    for (std::string word; stream >> word;) {
-        line += word + " ";
+TEST(DoctorTest, TellsAFileThatIsNoDllFromOneThatIsGone) {
+    const Registered dlls;
+    const struct {
+        std::wstring file;
+        Json bits;
+    } files[] = {{ProgramFolder() + L"O_Tam_id.Classes.manifest", Json()},
+                 {ProgramFolder() + L"tambench.exe", kBits}};
+    for (const auto& [file, bits] : files) {
+        const UsersModule user(file);
+        const Json document = Doctor(1);
+        const std::vector<std::string> told = Told(document, kBits, "what");
+        ASSERT_FALSE(told.empty());
+        EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule +
+                      ": the registered file is no DLL of 32 or 64 bits.",
+                  told[0]);
+        // A user's class is there for clients of both kinds where the system keeps one part for them.
+        const Json server = document["classes"][0]["servers"][0];
+        EXPECT_EQ("user", server["for"]);
+        EXPECT_EQ(Narrow(file), server["file"].get<std::string>());
+        EXPECT_EQ(true, server["fileExists"]);
+        EXPECT_EQ(bits, server["fileBits"]);
+        const std::string said = InOneLine(RunBench({L"doctor"}).out);
+        EXPECT_NE(std::string::npos, said.find("; the file is no DLL of 32 or 64 bits")) << said;
     }
-    return line;
+    const UsersModule user(L"C:\\Gone\\O_Tam_id.dll");
+    const Json server = Doctor(1)["classes"][0]["servers"][0];
+    EXPECT_EQ(false, server["fileExists"]);
+    EXPECT_EQ(Json(), server["fileBits"]);
+    const std::string said = InOneLine(RunBench({L"doctor"}).out);
+    EXPECT_NE(std::string::npos, said.find("; the file is not there")) << said;
+}
+
+/// The host interfaces' library with another file for the user.
+class UsersLibrary {
+  public:
+    UsersLibrary(int bits, const std::wstring& file) {
+        const std::wstring key = kKey + std::wstring(L"\\1.0\\0\\win") + std::to_wstring(bits);
+        EXPECT_EQ(ERROR_SUCCESS,
+                  RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), nullptr, REG_SZ, file.c_str(),
+                                  static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t))));
+    }
+    ~UsersLibrary() {
+        EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, kKey));
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\TypeLib"); // fails while others are in it
+    }
+    UsersLibrary(const UsersLibrary&) = delete;
+    UsersLibrary& operator=(const UsersLibrary&) = delete;
+
+  private:
+    static constexpr const wchar_t* kKey =
+        L"Software\\Classes\\TypeLib\\{23539202-4C9D-4BB1-86C0-E65E8B10D209}";
+};
+
+TEST(DoctorTest, FindsATypeLibrarysFileGoneOrWithoutOne) {
+    const Registered dlls;
+    {
+        const UsersLibrary user(kBits, L"C:\\Gone\\OrvHost.dll\\2");
+        EXPECT_EQ(std::vector<std::string>{"The registered file of the type library OrvDBFaces is not there: "
+                                           "calls from another apartment fail."},
+                  Told(Doctor(1), kBits, "what"));
+    }
+    for (const wchar_t* const place : {L"O_Tam_id.dll", L"O_Tam_id.dll\\3", L"O_Tam_id.Classes.manifest"}) {
+        const UsersLibrary user(kBits, ProgramFolder() + place);
+        EXPECT_EQ(std::vector<std::string>{"The registered file of the type library OrvDBFaces holds none: "
+                                           "calls from another apartment fail."},
+                  Told(Doctor(1), kBits, "what"));
+        const std::string said = InOneLine(RunBench({L"doctor"}).out);
+        EXPECT_NE(std::string::npos, said.find("; the file holds no such type library")) << said;
+    }
+    const UsersLibrary user(kBits, ProgramFolder() + L"..\\idl\\OrvDBFaces.tlb");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "what"));
+}
+
+TEST(DoctorTest, A64BitClientTakesATypeLibraryFor32BitClients) {
+    const Registered dlls;
+    const std::string said = InOneLine(RunBench({L"doctor"}).out);
+    const std::string place = "machine: " + Narrow(ProgramFolder()) + "OrvHost.dll\\2";
+    const auto middle = said.find("What a 64-bit client finds");
+    const std::string library32 = said.substr(0, middle);
+    const std::string library64 = said.substr(middle, said.find("Findings (") - middle);
+    if (kBits == 32) {
+        EXPECT_NE(std::string::npos, library32.find("OrvDBFaces " + place + " "));
+        EXPECT_NE(std::string::npos,
+                  library64.find("OrvDBFaces " + place + "; registered for 32-bit clients"));
+    } else {
+        EXPECT_NE(std::string::npos, library32.find("OrvDBFaces not registered"));
+        EXPECT_NE(std::string::npos, library64.find("OrvDBFaces " + place + " "));
+    }
 }
 
 TEST(DoctorTest, TellsPeopleTheSame) {
