@@ -1,6 +1,7 @@
 #include "bench/Doctor.h"
 
 #include "bench/Text.h"
+#include "com/Handles.h"
 #include "com/Registry.h"
 #include "com/RegistryLibraries.h"
 #include "com/RegistryView.h"
@@ -11,10 +12,8 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
-#include <memory>
 #include <optional>
 #include <string_view>
-#include <type_traits>
 
 namespace bench::doctor {
 
@@ -96,10 +95,6 @@ bool IsThere(const std::wstring& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-struct ModuleCloser {
-    void operator()(HMODULE module) const noexcept { FreeLibrary(module); }
-};
-
 /// A type library is a file of its own, or a numbered resource. What is neither would be
 /// taken for a moniker by what loads libraries.
 bool HoldsALibrary(const std::wstring& path, int number) {
@@ -108,7 +103,7 @@ bool HoldsALibrary(const std::wstring& path, int number) {
     if (file.read(mark.data(), mark.size()) && std::string_view(mark.data(), mark.size()) == "MSFT") {
         return true;
     }
-    const std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleCloser> module(
+    const com::ModuleHandle module(
         LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
     return module != nullptr && FindResourceW(module.get(), MAKEINTRESOURCEW(number), L"TYPELIB") != nullptr;
 }

@@ -5,12 +5,11 @@
 
 #include "com/Boundary.h"
 #include "com/Dll.h"
+#include "com/Handles.h"
 #include "com/RegistryView.h"
 
 #include <algorithm>
-#include <memory>
 #include <new>
-#include <type_traits>
 
 namespace com {
 
@@ -24,14 +23,10 @@ std::wstring IdOf(ITypeLib& library) {
     return TextOfGuid(id);
 }
 
-struct ModuleCloser {
-    void operator()(HMODULE module) const noexcept { FreeLibrary(module); }
-};
-
 /// A path that names no library is taken for a moniker by what loads libraries, so it is
 /// looked at first.
 bool HasLibrary(const std::wstring& file, int resource) {
-    const std::unique_ptr<std::remove_pointer_t<HMODULE>, ModuleCloser> module(
+    const ModuleHandle module(
         LoadLibraryExW(file.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
     return module != nullptr &&
            FindResourceW(module.get(), MAKEINTRESOURCEW(resource), L"TYPELIB") != nullptr;

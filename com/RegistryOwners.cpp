@@ -5,13 +5,13 @@
 #include "com/RegistryOwners.h"
 
 #include "com/Dll.h"
+#include "com/Handles.h"
 #include "com/Registry.h"
 #include "com/RegistryLibraries.h"
 #include "com/RegistryView.h"
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
 #include <optional>
 #include <tuple>
 
@@ -44,25 +44,19 @@ std::wstring FoundByName(const std::wstring& name) {
     }
 }
 
-struct HandleCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-
 /// Volume and number of a file; nothing when it cannot be opened.
 std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& path) {
     const bool hasFolder = path.find(L'\\') != std::wstring::npos;
     const std::wstring found = hasFolder ? path : FoundByName(path);
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const HANDLE opened =
-        CreateFileW(found.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
+    const FileHandle file = OwnFile(
+        CreateFileW(found.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file) {
         return std::nullopt;
     }
-    const std::unique_ptr<HANDLE, HandleCloser> file(opened);
     BY_HANDLE_FILE_INFORMATION facts{};
     // Some network redirectors number no file; every file would be the same one there.
-    if (GetFileInformationByHandle(opened, &facts) == FALSE ||
+    if (GetFileInformationByHandle(file.get(), &facts) == FALSE ||
         (facts.nFileIndexHigh == 0 && facts.nFileIndexLow == 0)) {
         return std::nullopt;
     }

@@ -2,6 +2,7 @@
 
 #include "com/Boundary.h"
 #include "com/Environment.h"
+#include "com/Handles.h"
 
 #include <windows.h>
 
@@ -33,14 +34,62 @@ std::string Utf8(const std::wstring& text) {
     return bytes;
 }
 
-/// With one write, so that the lines of processes that share a file stay whole.
+/// Empty when it cannot be opened.
+com::FileHandle OpenToAppend(const std::wstring& path, DWORD access) {
+    return com::OwnFile(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+/// Keeps others that write down from a file for as long as it lives. The lock lies on a byte
+/// far behind the end, where it hinders nobody who reads. Somebody may hold it for ever;
+/// then there is no lock after a while, for the host must go on.
+class Turn {
+  public:
+    explicit Turn(HANDLE file) : file_(file) {
+        for (int tries = 1; !TryLock() && tries < kTries; ++tries) {
+            Sleep(1);
+        }
+    }
+    ~Turn() {
+        if (isLocked_) {
+            OVERLAPPED place = Place();
+            UnlockFileEx(file_, 0, 1, 0, &place);
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+  private:
+    static constexpr int kTries = 200;
+
+    static OVERLAPPED Place() {
+        OVERLAPPED place{};
+        place.OffsetHigh = 0x7FFFFFFF;
+        return place;
+    }
+    bool TryLock() {
+        OVERLAPPED place = Place();
+        isLocked_ =
+            LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != FALSE;
+        return isLocked_;
+    }
+
+    HANDLE file_;
+    bool isLocked_ = false;
+};
+
+/// With one write, so that the lines of processes that share a file stay whole. Not every
+/// system appends a write as one step, so they take turns, where the file lets itself be
+/// locked: that takes the right to read it.
 void Append(const std::wstring& path, const std::string& bytes) {
-    const HANDLE file = CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file != INVALID_HANDLE_VALUE) {
+    com::FileHandle file = OpenToAppend(path, FILE_APPEND_DATA | FILE_READ_DATA);
+    if (!file) {
+        file = OpenToAppend(path, FILE_APPEND_DATA);
+    }
+    if (file) {
+        const Turn turn(file.get());
         DWORD written = 0;
-        WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-        CloseHandle(file);
+        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
     }
 }
 

@@ -9,9 +9,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <cwchar>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -123,6 +120,69 @@ TEST_F(UnattendedHostTest, AppendsEachToTheFile) {
     EXPECT_EQ(FaultyProjectsReport(), Timeless(both[1]));
 }
 
+/// The file of a test, opened as somebody else would.
+class SharedFile {
+  public:
+    explicit SharedFile(const std::wstring& path)
+        : file_(CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                            nullptr, OPEN_ALWAYS, 0, nullptr)) {
+        EXPECT_NE(INVALID_HANDLE_VALUE, file_);
+    }
+    ~SharedFile() { CloseHandle(file_); }
+    SharedFile(const SharedFile&) = delete;
+    SharedFile& operator=(const SharedFile&) = delete;
+
+    /// False when somebody has locked a part of it.
+    bool LockWhole() const {
+        OVERLAPPED start{};
+        return LockFileEx(file_, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, MAXDWORD, MAXDWORD,
+                          &start) != FALSE;
+    }
+    void Unlock() const {
+        OVERLAPPED start{};
+        EXPECT_NE(FALSE, UnlockFileEx(file_, 0, MAXDWORD, MAXDWORD, &start));
+    }
+
+  private:
+    HANDLE file_;
+};
+
+const SharedFile* shared;        // NOLINT: an import has no place for more
+std::vector<bool> couldBeLocked; // NOLINT
+BOOL WINAPI WriteBesideAnother(HANDLE file, const void* bytes, DWORD size, DWORD* written,
+                               OVERLAPPED* place) {
+    couldBeLocked.push_back(shared->LockWhole());
+    return WriteFile(file, bytes, size, written, place);
+}
+
+TEST_F(UnattendedHostTest, LocksTheFileWhileItWritesALine) {
+    LeaveAlone();
+    const SharedFile other(File());
+    shared = &other;
+    couldBeLocked.clear();
+    {
+        const support::ImportPatch patch(Dll().Module(), "WriteFile",
+                                         reinterpret_cast<const void*>(&WriteBesideAnother));
+        LoadFaultyProject();
+        LoadFaultyProject();
+    }
+    EXPECT_EQ((std::vector<bool>{false, false}), couldBeLocked);
+    EXPECT_EQ(2U, Lines().size());
+    EXPECT_TRUE(other.LockWhole()) << "the lock is still there";
+    other.Unlock();
+}
+
+TEST_F(UnattendedHostTest, GoesOnWhereSomebodyHasLockedTheFileForEver) {
+    LeaveAlone();
+    const SharedFile other(File());
+    EXPECT_TRUE(other.LockWhole());
+    LoadFaultyProject(); // that line may be lost
+    other.Unlock();
+    const auto before = Lines().size();
+    LoadFaultyProject();
+    EXPECT_EQ(before + 1, Lines().size());
+}
+
 std::wstring debuggerOutput; // NOLINT: an import has no place for more
 void WINAPI KeepOutput(const wchar_t* text) {
     debuggerOutput += text;
@@ -228,127 +288,6 @@ TEST_F(UnattendedHostTest, OpensNoDataSheet) {
     EXPECT_EQ("data sheet", line["kind"]);
     const std::string path = line["text"];
     EXPECT_EQ("Sheet.pdf", path.substr(path.rfind('\\') + 1));
-}
-
-/// The machine has no database compiler as long as this lives: its name leads to no class.
-class NoCompiler {
-  public:
-    NoCompiler() {
-        DWORD size = sizeof classId_;
-        EXPECT_EQ(ERROR_SUCCESS,
-                  RegGetValueW(HKEY_LOCAL_MACHINE, kPath, nullptr, RRF_RT_REG_SZ, nullptr, classId_, &size));
-        EXPECT_EQ(ERROR_SUCCESS, RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPath));
-    }
-    ~NoCompiler() {
-        const auto size = static_cast<DWORD>((std::wcslen(classId_) + 1) * sizeof(wchar_t));
-        EXPECT_EQ(ERROR_SUCCESS, RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPath, nullptr, REG_SZ, classId_, size));
-    }
-    NoCompiler(const NoCompiler&) = delete;
-    NoCompiler& operator=(const NoCompiler&) = delete;
-
-  private:
-    static constexpr const wchar_t* kPath =
-        L"Software\\Classes\\ORV.QB.Interop.Compilers.CompilersInterop\\CLSID";
-    wchar_t classId_[64] = {};
-};
-
-// Names no definition that is there, opens what opens, loads a stream full of faults with
-// a catalogue that lacks its type, and exports what was loaded without a compiler.
-constexpr const wchar_t* kNight = LR"(
-Set module = CreateObject("O_Tam_id.CDBAppObject")
-If module.Init("NoSuchDefinition") Then WScript.Quit 1
-name = "Dev1"
-If module.ShowRename(name, "K7") <> 2 Then WScript.Quit 2
-module.ShowAbout
-module.ViewDatasheet 0
-Set catalogue = WScript.CreateObject("MSXML2.DOMDocument.6.0")
-catalogue.loadXML "<Catalogue/>"
-Set module.XmlSNVTDoc = catalogue
-On Error Resume Next
-module.LoadFromXmlStream "<Tam><Name>Night</Name><DevKey>K7</DevKey><IsLastOnDev>1</IsLastOnDev>" & _
-    "<TamObjID>3</TamObjID><Attributes><Gain><SNVTTYPE>999</SNVTTYPE></Gain><Bare/>" & _
-    "<Never><SNVTTYPE>105</SNVTTYPE></Never></Attributes></Tam>"
-If Err.Number <> 91 Then WScript.Quit 3
-Err.Clear
-image = module.Stream
-If Err.Number <> 0 Then WScript.Quit 4
-If Left(image, 9) <> "<O_Tam_id" Then WScript.Quit 5
-WScript.Quit 7
-)";
-
-/// A script as a scheduler starts it: on a window station that nobody sees.
-class UnattendedHostStationTest : public WholeRegistryTest {
-  protected:
-    /// The exit status of a script; two minutes are allowed.
-    static DWORD Run(const std::wstring& script) {
-        const HWINSTA before = GetProcessWindowStation();
-        const HWINSTA station = CreateWindowStationW(L"TamNight", 0, WINSTA_ALL_ACCESS, nullptr);
-        EXPECT_NE(nullptr, station);
-        SetProcessWindowStation(station);
-        const HDESK desktop = CreateDesktopW(L"Default", nullptr, nullptr, 0, GENERIC_ALL, nullptr);
-        SetProcessWindowStation(before);
-        EXPECT_NE(nullptr, desktop);
-
-        std::wstring commandLine = L"cscript.exe //nologo \"" + script + L"\"";
-        std::wstring place = L"TamNight\\Default";
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        startup.lpDesktop = place.data();
-        PROCESS_INFORMATION process{};
-        DWORD status = ~0UL;
-        if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                           &startup, &process) == FALSE) {
-            ADD_FAILURE() << "cscript does not start, error " << GetLastError();
-        } else {
-            constexpr DWORD kTwoMinutes = 120'000;
-            if (WaitForSingleObject(process.hProcess, kTwoMinutes) == WAIT_OBJECT_0) {
-                GetExitCodeProcess(process.hProcess, &status);
-            } else {
-                TerminateProcess(process.hProcess, status);
-                ADD_FAILURE() << "the script waits for somebody";
-            }
-            CloseHandle(process.hThread);
-            CloseHandle(process.hProcess);
-        }
-        CloseDesktop(desktop);
-        CloseWindowStation(station);
-        return status;
-    }
-};
-
-TEST_F(UnattendedHostStationTest, AScriptGoesOnWhereADialogWouldWaitForEver) {
-    for (const Dll* dll : {&hostServices, &component}) {
-        ASSERT_EQ(S_OK, dll->Register(Scope::Machine));
-    }
-    const std::wstring folder = Component::Folder();
-    const std::wstring file = folder + L"night.jsonl";
-    DeleteFileW(file.c_str());
-    const TextFile script(folder + L"night.vbs", kNight);
-    SetEnvironmentVariableW(kVariable, file.c_str());
-    DWORD status = 0;
-    {
-        const NoCompiler without;
-        status = Run(script.Path());
-    }
-    SetEnvironmentVariableW(kVariable, nullptr);
-    EXPECT_EQ(7U, status);
-    std::ifstream lines{std::filesystem::path(file)};
-    std::vector<std::string> told;
-    for (std::string line; std::getline(lines, line);) {
-        const json object = json::parse(line);
-        const std::string kind = object["kind"];
-        told.push_back(kind == "box" ? kind + ": " + object["text"].get<std::string>() : kind);
-    }
-    lines.close();
-    DeleteFileW(file.c_str());
-    const std::string unknownType = "box: Can't find the node related to SNVT ID 999";
-    EXPECT_EQ((std::vector<std::string>{
-                  "report", "dialog", "dialog", "box: DataSheet not available", unknownType, unknownType,
-                  "box: Compiler.dll, necessary to exported Tam object hasn't been found"}),
-              told);
-    for (const Dll* dll : {&component, &hostServices}) {
-        EXPECT_EQ(S_OK, dll->Unregister(Scope::Machine));
-    }
 }
 
 } // namespace
