@@ -20,7 +20,8 @@ VIAddVersionKey /LANG=1033 ProductName "O_Tam_id"
 VIAddVersionKey /LANG=1033 ProductVersion "${VERSION}.0"
 VIAddVersionKey /LANG=1033 FileVersion "${VERSION}.0"
 VIAddVersionKey /LANG=1033 FileDescription "Setup of O_Tam_id"
-VIAddVersionKey /LANG=1033 LegalCopyright ""
+VIAddVersionKey /LANG=1033 CompanyName "The developers of O_Tam_id"
+VIAddVersionKey /LANG=1033 LegalCopyright "Copyright 2026 the developers of O_Tam_id"
 
 !ifdef SIGN
   !finalize `${SIGN} "%1"`

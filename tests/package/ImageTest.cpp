@@ -126,6 +126,8 @@ TEST_P(ImageTest, TellsItsVersion) {
     EXPECT_EQ(file.substr(0, file.find(L'.')), VersionText(info, L"InternalName"));
     EXPECT_EQ(file, VersionText(info, L"OriginalFilename"));
     EXPECT_EQ(L"O_Tam_id", VersionText(info, L"ProductName"));
+    EXPECT_EQ(L"The developers of O_Tam_id", VersionText(info, L"CompanyName"));
+    EXPECT_EQ(L"Copyright 2026 the developers of O_Tam_id", VersionText(info, L"LegalCopyright"));
     EXPECT_EQ(L"1.0.0.0", VersionText(info, L"ProductVersion"));
     EXPECT_EQ(L"", VersionText(info, L"OLESelfRegister")) << "tells installers that it registers itself";
 }
