@@ -1,13 +1,13 @@
 // What the system reads of the programs before it runs them: version and manifest.
 
 #include "tests/bench/BenchRun.h"
+#include "tests/FileVersion.h"
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 namespace benchtest {
 
@@ -24,28 +24,17 @@ class ProgramImageTest : public ::testing::TestWithParam<Program> {
     static std::wstring Path() { return ProgramFolder() + Name() + L".exe"; }
 };
 
-std::wstring VersionText(const std::vector<BYTE>& info, const wchar_t* name) {
-    void* text = nullptr;
-    UINT length = 0;
-    const std::wstring path = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
-    return VerQueryValueW(info.data(), path.c_str(), &text, &length) == FALSE
-               ? L"(none)"
-               : static_cast<const wchar_t*>(text);
-}
-
 TEST_P(ProgramImageTest, TellsItsVersionAndWhoseItIs) {
-    DWORD unused = 0;
-    std::vector<BYTE> info(GetFileVersionInfoSizeW(Path().c_str(), &unused));
-    ASSERT_FALSE(info.empty());
-    ASSERT_TRUE(GetFileVersionInfoW(Path().c_str(), 0, static_cast<DWORD>(info.size()), info.data()));
-    EXPECT_EQ(GetParam().description, VersionText(info, L"FileDescription"));
-    EXPECT_EQ(L"1.0.0.0", VersionText(info, L"FileVersion"));
-    EXPECT_EQ(Name(), VersionText(info, L"InternalName"));
-    EXPECT_EQ(Name() + L".exe", VersionText(info, L"OriginalFilename"));
-    EXPECT_EQ(L"O_Tam_id", VersionText(info, L"ProductName"));
-    EXPECT_EQ(L"1.0.0.0", VersionText(info, L"ProductVersion"));
-    EXPECT_EQ(L"The developers of O_Tam_id", VersionText(info, L"CompanyName"));
-    EXPECT_EQ(L"Copyright 2026 the developers of O_Tam_id", VersionText(info, L"LegalCopyright"));
+    const tests::FileVersion version(Path());
+    ASSERT_TRUE(version.IsThere());
+    EXPECT_EQ(GetParam().description, version.Text(L"FileDescription"));
+    EXPECT_EQ(L"1.0.0.0", version.Text(L"FileVersion"));
+    EXPECT_EQ(Name(), version.Text(L"InternalName"));
+    EXPECT_EQ(Name() + L".exe", version.Text(L"OriginalFilename"));
+    EXPECT_EQ(L"O_Tam_id", version.Text(L"ProductName"));
+    EXPECT_EQ(L"1.0.0.0", version.Text(L"ProductVersion"));
+    EXPECT_EQ(L"The developers of O_Tam_id", version.Text(L"CompanyName"));
+    EXPECT_EQ(L"Copyright 2026 the developers of O_Tam_id", version.Text(L"LegalCopyright"));
 }
 
 // Without the first, 32-bit Windows programs get a private copy of the folders and keys that they

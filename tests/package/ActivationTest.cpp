@@ -2,6 +2,7 @@
 
 #include "com/Conversion.h"
 #include "com/Ref.h"
+#include "tests/package/Apartment.h"
 #include "tests/package/Dll.h"
 
 #include <olectl.h>
@@ -10,7 +11,6 @@
 #include <OrvDBFaces.h>
 
 #include <string>
-#include <thread>
 
 namespace package {
 
@@ -87,25 +87,12 @@ TEST_F(ActivationTest, ServesAnotherApartmentBySlot) {
     com::Ref<IAppObject> module;
     ASSERT_EQ(S_OK, CoCreateInstance(__uuidof(::CDBAppObject), nullptr, CLSCTX_INPROC_SERVER,
                                      __uuidof(IAppObject), module.PutVoid()));
-    IStream* stream = nullptr;
-    ASSERT_EQ(S_OK, CoMarshalInterThreadInterfaceInStream(__uuidof(IAppObject), module.Get(), &stream));
-    HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    std::thread worker([&] {
-        EXPECT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-        com::Ref<IAppObject> proxy;
-        EXPECT_EQ(S_OK, CoGetInterfaceAndReleaseStream(stream, __uuidof(IAppObject), proxy.PutVoid()));
-        if (proxy) {
-            EXPECT_NE(proxy, module) << "a pointer of another apartment must not be used";
-            EXPECT_EQ(S_OK, proxy->put_Tag(com::Bstr(L"from elsewhere").Get()));
-        }
-        proxy.Reset();
-        CoUninitialize();
-        SetEvent(done);
+    InAnotherApartment(module.Get(), __uuidof(IAppObject), [&](const com::Ref<IUnknown>& there) {
+        const auto proxy = there.As<IAppObject>();
+        ASSERT_TRUE(proxy);
+        EXPECT_NE(proxy, module) << "a pointer of another apartment must not be used";
+        EXPECT_EQ(S_OK, proxy->put_Tag(com::Bstr(L"from elsewhere").Get()));
     });
-    DWORD index = 0;
-    EXPECT_EQ(S_OK, CoWaitForMultipleHandles(0, 60'000, 1, &done, &index));
-    worker.join();
-    CloseHandle(done);
     com::Bstr tag;
     EXPECT_EQ(S_OK, module->get_Tag(tag.Put()));
     EXPECT_EQ(L"from elsewhere", tag.View());

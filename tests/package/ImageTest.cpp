@@ -4,6 +4,7 @@
 
 #include "com/Conversion.h"
 #include "com/Ref.h"
+#include "tests/FileVersion.h"
 #include "tests/package/Dll.h"
 
 #include <cctype>
@@ -94,24 +95,10 @@ TEST_P(ImageTest, MayLieAnywhereAndRunsNoData) {
     EXPECT_LT(0U, file.Optional().DataDirectory[IMAGE_DIRECTORY_ENTRY_BASERELOC].Size);
 }
 
-std::wstring VersionText(const std::vector<BYTE>& info, const wchar_t* name) {
-    void* text = nullptr;
-    UINT length = 0;
-    const std::wstring path = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
-    return VerQueryValueW(info.data(), path.c_str(), &text, &length) == FALSE
-               ? L"(none)"
-               : static_cast<const wchar_t*>(text);
-}
-
 TEST_P(ImageTest, TellsItsVersion) {
-    DWORD unused = 0;
-    std::vector<BYTE> info(GetFileVersionInfoSizeW(Path().c_str(), &unused));
-    ASSERT_FALSE(info.empty());
-    ASSERT_TRUE(GetFileVersionInfoW(Path().c_str(), 0, static_cast<DWORD>(info.size()), info.data()));
-    void* root = nullptr;
-    UINT length = 0;
-    ASSERT_TRUE(VerQueryValueW(info.data(), L"\\", &root, &length));
-    const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(root);
+    const tests::FileVersion version(Path());
+    ASSERT_TRUE(version.IsThere());
+    const VS_FIXEDFILEINFO fixed = version.Fixed();
     EXPECT_EQ(0x10000U, fixed.dwFileVersionMS);
     EXPECT_EQ(0U, fixed.dwFileVersionLS);
     EXPECT_EQ(0x10000U, fixed.dwProductVersionMS);
@@ -121,15 +108,15 @@ TEST_P(ImageTest, TellsItsVersion) {
     EXPECT_EQ(static_cast<DWORD>(VFT_DLL), fixed.dwFileType);
 
     const std::wstring file = Facts().file;
-    EXPECT_EQ(Facts().description, VersionText(info, L"FileDescription"));
-    EXPECT_EQ(L"1.0.0.0", VersionText(info, L"FileVersion"));
-    EXPECT_EQ(file.substr(0, file.find(L'.')), VersionText(info, L"InternalName"));
-    EXPECT_EQ(file, VersionText(info, L"OriginalFilename"));
-    EXPECT_EQ(L"O_Tam_id", VersionText(info, L"ProductName"));
-    EXPECT_EQ(L"The developers of O_Tam_id", VersionText(info, L"CompanyName"));
-    EXPECT_EQ(L"Copyright 2026 the developers of O_Tam_id", VersionText(info, L"LegalCopyright"));
-    EXPECT_EQ(L"1.0.0.0", VersionText(info, L"ProductVersion"));
-    EXPECT_EQ(L"", VersionText(info, L"OLESelfRegister")) << "tells installers that it registers itself";
+    EXPECT_EQ(Facts().description, version.Text(L"FileDescription"));
+    EXPECT_EQ(L"1.0.0.0", version.Text(L"FileVersion"));
+    EXPECT_EQ(file.substr(0, file.find(L'.')), version.Text(L"InternalName"));
+    EXPECT_EQ(file, version.Text(L"OriginalFilename"));
+    EXPECT_EQ(L"O_Tam_id", version.Text(L"ProductName"));
+    EXPECT_EQ(L"The developers of O_Tam_id", version.Text(L"CompanyName"));
+    EXPECT_EQ(L"Copyright 2026 the developers of O_Tam_id", version.Text(L"LegalCopyright"));
+    EXPECT_EQ(L"1.0.0.0", version.Text(L"ProductVersion"));
+    EXPECT_EQ(L"", version.Text(L"OLESelfRegister")) << "tells installers that it registers itself";
 }
 
 TEST_P(ImageTest, CarriesBothTypeLibraries) {

@@ -4,6 +4,7 @@
 #include "com/Conversion.h"
 #include "com/Ref.h"
 #include "com/RegistryView.h"
+#include "tests/package/Apartment.h"
 #include "tests/package/Dll.h"
 
 #include <O_Tam_id.h>
@@ -12,7 +13,6 @@
 #include <functional>
 #include <initializer_list>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace package {
@@ -200,27 +200,12 @@ class SharedLibraryClientTest : public WholeRegistryTest {
         com::Ref<IUnknown> object;
         ASSERT_EQ(S_OK,
                   CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, object.PutVoid()));
-        IStream* stream = nullptr;
-        ASSERT_EQ(S_OK, CoMarshalInterThreadInterfaceInStream(IID_IUnknown, object.Get(), &stream));
-        HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-        std::thread worker([&] {
-            EXPECT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+        InAnotherApartment(object.Get(), IID_IUnknown, [&](const com::Ref<IUnknown>& there) {
             com::Ref<ITypeLib> library;
             EXPECT_EQ(S_OK, LoadRegTypeLib(kLibrary, 1, 0, LOCALE_NEUTRAL, library.Put()));
-            com::Ref<IUnknown> proxy;
-            EXPECT_EQ(S_OK, CoGetInterfaceAndReleaseStream(stream, IID_IUnknown, proxy.PutVoid()));
             com::Ref<IUnknown> face;
-            EXPECT_EQ(S_OK, proxy->QueryInterface(iid, face.PutVoid()));
-            face.Reset();
-            proxy.Reset();
-            library.Reset();
-            CoUninitialize();
-            SetEvent(done);
+            EXPECT_EQ(S_OK, there->QueryInterface(iid, face.PutVoid()));
         });
-        DWORD index = 0;
-        EXPECT_EQ(S_OK, CoWaitForMultipleHandles(0, 60'000, 1, &done, &index));
-        worker.join();
-        CloseHandle(done);
         object.Reset();
         CoFreeUnusedLibraries();
     }

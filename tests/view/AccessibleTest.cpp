@@ -119,8 +119,7 @@ TEST_F(AccessibleTest, APinIsWhereItIsSeen) {
 TEST_F(AccessibleTest, PartsHaveNames) {
     EXPECT_EQ(L"Lists", viewer_.PartText(IDC_PAGES));
     viewer_.Pick(IDC_ATTRIBUTES, L"AO1_Gain");
-    viewer_.Do(IDM_EDIT_CELL);
-    const HWND cell = GetDlgItem(viewer_.Part(IDC_ATTRIBUTES), IDC_CELL);
+    const HWND cell = viewer_.OpenCell(IDC_ATTRIBUTES);
     ASSERT_NE(nullptr, cell);
     const HWND label = GetWindow(cell, GW_HWNDPREV);
     EXPECT_EQ(L"AO1_Gain, Value", TextOf(label)) << "a field is named by the label before it";

@@ -60,8 +60,7 @@ TEST_F(EditorTest, TheGridTakesAValue) {
 
 TEST_F(EditorTest, EscLeavesACellAsItWas) {
     viewer_.Pick(IDC_ATTRIBUTES, L"AI1_Channel");
-    viewer_.Do(IDM_EDIT_CELL);
-    const HWND cell = GetDlgItem(viewer_.Part(IDC_ATTRIBUTES), IDC_CELL);
+    const HWND cell = viewer_.OpenCell(IDC_ATTRIBUTES);
     ASSERT_NE(nullptr, cell);
     EXPECT_EQ(L"1", TextOf(cell));
     SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"9"));

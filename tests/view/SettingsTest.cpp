@@ -123,8 +123,7 @@ TEST_F(SettingsTest, AnotherScaleGivesTheWindowTheSystemsPlace) {
     AwaitAttributes(viewer, kAttributes);
     SendMessageW(viewer.Part(IDC_ATTRIBUTES), LVM_SETCOLUMNWIDTH, VIEW_COLUMN_NAME, 222);
     viewer.Pick(IDC_ATTRIBUTES, 0);
-    viewer.Do(IDM_EDIT_CELL);
-    ASSERT_NE(nullptr, GetDlgItem(viewer.Part(IDC_ATTRIBUTES), IDC_CELL));
+    ASSERT_NE(nullptr, viewer.OpenCell(IDC_ATTRIBUTES));
     const RemoteMemory memory(viewer.Process(), sizeof(RECT));
     const RECT place = AnyPlace();
     memory.Write(&place, sizeof place);

@@ -134,6 +134,9 @@ class Viewer {
     /// Types into the filter.
     void Filter(const std::wstring& words) const;
 
+    /// The field over the value of the picked row; null, and the test has failed, when there
+    /// comes none.
+    HWND OpenCell(int list) const;
     /// Types a value into a point's row and does not end it: the field is still there.
     HWND BeginCell(int list, const std::wstring& name, const std::wstring& value) const;
     /// Gives a point a value by typing it into its row.

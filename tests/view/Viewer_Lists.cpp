@@ -129,23 +129,26 @@ void Viewer::Filter(const std::wstring& words) const {
     SendMessageW(Part(IDC_FILTER), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(words.c_str()));
 }
 
+// On a busy machine the system may activate the window late, which takes the focus from
+// the cell and ends it: it is opened again then.
+constexpr int kTries = 3;
+
+HWND Viewer::OpenCell(int list) const {
+    HWND cell = nullptr;
+    for (int tries = 0; tries < kTries && cell == nullptr; ++tries) {
+        Do(IDM_EDIT_CELL);
+        cell = GetDlgItem(Part(list), IDC_CELL);
+    }
+    EXPECT_NE(nullptr, cell) << "the picked row cannot be typed into";
+    return cell;
+}
+
 HWND Viewer::BeginCell(int list, const std::wstring& name, const std::wstring& value) const {
     Pick(list, name);
     HWND cell = nullptr;
-    // On a busy machine the system may activate the window late, which takes the focus from
-    // the cell and ends it: it is opened again then.
-    constexpr int kTries = 3;
-    for (int tries = 0; tries < kTries; ++tries) {
-        Do(IDM_EDIT_CELL);
-        cell = GetDlgItem(Part(list), IDC_CELL);
-        if (cell == nullptr) {
-            ADD_FAILURE() << "the cell of " << Narrow(name) << " cannot be typed into";
-            break;
-        }
+    for (int tries = 0; tries < kTries && IsWindow(cell) == FALSE; ++tries) {
+        cell = OpenCell(list);
         SendMessageW(cell, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(value.c_str()));
-        if (IsWindow(cell) != FALSE) {
-            break;
-        }
     }
     return cell;
 }
