@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 namespace drawing {
@@ -33,6 +34,12 @@ constexpr Range kWide[] = {{0x1100, 0x115F}, {0x2E80, 0xA4CF},   {0xAC00, 0xD7A3
                            {0xF900, 0xFAFF}, {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
                            {0xFFE0, 0xFFE6}, {0x1F300, 0x1FAFF}, {0x20000, 0x3FFFD}};
 
+// Letters of the scripts that run from right to left: Hebrew, Arabic and their neighbours.
+constexpr Range kRightToLeft[] = {
+    {0x590, 0x8FF}, {0xFB1D, 0xFDFF}, {0xFE70, 0xFEFF}, {0x10800, 0x10FFF}, {0x1E800, 0x1EFFF}};
+// What has no direction of its own: signs, digits, blanks and marks.
+constexpr Range kNeutral[] = {{0, 0x40}, {0x5B, 0x60}, {0x7B, 0xBF}, {0x300, 0x36F}, {0x2000, 0x214F}};
+
 template <std::size_t n>
 bool IsIn(const Range (&ranges)[n], char32_t character) noexcept {
     return std::any_of(std::begin(ranges), std::end(ranges), [character](const Range& range) {
@@ -49,6 +56,27 @@ double Thousandths(char32_t character) noexcept {
         return 0;
     }
     return IsIn(kWide, character) ? 1000 : 640;
+}
+
+/// True when the last letter of a text belongs to a script that runs from right to left.
+bool EndsRightToLeft(std::string_view text) noexcept {
+    bool result = false;
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t character = NextCharacter(text, at);
+        if (!IsIn(kNeutral, character)) {
+            result = IsIn(kRightToLeft, character);
+        }
+    }
+    return result;
+}
+
+/// The ellipsis has no direction and would stand where the line ends, which is where such a
+/// text begins. The mark behind it, which nobody sees, keeps it with the text.
+std::string WithEllipsis(std::string text) {
+    constexpr const char* kEllipsis = "\u2026";
+    constexpr const char* kRightToLeftMark = "\u200F";
+    const bool isRightToLeft = EndsRightToLeft(text);
+    return std::move(text) + kEllipsis + (isRightToLeft ? kRightToLeftMark : "");
 }
 
 } // namespace
@@ -110,7 +138,6 @@ std::string Shortened(const std::string& text, Font font, double width, const Me
     if (measure(text, font) <= width) {
         return text;
     }
-    constexpr const char* kEllipsis = "\u2026";
     std::vector<std::size_t> ends;
     for (std::size_t at = 0; at < text.size();) {
         ends.push_back(at);
@@ -118,10 +145,10 @@ std::string Shortened(const std::string& text, Font font, double width, const Me
     }
     // The longest beginning that fits: widths grow with the text.
     const auto fits = [&](std::size_t end) {
-        return measure(text.substr(0, end) + kEllipsis, font) <= width;
+        return measure(WithEllipsis(text.substr(0, end)), font) <= width;
     };
     const auto first = std::partition_point(ends.begin(), ends.end(), fits);
-    return first == ends.begin() ? kEllipsis : text.substr(0, *(first - 1)) + kEllipsis;
+    return WithEllipsis(first == ends.begin() ? std::string() : text.substr(0, *(first - 1)));
 }
 
 } // namespace drawing

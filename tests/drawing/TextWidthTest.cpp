@@ -60,6 +60,19 @@ TEST(TextWidthShortenedTest, CutsBetweenCharacters) {
     EXPECT_EQ("\u00B0\u2026", Shortened(degrees, Font::Tag, 6 * 5.5, EvenWidth));
 }
 
+TEST(TextWidthShortenedTest, EndsATextFromRightToLeftOnItsOwnSide) {
+    // Bet, vav and so on; each is two bytes long, so two letters wide here.
+    const std::string boiler = "\u05D3\u05D5\u05D3";
+    const std::string end = "\u2026\u200F"; // six bytes
+    EXPECT_EQ("\u05D3" + end, Shortened(boiler + boiler, Font::Tag, 9 * 5.5, EvenWidth));
+    EXPECT_EQ("\u05D3 1" + end, Shortened("\u05D3 1" + boiler + boiler, Font::Tag, 10 * 5.5, EvenWidth));
+    EXPECT_EQ("\u062A" + end, Shortened("\u062A\u062B\u062C\u062D\u062E", Font::Tag, 8 * 5.5, EvenWidth));
+    // The last letter counts, not the first.
+    EXPECT_EQ("\u05D3AB\u2026", Shortened("\u05D3ABCDEFG", Font::Tag, 7 * 5.5, EvenWidth));
+    EXPECT_EQ("A\u05D3" + end, Shortened("A" + boiler + boiler, Font::Tag, 9 * 5.5, EvenWidth));
+    EXPECT_EQ("\u2026", Shortened(boiler, Font::Tag, 1, EvenWidth));
+}
+
 TEST(TextWidthByTableTest, GrowsWithTheTextAndTheFont) {
     EXPECT_EQ(0, WidthByTable("", Font::Name));
     EXPECT_LT(WidthByTable("il", Font::Name), WidthByTable("WM", Font::Name));
