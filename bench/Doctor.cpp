@@ -1,9 +1,9 @@
 #include "bench/Doctor.h"
 
 #include "bench/Text.h"
-#include "com/Handles.h"
 #include "com/Registry.h"
 #include "com/RegistryLibraries.h"
+#include "com/RegistryOwners.h"
 #include "com/RegistryView.h"
 
 #include <windows.h>
@@ -13,7 +13,6 @@
 #include <fstream>
 #include <ios>
 #include <optional>
-#include <string_view>
 
 namespace bench::doctor {
 
@@ -90,41 +89,8 @@ std::optional<IMAGE_FILE_HEADER> HeadOf(const std::wstring& path) {
     return nt.header;
 }
 
-bool IsThere(const std::wstring& path) {
-    const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-/// A type library is a file of its own, or a numbered resource. What is neither would be
-/// taken for a moniker by what loads libraries.
-bool HoldsALibrary(const std::wstring& path, int number) {
-    std::array<char, 4> mark{};
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    if (file.read(mark.data(), mark.size()) && std::string_view(mark.data(), mark.size()) == "MSFT") {
-        return true;
-    }
-    const com::ModuleHandle module(
-        LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
-    return module != nullptr && FindResourceW(module.get(), MAKEINTRESOURCEW(number), L"TYPELIB") != nullptr;
-}
-
-/// True when the library of this identifier lies at a place: "file.dll\2" is the second
-/// one in a file.
-bool HoldsLibrary(const std::wstring& path, const std::wstring& mark, const std::wstring& id) {
-    com::Ref<ITypeLib> library;
-    TLIBATTR* attributes = nullptr;
-    if (!HoldsALibrary(path, mark.empty() ? 1 : _wtoi(mark.c_str() + 1)) ||
-        FAILED(LoadTypeLibEx((path + mark).c_str(), REGKIND_NONE, library.Put())) ||
-        FAILED(library->GetLibAttr(&attributes))) {
-        return false;
-    }
-    const std::wstring found = com::TextOfGuid(attributes->guid);
-    library->ReleaseTLibAttr(attributes);
-    return SameKey(found, id);
-}
-
 Content ContentOf(const std::wstring& path, bool isRight) {
-    if (!IsThere(path)) {
+    if (!com::FileExists(path)) {
         return Content::Nothing;
     }
     return isRight ? Content::Right : Content::Other;
@@ -150,7 +116,7 @@ void AddLibrary(Library& library, int bits, HKEY root) {
     }
     const std::wstring file = com::LibraryFile(place);
     const std::wstring reached = Reached(file, bits);
-    const bool isRight = HoldsLibrary(reached, place.substr(file.size()), library.id);
+    const bool isRight = com::HoldsLibrary(reached + place.substr(file.size()), library.id);
     const auto head = HeadOf(reached);
     library.files.push_back({bits, root == HKEY_CURRENT_USER, place, ContentOf(reached, isRight),
                              head ? BitsOf(head->Machine) : 0});

@@ -11,12 +11,12 @@ struct HandleCloser {
     using pointer = HANDLE;
     void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
 };
-/// An open file; closes itself. Empty, not INVALID_HANDLE_VALUE, when there is none.
-using FileHandle = std::unique_ptr<HANDLE, HandleCloser>;
+/// An object of the system; closes itself. Empty, not INVALID_HANDLE_VALUE, when there is none.
+using Handle = std::unique_ptr<HANDLE, HandleCloser>;
 
 /// What CreateFileW answered.
-inline FileHandle OwnFile(HANDLE opened) noexcept {
-    return FileHandle(opened == INVALID_HANDLE_VALUE ? nullptr : opened);
+inline Handle OwnFile(HANDLE opened) noexcept {
+    return Handle(opened == INVALID_HANDLE_VALUE ? nullptr : opened);
 }
 
 struct ModuleCloser {

@@ -7,12 +7,14 @@
 
 #include "com/Boundary.h"
 #include "com/Dll.h"
+#include "com/Handles.h"
 #include "com/Registry.h"
 #include "com/RegistryLibraries.h"
 #include "com/RegistryOwners.h"
 #include "com/RegistryView.h"
 
 #include <cstddef>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -47,6 +49,14 @@ struct Plan {
     void Key(const std::wstring& path) { keys.insert(kClassesPath + path); }
     void Value(const std::wstring& path, const std::wstring& text, const std::wstring& value = {}) {
         entries.push_back({kClassesPath + path, TextValue(value, text)});
+    }
+    void Tree(const std::wstring& path, const RegistryTree& tree) {
+        for (const RegistryTree::Value& value : tree.values) {
+            entries.push_back({kClassesPath + path, value});
+        }
+        for (const RegistryTree& child : tree.keys) {
+            Tree(std::wstring(path).append(L"\\").append(child.name), child);
+        }
     }
 };
 
@@ -142,9 +152,9 @@ void PlanInterface(Plan& plan, ITypeInfo& info, const TYPEATTR& attributes, cons
     plan.Value(key + L"\\TypeLib", L"1.0", L"Version");
 }
 
-/// The library's own keys. A library is registered once for both kinds of
-/// process: what the other kind has of it stays.
-void PlanLibraryKeys(Plan& plan, const DllLibrary& library, Use use, const RegistryOwners& owners) {
+/// The keys of the library that no other DLL has. A library is registered once for both
+/// kinds of process: what the other kind has of it stays.
+void PlanOwnKeys(Plan& plan, const DllLibrary& library, Use use, const RegistryOwners& owners) {
     plan.Key(library.Key());
     const std::wstring other = owners.Text(library.KindKey(kOtherKind));
     const DllLibrary otherLibrary{{}, library.id, LibraryFile(other), other};
@@ -153,10 +163,8 @@ void PlanLibraryKeys(Plan& plan, const DllLibrary& library, Use use, const Regis
     if (!isWritten && !otherStays) {
         return;
     }
-    Bstr help;
-    Check(library.library->GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
     const std::wstring version = library.Key() + L"\\1.0";
-    plan.Value(version, std::wstring(help.View()));
+    plan.Value(version, library.Help());
     if (isWritten) {
         plan.Value(library.KindKey(kThisKind), library.path);
     }
@@ -189,19 +197,13 @@ void PlanInterfaces(Plan& plan, const DllLibrary& library, const DllLibrary* own
     }
 }
 
-/// The library's own keys and those of its interfaces.
-void PlanLibrary(Plan& plan, const DllLibrary& library, const DllLibrary* owner, Use use,
-                 const Claims& claims) {
-    PlanLibraryKeys(plan, library, use, claims.libraryOwners);
-    PlanInterfaces(plan, library, owner, use, claims);
-}
-
-/// The library that no other DLL has. Another copy of this one gives way.
+/// Another copy of this DLL gives way. What `shared` has too is that library's.
 void PlanOwnLibrary(Plan& plan, const DllLibrary& library, const DllLibrary* shared, const Claims& claims) {
-    if (plan.action == Action::Register) {
-        PlanLibrary(plan, library, shared, Use::Write, claims);
-    } else if (!BelongsToAnother(library, claims.libraryOwners)) {
-        PlanLibrary(plan, library, shared, Use::Remove, claims);
+    const bool isRegistered = plan.action == Action::Register;
+    if (isRegistered || !BelongsToAnother(library, claims.libraryOwners)) {
+        const Use use = isRegistered ? Use::Write : Use::Remove;
+        PlanOwnKeys(plan, library, use, claims.libraryOwners);
+        PlanInterfaces(plan, library, shared, use, claims);
     }
 }
 
@@ -211,15 +213,20 @@ void PlanOwnLibrary(Plan& plan, const DllLibrary& library, const DllLibrary* sha
 void PlanSharedLibrary(Plan& plan, const DllLibrary& library, int resource, const LibrarySharers& sharers,
                        const Claims& claims) {
     const RegistryOwners& owners = claims.libraryOwners;
-    const bool isAnothers = BelongsToAnother(library, owners);
-    if (plan.action == Action::Register) {
-        if (!isAnothers || sharers.Have(library, owners)) {
-            PlanLibrary(plan, library, nullptr, Use::Write, claims);
-        }
-    } else if (!isAnothers) {
-        const auto heir = sharers.Heir(library, resource, owners);
+    const bool isRegistered = plan.action == Action::Register;
+    if (BelongsToAnother(library, owners) && !(isRegistered && sharers.Have(library, owners))) {
+        return;
+    }
+    std::optional<DllLibrary> heir;
+    if (!isRegistered) {
+        heir = sharers.Heir(library, resource, owners);
         PlanInterfaces(plan, library, nullptr, Use::Remove, claims);
-        PlanLibrary(plan, heir ? *heir : library, nullptr, heir ? Use::Write : Use::Remove, claims);
+    }
+    const DllLibrary* const next = isRegistered ? &library : heir ? &*heir : nullptr;
+    plan.Key(library.Key());
+    plan.Tree(library.Key(), sharers.Keys(next == nullptr ? library : *next, next != nullptr, owners));
+    if (next != nullptr) {
+        PlanInterfaces(plan, *next, nullptr, Use::Write, claims);
     }
 }
 
@@ -319,7 +326,32 @@ class Snapshot {
     std::vector<std::pair<std::wstring, RegistryTree>> trees_;
 };
 
+/// Lets DLLs of this family, of either kind of process, change the registry one after the
+/// other: they share keys, and each goes by what it has read. A DLL that keeps the others
+/// waiting for long is not waited for.
+class Turn {
+  public:
+    Turn() : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\O_Tam_id.Registration")) {
+        constexpr DWORD kMilliseconds = 10'000;
+        const DWORD result = mutex_ ? WaitForSingleObject(mutex_.get(), kMilliseconds) : WAIT_FAILED;
+        isMine_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
+    }
+    ~Turn() {
+        if (isMine_) {
+            ReleaseMutex(mutex_.get());
+        }
+    }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+  private:
+    /// Empty where another user's may not be opened.
+    Handle mutex_;
+    bool isMine_;
+};
+
 void Change(const ServerInfo& server, Action action, HKEY root) {
+    const Turn turn;
     const Plan plan = MakePlan(server, action, root);
     Snapshot(plan, root).Guard([&] { CarryOut(plan, root); });
 }

@@ -9,7 +9,11 @@
 #include "com/RegistryView.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
+#include <iterator>
 #include <new>
+#include <string_view>
 
 namespace com {
 
@@ -21,6 +25,19 @@ std::wstring IdOf(ITypeLib& library) {
     const GUID id = attributes->guid;
     library.ReleaseTLibAttr(attributes);
     return TextOfGuid(id);
+}
+
+/// The first bytes of a type library that is a file of its own.
+constexpr std::string_view kFileMarks[] = {"MSFT", "SLTG"};
+
+bool IsLibraryFile(const std::wstring& path) {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const Handle file =
+        OwnFile(CreateFileW(path.c_str(), FILE_READ_DATA, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    std::array<char, 4> bytes{};
+    DWORD read = 0;
+    return file && ReadFile(file.get(), bytes.data(), bytes.size(), &read, nullptr) != FALSE &&
+           std::ranges::find(kFileMarks, std::string_view(bytes.data(), read)) != std::end(kFileMarks);
 }
 
 /// A path that names no library is taken for a moniker by what loads libraries, so it is
@@ -45,15 +62,56 @@ std::optional<DllLibrary> FindLibrary(const std::wstring& file, int resource) {
     return found;
 }
 
-/// The file that a library is registered with for this kind of process.
-std::wstring RegisteredFile(const std::wstring& id, const RegistryOwners& owners) {
-    return LibraryFile(owners.Text(DllLibrary{{}, id, {}, {}}.KindKey(kThisKind)));
+/// Where a library is registered for this kind of process.
+std::wstring RegisteredPlace(const std::wstring& id, const RegistryOwners& owners) {
+    return owners.Text(DllLibrary{{}, id, {}, {}}.KindKey(kThisKind));
+}
+
+RegistryTree* Child(RegistryTree& tree, const std::wstring& name) {
+    const auto found = std::ranges::find_if(
+        tree.keys, [&](const RegistryTree& child) { return SameText(child.name, name); });
+    return found == tree.keys.end() ? nullptr : &*found;
+}
+
+RegistryTree& MadeChild(RegistryTree& tree, const std::wstring& name) {
+    if (RegistryTree* const child = Child(tree, name)) {
+        return *child;
+    }
+    tree.keys.push_back({name, {}, {}});
+    return tree.keys.back();
+}
+
+void RemoveChild(RegistryTree& tree, const std::wstring& name) {
+    std::erase_if(tree.keys, [&](const RegistryTree& child) { return SameText(child.name, name); });
+}
+
+void SetText(RegistryTree& tree, const std::wstring& text) {
+    std::erase_if(tree.values, [](const RegistryTree::Value& value) { return value.name.empty(); });
+    tree.values.push_back(TextValue({}, text));
+}
+
+/// The text of a key's default value; empty when it has none.
+std::wstring TextOf(const RegistryTree& tree) {
+    for (const RegistryTree::Value& value : tree.values) {
+        if (value.name.empty() && value.type == REG_SZ) {
+            std::wstring text(value.data.size() / sizeof(wchar_t), L'\0');
+            std::memcpy(text.data(), value.data.data(), text.size() * sizeof(wchar_t));
+            return text.substr(0, text.find(L'\0'));
+        }
+    }
+    return {};
 }
 
 } // namespace
 
 std::wstring DllLibrary::Folder() const {
     return file.substr(0, file.find_last_of(L'\\') + 1);
+}
+
+std::wstring DllLibrary::Help() const {
+    Bstr help;
+    Check(library->GetDocumentation(-1, nullptr, help.Put(), nullptr, nullptr));
+    return std::wstring(help.View());
 }
 
 bool DllLibrary::Has(REFGUID type) const {
@@ -80,21 +138,40 @@ DllLibrary LoadDllLibrary(const std::wstring& file, int resource) {
     return result;
 }
 
+bool HoldsLibrary(const std::wstring& place, const std::wstring& id) {
+    const std::wstring file = LibraryFile(place);
+    const int number = file.size() == place.size() ? 1 : _wtoi(place.c_str() + file.size() + 1);
+    if (!IsLibraryFile(file) && !HasLibrary(file, number)) {
+        return false;
+    }
+    Ref<ITypeLib> library;
+    const HRESULT result = LoadTypeLibEx(place.c_str(), REGKIND_NONE, library.Put());
+    if (result == E_OUTOFMEMORY) {
+        throw std::bad_alloc();
+    }
+    return SUCCEEDED(result) && SameText(IdOf(*library.Get()), id);
+}
+
 bool BelongsToAnother(const DllLibrary& library, const RegistryOwners& owners) {
-    const std::wstring file = RegisteredFile(library.id, owners);
-    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
+    const std::wstring place = RegisteredPlace(library.id, owners);
+    return !place.empty() && !SameFile(LibraryFile(place), ThisDll().FilePath()) &&
+           HoldsLibrary(place, library.id);
+}
+
+bool LibrarySharers::IsOneOfThem(const std::wstring& file) const {
+    const auto first = FindLibrary(file, 1);
+    return first &&
+           std::ranges::any_of(ids_, [&](const std::wstring& id) { return SameText(id, first->id); });
 }
 
 bool LibrarySharers::Have(const DllLibrary& library, const RegistryOwners& owners) const {
-    const auto first = FindLibrary(RegisteredFile(library.id, owners), 1);
-    return first &&
-           std::ranges::any_of(ids_, [&](const std::wstring& id) { return SameText(id, first->id); });
+    return IsOneOfThem(LibraryFile(RegisteredPlace(library.id, owners)));
 }
 
 std::optional<DllLibrary> LibrarySharers::Heir(const DllLibrary& library, int resource,
                                                const RegistryOwners& owners) const {
     for (const std::wstring& id : ids_) {
-        const std::wstring file = RegisteredFile(id, owners);
+        const std::wstring file = LibraryFile(RegisteredPlace(id, owners));
         if (!FileExists(file) || SameFile(file, ThisDll().FilePath())) {
             continue;
         }
@@ -104,6 +181,51 @@ std::optional<DllLibrary> LibrarySharers::Heir(const DllLibrary& library, int re
         }
     }
     return std::nullopt;
+}
+
+bool LibrarySharers::HasAnothersFile(const RegistryTree& version) const {
+    for (const RegistryTree& language : version.keys) {
+        for (const RegistryTree& system : language.keys) {
+            const std::wstring file = LibraryFile(TextOf(system));
+            const bool isOtherKind = SameText(system.name, kOtherKind);
+            if (!file.empty() && !IsOneOfThem(isOtherKind ? PathOfOtherKind(file) : file)) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+RegistryTree LibrarySharers::Keys(const DllLibrary& library, bool isRegistered,
+                                  const RegistryOwners& owners) const {
+    RegistryTree keys = owners.Tree(library.Key());
+    RegistryTree& version = MadeChild(keys, L"1.0");
+    RegistryTree& language = MadeChild(version, L"0");
+    RemoveChild(language, kThisKind);
+    std::wstring otherFile;
+    if (const RegistryTree* const other = Child(language, kOtherKind)) {
+        otherFile = LibraryFile(TextOf(*other));
+        if (!FileExists(PathOfOtherKind(otherFile))) {
+            otherFile.clear();
+            RemoveChild(language, kOtherKind);
+        }
+    }
+    const bool isAnothers = HasAnothersFile(version);
+    if (isRegistered) {
+        SetText(MadeChild(language, kThisKind), library.path);
+    }
+    if (isAnothers) {
+        return keys;
+    }
+    if (isRegistered || !otherFile.empty()) {
+        const std::wstring& file = isRegistered ? library.file : otherFile;
+        SetText(version, library.Help());
+        SetText(MadeChild(version, L"FLAGS"), L"0");
+        SetText(MadeChild(version, L"HELPDIR"), file.substr(0, file.find_last_of(L'\\') + 1));
+    } else {
+        RemoveChild(keys, L"1.0");
+    }
+    return keys;
 }
 
 } // namespace com

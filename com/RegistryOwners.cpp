@@ -49,7 +49,7 @@ std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& pa
     const bool hasFolder = path.find(L'\\') != std::wstring::npos;
     const std::wstring found = hasFolder ? path : FoundByName(path);
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const FileHandle file = OwnFile(
+    const Handle file = OwnFile(
         CreateFileW(found.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
     if (!file) {
         return std::nullopt;
@@ -90,7 +90,8 @@ bool SameText(const std::wstring& left, const std::wstring& right) {
 
 bool FileExists(const std::wstring& path) {
     if (path.find(L'\\') != std::wstring::npos) {
-        return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+        const DWORD attributes = GetFileAttributesW(path.c_str());
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
     }
     return !path.empty() && !FoundByName(path).empty();
 }
@@ -109,6 +110,11 @@ std::wstring RegistryOwners::Text(const std::wstring& path, REGSAM view) const {
         text = ReadClassesText(HKEY_LOCAL_MACHINE, path, view);
     }
     return text;
+}
+
+RegistryTree RegistryOwners::Tree(const std::wstring& path) const {
+    const std::wstring key = kClassesPath + path;
+    return OpenKey(root_, key.c_str()) ? ReadTree(root_, key) : RegistryTree();
 }
 
 std::wstring RegistryOwners::ClassOfName(const std::wstring& progId) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "com/Registry.h"
+
 #include <windows.h>
 
 #include <span>
@@ -15,7 +17,8 @@ inline constexpr const wchar_t* kClassesPath = L"Software\\Classes\\";
 std::wstring TextOfGuid(REFGUID guid);
 /// Equal but for letter case, as the registry's names and paths are compared.
 bool SameText(const std::wstring& left, const std::wstring& right);
-/// A name without a folder is looked for as the system does when it loads the file.
+/// A folder is no file. A name without a folder is looked for as the system does when it
+/// loads the file.
 bool FileExists(const std::wstring& path);
 /// One file may have several paths: a short one, one through a share or a drive that
 /// stands for a folder. Of what does not exist, the paths are compared.
@@ -36,6 +39,8 @@ class RegistryOwners {
 
     /// A text below the classes, in a view of the registry; empty when there is none.
     std::wstring Text(const std::wstring& path, REGSAM view = 0) const;
+    /// A key below the classes of the root itself; empty when there is none.
+    RegistryTree Tree(const std::wstring& path) const;
     /// The class that a name stands for; empty when there is none.
     std::wstring ClassOfName(const std::wstring& progId) const;
     /// True when the class has a DLL or a program that exists, for either kind of process.

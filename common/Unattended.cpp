@@ -35,7 +35,7 @@ std::string Utf8(const std::wstring& text) {
 }
 
 /// Empty when it cannot be opened.
-com::FileHandle OpenToAppend(const std::wstring& path, DWORD access) {
+com::Handle OpenToAppend(const std::wstring& path, DWORD access) {
     return com::OwnFile(CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
@@ -82,7 +82,7 @@ class Turn {
 /// system appends a write as one step, so they take turns, where the file lets itself be
 /// locked: that takes the right to read it.
 void Append(const std::wstring& path, const std::string& bytes) {
-    com::FileHandle file = OpenToAppend(path, FILE_APPEND_DATA | FILE_READ_DATA);
+    com::Handle file = OpenToAppend(path, FILE_APPEND_DATA | FILE_READ_DATA);
     if (!file) {
         file = OpenToAppend(path, FILE_APPEND_DATA);
     }

@@ -10,9 +10,13 @@
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
+#include <atomic>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <initializer_list>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace package {
@@ -32,6 +36,11 @@ std::wstring FileWithoutLibrary() {
     return path;
 }
 
+/// The library by itself, as another maker may have it.
+std::wstring LibraryFile() {
+    return DllFolder() + L"..\\idl\\OrvDBFaces.tlb";
+}
+
 class SharedLibraryTest : public RegistryTest, public ::testing::WithParamInterface<Scope> {
   protected:
     void Register(const Dll& dll) const { ASSERT_EQ(S_OK, dll.Register(GetParam())); }
@@ -46,6 +55,10 @@ class SharedLibraryTest : public RegistryTest, public ::testing::WithParamInterf
             all.merge(lines);
         }
         EXPECT_EQ("", Difference(Added(before, all), Added(before, Snapshot())));
+    }
+    void ClearFaces() const {
+        Clear(GetParam(), kFaces);
+        RegDeleteKeyW(Root(GetParam()), L"Software\\Classes\\TypeLib"); // fails while others are in it
     }
     /// In either order.
     void ForBothOrders(const std::function<void(const Dll&, const Dll&)>& check) const {
@@ -176,19 +189,122 @@ TEST_P(SharedLibraryTest, GoesToNoFileThatHasNone) {
 
 TEST_P(SharedLibraryTest, StaysAnotherMakers) {
     for (const Dll* const dll : {&component, &hostServices}) {
-        Plant(GetParam(), FacesFile(), nullptr, FileWithoutLibrary());
+        Plant(GetParam(), FacesFile(), nullptr, LibraryFile());
         const Lines planted = Snapshot();
         Register(*dll);
         EXPECT_EQ("", Difference(Added(planted, Of(*dll, false)), Added(planted, Snapshot())));
         Unregister(*dll);
         EXPECT_EQ("", Difference(planted, Snapshot()));
-        Clear(GetParam(), kFaces);
-        RegDeleteKeyW(Root(GetParam()), L"Software\\Classes\\TypeLib"); // fails while others are in it
+        ClearFaces();
+    }
+}
+
+TEST_P(SharedLibraryTest, IsNobodysWhereTheFileDoesNotHoldIt) {
+    const Copy damaged(hostServices);
+    { const std::ofstream empty{std::filesystem::path(damaged.Path())}; }
+    const std::wstring places[] = {DllFolder() + L"O_Tam_id.Classes.manifest", // no library at all
+                                   DllFolder(),                                // a folder
+                                   DllFolder() + L"..\\idl\\OrvHost.tlb",      // another library
+                                   DllFolder() + L"O_Tam_id.dll",
+                                   DllFolder() + L"OrvHost.dll\\3", // no such resource
+                                   damaged.Path() + L"\\2"};
+    for (const Dll* const dll : {&component, &hostServices}) {
+        for (const std::wstring& place : places) {
+            Plant(GetParam(), FacesFile(), nullptr, place);
+            Register(*dll);
+            ExpectAdded({Of(*dll, true)});
+            Plant(GetParam(), FacesFile(), nullptr, place);
+            Unregister(*dll);
+            ExpectAdded({});
+        }
+    }
+}
+
+TEST_P(SharedLibraryTest, LeavesOtherVersionsAndLanguagesToTheirMakers) {
+    for (const wchar_t* const other : {L"\\1.1\\0\\win32", L"\\1.0\\9\\win32", L"\\2.0\\0\\win64"}) {
+        Plant(GetParam(), kFaces + std::wstring(other), nullptr, LibraryFile());
+        const Lines planted = Snapshot();
+        for (const Dll* const dll : {&component, &hostServices}) {
+            Register(*dll);
+            EXPECT_EQ(Lines(), Added(Snapshot(), planted)) << "something of theirs is gone";
+        }
+        const std::string place = Prefix(GetParam()) +
+                                  "TypeLib\\{23539202-4C9D-4BB1-86C0-E65E8B10D209}\\1.0\\0\\" +
+                                  (sizeof(void*) == 8 ? "win64" : "win32") + " : ";
+        const std::wstring own = hostServices.Path() + L"\\2";
+        EXPECT_EQ("1 " + std::string(own.begin(), own.end()), Snapshot().at(place));
+        Unregister(component);
+        Unregister(hostServices);
+        EXPECT_EQ("", Difference(planted, Snapshot()));
+        ClearFaces();
+    }
+}
+
+TEST_P(SharedLibraryTest, ChangesNothingOfAVersionThatAnotherMakerHas) {
+    const std::wstring version = std::wstring(kFaces) + L"\\1.0";
+    for (const bool saysMore : {true, false}) {
+        Plant(GetParam(), version + L"\\0\\" + com::kOtherKind, nullptr, LibraryFile());
+        if (saysMore) {
+            Plant(GetParam(), version, nullptr, L"Another maker's library");
+            Plant(GetParam(), version, L"PrimaryInteropAssemblyName", L"Another maker's");
+            Plant(GetParam(), version + L"\\0\\win16", nullptr, L"C:\\Other\\faces.olb");
+            Plant(GetParam(), version + L"\\FLAGS", nullptr, L"4");
+            Plant(GetParam(), version + L"\\HELPDIR", nullptr, L"C:\\Other\\help");
+        }
+        const Lines planted = Snapshot();
+        for (const Dll* const dll : {&component, &hostServices}) {
+            Register(*dll);
+            EXPECT_EQ(Lines(), Added(Snapshot(), planted)) << "something of theirs is gone";
+            Unregister(*dll);
+            EXPECT_EQ("", Difference(planted, Snapshot()));
+        }
+        ClearFaces();
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Scopes, SharedLibraryTest, ::testing::Values(Scope::Machine, Scope::User),
                          [](const auto& scope) { return scope.param == Scope::User ? "User" : "Machine"; });
+
+/// Keeps others from changing the registry until it is told to end.
+class Changer {
+  public:
+    Changer() : worker_([this] { Hold(); }) { WaitForSingleObject(holds_, INFINITE); }
+    ~Changer() {
+        worker_.join();
+        CloseHandle(holds_);
+    }
+    Changer(const Changer&) = delete;
+    Changer& operator=(const Changer&) = delete;
+
+    bool HasEnded() const noexcept { return hasEnded_; }
+
+  private:
+    void Hold() {
+        HANDLE mutex = CreateMutexW(nullptr, TRUE, L"Global\\O_Tam_id.Registration");
+        SetEvent(holds_);
+        constexpr DWORD kLongEnoughToOvertake = 300;
+        Sleep(kLongEnoughToOvertake);
+        hasEnded_ = true;
+        ReleaseMutex(mutex);
+        CloseHandle(mutex);
+    }
+
+    HANDLE holds_ = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::atomic<bool> hasEnded_ = false;
+    std::thread worker_;
+};
+
+using SharedLibraryTurnTest = RegistryTest;
+
+TEST_F(SharedLibraryTurnTest, IsWaitedFor) {
+    for (const bool registers : {true, false}) {
+        for (const Dll* const dll : {&component, &hostServices}) {
+            const Changer changer;
+            EXPECT_EQ(S_OK, registers ? dll->Register(Scope::User) : dll->Unregister(Scope::User));
+            EXPECT_TRUE(changer.HasEnded());
+        }
+    }
+}
 
 /// What clients find of it.
 class SharedLibraryClientTest : public WholeRegistryTest {

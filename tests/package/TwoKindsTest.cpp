@@ -66,8 +66,9 @@ class TwoKindsLibraryTest : public RegistryTest, public ::testing::WithParamInte
 };
 
 TEST_P(TwoKindsLibraryTest, StaysBesideOurs) {
-    const std::wstring file = OtherFile();
-    PlantLibraries(file);
+    // Of the other kind or not, it is a DLL of this family.
+    const Copy file(Subject());
+    PlantLibraries(file.Path());
     const Lines planted = Snapshot();
     ASSERT_EQ(S_OK, Subject().Register(InScope()));
     const Lines after = Snapshot();
