@@ -67,9 +67,13 @@ std::string ShownClass(const std::vector<Server>& servers, int bits) {
     case doctor::Content::Other:
         return FileText(*server) + "; the file is no DLL of 32 or 64 bits";
     default:
-        return FileText(*server) +
-               (server->fileBits == bits ? "" : "; a " + std::to_string(server->fileBits) + "-bit file");
+        break;
     }
+    if (server->fileBits != bits) {
+        return FileText(*server) + "; a " + std::to_string(server->fileBits) + "-bit file";
+    }
+    return FileText(*server) +
+           (server->content == doctor::Content::Right ? "" : "; another DLL, or a damaged one");
 }
 
 std::string ShownLibrary(const std::vector<Server>& files, int bits) {

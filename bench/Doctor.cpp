@@ -36,12 +36,20 @@ constexpr Known kKnown[] = {
     {Group::HostServices, L"", L"{1D816F43-BC81-46F7-B17D-EE81B559E78F}"}};
 
 struct KnownLibrary {
+    std::vector<Group> groups;
     const wchar_t* name;
     const wchar_t* id;
 };
 
-constexpr KnownLibrary kLibraries[] = {{L"O_Tam_id", L"{D912E3A3-F582-410E-89B0-8DEFF4425AFA}"},
-                                       {L"OrvDBFaces", L"{23539202-4C9D-4BB1-86C0-E65E8B10D209}"}};
+const KnownLibrary kLibraries[] = {
+    {{Group::Component}, L"O_Tam_id", L"{D912E3A3-F582-410E-89B0-8DEFF4425AFA}"},
+    {{Group::Component, Group::HostServices}, L"OrvDBFaces", L"{23539202-4C9D-4BB1-86C0-E65E8B10D209}"},
+    {{Group::HostServices}, L"OrvHost", L"{03814B01-E40D-4C62-B843-0733B9AFEBC8}"}};
+
+/// The first library in this project's DLL of a group, which no other DLL has.
+const wchar_t* OwnLibrary(Group group) {
+    return group == Group::Component ? kLibraries[0].id : kLibraries[2].id;
+}
 
 std::wstring ReadAt(HKEY root, const std::wstring& path, REGSAM view) {
     const com::RegistryKey key = com::OpenKey(root, (kClasses + path).c_str(), view);
@@ -89,23 +97,29 @@ std::optional<IMAGE_FILE_HEADER> HeadOf(const std::wstring& path) {
     return nt.header;
 }
 
-Content ContentOf(const std::wstring& path, bool isRight) {
-    if (!com::FileExists(path)) {
-        return Content::Nothing;
-    }
-    return isRight ? Content::Right : Content::Other;
+/// Any maker's DLL may have a service; one by the name of this project's has to be it.
+bool MayHaveClass(Group group, const std::wstring& file, bool isOurs) {
+    return isOurs || (group == Group::HostServices &&
+                      !SameKey(file.substr(file.find_last_of(L'\\') + 1), L"OrvHost.dll"));
 }
 
-void AddServer(std::vector<Server>& servers, int bits, HKEY root, const std::wstring& path, REGSAM view) {
-    const std::wstring file = ReadAt(root, path, view);
+void AddServer(Class& entry, int bits, HKEY root) {
+    const std::wstring file =
+        ReadAt(root, L"CLSID\\" + entry.clsid + L"\\InprocServer32", bits == kBits ? 0 : com::OtherView());
     if (file.empty()) {
         return;
     }
     const std::wstring reached = Reached(file, bits);
     const auto head = HeadOf(reached);
-    const int fileBits = head ? BitsOf(head->Machine) : 0;
-    const bool isDll = fileBits != 0 && (head->Characteristics & IMAGE_FILE_DLL) != 0;
-    servers.push_back({bits, root == HKEY_CURRENT_USER, file, ContentOf(reached, isDll), fileBits});
+    Server server{bits,           root == HKEY_CURRENT_USER,        file,
+                  Content::Other, head ? BitsOf(head->Machine) : 0, false};
+    if (!com::FileExists(reached)) {
+        server.content = Content::Nothing;
+    } else if (server.fileBits != 0 && (head->Characteristics & IMAGE_FILE_DLL) != 0) {
+        server.isOurs = com::HoldsLibrary(reached, OwnLibrary(entry.group));
+        server.content = MayHaveClass(entry.group, file, server.isOurs) ? Content::Right : Content::OtherDll;
+    }
+    entry.servers.push_back(server);
 }
 
 void AddLibrary(Library& library, int bits, HKEY root) {
@@ -116,10 +130,14 @@ void AddLibrary(Library& library, int bits, HKEY root) {
     }
     const std::wstring file = com::LibraryFile(place);
     const std::wstring reached = Reached(file, bits);
-    const bool isRight = com::HoldsLibrary(reached + place.substr(file.size()), library.id);
     const auto head = HeadOf(reached);
-    library.files.push_back({bits, root == HKEY_CURRENT_USER, place, ContentOf(reached, isRight),
-                             head ? BitsOf(head->Machine) : 0});
+    Content content = Content::Nothing;
+    if (com::FileExists(reached)) {
+        const bool isRight = com::HoldsLibrary(reached + place.substr(file.size()), library.id);
+        content = isRight ? Content::Right : Content::Other;
+    }
+    library.files.push_back(
+        {bits, root == HKEY_CURRENT_USER, place, content, head ? BitsOf(head->Machine) : 0, false});
 }
 
 template <class Kinds>
@@ -134,8 +152,7 @@ Class ExamineClass(const Known& known, const Kinds& kinds) {
     for (const int bits : kinds) {
         for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
             if (!entry.clsid.empty()) {
-                AddServer(entry.servers, bits, root, L"CLSID\\" + entry.clsid + L"\\InprocServer32",
-                          bits == kBits ? 0 : com::OtherView());
+                AddServer(entry, bits, root);
             }
         }
     }
@@ -144,7 +161,7 @@ Class ExamineClass(const Known& known, const Kinds& kinds) {
 
 template <class Kinds>
 Library ExamineLibrary(const KnownLibrary& known, const Kinds& kinds) {
-    Library library{known.name, known.id, {}};
+    Library library{known.groups, known.name, known.id, {}};
     for (const int bits : kinds) {
         for (const HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
             AddLibrary(library, bits, root);

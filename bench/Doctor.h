@@ -8,8 +8,11 @@ namespace bench::doctor {
 /// What lies where the registry says.
 enum class Content {
     Nothing,
-    /// A DLL, or of a type library whatever holds one.
+    /// A DLL that may have the class, or whatever holds the type library.
     Right,
+    /// A DLL that has not what this project's DLL of the class has: another, or a damaged one.
+    OtherDll,
+    /// Neither.
     Other
 };
 
@@ -22,6 +25,8 @@ struct Server {
     Content content = Content::Nothing;
     /// Of a program or DLL; 0 of anything else.
     int fileBits = 0;
+    /// A DLL of this project, by the type library in it; of a class only.
+    bool isOurs = false;
 };
 
 enum class Group { Component, HostServices };
@@ -42,6 +47,8 @@ struct Class {
 };
 
 struct Library {
+    /// Whose classes need it; both groups' where it is shared.
+    std::vector<Group> groups;
     std::wstring name;
     std::wstring id;
     std::vector<Server> files;

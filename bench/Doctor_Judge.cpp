@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
+#include <utility>
 
 namespace bench::doctor {
 
@@ -21,18 +23,25 @@ const char* DllOf(Group group) {
     return group == Group::Component ? "O_Tam_id.dll" : "OrvHost.dll";
 }
 
-/// The command that registers a DLL for clients of so many bits. regsvr32 has to
-/// be of their kind; a 64-bit system has both in folders whose names mislead.
-std::string RegisterCommand(const Machine& machine, Group group, int bits, const std::wstring& folder) {
+/// A call of regsvr32 for clients of so many bits. The program has to be of their kind; a
+/// 64-bit system has both in folders whose names mislead.
+std::string Regsvr32(const Machine& machine, int bits, const std::string& options, const std::string& dll) {
     const bool is32On64 = bits == 32 && machine.kinds.size() > 1;
-    const std::string program =
-        is32On64 ? "%SystemRoot%\\SysWOW64\\regsvr32" : "%SystemRoot%\\System32\\regsvr32";
-    const std::string dll = bits == kBits ? Utf8(folder) + DllOf(group) : DllOf(group);
-    return program + " \"" + dll + "\"" +
-           (bits == kBits ? "" : " in the folder of the " + KindName(bits) + " build");
+    return (is32On64 ? "%SystemRoot%\\SysWOW64\\regsvr32" : "%SystemRoot%\\System32\\regsvr32") + options +
+           " \"" + dll + "\"" + (bits == kBits ? "" : " in the folder of the " + KindName(bits) + " build");
 }
 
-enum class Problem { None, NoName, OtherClass, NoClass, OnlyOtherKind, NoFile, NoDll, OtherBits };
+constexpr const char* kForUser = " /n /i:user";
+
+/// The command that registers this project's DLL of a group: for the user where the user's
+/// entry is what is wrong, since it hides the machine's.
+std::string RegisterCommand(const Machine& machine, Group group, int bits, const std::wstring& folder,
+                            bool isForUser) {
+    return Regsvr32(machine, bits, isForUser ? kForUser : "",
+                    bits == kBits ? Utf8(folder) + DllOf(group) : DllOf(group));
+}
+
+enum class Problem { None, NoName, OtherClass, NoClass, OnlyOtherKind, NoFile, NoDll, OtherBits, OtherDll };
 
 Problem ProblemOf(const Class& entry, int bits) {
     if (entry.clsid.empty()) {
@@ -45,10 +54,18 @@ Problem ProblemOf(const Class& entry, int bits) {
     if (server == nullptr) {
         return entry.servers.empty() ? Problem::NoClass : Problem::OnlyOtherKind;
     }
-    if (server->content != Content::Right) {
-        return server->content == Content::Nothing ? Problem::NoFile : Problem::NoDll;
+    switch (server->content) {
+    case Content::Nothing:
+        return Problem::NoFile;
+    case Content::Other:
+        return Problem::NoDll;
+    default:
+        break;
     }
-    return server->fileBits == bits ? Problem::None : Problem::OtherBits;
+    if (server->fileBits != bits) {
+        return Problem::OtherBits;
+    }
+    return server->content == Content::Right ? Problem::None : Problem::OtherDll;
 }
 
 std::string Told(Problem problem, int bits, const std::string& names) {
@@ -67,6 +84,8 @@ std::string Told(Problem problem, int bits, const std::string& names) {
         return client + "cannot make " + names + ": the registered file is not there.";
     case Problem::NoDll:
         return client + "cannot make " + names + ": the registered file is no DLL of 32 or 64 bits.";
+    case Problem::OtherDll:
+        return client + "cannot make " + names + ": the registered file is another DLL, or a damaged one.";
     default:
         return client + "cannot make " + names + ": the registered file is a " + KindName(96 - bits) +
                " DLL.";
@@ -75,26 +94,30 @@ std::string Told(Problem problem, int bits, const std::string& names) {
 
 void JudgeClasses(const Machine& machine, Group group, int bits, const std::wstring& folder,
                   std::vector<Finding>& findings) {
-    std::map<Problem, std::string> names;
+    // By what is wrong, and whether the user's entry is.
+    std::map<std::pair<Problem, bool>, std::string> names;
     for (const Class& entry : machine.classes) {
         const Problem problem = ProblemOf(entry, bits);
         if (entry.group == group && problem != Problem::None) {
-            std::string& list = names[problem];
+            const Server* const server = ServerFor(entry.servers, bits);
+            std::string& list = names[{problem, server != nullptr && server->isForUser}];
             list += (list.empty() ? "" : ", ") + Utf8(entry.Title());
         }
     }
-    const std::string command = RegisterCommand(machine, group, bits, folder) + ".";
-    for (const auto& [problem, list] : names) {
-        const bool isService = group == Group::HostServices;
+    for (const auto& [found, list] : names) {
+        const auto& [problem, isForUser] = found;
+        const std::string command = RegisterCommand(machine, group, bits, folder, isForUser) + ".";
+        const bool mayBeAHosts = group == Group::HostServices && !isForUser;
         findings.push_back({bits, true, Told(problem, bits, list),
-                            isService ? "Install the host for " + KindName(bits) +
-                                            " programs, or on a machine without a host run " + command
-                                      : "Run " + command});
+                            mayBeAHosts ? "Install the host for " + KindName(bits) +
+                                              " programs, or on a machine without a host run " + command
+                                        : "Run " + command});
     }
 }
 
 /// What the user has registered hides what the machine has.
-void JudgeHidden(const Machine& machine, int bits, std::vector<Finding>& findings) {
+void JudgeHidden(const Machine& machine, int bits, const std::wstring& folder,
+                 std::vector<Finding>& findings) {
     for (const Class& entry : machine.classes) {
         std::vector<const Server*> own;
         for (const Server& server : entry.servers) {
@@ -103,20 +126,35 @@ void JudgeHidden(const Machine& machine, int bits, std::vector<Finding>& finding
             }
         }
         if (own.size() > 1 && !SameKey(own.front()->file, own.back()->file)) {
-            findings.push_back(
-                {bits, false,
-                 "For this user " + Utf8(own.front()->file) + " hides " + Utf8(own.back()->file) +
-                     ", which the machine has for " + Utf8(entry.Title()) + ".",
-                 "If that is not wanted, run regsvr32 /u /n /i:user \"" + Utf8(own.front()->file) + "\"."});
+            // A file that is gone cannot take its entries away; another copy of it does.
+            const bool isThere = own.front()->content == Content::Right;
+            const std::string command =
+                isThere ? "regsvr32 /u /n /i:user \"" + Utf8(own.front()->file) + "\""
+                        : Regsvr32(machine, bits, std::string(" /u") + kForUser,
+                                   bits == kBits ? Utf8(folder) + DllOf(entry.group) : DllOf(entry.group));
+            findings.push_back({bits, false,
+                                "For this user " + Utf8(own.front()->file) + " hides " +
+                                    Utf8(own.back()->file) + ", which the machine has for " +
+                                    Utf8(entry.Title()) + ".",
+                                "If that is not wanted, run " + command + "."});
             return;
         }
     }
 }
 
-bool HasClasses(const Machine& machine, int bits) {
-    return std::ranges::any_of(machine.classes, [bits](const Class& entry) {
-        return entry.group == Group::Component && ProblemOf(entry, bits) == Problem::None;
-    });
+/// The group whose registered classes need a library, which are this project's; nothing when
+/// there is none: other makers' services have libraries of their own.
+std::optional<Group> NeededBy(const Machine& machine, const Library& library, int bits) {
+    for (const Group group : library.groups) {
+        const bool isNeeded = std::ranges::any_of(machine.classes, [&](const Class& entry) {
+            return entry.group == group && ProblemOf(entry, bits) == Problem::None &&
+                   ServerFor(entry.servers, bits)->isOurs;
+        });
+        if (isNeeded) {
+            return group;
+        }
+    }
+    return std::nullopt;
 }
 
 /// Proxies between apartments are made from the type library, and development
@@ -125,7 +163,8 @@ void JudgeLibraries(const Machine& machine, int bits, const std::wstring& folder
                     std::vector<Finding>& findings) {
     for (const Library& library : machine.libraries) {
         const Server* const file = LibraryFor(library.files, bits);
-        if ((file != nullptr && file->content == Content::Right) || !HasClasses(machine, bits)) {
+        const auto group = NeededBy(machine, library, bits);
+        if ((file != nullptr && file->content == Content::Right) || !group) {
             continue;
         }
         const std::string name = "type library " + Utf8(library.name);
@@ -135,8 +174,9 @@ void JudgeLibraries(const Machine& machine, int bits, const std::wstring& folder
         } else {
             what += file->content == Content::Nothing ? " is not there" : " holds none";
         }
+        const bool isForUser = file != nullptr && file->isForUser;
         findings.push_back({bits, true, what + ": calls from another apartment fail.",
-                            "Run " + RegisterCommand(machine, Group::Component, bits, folder) + "."});
+                            "Run " + RegisterCommand(machine, *group, bits, folder, isForUser) + "."});
     }
 }
 
@@ -148,7 +188,7 @@ std::vector<Finding> Judge(const Machine& machine, const std::wstring& folder) {
         JudgeClasses(machine, Group::Component, bits, folder, findings);
         JudgeClasses(machine, Group::HostServices, bits, folder, findings);
         JudgeLibraries(machine, bits, folder, findings);
-        JudgeHidden(machine, bits, findings);
+        JudgeHidden(machine, bits, folder, findings);
     }
     return findings;
 }

@@ -3,10 +3,13 @@
 #include "tests/bench/BenchRun.h"
 #include "tests/bench/Registered.h"
 #include "tests/bench/Schema.h"
+#include "tests/Places.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <ios>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -46,9 +49,11 @@ class UsersModule {
                                   static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t))));
     }
     ~UsersModule() {
+        // Advice that is followed takes it away.
         const std::wstring key = kModuleServer;
-        EXPECT_EQ(ERROR_SUCCESS,
-                  RegDeleteTreeW(HKEY_CURRENT_USER, key.substr(0, key.find_last_of(L'\\')).c_str()));
+        const LSTATUS result =
+            RegDeleteTreeW(HKEY_CURRENT_USER, key.substr(0, key.find_last_of(L'\\')).c_str());
+        EXPECT_TRUE(result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND) << result;
         RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID"); // fails while others are in it
     }
     UsersModule(const UsersModule&) = delete;
@@ -136,7 +141,7 @@ TEST(DoctorTest, NamesTheFileBehindEachClassAndLibrary) {
                             {"fileExists", true},
                             {"fileBits", kBits}}}),
               module["servers"]);
-    ASSERT_EQ(2U, document["typeLibraries"].size());
+    ASSERT_EQ(3U, document["typeLibraries"].size());
     EXPECT_EQ(Json::array({{{"bits", kBits},
                             {"for", "machine"},
                             {"file", services + "\\2"},
@@ -200,25 +205,28 @@ TEST(DoctorTest, TellsAFileThatIsNoDllFromOneThatIsGone) {
     EXPECT_NE(std::string::npos, said.find("; the file is not there")) << said;
 }
 
-/// The host interfaces' library with another file for the user.
+constexpr const wchar_t* kFaces = L"{23539202-4C9D-4BB1-86C0-E65E8B10D209}";
+constexpr const wchar_t* kServices = L"{03814B01-E40D-4C62-B843-0733B9AFEBC8}";
+
+/// A type library with another file for the user.
 class UsersLibrary {
   public:
-    UsersLibrary(int bits, const std::wstring& file) {
-        const std::wstring key = kKey + std::wstring(L"\\1.0\\0\\win") + std::to_wstring(bits);
+    UsersLibrary(int bits, const std::wstring& file, const std::wstring& id = kFaces)
+        : key_(L"Software\\Classes\\TypeLib\\" + id) {
+        const std::wstring key = key_ + L"\\1.0\\0\\win" + std::to_wstring(bits);
         EXPECT_EQ(ERROR_SUCCESS,
                   RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), nullptr, REG_SZ, file.c_str(),
                                   static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t))));
     }
     ~UsersLibrary() {
-        EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, kKey));
+        EXPECT_EQ(ERROR_SUCCESS, RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str()));
         RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\TypeLib"); // fails while others are in it
     }
     UsersLibrary(const UsersLibrary&) = delete;
     UsersLibrary& operator=(const UsersLibrary&) = delete;
 
   private:
-    static constexpr const wchar_t* kKey =
-        L"Software\\Classes\\TypeLib\\{23539202-4C9D-4BB1-86C0-E65E8B10D209}";
+    std::wstring key_;
 };
 
 TEST(DoctorTest, FindsATypeLibrarysFileGoneOrWithoutOne) {
@@ -239,6 +247,82 @@ TEST(DoctorTest, FindsATypeLibrarysFileGoneOrWithoutOne) {
     }
     const UsersLibrary user(kBits, ProgramFolder() + L"..\\idl\\OrvDBFaces.tlb");
     EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "what"));
+}
+
+/// The system's program of this kind, as advice has it.
+std::string Regsvr32() {
+    return kBits == 32 ? "%SystemRoot%\\SysWOW64\\regsvr32" : "%SystemRoot%\\System32\\regsvr32";
+}
+
+void RunRegsvr32(const std::vector<std::wstring>& options, const wchar_t* dll) {
+    std::vector<std::wstring> arguments{L"/s"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    arguments.push_back(ProgramFolder() + dll);
+    EXPECT_EQ(0U, RunProgram(L"regsvr32.exe", arguments).status);
+}
+
+TEST(DoctorTest, AdvisesWhatHelpsWhereTheUsersEntryIsWrong) {
+    const Registered dlls;
+    const std::string dll = "\"" + Narrow(ProgramFolder()) + "O_Tam_id.dll\".";
+    {
+        const UsersModule user(L"C:\\Gone\\O_Tam_id.dll");
+        const std::vector<std::string> expected{"Run " + Regsvr32() + " /n /i:user " + dll,
+                                                "If that is not wanted, run " + Regsvr32() +
+                                                    " /u /n /i:user " + dll};
+        EXPECT_EQ(expected, Told(Doctor(1), kBits, "advice"));
+        RunRegsvr32({L"/n", L"/i:user"}, L"O_Tam_id.dll");
+        EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
+        RunRegsvr32({L"/u", L"/n", L"/i:user"}, L"O_Tam_id.dll");
+        const UsersModule again(L"C:\\Gone\\O_Tam_id.dll"); // what the first one takes away at its end
+        RunRegsvr32({L"/u", L"/n", L"/i:user"}, L"O_Tam_id.dll");
+        EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
+    }
+}
+
+TEST(DoctorTest, FindsAnotherDllAndADamagedOne) {
+    const Registered dlls;
+    const tests::OwnFolder own;
+    const std::wstring damaged = (own.Path() / L"O_Tam_id.dll").native();
+    std::ofstream(std::filesystem::path(damaged), std::ios::binary)
+        << ReadFileBytes(ProgramFolder() + L"O_Tam_id.dll").substr(0, 200'000);
+    for (const std::wstring& file : {std::wstring(L"C:\\windows\\system32\\ole32.dll"), damaged}) {
+        const UsersModule user(file);
+        const std::vector<std::string> told = Told(Doctor(1), kBits, "what");
+        ASSERT_FALSE(told.empty());
+        EXPECT_EQ("A " + Kind(kBits) + " client cannot make " + kModule +
+                      ": the registered file is another DLL, or a damaged one.",
+                  told[0]);
+        const std::string said = InOneLine(RunBench({L"doctor"}).out);
+        EXPECT_NE(std::string::npos, said.find("; another DLL, or a damaged one")) << said;
+    }
+}
+
+TEST(DoctorTest, FindsTheLibraryOfTheHostServicesGone) {
+    const Registered dlls;
+    const UsersLibrary user(kBits, L"C:\\Gone\\OrvHost.dll", kServices);
+    const Json document = Doctor(1);
+    EXPECT_EQ(std::vector<std::string>{"The registered file of the type library OrvHost is not there: "
+                                       "calls from another apartment fail."},
+              Told(document, kBits, "what"));
+    EXPECT_EQ(std::vector<std::string>{"Run " + Regsvr32() + " /n /i:user \"" + Narrow(ProgramFolder()) +
+                                       "OrvHost.dll\"."},
+              Told(document, kBits, "advice"));
+}
+
+TEST(DoctorTest, TheHostServicesAloneNeedTheHostInterfacesToo) {
+    RunRegsvr32({}, L"OrvHost.dll");
+    {
+        const UsersLibrary user(kBits, L"C:\\Gone\\OrvHost.dll\\2");
+        const Json document = Doctor(1);
+        const std::vector<std::string> told = Told(document, kBits, "what");
+        ASSERT_EQ(2U, told.size()) << document.dump();
+        EXPECT_EQ("The registered file of the type library OrvDBFaces is not there: calls from another "
+                  "apartment fail.",
+                  told[1]);
+        EXPECT_EQ("Run " + Regsvr32() + " /n /i:user \"" + Narrow(ProgramFolder()) + "OrvHost.dll\".",
+                  Told(document, kBits, "advice")[1]);
+    }
+    RunRegsvr32({L"/u"}, L"OrvHost.dll");
 }
 
 TEST(DoctorTest, A64BitClientTakesATypeLibraryFor32BitClients) {
