@@ -81,7 +81,7 @@ std::string ShownLibrary(const std::vector<Server>& files, int bits) {
     if (file == nullptr) {
         return "not registered";
     }
-    const std::string place =
+    std::string place =
         FileText(*file) +
         (file->bits == bits ? "" : "; registered for " + std::to_string(file->bits) + "-bit clients");
     switch (file->content) {

@@ -166,6 +166,7 @@ TEST_F(UnattendedHostTest, LocksTheFileWhileItWritesALine) {
         LoadFaultyProject();
         LoadFaultyProject();
     }
+    shared = nullptr;
     EXPECT_EQ((std::vector<bool>{false, false}), couldBeLocked);
     EXPECT_EQ(2U, Lines().size());
     EXPECT_TRUE(other.LockWhole()) << "the lock is still there";
