@@ -2,7 +2,7 @@
 
 #include "tests/bench/Schema.h"
 #include "tests/Places.h"
-#include "tests/Wine.h"
+#include "tests/Program.h"
 
 #include <gtest/gtest.h>
 
@@ -93,28 +93,15 @@ Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>&
     for (const std::wstring& argument : arguments) {
         line += L" " + Quoted(argument);
     }
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = OpenInherited(input, GENERIC_READ, OPEN_EXISTING);
-    start.hStdOutput = OpenOutput(output, outFile);
-    start.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
-    PROCESS_INFORMATION process{};
-    const BOOL started = CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, tests::WithoutConsole(),
-                                        nullptr, nullptr, &start, &process);
-    EXPECT_TRUE(started) << Narrow(line) << " does not start, error " << GetLastError();
+    tests::Program::Start start;
+    start.info.dwFlags = STARTF_USESTDHANDLES;
+    start.info.hStdInput = OpenInherited(input, GENERIC_READ, OPEN_EXISTING);
+    start.info.hStdOutput = OpenOutput(output, outFile);
+    start.info.hStdError = OpenInherited(errFile, GENERIC_WRITE, CREATE_ALWAYS);
+    start.inherits = true;
     Outcome run;
-    if (started != FALSE) {
-        if (WaitForSingleObject(process.hProcess, kLongestRun) != WAIT_OBJECT_0) {
-            ADD_FAILURE() << Narrow(line) << " does not end";
-            TerminateProcess(process.hProcess, ~0U);
-            WaitForSingleObject(process.hProcess, INFINITE);
-        }
-        GetExitCodeProcess(process.hProcess, &run.status);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-    }
-    for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError}) {
+    run.status = tests::Program(line, start).Wait(kLongestRun);
+    for (const HANDLE handle : {start.info.hStdInput, start.info.hStdOutput, start.info.hStdError}) {
         CloseHandle(handle);
     }
     run.out = output.empty() ? ReadFileBytes(outFile) : std::string();

@@ -1,5 +1,5 @@
 #include "tests/Places.h"
-#include "tests/Wine.h"
+#include "tests/Program.h"
 
 #include <windows.h>
 
@@ -49,24 +49,19 @@ Ended RunChild(const std::wstring& member) {
     HANDLE write = nullptr;
     EXPECT_TRUE(CreatePipe(&read, &write, &inherited, 0));
     SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
-    STARTUPINFOW start{};
-    start.cb = sizeof(start);
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = write;
-    start.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-    PROCESS_INFORMATION process{};
-    std::wstring command =
-        L"\"" + (tests::ProgramFolder() / L"end_before_init.exe").native() + L"\" " + member;
-    EXPECT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, tests::WithoutConsole(), nullptr,
-                               nullptr, &start, &process));
+    tests::Program::Start start;
+    start.info.dwFlags = STARTF_USESTDHANDLES;
+    start.info.hStdOutput = write;
+    start.info.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+    start.inherits = true;
+    const tests::Program program(
+        L"\"" + (tests::ProgramFolder() / L"end_before_init.exe").native() + L"\" " + member, start);
     CloseHandle(write);
     Ended ended;
     ended.lines = Lines(ReadAll(read));
     CloseHandle(read);
-    WaitForSingleObject(process.hProcess, INFINITE);
-    GetExitCodeProcess(process.hProcess, &ended.status);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
+    constexpr DWORD kMinute = 60'000;
+    ended.status = program.Wait(kMinute);
     return ended;
 }
 

@@ -1,7 +1,9 @@
 #include "tests/package/Dll.h"
 
 #include "tests/Places.h"
-#include "tests/Wine.h"
+#include "tests/Program.h"
+
+#include <utility>
 
 namespace package {
 
@@ -61,24 +63,7 @@ HRESULT Dll::CanUnloadNow() const {
 
 DWORD Regsvr32(const std::wstring& options, const std::wstring& path) {
     std::wstring commandLine = L"regsvr32.exe /s " + options + L" \"" + path + L"\"";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, tests::WithoutConsole(), nullptr,
-                       nullptr, &startup, &process) == FALSE) {
-        ADD_FAILURE() << "regsvr32 does not start, error " << GetLastError();
-        return ~0UL;
-    }
-    DWORD status = ~0UL;
-    if (WaitForSingleObject(process.hProcess, kMinute) == WAIT_OBJECT_0) {
-        GetExitCodeProcess(process.hProcess, &status);
-    } else {
-        TerminateProcess(process.hProcess, status);
-        ADD_FAILURE() << "regsvr32 does not end";
-    }
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return status;
+    return tests::Program(std::move(commandLine)).Wait(kMinute);
 }
 
 Copy::Copy(const Dll& original) : file_(original.Facts().file) {

@@ -3,7 +3,7 @@
 
 #include "tests/package/Dll.h"
 #include "tests/Places.h"
-#include "tests/Wine.h"
+#include "tests/Program.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -36,26 +36,8 @@ std::wstring System(int bits) {
 
 /// The exit status of a program.
 DWORD RunProgram(const std::wstring& program, const std::wstring& arguments) {
-    std::wstring commandLine = L"\"" + program + L"\" " + arguments;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, tests::WithoutConsole(),
-                       nullptr, nullptr, &startup, &process) == FALSE) {
-        ADD_FAILURE() << "the program does not start, error " << GetLastError();
-        return ~0UL;
-    }
     constexpr DWORD kMinute = 60'000;
-    DWORD status = ~0UL;
-    if (WaitForSingleObject(process.hProcess, kMinute) == WAIT_OBJECT_0) {
-        GetExitCodeProcess(process.hProcess, &status);
-    } else {
-        TerminateProcess(process.hProcess, status);
-        ADD_FAILURE() << "the program does not end";
-    }
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return status;
+    return tests::Program(L"\"" + program + L"\" " + arguments).Wait(kMinute);
 }
 
 class SideBySideTest : public WholeRegistryTest {

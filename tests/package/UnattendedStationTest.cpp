@@ -3,8 +3,8 @@
 
 #include "tests/package/Dll.h"
 #include "tests/Places.h"
+#include "tests/Program.h"
 #include "tests/support/Fixture.h"
-#include "tests/Wine.h"
 
 #include <nlohmann/json.hpp>
 
@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -83,18 +84,12 @@ class Script {
         SetProcessWindowStation(before);
         EXPECT_NE(nullptr, desktop_);
 
-        std::wstring command = L"cscript.exe //nologo " + commandLine;
         std::wstring place = L"TamNight\\Default";
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        startup.lpDesktop = place.data();
-        EXPECT_NE(FALSE, CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE,
-                                        tests::WithoutConsole(), nullptr, nullptr, &startup, &process_))
-            << "cscript does not start, error " << GetLastError();
+        tests::Program::Start start;
+        start.info.lpDesktop = place.data();
+        program_.emplace(L"cscript.exe //nologo " + commandLine, start);
     }
     ~Script() {
-        CloseHandle(process_.hThread);
-        CloseHandle(process_.hProcess);
         CloseDesktop(desktop_);
         CloseWindowStation(station_);
     }
@@ -104,20 +99,13 @@ class Script {
     /// The exit status; two minutes are allowed.
     DWORD Wait() const {
         constexpr DWORD kTwoMinutes = 120'000;
-        DWORD status = ~0UL;
-        if (WaitForSingleObject(process_.hProcess, kTwoMinutes) == WAIT_OBJECT_0) {
-            GetExitCodeProcess(process_.hProcess, &status);
-        } else {
-            TerminateProcess(process_.hProcess, status);
-            ADD_FAILURE() << "the script waits for somebody";
-        }
-        return status;
+        return program_->Wait(kTwoMinutes);
     }
 
   private:
     HWINSTA station_ = nullptr;
     HDESK desktop_ = nullptr;
-    PROCESS_INFORMATION process_{};
+    std::optional<tests::Program> program_;
 };
 
 /// Scripts of a registered component that write to one file, which is deleted at the end.

@@ -214,40 +214,31 @@ void Box::ChooseFile(const std::wstring& path) const {
     AwaitEnd();
 }
 
-Viewer::Viewer(const Texts& arguments, const std::function<void(DWORD)>& beforeStart) {
-    std::wstring line = CommandLine(arguments);
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr, nullptr,
-                       &start, &process) == FALSE) {
-        ADD_FAILURE() << Narrow(line) << " does not start, error " << GetLastError();
+Viewer::Viewer(const Texts& arguments, const std::function<void(DWORD)>& beforeStart)
+    : program_(CommandLine(arguments), {.flags = CREATE_SUSPENDED}) {
+    if (Process() == nullptr) {
         return;
     }
-    process_ = process.hProcess;
-    id_ = process.dwProcessId;
     if (beforeStart) {
-        beforeStart(id_);
+        beforeStart(program_.Id());
     }
-    ResumeThread(process.hThread);
-    CloseHandle(process.hThread);
-    Await("the window of " + Narrow(line), [this] {
-        frame_ = TopWindow(id_, VIEW_CLASS);
+    program_.Resume();
+    Await("the window of " + Narrow(CommandLine(arguments)), [this] {
+        frame_ = TopWindow(program_.Id(), VIEW_CLASS);
         return frame_ != nullptr || !IsRunning();
     });
     EXPECT_NE(nullptr, frame_) << "it ended, or shows no window";
 }
 
 Viewer::~Viewer() {
-    if (process_ != nullptr) {
+    if (Process() != nullptr) {
         Kill();
-        CloseHandle(process_);
     }
 }
 
 std::wstring Viewer::Status(int part) const {
     constexpr std::size_t kRoom = 1024;
-    const RemoteMemory memory(process_, kRoom * sizeof(wchar_t));
+    const RemoteMemory memory(Process(), kRoom * sizeof(wchar_t));
     const auto length =
         LOWORD(SendMessageW(Part(IDC_STATUS), SB_GETTEXTLENGTHW, static_cast<WPARAM>(part), 0));
     std::wstring text(std::min<std::size_t>(length, kRoom - 1), L'\0');
@@ -283,7 +274,7 @@ void Viewer::Settle() const {
 }
 
 Box Viewer::ShownBox() const {
-    return Box(TopWindow(id_, L"#32770"));
+    return Box(TopWindow(program_.Id(), L"#32770"));
 }
 
 Box Viewer::NextBox(const Box& before) const {
@@ -296,14 +287,14 @@ Box Viewer::NextBox(const Box& before) const {
 }
 
 HWND Viewer::ShownMenu() const {
-    return TopWindow(id_, L"#32768");
+    return TopWindow(program_.Id(), L"#32768");
 }
 
 void Viewer::ToFront() const {
     Await("the window in front", [this] {
         DWORD process = 0;
         GetWindowThreadProcessId(GetForegroundWindow(), &process);
-        return process == id_ || (SetForegroundWindow(frame_), false);
+        return process == program_.Id() || (SetForegroundWindow(frame_), false);
     });
 }
 
@@ -356,12 +347,13 @@ void Viewer::Drop(const Texts& files) const {
     names += L'\0';
     // The window frees it, as far as memory that it did not allocate can be freed.
     auto* const memory = static_cast<BYTE*>(VirtualAllocEx(
-        process_, nullptr, sizeof(DROPFILES) + names.size() * 2, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
+        Process(), nullptr, sizeof(DROPFILES) + names.size() * 2, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE));
     DROPFILES head{};
     head.pFiles = sizeof head;
     head.fWide = TRUE;
-    WriteProcessMemory(process_, memory, &head, sizeof head, nullptr);
-    WriteProcessMemory(process_, memory + sizeof head, names.data(), names.size() * sizeof(wchar_t), nullptr);
+    WriteProcessMemory(Process(), memory, &head, sizeof head, nullptr);
+    WriteProcessMemory(Process(), memory + sizeof head, names.data(), names.size() * sizeof(wchar_t),
+                       nullptr);
     PostMessageW(frame_, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
 }
 
@@ -377,15 +369,15 @@ void Viewer::Close() {
 
 DWORD Viewer::WaitForEnd() {
     DWORD status = ~0UL;
-    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process_, kLongest)) << "it does not end";
-    GetExitCodeProcess(process_, &status);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(Process(), kLongest)) << "it does not end";
+    GetExitCodeProcess(Process(), &status);
     return status;
 }
 
 void Viewer::Kill() {
     if (IsRunning()) {
-        TerminateProcess(process_, 9);
-        WaitForSingleObject(process_, kLongest);
+        TerminateProcess(Process(), 9);
+        WaitForSingleObject(Process(), kLongest);
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/Program.h"
+
 #include <windows.h>
 
 #include <cstddef>
@@ -84,7 +86,7 @@ class Viewer {
     Viewer(const Viewer&) = delete;
     Viewer& operator=(const Viewer&) = delete;
 
-    HANDLE Process() const noexcept { return process_; }
+    HANDLE Process() const noexcept { return program_.Process(); }
     HWND Frame() const noexcept { return frame_; }
     HWND Part(int id) const noexcept { return GetDlgItem(frame_, id); }
     std::wstring Title() const { return TextOf(frame_); }
@@ -166,11 +168,10 @@ class Viewer {
     DWORD WaitForEnd();
     /// Ends the program as a crash does.
     void Kill();
-    bool IsRunning() const noexcept { return WaitForSingleObject(process_, 0) == WAIT_TIMEOUT; }
+    bool IsRunning() const noexcept { return WaitForSingleObject(Process(), 0) == WAIT_TIMEOUT; }
 
   private:
-    HANDLE process_ = nullptr;
-    DWORD id_ = 0;
+    tests::Program program_;
     HWND frame_ = nullptr;
 };
 

@@ -49,11 +49,11 @@ int Viewer::Count(int list) const noexcept {
 }
 
 std::wstring Viewer::Cell(int list, int place, int column) const {
-    return ListReader(process_, Part(list)).Text(place, column);
+    return ListReader(Process(), Part(list)).Text(place, column);
 }
 
 Texts Viewer::Cells(int list, int column) const {
-    const ListReader reader(process_, Part(list));
+    const ListReader reader(Process(), Part(list));
     Texts cells;
     const int count = Count(list);
     for (int place = 0; place < count; ++place) {
@@ -63,7 +63,7 @@ Texts Viewer::Cells(int list, int column) const {
 }
 
 int Viewer::PlaceOf(int list, const std::wstring& text, int column) const {
-    const ListReader reader(process_, Part(list));
+    const ListReader reader(Process(), Part(list));
     const int count = Count(list);
     for (int place = 0; place < count; ++place) {
         if (reader.Text(place, column) == text) {
@@ -84,7 +84,7 @@ std::wstring Viewer::PickedName(int list) const {
 }
 
 void Viewer::Pick(int list, int place) const {
-    const RemoteMemory memory(process_, sizeof(LVITEMW));
+    const RemoteMemory memory(Process(), sizeof(LVITEMW));
     LVITEMW item{};
     item.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
     memory.Write(&item, sizeof item);
@@ -111,7 +111,7 @@ void Viewer::ClickHeading(int list, int column) const {
 
 void Viewer::DoubleClickRow(int list, int place) const {
     SendMessageW(Part(list), LVM_ENSUREVISIBLE, static_cast<WPARAM>(place), FALSE);
-    const RemoteMemory memory(process_, sizeof(RECT));
+    const RemoteMemory memory(Process(), sizeof(RECT));
     RECT area{};
     area.left = LVIR_LABEL;
     memory.Write(&area, sizeof area);
