@@ -83,13 +83,13 @@ RegistryKey OpenKey(HKEY root, const wchar_t* path, REGSAM view) {
     return RegistryKey(key);
 }
 
-std::wstring ReadText(const RegistryKey& key) {
+std::wstring ReadText(const RegistryKey& key, const wchar_t* value) {
     DWORD size = 0;
-    if (RegGetValueW(key.Get(), nullptr, nullptr, RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS) {
+    if (RegGetValueW(key.Get(), nullptr, value, RRF_RT_REG_SZ, nullptr, nullptr, &size) != ERROR_SUCCESS) {
         return {};
     }
     std::wstring text(size / sizeof(wchar_t), L'\0');
-    CheckWin32(RegGetValueW(key.Get(), nullptr, nullptr, RRF_RT_REG_SZ, nullptr, text.data(), &size));
+    CheckWin32(RegGetValueW(key.Get(), nullptr, value, RRF_RT_REG_SZ, nullptr, text.data(), &size));
     text.resize(size / sizeof(wchar_t));
     while (!text.empty() && text.back() == L'\0') {
         text.pop_back();

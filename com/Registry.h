@@ -48,8 +48,8 @@ struct RegistryTree {
 /// Opens a key for reading; empty when there is none. The view is an access flag:
 /// 0 for this process's own.
 RegistryKey OpenKey(HKEY root, const wchar_t* path, REGSAM view = 0);
-/// The text of a key's default value; empty when it has none.
-std::wstring ReadText(const RegistryKey& key);
+/// The text of a value, of the default value unless one is named; empty when the key has none.
+std::wstring ReadText(const RegistryKey& key, const wchar_t* value = nullptr);
 /// The names of the keys right below a key.
 std::vector<std::wstring> SubkeyNames(const RegistryKey& key);
 /// A text value; an empty name is the default value.

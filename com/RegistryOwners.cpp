@@ -27,9 +27,9 @@ std::wstring ClassKey(const std::wstring& clsid) {
     return L"CLSID\\" + clsid;
 }
 
-std::wstring ReadClassesText(HKEY root, const std::wstring& path, REGSAM view) {
+std::wstring ReadClassesText(HKEY root, const std::wstring& path, REGSAM view, const wchar_t* value) {
     const RegistryKey key = OpenKey(root, (kClassesPath + path).c_str(), view);
-    return key ? ReadText(key) : std::wstring();
+    return key ? ReadText(key, value) : std::wstring();
 }
 
 std::wstring FoundByName(const std::wstring& name) {
@@ -104,10 +104,10 @@ bool SameFile(const std::wstring& left, const std::wstring& right) {
     return identity && identity == IdentityOf(right);
 }
 
-std::wstring RegistryOwners::Text(const std::wstring& path, REGSAM view) const {
-    std::wstring text = ReadClassesText(root_, path, view);
+std::wstring RegistryOwners::Text(const std::wstring& path, REGSAM view, const wchar_t* value) const {
+    std::wstring text = ReadClassesText(root_, path, view, value);
     if (text.empty() && sees_ == Sees::Machine) {
-        text = ReadClassesText(HKEY_LOCAL_MACHINE, path, view);
+        text = ReadClassesText(HKEY_LOCAL_MACHINE, path, view, value);
     }
     return text;
 }
@@ -153,9 +153,11 @@ bool RegistryOwners::AnotherMarshals(const std::wstring& iid, std::span<const st
         return true;
     }
     const std::wstring library = Text(key + L"\\TypeLib");
-    return !library.empty() &&
-           std::ranges::none_of(libraries, [&](const std::wstring& own) { return SameText(library, own); }) &&
-           LibraryExists(library);
+    if (std::ranges::none_of(libraries, [&](const std::wstring& own) { return SameText(library, own); })) {
+        return !library.empty() && LibraryExists(library);
+    }
+    const std::wstring version = Text(key + L"\\TypeLib", 0, L"Version");
+    return !version.empty() && !SameText(version, L"1.0") && VersionExists(library, version);
 }
 
 std::vector<std::wstring> RegistryOwners::KeyNames(const std::wstring& path) const {
@@ -172,20 +174,20 @@ std::vector<std::wstring> RegistryOwners::KeyNames(const std::wstring& path) con
     return names;
 }
 
-/// In any version and any language, for either kind of process.
+/// In any version.
 bool RegistryOwners::LibraryExists(const std::wstring& id) const {
-    const std::wstring library = L"TypeLib\\" + id;
-    for (const std::wstring& version : KeyNames(library)) {
-        const std::wstring ofVersion = std::wstring(library).append(L"\\").append(version);
-        for (const std::wstring& language : KeyNames(ofVersion)) {
-            const std::wstring key = std::wstring(ofVersion).append(L"\\").append(language).append(L"\\");
-            if (FileExists(LibraryFile(Text(key + kThisKind))) ||
-                FileExists(PathOfOtherKind(LibraryFile(Text(key + kOtherKind))))) {
-                return true;
-            }
-        }
-    }
-    return false;
+    return std::ranges::any_of(KeyNames(L"TypeLib\\" + id),
+                               [&](const std::wstring& version) { return VersionExists(id, version); });
+}
+
+/// In any language, for either kind of process.
+bool RegistryOwners::VersionExists(const std::wstring& id, const std::wstring& version) const {
+    const std::wstring ofVersion = std::wstring(L"TypeLib\\").append(id).append(L"\\").append(version);
+    return std::ranges::any_of(KeyNames(ofVersion), [&](const std::wstring& language) {
+        const std::wstring key = std::wstring(ofVersion).append(L"\\").append(language).append(L"\\");
+        return FileExists(LibraryFile(Text(key + kThisKind))) ||
+               FileExists(PathOfOtherKind(LibraryFile(Text(key + kOtherKind))));
+    });
 }
 
 } // namespace com

@@ -37,8 +37,9 @@ class RegistryOwners {
 
     RegistryOwners(HKEY root, Sees sees) noexcept : root_(root), sees_(sees) {}
 
-    /// A text below the classes, in a view of the registry; empty when there is none.
-    std::wstring Text(const std::wstring& path, REGSAM view = 0) const;
+    /// A text below the classes, in a view of the registry; empty when there is none. It is
+    /// a key's default value unless another is named.
+    std::wstring Text(const std::wstring& path, REGSAM view = 0, const wchar_t* value = nullptr) const;
     /// A key below the classes of the root itself; empty when there is none.
     RegistryTree Tree(const std::wstring& path) const;
     /// The class that a name stands for; empty when there is none.
@@ -49,14 +50,15 @@ class RegistryOwners {
     bool AnotherFileHas(const std::wstring& clsid) const;
     /// The same for the other kind of process.
     bool OtherKindHas(const std::wstring& clsid) const;
-    /// True when another type library than these, or a proxy of its maker's, marshals
-    /// the interface.
+    /// True when another type library than version 1.0 of these, or a proxy of its maker's,
+    /// marshals the interface.
     bool AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const;
 
   private:
     std::wstring FileOf(const std::wstring& clsid) const;
     std::vector<std::wstring> KeyNames(const std::wstring& path) const;
     bool LibraryExists(const std::wstring& id) const;
+    bool VersionExists(const std::wstring& id, const std::wstring& version) const;
 
     HKEY root_;
     Sees sees_;

@@ -18,6 +18,8 @@ constexpr const wchar_t* kDatabaseClass = L"CLSID\\{1D816F43-BC81-46F7-B17D-EE81
 constexpr const wchar_t* kDocumentFace = L"Interface\\{2690F178-80A7-47BE-ADCE-5BB1062776FF}";
 constexpr const wchar_t* kViewFace = L"Interface\\{999A42D2-A854-4E5A-B5E6-95BFB89CC88E}";
 constexpr const wchar_t* kTheirs = L"{22222222-0000-0000-0000-000000000000}";
+constexpr const wchar_t* kHostLibrary = L"{23539202-4C9D-4BB1-86C0-E65E8B10D209}";
+constexpr const wchar_t* kAutomationProxy = L"{00020424-0000-0000-C000-000000000046}";
 constexpr const wchar_t* kGone = L"C:\\Gone\\Host.dll";
 
 std::wstring FileThatExists() {
@@ -63,8 +65,8 @@ class Others {
         }
         keys_.emplace(key);
     }
-    void TypeLibrary(const std::wstring& file) {
-        const std::wstring key = L"TypeLib\\" + std::wstring(kTheirs);
+    void TypeLibrary(const std::wstring& file, const wchar_t* id = kTheirs) {
+        const std::wstring key = L"TypeLib\\" + std::wstring(id);
         Plant(scope_, key + L"\\2.5\\9\\win32", nullptr, file);
         keys_.insert(key);
     }
@@ -150,8 +152,17 @@ TEST_P(RegistrationOthersTest, KeepTheNameOfAServiceThatASystemDllHas) {
 
 TEST_P(RegistrationOthersTest, KeepTheInterfacesOfTheirLibrary) {
     Theirs().TypeLibrary(FileThatExists() + L"\\3");
-    Theirs().Face(kDocumentFace, L"{00020424-0000-0000-C000-000000000046}", kTheirs);
-    Theirs().Face(kViewFace, L"{00020424-0000-0000-C000-000000000046}", kTheirs);
+    Theirs().Face(kDocumentFace, kAutomationProxy, kTheirs);
+    Theirs().Face(kViewFace, kAutomationProxy, kTheirs);
+    ExpectLeft(component, {kDocumentFace, kViewFace});
+    ExpectLeft(hostServices, {kDocumentFace, kViewFace});
+}
+
+TEST_P(RegistrationOthersTest, KeepTheInterfacesOfTheirVersionOfTheLibrary) {
+    const std::wstring library = FileThatExists() + L"\\3";
+    Theirs().TypeLibrary(library, kHostLibrary);
+    Theirs().Face(kDocumentFace, kAutomationProxy, kHostLibrary);
+    Theirs().Face(kViewFace, kAutomationProxy, kHostLibrary);
     ExpectLeft(component, {kDocumentFace, kViewFace});
     ExpectLeft(hostServices, {kDocumentFace, kViewFace});
 }
@@ -173,6 +184,9 @@ TEST_P(RegistrationOthersTest, LoseWhatAGoneFileHad) {
     Others gone(GetParam().theirs);
     gone.TypeLibrary(kGone);
     gone.Face(kViewFace, kTheirs, kTheirs);
+    ExpectTaken(component, kViewFace, "IHostView");
+    gone.TypeLibrary(kGone, kHostLibrary);
+    gone.Face(kViewFace, kAutomationProxy, kHostLibrary);
     ExpectTaken(component, kViewFace, "IHostView");
     Plant(GetParam().theirs, kViewFace, nullptr, L"");
 }
