@@ -18,15 +18,25 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 FIRST_INCLUDE = re.compile(r"^[ \t]*#[ \t]*include[ \t]*[\"<]([^\">\n]+)[\">]", re.MULTILINE)
+# The file that includes several sources, which are compiled as one.
+UNITED = "unity_*.cxx"
 # The options that end in a file of the build's, and how many words they take.
 WORDS_OF = {"-o": 2, "-c": 2, "-include": 2, "-Winvalid-pch": 1}
+
+
+def place_of(source):
+    """A source of the project: of several that are compiled as one, the first."""
+    if not source.match(UNITED):
+        return source
+    return Path(FIRST_INCLUDE.search(source.read_text(encoding="utf-8"))[1])
 
 
 def compile_commands(build):
     """Source -> the words of its command."""
     with (Path(build) / "compile_commands.json").open(encoding="utf-8") as file:
         entries = json.load(file)
-    return {Path(entry["file"]): shlex.split(entry["command"]) for entry in entries if entry["file"].endswith(".cpp")}
+    return {place_of(Path(entry["file"])): shlex.split(entry["command"]) for entry in entries
+            if entry["file"].endswith(".cpp") or Path(entry["file"]).match(UNITED)}
 
 
 def first_header(source):
@@ -48,10 +58,7 @@ def options_of(command):
 
 
 def options_for(header, commands):
-    """The options of the source nearest to a header; of several the one that sees the most folders.
-
-    Sources that are compiled together have no command of their own, so the nearest one may stand elsewhere.
-    """
+    """The options of the source nearest to a header; of several the one that sees the most folders."""
     def nearness(source):
         shared = len(os.path.commonpath([header.parent, source.parent]))
         folders = sum(word == "-isystem" or word.startswith("-I") for word in commands[source])

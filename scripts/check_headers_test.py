@@ -47,6 +47,17 @@ class CheckHeadersTest(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertIn("Bad.h:2", text)
 
+    def test_takes_the_options_of_sources_that_are_compiled_as_one(self):
+        self.write("below/Part.cpp", "")
+        united = self.write("win32/unity_0_cxx.cxx", f'/* made */\n#include "{self.root}/below/Part.cpp"\n')
+        commands = self.root / "win32/compile_commands.json"
+        entries = json.loads(commands.read_text(encoding="utf-8"))
+        entries.append({"directory": "/", "command": f"c++ -DBELOW=struct -c {united}", "file": united})
+        commands.write_text(json.dumps(entries), encoding="utf-8")
+        header = "#pragma once\nBELOW Here {};\n"
+        self.assertEqual(self.run_check(self.write("below/Here.h", header)), (0, ""))
+        self.assertEqual(self.run_check(self.write("Above.h", header))[0], 1)
+
     def test_leaves_out_what_a_source_of_another_build_includes_first(self):
         self.assertEqual(self.run_check(self.write("Own.h", "#pragma once\nMissing missing();\n")), (0, ""))
 
