@@ -13,6 +13,7 @@
 #include "com/RegistryOwners.h"
 #include "com/RegistryView.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <set>
@@ -37,6 +38,14 @@ struct Entry {
     RegistryTree::Value value;
 };
 
+RegistryTree Named(const std::wstring& name) {
+    return {name, {}, {}};
+}
+
+bool IsEmpty(const RegistryTree& tree) {
+    return tree.values.empty() && tree.keys.empty();
+}
+
 /// What a registration consists of: whole keys of ours and the values in them,
 /// as they are written; or, of a removal, the keys that go and the values that
 /// are in them afterwards: those of the same DLL for the other kind of process,
@@ -45,6 +54,8 @@ struct Plan {
     Action action;
     std::set<std::wstring> keys;
     std::vector<Entry> entries;
+    /// Keys that are not ours alone: only parts of them are deleted or written.
+    std::set<std::wstring> shared;
 
     void Key(const std::wstring& path) { keys.insert(kClassesPath + path); }
     void Value(const std::wstring& path, const std::wstring& text, const std::wstring& value = {}) {
@@ -55,8 +66,40 @@ struct Plan {
             entries.push_back({kClassesPath + path, value});
         }
         for (const RegistryTree& child : tree.keys) {
-            Tree(std::wstring(path).append(L"\\").append(child.name), child);
+            Tree(Below(path, child), child);
         }
+    }
+    /// What makes one content of a key of the other. What both have is not touched.
+    void Change(const std::wstring& path, const RegistryTree& before, const RegistryTree& after) {
+        const bool losesValue = !std::ranges::all_of(before.values, [&](const RegistryTree::Value& value) {
+            return std::ranges::any_of(after.values, [&](const RegistryTree::Value& kept) {
+                return SameText(kept.name, value.name);
+            });
+        });
+        if (losesValue || (IsEmpty(after) && !IsEmpty(before))) {
+            Key(path);
+            Tree(path, after);
+            return;
+        }
+        for (const RegistryTree::Value& value : after.values) {
+            if (std::ranges::find(before.values, value) == before.values.end()) {
+                entries.push_back({kClassesPath + path, value});
+            }
+        }
+        for (const RegistryTree& child : before.keys) {
+            if (Child(after, child.name) == nullptr) {
+                Key(Below(path, child));
+            }
+        }
+        for (const RegistryTree& child : after.keys) {
+            const RegistryTree* const old = Child(before, child.name);
+            Change(Below(path, child), old == nullptr ? Named(child.name) : *old, child);
+        }
+    }
+
+  private:
+    static std::wstring Below(const std::wstring& path, const RegistryTree& child) {
+        return std::wstring(path).append(L"\\").append(child.name);
     }
 };
 
@@ -71,19 +114,18 @@ bool NameStays(const ClassEntry& entry, const std::wstring& clsid, Action action
     if (SameText(other, clsid)) {
         return action == Action::Unregister && owners.OtherKindHas(clsid);
     }
-    return entry.rule == ProgIdRule::Own ? action == Action::Unregister : owners.ClassExists(other);
+    return action == Action::Unregister || (entry.rule == ProgIdRule::Shared && owners.ClassExists(other));
 }
 
 /// True when the class stays as it is: another file has it. Registering takes it over,
-/// but from another maker the class of a service: our own copies name our library.
+/// but from another maker the class of a service: our own copies hold our library.
 bool ClassStays(const ClassEntry& entry, const std::wstring& clsid, const std::wstring& library,
                 Action action, const RegistryOwners& owners) {
     if (!owners.AnotherFileHas(clsid)) {
         return false;
     }
     return action == Action::Unregister ||
-           (entry.rule == ProgIdRule::Shared &&
-            !SameText(owners.Text(L"CLSID\\" + clsid + L"\\TypeLib"), library));
+           (entry.rule == ProgIdRule::Shared && !HoldsLibrary(owners.FileOf(clsid), library));
 }
 
 void PlanClass(Plan& plan, const ClassEntry& entry, const std::wstring& file, const std::wstring& library,
@@ -223,15 +265,16 @@ void PlanSharedLibrary(Plan& plan, const DllLibrary& library, int resource, cons
         PlanInterfaces(plan, library, nullptr, Use::Remove, claims);
     }
     const DllLibrary* const next = isRegistered ? &library : heir ? &*heir : nullptr;
-    plan.Key(library.Key());
-    plan.Tree(library.Key(), sharers.Keys(next == nullptr ? library : *next, next != nullptr, owners));
+    plan.shared.insert(kClassesPath + library.Key());
+    plan.Change(library.Key(), owners.Tree(library.Key()),
+                sharers.Keys(next == nullptr ? library : *next, next != nullptr, owners));
     if (next != nullptr) {
         PlanInterfaces(plan, *next, nullptr, Use::Write, claims);
     }
 }
 
 Plan MakePlan(const ServerInfo& server, Action action, HKEY root) {
-    Plan plan{action, {}, {}};
+    Plan plan{action, {}, {}, {}};
     const std::wstring file = ThisDll().FilePath();
     // What the user is registered with comes before the machine's: it may not hide that
     // of another maker there. Removing looks at what is removed alone.
@@ -289,9 +332,11 @@ void CarryOut(const Plan& plan, HKEY root) {
 class Snapshot {
   public:
     Snapshot(const Plan& plan, HKEY root) : plan_(plan), root_(root) {
-        for (const std::wstring& key : plan.keys) {
-            if (OpenKey(root, key.c_str())) {
-                trees_.emplace_back(key, ReadTree(root, key));
+        for (const auto* const keys : {&plan.keys, &plan.shared}) {
+            for (const std::wstring& key : *keys) {
+                if (OpenKey(root, key.c_str())) {
+                    trees_.emplace_back(key, ReadTree(root, key));
+                }
             }
         }
         for (const wchar_t* parent : kParents) {
@@ -305,19 +350,22 @@ class Snapshot {
     void Guard(F&& change) const {
         const auto failure = Attempt(change);
         if (failure) {
-            Attempt([&] { Restore(); });
+            Restore();
             Check(failure->code);
         }
     }
 
   private:
-    void Restore() const {
-        for (const std::wstring& key : plan_.keys) {
-            DeleteTree(root_, key.c_str());
+    /// A key that may not be changed is as it was. It does not keep the others from becoming so.
+    void Restore() const noexcept {
+        for (const auto* const keys : {&plan_.keys, &plan_.shared}) {
+            for (const std::wstring& key : *keys) {
+                Attempt([&] { DeleteTree(root_, key.c_str()); });
+            }
         }
-        DeleteEmptyParents(root_);
-        for (const auto& [key, tree] : trees_) {
-            WriteTree(root_, key.c_str(), tree);
+        Attempt([&] { DeleteEmptyParents(root_); });
+        for (const auto& saved : trees_) {
+            Attempt([&] { WriteTree(root_, saved.first.c_str(), saved.second); });
         }
     }
 
@@ -331,7 +379,8 @@ class Snapshot {
 /// waiting for long is not waited for.
 class Turn {
   public:
-    Turn() : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\O_Tam_id.Registration")) {
+    /// Asks for no more than waiting takes: another user's may allow nothing else.
+    Turn() : mutex_(CreateMutexExW(nullptr, L"Global\\O_Tam_id.Registration", 0, SYNCHRONIZE)) {
         constexpr DWORD kMilliseconds = 10'000;
         const DWORD result = mutex_ ? WaitForSingleObject(mutex_.get(), kMilliseconds) : WAIT_FAILED;
         isMine_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;

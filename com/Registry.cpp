@@ -2,6 +2,7 @@
 
 #include "com/Boundary.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace com {
@@ -110,6 +111,16 @@ std::vector<std::wstring> SubkeyNames(const RegistryKey& key) {
         CheckWin32(status);
         names.emplace_back(name, length);
     }
+}
+
+bool SameText(const std::wstring& left, const std::wstring& right) {
+    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+const RegistryTree* Child(const RegistryTree& tree, const std::wstring& name) {
+    const auto found = std::ranges::find_if(
+        tree.keys, [&](const RegistryTree& child) { return SameText(child.name, name); });
+    return found == tree.keys.end() ? nullptr : &*found;
 }
 
 RegistryTree::Value TextValue(const std::wstring& name, const std::wstring& text) {

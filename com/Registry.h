@@ -36,11 +36,18 @@ struct RegistryTree {
         std::wstring name;
         DWORD type = REG_SZ;
         std::vector<BYTE> data;
+
+        bool operator==(const Value&) const = default;
     };
     std::wstring name;
     std::vector<Value> values;
     std::vector<RegistryTree> keys;
 };
+
+/// Equal but for letter case, as the registry's names and paths are compared.
+bool SameText(const std::wstring& left, const std::wstring& right);
+/// The key right below; nothing when there is none.
+const RegistryTree* Child(const RegistryTree& tree, const std::wstring& name);
 
 // All functions throw CallError with the HRESULT of the Win32 error. Those that
 // write take no memory: what was begun must be taken back where there is none.

@@ -14,6 +14,7 @@
 #include <iterator>
 #include <new>
 #include <string_view>
+#include <utility>
 
 namespace com {
 
@@ -68,9 +69,7 @@ std::wstring RegisteredPlace(const std::wstring& id, const RegistryOwners& owner
 }
 
 RegistryTree* Child(RegistryTree& tree, const std::wstring& name) {
-    const auto found = std::ranges::find_if(
-        tree.keys, [&](const RegistryTree& child) { return SameText(child.name, name); });
-    return found == tree.keys.end() ? nullptr : &*found;
+    return const_cast<RegistryTree*>(Child(std::as_const(tree), name));
 }
 
 RegistryTree& MadeChild(RegistryTree& tree, const std::wstring& name) {
@@ -90,13 +89,21 @@ void SetText(RegistryTree& tree, const std::wstring& text) {
     tree.values.push_back(TextValue({}, text));
 }
 
+/// A text with the values of the environment's variables in it.
+std::wstring Expanded(const std::wstring& text) {
+    std::wstring expanded(ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
+    ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+    return expanded.substr(0, expanded.find(L'\0'));
+}
+
 /// The text of a key's default value; empty when it has none.
 std::wstring TextOf(const RegistryTree& tree) {
     for (const RegistryTree::Value& value : tree.values) {
-        if (value.name.empty() && value.type == REG_SZ) {
+        if (value.name.empty() && (value.type == REG_SZ || value.type == REG_EXPAND_SZ)) {
             std::wstring text(value.data.size() / sizeof(wchar_t), L'\0');
             std::memcpy(text.data(), value.data.data(), text.size() * sizeof(wchar_t));
-            return text.substr(0, text.find(L'\0'));
+            text.resize(std::min(text.find(L'\0'), text.size()));
+            return value.type == REG_SZ ? text : Expanded(text);
         }
     }
     return {};
@@ -186,9 +193,9 @@ std::optional<DllLibrary> LibrarySharers::Heir(const DllLibrary& library, int re
 bool LibrarySharers::HasAnothersFile(const RegistryTree& version) const {
     for (const RegistryTree& language : version.keys) {
         for (const RegistryTree& system : language.keys) {
-            const std::wstring file = LibraryFile(TextOf(system));
-            const bool isOtherKind = SameText(system.name, kOtherKind);
-            if (!file.empty() && !IsOneOfThem(isOtherKind ? PathOfOtherKind(file) : file)) {
+            const std::wstring named = LibraryFile(TextOf(system));
+            const std::wstring file = SameText(system.name, kOtherKind) ? PathOfOtherKind(named) : named;
+            if (FileExists(file) && !IsOneOfThem(file)) {
                 return true;
             }
         }

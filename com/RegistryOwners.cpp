@@ -63,17 +63,16 @@ std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& pa
     return std::tuple(facts.dwVolumeSerialNumber, facts.nFileIndexHigh, facts.nFileIndexLow);
 }
 
-/// The program of a command line; its path may have blanks without being quoted.
-std::wstring ProgramOf(const std::wstring& command) {
-    if (command.starts_with(L'"')) {
-        return command.substr(1, command.find(L'"', 1) - 1);
-    }
-    for (auto end = command.find(L' '); end != std::wstring::npos; end = command.find(L' ', end + 1)) {
-        if (FileExists(command.substr(0, end))) {
-            return command.substr(0, end);
-        }
-    }
-    return command;
+/// False where the file may be there and only cannot be reached.
+bool IsGone(DWORD error) {
+    constexpr DWORD kGone[] = {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_INVALID_DRIVE,
+                               ERROR_INVALID_NAME,   ERROR_BAD_PATHNAME,   ERROR_DIRECTORY};
+    return std::ranges::find(kGone, error) != std::end(kGone);
+}
+
+std::wstring Unquoted(const std::wstring& path) {
+    return path.size() > 1 && path.front() == L'"' && path.back() == L'"' ? path.substr(1, path.size() - 2)
+                                                                          : path;
 }
 
 } // namespace
@@ -84,16 +83,25 @@ std::wstring TextOfGuid(REFGUID guid) {
     return text;
 }
 
-bool SameText(const std::wstring& left, const std::wstring& right) {
-    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
 bool FileExists(const std::wstring& path) {
     if (path.find(L'\\') != std::wstring::npos) {
         const DWORD attributes = GetFileAttributesW(path.c_str());
-        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+        return attributes == INVALID_FILE_ATTRIBUTES ? !IsGone(GetLastError())
+                                                     : (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
     }
     return !path.empty() && !FoundByName(path).empty();
+}
+
+std::wstring ProgramOf(const std::wstring& command) {
+    if (command.starts_with(L'"')) {
+        return command.substr(1, command.find(L'"', 1) - 1);
+    }
+    for (auto end = command.find(L' '); end != std::wstring::npos; end = command.find(L' ', end + 1)) {
+        if (FileExists(command.substr(0, end))) {
+            return command.substr(0, end);
+        }
+    }
+    return command;
 }
 
 bool SameFile(const std::wstring& left, const std::wstring& right) {
@@ -121,9 +129,14 @@ std::wstring RegistryOwners::ClassOfName(const std::wstring& progId) const {
     return Text(progId + L"\\CLSID");
 }
 
-std::wstring RegistryOwners::FileOf(const std::wstring& clsid) const {
-    std::wstring file = Text(ClassKey(clsid) + L"\\InprocServer32");
-    return file.empty() ? ProgramOf(Text(ClassKey(clsid) + L"\\LocalServer32")) : file;
+std::wstring RegistryOwners::FileOf(const std::wstring& clsid, REGSAM view) const {
+    const auto reached = [&](const std::wstring& path) { return view == 0 ? path : PathOfOtherKind(path); };
+    const std::wstring file = reached(Unquoted(Text(ClassKey(clsid) + L"\\InprocServer32", view)));
+    if (FileExists(file)) {
+        return file;
+    }
+    const std::wstring program = reached(ProgramOf(Text(ClassKey(clsid) + L"\\LocalServer32", view)));
+    return program.empty() ? file : program;
 }
 
 bool RegistryOwners::ClassExists(const std::wstring& clsid) const {
@@ -137,9 +150,8 @@ bool RegistryOwners::AnotherFileHas(const std::wstring& clsid) const {
 
 bool RegistryOwners::OtherKindHas(const std::wstring& clsid) const {
     const REGSAM view = OtherView();
-    const std::wstring file = view == 0 ? std::wstring() : Text(ClassKey(clsid) + L"\\InprocServer32", view);
-    return !file.empty() && FileExists(PathOfOtherKind(file)) &&
-           !SameFile(PathOfOtherKind(file), ThisDll().FilePath());
+    const std::wstring file = view == 0 ? std::wstring() : FileOf(clsid, view);
+    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
 }
 
 bool RegistryOwners::AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const {

@@ -15,11 +15,11 @@ inline constexpr const wchar_t* kClassesPath = L"Software\\Classes\\";
 
 /// A GUID as the registry has it.
 std::wstring TextOfGuid(REFGUID guid);
-/// Equal but for letter case, as the registry's names and paths are compared.
-bool SameText(const std::wstring& left, const std::wstring& right);
 /// A folder is no file. A name without a folder is looked for as the system does when it
-/// loads the file.
+/// loads the file. What cannot be looked at now, on a share that does not answer, exists.
 bool FileExists(const std::wstring& path);
+/// The program of a command line; its path may have blanks without being quoted.
+std::wstring ProgramOf(const std::wstring& command);
 /// One file may have several paths: a short one, one through a share or a drive that
 /// stands for a folder. Of what does not exist, the paths are compared.
 bool SameFile(const std::wstring& left, const std::wstring& right);
@@ -53,9 +53,11 @@ class RegistryOwners {
     /// True when another type library than version 1.0 of these, or a proxy of its maker's,
     /// marshals the interface.
     bool AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const;
+    /// The DLL of a class, or its program where it has no DLL that exists; in the other view
+    /// as this process reaches it. Empty when it has neither.
+    std::wstring FileOf(const std::wstring& clsid, REGSAM view = 0) const;
 
   private:
-    std::wstring FileOf(const std::wstring& clsid) const;
     std::vector<std::wstring> KeyNames(const std::wstring& path) const;
     bool LibraryExists(const std::wstring& id) const;
     bool VersionExists(const std::wstring& id, const std::wstring& version) const;

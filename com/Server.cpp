@@ -3,8 +3,7 @@
 #include "com/Boundary.h"
 #include "com/Counted.h"
 #include "com/Dll.h"
-
-#include <string_view>
+#include "com/Registry.h"
 
 namespace com {
 
@@ -70,7 +69,7 @@ HRESULT UnregisterServer(const ServerInfo& server, Scope scope) noexcept {
 }
 
 HRESULT Install(const ServerInfo& server, bool install, const wchar_t* commandLine) noexcept {
-    const bool user = commandLine != nullptr && std::wstring_view(commandLine) == L"user";
+    const bool user = commandLine != nullptr && SameText(commandLine, L"user");
     const Scope scope = user ? Scope::User : Scope::Machine;
     return install ? RegisterServer(server, scope) : UnregisterServer(server, scope);
 }

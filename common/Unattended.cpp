@@ -46,7 +46,8 @@ com::Handle OpenToAppend(const std::wstring& path, DWORD access) {
 class Turn {
   public:
     explicit Turn(HANDLE file) : file_(file) {
-        for (int tries = 1; !TryLock() && tries < kTries; ++tries) {
+        const ULONGLONG end = GetTickCount64() + kLongest;
+        while (!TryLock() && GetLastError() == ERROR_LOCK_VIOLATION && GetTickCount64() < end) {
             Sleep(1);
         }
     }
@@ -60,7 +61,7 @@ class Turn {
     Turn& operator=(const Turn&) = delete;
 
   private:
-    static constexpr int kTries = 200;
+    static constexpr ULONGLONG kLongest = 200; ///< milliseconds
 
     static OVERLAPPED Place() {
         OVERLAPPED place{};

@@ -151,6 +151,22 @@ TEST_P(RegistrationFaultTest, ChangesNothingInTheSystemsRegistry) {
         [&](const std::vector<Key>& keys) { return LinesOf(InScope(), keys); });
 }
 
+TEST_P(RegistrationFaultTest, ChangesNothingWhereOneKeyIsProtected) {
+    ASSERT_EQ(S_OK, Subject().Register(InScope()));
+    const Lines start = Snapshot(InScope());
+    std::vector<std::string> keys = {Subject().Facts().library.id};
+    for (const Class& entry : Subject().Facts().classes) {
+        keys.push_back(entry.id);
+    }
+    for (const std::string& key : keys) {
+        const RegistryFault fault(Subject().Module(), Wide(key));
+        EXPECT_EQ(E_ACCESSDENIED, Subject().Unregister(InScope())) << key;
+        EXPECT_EQ("", Difference(start, Snapshot(InScope()))) << key;
+        EXPECT_EQ(E_ACCESSDENIED, Subject().Register(InScope())) << key;
+        EXPECT_EQ("", Difference(start, Snapshot(InScope()))) << key;
+    }
+}
+
 TEST_P(RegistrationFaultTest, RefusesAUserWhoMayNotWrite) {
     const Lines start = Snapshot(InScope());
     {

@@ -3,11 +3,13 @@
 
 #include "com/RegistryView.h"
 #include "tests/package/Dll.h"
+#include "tests/support/ImportPatch.h"
 
 #include <optional>
 #include <ostream>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace package {
@@ -127,6 +129,51 @@ class RegistrationOthersTest : public RegistryTest, public ::testing::WithParamI
 TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceThatADllHas) {
     Theirs().Class(kDatabaseClass, L"InprocServer32", FileThatExists());
     ExpectLeft(hostServices, {kDatabaseClass, L"OrvHost.DatabaseLocation"});
+}
+
+TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceWhereOursHasLeftATrace) {
+    Theirs().Class(kDatabaseClass, L"InprocServer32", FileThatExists());
+    Plant(GetParam().theirs, kDatabaseClass + std::wstring(L"\\TypeLib"), nullptr,
+          L"{03814B01-E40D-4C62-B843-0733B9AFEBC8}"); // this project's library
+    ExpectLeft(hostServices, {kDatabaseClass});
+}
+
+TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceInQuotes) {
+    Theirs().Class(kDatabaseClass, L"InprocServer32", L"\"" + FileThatExists() + L"\"");
+    ExpectLeft(hostServices, {kDatabaseClass});
+}
+
+TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceThatAProgramHasBesideAGoneDll) {
+    Theirs().Class(kDatabaseClass, L"InprocServer32", kGone);
+    Theirs().Class(kDatabaseClass, L"LocalServer32", FileThatExists());
+    ExpectLeft(hostServices, {kDatabaseClass});
+}
+
+const support::ImportPatch* attributesPatch; // NOLINT: an import has no place for more
+DWORD WINAPI AttributesWithoutNetwork(LPCWSTR path) {
+    if (std::wstring_view(path).starts_with(L"\\\\server\\")) {
+        SetLastError(ERROR_BAD_NETPATH);
+        return INVALID_FILE_ATTRIBUTES;
+    }
+    return attributesPatch->Original<decltype(&GetFileAttributesW)>()(path);
+}
+
+TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceOnAShareThatDoesNotAnswer) {
+    const support::ImportPatch patch(hostServices.Module(), "GetFileAttributesW",
+                                     reinterpret_cast<const void*>(&AttributesWithoutNetwork));
+    ASSERT_TRUE(patch.IsImported());
+    attributesPatch = &patch;
+    Theirs().Class(kDatabaseClass, L"InprocServer32", L"\\\\server\\share\\Host.dll");
+    ExpectLeft(hostServices, {kDatabaseClass});
+    attributesPatch = nullptr;
+}
+
+TEST_P(RegistrationOthersTest, KeepANameThatWasNeverOurs) {
+    Theirs().Class(std::wstring(L"CLSID\\") + kTheirs, L"InprocServer32", kGone);
+    Theirs().Name(L"UnitManager.Converter");
+    const Lines planted = Snapshot();
+    EXPECT_EQ(S_OK, hostServices.Unregister(GetParam().ours));
+    EXPECT_EQ("", Difference(planted, Snapshot()));
 }
 
 TEST_P(RegistrationOthersTest, KeepTheClassOfAServiceThatASystemDllHas) {

@@ -194,6 +194,12 @@ TEST_F(RegistrationTwoDllsTest, OnlyTheTextUserIsForTheUser) {
         EXPECT_EQ("", Difference(machine, Added(before, Snapshot())));
         EXPECT_EQ(S_OK, component.Install(FALSE, text));
     }
+    const Lines user = Added(before, Registration(Component(), Scope::User, component.Path(), true));
+    for (const wchar_t* const text : {L"user", L"User", L"USER"}) {
+        ASSERT_EQ(S_OK, component.Install(TRUE, text));
+        EXPECT_EQ("", Difference(user, Added(before, Snapshot())));
+        EXPECT_EQ(S_OK, component.Install(FALSE, text));
+    }
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "tests/package/RegistryFault.h"
 
+#include <string_view>
+#include <utility>
+
 namespace package {
 
 namespace {
@@ -23,6 +26,10 @@ RegistryFault::RegistryFault(HMODULE dll, int number, Kind kind)
     current = this;
 }
 
+RegistryFault::RegistryFault(HMODULE dll, std::wstring protectedKey) : RegistryFault(dll, 0) {
+    protectedKey_ = std::move(protectedKey);
+}
+
 RegistryFault::~RegistryFault() {
     current = nullptr;
 }
@@ -32,8 +39,11 @@ bool RegistryFault::IsComplete() const noexcept {
            deleteKey_.IsImported();
 }
 
-bool RegistryFault::Fails() noexcept {
+bool RegistryFault::Fails(LPCWSTR path) noexcept {
     ++writes_;
+    if (!protectedKey_.empty()) {
+        return path != nullptr && std::wstring_view(path).find(protectedKey_) != std::wstring_view::npos;
+    }
     return number_ != 0 && (kind_ == Kind::Once ? writes_ == number_ : writes_ >= number_);
 }
 
@@ -41,7 +51,7 @@ LSTATUS WINAPI RegistryFault::CreateKey(HKEY key, LPCWSTR path, DWORD reserved, 
                                         REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* result,
                                         DWORD* disposition) {
     const auto create = current->createKey_.Original<decltype(&RegCreateKeyExW)>();
-    return current->Fails()
+    return current->Fails(path)
                ? ERROR_ACCESS_DENIED
                : create(key, path, reserved, type, options, access, security, result, disposition);
 }
@@ -54,12 +64,12 @@ LSTATUS WINAPI RegistryFault::SetValue(HKEY key, LPCWSTR name, DWORD reserved, D
 
 LSTATUS WINAPI RegistryFault::DeleteTree(HKEY key, LPCWSTR path) {
     const auto deleteTree = current->deleteTree_.Original<decltype(&RegDeleteTreeW)>();
-    return current->Fails() ? ERROR_ACCESS_DENIED : deleteTree(key, path);
+    return current->Fails(path) ? ERROR_ACCESS_DENIED : deleteTree(key, path);
 }
 
 LSTATUS WINAPI RegistryFault::DeleteKey(HKEY key, LPCWSTR path) {
     const auto deleteKey = current->deleteKey_.Original<decltype(&RegDeleteKeyW)>();
-    return current->Fails() ? ERROR_ACCESS_DENIED : deleteKey(key, path);
+    return current->Fails(path) ? ERROR_ACCESS_DENIED : deleteKey(key, path);
 }
 
 } // namespace package

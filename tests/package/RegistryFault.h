@@ -4,10 +4,13 @@
 
 #include <windows.h>
 
+#include <string>
+
 namespace package {
 
 /// Lets one write of a DLL to the registry fail with "access denied": making a
-/// key, writing a value, deleting a key or a tree. Or every one from there on.
+/// key, writing a value, deleting a key or a tree. Or every one from there on. Or every
+/// one at a key that is protected from changes.
 /// Writes that do not fail go where they went before: to the system, or to a
 /// MemoryRegistry.
 class RegistryFault {
@@ -16,6 +19,8 @@ class RegistryFault {
 
     /// The first write is number 1; none fails when `number` is 0.
     RegistryFault(HMODULE dll, int number, Kind kind = Kind::Once);
+    /// The key's path has this text in it.
+    RegistryFault(HMODULE dll, std::wstring protectedKey);
     ~RegistryFault();
     RegistryFault(const RegistryFault&) = delete;
     RegistryFault& operator=(const RegistryFault&) = delete;
@@ -26,7 +31,7 @@ class RegistryFault {
     bool IsComplete() const noexcept;
 
   private:
-    bool Fails() noexcept;
+    bool Fails(LPCWSTR path = nullptr) noexcept;
 
     static LSTATUS WINAPI CreateKey(HKEY key, LPCWSTR path, DWORD reserved, LPWSTR type, DWORD options,
                                     REGSAM access, SECURITY_ATTRIBUTES* security, HKEY* result,
@@ -38,6 +43,7 @@ class RegistryFault {
 
     int number_;
     Kind kind_;
+    std::wstring protectedKey_;
     int writes_ = 0;
     support::ImportPatch createKey_;
     support::ImportPatch setValue_;

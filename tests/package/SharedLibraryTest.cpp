@@ -7,6 +7,10 @@
 #include "tests/package/Apartment.h"
 #include "tests/package/Dll.h"
 
+#include <windows.h>
+
+#include <sddl.h>
+
 #include <O_Tam_id.h>
 #include <OrvDBFaces.h>
 
@@ -59,6 +63,31 @@ class SharedLibraryTest : public RegistryTest, public ::testing::WithParamInterf
     void ClearFaces() const {
         Clear(GetParam(), kFaces);
         RegDeleteKeyW(Root(GetParam()), L"Software\\Classes\\TypeLib"); // fails while others are in it
+    }
+    static HKEY Open(const std::wstring& key) {
+        HKEY opened = nullptr;
+        EXPECT_EQ(ERROR_SUCCESS, RegCreateKeyExW(Root(GetParam()), (L"Software\\Classes\\" + key).c_str(), 0,
+                                                 nullptr, 0, KEY_ALL_ACCESS, nullptr, &opened, nullptr));
+        return opened;
+    }
+    /// A key without a value.
+    static void PlantKey(const std::wstring& key) { RegCloseKey(Open(key)); }
+    /// A text with the names of variables in it.
+    static void PlantExpanding(const std::wstring& key, const std::wstring& text) {
+        const HKEY opened = Open(key);
+        EXPECT_EQ(ERROR_SUCCESS, RegSetValueExW(opened, nullptr, 0, REG_EXPAND_SZ,
+                                                reinterpret_cast<const BYTE*>(text.c_str()),
+                                                static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
+        RegCloseKey(opened);
+    }
+    /// When a key was last written.
+    static ULONGLONG TimeOf(const std::wstring& key) {
+        const HKEY opened = Open(key);
+        FILETIME time{};
+        EXPECT_EQ(ERROR_SUCCESS, RegQueryInfoKeyW(opened, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                                  nullptr, nullptr, nullptr, nullptr, nullptr, &time));
+        RegCloseKey(opened);
+        return ULARGE_INTEGER{{time.dwLowDateTime, time.dwHighDateTime}}.QuadPart;
     }
     /// In either order.
     void ForBothOrders(const std::function<void(const Dll&, const Dll&)>& check) const {
@@ -223,11 +252,15 @@ TEST_P(SharedLibraryTest, IsNobodysWhereTheFileDoesNotHoldIt) {
 TEST_P(SharedLibraryTest, LeavesOtherVersionsAndLanguagesToTheirMakers) {
     for (const wchar_t* const other : {L"\\1.1\\0\\win32", L"\\1.0\\9\\win32", L"\\2.0\\0\\win64"}) {
         Plant(GetParam(), kFaces + std::wstring(other), nullptr, LibraryFile());
+        const std::wstring bare = kFaces + std::wstring(L"\\3.0\\HELPDIR");
+        PlantKey(bare);
         const Lines planted = Snapshot();
+        const ULONGLONG time = TimeOf(bare);
         for (const Dll* const dll : {&component, &hostServices}) {
             Register(*dll);
             EXPECT_EQ(Lines(), Added(Snapshot(), planted)) << "something of theirs is gone";
         }
+        EXPECT_EQ(time, TimeOf(bare)) << "it was deleted and written again";
         const std::string place = Prefix(GetParam()) +
                                   "TypeLib\\{23539202-4C9D-4BB1-86C0-E65E8B10D209}\\1.0\\0\\" +
                                   (sizeof(void*) == 8 ? "win64" : "win32") + " : ";
@@ -245,6 +278,8 @@ TEST_P(SharedLibraryTest, ChangesNothingOfAVersionThatAnotherMakerHas) {
     for (const bool saysMore : {true, false}) {
         Plant(GetParam(), version + L"\\0\\" + com::kOtherKind, nullptr, LibraryFile());
         if (saysMore) {
+            SetEnvironmentVariableW(L"TamTheirs", (DllFolder() + L"..").c_str());
+            PlantExpanding(version + L"\\0\\" + com::kOtherKind, L"%TamTheirs%\\idl\\OrvDBFaces.tlb");
             Plant(GetParam(), version, nullptr, L"Another maker's library");
             Plant(GetParam(), version, L"PrimaryInteropAssemblyName", L"Another maker's");
             Plant(GetParam(), version + L"\\0\\win16", nullptr, L"C:\\Other\\faces.olb");
@@ -260,6 +295,18 @@ TEST_P(SharedLibraryTest, ChangesNothingOfAVersionThatAnotherMakerHas) {
         }
         ClearFaces();
     }
+    SetEnvironmentVariableW(L"TamTheirs", nullptr);
+}
+
+TEST_P(SharedLibraryTest, IsNotOfAMakerWhoseFileIsGone) {
+    for (const Dll* const dll : {&component, &hostServices}) {
+        Plant(GetParam(), std::wstring(kFaces) + L"\\1.0\\9\\win32", nullptr, L"C:\\Gone\\faces.tlb");
+        const Lines planted = Snapshot();
+        Register(*dll);
+        EXPECT_EQ("", Difference(Added(planted, Of(*dll, true)), Added(planted, Snapshot())));
+        Unregister(*dll);
+        ExpectAdded({});
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Scopes, SharedLibraryTest, ::testing::Values(Scope::Machine, Scope::User),
@@ -268,7 +315,10 @@ INSTANTIATE_TEST_SUITE_P(Scopes, SharedLibraryTest, ::testing::Values(Scope::Mac
 /// Keeps others from changing the registry until it is told to end.
 class Changer {
   public:
-    Changer() : worker_([this] { Hold(); }) { WaitForSingleObject(holds_, INFINITE); }
+    /// Others have the rights to the mutex that `rights` says, in the system's words.
+    explicit Changer(const wchar_t* rights) : worker_([=, this] { Hold(rights); }) {
+        WaitForSingleObject(holds_, INFINITE);
+    }
     ~Changer() {
         worker_.join();
         CloseHandle(holds_);
@@ -279,8 +329,12 @@ class Changer {
     bool HasEnded() const noexcept { return hasEnded_; }
 
   private:
-    void Hold() {
-        HANDLE mutex = CreateMutexW(nullptr, TRUE, L"Global\\O_Tam_id.Registration");
+    void Hold(const wchar_t* rights) {
+        SECURITY_ATTRIBUTES security{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+        EXPECT_NE(FALSE, ConvertStringSecurityDescriptorToSecurityDescriptorW(
+                             rights, SDDL_REVISION_1, &security.lpSecurityDescriptor, nullptr));
+        HANDLE mutex = CreateMutexW(&security, TRUE, L"Global\\O_Tam_id.Registration");
+        LocalFree(security.lpSecurityDescriptor);
         SetEvent(holds_);
         constexpr DWORD kLongEnoughToOvertake = 300;
         Sleep(kLongEnoughToOvertake);
@@ -297,11 +351,15 @@ class Changer {
 using SharedLibraryTurnTest = RegistryTest;
 
 TEST_F(SharedLibraryTurnTest, IsWaitedFor) {
-    for (const bool registers : {true, false}) {
-        for (const Dll* const dll : {&component, &hostServices}) {
-            const Changer changer;
-            EXPECT_EQ(S_OK, registers ? dll->Register(Scope::User) : dll->Unregister(Scope::User));
-            EXPECT_TRUE(changer.HasEnded());
+    constexpr const wchar_t* kAll = L"D:(A;;GA;;;WD)";
+    constexpr const wchar_t* kToWait = L"D:(A;;0x100000;;;WD)"; // as another user's may be
+    for (const wchar_t* const rights : {kAll, kToWait}) {
+        for (const bool registers : {true, false}) {
+            for (const Dll* const dll : {&component, &hostServices}) {
+                const Changer changer(rights);
+                EXPECT_EQ(S_OK, registers ? dll->Register(Scope::User) : dll->Unregister(Scope::User));
+                EXPECT_TRUE(changer.HasEnded()) << testing::PrintToString(rights);
+            }
         }
     }
 }

@@ -103,18 +103,18 @@ INSTANTIATE_TEST_SUITE_P(Dlls, TwoKindsLibraryTest,
 /// A class in the other kind's part of the machine's own registry, with a file.
 class OtherClass {
   public:
-    OtherClass(const std::wstring& id, const std::wstring& file) : key_(L"Software\\Classes\\CLSID\\" + id) {
+    OtherClass(const std::wstring& id, const std::wstring& file, const wchar_t* server = L"InprocServer32")
+        : key_(L"Software\\Classes\\CLSID\\" + id), server_(std::wstring(L"\\") + server) {
         HKEY key = nullptr;
-        EXPECT_EQ(ERROR_SUCCESS,
-                  RegCreateKeyExW(HKEY_LOCAL_MACHINE, (key_ + L"\\InprocServer32").c_str(), 0, nullptr, 0,
-                                  KEY_ALL_ACCESS | com::OtherView(), nullptr, &key, nullptr));
+        EXPECT_EQ(ERROR_SUCCESS, RegCreateKeyExW(HKEY_LOCAL_MACHINE, (key_ + server_).c_str(), 0, nullptr, 0,
+                                                 KEY_ALL_ACCESS | com::OtherView(), nullptr, &key, nullptr));
         EXPECT_EQ(ERROR_SUCCESS,
                   RegSetValueExW(key, nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(file.c_str()),
                                  static_cast<DWORD>((file.size() + 1) * sizeof(wchar_t))));
         RegCloseKey(key);
     }
     ~OtherClass() {
-        for (const std::wstring& key : {key_ + L"\\InprocServer32", key_}) {
+        for (const std::wstring& key : {key_ + server_, key_}) {
             EXPECT_EQ(ERROR_SUCCESS, RegDeleteKeyExW(HKEY_LOCAL_MACHINE, key.c_str(), com::OtherView(), 0));
         }
     }
@@ -131,6 +131,7 @@ class OtherClass {
 
   private:
     std::wstring key_;
+    std::wstring server_;
 };
 
 /// The class that a name stands for; empty without one.
@@ -171,14 +172,17 @@ TEST_F(TwoKindsClassTest, LosesTheNameWhenItsFileIsGone) {
 }
 
 TEST_F(TwoKindsClassTest, OfAnotherMakerKeepsTheNameOfAService) {
-    const OtherClass other(L"{22222222-0000-0000-0000-000000000000}", OtherFile());
-    Plant(Scope::Machine, L"UnitManager.Converter\\CLSID", nullptr,
-          L"{22222222-0000-0000-0000-000000000000}");
-    ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
-    EXPECT_EQ("{22222222-0000-0000-0000-000000000000}", ClassOf(L"UnitManager.Converter"));
-    EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
-    EXPECT_EQ("{22222222-0000-0000-0000-000000000000}", ClassOf(L"UnitManager.Converter"));
-    Clear(Scope::Machine, L"UnitManager.Converter");
+    const std::wstring theirs = L"{22222222-0000-0000-0000-000000000000}";
+    for (const wchar_t* const server : {L"InprocServer32", L"LocalServer32"}) {
+        const std::wstring program = L"\"" + OtherFile() + L"\" /Automation";
+        const OtherClass other(theirs, *server == L'I' ? OtherFile() : program, server);
+        Plant(Scope::Machine, L"UnitManager.Converter\\CLSID", nullptr, theirs);
+        ASSERT_EQ(S_OK, hostServices.Register(Scope::Machine));
+        EXPECT_EQ("{22222222-0000-0000-0000-000000000000}", ClassOf(L"UnitManager.Converter"));
+        EXPECT_EQ(S_OK, hostServices.Unregister(Scope::Machine));
+        EXPECT_EQ("{22222222-0000-0000-0000-000000000000}", ClassOf(L"UnitManager.Converter"));
+        Clear(Scope::Machine, L"UnitManager.Converter");
+    }
 }
 
 } // namespace

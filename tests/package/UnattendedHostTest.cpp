@@ -184,6 +184,24 @@ TEST_F(UnattendedHostTest, GoesOnWhereSomebodyHasLockedTheFileForEver) {
     EXPECT_EQ(before + 1, Lines().size());
 }
 
+int refusedLocks = 0; // NOLINT: an import has no place for more
+BOOL WINAPI RefuseLock(HANDLE, DWORD, DWORD, DWORD, DWORD, OVERLAPPED*) {
+    ++refusedLocks;
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+TEST_F(UnattendedHostTest, WaitsForNoLockWhereNoneCanBeHad) {
+    LeaveAlone();
+    const support::ImportPatch patch(Dll().Module(), "LockFileEx",
+                                     reinterpret_cast<const void*>(&RefuseLock));
+    ASSERT_TRUE(patch.IsImported());
+    refusedLocks = 0;
+    LoadFaultyProject();
+    EXPECT_EQ(FaultyProjectsReport(), Line());
+    EXPECT_EQ(1, refusedLocks);
+}
+
 std::wstring debuggerOutput; // NOLINT: an import has no place for more
 void WINAPI KeepOutput(const wchar_t* text) {
     debuggerOutput += text;
