@@ -69,6 +69,9 @@ std::string ShownClass(const std::vector<Server>& servers, int bits) {
     default:
         break;
     }
+    if (server->isProgram) {
+        return FileText(*server) + "; a program of its own";
+    }
     if (server->fileBits != bits) {
         return FileText(*server) + "; a " + std::to_string(server->fileBits) + "-bit file";
     }

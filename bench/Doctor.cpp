@@ -51,6 +51,11 @@ const wchar_t* OwnLibrary(Group group) {
     return group == Group::Component ? kLibraries[0].id : kLibraries[2].id;
 }
 
+/// The part of the registry that clients of so many bits have.
+REGSAM ViewOf(int bits) {
+    return bits == kBits ? 0 : com::OtherView();
+}
+
 std::wstring ReadAt(HKEY root, const std::wstring& path, REGSAM view) {
     const com::RegistryKey key = com::OpenKey(root, (kClasses + path).c_str(), view);
     std::wstring text = key ? com::ReadText(key) : std::wstring();
@@ -103,10 +108,28 @@ bool MayHaveClass(Group group, const std::wstring& file, bool isOurs) {
                       !SameKey(file.substr(file.find_last_of(L'\\') + 1), L"OrvHost.dll"));
 }
 
+/// The key of a class may be in either part of the registry.
+void AddProgram(Class& entry, int bits, HKEY root) {
+    for (const REGSAM view : {ViewOf(bits), ViewOf(96 - bits)}) {
+        const std::wstring program =
+            com::ProgramOf(ReadAt(root, L"CLSID\\" + entry.clsid + L"\\LocalServer32", view));
+        if (!program.empty()) {
+            const std::wstring reached = Reached(program, bits);
+            const auto head = HeadOf(reached);
+            const Content content = com::FileExists(reached) ? Content::Right : Content::Nothing;
+            entry.servers.push_back({bits, root == HKEY_CURRENT_USER, program, content,
+                                     head ? BitsOf(head->Machine) : 0, false, true});
+            return;
+        }
+    }
+}
+
 void AddServer(Class& entry, int bits, HKEY root) {
-    const std::wstring file =
-        ReadAt(root, L"CLSID\\" + entry.clsid + L"\\InprocServer32", bits == kBits ? 0 : com::OtherView());
+    const std::wstring file = ReadAt(root, L"CLSID\\" + entry.clsid + L"\\InprocServer32", ViewOf(bits));
     if (file.empty()) {
+        if (entry.group == Group::HostServices) {
+            AddProgram(entry, bits, root);
+        }
         return;
     }
     const std::wstring reached = Reached(file, bits);
@@ -140,11 +163,24 @@ void AddLibrary(Library& library, int bits, HKEY root) {
         {bits, root == HKEY_CURRENT_USER, place, content, head ? BitsOf(head->Machine) : 0, false});
 }
 
+/// Two paths may lead to one file.
+void FindHidden(Class& entry) {
+    for (Server& server : entry.servers) {
+        for (const Server& other : entry.servers) {
+            if (server.isForUser && !other.isForUser && server.bits == other.bits &&
+                !com::SameFile(Reached(server.file, server.bits), Reached(other.file, other.bits))) {
+                server.hidden = other.file;
+            }
+        }
+    }
+}
+
 template <class Kinds>
 Class ExamineClass(const Known& known, const Kinds& kinds) {
-    Class entry{known.group, known.progId, known.clsid, known.clsid, {}};
+    Class entry{known.group, known.progId, known.clsid, known.clsid, false, {}};
     if (!entry.progId.empty()) {
         entry.clsid = ReadAt(HKEY_CURRENT_USER, entry.progId + L"\\CLSID", 0);
+        entry.isNameForUser = !entry.clsid.empty();
         if (entry.clsid.empty()) {
             entry.clsid = ReadAt(HKEY_LOCAL_MACHINE, entry.progId + L"\\CLSID", 0);
         }
@@ -156,6 +192,7 @@ Class ExamineClass(const Known& known, const Kinds& kinds) {
             }
         }
     }
+    FindHidden(entry);
     return entry;
 }
 

@@ -27,6 +27,11 @@ struct Server {
     int fileBits = 0;
     /// A DLL of this project, by the type library in it; of a class only.
     bool isOurs = false;
+    /// Not a DLL but a program of its own, which has objects for clients of both kinds.
+    bool isProgram = false;
+    /// The file that the machine has for the same clients, where this one is the user's and
+    /// another; empty otherwise.
+    std::wstring hidden{};
 };
 
 enum class Group { Component, HostServices };
@@ -40,6 +45,8 @@ struct Class {
     std::wstring clsid;
     /// The identifier that the name should stand for; empty where any maker's will do.
     std::wstring expected;
+    /// The user has the name, which hides the machine's.
+    bool isNameForUser = false;
     /// In the order in which a client looks: the user's first.
     std::vector<Server> servers;
     /// What a reader knows the class by.

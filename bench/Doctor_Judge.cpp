@@ -28,17 +28,25 @@ const char* DllOf(Group group) {
 std::string Regsvr32(const Machine& machine, int bits, const std::string& options, const std::string& dll) {
     const bool is32On64 = bits == 32 && machine.kinds.size() > 1;
     return (is32On64 ? "%SystemRoot%\\SysWOW64\\regsvr32" : "%SystemRoot%\\System32\\regsvr32") + options +
-           " \"" + dll + "\"" + (bits == kBits ? "" : " in the folder of the " + KindName(bits) + " build");
+           " \"" + dll + "\"";
+}
+
+/// The same of this project's DLL of a group. Where that of another kind lies is not known.
+std::string Regsvr32(const Machine& machine, int bits, const std::string& options, Group group,
+                     const std::wstring& folder) {
+    return bits == kBits ? Regsvr32(machine, bits, options, Utf8(folder) + DllOf(group))
+                         : Regsvr32(machine, bits, options, DllOf(group)) + " in the folder of the " +
+                               KindName(bits) + " build";
 }
 
 constexpr const char* kForUser = " /n /i:user";
+constexpr const char* kAwayForUser = " /u /n /i:user";
 
 /// The command that registers this project's DLL of a group: for the user where the user's
 /// entry is what is wrong, since it hides the machine's.
 std::string RegisterCommand(const Machine& machine, Group group, int bits, const std::wstring& folder,
                             bool isForUser) {
-    return Regsvr32(machine, bits, isForUser ? kForUser : "",
-                    bits == kBits ? Utf8(folder) + DllOf(group) : DllOf(group));
+    return Regsvr32(machine, bits, isForUser ? kForUser : "", group, folder);
 }
 
 enum class Problem { None, NoName, OtherClass, NoClass, OnlyOtherKind, NoFile, NoDll, OtherBits, OtherDll };
@@ -62,7 +70,7 @@ Problem ProblemOf(const Class& entry, int bits) {
     default:
         break;
     }
-    if (server->fileBits != bits) {
+    if (server->fileBits != bits && !server->isProgram) {
         return Problem::OtherBits;
     }
     return server->content == Content::Right ? Problem::None : Problem::OtherDll;
@@ -100,7 +108,8 @@ void JudgeClasses(const Machine& machine, Group group, int bits, const std::wstr
         const Problem problem = ProblemOf(entry, bits);
         if (entry.group == group && problem != Problem::None) {
             const Server* const server = ServerFor(entry.servers, bits);
-            std::string& list = names[{problem, server != nullptr && server->isForUser}];
+            const bool isForUser = entry.isNameForUser || (server != nullptr && server->isForUser);
+            std::string& list = names[{problem, isForUser}];
             list += (list.empty() ? "" : ", ") + Utf8(entry.Title());
         }
     }
@@ -115,30 +124,60 @@ void JudgeClasses(const Machine& machine, Group group, int bits, const std::wstr
     }
 }
 
+/// What takes a user's entry away that hides the machine's.
+std::string AdviceOnHidden(const Machine& machine, const Class& entry, const Server& server,
+                           const std::wstring& folder) {
+    const std::string unless = "If that is not wanted, ";
+    if (server.isOurs) {
+        return unless + "run " + Regsvr32(machine, server.bits, kAwayForUser, Utf8(server.file)) + ".";
+    }
+    const std::string away = Regsvr32(machine, server.bits, kAwayForUser, entry.group, folder);
+    if (server.content == Content::Nothing) {
+        // A file that is gone cannot take its entries away; another copy of it does.
+        return unless + "run " + away + ".";
+    }
+    if (entry.group == Group::Component) {
+        // What a DLL takes away is its own, so that it has to be its own first.
+        return unless + "run " + Regsvr32(machine, server.bits, kForUser, entry.group, folder) + ", then " +
+               away + ".";
+    }
+    const bool is32On64 = server.bits == 32 && machine.kinds.size() > 1;
+    return unless +
+           "uninstall the program that the file belongs to, or delete HKEY_CURRENT_USER\\Software\\" +
+           "Classes\\" + (is32On64 ? "Wow6432Node\\" : "") + "CLSID\\" + Utf8(entry.clsid) + ".";
+}
+
 /// What the user has registered hides what the machine has.
 void JudgeHidden(const Machine& machine, int bits, const std::wstring& folder,
                  std::vector<Finding>& findings) {
+    struct Hidden {
+        const Class* entry;
+        const Server* server;
+        std::string names;
+    };
+    // The classes of a DLL are one finding.
+    std::vector<Hidden> all;
     for (const Class& entry : machine.classes) {
-        std::vector<const Server*> own;
         for (const Server& server : entry.servers) {
-            if (server.bits == bits) {
-                own.push_back(&server);
+            if (server.bits != bits || server.hidden.empty()) {
+                continue;
+            }
+            const auto same = std::ranges::find_if(all, [&](const Hidden& other) {
+                return SameKey(other.server->file, server.file) &&
+                       SameKey(other.server->hidden, server.hidden);
+            });
+            if (same == all.end()) {
+                all.push_back({&entry, &server, Utf8(entry.Title())});
+            } else {
+                same->names += ", " + Utf8(entry.Title());
             }
         }
-        if (own.size() > 1 && !SameKey(own.front()->file, own.back()->file)) {
-            // A file that is gone cannot take its entries away; another copy of it does.
-            const bool isThere = own.front()->content == Content::Right;
-            const std::string command =
-                isThere ? "regsvr32 /u /n /i:user \"" + Utf8(own.front()->file) + "\""
-                        : Regsvr32(machine, bits, std::string(" /u") + kForUser,
-                                   bits == kBits ? Utf8(folder) + DllOf(entry.group) : DllOf(entry.group));
-            findings.push_back({bits, false,
-                                "For this user " + Utf8(own.front()->file) + " hides " +
-                                    Utf8(own.back()->file) + ", which the machine has for " +
-                                    Utf8(entry.Title()) + ".",
-                                "If that is not wanted, run " + command + "."});
-            return;
-        }
+    }
+    for (const auto& [entry, server, names] : all) {
+        findings.push_back({bits, false,
+                            "For this user " + Utf8(server->file) + " hides " + Utf8(server->hidden) +
+                                ", which the machine has for " + names + ".",
+                            AdviceOnHidden(machine, *entry, *server, folder)});
     }
 }
 

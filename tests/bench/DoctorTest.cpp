@@ -60,6 +60,26 @@ class UsersModule {
     UsersModule& operator=(const UsersModule&) = delete;
 };
 
+/// A text of the user's below the classes. At the end the key `owner` goes with all in it.
+class UsersText {
+  public:
+    UsersText(const std::wstring& owner, const std::wstring& below, const std::wstring& text)
+        : key_(L"Software\\Classes\\" + owner) {
+        EXPECT_EQ(ERROR_SUCCESS,
+                  RegSetKeyValueW(HKEY_CURRENT_USER, (key_ + L"\\" + below).c_str(), nullptr, REG_SZ,
+                                  text.c_str(), static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))));
+    }
+    ~UsersText() {
+        RegDeleteTreeW(HKEY_CURRENT_USER, key_.c_str()); // advice that is followed takes it away
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID"); // fails while others are in it
+    }
+    UsersText(const UsersText&) = delete;
+    UsersText& operator=(const UsersText&) = delete;
+
+  private:
+    std::wstring key_;
+};
+
 Json Doctor(DWORD expectedStatus) {
     const Outcome run = RunBench({L"doctor", L"--json"});
     EXPECT_EQ(expectedStatus, run.status) << run.err << run.out;
@@ -295,6 +315,90 @@ TEST(DoctorTest, FindsAnotherDllAndADamagedOne) {
         const std::string said = InOneLine(RunBench({L"doctor"}).out);
         EXPECT_NE(std::string::npos, said.find("; another DLL, or a damaged one")) << said;
     }
+}
+
+constexpr const wchar_t* kTheirs = L"{22222222-0000-0000-0000-000000000000}";
+constexpr const wchar_t* kSystemsDll = L"C:\\windows\\system32\\ole32.dll";
+
+TEST(DoctorTest, AdvisesWhatHelpsWhereTheUsersFileIsAnotherDll) {
+    const Registered dlls;
+    const std::string dll = "\"" + Narrow(ProgramFolder()) + "O_Tam_id.dll\"";
+    const UsersModule user(kSystemsDll);
+    const std::vector<std::string> expected{"Run " + Regsvr32() + " /n /i:user " + dll + ".",
+                                            "If that is not wanted, run " + Regsvr32() + " /n /i:user " +
+                                                dll + ", then " + Regsvr32() + " /u /n /i:user " + dll + "."};
+    EXPECT_EQ(expected, Told(Doctor(1), kBits, "advice"));
+    RunRegsvr32({L"/n", L"/i:user"}, L"O_Tam_id.dll");
+    RunRegsvr32({L"/u", L"/n", L"/i:user"}, L"O_Tam_id.dll");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
+}
+
+TEST(DoctorTest, AdvisesWhatHelpsWhereTheUsersNameIsWrong) {
+    const Registered dlls;
+    const UsersText name(L"O_Tam_id.CDBAppObject", L"CLSID", kTheirs);
+    const Json document = Doctor(1);
+    EXPECT_EQ(std::vector<std::string>{"A " + Kind(kBits) + " client gets a class of another maker for " +
+                                       kModule + "."},
+              Told(document, kBits, "what"));
+    EXPECT_EQ(std::vector<std::string>{"Run " + Regsvr32() + " /n /i:user \"" + Narrow(ProgramFolder()) +
+                                       "O_Tam_id.dll\"."},
+              Told(document, kBits, "advice"));
+    RunRegsvr32({L"/n", L"/i:user"}, L"O_Tam_id.dll");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
+    RunRegsvr32({L"/u", L"/n", L"/i:user"}, L"O_Tam_id.dll");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
+}
+
+TEST(DoctorTest, TakesAProgramForAServicesServer) {
+    const Registered dlls;
+    const UsersText name(L"UnitManager.Converter", L"CLSID", kTheirs);
+    const std::wstring program = ProgramFolder() + L"tambench.exe";
+    const UsersText server(L"CLSID\\" + std::wstring(kTheirs), L"LocalServer32",
+                           L"\"" + program + L"\" /Automation");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "what"));
+    const std::string said = InOneLine(RunBench({L"doctor"}).out);
+    const auto place = said.find("user: " + Narrow(program) + "; a program of its own");
+    ASSERT_NE(std::string::npos, place) << said;
+    EXPECT_NE(std::string::npos, said.find("a program of its own", place + Narrow(program).size() + 40))
+        << "clients of both kinds can use it: " << said;
+}
+
+TEST(DoctorTest, FindsEachFileThatHidesTheMachines) {
+    const Registered dlls;
+    const UsersModule module(L"C:\\Gone\\O_Tam_id.dll");
+    const std::wstring manager = L"CLSID\\{46A878FC-BDB5-4C88-99CB-C68525CD151B}";
+    const UsersText sameFile(manager, L"InprocServer32", L"C:\\Gone\\O_Tam_id.dll");
+    const auto id = Doctor(1)["classes"][2]["clsid"].get<std::string>();
+    const UsersText service(L"CLSID\\" + std::wstring(id.begin(), id.end()), L"InprocServer32", kSystemsDll);
+    const Json document = Doctor(1);
+    const std::vector<std::string> told = Told(document, kBits, "what");
+    const std::vector<std::string> advice = Told(document, kBits, "advice");
+    ASSERT_EQ(3U, told.size()) << document.dump();
+    EXPECT_EQ("For this user C:\\Gone\\O_Tam_id.dll hides " + Narrow(ProgramFolder()) +
+                  "O_Tam_id.dll, which the machine has for " + kComponentClasses + ".",
+              told[1]);
+    EXPECT_EQ("For this user C:\\windows\\system32\\ole32.dll hides " + Narrow(ProgramFolder()) +
+                  "OrvHost.dll, which the machine has for UnitManager.Converter.",
+              told[2]);
+    EXPECT_EQ("If that is not wanted, uninstall the program that the file belongs to, or delete "
+              "HKEY_CURRENT_USER\\Software\\Classes\\" +
+                  std::string(kBits == 32 ? "Wow6432Node\\" : "") + "CLSID\\" + id + ".",
+              advice[2]);
+}
+
+TEST(DoctorTest, NamesTheCopyThatHidesTheMachines) {
+    const Registered dlls;
+    const tests::OwnFolder own;
+    const std::wstring copy = (own.Path() / L"O_Tam_id.dll").native();
+    ASSERT_NE(FALSE, CopyFileW((ProgramFolder() + L"O_Tam_id.dll").c_str(), copy.c_str(), TRUE));
+    {
+        const UsersModule user(copy);
+        EXPECT_EQ(std::vector<std::string>{"If that is not wanted, run " + Regsvr32() + " /u /n /i:user \"" +
+                                           Narrow(copy) + "\"."},
+                  Told(Doctor(0), kBits, "advice"));
+    }
+    const UsersModule sameFile(ProgramFolder() + L"..\\bin\\O_Tam_id.dll");
+    EXPECT_EQ(std::vector<std::string>(), Told(Doctor(0), kBits, "advice"));
 }
 
 TEST(DoctorTest, FindsTheLibraryOfTheHostServicesGone) {
