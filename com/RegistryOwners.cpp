@@ -11,8 +11,10 @@
 #include "com/RegistryView.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <optional>
+#include <string_view>
 #include <tuple>
 
 namespace com {
@@ -44,13 +46,26 @@ std::wstring FoundByName(const std::wstring& name) {
     }
 }
 
-/// Volume and number of a file; nothing when it cannot be opened.
-std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& path) {
+/// Empty when it cannot be opened.
+Handle OpenFound(const std::wstring& path, DWORD access) {
     const bool hasFolder = path.find(L'\\') != std::wstring::npos;
     const std::wstring found = hasFolder ? path : FoundByName(path);
     constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const Handle file = OwnFile(
-        CreateFileW(found.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    return OwnFile(CreateFileW(found.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+/// False of a file that is neither a program nor a DLL, such as one of a copy that was cut off.
+bool MayHaveClasses(const std::wstring& path) {
+    const Handle file = OpenFound(path, FILE_READ_DATA);
+    std::array<char, 2> mark{};
+    DWORD read = 0;
+    return !file || ReadFile(file.get(), mark.data(), mark.size(), &read, nullptr) == FALSE ||
+           std::string_view(mark.data(), read) == "MZ";
+}
+
+/// Volume and number of a file; nothing when it cannot be opened.
+std::optional<std::tuple<DWORD, DWORD, DWORD>> IdentityOf(const std::wstring& path) {
+    const Handle file = OpenFound(path, FILE_READ_ATTRIBUTES);
     if (!file) {
         return std::nullopt;
     }
@@ -145,7 +160,7 @@ bool RegistryOwners::ClassExists(const std::wstring& clsid) const {
 
 bool RegistryOwners::AnotherFileHas(const std::wstring& clsid) const {
     const std::wstring file = FileOf(clsid);
-    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
+    return FileExists(file) && !SameFile(file, ThisDll().FilePath()) && MayHaveClasses(file);
 }
 
 bool RegistryOwners::OtherKindHas(const std::wstring& clsid) const {

@@ -79,16 +79,30 @@ class Turn {
     bool isLocked_ = false;
 };
 
+/// Somebody's line may have been cut off, by a full disk or by the end of the program. It keeps
+/// to itself.
+bool EndsInsideALine(HANDLE file) {
+    LARGE_INTEGER last{};
+    last.QuadPart = -1;
+    char letter = '\n';
+    DWORD read = 0;
+    return SetFilePointerEx(file, last, nullptr, FILE_END) != FALSE &&
+           ReadFile(file, &letter, 1, &read, nullptr) != FALSE && letter != '\n';
+}
+
 /// With one write, so that the lines of processes that share a file stay whole. Not every
 /// system appends a write as one step, so they take turns, where the file lets itself be
 /// locked: that takes the right to read it.
-void Append(const std::wstring& path, const std::string& bytes) {
+void Append(const std::wstring& path, std::string bytes) {
     com::Handle file = OpenToAppend(path, FILE_APPEND_DATA | FILE_READ_DATA);
     if (!file) {
         file = OpenToAppend(path, FILE_APPEND_DATA);
     }
     if (file) {
         const Turn turn(file.get());
+        if (EndsInsideALine(file.get())) {
+            bytes.insert(0, "\n");
+        }
         DWORD written = 0;
         WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
     }

@@ -5,6 +5,8 @@
 #include "tests/package/Dll.h"
 #include "tests/support/ImportPatch.h"
 
+#include <filesystem>
+#include <fstream>
 #include <optional>
 #include <ostream>
 #include <set>
@@ -271,6 +273,21 @@ TEST_P(RegistrationOthersCopyTest, StaysRegisteredWhenTheOlderIsRemoved) {
         EXPECT_EQ(S_OK, newer.Unregister(GetParam()));
         EXPECT_EQ("", Difference(before, Snapshot()));
         EXPECT_EQ(S_OK, newer.CanUnloadNow());
+    }
+}
+
+TEST_P(RegistrationOthersCopyTest, HasNothingWhenItsFileWasCutOff) {
+    for (const Dll* const older : {&component, &hostServices}) {
+        for (const char* const content : {"", "M", "no program"}) {
+            const Copy file(*older);
+            {
+                const Dll newer(older->Facts(), file.Folder());
+                ASSERT_EQ(S_OK, newer.Register(GetParam()));
+            }
+            std::ofstream(std::filesystem::path(file.Path())) << content;
+            EXPECT_EQ(S_OK, older->Unregister(GetParam()));
+            EXPECT_EQ("", Difference(before, Snapshot())) << content;
+        }
     }
 }
 

@@ -9,6 +9,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <filesystem>
+#include <fstream>
+#include <ios>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -118,6 +121,16 @@ TEST_F(UnattendedHostTest, AppendsEachToTheFile) {
     ASSERT_EQ(2U, both.size());
     EXPECT_EQ(first[0], both[0]);
     EXPECT_EQ(FaultyProjectsReport(), Timeless(both[1]));
+}
+
+TEST_F(UnattendedHostTest, BeginsALineOfItsOwnAfterOneThatWasCutOff) {
+    LeaveAlone();
+    std::ofstream(std::filesystem::path(File()), std::ios::binary) << R"({"time":"2)";
+    LoadFaultyProject();
+    const auto lines = Lines();
+    ASSERT_EQ(2U, lines.size());
+    EXPECT_EQ(R"({"time":"2)", lines[0]);
+    EXPECT_EQ(FaultyProjectsReport(), Timeless(lines[1]));
 }
 
 /// The file of a test, opened as somebody else would.
