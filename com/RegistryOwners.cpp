@@ -54,8 +54,12 @@ Handle OpenFound(const std::wstring& path, DWORD access) {
     return OwnFile(CreateFileW(found.c_str(), access, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-/// False of a file that is neither a program nor a DLL, such as one of a copy that was cut off.
+/// A file that is neither a program nor a DLL, such as one of a copy that was cut off, has no
+/// class.
 bool MayHaveClasses(const std::wstring& path) {
+    if (!FileExists(path)) {
+        return false;
+    }
     const Handle file = OpenFound(path, FILE_READ_DATA);
     std::array<char, 2> mark{};
     DWORD read = 0;
@@ -155,18 +159,18 @@ std::wstring RegistryOwners::FileOf(const std::wstring& clsid, REGSAM view) cons
 }
 
 bool RegistryOwners::ClassExists(const std::wstring& clsid) const {
-    return FileExists(FileOf(clsid)) || OtherKindHas(clsid);
+    return MayHaveClasses(FileOf(clsid)) || OtherKindHas(clsid);
 }
 
 bool RegistryOwners::AnotherFileHas(const std::wstring& clsid) const {
     const std::wstring file = FileOf(clsid);
-    return FileExists(file) && !SameFile(file, ThisDll().FilePath()) && MayHaveClasses(file);
+    return MayHaveClasses(file) && !SameFile(file, ThisDll().FilePath());
 }
 
 bool RegistryOwners::OtherKindHas(const std::wstring& clsid) const {
     const REGSAM view = OtherView();
     const std::wstring file = view == 0 ? std::wstring() : FileOf(clsid, view);
-    return FileExists(file) && !SameFile(file, ThisDll().FilePath());
+    return MayHaveClasses(file) && !SameFile(file, ThisDll().FilePath());
 }
 
 bool RegistryOwners::AnotherMarshals(const std::wstring& iid, std::span<const std::wstring> libraries) const {

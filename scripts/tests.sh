@@ -8,7 +8,7 @@
 
 # True when every program that runs in Wine runs there in 64 bits too.
 in_both_kinds=false
-test_timeout=${TAM_TEST_TIMEOUT:-300}
+test_timeout=${TAM_TEST_TIMEOUT:-900}
 
 total_passed=0
 total_failed=0

@@ -72,7 +72,7 @@ start_display() {
     exec {pipe}< <(exec Xvfb -displayfd 1 -screen 0 1280x1024x24 -nolisten tcp -noreset \
         2>"$build/logs/xvfb-${#displays[@]}.log" {lock_fd}>&-)
     xvfb_pids+=($!)
-    read -r -t 30 number <&"$pipe" || true
+    read -r -t 120 number <&"$pipe" || true
     exec {pipe}<&-
     if [[ -z $number ]]; then
         cat "$build/logs/xvfb-${#displays[@]}.log" >&2

@@ -21,7 +21,7 @@ struct Outcome {
 };
 
 /// Runs a program to its end, with nothing to read on its input unless a file is given. One
-/// that does not end within a minute is stopped, which fails the test. Its output goes to
+/// that does not end within five minutes is stopped, which fails the test. Its output goes to
 /// a file that is there already, when one is given.
 Outcome RunProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
                    const std::wstring& output = L"", const std::wstring& input = L"NUL");

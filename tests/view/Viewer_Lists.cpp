@@ -134,6 +134,8 @@ void Viewer::Filter(const std::wstring& words) const {
 constexpr int kTries = 3;
 
 HWND Viewer::OpenCell(int list) const {
+    ToFront();
+    Settle();
     HWND cell = nullptr;
     for (int tries = 0; tries < kTries && cell == nullptr; ++tries) {
         Do(IDM_EDIT_CELL);
