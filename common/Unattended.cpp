@@ -93,18 +93,19 @@ bool EndsInsideALine(HANDLE file) {
 /// With one write, so that the lines of processes that share a file stay whole. Not every
 /// system appends a write as one step, so they take turns, where the file lets itself be
 /// locked: that takes the right to read it.
-void Append(const std::wstring& path, std::string bytes) {
+void Append(const std::wstring& path, const std::wstring& line) {
+    // The first byte is for the end of somebody's line.
+    const std::string bytes = Utf8(L"\n" + line);
     com::Handle file = OpenToAppend(path, FILE_APPEND_DATA | FILE_READ_DATA);
     if (!file) {
         file = OpenToAppend(path, FILE_APPEND_DATA);
     }
     if (file) {
         const Turn turn(file.get());
-        if (EndsInsideALine(file.get())) {
-            bytes.insert(0, "\n");
-        }
+        const std::size_t begin = EndsInsideALine(file.get()) ? 0 : 1;
         DWORD written = 0;
-        WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+        WriteFile(file.get(), bytes.data() + begin, static_cast<DWORD>(bytes.size() - begin), &written,
+                  nullptr);
     }
 }
 
@@ -124,7 +125,7 @@ void WriteUnshown(const Unshown& unshown) noexcept {
         const std::wstring value = com::EnvironmentText(kUnattendedVariable);
         const std::wstring file(UnattendedFile(value));
         if (!file.empty()) {
-            Append(file, Utf8(line));
+            Append(file, line);
         }
     });
 }
