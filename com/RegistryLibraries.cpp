@@ -14,7 +14,6 @@
 #include <iterator>
 #include <new>
 #include <string_view>
-#include <utility>
 
 namespace com {
 
@@ -69,7 +68,9 @@ std::wstring RegisteredPlace(const std::wstring& id, const RegistryOwners& owner
 }
 
 RegistryTree* Child(RegistryTree& tree, const std::wstring& name) {
-    return const_cast<RegistryTree*>(Child(std::as_const(tree), name));
+    const auto found = std::ranges::find_if(
+        tree.keys, [&](const RegistryTree& child) { return SameText(child.name, name); });
+    return found == tree.keys.end() ? nullptr : &*found;
 }
 
 RegistryTree& MadeChild(RegistryTree& tree, const std::wstring& name) {

@@ -150,7 +150,7 @@ std::wstring RegistryOwners::ClassOfName(const std::wstring& progId) const {
 
 std::wstring RegistryOwners::FileOf(const std::wstring& clsid, REGSAM view) const {
     const auto reached = [&](const std::wstring& path) { return view == 0 ? path : PathOfOtherKind(path); };
-    const std::wstring file = reached(Unquoted(Text(ClassKey(clsid) + L"\\InprocServer32", view)));
+    std::wstring file = reached(Unquoted(Text(ClassKey(clsid) + L"\\InprocServer32", view)));
     if (FileExists(file)) {
         return file;
     }
